@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QDateTime>
+#include <QLocale>
+
+#include <string>
+
+namespace relay {
+
+// The time of day, passed in so that tests can hold it still.
+class Clock {
+  public:
+    virtual ~Clock() = default;
+    virtual QDateTime now() const = 0;
+};
+
+class SystemClock final : public Clock {
+  public:
+    QDateTime now() const override { return QDateTime::currentDateTime(); }
+};
+
+// "Apr 01, 2002 13:05": months as three English letters.
+std::string reportDate(const QDateTime& time);
+// "2002-Apr-01-1305", for file names.
+std::string fileDate(const QDateTime& time);
+// The long date of the system's locale ("Monday, April 1, 2002" in en_US).
+std::string longDate(const QDateTime& time, const QLocale& locale);
+// The short date and the time of the system's locale, for the log's banner.
+std::string shortDateTime(const QDateTime& time, const QLocale& locale);
+
+}  // namespace relay

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace relay {
+
+// A failure with the words the user reads. Logic throws it; the trap at the end of a user-level operation
+// shows it. Numbers follow the system's scheme where one is meaningful (5 unknown key, 6 overflow,
+// 53 file not found, 61 disk full, 70 permission denied, 75 path access, 457 key already there), else 0.
+class Failure final : public std::runtime_error {
+  public:
+    explicit Failure(const std::string& text, int number = 0) : std::runtime_error(text), m_number(number) {}
+    int number() const noexcept { return m_number; }
+
+  private:
+    int m_number;
+};
+
+}  // namespace relay

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+// Reading and writing whole files. A write goes to a temporary file in the same folder, is flushed, renamed
+// over the old one, and the folder is flushed: a crash or a full disk leaves the old file or the new one,
+// whole. Where the path is a link, the link is replaced; what it points to is never written through.
+namespace relay {
+
+enum class Readable { Everyone, OwnerOnly };
+
+// The whole file as bytes. Throws Failure (53 when absent; over `limit` bytes; unreadable; not a regular
+// file).
+std::string readFile(const std::string& path, std::size_t limit = 256u * 1024 * 1024);
+// Keeps the permissions of an existing file unless OwnerOnly asks for 0600. Throws Failure with path and
+// reason.
+void writeFile(const std::string& path, std::string_view bytes, Readable readable = Readable::Everyone);
+// Appends in one write to the end of the file, creating it (mode 0644, or 0600 for OwnerOnly).
+void appendFile(const std::string& path, std::string_view bytes, Readable readable = Readable::Everyone);
+// Removes the file; false when there was none. Throws Failure when it is there and cannot be removed.
+bool removeFile(const std::string& path);
+
+// Holds off other programs of ours that change files of the same folder, for a read, change and write in one
+// piece. An advisory lock on the folder itself: it leaves nothing behind and ends with the process.
+class FolderLock final {
+  public:
+    explicit FolderLock(const std::string& fileInFolder);
+    ~FolderLock();
+    FolderLock(const FolderLock&) = delete;
+    FolderLock& operator=(const FolderLock&) = delete;
+
+  private:
+    int m_descriptor = -1;
+};
+
+// The steps of a save, in the order they happen. Tests make the n-th one fail.
+enum class SaveStep { Create, Write, Flush, Rename, FolderFlush };
+// Called before each step; returns 0 to go on or an errno value with which the step fails. Empty in the
+// program. Returns the hook that was set before.
+using SaveFault = std::function<int(SaveStep)>;
+SaveFault setSaveFault(SaveFault fault);
+
+}  // namespace relay

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "core/Clock.h"
+
+#include <string>
+#include <string_view>
+
+namespace relay {
+
+// AppPath/Error.log. WriteErrorLog is always active and appends the text and a CR LF; WriteTraceLog works
+// only with the switch "/D" and appends the date and time, a CR LF, the text and a CR LF. Each writer opens
+// its handle at its first use and keeps it to the end. Neither ever throws: a log that cannot be written
+// stops nothing. Lines never carry passwords: callers mask them.
+class Log final {
+  public:
+    // `commandLine` is the whole of it, arguments joined by blanks: "/d" anywhere in it switches the trace
+    // on.
+    Log(std::string path, const Clock& clock, std::string_view commandLine);
+    ~Log();
+    Log(const Log&) = delete;
+    Log& operator=(const Log&) = delete;
+
+    // At the start of a run: a file of 5001 bytes or more is deleted, then the banner is written.
+    void startRun();
+    void WriteErrorLog(std::string_view text);
+    void WriteTraceLog(std::string_view text);
+    bool traceOn() const noexcept { return m_trace; }
+    const std::string& path() const noexcept { return m_path; }
+    void closeAll();
+
+  private:
+    void append(int& descriptor, std::string_view bytes);
+
+    std::string m_path;
+    const Clock& m_clock;
+    bool m_trace;
+    int m_errorDescriptor = -1;
+    int m_traceDescriptor = -1;
+};
+
+}  // namespace relay

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+// Work on text as bytes: one byte, one character, no code page. "Without regard to case" folds A to Z only,
+// so bytes above 127 compare as they stand.
+namespace relay {
+
+inline constexpr std::size_t npos = std::string_view::npos;
+
+// Offset of the first needle at or after `from`, or npos. An empty needle is found at `from`
+// (npos when from > hay.size()). Never allocates; the fastest path the processor has is chosen at run time.
+std::size_t findNoCase(std::string_view hay, std::string_view needle, std::size_t from = 0) noexcept;
+// The same rule in plain C++, for processors without vector registers and as the tests' yardstick.
+std::size_t findNoCasePortable(std::string_view hay, std::string_view needle, std::size_t from = 0) noexcept;
+
+bool containsNoCase(std::string_view hay, std::string_view needle) noexcept;
+bool equalsNoCase(std::string_view a, std::string_view b) noexcept;
+bool startsWithNoCase(std::string_view text, std::string_view start) noexcept;
+bool endsWithNoCase(std::string_view text, std::string_view end) noexcept;
+// Order of two texts without regard to case: negative, 0 or positive.
+int compareNoCase(std::string_view a, std::string_view b) noexcept;
+
+std::string toUpper(std::string_view text);
+std::string toLower(std::string_view text);
+
+// Blanks (0x20) only, as everywhere in this program; tabs and line breaks stay.
+std::string_view trim(std::string_view text) noexcept;
+std::string_view trimLeft(std::string_view text) noexcept;
+std::string_view trimRight(std::string_view text) noexcept;
+
+// Every occurrence of `what`, in one pass from the left, with regard to case. An empty `what` changes
+// nothing.
+std::string replaceAll(std::string_view text, std::string_view what, std::string_view with);
+
+// The text before the first CR or LF: what may stand on one line of a file.
+std::string_view firstLine(std::string_view text) noexcept;
+
+// The leading decimal number of the text (blanks before it passed over, sign and fraction allowed);
+// 0 when there is none.
+double leadingNumber(std::string_view text) noexcept;
+// leadingNumber rounded to the nearest integer (half to even), held to the range of 32 bits.
+int leadingInteger(std::string_view text) noexcept;
+// A number that must fit 16 signed bits: throws Failure "Overflow" when it does not.
+std::int16_t toInt16(double value);
+
+// "keep the first n characters"; n beyond the end keeps all.
+std::string_view left(std::string_view text, std::size_t n) noexcept;
+
+std::string GetToken(std::string_view text, char delimiter, int n);
+std::string CleanLineBreaks(std::string_view text);
+// Splits at the first pipe: `text` keeps what stands before it, `rest` gets what stands behind it or nothing.
+void SplitAtPipe(std::string& text, std::string& rest);
+std::string StripHTML(std::string_view html);
+// The text before the first NUL.
+std::string CutAtNull(std::string_view text);
+
+// Base64 of the bytes in blocks of 54; a last group of one byte is filled with a blank, not with zero bits,
+// which is what servers have always received from this program.
+std::string Base64Encode(std::string_view text);
+
+}  // namespace relay

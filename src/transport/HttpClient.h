@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QObject>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace relay {
+
+class HttpNetwork;
+
+// One connection's HTTP client: the operations the pool and the fetcher need, and nothing else. Requests go
+// out as HTTP/1.0 with this program's identification, Host, and for a POST the form content type; no other
+// header. http and https only, for redirects too; certificates are checked. A reply is bounded (kReplyLimit
+// bytes as they arrive): beyond it the request ends as if the reply were complete. All calls and signals
+// belong to the thread that made the client; the transfer itself runs on the network's thread.
+class HttpClient final : public QObject {
+    Q_OBJECT
+  public:
+    static constexpr std::size_t kReplyLimit = 16u * 1024 * 1024;
+    // ResponseCode when no status line ever came: refused, unknown host, reset, TLS refused, a URL that
+    // cannot be taken. Equal to the pool's code for a start that failed.
+    static constexpr std::int32_t kNoStatus = 10100;
+
+    explicit HttpClient(HttpNetwork& network, QObject* parent = nullptr);
+    ~HttpClient() override;
+
+    // 0 when idle; non-zero while a request or an abort is under way.
+    std::int32_t State() const noexcept;
+    // True while a transfer is active.
+    bool Busy() const noexcept;
+    // Ends the transfer; Done follows through the event loop.
+    void Abort();
+
+    void setFollowUp(bool on) noexcept;  // follow redirects, at most 10
+    void setURL(std::string url);
+    void setBlocking(bool on);                            // only false is supported; true throws Failure
+    void setTimeout(std::int32_t milliseconds) noexcept;  // 0: none
+
+    // Start the request. Response is filled before Done; it must live until then. Throw Failure when the
+    // request cannot start: busy, a control byte or another scheme than http and https in the URL.
+    void Get(std::string& Response);
+    void Post(std::string Data, std::string& Response);
+
+    // Status of the last reply, or kNoStatus.
+    std::int32_t ResponseCode() const noexcept;
+
+  Q_SIGNALS:
+    void Done();
+    void Progress(qint32 bytes);  // bytes of the reply so far
+
+  private:
+    struct Data;
+    std::unique_ptr<Data> m_data;
+};
+
+}  // namespace relay

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "support/TestHome.h"
+
+#include <QElapsedTimer>
+#include <QEventLoop>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+namespace relay::test {
+
+TestHome::TestHome() : m_paths(Paths::insideHome(m_folder.path().toStdString())) {
+    std::filesystem::create_directories(m_paths.WindowsPath);
+}
+
+std::string TestHome::path(std::string_view relative) const {
+    return m_folder.path().toStdString() + "/" + std::string(relative);
+}
+
+std::string TestHome::write(std::string_view relative, std::string_view bytes) const {
+    const std::filesystem::path file = path(relative);
+    std::filesystem::create_directories(file.parent_path());
+    std::ofstream stream(file, std::ios::binary);
+    stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    if (!stream.flush()) throw std::runtime_error("cannot write " + file.string());
+    return file.string();
+}
+
+std::string TestHome::read(std::string_view relative) const {
+    std::ifstream stream(path(relative), std::ios::binary);
+    if (!stream) throw std::runtime_error("cannot read " + path(relative));
+    std::ostringstream bytes;
+    bytes << stream.rdbuf();
+    return bytes.str();
+}
+
+bool waitUntil(const std::function<bool()>& condition, int limitMilliseconds) {
+    QElapsedTimer elapsed;
+    elapsed.start();
+    QEventLoop loop;
+    while (!condition()) {
+        if (elapsed.elapsed() > limitMilliseconds) return false;
+        loop.processEvents(QEventLoop::AllEvents, 20);
+    }
+    return true;
+}
+
+}  // namespace relay::test

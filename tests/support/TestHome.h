@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "core/Clock.h"
+#include "core/Paths.h"
+
+#include <QTemporaryDir>
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace relay::test {
+
+// A home in a temporary folder, with its folders made and nothing else in it.
+class TestHome final {
+  public:
+    TestHome();
+
+    const Paths& paths() const noexcept { return m_paths; }
+    std::string path(std::string_view relative) const;  // inside the home
+    // Writes a file inside the home (making folders) and gives its path.
+    std::string write(std::string_view relative, std::string_view bytes) const;
+    std::string read(std::string_view relative) const;
+
+  private:
+    QTemporaryDir m_folder;
+    Paths m_paths;
+};
+
+class FixedClock final : public Clock {
+  public:
+    QDateTime time = QDateTime(QDate(2002, 4, 1), QTime(13, 5, 0));
+    QDateTime now() const override { return time; }
+};
+
+// Runs the event loop until the condition holds; false after a generous limit that only a broken program
+// reaches.
+bool waitUntil(const std::function<bool()>& condition, int limitMilliseconds = 30000);
+
+}  // namespace relay::test
