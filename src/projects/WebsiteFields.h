@@ -33,6 +33,12 @@ struct WebsiteFields final {
     Rows lsvSiteURLs;              // key and text the URL, icon "HTMLFile", tag the local file or empty
     Rows lsvReports;  // text the URL, sub-item 1 the date, icon "HTMLFile", tag the report's path
 
+    // The custom engines tab: what the user is choosing at present, not yet in the custom engines' table.
+    int cboCustomEngines = -1;  // selected row, -1 for none
+    std::string txtCustomCategory;
+    Rows lsvCustomMainCategory;
+    Rows lsvCustomSubCategory;
+
     // The work area beside the URL list; never saved.
     std::string txtURLTitle;
     std::string txtURLKeyword;
@@ -42,7 +48,21 @@ struct WebsiteFields final {
     std::string lblURLKeyword = "Keywords:";
     std::string lblURLDescription = "Description:";
 
+    // Gives the lists their column titles.
     WebsiteFields();
+
+    // Empties the texts of the work area and sets its labels to rest; txtURLFileLocation stays.
+    void clearWorkArea();
+    // Drops what stands on the custom engines tab.
+    void clearCustomEngine();
 };
+
+// A website's contact details in the order of the panel and of the file. One table for both, so that no field
+// can be told in one place and forgotten in another.
+struct ContactField final {
+    const char* key;  // in section "Web Site Info"
+    std::string WebsiteFields::*field;
+};
+extern const ContactField kContactFields[11];
 
 }  // namespace relay

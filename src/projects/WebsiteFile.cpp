@@ -1,0 +1,262 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "projects/WebsiteFile.h"
+
+#include "core/Failure.h"
+#include "core/FileStore.h"
+#include "core/Paths.h"
+#include "core/Prompts.h"
+#include "core/Text.h"
+#include "core/Trap.h"
+#include "projects/UrlList.h"
+
+#include <algorithm>
+#include <string>
+
+namespace relay {
+
+namespace {
+
+constexpr std::string_view kFileVersion = "6.0";
+
+std::string numbered(std::string_view name, int number) {
+    return std::string(name) + std::to_string(number);
+}
+
+int readCount(const IniFile& file, std::string_view key) {
+    return toInt16(leadingNumber(file.value(kWebsiteSection, key)));
+}
+
+void writeCustomCategories(IniFile& file, const CustomEngines& customEngines, std::size_t& reached) {
+    for (reached = 0; reached < customEngines.size(); ++reached) {
+        const EngineCategoryEntry& engine = customEngines[reached];
+        if (!engine.Data.empty()) file.setValue(kCustomCategorySection, engine.EngineName, engine.Data);
+        if (!engine.SpaceID.empty())
+            file.setValue(kCustomCategorySection, engine.EngineName + "SpaceID", engine.SpaceID);
+    }
+}
+
+void writeInfo(IniFile& file, const WebsiteFields& fields) {
+    const auto put = [&file](std::string_view key, std::string_view value) {
+        file.setValue(kWebsiteSection, key, value);
+    };
+    put("Version", kFileVersion);
+    put("Title", fields.txtSiteTitle);
+    put("Keyword", removeCrLf(fields.txtSiteKeywords));
+    put("Description", removeCrLf(fields.txtSiteDescription));
+    put("WebType", fields.cboWebType);
+    put("Language", fields.cboLanguage);
+    writeUrls(file, fields.lsvSiteURLs);
+    put("MainCategory", fields.mainCategory);
+    put("Category", fields.category);
+    for (const ContactField& contact : kContactFields) put(contact.key, fields.*contact.field);
+    put("BlockFFA", std::to_string(fields.chkBlockFFA));
+}
+
+void readSite(const IniFile& file, WebsiteFields& fields) {
+    fields.txtSiteTitle = file.value(kWebsiteSection, "Title");
+    fields.txtSiteKeywords = file.value(kWebsiteSection, "Keyword");
+    fields.txtSiteDescription = file.value(kWebsiteSection, "Description");
+    fields.cboWebType = file.value(kWebsiteSection, "WebType");
+    fields.cboLanguage = file.value(kWebsiteSection, "Language");
+}
+
+void readReports(const IniFile& file, Rows& reports) {
+    const RowsBatch batch(reports);
+    reports.clear();
+    const int count = readCount(file, "LastReport");
+    for (int i = 1; i <= count; ++i) {
+        const std::string url = file.value(kReportSection, numbered("URL", i));
+        const std::string reportFile = file.value(kReportSection, numbered("ReportFile", i));
+        if (url.empty() || reportFile.empty()) continue;
+        Row row;
+        row.text = url;
+        row.subItems = {file.value(kReportSection, numbered("Date", i))};
+        row.icon = kUrlIcon;
+        row.tag = reportFile;
+        reports.add(std::move(row));
+    }
+}
+
+void readContact(const IniFile& file, WebsiteFields& fields) {
+    for (const ContactField& contact : kContactFields)
+        fields.*contact.field = file.value(kWebsiteSection, contact.key);
+    fields.chkBlockFFA = toInt16(leadingNumber(file.value(kWebsiteSection, "BlockFFA")));
+}
+
+void readWebsite(const IniFile& file, WebsiteFields& fields, CustomEngines& customEngines,
+                 const SelectCategory& selectCategory) {
+    readSite(file, fields);
+    {
+        const RowsBatch batch(fields.lsvSiteURLs);
+        fields.lsvSiteURLs.clear();
+        readUrls(file, fields.lsvSiteURLs);
+    }
+    readReports(file, fields.lsvReports);
+    std::string mainCategory = file.value(kWebsiteSection, "MainCategory");
+    std::string category = file.value(kWebsiteSection, "Category");
+    if (selectCategory) selectCategory(mainCategory, category);
+    fields.mainCategory = mainCategory;
+    fields.category = category;
+    // Not the section that the save writes: the chosen category is read when the user picks its engine.
+    for (EngineCategoryEntry& engine : customEngines)
+        engine.Data = file.value("CustomEngine", engine.EngineName);
+    fields.clearCustomEngine();
+    readContact(file, fields);
+    fields.txtURLFileLocation.clear();
+    fields.clearWorkArea();
+}
+
+// The text's lines without their ends; CR, LF or both end a line.
+std::vector<std::string_view> splitLines(std::string_view text) {
+    std::vector<std::string_view> lines;
+    while (!text.empty()) {
+        const std::string_view line = firstLine(text);
+        lines.push_back(line);
+        std::size_t next = line.size();
+        if (next < text.size()) next += text.substr(next, 2) == "\r\n" ? 2 : 1;
+        text.remove_prefix(next);
+    }
+    return lines;
+}
+
+// Deletes the files of the highlighted reports and removes their rows; gives their number. Where a file
+// cannot be deleted, the rows before it are gone and the rest stays.
+int deleteHighlightedReports(Rows& reports) {
+    int deleted = 0;
+    const auto removeRows = [&reports, &deleted] {
+        int left = deleted;
+        reports.removeIf([&left](const Row& row) { return row.highlighted && left-- > 0; });
+    };
+    try {
+        for (int i = 0; i < reports.count(); ++i) {
+            const Row& row = reports.at(i);
+            if (!row.highlighted) continue;
+            if (fileExists(row.tag)) removeFile(row.tag);
+            ++deleted;
+        }
+    } catch (const Failure&) {
+        removeRows();
+        throw;
+    }
+    removeRows();
+    return deleted;
+}
+
+}  // namespace
+
+std::string removeCrLf(std::string_view text) {
+    return replaceAll(text, "\r\n", " ");
+}
+
+void writeWebsite(IniFile& file, const WebsiteFields& fields, const CustomEngines& customEngines) {
+    writeInfo(file, fields);
+    std::size_t reached = 0;
+    writeCustomCategories(file, customEngines, reached);
+}
+
+void writeUrls(IniFile& file, const Rows& urls) {
+    for (int i = 1; i <= urls.count(); ++i) {
+        const Row& row = urls.at(i - 1);
+        file.setValue(kUrlSection, numbered("URL", i), row.text);
+        file.setValue(kUrlSection, numbered("LocalFile", i), row.tag);
+    }
+    file.setValue(kWebsiteSection, "LastURL", std::to_string(urls.count()));
+}
+
+void readUrls(const IniFile& file, Rows& urls) {
+    if (file.value(kWebsiteSection, "Version").empty()) {
+        const std::string url = file.value(kWebsiteSection, "URL");
+        if (!url.empty()) addNewItem(urls, url);
+    }
+    const int count = readCount(file, "LastURL");
+    for (int i = 1; i <= count; ++i) {
+        const std::string url = file.value(kUrlSection, numbered("URL", i));
+        if (!url.empty()) addNewItem(urls, url, file.value(kUrlSection, numbered("LocalFile", i)));
+    }
+}
+
+bool WebsiteFile::saveWebsiteFile(const std::string& path, const WebsiteFields& fields,
+                                  CustomEngines& customEngines) {
+    if (path.empty()) return true;
+    const BusyPointer busy(m_prompts);
+    std::size_t reached = 0;
+    try {
+        const auto chosen = static_cast<std::size_t>(std::max(fields.cboCustomEngines, 0));
+        if (fields.cboCustomEngines >= 0 && chosen < customEngines.size())
+            customEngines[chosen].Data = fields.txtCustomCategory;
+        const FolderLock lock(path);
+        IniFile file = IniFile::load(path);
+        writeInfo(file, fields);
+        writeCustomCategories(file, customEngines, reached);
+        file.save(path, Readable::OwnerOnly);
+        return true;
+    } catch (const std::exception& failure) {
+        m_prompts.message(std::string("Module: saveWebsiteFile: ") + failure.what() +
+                              "\r\nm_intNumOfCustEngines:" + std::to_string(customEngines.size()) +
+                              "\r\ni: " + std::to_string(reached),
+                          "Error", Icon::Critical);
+        return false;
+    }
+}
+
+bool WebsiteFile::loadWebsiteFile(const std::string& path, WebsiteFields& fields,
+                                  CustomEngines& customEngines, const SelectCategory& selectCategory) {
+    return trap(m_prompts, "Module: loadWebsiteFile\r\n",
+                [&] { readWebsite(IniFile::load(path), fields, customEngines, selectCategory); });
+}
+
+bool WebsiteFile::DeleteReportFile(const std::string& path, Rows& reports) {
+    if (!m_prompts.ask("Are you sure you want to delete selected report files?", "Delete Report File"))
+        return true;
+    return trap(m_prompts, "DeleteReportFile_Error: ", [&] {
+        if (deleteHighlightedReports(reports) == 0) return;
+        const FolderLock lock(path);
+        writeFile(path, replaceReports(readFile(path), reports), Readable::OwnerOnly);
+    });
+}
+
+std::string replaceReports(std::string_view text, const Rows& reports) {
+    std::vector<std::string_view> lines = splitLines(text);
+    if (!lines.empty()) lines.pop_back();
+    std::string result;
+    bool inside = false;
+    for (const std::string_view line : lines) {
+        if (equalsNoCase(line, "[Report]")) {
+            inside = true;
+            continue;
+        }
+        if (inside && !line.starts_with('[')) continue;
+        inside = false;
+        if (startsWithNoCase(line, "LastReport"))
+            result += "LastReport=" + std::to_string(reports.count());
+        else
+            result += line;
+        result += "\r\n";
+    }
+    result += "[Report]\r\n";
+    const auto put = [&result](std::string_view key, int number, std::string_view value) {
+        result += numbered(key, number) + "=";
+        result += firstLine(value);
+        result += "\r\n";
+    };
+    for (int i = 1; i <= reports.count(); ++i) {
+        const Row& row = reports.at(i - 1);
+        put("URL", i, row.text);
+        put("Date", i, row.subItems.empty() ? std::string_view() : row.subItems.front());
+        put("ReportFile", i, row.tag);
+    }
+    return result;
+}
+
+void loadUrlList(const std::string& path, Rows& urls) {
+    readUrls(IniFile::load(path), urls);
+}
+
+void SaveURL(const std::string& path, const Rows& urls) {
+    const FolderLock lock(path);
+    IniFile file = IniFile::load(path);
+    writeUrls(file, urls);
+    file.save(path, Readable::OwnerOnly);
+}
+
+}  // namespace relay

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "projects/WebsiteFields.h"
+
+#include <functional>
+#include <optional>
+#include <string_view>
+
+namespace relay {
+
+class Prompts;
+
+// Resets the website panel for a new website. chkBlockFFA and txtURLFileLocation keep their state; the
+// selected engines, which are cleared with the panel, belong to the caller.
+void clearWebsiteFields(WebsiteFields& fields);
+
+// The tabs of the website panel, SSTab1, in their order.
+enum class WebsiteTab { SiteInfo, Urls, Category, Contact, Reports };
+
+// A field that is not filled in: its control, the tab it stands on, and what the user is told.
+struct MissingField final {
+    std::string_view control;
+    WebsiteTab tab;
+    std::string_view message;
+};
+
+// The first field that fails the check before saving. Nothing is trimmed, so a blank passes.
+std::optional<MissingField> firstMissingField(const WebsiteFields& fields);
+// The check warns and does not forbid: with a missing field `show` brings it to the front, and the user is
+// asked whether to save anyway.
+bool isValidFields(const WebsiteFields& fields, Prompts& prompts,
+                   const std::function<void(const MissingField&)>& show);
+
+}  // namespace relay
