@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -19,28 +20,38 @@ struct ReceivedSubmission final {
     std::string target;                                        // request target as it stood on the wire
     std::string body;                                          // as it stood on the wire
     std::vector<std::pair<std::string, std::string>> headers;  // names as they stood on the wire
-    std::vector<std::pair<std::string, std::string>> fields;   // decoded
+    std::vector<std::pair<std::string, std::string>> fields;   // of query and body, decoded
+};
+
+// What one client may take of the practice web.
+struct PracticeLimits final {
+    int requestMilliseconds = 10000;  // until the whole request must be there
+    int connections = 512;            // at a time; one more is closed at once
 };
 
 // The practice web: a loopback web that plays the engines of the practice catalogue, keeps what it received
-// and shows it at "/". It listens on 127.0.0.1 only and serves from a thread of its own, so a test or a
-// program may block while it answers. Paths that name an outcome play it: see docs/practice-web.md.
+// (the newest 10,000) and shows it at "/". It listens on 127.0.0.1 only and serves from a thread of its own,
+// so a test or a program may block while it answers. Paths that name an outcome play it: see
+// docs/practice-web.md. It is a plain socket server: Qt's own HTTP server re-spells the request target and
+// leaves the connection of an HTTP/1.0 client open.
 class PracticeWeb final {
   public:
-    PracticeWeb();
+    explicit PracticeWeb(const PracticeLimits& limits = {});
     ~PracticeWeb();  // stops serving
     PracticeWeb(const PracticeWeb&) = delete;
     PracticeWeb& operator=(const PracticeWeb&) = delete;
 
+    // The texts of a krveng5.dat and its catkws.dat, so that each engine's form page asks for what its record
+    // sends; without them every form has the usual fields. To be called before start().
+    void describeEngines(std::string_view engines, std::string_view categories);
     // Port 0: a free one. Throws Failure when it cannot listen.
     void start(std::uint16_t port = 0);
     // "http://127.0.0.1:PORT", without a trailing slash.
     std::string address() const;
-    // The same for the plain socket server that plays what a web server cannot: half a reply, reset, no
-    // answer, an endless body, statuses beyond 599, a lying length.
-    std::string faultAddress() const;
+    // Where the faults are played. One server plays everything, so this is the same address.
+    std::string faultAddress() const { return address(); }
 
-    std::vector<ReceivedSubmission> received() const;
+    std::vector<ReceivedSubmission> received() const;  // oldest first
     void forgetReceived();
 
   private:

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "practice/PracticeRequest.h"
+
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace relay {
+
+// How one practice engine's form looks: read from its record, so that the page asks for what the record
+// sends.
+struct EngineForm final {
+    std::string name;
+    std::string method = "POST";
+    std::string target;      // path of the form's action
+    NamedValues fields;      // field name and its template: a macro in angle brackets, or a constant
+    NamedValues categories;  // label and value of the engine's own table
+};
+
+// The forms by the word behind "/engines/" in the records' actions.
+class EngineForms final {
+  public:
+    // `engines` is the text of a krveng5.dat, `categories` that of its catkws.dat. Records whose action holds
+    // no "/engines/" are passed over.
+    void read(std::string_view engines, std::string_view categories);
+    // A general form, with the usual fields, for a word that no record names.
+    EngineForm form(std::string_view slug) const;
+
+  private:
+    std::unordered_map<std::string, EngineForm> m_forms;
+};
+
+}  // namespace relay

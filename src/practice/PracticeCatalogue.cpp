@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "practice/PracticeCatalogue.h"
+
+#include "core/Text.h"
+
+namespace relay {
+
+std::string pointAtPracticeWeb(std::string_view catalogue, std::string_view address,
+                               std::string_view faultAddress) {
+    return replaceAll(replaceAll(catalogue, "http://@PRACTICE@", address), "http://@FAULTS@", faultAddress);
+}
+
+}  // namespace relay

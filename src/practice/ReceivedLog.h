@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "practice/PracticeRequest.h"
+#include "practice/PracticeWeb.h"
+
+#include <deque>
+#include <mutex>
+
+namespace relay {
+
+// What the practice web received, oldest first: the newest 10,000 submissions within 32 MiB. Any thread may
+// call any of it.
+class ReceivedLog final {
+  public:
+    static constexpr std::size_t kMostSubmissions = 10000;
+    static constexpr std::size_t kMostBytes = std::size_t{32} * 1024 * 1024;
+
+    void add(std::string_view engine, const PracticeRequest& request);
+    // At most the newest `count`, oldest first, fields decoded.
+    std::vector<ReceivedSubmission> newest(std::size_t count = kMostSubmissions) const;
+    std::size_t total() const;  // since the start, those no longer kept included
+    void clear();
+
+  private:
+    struct Kept {
+        QDateTime time;
+        std::string engine;
+        PracticeRequest request;
+        std::size_t bytes;
+    };
+
+    mutable std::mutex m_mutex;
+    std::deque<Kept> m_kept;
+    std::size_t m_bytes = 0;
+    std::size_t m_total = 0;
+};
+
+}  // namespace relay
