@@ -10,7 +10,7 @@ namespace {
 constexpr qint64 kReadBuffer = qint64{256} * 1024;
 constexpr qint64 kEndlessAhead = qint64{256} * 1024;
 // A refused client may still be sending; closing at once would reset the connection and lose the answer.
-constexpr int kRefusalLingerMilliseconds = 500;
+constexpr int kRefusalLingerMilliseconds = 200;
 
 QByteArray toBytes(const std::string& text) {
     return QByteArray(text.data(), static_cast<qsizetype>(text.size()));

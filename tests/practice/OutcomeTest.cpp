@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "PlainClient.h"
+#include "practice/PracticeWeb.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <vector>
+
+namespace relay::test {
+namespace {
+
+using End = PlainClient::End;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+class Outcomes : public ::testing::Test {
+  protected:
+    Outcomes() { m_web.start(); }
+
+    // What the connection came to; `bytes` gets what arrived.
+    End play(const std::string& target, std::string& bytes, std::size_t most = std::size_t{1} << 26,
+             int silence = 30000) const {
+        PlainClient client(m_web.address());
+        EXPECT_TRUE(client.send("GET " + target + " HTTP/1.0\r\n\r\n"));
+        return client.read(bytes, most, silence);
+    }
+
+    PracticeWeb m_web;
+};
+
+std::size_t promisedLength(const std::string& reply) {
+    const std::string name = "Content-Length: ";
+    return std::stoul(reply.substr(reply.find(name) + name.size()));
+}
+
+TEST_F(Outcomes, StatusIsTheLastWordOfThePath) {
+    const std::vector<std::pair<std::string, std::string>> table = {
+        {"/200", "HTTP/1.1 200 OK\r\n"},
+        {"/404?url=x", "HTTP/1.1 404 Not Found\r\n"},
+        {"/499", "HTTP/1.1 499 "},
+        {"/engines/any/500", "HTTP/1.1 500 "},
+        {"/engines/any/503", "HTTP/1.1 503 "},
+        {"/600", "HTTP/1.1 600 Practice\r\n"},
+        {"/engines/any/submit", "HTTP/1.1 200 OK\r\n"},
+        {"/slow", "HTTP/1.1 200 OK\r\n"},
+        {"/100", "HTTP/1.1 404 Not Found\r\n"},
+        {"/nothing/here", "HTTP/1.1 404 Not Found\r\n"},
+    };
+    for (const auto& [target, start] : table) {
+        std::string reply;
+        EXPECT_EQ(play(target, reply), End::Closed) << target;
+        EXPECT_THAT(reply, StartsWith(start)) << target;
+        EXPECT_EQ(bodyOf(reply).size(), promisedLength(reply)) << target;
+    }
+}
+
+TEST_F(Outcomes, RedirectsLeadWhereTheirNamesSay) {
+    const std::vector<std::pair<std::string, std::string>> table = {
+        {"/engines/any/302", "\r\nLocation: /engines/any/thanks\r\n"},
+        {"/engines/any/loop", "\r\nLocation: /engines/any/loop\r\n"},
+        {"/to-file", "\r\nLocation: file:///"},
+        {"/to-ftp", "\r\nLocation: ftp://127.0.0.1/"},
+    };
+    for (const auto& [target, location] : table) {
+        const std::string reply = get(m_web.address(), target);
+        EXPECT_THAT(reply, StartsWith("HTTP/1.1 302 Found\r\n"));
+        EXPECT_THAT(reply, HasSubstr(location));
+    }
+    EXPECT_THAT(get(m_web.address(), "/engines/any/thanks"), HasSubstr("Thank you"));
+    EXPECT_EQ(m_web.received().size(), table.size()) << "the thank-you page is no submission";
+}
+
+TEST_F(Outcomes, FaultsBreakTheReplyInTheirOwnWay) {
+    std::string half;
+    EXPECT_EQ(play("/half", half), End::Closed);
+    EXPECT_EQ(bodyOf(half).size(), promisedLength(half) / 2);
+    std::string lying;
+    EXPECT_EQ(play("/lying", lying), End::Closed);
+    EXPECT_GT(bodyOf(lying).size(), promisedLength(lying));
+    std::string nothing;
+    EXPECT_EQ(play("/reset", nothing), End::Reset);
+    EXPECT_EQ(play("/empty", nothing), End::Closed);
+    EXPECT_EQ(nothing, "");
+    std::string garbage;
+    EXPECT_EQ(play("/garbage", garbage), End::Closed);
+    EXPECT_EQ(garbage, std::string("\x16\x03\x01 no web server\0\xFF\r\n", 22));
+}
+
+TEST_F(Outcomes, SilenceLastsUntilTheClientGoes) {
+    std::string bytes;
+    EXPECT_EQ(play("/never", bytes, 1, 300), End::StillOpen);
+    EXPECT_EQ(bytes, "");
+    EXPECT_EQ(play("/stall", bytes, std::size_t{1} << 20, 300), End::StillOpen);
+    EXPECT_EQ(bodyOf(bytes).size(), promisedLength(bytes) / 2);
+}
+
+TEST_F(Outcomes, EndlessBodyOutlastsAnyBoundAndEndsWithItsClient) {
+    constexpr std::size_t bound = std::size_t{20} * 1024 * 1024;
+    std::string bytes;
+    EXPECT_EQ(play("/endless", bytes, bound), End::StillOpen);
+    EXPECT_GE(bytes.size(), bound);
+    EXPECT_EQ(bytes.find("Content-Length"), std::string::npos);
+    EXPECT_THAT(get(m_web.address(), "/200"), StartsWith("HTTP/1.1 200"));
+}
+
+TEST_F(Outcomes, SlowAndSilentOnesHoldNobodyElseUp) {
+    PlainClient never(m_web.address());
+    PlainClient slow(m_web.address());
+    ASSERT_TRUE(never.send("GET /never HTTP/1.0\r\n\r\n"));
+    ASSERT_TRUE(slow.send("GET /slow HTTP/1.0\r\n\r\n"));
+    EXPECT_THAT(get(m_web.address(), "/200"), StartsWith("HTTP/1.1 200"));
+    std::string bytes;
+    EXPECT_EQ(slow.read(bytes, 1, 0), End::StillOpen);
+    EXPECT_EQ(bytes, "") << "the quick request overtook the slow one";
+    EXPECT_EQ(slow.read(bytes), End::Closed);
+    EXPECT_THAT(bytes, StartsWith("HTTP/1.1 200"));
+}
+
+}  // namespace
+}  // namespace relay::test
