@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <sys/types.h>
 
 // Reading and writing whole files. A write goes to a temporary file in the same folder, is flushed, renamed
 // over the old one, and the folder is flushed: a crash or a full disk leaves the old file or the new one,
@@ -24,7 +25,9 @@ void appendFile(const std::string& path, std::string_view bytes, Readable readab
 bool removeFile(const std::string& path);
 
 // Holds off other programs of ours that change files of the same folder, for a read, change and write in one
-// piece. An advisory lock on the folder itself: it leaves nothing behind and ends with the process.
+// piece. An advisory lock on the folder itself: it leaves nothing behind and ends with the process. A thread
+// may take it again while it holds it; it ends in the thread that took it. Throws Failure when the folder
+// cannot be opened.
 class FolderLock final {
   public:
     explicit FolderLock(const std::string& fileInFolder);
@@ -33,7 +36,8 @@ class FolderLock final {
     FolderLock& operator=(const FolderLock&) = delete;
 
   private:
-    int m_descriptor = -1;
+    dev_t m_device = 0;
+    ino_t m_inode = 0;
 };
 
 // The steps of a save, in the order they happen. Tests make the n-th one fail.

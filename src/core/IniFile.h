@@ -17,11 +17,14 @@ namespace relay {
 // an existing key is replaced where it stands, a new key goes to the end of its section (before the blank
 // lines that close it), a new section to the end of the file; a value is written as it stands up to its first
 // line break; lines end with CR LF. The first of two sections or keys with one name is the one that counts.
-// Look-up does not depend on the number of keys.
+// Look-up does not depend on the number of keys. A line ends at CR, LF or both. A section's name runs to the
+// last "]" of its line, so a name may hold one; blanks around the names of sections and keys do not count. A
+// line whose first character is ";" is no key.
 class IniFile final {
   public:
     static constexpr std::size_t kShortLimit = 559;
     static constexpr std::size_t kLongLimit = 1499;
+    static constexpr std::size_t kLargestFile = 64u * 1024 * 1024;  // bytes that load() takes
 
     IniFile();
     ~IniFile();
@@ -34,9 +37,11 @@ class IniFile final {
 
     std::string value(std::string_view section, std::string_view key, std::size_t limit = kShortLimit) const;
     bool has(std::string_view section, std::string_view key) const;
+    // Names are cut at their first line break like values. Throws Failure for an empty name, and for a key
+    // that would not be read back: one that holds "=" or begins with "[" or ";".
     void setValue(std::string_view section, std::string_view key, std::string_view value);
     std::vector<std::string> sections() const;                      // in file order, names as written
-    std::vector<std::string> keys(std::string_view section) const;  // in file order, names as written
+    std::vector<std::string> keys(std::string_view section) const;  // likewise; each name once
 
     std::string text() const;
     void save(const std::string& path, Readable readable = Readable::Everyone) const;

@@ -1,30 +1,24 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/Keys.h"
+#include "core/Row.h"
+
 #include <QAbstractTableModel>
 
 #include <functional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace relay {
 
-// One row of a keyed list.
-struct Row final {
-    std::string key;   // unique in its list without regard to case; empty: a row without a key
-    std::string text;  // column 0
-    std::vector<std::string> subItems;  // columns 1 and up
-    std::string icon;                   // icon key; logic reads it back, views turn it into a picture
-    std::string tag;                    // what the row stands for (a file, a link); never shown
-    bool checked = false;
-    bool highlighted = false;
-};
-
 // Every list of the program: keyed rows in order, with column titles. It needs no Widgets; a view shows it as
 // it is, sorted by itself or through its own sort(). Bytes go to the screen through ScreenText. Row numbers
-// count from 0. Finding a key does not depend on the number of rows; removing many rows at once is linear.
+// count from 0; one that does not exist throws std::out_of_range. Finding a key does not depend on the number
+// of rows; removing many rows at once is linear. After a row was taken out of the middle, the next indexOf of
+// a key behind it numbers the rows anew: loops that remove belong into removeIf.
 class Rows final : public QAbstractTableModel {
     Q_OBJECT
   public:
@@ -40,20 +34,20 @@ class Rows final : public QAbstractTableModel {
 
     int count() const noexcept { return static_cast<int>(m_rows.size()); }
     bool empty() const noexcept { return m_rows.empty(); }
-    const Row& at(int row) const { return m_rows.at(static_cast<std::size_t>(row)); }
+    RowView at(int row) const { return packed(row).view(); }
     // -1 when no row has the key.
     int indexOf(std::string_view key) const;
-    bool contains(std::string_view key) const { return indexOf(key) >= 0; }
+    bool contains(std::string_view key) const;
 
     // Throws Failure 457 "This key is already associated with an element of this collection" when taken.
-    void add(Row row);
-    void insert(int position, Row row);
+    void add(const Row& row);
+    void insert(int position, const Row& row);
     // False, and nothing happens, when the key is taken: duplicates are kept out in silence.
-    bool tryAdd(Row row);
+    bool tryAdd(const Row& row);
     void removeAt(int row);
     bool removeKey(std::string_view key);
     // Removes every row the test names, in one pass; gives their number.
-    int removeIf(const std::function<bool(const Row&)>& test);
+    int removeIf(const std::function<bool(const RowView&)>& test);
     void clear();
 
     void setText(int row, std::string text);
@@ -82,6 +76,7 @@ class Rows final : public QAbstractTableModel {
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
+    // Stable, and without regard to case.
     void sort(int column, Qt::SortOrder order) override;
 
   Q_SIGNALS:
@@ -89,13 +84,35 @@ class Rows final : public QAbstractTableModel {
     void checkToggled(int row, bool on);
 
   private:
-    void changed(int row);
-    void reindex() const;
+    // The index holds the rows' blocks, by their keys.
+    struct HeadHash final {
+        using is_transparent = void;
+        std::size_t operator()(const PackedHead* row) const noexcept { return KeyHash()(row->key()); }
+        std::size_t operator()(std::string_view key) const noexcept { return KeyHash()(key); }
+    };
+    struct HeadEqual final {
+        using is_transparent = void;
+        bool operator()(const PackedHead* a, const PackedHead* b) const noexcept { return a == b; }
+        bool operator()(std::string_view key, const PackedHead* row) const noexcept {
+            return equalsNoCase(key, row->key());
+        }
+        bool operator()(const PackedHead* row, std::string_view key) const noexcept {
+            return equalsNoCase(key, row->key());
+        }
+    };
 
-    std::vector<Row> m_rows;
+    const PackedRow& packed(int row) const { return m_rows.at(static_cast<std::size_t>(row)); }
+    PackedRow& packed(int row) { return m_rows.at(static_cast<std::size_t>(row)); }
+    void refuseTakenKey(std::string_view key) const;
+    template <typename Edit>
+    void change(int row, Edit&& edit);
+    void changed(int row);
+    bool told() const noexcept { return m_batch == 0; }
+
+    std::vector<PackedRow> m_rows;
     std::vector<std::string> m_titles;
-    mutable std::unordered_map<std::string, int> m_places;  // lower-cased key to row
-    mutable bool m_placesStale = false;
+    std::unordered_set<const PackedHead*, HeadHash, HeadEqual> m_keys;
+    mutable std::size_t m_numberedTo = 0;  // rows before this one know their place
     bool m_checkable = false;
     int m_batch = 0;
     int m_sortedColumn = -1;

@@ -23,6 +23,7 @@ class clsPreference final {
     // Also starts the log's run (size test and banner). A failure is shown as "GetSetting_Error: " and gives
     // false.
     bool GetSettings();
+    // A failure is shown as "Save_Setting_Error: ".
     void SaveSettings();
 
     std::int16_t TryWebRanking = 0;
@@ -70,6 +71,11 @@ class clsPreference final {
     void updateHTTPLogin();
 
   private:
+    void readPreference();
+    void readSetting();
+    void readServiceLinks();
+    void syncStore();  // throws Failure when the store cannot be written
+
     const Paths& m_paths;
     SettingsStore& m_store;
     Log& m_log;

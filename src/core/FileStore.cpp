@@ -1,0 +1,230 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "core/FileStore.h"
+
+#include "core/Failure.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <map>
+#include <random>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+
+namespace relay {
+
+namespace {
+
+SaveFault& saveFault() {
+    static SaveFault fault;
+    return fault;
+}
+
+[[noreturn]] void fail(const std::string& path, int error) {
+    int number = 75;
+    if (error == ENOENT) number = 53;
+    if (error == ENOSPC || error == EDQUOT) number = 61;
+    if (error == EACCES || error == EPERM || error == EROFS || error == ELOOP) number = 70;
+    throw Failure(path + ": " + std::generic_category().message(error), number);
+}
+
+class Descriptor final {
+  public:
+    explicit Descriptor(int descriptor) : m_descriptor(descriptor) {}
+    ~Descriptor() {
+        if (m_descriptor >= 0) ::close(m_descriptor);
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+
+    operator int() const { return m_descriptor; }
+    int release() { return std::exchange(m_descriptor, -1); }
+    int close() { return ::close(release()); }
+
+  private:
+    int m_descriptor;
+};
+
+std::string folderOf(const std::string& path) {
+    const std::size_t slash = path.rfind('/');
+    if (slash == std::string::npos) return ".";
+    return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+// Fails the step where a test asks for it.
+void step(SaveStep which, const std::string& path) {
+    const int error = saveFault() ? saveFault()(which) : 0;
+    if (error != 0) fail(path, error);
+}
+
+// Large texts go in pieces, so that no write depends on the kernel's own limit.
+void writeAll(int descriptor, std::string_view bytes, const std::string& path, bool faults) {
+    constexpr std::size_t kPiece = 1024 * 1024;
+    while (!bytes.empty()) {
+        if (faults) step(SaveStep::Write, path);
+        const ssize_t written = ::write(descriptor, bytes.data(), std::min(bytes.size(), kPiece));
+        if (written < 0 && errno == EINTR) continue;
+        if (written < 0) fail(path, errno);
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+}
+
+// The permissions the new file gets: those of the file it replaces, if there is one and it may be written.
+mode_t permissionsFor(const std::string& path, Readable readable, bool& keep) {
+    struct stat status {};
+    keep = false;
+    if (::lstat(path.c_str(), &status) == 0 && !S_ISLNK(status.st_mode)) {
+        if (!S_ISREG(status.st_mode)) fail(path, S_ISDIR(status.st_mode) ? EISDIR : EINVAL);
+        if (::faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) != 0) fail(path, errno);
+        keep = readable == Readable::Everyone;
+    }
+    if (readable == Readable::OwnerOnly) return 0600;
+    return keep ? status.st_mode & 07777 : 0644;
+}
+
+// A new file beside `path`, removed again unless it was renamed.
+class TemporaryFile final {
+  public:
+    TemporaryFile(const std::string& path, mode_t mode) {
+        static thread_local std::random_device random;
+        step(SaveStep::Create, path);
+        for (int attempt = 0; attempt < 100; ++attempt) {
+            m_name = folderOf(path) + "/.relay-" + std::to_string(random()) + std::to_string(random());
+            m_descriptor = ::open(m_name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
+            if (m_descriptor >= 0) return;
+            if (errno != EEXIST) fail(path, errno);
+        }
+        fail(path, EEXIST);
+    }
+    ~TemporaryFile() {
+        if (m_descriptor >= 0) ::close(m_descriptor);
+        if (!m_name.empty()) ::unlink(m_name.c_str());
+    }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+    int descriptor() const { return m_descriptor; }
+    void flush(const std::string& path) {
+        step(SaveStep::Flush, path);
+        if (::fsync(m_descriptor) != 0) fail(path, errno);
+        if (::close(std::exchange(m_descriptor, -1)) != 0) fail(path, errno);
+    }
+    void rename(const std::string& path) {
+        step(SaveStep::Rename, path);
+        if (::rename(m_name.c_str(), path.c_str()) != 0) fail(path, errno);
+        m_name.clear();
+    }
+
+  private:
+    std::string m_name;
+    int m_descriptor = -1;
+};
+
+void flushFolder(const std::string& path) {
+    step(SaveStep::FolderFlush, path);
+    const Descriptor folder(::open(folderOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (folder < 0) fail(path, errno);
+    // Some file systems have nothing to flush for a folder.
+    if (::fsync(folder) != 0 && errno != EINVAL && errno != ENOTSUP) fail(path, errno);
+}
+
+struct HeldLock final {
+    int descriptor = -1;
+    int depth = 0;
+};
+// The folders this thread holds, so that a lock taken inside a lock does not wait for itself.
+thread_local std::map<std::pair<dev_t, ino_t>, HeldLock> heldLocks;
+
+}  // namespace
+
+std::string readFile(const std::string& path, std::size_t limit) {
+    // Without O_NONBLOCK the opening of a pipe would wait for its other end.
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    if (file < 0) fail(path, errno);
+    struct stat status {};
+    if (::fstat(file, &status) != 0) fail(path, errno);
+    if (!S_ISREG(status.st_mode)) throw Failure(path + ": Not a regular file", 75);
+    const auto tooLarge = [&] { return Failure(path + ": File too large", 75); };
+    const std::size_t expected = static_cast<std::size_t>(status.st_size);
+    if (expected > limit) throw tooLarge();
+    // One byte more than expected shows the end of the file without growing the text.
+    std::string bytes(expected + 1, '\0');
+    std::size_t size = 0;
+    for (;;) {
+        const ssize_t got = ::read(file, bytes.data() + size, bytes.size() - size);
+        if (got < 0 && errno == EINTR) continue;
+        if (got < 0) fail(path, errno);
+        size += static_cast<std::size_t>(got);
+        if (size > limit) throw tooLarge();
+        if (got == 0) break;
+        if (size == bytes.size()) bytes.resize(size * 2);
+    }
+    bytes.resize(size);
+    return bytes;
+}
+
+void writeFile(const std::string& path, std::string_view bytes, Readable readable) {
+    bool keep = false;
+    const mode_t mode = permissionsFor(path, readable, keep);
+    TemporaryFile temporary(path, keep ? 0600 : mode);
+    if (keep && ::fchmod(temporary.descriptor(), mode) != 0) fail(path, errno);
+    writeAll(temporary.descriptor(), bytes, path, true);
+    temporary.flush(path);
+    temporary.rename(path);
+    flushFolder(path);
+}
+
+void appendFile(const std::string& path, std::string_view bytes, Readable readable) {
+    const bool ownerOnly = readable == Readable::OwnerOnly;
+    Descriptor file(::open(path.c_str(),
+                           O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC,
+                           ownerOnly ? 0600 : 0644));
+    if (file < 0) fail(path, errno);
+    struct stat status {};
+    if (::fstat(file, &status) != 0) fail(path, errno);
+    if (!S_ISREG(status.st_mode)) throw Failure(path + ": Not a regular file", 75);
+    if (ownerOnly && (status.st_mode & 077) != 0 && ::fchmod(file, 0600) != 0) fail(path, errno);
+    writeAll(file, bytes, path, false);
+    if (file.close() != 0) fail(path, errno);
+}
+
+bool removeFile(const std::string& path) {
+    if (::unlink(path.c_str()) == 0) return true;
+    if (errno != ENOENT) fail(path, errno);
+    return false;
+}
+
+FolderLock::FolderLock(const std::string& fileInFolder) {
+    const std::string folder = folderOf(fileInFolder);
+    Descriptor opened(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (opened < 0) fail(folder, errno);
+    struct stat status {};
+    if (::fstat(opened, &status) != 0) fail(folder, errno);
+    m_device = status.st_dev;
+    m_inode = status.st_ino;
+    HeldLock& held = heldLocks[{m_device, m_inode}];
+    if (held.depth == 0) {
+        int result = 0;
+        do result = ::flock(opened, LOCK_EX);
+        while (result != 0 && errno == EINTR);
+        // A file system without locks is no reason to refuse the work: the lock is advice.
+        held.descriptor = opened.release();
+    }
+    ++held.depth;
+}
+
+FolderLock::~FolderLock() {
+    const auto held = heldLocks.find({m_device, m_inode});
+    if (held == heldLocks.end() || --held->second.depth > 0) return;
+    ::close(held->second.descriptor);
+    heldLocks.erase(held);
+}
+
+SaveFault setSaveFault(SaveFault fault) {
+    return std::exchange(saveFault(), std::move(fault));
+}
+
+}  // namespace relay

@@ -1,0 +1,263 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "core/IniFile.h"
+
+#include "core/Failure.h"
+#include "core/Keys.h"
+#include "core/Text.h"
+
+#include <deque>
+#include <unordered_map>
+
+namespace relay {
+
+namespace {
+
+constexpr std::string_view kBlanks = " \t";
+
+std::string_view trimBlanks(std::string_view text) {
+    const std::size_t start = text.find_first_not_of(kBlanks);
+    if (start == npos) return {};
+    return text.substr(start, text.find_last_not_of(kBlanks) - start + 1);
+}
+
+// The first line of the text with its line end.
+std::string_view wholeLine(std::string_view text) {
+    const std::size_t end = firstLine(text).size();
+    const std::string_view rest = text.substr(end);
+    return text.substr(0, end + (startsWithNoCase(rest, "\r\n") ? 2 : rest.empty() ? 0 : 1));
+}
+
+// What the reader gives for the text behind an equals sign.
+std::string_view readValue(std::string_view value, std::size_t limit) {
+    value = trimBlanks(value);
+    const bool quoted =
+        value.size() >= 2 && (value.front() == '"' || value.front() == '\'') && value.back() == value.front();
+    if (quoted) value = value.substr(1, value.size() - 2);
+    value = value.substr(0, limit);
+    return trimRight(value.substr(0, value.find('\0')));
+}
+
+}  // namespace
+
+struct IniFile::Data {
+    // A key, or (with an empty name) a run of lines that are none. What was read stays a view of the text; a
+    // value that was set is held apart.
+    struct Entry final {
+        std::string_view raw;
+        std::string_view key;
+        std::unique_ptr<std::string> value;
+
+        std::string_view readable() const {
+            if (value) return *value;
+            const std::string_view line = firstLine(raw);
+            return line.substr(line.find('=') + 1);
+        }
+    };
+    struct Section final {
+        std::string header;  // empty for what stands before the first section
+        std::string_view name;
+        std::vector<Entry> entries;
+        std::string_view closingBlanks;
+        std::unordered_map<std::string_view, std::size_t, KeyHash, KeyEqual> places;
+    };
+
+    std::string source;
+    std::deque<Section> sections;  // a deque, and names in a deque: views of them stay good
+    std::deque<std::string> names;
+    std::unordered_map<std::string_view, Section*, KeyHash, KeyEqual> sectionPlaces;
+
+    std::string_view keep(std::string_view name) { return names.emplace_back(name); }
+    Section& addSection(std::string_view header, std::string_view name) {
+        Section& section = sections.emplace_back();
+        section.header = header;
+        section.name = name;
+        if (!header.empty()) sectionPlaces.try_emplace(name, &section);
+        return section;
+    }
+    void read();
+    void readLine(Section& section, std::string_view raw);
+    const Entry* find(std::string_view section, std::string_view key) const;
+};
+
+void IniFile::Data::read() {
+    Section* section = &addSection({}, {});
+    std::string_view rest = source;
+    while (!rest.empty()) {
+        const std::string_view raw = wholeLine(rest);
+        rest.remove_prefix(raw.size());
+        const std::string_view line = trimBlanks(firstLine(raw));
+        const std::size_t close = line.rfind(']');
+        if (!line.empty() && line.front() == '[' && close != npos)
+            section = &addSection(raw, trimBlanks(line.substr(1, close - 1)));
+        else
+            readLine(*section, raw);
+    }
+}
+
+void IniFile::Data::readLine(Section& section, std::string_view raw) {
+    const std::string_view line = trimBlanks(firstLine(raw));
+    const auto joined = [](std::string_view a, std::string_view b) {
+        return a.empty() ? b : std::string_view(a.data(), a.size() + b.size());
+    };
+    if (line.empty()) {
+        section.closingBlanks = joined(section.closingBlanks, raw);
+        return;
+    }
+    const std::size_t equals = line.find('=');
+    const bool isKey = equals != npos && equals > 0 && line.front() != ';' && line.front() != '[';
+    // Lines that are no key, and the blank ones between them, share one entry: they follow one another in the
+    // text.
+    if (!section.closingBlanks.empty() || !isKey) {
+        if (section.entries.empty() || !section.entries.back().key.empty()) section.entries.emplace_back();
+        std::string_view& run = section.entries.back().raw;
+        run = joined(run, std::exchange(section.closingBlanks, {}));
+        if (!isKey) run = joined(run, raw);
+    }
+    if (!isKey) return;
+    const std::string_view key = trimBlanks(line.substr(0, equals));
+    section.places.try_emplace(key, section.entries.size());
+    section.entries.push_back({raw, key, nullptr});
+}
+
+const IniFile::Data::Entry* IniFile::Data::find(std::string_view section, std::string_view key) const {
+    const auto found = sectionPlaces.find(trimBlanks(section));
+    if (found == sectionPlaces.end()) return nullptr;
+    const auto place = found->second->places.find(trimBlanks(key));
+    return place == found->second->places.end() ? nullptr : &found->second->entries[place->second];
+}
+
+IniFile::IniFile() : m_data(std::make_unique<Data>()) {
+    m_data->read();
+}
+IniFile::~IniFile() = default;
+IniFile::IniFile(IniFile&&) noexcept = default;
+IniFile& IniFile::operator=(IniFile&&) noexcept = default;
+
+IniFile IniFile::load(const std::string& path) {
+    try {
+        return parse(readFile(path, kLargestFile));
+    } catch (const Failure& failure) {
+        if (failure.number() != 53) throw;
+        return IniFile();
+    }
+}
+
+IniFile IniFile::parse(std::string_view text) {
+    IniFile file;
+    *file.m_data = Data();
+    file.m_data->source = text;
+    file.m_data->read();
+    return file;
+}
+
+std::string IniFile::value(std::string_view section, std::string_view key, std::size_t limit) const {
+    const Data::Entry* const entry = m_data->find(section, key);
+    return entry ? std::string(readValue(entry->readable(), limit)) : std::string();
+}
+
+bool IniFile::has(std::string_view section, std::string_view key) const {
+    return m_data->find(section, key) != nullptr;
+}
+
+void IniFile::setValue(std::string_view section, std::string_view key, std::string_view value) {
+    section = trimBlanks(firstLine(section));
+    key = trimBlanks(firstLine(key));
+    if (section.empty() || key.empty() || key.find('=') != npos || key.front() == '[' || key.front() == ';')
+        throw Failure("Invalid section or key: [" + std::string(section) + "] " + std::string(key), 5);
+    auto place = m_data->sectionPlaces.find(section);
+    if (place == m_data->sectionPlaces.end()) {
+        const std::string_view name = m_data->keep(section);
+        m_data->addSection("[" + std::string(name) + "]\r\n", name);
+        place = m_data->sectionPlaces.find(section);
+    }
+    Data::Section& target = *place->second;
+    auto entry = target.places.find(key);
+    if (entry == target.places.end()) {
+        const std::string_view name = m_data->keep(key);
+        entry = target.places.emplace(name, target.entries.size()).first;
+        target.entries.push_back({{}, name, nullptr});
+    }
+    target.entries[entry->second].value = std::make_unique<std::string>(firstLine(value));
+}
+
+std::vector<std::string> IniFile::sections() const {
+    std::vector<std::string> result;
+    for (const Data::Section& section : m_data->sections) {
+        const auto place = m_data->sectionPlaces.find(section.name);
+        if (place != m_data->sectionPlaces.end() && place->second == &section)
+            result.emplace_back(section.name);
+    }
+    return result;
+}
+
+std::vector<std::string> IniFile::keys(std::string_view section) const {
+    std::vector<std::string> result;
+    const auto found = m_data->sectionPlaces.find(trimBlanks(section));
+    if (found == m_data->sectionPlaces.end()) return result;
+    const Data::Section& from = *found->second;
+    for (std::size_t i = 0; i < from.entries.size(); ++i) {
+        const auto place = from.places.find(from.entries[i].key);
+        if (place != from.places.end() && place->second == i) result.emplace_back(from.entries[i].key);
+    }
+    return result;
+}
+
+std::string IniFile::text() const {
+    std::string out;
+    out.reserve(m_data->source.size() + m_data->source.size() / 4);
+    const auto append = [&](std::string_view piece) {
+        // Only the last line that was read can lack its end.
+        const bool open = !out.empty() && out.back() != '\n' && out.back() != '\r';
+        if (open && !piece.empty()) out.append("\r\n");
+        out.append(piece);
+    };
+    for (const Data::Section& section : m_data->sections) {
+        append(section.header);
+        for (const Data::Entry& entry : section.entries) {
+            append(entry.value ? entry.key : entry.raw);
+            if (entry.value) out.append("=").append(*entry.value).append("\r\n");
+        }
+        append(section.closingBlanks);
+    }
+    return out;
+}
+
+void IniFile::save(const std::string& path, Readable readable) const {
+    writeFile(path, text(), readable);
+}
+
+namespace {
+
+std::string readOrNothing(const std::string& file, std::string_view section, std::string_view key,
+                          std::size_t limit) {
+    try {
+        return IniFile::load(file).value(section, key, limit);
+    } catch (const Failure&) {
+        return {};
+    }
+}
+
+}  // namespace
+
+std::string ReadIniValue(const std::string& file, std::string_view section, std::string_view key) {
+    return readOrNothing(file, section, key, IniFile::kShortLimit);
+}
+
+std::string ReadIniValueLong(const std::string& file, std::string_view section, std::string_view key) {
+    return readOrNothing(file, section, key, IniFile::kLongLimit);
+}
+
+std::string WriteIniValue(const std::string& file, std::string_view section, std::string_view key,
+                          std::string_view value) {
+    try {
+        const FolderLock lock(file);
+        IniFile document = IniFile::load(file);
+        document.setValue(section, key, value);
+        document.save(file);
+        return "1";
+    } catch (const Failure&) {
+        return "0";
+    }
+}
+
+}  // namespace relay

@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "core/Paths.h"
+
+#include "core/Failure.h"
+#include "core/FileStore.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <filesystem>
+#include <sys/stat.h>
+#include <system_error>
+
+namespace relay {
+
+namespace {
+
+std::string withoutEndSlash(std::string_view folder) {
+    while (!folder.empty() && folder.back() == '/') folder.remove_suffix(1);
+    return std::string(folder);
+}
+
+Paths inFolders(std::string_view app, std::string settings) {
+    Paths paths;
+    paths.AppPath = withoutEndSlash(app);
+    paths.WindowsPath = paths.inApp("data/");
+    paths.ProjectFilePath = paths.inApp("project.kwj");
+    paths.settingsFile = std::move(settings);
+    return paths;
+}
+
+bool statusOf(std::string_view path, struct stat& status) noexcept {
+    try {
+        return ::stat(std::string(path).c_str(), &status) == 0;
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+}
+
+bool isControl(char c) {
+    return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
+}
+
+bool isSeparator(char c) {
+    return c == '/' || c == '\\';
+}
+
+}  // namespace
+
+Paths Paths::insideHome(std::string_view home) {
+    const std::string folder = std::filesystem::absolute(home).lexically_normal().string();
+    return inFolders(folder, withoutEndSlash(folder) + "/settings.ini");
+}
+
+Paths Paths::fromEnvironment(const std::function<std::optional<std::string>(const char*)>& environment) {
+    const auto value = [&](const char* name) { return environment(name).value_or(std::string()); };
+    const std::string home = value("KORVEL_RELAY_HOME");
+    if (!home.empty()) return insideHome(home);
+    const auto folder = [&](const char* name, const char* fallback) {
+        // A relative folder is to be ignored in these two.
+        std::string given = value(name);
+        if (!given.empty() && given.front() == '/') return withoutEndSlash(given);
+        const std::string userHome = value("HOME");
+        if (userHome.empty()) throw Failure(std::string("Neither ") + name + " nor HOME is set", 75);
+        return withoutEndSlash(userHome) + fallback;
+    };
+    return inFolders(folder("XDG_DATA_HOME", "/.local/share") + "/korvel-relay",
+                     folder("XDG_CONFIG_HOME", "/.config") + "/korvel-relay/settings.ini");
+}
+
+std::string Paths::inApp(std::string_view name) const {
+    return AppPath + "/" + std::string(name);
+}
+
+std::string Paths::inWindows(std::string_view name) const {
+    return WindowsPath + std::string(name);
+}
+
+void makeFolder(const std::string& folder, unsigned mode) {
+    if (folder.empty() || folderExists(folder)) return;
+    const std::string path = withoutEndSlash(folder);
+    const std::size_t slash = path.rfind('/');
+    if (slash != std::string::npos && slash > 0) makeFolder(path.substr(0, slash));
+    if (::mkdir(path.c_str(), mode) == 0 || (errno == EEXIST && folderExists(path))) return;
+    const int error = errno;
+    const int number = error == EACCES || error == EPERM || error == EROFS ? 70 : error == ENOSPC ? 61 : 75;
+    throw Failure(path + ": " + std::generic_category().message(error), number);
+}
+
+bool fileExists(std::string_view path) noexcept {
+    struct stat status {};
+    return statusOf(path, status) && S_ISREG(status.st_mode);
+}
+
+bool folderExists(std::string_view path) noexcept {
+    struct stat status {};
+    return statusOf(path, status) && S_ISDIR(status.st_mode);
+}
+
+void prepareHome(const Paths& paths, std::string_view installedData) {
+    makeFolder(paths.AppPath);
+    makeFolder(paths.WindowsPath);
+    for (const char* const name : {"country.kws", "cat.kws"}) {
+        const std::string target = paths.inApp(name);
+        const std::string source = std::string(installedData) + "/" + name;
+        struct stat status {};
+        // A link that leads nowhere is there too: it is the user's, and stays.
+        const bool absent = ::lstat(target.c_str(), &status) != 0 && errno == ENOENT;
+        if (absent && fileExists(source)) writeFile(target, readFile(source));
+    }
+}
+
+std::string safeFileName(std::string_view name) {
+    const bool refused =
+        name.empty() || name == "." || name == ".." || name.size() > 255 ||
+        std::any_of(name.begin(), name.end(), [](char c) { return isControl(c) || isSeparator(c); });
+    if (refused) throw Failure("Bad file name: " + mendedFileName(name), 75);
+    return std::string(name);
+}
+
+std::string mendedFileName(std::string_view name, std::size_t limit) {
+    std::string mended(name.substr(0, std::max<std::size_t>(limit, 1)));
+    std::replace_if(
+        mended.begin(), mended.end(), [](char c) { return isControl(c) || isSeparator(c); }, '_');
+    for (std::size_t i = 0; i < mended.size() && mended[i] == '.'; ++i) mended[i] = '_';
+    return mended.empty() ? "_" : mended;
+}
+
+}  // namespace relay

@@ -1,0 +1,229 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "core/Text.h"
+
+#include "core/Failure.h"
+
+#include <array>
+#include <bitset>
+#include <charconv>
+#include <cmath>
+#include <limits>
+
+namespace relay {
+
+namespace {
+
+constexpr std::array<unsigned char, 256> makeLowerTable() {
+    std::array<unsigned char, 256> table{};
+    for (unsigned i = 0; i < table.size(); ++i)
+        table[i] = static_cast<unsigned char>(i >= 'A' && i <= 'Z' ? i + ('a' - 'A') : i);
+    return table;
+}
+constexpr auto kLower = makeLowerTable();
+
+constexpr unsigned char lower(char c) noexcept {
+    return kLower[static_cast<unsigned char>(c)];
+}
+
+// What a closed tag appends to the plain text.
+std::string_view breakOfTag(std::string_view tag) {
+    static constexpr std::string_view kParagraphTags[] = {"P", "/H1", "/H2", "/H3", "/H4", "/H5", "DL"};
+    for (const std::string_view name : kParagraphTags)
+        if (equalsNoCase(tag, name)) return "\r\n\r\n";
+    if (equalsNoCase(tag, "BR")) return "\r\n";
+    if (equalsNoCase(tag, "HR")) return "\r\n--------------------------------------------------\r\n";
+    return {};
+}
+
+char unusedCharacter(std::string_view text) {
+    std::bitset<256> used;
+    for (const char c : text) used.set(static_cast<unsigned char>(c));
+    for (unsigned code = 255; code > 0; --code)
+        if (!used[code]) return static_cast<char>(code);
+    return '\0';
+}
+
+// Turns every marker into a line break and drops the blanks at the start of each line. Going on behind each
+// break, rather than from the front, keeps this linear and lets it end even when the marker is a CR.
+std::string breakAtMarkers(std::string_view text, char marker) {
+    std::string result;
+    result.reserve(text.size() + text.size() / 16);
+    std::size_t at = text.find(marker);
+    while (at != npos) {
+        result.append(text.substr(0, at)).append("\r\n");
+        text = trim(text.substr(at + 1));
+        at = text.find(marker);
+    }
+    return result.append(text);
+}
+
+}  // namespace
+
+bool containsNoCase(std::string_view hay, std::string_view needle) noexcept {
+    return findNoCase(hay, needle) != npos;
+}
+
+bool equalsNoCase(std::string_view a, std::string_view b) noexcept {
+    if (a.size() != b.size()) return false;
+    for (std::size_t i = 0; i < a.size(); ++i)
+        if (lower(a[i]) != lower(b[i])) return false;
+    return true;
+}
+
+bool startsWithNoCase(std::string_view text, std::string_view start) noexcept {
+    return text.size() >= start.size() && equalsNoCase(text.substr(0, start.size()), start);
+}
+
+bool endsWithNoCase(std::string_view text, std::string_view end) noexcept {
+    return text.size() >= end.size() && equalsNoCase(text.substr(text.size() - end.size()), end);
+}
+
+int compareNoCase(std::string_view a, std::string_view b) noexcept {
+    const std::size_t common = a.size() < b.size() ? a.size() : b.size();
+    for (std::size_t i = 0; i < common; ++i) {
+        const int difference = int{lower(a[i])} - int{lower(b[i])};
+        if (difference != 0) return difference;
+    }
+    return a.size() == b.size() ? 0 : (a.size() < b.size() ? -1 : 1);
+}
+
+std::string toUpper(std::string_view text) {
+    std::string result(text);
+    for (char& c : result)
+        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - ('a' - 'A'));
+    return result;
+}
+
+std::string toLower(std::string_view text) {
+    std::string result(text);
+    for (char& c : result) c = static_cast<char>(lower(c));
+    return result;
+}
+
+std::string_view trim(std::string_view text) noexcept {
+    return trimLeft(trimRight(text));
+}
+
+std::string_view trimLeft(std::string_view text) noexcept {
+    const std::size_t start = text.find_first_not_of(' ');
+    return start == npos ? text.substr(text.size()) : text.substr(start);
+}
+
+std::string_view trimRight(std::string_view text) noexcept {
+    return text.substr(0, text.find_last_not_of(' ') + 1);
+}
+
+std::string replaceAll(std::string_view text, std::string_view what, std::string_view with) {
+    if (what.empty()) return std::string(text);
+    std::string result;
+    result.reserve(text.size());
+    std::size_t from = 0;
+    for (std::size_t at = text.find(what); at != npos; at = text.find(what, from)) {
+        result.append(text.substr(from, at - from)).append(with);
+        from = at + what.size();
+    }
+    return result.append(text.substr(from));
+}
+
+std::string_view firstLine(std::string_view text) noexcept {
+    return text.substr(0, text.find_first_of("\r\n"));
+}
+
+double leadingNumber(std::string_view text) noexcept {
+    text = trimLeft(text);
+    const bool negative = !text.empty() && text.front() == '-';
+    if (negative || (!text.empty() && text.front() == '+')) text.remove_prefix(1);
+    // from_chars would take the words "inf" and "nan" and a second sign.
+    if (text.empty() || (text.front() != '.' && (text.front() < '0' || text.front() > '9'))) return 0;
+    double value = 0;
+    const std::errc error =
+        std::from_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed).ec;
+    if (error == std::errc::result_out_of_range && text.front() != '0' && text.front() != '.')
+        value = std::numeric_limits<double>::infinity();
+    return negative ? -value : value;
+}
+
+int leadingInteger(std::string_view text) noexcept {
+    constexpr double kLowest = std::numeric_limits<int>::min();
+    constexpr double kHighest = std::numeric_limits<int>::max();
+    const double value = std::nearbyint(leadingNumber(text));
+    if (value <= kLowest) return std::numeric_limits<int>::min();
+    if (value >= kHighest) return std::numeric_limits<int>::max();
+    return static_cast<int>(value);
+}
+
+std::int16_t toInt16(double value) {
+    const double rounded = std::nearbyint(value);
+    if (!(rounded >= std::numeric_limits<std::int16_t>::min() &&
+          rounded <= std::numeric_limits<std::int16_t>::max()))
+        throw Failure("Overflow", 6);
+    return static_cast<std::int16_t>(rounded);
+}
+
+std::string_view left(std::string_view text, std::size_t n) noexcept {
+    return text.substr(0, n);
+}
+
+std::string GetToken(std::string_view text, char delimiter, int n) {
+    for (int token = 1; token < n; ++token) {
+        const std::size_t at = text.find(delimiter);
+        if (at == npos) return {};
+        text.remove_prefix(at + 1);
+    }
+    return std::string(text.substr(0, text.find(delimiter)));
+}
+
+std::string CleanLineBreaks(std::string_view text) {
+    std::string result = replaceAll(text, "\r\n", " ");
+    result = replaceAll(result, "\r", " ");
+    result = replaceAll(result, "\n", " ");
+    result = replaceAll(result, "  ", " ");
+    return replaceAll(result, "   ", "");
+}
+
+void SplitAtPipe(std::string& text, std::string& rest) {
+    const std::size_t at = text.find('|');
+    rest = at == npos ? std::string() : text.substr(at + 1);
+    if (at != npos) text.resize(at);
+}
+
+std::string StripHTML(std::string_view html) {
+    std::string result;
+    for (std::size_t open = html.find('<'); open != npos; open = html.find('<')) {
+        result.append(html.substr(0, open));
+        html.remove_prefix(open + 1);
+        const std::size_t close = html.find('>');
+        if (close == npos) break;
+        const std::string_view tag = html.substr(0, close);
+        result.append(breakOfTag(tag.substr(0, tag.find(' '))));
+        html.remove_prefix(close + 1);
+    }
+    const char marker = unusedCharacter(result);
+    std::erase(result, '\r');
+    for (char& c : result)
+        if (c == '\n') c = marker;
+    return breakAtMarkers(result, marker);
+}
+
+std::string CutAtNull(std::string_view text) {
+    return std::string(text.substr(0, text.find('\0')));
+}
+
+std::string Base64Encode(std::string_view text) {
+    static constexpr std::string_view kAlphabet =
+        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::string result;
+    result.reserve((text.size() + 2) / 3 * 4);
+    // 54 is a multiple of 3, so the blocks join without a seam and only the end of the text is filled up.
+    for (std::size_t at = 0; at < text.size(); at += 3) {
+        const auto byte = [&](std::size_t i) {
+            return static_cast<unsigned char>(at + i < text.size() ? text[at + i] : ' ');
+        };
+        const unsigned group = unsigned{byte(0)} << 16 | unsigned{byte(1)} << 8 | byte(2);
+        for (int shift = 18; shift >= 0; shift -= 6) result += kAlphabet[group >> shift & 63];
+    }
+    const std::size_t missing = (3 - text.size() % 3) % 3;
+    return result.replace(result.size() - missing, missing, missing, '=');
+}
+
+}  // namespace relay

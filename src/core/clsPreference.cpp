@@ -1,0 +1,192 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "core/clsPreference.h"
+
+#include "core/Failure.h"
+#include "core/IniFile.h"
+#include "core/Log.h"
+#include "core/Paths.h"
+#include "core/Prompts.h"
+#include "core/SettingsStore.h"
+#include "core/Text.h"
+#include "core/Trap.h"
+
+#include <charconv>
+#include <cmath>
+#include <limits>
+
+namespace relay {
+
+namespace {
+
+constexpr const char* kPreference = "Preference";
+constexpr const char* kSetting = "Setting";
+constexpr const char* kPresentVersion = "6.0";
+
+// A text that must be a number as a whole, blanks around it aside.
+double numberOf(std::string_view text) {
+    text = trim(text);
+    if (!text.empty() && text.front() == '+') text.remove_prefix(1);
+    double value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error == std::errc::result_out_of_range) throw Failure("Overflow", 6);
+    if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(value))
+        throw Failure("Type mismatch", 13);
+    return value;
+}
+
+std::int32_t toInt32(double value) {
+    const double rounded = std::nearbyint(value);
+    if (rounded < std::numeric_limits<std::int32_t>::min() ||
+        rounded > std::numeric_limits<std::int32_t>::max())
+        throw Failure("Overflow", 6);
+    return static_cast<std::int32_t>(rounded);
+}
+
+// Reads one section of the store.
+class Section final {
+  public:
+    Section(const SettingsStore& store, std::string_view section) : m_store(store), m_section(section) {}
+
+    std::string text(std::string_view key, std::string_view fallback = {}) const {
+        return m_store.value(kApplication, m_section, key, fallback);
+    }
+    std::int16_t number(std::string_view key, std::string_view fallback = "0") const {
+        return toInt16(numberOf(text(key, fallback)));
+    }
+
+  private:
+    const SettingsStore& m_store;
+    std::string_view m_section;
+};
+
+// The full path of a neighbour of the program, or empty where it is not installed.
+std::string siblingTool(const SettingsStore& store, std::string_view application, std::string_view section,
+                        std::string_view file) {
+    const std::string folder = store.value(application, section, "Location");
+    return folder.empty() ? folder : folder + "/" + std::string(file);
+}
+
+}  // namespace
+
+clsPreference::clsPreference(const Paths& paths, SettingsStore& store, Log& log, Prompts& prompts)
+    : m_paths(paths), m_store(store), m_log(log), m_prompts(prompts) {}
+
+bool clsPreference::GetSettings() {
+    return trap(m_prompts, "GetSetting_Error: ", [this] {
+        m_log.startRun();
+        readPreference();
+        // Two of the three neighbours stood in a registry that this system does not have.
+        KRWLocation.clear();
+        KBKLocation.clear();
+        KLBLocation = siblingTool(m_store, "Korvel Link Builder", "Version", "klink.exe");
+        readSetting();
+        readServiceLinks();
+    });
+}
+
+void clsPreference::readPreference() {
+    const Section from(m_store, kPreference);
+    TryWebRanking = from.number("TryWebRanking");
+    AccessType = from.number("AccessType");
+    Proxy = from.text("Proxy");
+    Port = toInt32(numberOf(from.text("Port", "0")));
+    LoadConfigure = from.number("LoadConfig");
+    TimeOut = from.number("TimeOut", "30");
+    Connections = from.number("Connections", "9");
+    Authentication = from.number("Authentication");
+    HTTPUserName = from.text("Auth_Username");
+    HTTPPassword = from.text("Auth_Password");
+    updateHTTPLogin();
+    m_HTTPVersion = from.text("HTTPVersion", "HTTP/1.0");
+    name = from.text("Name");
+    Email = from.text("Email");
+    Company = from.text("Company");
+    SiteURL = from.text("SiteURL");
+    SMTPServer = from.text("SMTP Server");
+    LogoURL = from.text("LogoURL");
+    LogoPosition = toInt16(leadingNumber(from.text("LogoPosition", "0")));
+    BlockSpam = from.number("BlockSpam");
+    DontClearFields = from.number("DontClearFields");
+    PromptConnection = from.number("PromptConnection", "1");
+}
+
+void clsPreference::readSetting() {
+    const Section from(m_store, kSetting);
+    Version = from.text("Version");
+    if (Version != kPresentVersion) {
+        m_store.setValue(kApplication, kSetting, "Version", kPresentVersion);
+        m_store.setValue(kApplication, kSetting, "Download", "1");
+    }
+    DownEngineData = from.text("Download", "1");
+}
+
+void clsPreference::readServiceLinks() {
+    const std::string file = m_paths.inWindows("korvel.ini");
+    const auto link = [&](std::string_view key, std::string_view fallback) {
+        std::string value = ReadIniValue(file, "Dealer", key);
+        return value.empty() ? std::string(fallback) : value;
+    };
+    const auto page = [](std::string_view path) { return "https://www.korvel.example" + std::string(path); };
+    DealerName = link("Name", "Brenmoor Pty Ltd");
+    DealerEmail = link("Email", kSupportAddress);
+    DealerURL = link("Home", page(""));
+    UpdateURL = link("UpdateURL", page("/upgrade.html"));
+    SupportURL = link("SupportURL", page("/support.html"));
+    TipsURL = link("TipsURL", page("/tips.html"));
+    TutorialPage = link("TutorialPage", "https://tutorial.korvel.example");
+    AcceptAdultSite = link("AcceptAdultSite", "");
+}
+
+void clsPreference::SaveSettings() {
+    const auto write = [this](std::string_view key, std::string_view value) {
+        m_store.setValue(kApplication, kPreference, key, value);
+    };
+    const auto writeNumber = [&](std::string_view key, int value) { write(key, std::to_string(value)); };
+    trap(m_prompts, "Save_Setting_Error: ", [&] {
+        m_store.setValue(kApplication, kSetting, "Location", m_paths.AppPath);
+        writeNumber("TryWebRanking", TryWebRanking);
+        writeNumber("AccessType", AccessType);
+        write("Proxy", Proxy);
+        writeNumber("Port", Port);
+        writeNumber("LoadConfig", LoadConfigure);
+        writeNumber("TimeOut", TimeOut);
+        writeNumber("Connections", Connections);
+        writeNumber("Authentication", Authentication);
+        write("Auth_Username", HTTPUserName);
+        write("Auth_Password", HTTPPassword);
+        write("Name", name);
+        write("Email", Email);
+        write("Company", Company);
+        write("SiteURL", SiteURL);
+        write("SMTP Server", SMTPServer);
+        write("LogoURL", LogoURL);
+        writeNumber("LogoPosition", LogoPosition);
+        writeNumber("BlockSpam", BlockSpam);
+        writeNumber("DontClearFields", DontClearFields);
+        writeNumber("PromptConnection", PromptConnection);
+        syncStore();
+    });
+}
+
+void clsPreference::syncStore() {
+    if (!m_store.sync()) throw Failure(m_paths.settingsFile + ": The settings cannot be written", 75);
+}
+
+void clsPreference::setHTTPVersion(std::string version) {
+    m_HTTPVersion = std::move(version);
+    trap(m_prompts, "Save_Setting_Error: ", [this] {
+        m_store.setValue(kApplication, kPreference, "HTTPVersion", m_HTTPVersion);
+        syncStore();
+    });
+}
+
+bool clsPreference::refusesAdultSites() const {
+    return equalsNoCase(AcceptAdultSite, "No");
+}
+
+void clsPreference::updateHTTPLogin() {
+    const bool complete = !HTTPUserName.empty() && !HTTPPassword.empty();
+    HTTPLogin = complete ? Base64Encode(HTTPUserName + ":" + HTTPPassword) : std::string();
+}
+
+}  // namespace relay
