@@ -10,12 +10,14 @@
 namespace relay {
 
 class HttpNetwork;
+struct HttpTransfer;
 
 // One connection's HTTP client: the operations the pool and the fetcher need, and nothing else. Requests go
-// out as HTTP/1.0 with this program's identification, Host, and for a POST the form content type; no other
-// header. http and https only, for redirects too; certificates are checked. A reply is bounded (kReplyLimit
-// bytes as they arrive): beyond it the request ends as if the reply were complete. All calls and signals
-// belong to the thread that made the client; the transfer itself runs on the network's thread.
+// out as HTTP/1.0 with this program's identification, Host, and for a POST the form content type and its
+// length; no other header. http and https only, for redirects too; certificates are checked; no proxy, no
+// cookies, no credentials. A reply is bounded (kReplyLimit bytes as they arrive): beyond it the request ends
+// as if the reply were complete. All calls and signals belong to the thread that made the network; the
+// transfer itself runs on the network's thread.
 class HttpClient final : public QObject {
     Q_OBJECT
   public:
@@ -25,13 +27,15 @@ class HttpClient final : public QObject {
     static constexpr std::int32_t kNoStatus = 10100;
 
     explicit HttpClient(HttpNetwork& network, QObject* parent = nullptr);
-    ~HttpClient() override;
+    ~HttpClient() override;  // a running request ends without a word
 
-    // 0 when idle; non-zero while a request or an abort is under way.
+    // 0 when idle; non-zero while a request is under way. An abort takes effect at once, so that the client
+    // can take its next request before the Done of the aborted one.
     std::int32_t State() const noexcept;
     // True while a transfer is active.
     bool Busy() const noexcept;
-    // Ends the transfer; Done follows through the event loop.
+    // Ends the transfer; Done follows through the event loop with the text that had come, unless a new
+    // request is started before: then the aborted one ends without a word. Nothing when idle.
     void Abort();
 
     void setFollowUp(bool on) noexcept;  // follow redirects, at most 10
@@ -40,19 +44,28 @@ class HttpClient final : public QObject {
     void setTimeout(std::int32_t milliseconds) noexcept;  // 0: none
 
     // Start the request. Response is filled before Done; it must live until then. Throw Failure when the
-    // request cannot start: busy, a control byte or another scheme than http and https in the URL.
+    // request cannot start: busy, or a URL that wireUrl refuses (see RequestUrl.h).
     void Get(std::string& Response);
     void Post(std::string Data, std::string& Response);
 
-    // Status of the last reply, or kNoStatus.
+    // Status of the last reply, or kNoStatus. Where a redirect could not be followed (more than 10, another
+    // scheme, a dead target) it is the status of the redirect itself.
     std::int32_t ResponseCode() const noexcept;
 
   Q_SIGNALS:
     void Done();
-    void Progress(qint32 bytes);  // bytes of the reply so far
+    // Bytes of the reply so far. Reports are merged: at most one for each turn of the network's loop.
+    void Progress(qint32 bytes);
 
   private:
+    friend class HttpNetwork;
     struct Data;
+
+    void start(std::string* body, std::string& Response);
+    // News from the network. The handlers that these call may delete the client.
+    void report(const std::shared_ptr<HttpTransfer>& transfer, qint32 bytes);
+    void finish(const std::shared_ptr<HttpTransfer>& transfer);
+
     std::unique_ptr<Data> m_data;
 };
 

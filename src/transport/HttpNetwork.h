@@ -5,20 +5,26 @@
 
 namespace relay {
 
+struct HttpTransfer;
+
 // The network thread: one libcurl multi_poll loop that serves every HttpClient made with it and hands results
-// to the event loop of the thread that made it, in batches. Make one per program; it must outlive its
-// clients.
+// to the event loop of the thread that made it, in batches. Make one per program; it must outlive its clients
+// and is not to be deleted from inside one of their signals.
 class HttpNetwork final {
   public:
-    HttpNetwork();
+    HttpNetwork();   // throws Failure when the thread or libcurl cannot start
     ~HttpNetwork();  // ends running transfers, joins the thread
     HttpNetwork(const HttpNetwork&) = delete;
     HttpNetwork& operator=(const HttpNetwork&) = delete;
 
-    struct Data;
-    Data& data() noexcept { return *m_data; }
+    // For HttpClient. The transfer belongs to the network thread from here to its end, which comes back
+    // through the client's finish.
+    void start(std::shared_ptr<HttpTransfer> transfer);
+    // Ends the transfer early; without effect on one that has ended by then.
+    void abort(std::shared_ptr<HttpTransfer> transfer);
 
   private:
+    struct Data;
     std::unique_ptr<Data> m_data;
 };
 

@@ -9,14 +9,16 @@
 
 namespace relay {
 
+class Failure;
 class HttpNetwork;
 class Log;
 class clsPreference;
+struct HttpSlot;
 
 // The connection pool, a form without a window: an array of HTTP clients with one watchdog timer and one
 // HttpSlot each, addressed by index from 1. It has no queue: the owner calls Connect on an index it knows to
 // be idle, and learns of the end through Completed. Every request ends in exactly one Completed or is
-// swallowed by Disconnect.
+// swallowed by Disconnect. The owner may call anything, or delete the pool, from inside a signal.
 class frmHTTPMX final : public QObject {
     Q_OBJECT
   public:
@@ -31,14 +33,24 @@ class frmHTTPMX final : public QObject {
 
     void setConnections(std::int16_t count);  // before Load; 0 means 10
     std::int16_t Connections() const noexcept;
+    // Makes the slots and reads the settings; nothing when it was done before. A failure is a Completed with
+    // index 0.
     void Load();
+    // Starts a request: a POST of PostData when Method is "POST" without regard to case, else a GET. On a
+    // busy slot it aborts that request and sends it again in place of this one. A failure to start is logged
+    // and ends in Completed with kStartFailed, as a rule before Connect returns.
     void Connect(std::int16_t Index, const std::string& URL, const std::string& Method,
                  const std::string& PostData = {});
-    // Aborts everything that runs; Cancelled follows at the first tick (800 ms) that finds every client idle.
+    // Aborts everything that runs and lets pending events run; Cancelled follows at the first tick (800 ms)
+    // that finds every client idle.
     void Disconnect();
     // True when the pool is closed. False while a transfer is still active: it is aborted, and its end goes
-    // on with the unloading.
+    // on with the unloading, one transfer after the other.
     bool Unload();
+
+    // Seconds; filled by Load from the settings where AccessType is 2, else 0.
+    std::int32_t TimeOut() const noexcept;
+    void setTimeOut(std::int32_t seconds) noexcept;
     // The watchdog's interval in milliseconds for the time-out now in force, or Failure 6 "Overflow".
     std::int32_t watchdogInterval() const;
 
@@ -46,10 +58,22 @@ class frmHTTPMX final : public QObject {
     void Completed(qint16 Index, qint32 Code, const std::string& Response);
     void Progress(qint16 Index, qint32 Bytes);
     void Cancelled();
-    void Unloaded();
+    void Unloaded();  // whichever call of Unload closed the pool
 
   private:
     struct Data;
+
+    void getSocketSetting();
+    void addSlot();
+    HttpSlot& slotAt(std::int16_t index);
+    void send(std::int16_t index, const std::string& URL, const std::string& method,
+              const std::string& postData);
+    void fail(std::int16_t index, const std::string& URL, const Failure& failure);
+    void finish(std::int16_t index);
+    void complete(std::int16_t index);
+    void timeOut(std::int16_t index);
+    void cancelTick();
+
     std::unique_ptr<Data> m_data;
 };
 

@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "transport/HttpTransfer.h"
+
+#include "core/Failure.h"
+
+#include <algorithm>
+#include <new>
+
+namespace relay {
+
+namespace {
+
+constexpr long kRedirectLimit = 10;
+
+// Removes the one header libcurl would add by itself. Shared by all handles, read only.
+curl_slist* headers() {
+    static curl_slist* const list = curl_slist_append(nullptr, "Accept:");
+    return list;
+}
+
+template <typename Value>
+void set(CURL* easy, CURLoption option, Value value) {
+    if (curl_easy_setopt(easy, option, value) != CURLE_OK) throw Failure("The HTTP client cannot be set up");
+}
+
+}  // namespace
+
+HttpTransfer::HttpTransfer() : easy(curl_easy_init()) {
+    if (easy == nullptr) throw Failure("The HTTP client cannot be created");
+    set(easy, CURLOPT_PRIVATE, this);
+    set(easy, CURLOPT_NOSIGNAL, 1L);
+    // An abort must not wait for a name server that does not answer: the look-up is left behind.
+    set(easy, CURLOPT_QUICK_EXIT, 1L);
+    set(easy, CURLOPT_PROTOCOLS_STR, "http,https");
+    set(easy, CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
+    set(easy, CURLOPT_DISALLOW_USERNAME_IN_URL, 1L);  // for redirects; wireUrl refuses the rest
+    set(easy, CURLOPT_PROXY, "");                     // nor one from the environment
+    set(easy, CURLOPT_NOPROXY, "*");
+    set(easy, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_0));
+    set(easy, CURLOPT_HTTP09_ALLOWED, 0L);
+    set(easy, CURLOPT_USERAGENT, "Dart Communications PowerTCP");
+    set(easy, CURLOPT_HTTPHEADER, headers());
+    set(easy, CURLOPT_MAXREDIRS, kRedirectLimit);
+    set(easy, CURLOPT_SSL_VERIFYPEER, 1L);
+    set(easy, CURLOPT_SSL_VERIFYHOST, 2L);
+    // One request, one connection, as servers expect of HTTP/1.0: a kept connection that dies would make
+    // libcurl send a request twice.
+    set(easy, CURLOPT_FORBID_REUSE, 1L);
+    set(easy, CURLOPT_WRITEFUNCTION, &HttpTransfer::takeBody);
+    set(easy, CURLOPT_WRITEDATA, this);
+    set(easy, CURLOPT_HEADERFUNCTION, &HttpTransfer::takeHeader);
+    set(easy, CURLOPT_HEADERDATA, this);
+}
+
+HttpTransfer::~HttpTransfer() {
+    curl_easy_cleanup(easy);
+}
+
+void HttpTransfer::prepare(const std::string& url, bool post, bool followRedirects,
+                           std::int32_t timeoutMilliseconds) {
+    emptyBuffer(text);
+    status = HttpClient::kNoStatus;
+    m_headerBytes = 0;
+    ended = false;
+    set(easy, CURLOPT_URL, url.c_str());
+    set(easy, CURLOPT_FOLLOWLOCATION, followRedirects ? 1L : 0L);
+    set(easy, CURLOPT_TIMEOUT_MS, static_cast<long>(timeoutMilliseconds));
+    if (post) {
+        set(easy, CURLOPT_POST, 1L);
+        set(easy, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body.size()));
+        set(easy, CURLOPT_POSTFIELDS, body.c_str());
+    } else {
+        set(easy, CURLOPT_HTTPGET, 1L);
+    }
+}
+
+void HttpTransfer::readStatus() noexcept {
+    long code = 0;
+    curl_easy_getinfo(easy, CURLINFO_RESPONSE_CODE, &code);
+    // A connection that ended after an interim answer (1xx) never gave the real one.
+    status = code < 200 ? HttpClient::kNoStatus : static_cast<std::int32_t>(code);
+}
+
+// Taking fewer bytes than were offered ends the transfer.
+std::size_t HttpTransfer::takeBody(char* bytes, std::size_t size, std::size_t count, void* self) noexcept {
+    auto& transfer = *static_cast<HttpTransfer*>(self);
+    const std::size_t offered = size * count;
+    const std::size_t taken = std::min(offered, HttpClient::kReplyLimit - transfer.text.size());
+    try {
+        transfer.text.append(bytes, taken);
+        transfer.listNews();
+    } catch (const std::bad_alloc&) {
+        return 0;
+    }
+    return taken;
+}
+
+std::size_t HttpTransfer::takeHeader(char*, std::size_t size, std::size_t count, void* self) noexcept {
+    auto& transfer = *static_cast<HttpTransfer*>(self);
+    transfer.m_headerBytes += size * count;
+    return transfer.m_headerBytes > kHeaderLimit ? 0 : size * count;
+}
+
+void emptyBuffer(std::string& text) noexcept {
+    if (text.capacity() > HttpTransfer::kKeptBuffer)
+        std::string().swap(text);
+    else
+        text.clear();
+}
+
+}  // namespace relay

@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "transport/RequestUrl.h"
+
+#include "core/Failure.h"
+#include "core/Text.h"
+
+#include <algorithm>
+
+namespace relay {
+
+namespace {
+
+bool isControl(char byte) noexcept {
+    const auto code = static_cast<unsigned char>(byte);
+    return code < 0x20 || code == 0x7f;
+}
+
+// Offset and length of "user:password@" in the URL; length 0 when there is none.
+struct Credentials final {
+    std::size_t offset = 0;
+    std::size_t length = 0;
+};
+
+Credentials findCredentials(std::string_view url) noexcept {
+    const std::size_t scheme = url.find("://");
+    std::size_t start = scheme == npos ? 0 : scheme + 3;
+    // Servers behind "http:///name" are reached too: further slashes do not end the authority.
+    while (start < url.size() && url[start] == '/') ++start;
+    const std::string_view authority = url.substr(start, url.find_first_of("/?#", start) - start);
+    const std::size_t at = authority.rfind('@');
+    return at == npos ? Credentials() : Credentials{start, at + 1};
+}
+
+}  // namespace
+
+bool hasControlByte(std::string_view text) noexcept {
+    return std::any_of(text.begin(), text.end(), isControl);
+}
+
+std::string wireUrl(std::string_view url) {
+    url = trim(url);
+    if (hasControlByte(url)) throw Failure("The URL holds a control character");
+    if (!startsWithNoCase(url, "http://") && !startsWithNoCase(url, "https://"))
+        throw Failure("Only http:// and https:// addresses can be requested");
+    if (findCredentials(url).length > 0) throw Failure("The URL holds a user name or password");
+    return replaceAll(url, " ", "%20");
+}
+
+std::string loggableUrl(std::string_view url) {
+    static constexpr char kDigits[] = "0123456789ABCDEF";
+    std::string masked(url);
+    const Credentials credentials = findCredentials(masked);
+    if (credentials.length > 0) masked.replace(credentials.offset, credentials.length, "***@");
+    std::string line;
+    line.reserve(masked.size());
+    for (const char byte : masked) {
+        if (isControl(byte)) {
+            const auto code = static_cast<unsigned char>(byte);
+            line += '%';
+            line += kDigits[code >> 4];
+            line += kDigits[code & 15];
+        } else {
+            line += byte;
+        }
+    }
+    return line;
+}
+
+}  // namespace relay

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace relay {
+
+// True for a byte that must not reach a request line or a log line: below 0x20, or 0x7f.
+bool hasControlByte(std::string_view text) noexcept;
+
+// The URL as it goes to the wire: blanks at both ends dropped, blanks inside as "%20", bytes above 127 as
+// they stand. Throws Failure on a control byte, on another scheme than http and https (none included), and on
+// a user name or password in the URL: no credential is ever sent from there.
+std::string wireUrl(std::string_view url);
+
+// The URL for a log line: control bytes as "%XX", user name and password as "***".
+std::string loggableUrl(std::string_view url);
+
+}  // namespace relay

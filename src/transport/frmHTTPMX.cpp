@@ -1,0 +1,292 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "transport/frmHTTPMX.h"
+
+#include "core/Failure.h"
+#include "core/Log.h"
+#include "core/Text.h"
+#include "core/clsPreference.h"
+#include "transport/HttpClient.h"
+#include "transport/HttpTransfer.h"
+#include "transport/RequestUrl.h"
+#include "transport/Watchdogs.h"
+
+#include <QCoreApplication>
+#include <QPointer>
+#include <QTimer>
+
+#include <deque>
+#include <limits>
+#include <utility>
+
+namespace relay {
+
+namespace {
+
+constexpr int kCancelInterval = 800;  // milliseconds
+constexpr std::int16_t kDefaultConnections = 10;
+constexpr std::int32_t kFallbackTimeOut = 30000;
+// Failed starts that may end inside each other: the owner answers a Completed with its next Connect, and a
+// long row of unusable requests must not use up the stack. Further ones end through the event loop.
+constexpr int kNestedFailures = 16;
+
+// What the end of a slot's request is to do.
+enum class SlotStatus : std::int16_t { Running = -1, Closing = 0, Cancelled = 1, TimedOut = 2, Restart = 3 };
+
+}  // namespace
+
+// One connection of the pool.
+struct HttpSlot final {
+    explicit HttpSlot(HttpNetwork& network) : client(network) {}
+
+    std::string URL;
+    std::string Method;
+    std::string Response;
+    std::string PostData;
+    SlotStatus Status = SlotStatus::Running;
+    HttpClient client;
+};
+
+struct frmHTTPMX::Data final {
+    Data(HttpNetwork& ownNetwork, clsPreference& ownPreference, Log& ownLog)
+        : network(ownNetwork), preference(ownPreference), log(ownLog) {}
+
+    HttpNetwork& network;
+    clsPreference& preference;
+    Log& log;
+    std::int16_t Connections = 0;
+    std::int32_t TimeOut = 0;
+    bool loaded = false;
+    int failures = 0;  // nested, see kNestedFailures
+    // Index 0 exists from design and is never used. A deque, so that a slot stays where it is.
+    std::deque<HttpSlot> slots;
+    Watchdogs tmrHttpTimeout;
+    QTimer tmrCancel;
+};
+
+frmHTTPMX::frmHTTPMX(HttpNetwork& network, clsPreference& preference, Log& log, QObject* parent)
+    : QObject(parent), m_data(std::make_unique<Data>(network, preference, log)) {
+    m_data->tmrCancel.setInterval(kCancelInterval);
+    connect(&m_data->tmrCancel, &QTimer::timeout, this, &frmHTTPMX::cancelTick);
+    connect(&m_data->tmrHttpTimeout, &Watchdogs::expired, this,
+            [this](std::size_t index) { timeOut(static_cast<std::int16_t>(index)); });
+}
+
+frmHTTPMX::~frmHTTPMX() = default;
+
+void frmHTTPMX::setConnections(std::int16_t count) {
+    m_data->Connections = count;
+}
+
+std::int16_t frmHTTPMX::Connections() const noexcept {
+    return m_data->Connections;
+}
+
+std::int32_t frmHTTPMX::TimeOut() const noexcept {
+    return m_data->TimeOut;
+}
+
+void frmHTTPMX::setTimeOut(std::int32_t seconds) noexcept {
+    m_data->TimeOut = seconds;
+}
+
+void frmHTTPMX::Load() {
+    if (std::exchange(m_data->loaded, true)) return;
+    try {
+        getSocketSetting();
+        if (m_data->Connections == 0) m_data->Connections = kDefaultConnections;
+        if (m_data->Connections < 1) {
+            const std::string words = "Invalid Connection Value";
+            Q_EMIT Completed(0, kInvalidCount, words);
+            return;
+        }
+        for (int index = 0; index <= m_data->Connections; ++index) addSlot();
+    } catch (const std::exception& failure) {
+        const std::string words = std::string("frmRanking_Load_Error: ") + failure.what();
+        m_data->log.WriteErrorLog(words);
+        Q_EMIT Completed(0, kLoadFailed, words);
+    }
+}
+
+void frmHTTPMX::addSlot() {
+    const auto index = static_cast<std::int16_t>(m_data->slots.size());
+    HttpClient& client = m_data->slots.emplace_back(m_data->network).client;
+    m_data->tmrHttpTimeout.resize(m_data->slots.size());
+    connect(&client, &HttpClient::Done, this, [this, index] { finish(index); });
+    connect(&client, &HttpClient::Progress, this,
+            [this, index](qint32 bytes) { Q_EMIT Progress(index, bytes); });
+}
+
+// The proxy of the settings is for a mode of access that is never chosen: every connection is direct. All
+// that is taken from the settings is the time-out.
+void frmHTTPMX::getSocketSetting() {
+    const clsPreference& preference = m_data->preference;
+    m_data->TimeOut = 0;
+    if (preference.AccessType != 2) return;
+    m_data->TimeOut = preference.TimeOut < 1 ? kFallbackTimeOut : preference.TimeOut;
+}
+
+std::int32_t frmHTTPMX::watchdogInterval() const {
+    const std::int64_t interval = std::int64_t{m_data->TimeOut} * 1000;
+    if (interval > std::numeric_limits<std::int32_t>::max() ||
+        interval < std::numeric_limits<std::int32_t>::min())
+        throw Failure("Overflow", 6);
+    if (interval < 0) throw Failure("Invalid property value", 380);
+    if (interval > 62000) return 60000;
+    if (interval == 0) return 30000;
+    return static_cast<std::int32_t>(interval);
+}
+
+HttpSlot& frmHTTPMX::slotAt(std::int16_t index) {
+    if (index < 1 || static_cast<std::size_t>(index) >= m_data->slots.size())
+        throw Failure("Subscript out of range", 9);
+    return m_data->slots[static_cast<std::size_t>(index)];
+}
+
+void frmHTTPMX::Connect(std::int16_t Index, const std::string& URL, const std::string& Method,
+                        const std::string& PostData) {
+    try {
+        send(Index, URL, Method, PostData);
+    } catch (const Failure& failure) {
+        fail(Index, URL, failure);
+    } catch (const std::exception& failure) {
+        fail(Index, URL, Failure(failure.what()));
+    }
+}
+
+void frmHTTPMX::send(std::int16_t index, const std::string& URL, const std::string& method,
+                     const std::string& postData) {
+    HttpSlot& slot = slotAt(index);
+    HttpClient& client = slot.client;
+    if (client.State() != 0) {
+        slot.Status = SlotStatus::Restart;
+        client.Abort();
+        return;
+    }
+    slot.Status = SlotStatus::Running;
+    emptyBuffer(slot.Response);
+    slot.URL = URL;
+    slot.Method = method;
+    slot.PostData = postData;
+    const std::int32_t interval = watchdogInterval();
+    if (hasControlByte(method)) throw Failure("The method holds a control character");
+    client.setFollowUp(true);
+    client.setURL(slot.URL);
+    client.setBlocking(false);
+    client.setTimeout(0);
+    m_data->tmrHttpTimeout.start(static_cast<std::size_t>(index), interval);
+    if (equalsNoCase(slot.Method, "POST"))
+        client.Post(slot.PostData, slot.Response);
+    else
+        client.Get(slot.Response);
+}
+
+void frmHTTPMX::fail(std::int16_t index, const std::string& URL, const Failure& failure) {
+    m_data->log.WriteErrorLog("frmRanking_Connect_Error: " + std::to_string(failure.number()) + " - " +
+                              failure.what() + "\r\nURL: " + loggableUrl(URL));
+    if (index >= 0 && static_cast<std::size_t>(index) < m_data->slots.size())
+        m_data->tmrHttpTimeout.stop(static_cast<std::size_t>(index));
+    const std::string nothing;
+    if (m_data->failures >= kNestedFailures) {
+        QMetaObject::invokeMethod(
+            this, [this, index] { Q_EMIT Completed(index, kStartFailed, std::string()); },
+            Qt::QueuedConnection);
+        return;
+    }
+    const QPointer<frmHTTPMX> alive(this);
+    ++m_data->failures;
+    Q_EMIT Completed(index, kStartFailed, nothing);
+    if (alive) --m_data->failures;
+}
+
+void frmHTTPMX::finish(std::int16_t index) {
+    HttpSlot& slot = m_data->slots[static_cast<std::size_t>(index)];
+    if (slot.client.State() != 0) return;
+    m_data->tmrHttpTimeout.stop(static_cast<std::size_t>(index));
+    switch (slot.Status) {
+        case SlotStatus::Closing:
+            Unload();
+            break;
+        case SlotStatus::Cancelled:
+        case SlotStatus::TimedOut:
+            break;
+        case SlotStatus::Restart: {
+            const HttpSlot& previous = slot;
+            const std::string url = previous.URL;
+            const std::string method = previous.Method;
+            const std::string postData = previous.PostData;
+            Connect(index, url, method, postData);
+            break;
+        }
+        case SlotStatus::Running:
+            complete(index);
+            break;
+    }
+}
+
+// The reply is moved out, as the owner's handler may start the slot's next request and read on; its memory
+// goes back for the next reply.
+void frmHTTPMX::complete(std::int16_t index) {
+    const auto place = static_cast<std::size_t>(index);
+    const QPointer<frmHTTPMX> alive(this);
+    std::string reply;
+    reply.swap(m_data->slots[place].Response);
+    Q_EMIT Completed(index, m_data->slots[place].client.ResponseCode(), reply);
+    if (!alive || place >= m_data->slots.size()) return;
+    std::string& next = m_data->slots[place].Response;
+    if (!next.empty() || next.capacity() >= reply.capacity()) return;
+    emptyBuffer(reply);
+    next.swap(reply);
+}
+
+void frmHTTPMX::timeOut(std::int16_t index) {
+    HttpSlot& slot = m_data->slots[static_cast<std::size_t>(index)];
+    slot.Status = SlotStatus::TimedOut;
+    if (slot.client.State() != 0) slot.client.Abort();
+    const std::string words = "Time out";
+    Q_EMIT Completed(index, kTimedOut, words);
+}
+
+void frmHTTPMX::Disconnect() {
+    const QPointer<frmHTTPMX> alive(this);
+    try {
+        // What runs in between may unload the pool.
+        for (std::size_t index = 1; index < m_data->slots.size(); ++index) {
+            HttpSlot& slot = m_data->slots[index];
+            if (slot.client.State() == 0) continue;
+            slot.Status = SlotStatus::Cancelled;
+            m_data->tmrHttpTimeout.stop(index);
+            slot.client.Abort();
+            QCoreApplication::processEvents();
+            if (!alive) return;
+        }
+        if (m_data->loaded && !m_data->tmrCancel.isActive()) m_data->tmrCancel.start();
+    } catch (const std::exception& failure) {
+        m_data->log.WriteErrorLog(std::string("frmRanking_Disconnect_error: 0 - ") + failure.what());
+    }
+}
+
+void frmHTTPMX::cancelTick() {
+    for (const HttpSlot& slot : m_data->slots)
+        if (slot.client.State() != 0) return;
+    m_data->tmrCancel.stop();
+    Q_EMIT Cancelled();
+}
+
+bool frmHTTPMX::Unload() {
+    for (std::size_t index = 0; index < m_data->slots.size(); ++index) {
+        HttpSlot& slot = m_data->slots[index];
+        if (!slot.client.Busy()) continue;
+        m_data->tmrHttpTimeout.stop(index);
+        slot.client.Abort();
+        slot.Status = SlotStatus::Closing;
+        return false;
+    }
+    m_data->tmrCancel.stop();
+    m_data->tmrHttpTimeout.resize(0);
+    m_data->slots.clear();
+    m_data->loaded = false;
+    Q_EMIT Unloaded();
+    return true;
+}
+
+}  // namespace relay
