@@ -1,0 +1,282 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "submission/SubmissionController.h"
+
+#include "core/Clock.h"
+#include "core/Failure.h"
+#include "core/FileStore.h"
+#include "core/Log.h"
+#include "core/Paths.h"
+#include "core/Prompts.h"
+#include "core/Trap.h"
+#include "core/clsPreference.h"
+
+#include <algorithm>
+
+namespace relay {
+
+namespace {
+
+// Engines handed out before the event loop gets its turn: a run of engines that end at once (30,000 records
+// without an action) would hold it up else.
+constexpr int kHandOutsAtOnce = 200;
+
+}  // namespace
+
+SubmissionController::SubmissionController(const SubmissionServices& services)
+    : m_services(services), m_clsSubmit(m_services, m_state, *this) {
+    m_TimerSubmit.setInterval(1000);
+    connect(&m_TimerSubmit, &QTimer::timeout, this, &SubmissionController::TimerSubmit);
+    connect(&m_clsSubmit, &clsSubmit::engineEnded, this, &SubmissionController::countEnded);
+    connect(&m_state.lsvSiteSelection, &Rows::checkToggled, this, &SubmissionController::siteChecked);
+}
+
+SubmissionController::~SubmissionController() = default;
+
+bool SubmissionController::cmdSubmit() {
+    if (m_state.cmdSubmit == "&Submit") {
+        // The last run's stop is still on its way.
+        if (m_active) return false;
+        m_state.lblSubmit = "Please wait while submitting ..... ";
+        m_state.cmdSubmit = "&Stop";
+        m_state.cmdCancelEnabled = false;
+        const bool started = StartSubmit();
+        if (!started) resetSubmitButton();
+        Q_EMIT stateChanged();
+        return started;
+    }
+    resetSubmitButton();
+    // A connection that ends by itself from here on must not get another engine, or the pool would never be
+    // found idle.
+    m_stopping = true;
+    m_clsSubmit.Disconnect();
+    Q_EMIT stateChanged();
+    return true;
+}
+
+void SubmissionController::resetSubmitButton() {
+    m_state.cmdSubmit = "&Submit";
+    m_state.cmdCancelEnabled = true;
+}
+
+bool SubmissionController::StartSubmit() {
+    try {
+        return startRun();
+    } catch (const std::exception& failure) {
+        const auto* known = dynamic_cast<const Failure*>(&failure);
+        m_services.log.WriteErrorLog("StartSubmit_Error: " + std::string(failure.what()));
+        m_services.prompts.message(
+            "Module: StartSubmit\r\nErrorCode: " + std::to_string(known ? known->number() : 0), "Error",
+            Icon::Critical);
+        return false;
+    }
+}
+
+bool SubmissionController::startRun() {
+    const std::int16_t Connections = m_services.preference.Connections;
+    try {
+        removeFile(m_services.paths.inApp("fail.eng"));
+    } catch (const Failure&) {
+        // Left as it is: the list of failed engines is no reason not to submit.
+    }
+    m_services.prompts.status("Start submitting ...");
+    m_clsSubmit.sizeSockets(Connections);
+    m_state.Done = 0;
+    m_state.StartTime = m_services.clock.now();
+    m_state.lsvReport.clear();
+    m_clsSubmit.setFailEngine();
+    {
+        const RowsBatch batch(m_state.lsvConnections);
+        m_state.lsvConnections.clear();
+        for (int row = 0; row < Connections; ++row) m_state.lsvConnections.add({{}, {}, {"", ""}, {}, {}});
+    }
+    m_state.EngineCounter = 0;
+    m_state.URLIndex = 1;
+    if (!setSiteSubmittingStatus(1)) return false;
+    m_state.ActiveConnections = std::min(m_clsSubmit.NumOfEngines(), Connections);
+    m_clsSubmit.LoadHTTPMXSocket(m_state.ActiveConnections);
+    m_TimerSubmit.start();
+    m_summary = {};
+    m_active = true;
+    m_stopping = m_ended = false;
+    startConnections();
+    // Through the event loop, so that even a run that ends at once ends after its start has returned.
+    handOutLater();
+    return true;
+}
+
+void SubmissionController::startConnections() {
+    m_free.clear();
+    for (std::int16_t i = 1; i <= m_state.ActiveConnections; ++i) {
+        m_clsSubmit.socket(i).Busy = 0;
+        m_free.push_back(i);
+    }
+}
+
+void SubmissionController::SubmitIt(std::int16_t Index) {
+    if (!m_active || m_stopping) return;
+    // The connection in hand goes on before the others get their turn.
+    if (Index == m_inHand) {
+        m_free.push_front(Index);
+    } else {
+        m_free.push_back(Index);
+    }
+    handOut();
+}
+
+void SubmissionController::handOutLater() {
+    if (std::exchange(m_handOutQueued, true)) return;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_handOutQueued = false;
+            handOut();
+        },
+        Qt::QueuedConnection);
+}
+
+void SubmissionController::handOut() {
+    // Engines that end at once come back here through SubmitIt: they queue up instead of nesting.
+    if (m_handingOut) return;
+    m_handingOut = true;
+    for (int count = 0; !m_free.empty() && m_active && !m_stopping; ++count) {
+        if (count == kHandOutsAtOnce) {
+            handOutLater();
+            break;
+        }
+        m_inHand = m_free.front();
+        m_free.pop_front();
+        giveNextEngine(m_inHand);
+        m_inHand = 0;
+    }
+    m_handingOut = false;
+    if (std::exchange(m_ended, false)) tellRunDone();
+}
+
+void SubmissionController::giveNextEngine(std::int16_t Index) {
+    const bool given = trap(m_services.prompts, "Module : SubmitIt. ", [&] {
+        // The counter is not raised past the last engine, which may be the last number of 16 bits.
+        if (m_state.EngineCounter < m_clsSubmit.NumOfEngines()) {
+            ++m_state.EngineCounter;
+            m_state.Running = -1;
+            m_services.prompts.status(std::to_string(m_clsSubmit.NumOfEngines() - m_state.EngineCounter) +
+                                      " engines remaining ...");
+            m_clsSubmit.Submitting(Index, m_state.EngineCounter);
+        } else if (isFinish() && m_free.empty()) {
+            finishURL();
+        }
+    });
+    if (!given && isFinish() && m_free.empty()) {
+        setSubmitComplete();
+        m_ended = true;
+    }
+}
+
+bool SubmissionController::isFinish() {
+    for (std::int16_t i = 1; i <= m_state.ActiveConnections; ++i) {
+        if (m_clsSubmit.socket(i).Busy == 1) return false;
+    }
+    return true;
+}
+
+void SubmissionController::finishURL() {
+    m_state.lsvSiteSubmitting.setSubItem(m_state.URLIndex - 1, 2, "Finish");
+    m_state.lsvSiteSubmitting.setIcon(m_state.URLIndex - 1, "Finish");
+    reportURL();
+    if (m_state.URLIndex < m_state.lsvSiteSubmitting.count()) {
+        ++m_state.URLIndex;
+        setSiteSubmittingStatus(m_state.URLIndex);
+        m_state.EngineCounter = 0;
+        startConnections();
+        return;
+    }
+    setSubmitComplete();
+    m_ended = true;
+}
+
+void SubmissionController::reportURL() {
+    const Row site = m_state.lsvSiteSubmitting.at(m_state.URLIndex - 1);
+    m_state.lsvReport.tryAdd({site.key, site.text, site.subItems, "HTMLFile", {}});
+    const UrlReport report = m_clsSubmit.CreateReport(site.text, site.tag);
+    const int row = m_state.lsvReport.indexOf(site.key);
+    if (row >= 0) m_state.lsvReport.setTag(row, report.path);
+    ++m_summary.urls;
+    Q_EMIT reportWritten(report);
+}
+
+bool SubmissionController::setSiteSubmittingStatus(std::int16_t Row) {
+    return trap(m_services.prompts, "setSiteSubmittingStatus_Error: ", [&] {
+        Rows& list = m_state.lsvSiteSubmitting;
+        if (Row < 1 || Row > list.count()) throw Failure("Index out of bounds", 35600);
+        list.setSubItem(Row - 1, 2, "Submitting ....");
+        list.setIcon(Row - 1, "Submitting");
+        m_state.WebsiteFile = list.at(Row - 1).tag;
+        m_state.URL = list.at(Row - 1).text;
+        m_clsSubmit.setWebDetails(m_state.URL, m_state.WebsiteFile);
+    });
+}
+
+void SubmissionController::setSubmitComplete() {
+    m_state.Done = -1;
+    m_state.lsvSiteSubmitting.clear();
+    m_state.page = 3;
+    m_services.prompts.status("");
+    resetSubmitButton();
+    m_TimerSubmit.stop();
+    const QDateTime now = m_services.clock.now();
+    for (std::int16_t i = 1; i <= m_clsSubmit.socketCount(); ++i) m_clsSubmit.socket(i).LastDone = now;
+    m_state.Running = 0;
+    m_active = m_stopping = false;
+    m_free.clear();
+    Q_EMIT stateChanged();
+}
+
+void SubmissionController::tellRunDone() {
+    m_services.prompts.beep();
+    m_services.prompts.message("Submission done !", "Submit", Icon::Information);
+    Q_EMIT runDone(m_summary);
+}
+
+void SubmissionController::stopSubmission() {
+    if (!m_active) return;
+    trap(m_services.prompts, "Module: stopSubmission\r\nError: ", [&] {
+        for (std::int16_t i = 1; i <= m_state.ActiveConnections; ++i) {
+            if (i > m_state.lsvConnections.count()) continue;
+            if (m_state.lsvConnections.at(i - 1).icon == "Completed") continue;
+            m_clsSubmit.socket(i).Result = Cancelled;
+            m_clsSubmit.socket(i).Stopped = -1;
+            m_clsSubmit.setSubmitResults(i, "stopSubmission()", "Cancelled");
+        }
+        m_services.prompts.status("Please wait while generating report ...");
+        if (m_state.URLIndex < 1 || m_state.URLIndex > m_state.lsvSiteSubmitting.count()) return;
+        m_state.lsvSiteSubmitting.setSubItem(m_state.URLIndex - 1, 2, "Canceled");
+        reportURL();
+    });
+    setSubmitComplete();
+    m_summary.stopped = true;
+    Q_EMIT runDone(m_summary);
+}
+
+void SubmissionController::TimerSubmit() {
+    trap(
+        m_services.prompts, "SubmitTimeout: ",
+        [&] {
+            const qint64 seconds = m_state.StartTime.secsTo(m_services.clock.now());
+            m_services.prompts.status(std::to_string(seconds / 3600) + " :" +
+                                      std::to_string(seconds / 60 % 60) + " :" +
+                                      std::to_string(seconds % 60));
+        },
+        "Submit Timeout");
+}
+
+void SubmissionController::countEnded(const EngineEnded& ended) {
+    if (ended.result == Success) {
+        ++m_summary.success;
+    } else if (ended.result == Cancelled) {
+        ++m_summary.cancelled;
+    } else {
+        ++m_summary.failed;
+    }
+    Q_EMIT engineEnded(ended);
+}
+
+}  // namespace relay

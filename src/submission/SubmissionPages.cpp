@@ -1,0 +1,207 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The wizard's pages before and after a run; the run itself stands in SubmissionController.cpp.
+#include "core/Failure.h"
+#include "core/IniFile.h"
+#include "core/Log.h"
+#include "core/Paths.h"
+#include "core/Prompts.h"
+#include "core/Text.h"
+#include "core/Trap.h"
+#include "core/clsPreference.h"
+#include "projects/ProjectStore.h"
+#include "projects/WebsiteFile.h"
+#include "submission/SubmissionController.h"
+
+#include <cmath>
+
+namespace relay {
+
+namespace {
+
+// "##,##0"
+std::string grouped(double number) {
+    std::string digits = std::to_string(std::llround(number));
+    for (std::size_t end = digits.size(); end > 3; end -= 3) digits.insert(end - 3, ",");
+    return digits;
+}
+
+}  // namespace
+
+void SubmissionController::loadProject() {
+    trap(m_services.prompts, "FormLoad_Submit_Error: ", [&] {
+        const RowsBatch batch(m_state.lsvSiteSelection);
+        for (const ProjectRecord& project : ProjectStore(m_services.paths.ProjectFilePath).loadProject()) {
+            for (const WebsiteSlot& site : project.websites) {
+                if (!site.file.empty()) addSite(site.file, site.name, project.name);
+            }
+        }
+    });
+}
+
+bool SubmissionController::addSite(const std::string& websiteFile, std::string_view name,
+                                   std::string_view project) {
+    const std::string lastURL = ReadIniValue(websiteFile, kWebsiteSection, "LastURL");
+    if (lastURL.empty()) return false;
+    Row row{websiteFile, std::string(name), {std::string(project), lastURL}, "WebFile", websiteFile};
+    row.checked = leadingNumber(lastURL) > 0;
+    return m_state.lsvSiteSelection.tryAdd(std::move(row));
+}
+
+void SubmissionController::siteChecked(int row, bool on) {
+    if (!on) return;
+    const Row site = m_state.lsvSiteSelection.at(row);
+    const std::string count = site.subItems.size() > 1 ? site.subItems[1] : std::string();
+    if (site.key.empty()) {
+        m_services.prompts.message("Web site file is empty, please save the web site details before submit.",
+                                   "Select Website\"", Icon::Critical);
+    } else if (count.empty() || count == "0") {
+        m_services.prompts.message(
+            "There is not URL in current selected web site, please enter the web site URL before submit.",
+            "Submit", Icon::Critical);
+    } else {
+        return;
+    }
+    m_state.lsvSiteSelection.setChecked(row, false);
+}
+
+void SubmissionController::selectAllSites(bool on) {
+    const RowsBatch batch(m_state.lsvSiteSelection);
+    for (int row = 0; row < m_state.lsvSiteSelection.count(); ++row) {
+        const Row site = m_state.lsvSiteSelection.at(row);
+        const bool hasURLs =
+            !site.key.empty() && site.subItems.size() > 1 && leadingNumber(site.subItems[1]) > 0;
+        m_state.lsvSiteSelection.setChecked(row, on && hasURLs);
+    }
+}
+
+bool SubmissionController::cmdNext() {
+    if (!getSubmitSummary()) return false;
+    m_state.lblStart = "Please confirm your setting above and click the 'Start' button:";
+    m_state.progressValue = 0;
+    m_state.page = 1;
+    Q_EMIT stateChanged();
+    return true;
+}
+
+void SubmissionController::getNumOfSelectedSites(int& Sites, int& URLs) const {
+    Sites = URLs = 0;
+    for (int row = 0; row < m_state.lsvSiteSelection.count(); ++row) {
+        const Row site = m_state.lsvSiteSelection.at(row);
+        if (!site.checked) continue;
+        ++Sites;
+        if (site.subItems.size() > 1) URLs += toInt16(leadingNumber(site.subItems[1]));
+    }
+}
+
+bool SubmissionController::getSubmitSummary() {
+    bool complete = false;
+    trap(m_services.prompts, "getSubmitSummary_Error: ", [&] {
+        int sites = 0;
+        int urls = 0;
+        getNumOfSelectedSites(sites, urls);
+        m_state.EngineCount = toInt16(m_services.lsvSelectedEngines.count());
+        if (m_state.EngineCount == 0) {
+            m_services.prompts.message(
+                "There is no engine selected, please select the engines you want to submit and try again.",
+                "Submit", Icon::Critical);
+            return;
+        }
+        if (sites == 0) {
+            m_services.prompts.message(
+                "There is no web site selected, please select the web site you want to submit and press the "
+                "'Next' button.",
+                "Submit", Icon::Critical);
+            return;
+        }
+        const int connections = m_services.preference.Connections;
+        if (connections == 0) throw Failure("Division by zero", 11);
+        m_state.lblNumOfEngines = std::to_string(m_state.EngineCount);
+        m_state.lblNumOfWebsites = std::to_string(sites);
+        m_state.lblNumOfURLs = std::to_string(urls);
+        m_state.lblNumOfConnections = std::to_string(connections);
+        // The label calls this minutes.
+        m_state.lblEstimatedTime = grouped(200.0 * urls * m_state.EngineCount / (connections * 1000.0));
+        complete = true;
+    });
+    return complete;
+}
+
+bool SubmissionController::ConfirmSubmit() {
+    std::string_view refusal;
+    if (m_state.lblNumOfWebsites.empty()) {
+        refusal =
+            "There is no web site to be submitted. Please make sure to select the web site you want to "
+            "submit "
+            "and try again.";
+    } else if (m_state.lblNumOfEngines.empty()) {
+        refusal =
+            "There is no engine has been submitted. Please select the engines you want to submit and try "
+            "again.";
+    }
+    if (refusal.empty()) return true;
+    m_services.prompts.message(refusal, "Confirm Submit", Icon::Critical);
+    return false;
+}
+
+bool SubmissionController::cmdStart() {
+    if (!ConfirmSubmit()) return false;
+    m_state.lblStart = "Please wait for creating the submission data ......";
+    m_state.lblSubmit = "Please confirm the URL(s) you want to submit and click the 'Submit' button:";
+    m_state.progressMaximum = leadingInteger(m_state.lblNumOfWebsites) +
+                              leadingInteger(m_state.lblNumOfURLs) + leadingInteger(m_state.lblNumOfEngines);
+    m_state.lsvConnections.clear();
+    Q_EMIT stateChanged();
+    const bool made = m_clsSubmit.createSubmissionData();
+    resetSubmitButton();
+    m_state.page = 2;
+    Q_EMIT stateChanged();
+    return made;
+}
+
+void SubmissionController::cmdRemove() {
+    // A run counts rows: those it has begun must stay where they are.
+    const int kept = m_active ? m_state.URLIndex : 0;
+    int place = 0;
+    m_state.lsvSiteSubmitting.removeIf([&](const RowView& row) { return ++place > kept && row.highlighted; });
+}
+
+void SubmissionController::viewReport() {
+    trap(m_services.prompts, "viewReport_Error: ", [&] {
+        const Rows& reports = m_state.lsvReport;
+        int found = 0;
+        while (found < reports.count() && !reports.at(found).highlighted && !reports.at(found).checked)
+            ++found;
+        if (found == reports.count()) {
+            m_services.prompts.message(
+                "Please select the web site you want to view and then press the 'Report' button.",
+                "View Report", Icon::Information);
+            return;
+        }
+        const std::string path = reports.at(found).tag;
+        if (path.empty() || !fileExists(path)) {
+            m_services.log.WriteErrorLog("ReportFile: " + path);
+            m_services.prompts.message(
+                "Report file is corrupted or missing, please re-run the submission again.", "View Report",
+                Icon::Critical);
+            return;
+        }
+        const BusyPointer busy(m_services.prompts);
+        m_services.prompts.openWithSystem(path);
+    });
+}
+
+bool SubmissionController::closing() {
+    if (m_state.Running != 0) {
+        if (!m_services.prompts.ask("Are you sure you want to exit?", "Exit Submit")) return false;
+        m_services.log.WriteErrorLog("Cancel submit by user.");
+    }
+    m_active = false;
+    m_state.Running = 0;
+    m_TimerSubmit.stop();
+    for (std::int16_t i = 1; i <= m_clsSubmit.socketCount(); ++i) {
+        if (m_clsSubmit.socket(i).Stopped != 0) m_clsSubmit.Disconnect();
+    }
+    return true;
+}
+
+}  // namespace relay

@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QDateTime>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace relay {
+
+// Result classes of a submission. They travel as 16-bit numbers; 0 is an engine that was never reached.
+// Classes 6 to 9, 11 and 12 have words for the report, but nothing sets them.
+enum SubmissionResult : std::int16_t {
+    NotReached = 0,
+    Success = 2,
+    Failed = 3,
+    SubmissionTimeout = 4,
+    Cancelled = 5,
+    StartFailed = 10,
+    UnknownError = 13,
+    ServerError = 14,
+};
+
+// The word of a class, as the report shows it; "Unknown Error" outside 2 to 14.
+std::string_view resultWord(std::int16_t result) noexcept;
+// The class of a code of the pool. Every status below 499 is a success: the page itself is not judged.
+std::int16_t classifyReply(std::int32_t code) noexcept;
+
+// One engine of a run. Result is the class of the last URL sent to it.
+struct EngineResult final {
+    std::string Name;
+    std::string Home;
+    std::string AddURL;
+    std::int16_t Result = NotReached;
+};
+
+// The work record beside one connection of the pool.
+struct SubmitSocket final {
+    std::int16_t Stopped = 0;  // -1 once stopSubmission has cancelled it
+    std::int16_t Flags = 0;
+    std::int16_t Busy = 0;  // 1 from Submitting until the result is stored
+    QDateTime LastDone;
+    std::string Home;
+    std::string EngineName;
+    std::string Method;
+    std::string Action;  // for a GET the full URL
+    std::string SubmitData;
+    std::int16_t Result = NotReached;
+    std::int16_t EngineIndex = 0;  // place in EngineTable from 1; 0: none yet
+};
+
+// What is told to those who watch a run.
+struct EngineEnded final {
+    std::string_view URL;  // the views last for the length of the call
+    std::string_view engine;
+    std::int32_t code = 0;  // HTTP status or the pool's code; 0 when the request never reached the pool's end
+    std::int16_t result = NotReached;
+    std::int64_t milliseconds = 0;
+};
+
+struct UrlReport final {
+    std::string URL;
+    std::string website;  // path of the website file
+    std::string path;     // of the report; empty when it could not be written
+    std::string problem;  // why the saving failed, or empty
+    int success = 0;      // engines by the report's tables
+    int failed = 0;
+};
+
+// Requests of the whole run by outcome; `cancelled` are those that a stop ended.
+struct RunSummary final {
+    int urls = 0;
+    int success = 0;
+    int failed = 0;
+    int cancelled = 0;
+    bool stopped = false;
+};
+
+}  // namespace relay

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "core/Rows.h"
+
+#include <QDateTime>
+
+#include <cstdint>
+#include <string>
+
+namespace relay {
+
+// What the submission wizard shows and what a run remembers, as plain values; each member is named after its
+// control. The controller changes it, a form or a test reads it.
+struct SubmissionState final {
+    SubmissionState();
+
+    Rows lsvSiteSelection;   // key and tag the website file; "Web Site", "Project", "Number of URLs"
+    Rows lsvSiteSubmitting;  // tag the website file; "URL", "Web site", "Status"
+    Rows lsvConnections;     // one row a connection; " ", "Engines", "Status"
+    Rows lsvReport;          // tag the report; "URL", "Web Site", "Status"
+
+    int page = 0;  // of SSTab1: 0 selection, 1 summary, 2 run, 3 reports
+    std::string lblNumOfEngines;
+    std::string lblNumOfWebsites;
+    std::string lblNumOfURLs;
+    std::string lblNumOfConnections;
+    std::string lblEstimatedTime;
+    std::string lblStart;
+    std::string lblSubmit;
+    std::string cmdSubmit = "&Submit";
+    bool cmdCancelEnabled = true;  // the one of page 2
+    int progressValue = 0;
+    int progressMaximum = 100;
+
+    std::string WebsiteFile;  // of the current URL
+    std::string URL;
+    QDateTime StartTime;
+    std::int16_t URLIndex = 0;           // row of lsvSiteSubmitting, from 1
+    std::int16_t EngineCounter = 0;      // last engine handed out for this URL
+    std::int16_t Done = 0;               // -1 once the run has ended
+    std::int16_t EngineCount = 0;        // engines selected when the summary was made
+    std::int16_t ActiveConnections = 0;  // used in this run
+    std::int16_t Running = 0;            // -1 from the first engine handed out to the end
+};
+
+}  // namespace relay
