@@ -37,7 +37,7 @@ void UrlList::addTypedURL() {
 
 void UrlList::DeleteURL() {
     if (!m_prompts.ask("Are you sure you want to delete the selected URL?", "Delete URL")) return;
-    m_list.removeIf([](const Row& row) { return row.highlighted; });
+    m_list.removeIf([](const RowView& row) { return row.highlighted; });
 }
 
 bool UrlList::loadURLFromFile(const std::string& file) {

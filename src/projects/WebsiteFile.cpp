@@ -125,11 +125,11 @@ int deleteHighlightedReports(Rows& reports) {
     int deleted = 0;
     const auto removeRows = [&reports, &deleted] {
         int left = deleted;
-        reports.removeIf([&left](const Row& row) { return row.highlighted && left-- > 0; });
+        reports.removeIf([&left](const RowView& row) { return row.highlighted && left-- > 0; });
     };
     try {
         for (int i = 0; i < reports.count(); ++i) {
-            const Row& row = reports.at(i);
+            const RowView row = reports.at(i);
             if (!row.highlighted) continue;
             if (fileExists(row.tag)) removeFile(row.tag);
             ++deleted;
@@ -156,7 +156,7 @@ void writeWebsite(IniFile& file, const WebsiteFields& fields, const CustomEngine
 
 void writeUrls(IniFile& file, const Rows& urls) {
     for (int i = 1; i <= urls.count(); ++i) {
-        const Row& row = urls.at(i - 1);
+        const RowView row = urls.at(i - 1);
         file.setValue(kUrlSection, numbered("URL", i), row.text);
         file.setValue(kUrlSection, numbered("LocalFile", i), row.tag);
     }
@@ -240,9 +240,9 @@ std::string replaceReports(std::string_view text, const Rows& reports) {
         result += "\r\n";
     };
     for (int i = 1; i <= reports.count(); ++i) {
-        const Row& row = reports.at(i - 1);
+        const RowView row = reports.at(i - 1);
         put("URL", i, row.text);
-        put("Date", i, row.subItems.empty() ? std::string_view() : row.subItems.front());
+        put("Date", i, row.subItems.empty() ? std::string_view() : row.subItems[0]);
         put("ReportFile", i, row.tag);
     }
     return result;

@@ -1,0 +1,238 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "projects/frmWebsitePanel.h"
+
+#include "catalogue/Categories.h"
+#include "core/ScreenText.h"
+#include "ui_frmWebsitePanel.h"
+#include "widgets/IconTheme.h"
+
+#include <QAction>
+#include <QShortcut>
+#include <QSignalBlocker>
+#include <QToolButton>
+
+namespace relay {
+
+namespace {
+struct UrlCommand final {
+    const char* key;
+    const char* caption;
+    const char* toolTip;
+    bool ready;  // false: the command comes with a later version
+};
+
+constexpr UrlCommand kUrlCommands[] = {
+    {"AddURL", "Add URL", "Type a URL", true},
+    {"AddFromLocalFolder", "Local Folder", "Make URLs from the HTML files of a folder on this computer",
+     true},
+    {"AddFromWeb", "From Web", "Collect the links of a live page", false},
+    {"LoadURL", "Load", "Load URLs from a text file", true},
+    {"SaveURL", "Save", "Save the URLs to a text file", true},
+    {"DeleteURL", "Delete", "Delete the selected URLs", true},
+    {nullptr, nullptr, nullptr, true},
+    {"GetMetaTag", "Get Meta Tag", "Read title, keywords and description of the page", false},
+    {"InsertMetaTag", "Insert Meta Tag", "Write the meta tags into the local file", false},
+    {"ReplaceMetaTag", "Replace Meta Tag", "Replace the meta tags of the local file", false},
+    {"Optimizer", "Optimizer", "Judge the page", false},
+};
+
+// A label's text with a letter underlined that its text names.
+QString withMnemonic(const QString& text, QChar letter) {
+    QString marked = text;
+    const qsizetype place = marked.indexOf(letter);
+    return place < 0 ? marked : marked.insert(place, QLatin1Char('&'));
+}
+}  // namespace
+
+frmWebsitePanel::frmWebsitePanel(QWidget* parent)
+    : QTabWidget(parent), m_ui(std::make_unique<Ui::frmWebsitePanel>()) {
+    m_ui->setupUi(this);
+    for (int tab = 0; tab < count(); ++tab) {
+        const QKeySequence keys(Qt::ALT | static_cast<Qt::Key>(Qt::Key_1 + tab));
+        setTabToolTip(tab, keys.toString(QKeySequence::NativeText));
+        connect(new QShortcut(keys, this), &QShortcut::activated, this,
+                [this, tab] { setCurrentIndex(tab); });
+    }
+    addUrlCommands();
+    drawIcons();
+}
+
+frmWebsitePanel::~frmWebsitePanel() = default;
+
+ListView* frmWebsitePanel::urlList() const {
+    return m_ui->lsvSiteURLs;
+}
+
+ListView* frmWebsitePanel::reportList() const {
+    return m_ui->lsvReports;
+}
+
+void frmWebsitePanel::drawIcons() {
+    setIconSize(QSize(16, 16));
+    const char* const tabIcons[] = {"SiteInfo", "AddURL", "Category", "Custom", "Report"};
+    setTabIcon(0, themedIcon("SiteInfo"));
+    setTabIcon(1, themedIcon("WebFile"));
+    for (int tab = 2; tab < count(); ++tab) setTabIcon(tab, themedIcon(tabIcons[tab]));
+    m_ui->cmdGetSiteInfo->setIcon(themedIcon("AddFromWeb"));
+    m_ui->cmdFileLocation->setIcon(themedIcon("Browse"));
+    m_ui->cmdViewReport->setIcon(themedIcon("Report"));
+    m_ui->cmdDeleteReport->setIcon(themedIcon("DeleteURL"));
+}
+
+void frmWebsitePanel::addUrlCommands() {
+    for (const UrlCommand& command : kUrlCommands) {
+        if (command.key == nullptr) {
+            m_ui->ToolbarSiteURL->addSeparator();
+            continue;
+        }
+        const QString key = QString::fromLatin1(command.key);
+        auto* action = new QAction(themedIcon(command.key), tr(command.caption), this);
+        action->setObjectName(key);
+        action->setEnabled(command.ready);
+        action->setToolTip(command.ready
+                               ? tr(command.toolTip)
+                               : tr(command.toolTip) + tr(". Comes with a later version of this program."));
+        connect(action, &QAction::triggered, this, [this, key] { Q_EMIT urlCommand(key); });
+        m_ui->ToolbarSiteURL->addAction(action);
+        m_ui->lsvSiteURLs->addAction(action);
+        if (QWidget* button = m_ui->ToolbarSiteURL->widgetForAction(action); button != nullptr)
+            button->setFocusPolicy(Qt::TabFocus);
+    }
+}
+
+void frmWebsitePanel::setChoices(const std::vector<std::string>& webTypes,
+                                 const std::vector<std::string>& languages,
+                                 const std::vector<std::string>& countries) {
+    const auto fill = [](QComboBox* box, const std::vector<std::string>& choices) {
+        const QSignalBlocker quiet(box);
+        const QString text = box->currentText();
+        box->clear();
+        QStringList items;
+        for (const std::string& choice : choices) items << toScreen(choice);
+        box->addItems(items);
+        box->setEditText(text);
+        box->lineEdit()->setMaxLength(m_ui->txtSiteTitle->maxLength());
+    };
+    fill(m_ui->cboWebType, webTypes);
+    fill(m_ui->cboLanguage, languages);
+    fill(m_ui->cboCountry, countries);
+}
+
+void frmWebsitePanel::connectTo(WebsiteFields& fields, Categories& categories) {
+    m_fields = &fields;
+    bindFields();
+    connectLists(categories);
+    showFields();
+}
+
+void frmWebsitePanel::bind(QLineEdit* edit, TextMember member) {
+    connect(edit, &QLineEdit::textEdited, this,
+            [this, member](const QString& text) { m_fields->*member = fromScreen(text); });
+    m_show.emplace_back([this, edit, member] {
+        const QString text = toScreen(m_fields->*member);
+        if (edit->text() == text) return;
+        edit->setText(text);
+        edit->setCursorPosition(0);
+    });
+}
+
+void frmWebsitePanel::bind(QPlainTextEdit* edit, TextMember member) {
+    // The fields' line breaks are CR LF; the screen's are LF.
+    connect(edit, &QPlainTextEdit::textChanged, this, [this, edit, member] {
+        m_fields->*member =
+            fromScreen(edit->toPlainText().replace(QLatin1Char('\n'), QStringLiteral("\r\n")));
+    });
+    m_show.emplace_back([this, edit, member] {
+        const QString text =
+            toScreen(m_fields->*member).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+        if (edit->toPlainText() == text) return;
+        const QSignalBlocker quiet(edit);
+        edit->setPlainText(text);
+    });
+}
+
+void frmWebsitePanel::bind(QComboBox* box, TextMember member) {
+    connect(box, &QComboBox::currentTextChanged, this,
+            [this, member](const QString& text) { m_fields->*member = fromScreen(text); });
+    m_show.emplace_back([this, box, member] {
+        const QString text = toScreen(m_fields->*member);
+        const QSignalBlocker quiet(box);
+        box->setCurrentIndex(box->findText(text, Qt::MatchExactly));
+        box->setEditText(text);
+        box->lineEdit()->setCursorPosition(0);
+    });
+}
+
+void frmWebsitePanel::bindLabel(QLabel* label, TextMember member) {
+    const QString resting = label->text();
+    const QChar letter = resting.at(resting.indexOf(QLatin1Char('&')) + 1);
+    m_show.emplace_back(
+        [this, label, member, letter] { label->setText(withMnemonic(toScreen(m_fields->*member), letter)); });
+}
+
+void frmWebsitePanel::bindFields() {
+    bind(m_ui->txtSiteTitle, &WebsiteFields::txtSiteTitle);
+    bind(m_ui->txtSiteKeywords, &WebsiteFields::txtSiteKeywords);
+    bind(m_ui->txtSiteDescription, &WebsiteFields::txtSiteDescription);
+    bind(m_ui->cboWebType, &WebsiteFields::cboWebType);
+    bind(m_ui->cboLanguage, &WebsiteFields::cboLanguage);
+    bind(m_ui->txtName, &WebsiteFields::txtName);
+    bind(m_ui->txtEmail, &WebsiteFields::txtEmail);
+    bind(m_ui->txtCompany, &WebsiteFields::txtCompany);
+    bind(m_ui->txtAddress, &WebsiteFields::txtAddress);
+    bind(m_ui->txtCity, &WebsiteFields::txtCity);
+    bind(m_ui->txtState, &WebsiteFields::txtState);
+    bind(m_ui->txtPostcode, &WebsiteFields::txtPostcode);
+    bind(m_ui->cboCountry, &WebsiteFields::cboCountry);
+    bind(m_ui->txtPhone, &WebsiteFields::txtPhone);
+    bind(m_ui->txtFax, &WebsiteFields::txtFax);
+    bind(m_ui->txtPassword, &WebsiteFields::txtPassword);
+    bind(m_ui->txtURLTitle, &WebsiteFields::txtURLTitle);
+    bind(m_ui->txtURLKeyword, &WebsiteFields::txtURLKeyword);
+    bind(m_ui->txtURLDescription, &WebsiteFields::txtURLDescription);
+    bind(m_ui->txtURLFileLocation, &WebsiteFields::txtURLFileLocation);
+    bindLabel(m_ui->lblURLTitle, &WebsiteFields::lblURLTitle);
+    bindLabel(m_ui->lblURLKeyword, &WebsiteFields::lblURLKeyword);
+    bindLabel(m_ui->lblURLDescription, &WebsiteFields::lblURLDescription);
+    connect(m_ui->chkBlockFFA, &QCheckBox::clicked, this,
+            [this](bool on) { m_fields->chkBlockFFA = on ? 1 : 0; });
+    m_show.emplace_back([this] { m_ui->chkBlockFFA->setChecked(m_fields->chkBlockFFA != 0); });
+}
+
+void frmWebsitePanel::connectLists(Categories& categories) {
+    m_ui->lsvSiteURLs->setRows(&m_fields->lsvSiteURLs);
+    m_ui->lsvReports->setRows(&m_fields->lsvReports, {20});
+    m_ui->lstMainCategory->setRows(&categories.lstMainCategory);
+    m_ui->lstCategory->setRows(&categories.lstCategory);
+    connect(m_ui->lstMainCategory, &ListView::rowClicked, this,
+            [&categories](int row) { categories.selectMainCategory(row); });
+    connect(m_ui->lstMainCategory, &ListView::rowEntered, this,
+            [&categories](int row) { categories.selectMainCategory(row); });
+
+    connect(m_ui->lsvSiteURLs, &ListView::rowClicked, this, &frmWebsitePanel::urlChosen);
+    connect(m_ui->lsvSiteURLs, &ListView::rowEntered, this, &frmWebsitePanel::urlChosen);
+    connect(m_ui->lsvSiteURLs, &ListView::deletePressed, this,
+            [this] { Q_EMIT urlCommand(QStringLiteral("DeleteURL")); });
+    connect(m_ui->cmdFileLocation, &QPushButton::clicked, this, &frmWebsitePanel::browseForLocalFile);
+    connect(m_ui->lsvReports, &ListView::rowActivated, this, &frmWebsitePanel::viewReport);
+    connect(m_ui->cmdViewReport, &QPushButton::clicked, this, &frmWebsitePanel::viewReport);
+    connect(m_ui->cmdDeleteReport, &QPushButton::clicked, this, &frmWebsitePanel::deleteReport);
+}
+
+void frmWebsitePanel::showFields() {
+    for (const std::function<void()>& show : m_show) show();
+}
+
+void frmWebsitePanel::showMissing(const MissingField& missing) {
+    setCurrentIndex(static_cast<int>(missing.tab));
+    if (missing.tab == WebsiteTab::Category) m_ui->tabCategory->setCurrentIndex(0);
+    if (auto* control = findChild<QWidget*>(toScreen(missing.control)); control != nullptr)
+        control->setFocus(Qt::OtherFocusReason);
+}
+
+void frmWebsitePanel::showFirstTab() {
+    setCurrentIndex(0);
+    m_ui->tabCategory->setCurrentIndex(0);
+}
+
+}  // namespace relay

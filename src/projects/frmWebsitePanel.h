@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "projects/WebsitePanel.h"
+
+#include <QTabWidget>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QPlainTextEdit;
+
+namespace relay {
+
+namespace Ui {
+class frmWebsitePanel;
+}
+class Categories;
+class ListView;
+
+// The website panel, SSTab1: the fields of one website. What is typed goes into the fields at once;
+// showFields brings the controls up to date after the fields were changed by the program. Commands leave as
+// signals.
+class frmWebsitePanel final : public QTabWidget {
+    Q_OBJECT
+  public:
+    explicit frmWebsitePanel(QWidget* parent = nullptr);
+    ~frmWebsitePanel() override;
+
+    // Both must outlive the panel.
+    void connectTo(WebsiteFields& fields, Categories& categories);
+    void setChoices(const std::vector<std::string>& webTypes, const std::vector<std::string>& languages,
+                    const std::vector<std::string>& countries);
+    void showFields();
+    // Brings the field of a failed check to the front and puts the cursor into it.
+    void showMissing(const MissingField& missing);
+    void showFirstTab();
+
+    ListView* urlList() const;
+    ListView* reportList() const;
+
+  Q_SIGNALS:
+    void urlCommand(const QString& key);  // AddURL, AddFromLocalFolder, ... by the toolbar's keys
+    void urlChosen(int row);              // the row of lsvSiteURLs the user moved to
+    void browseForLocalFile();
+    void viewReport();
+    void deleteReport();
+
+  private:
+    using TextMember = std::string WebsiteFields::*;
+
+    void addUrlCommands();
+    void drawIcons();
+    void bind(QLineEdit* edit, TextMember member);
+    void bind(QPlainTextEdit* edit, TextMember member);
+    void bind(QComboBox* box, TextMember member);
+    void bindLabel(QLabel* label, TextMember member);
+    void bindFields();
+    void connectLists(Categories& categories);
+
+    std::unique_ptr<Ui::frmWebsitePanel> m_ui;
+    WebsiteFields* m_fields = nullptr;
+    std::vector<std::function<void()>> m_show;  // one for each bound control
+};
+
+}  // namespace relay

@@ -1,0 +1,315 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "core/Failure.h"
+#include "core/FileStore.h"
+#include "core/Paths.h"
+#include "core/Text.h"
+#include "projects/UrlList.h"
+#include "projects/WebsiteFile.h"
+#include "support/ScriptedPrompts.h"
+#include "support/TestHome.h"
+
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sstream>
+
+namespace relay::test {
+
+namespace {
+
+using ::testing::HasSubstr;
+
+// One website of a golden case: "key=value" lines by the keys of the file, "url=URL|local file" and
+// "custom=engine|category|space" for the lists, \r and \n for line breaks.
+struct GoldenSite final {
+    WebsiteFields fields;
+    CustomEngines customEngines;
+
+    void set(const std::string& key, std::string value) {
+        std::string* text = textOf(key);
+        std::string rest;
+        if (key == "BlockFFA") {
+            fields.chkBlockFFA = toInt16(leadingNumber(value));
+        } else if (key == "url") {
+            SplitAtPipe(value, rest);
+            addNewItem(fields.lsvSiteURLs, value, rest);
+        } else if (key == "custom") {
+            std::string space;
+            SplitAtPipe(value, rest);
+            SplitAtPipe(rest, space);
+            customEngines.push_back({value, rest, space});
+        } else if (text) {
+            *text = value;
+        } else {
+            throw std::runtime_error("no field for " + key);
+        }
+    }
+
+    std::string* textOf(const std::string& key) {
+        for (const ContactField& contact : kContactFields)
+            if (key == contact.key) return &(fields.*contact.field);
+        const std::map<std::string, std::string*> site = {{"Title", &fields.txtSiteTitle},
+                                                          {"Keyword", &fields.txtSiteKeywords},
+                                                          {"Description", &fields.txtSiteDescription},
+                                                          {"WebType", &fields.cboWebType},
+                                                          {"Language", &fields.cboLanguage},
+                                                          {"MainCategory", &fields.mainCategory},
+                                                          {"Category", &fields.category}};
+        const auto found = site.find(key);
+        return found == site.end() ? nullptr : found->second;
+    }
+
+    void read(const std::string& file) {
+        std::istringstream lines(readFile(file));
+        for (std::string line; std::getline(lines, line);) {
+            const std::size_t equals = line.find('=');
+            set(line.substr(0, equals),
+                replaceAll(replaceAll(line.substr(equals + 1), "\\r", "\r"), "\\n", "\n"));
+        }
+    }
+};
+
+class WebsiteFileTest : public ::testing::Test {
+  protected:
+    TestHome home;
+    ScriptedPrompts prompts;
+    WebsiteFile website{prompts};
+    WebsiteFields fields;
+    CustomEngines customEngines;
+
+    bool load(const std::string& path) {
+        return website.loadWebsiteFile(path, fields, customEngines, nullptr);
+    }
+    std::vector<std::string> urls() const {
+        std::vector<std::string> texts;
+        for (int i = 0; i < fields.lsvSiteURLs.count(); ++i) texts.push_back(fields.lsvSiteURLs.at(i).text);
+        return texts;
+    }
+};
+
+using Strings = std::vector<std::string>;
+
+}  // namespace
+
+TEST_F(WebsiteFileTest, SavesEachGoldenSiteByteForByte) {
+    int cases = 0;
+    for (const auto& folder : std::filesystem::directory_iterator(TEST_FOLDER "/golden")) {
+        SCOPED_TRACE(folder.path().filename().string());
+        const std::string path = home.path("site.kws");
+        removeFile(path);
+        if (fileExists((folder.path() / "before.kws").string()))
+            home.write("site.kws", readFile((folder.path() / "before.kws").string()));
+        GoldenSite site;
+        site.read((folder.path() / "fields.txt").string());
+        EXPECT_TRUE(website.saveWebsiteFile(path, site.fields, site.customEngines));
+        const std::string saved = readFile(path);
+        EXPECT_EQ(saved, readFile((folder.path() / "after.kws").string()));
+
+        // What was saved loads and saves again to the same bytes.
+        WebsiteFields again;
+        ASSERT_TRUE(website.loadWebsiteFile(path, again, customEngines, nullptr));
+        EXPECT_TRUE(website.saveWebsiteFile(path, again, customEngines));
+        EXPECT_EQ(readFile(path), saved);
+        ++cases;
+    }
+    EXPECT_GE(cases, 5);
+    EXPECT_TRUE(prompts.shown.empty());
+}
+
+TEST_F(WebsiteFileTest, OnlyTheOwnerReadsIt) {
+    const std::string path = home.write("open.kws", "[Web Site Info]\r\n");
+    std::filesystem::permissions(path, std::filesystem::perms(0644));
+    EXPECT_TRUE(website.saveWebsiteFile(path, fields, customEngines));
+    setKeys(home.path("new.kws"), {{"Password", "secret"}});
+    for (const std::string& file : {path, home.path("new.kws")})
+        EXPECT_EQ(std::filesystem::status(file).permissions(), std::filesystem::perms(0600)) << file;
+}
+
+TEST_F(WebsiteFileTest, LoadsOlderAndDamagedFiles) {
+    struct Case {
+        const char* text;
+        Strings urls;
+    };
+    const Case cases[] = {
+        {"", {}},
+        {"no sections \x01\xff at all", {}},
+        {"[Web Site Info]\r\nVersion=6.0\r\nLastURL=2\r\n[URL]\r\nURL1=\r\nURL2=http://b.test/\r\n",
+         {"http://b.test/"}},
+        {"[Web Site Info]\r\nURL=http://old.test/\r\nFileLocation0=/x\r\nLastURL=1\r\n[URL]\r\n"
+         "URL1=http://a.test/\r\n",
+         {"http://old.test/", "http://a.test/"}},
+        {"[Web Site Info]\r\nVersion=6.0\r\nURL=http://old.test/\r\n", {}},
+        {"[Web Site Info]\r\nVersion=6.0\r\nLastURL=abc\r\n[URL]\r\nURL1=http://a.test/\r\n", {}},
+        {"[Web Site Info]\r\nVersion=6.0\r\nLastURL=-5\r\n[URL]\r\nURL1=http://a.test/\r\n", {}},
+        {"[Web Site Info]\r\nVersion=6.0\r\nLastURL=3\r\n[URL]\r\nURL1=http://a.test/\r\n"
+         "URL2=HTTP://A.TEST/\r\nURL3=http://b.test/\r\n",
+         {"http://a.test/", "http://b.test/"}},
+    };
+    for (const Case& test : cases) {
+        SCOPED_TRACE(test.text);
+        EXPECT_TRUE(load(home.write("site.kws", test.text)));
+        EXPECT_EQ(urls(), test.urls);
+        EXPECT_EQ(fields.txtURLFileLocation, "");
+    }
+    EXPECT_TRUE(load(home.path("missing.kws")));
+    EXPECT_TRUE(prompts.shown.empty());
+}
+
+TEST_F(WebsiteFileTest, LoadReplacesEveryFieldAndCutsLongValues) {
+    fields.txtSiteTitle = fields.txtFax = fields.txtURLTitle = fields.txtURLFileLocation = "of another site";
+    fields.lblURLTitle = "Title: (4 chars)";
+    fields.cboCustomEngines = 1;
+    fields.txtCustomCategory = "Arts";
+    customEngines = {{"One", "Arts", ""}, {"Two", "Sports", "id"}};
+    const std::string path = home.write(
+        "site.kws",
+        "[Web Site Info]\r\nVersion=6.0\r\nDescription=" + std::string(600, 'd') +
+            "\r\nMainCategory=Shopping\r\nCategory=Shoes\r\nLastReport=3\r\n[Report]\r\n"
+            "URL1=http://a.test/\r\nDate1=Apr 01, 2002 13:05\r\nReportFile1=/r/a.html\r\n"
+            "URL2=http://a.test/\r\nReportFile2=\r\nURL3=http://a.test/\r\nReportFile3=/r/b.html\r\n"
+            "[CustomEngineCategory]\r\nOne=Saved\r\n[CustomEngine]\r\nTwo=Elsewhere\r\n");
+    std::string askedFor;
+    EXPECT_TRUE(website.loadWebsiteFile(path, fields, customEngines,
+                                        [&](std::string& mainCategory, std::string& category) {
+                                            askedFor = mainCategory + "/" + category;
+                                            category.clear();
+                                        }));
+    EXPECT_EQ(fields.txtSiteTitle + fields.txtFax + fields.txtURLTitle + fields.txtURLFileLocation, "");
+    EXPECT_EQ(fields.txtSiteDescription, std::string(559, 'd'));
+    EXPECT_EQ(fields.lblURLTitle, "Title:");
+    EXPECT_EQ(askedFor, "Shopping/Shoes");
+    EXPECT_EQ(fields.mainCategory, "Shopping");
+    EXPECT_EQ(fields.category, "");
+    EXPECT_EQ(fields.cboCustomEngines, -1);
+    EXPECT_EQ(customEngines[0].Data, "");
+    EXPECT_EQ(customEngines[1].Data, "Elsewhere");
+    ASSERT_EQ(fields.lsvReports.count(), 2);
+    EXPECT_EQ(fields.lsvReports.at(0).subItems.at(0), "Apr 01, 2002 13:05");
+    EXPECT_EQ(fields.lsvReports.at(1).tag, "/r/b.html");
+}
+
+TEST_F(WebsiteFileTest, CountsBeyondSixteenBitsOverflow) {
+    EXPECT_FALSE(
+        load(home.write("site.kws", "[Web Site Info]\r\nTitle=T\r\nVersion=6.0\r\nLastURL=32768\r\n")));
+    EXPECT_EQ(prompts.last().text, "Module: loadWebsiteFile\r\nOverflow");
+    EXPECT_EQ(prompts.last().title, "Error");
+    EXPECT_EQ(fields.txtSiteTitle, "T");
+}
+
+TEST_F(WebsiteFileTest, TheOpenCustomCategoryReachesTheTableAndTheFile) {
+    customEngines = {{"One", "", ""}, {"Two", "", ""}};
+    fields.cboCustomEngines = 1;
+    fields.txtCustomCategory = "Arts/Music";
+    const std::string path = home.path("site.kws");
+    EXPECT_TRUE(website.saveWebsiteFile(path, fields, customEngines));
+    EXPECT_EQ(ReadIniValue(path, "CustomEngineCategory", "Two"), "Arts/Music");
+    fields.cboCustomEngines = 2;  // a row that has no place in the table
+    EXPECT_TRUE(website.saveWebsiteFile(path, fields, customEngines));
+    EXPECT_TRUE(website.saveWebsiteFile("", fields, customEngines));
+    EXPECT_TRUE(prompts.shown.empty());
+}
+
+TEST_F(WebsiteFileTest, AFailedSaveTellsAndLeavesTheOldFile) {
+    const std::string path = home.write("site.kws", "[Web Site Info]\r\nTitle=old\r\n");
+    fields.txtSiteTitle = "new";
+    for (int failing = 0; failing < 4; ++failing) {
+        int step = 0;
+        setSaveFault([&step, failing](SaveStep) { return step++ == failing ? ENOSPC : 0; });
+        EXPECT_FALSE(website.saveWebsiteFile(path, fields, customEngines));
+        setSaveFault({});
+        EXPECT_EQ(home.read("site.kws"), "[Web Site Info]\r\nTitle=old\r\n") << failing;
+    }
+    EXPECT_THAT(prompts.last().text, HasSubstr("Module: saveWebsiteFile: "));
+    EXPECT_THAT(prompts.last().text, HasSubstr("m_intNumOfCustEngines:0"));
+    EXPECT_EQ(prompts.busyDepth, 0);
+}
+
+TEST_F(WebsiteFileTest, DeletingReportsRewritesTheSectionAtTheEnd) {
+    const std::string gone = home.write("gone.html", "x");
+    const std::string kept = home.write("kept.html", "x");
+    const std::string path =
+        home.write("site.kws",
+                   "[Web Site Info]\r\nTitle=T\r\nLastReport=3\r\n[report]\r\nURL1=http://a.test/\r\n"
+                   "Date1=d1\r\nReportFile1=" +
+                       gone + "\r\nURL2=http://b.test/\r\nDate2=d2\r\nReportFile2=" + kept +
+                       "\r\nURL3=http://c.test/\r\nDate3=d3\r\nReportFile3=/nowhere.html\r\n"
+                       "[URL]\r\nURL1=http://a.test/\r\nLast line=lost\r\n");
+    ASSERT_TRUE(load(path));
+    fields.lsvReports.setHighlighted(0, true);
+    fields.lsvReports.setHighlighted(2, true);
+    EXPECT_TRUE(website.DeleteReportFile(path, fields.lsvReports));  // answered No
+    EXPECT_EQ(fields.lsvReports.count(), 3);
+    prompts.answers = {true};
+    EXPECT_TRUE(website.DeleteReportFile(path, fields.lsvReports));
+    EXPECT_EQ(prompts.last().title, "Delete Report File");
+    EXPECT_FALSE(fileExists(gone));
+    EXPECT_TRUE(fileExists(kept));
+    EXPECT_EQ(home.read("site.kws"),
+              "[Web Site Info]\r\nTitle=T\r\nLastReport=1\r\n[URL]\r\n"
+              "URL1=http://a.test/\r\n[Report]\r\nURL1=http://b.test/\r\nDate1=d2\r\n"
+              "ReportFile1=" +
+                  kept + "\r\n");
+    prompts.answers = {true};
+    EXPECT_TRUE(
+        website.DeleteReportFile(home.path("missing.kws"), fields.lsvReports));  // nothing highlighted
+    fields.lsvReports.setHighlighted(0, true);
+    prompts.answers = {true};
+    EXPECT_FALSE(website.DeleteReportFile(home.path("missing.kws"), fields.lsvReports));
+    EXPECT_THAT(prompts.last().text, HasSubstr("DeleteReportFile_Error: "));
+}
+
+TEST_F(WebsiteFileTest, ReplacedReportsFollowTheLineRules) {
+    struct Case {
+        const char* before;
+        const char* after;
+    };
+    const Case cases[] = {
+        {"", "[Report]\r\n"},
+        {"[Web Site Info]", "[Report]\r\n"},
+        {"a\nb\rc\r\nlast", "a\r\nb\r\nc\r\n[Report]\r\n"},
+        {"lastreport=7\r\nLASTREPORTER=1\r\nx", "LastReport=0\r\nLastReport=0\r\n[Report]\r\n"},
+        {"[Report]\r\nURL1=x\r\n[REPORT]\r\nURL2=y\r\n[Report of two]\r\nz\r\nlast",
+         "[Report of two]\r\nz\r\n[Report]\r\n"},
+    };
+    for (const Case& test : cases) EXPECT_EQ(replaceReports(test.before, Rows()), test.after) << test.before;
+}
+
+TEST_F(WebsiteFileTest, KeysOfTheCommandLine) {
+    const std::string path = home.path("site.kws");
+    setKeys(path, {{"title", "T"}, {"Keyword", "a\r\nb"}, {"POSTCODE", "6000"}, {"Fax", "1\nVersion=x"}});
+    EXPECT_EQ(getKey(path, "Title"), "T");
+    EXPECT_EQ(getKey(path, "keyword"), "a b");
+    EXPECT_EQ(getKey(path, "Fax"), "1");
+    EXPECT_EQ(getKey(path, "Version"), "6.0");
+    EXPECT_EQ(getKey(home.path("missing.kws"), "Title"), "");
+    std::vector<std::string> written = IniFile::load(path).keys(kWebsiteSection);
+    written.emplace_back("LastReport");
+    EXPECT_EQ(written, Strings(websiteKeys().begin(), websiteKeys().end()));
+
+    const std::string before = home.read("site.kws");
+    for (const KeyValue& refused : {KeyValue{"Colour", "red"},
+                                    {"LastURL", "9"},
+                                    {"Version", "7"},
+                                    {"LastReport", "1"},
+                                    {"BlockFFA", "2"}})
+        EXPECT_THROW(setKeys(path, {{"Title", "changed"}, refused}), Failure) << refused.key;
+    EXPECT_THROW(getKey(path, "Colour"), Failure);
+    EXPECT_EQ(home.read("site.kws"), before);
+}
+
+TEST_F(WebsiteFileTest, AUrlListRoundTripsAloneAndHidesWhatItNoLongerHolds) {
+    const std::string path = home.path("site.kws");
+    Rows list;
+    addNewItem(list, "http://a.test/", "/a.html");
+    addNewItem(list, "http://b.test/");
+    SaveURL(path, list);
+    list.removeAt(0);
+    SaveURL(path, list);
+    Rows loaded;
+    loadUrlList(path, loaded);
+    ASSERT_EQ(loaded.count(), 1);
+    EXPECT_EQ(loaded.at(0).text, "http://b.test/");
+    EXPECT_EQ(ReadIniValue(path, "URL", "URL2"), "http://b.test/");
+}
+
+}  // namespace relay::test
