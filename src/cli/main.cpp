@@ -1,7 +1,66 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/CommandLine.h"
+#include "cli/Console.h"
+#include "cli/DescriptorBuffer.h"
+#include "cli/StopSignal.h"
+
 #include <QCoreApplication>
 
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <iostream>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+namespace {
+
+// A standard stream that the caller closed must not become the number of a file opened later. Writing to it
+// goes on failing.
+void occupyStandardStreams() {
+    for (int descriptor = ::open("/dev/null", O_RDONLY); descriptor >= 0; descriptor = ::dup(descriptor)) {
+        if (descriptor > STDERR_FILENO) {
+            ::close(descriptor);
+            return;
+        }
+    }
+}
+
+std::optional<std::string> environmentVariable(const char* name) {
+    const char* value = std::getenv(name);
+    if (value == nullptr) return std::nullopt;
+    return std::string(value);
+}
+
+int terminalColumns() {
+    winsize size{};
+    return ::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
+    occupyStandardStreams();
+    std::signal(SIGPIPE, SIG_IGN);
     const QCoreApplication application(argc, argv);
-    return 0;
+
+    relay::DescriptorBuffer outBuffer(STDOUT_FILENO);
+    relay::DescriptorBuffer errBuffer(STDERR_FILENO);
+    std::ostream out(&outBuffer);
+    std::ostream err(&errBuffer);
+    const relay::SystemClock clock;
+    relay::StopSignal stop;
+    relay::Console console{.in = std::cin,
+                           .out = out,
+                           .err = err,
+                           .clock = clock,
+                           .stop = stop,
+                           .environment = environmentVariable,
+                           .programFolder = QCoreApplication::applicationDirPath().toStdString(),
+                           .inIsTerminal = ::isatty(STDIN_FILENO) == 1,
+                           .outIsTerminal = ::isatty(STDOUT_FILENO) == 1,
+                           .errIsTerminal = ::isatty(STDERR_FILENO) == 1,
+                           .errColumns = terminalColumns(),
+                           .outError = [&outBuffer] { return outBuffer.error(); }};
+    return relay::runCommandLine({argv + 1, argv + argc}, console);
 }

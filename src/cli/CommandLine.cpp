@@ -1,0 +1,175 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/CommandLine.h"
+
+#include "cli/Command.h"
+#include "cli/CommandLineContext.h"
+#include "cli/EnginesCommands.h"
+#include "cli/EnginesInstallCommand.h"
+#include "cli/ExitCode.h"
+#include "cli/PracticeCommand.h"
+#include "cli/PreviewCommand.h"
+#include "cli/SubmitCommand.h"
+#include "cli/WebsiteCommands.h"
+#include "core/Failure.h"
+#include "core/Text.h"
+
+#include <CLI/CLI.hpp>
+#include <cerrno>
+#include <cstring>
+#include <memory>
+#include <ostream>
+
+namespace relay {
+
+namespace {
+
+constexpr const char* kAbout = "Submits web sites to search engines, directories and link pages.";
+constexpr const char* kClosing =
+    "\nThe switches /D (write a trace to Error.log) and /U (reports link to the engines' own pages) may\n"
+    "stand anywhere.\n"
+    "\n"
+    "Exit codes: 0 everything succeeded; 1 the run ended and some engine did not succeed;\n"
+    "2 wrong usage; 3 could not run; 130 stopped by Ctrl-C.\n"
+    "\n"
+    "Examples:\n"
+    "  korvel-relay-cli engines install\n"
+    "  korvel-relay-cli website set shop.kws Title='Paper Shop' Email=info@shop.example\n"
+    "  korvel-relay-cli website add-url shop.kws http://shop.example/\n"
+    "  korvel-relay-cli submit --website shop.kws --all\n"
+    "\n"
+    "Each command tells more: korvel-relay-cli submit --help";
+
+// The switches are no options of the parser's kind: the logic looks for them in the whole command line.
+std::vector<std::string> withoutSwitches(const std::vector<std::string>& arguments) {
+    std::vector<std::string> rest;
+    for (const std::string& argument : arguments) {
+        if (!equalsNoCase(argument, "/D") && !equalsNoCase(argument, "/U")) rest.push_back(argument);
+    }
+    return rest;
+}
+
+// The whole parser: the options of every command and the commands.
+class Parser final {
+  public:
+    explicit Parser(CommandLineContext& context) : m_app(kAbout, "korvel-relay-cli"), m_context(context) {
+        m_app.fallthrough();
+        m_app.require_subcommand(1);
+        m_app.footer(kClosing);
+        m_app.set_version_flag("--version", "korvel-relay-cli " RELAY_VERSION);
+        m_app.add_option("--home", context.homeOption, "Keep everything inside this folder")
+            ->type_name("DIR")
+            ->check(CLI::Validator([](std::string& text) { return text.empty() ? "is empty" : ""; }, ""));
+        m_app.add_flag("--json", context.json, "Results as JSON, one object a line");
+        m_app.add_flag("--quiet", context.quiet, "Results only: no progress, no messages but failures");
+        addCommands();
+    }
+
+    // Throws CLI::ParseError, also where help or the version was asked for.
+    Command& parse(std::vector<std::string> arguments) {
+        std::reverse(arguments.begin(), arguments.end());
+        m_app.parse(std::move(arguments));
+        for (const std::unique_ptr<Command>& command : m_commands) {
+            if (command->isChosen()) return *command;
+        }
+        throw CLI::RequiredError("A command");
+    }
+
+    // What the parser could not understand, in words of ours where its own would mislead.
+    std::string explain(const CLI::ParseError& error) const {
+        if (error.get_name() != "RequiredError" || isCommandChosen()) return error.what();
+        const std::vector<std::string> strangers = m_app.remaining(true);
+        return strangers.empty() ? "A command is missing." : "\"" + strangers.front() + "\" is no command.";
+    }
+    // "korvel-relay-cli website set", as far as the command line was understood.
+    std::string usedName() const {
+        std::string name = m_app.get_name();
+        for (const CLI::App* app = &m_app; !app->get_subcommands().empty();) {
+            app = app->get_subcommands().front();
+            name += " " + app->get_name();
+        }
+        return name;
+    }
+    int exit(const CLI::ParseError& error) {
+        return m_app.exit(error, m_context.out(), m_context.console().err);
+    }
+
+  private:
+    bool isCommandChosen() const {
+        return std::any_of(m_commands.begin(), m_commands.end(),
+                           [](const std::unique_ptr<Command>& command) { return command->isChosen(); });
+    }
+    CLI::App& addGroup(const char* name, const char* description) {
+        CLI::App& group = *m_app.add_subcommand(name, description);
+        group.require_subcommand(1);
+        return group;
+    }
+    template <typename Kind>
+    void add(CLI::App& parent) {
+        m_commands.push_back(std::make_unique<Kind>(parent, m_context));
+    }
+    void addCommands() {
+        CLI::App& website = addGroup("website", "Show and change website files");
+        add<WebsiteShowCommand>(website);
+        add<WebsiteSetCommand>(website);
+        add<WebsiteAddUrlCommand>(website);
+        add<WebsiteImportUrlsCommand>(website);
+        add<WebsiteExportUrlsCommand>(website);
+        CLI::App& engines = addGroup("engines", "List, check and install the engine catalogue");
+        add<EnginesListCommand>(engines);
+        add<EnginesCheckCommand>(engines);
+        add<EnginesInstallCommand>(engines);
+        add<PreviewCommand>(m_app);
+        add<SubmitCommand>(m_app);
+        add<PracticeCommand>(m_app);
+    }
+
+    CLI::App m_app;
+    CommandLineContext& m_context;
+    std::vector<std::unique_ptr<Command>> m_commands;
+};
+
+int wrongUsage(CommandLineContext& context, const Parser& parser, const std::string& words) {
+    context.warn(words + "\nTry: " + parser.usedName() + " --help");
+    return kWrongUsage;
+}
+
+int parseAndExecute(const std::vector<std::string>& arguments, CommandLineContext& context) {
+    Parser parser(context);
+    try {
+        Command& command = parser.parse(withoutSwitches(arguments));
+        context.applyOptions();
+        return command.execute();
+    } catch (const CLI::ParseError& error) {
+        if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) return parser.exit(error);
+        return wrongUsage(context, parser, parser.explain(error));
+    } catch (const UsageError& error) {
+        return wrongUsage(context, parser, error.what());
+    } catch (const std::exception& failure) {
+        context.warn(failure.what());
+        return kCouldNotRun;
+    }
+}
+
+// Results that nobody got are a failure of their own. A reader that simply left (a closed pipe) is not told.
+int checkResults(CommandLineContext& context, int exitCode) {
+    Console& console = context.console();
+    if (console.out.flush()) return exitCode;
+    const int reason = console.outError ? console.outError() : 0;
+    if (reason != EPIPE) {
+        std::string words = "The results could not be written";
+        if (reason != 0) words += std::string(": ") + std::strerror(reason);
+        context.warn(words);
+    }
+    return exitCode == kStopped ? kStopped : kCouldNotRun;
+}
+
+}  // namespace
+
+int runCommandLine(const std::vector<std::string>& arguments, Console& console) {
+    CommandLineContext context(console, arguments);
+    const int exitCode = checkResults(context, parseAndExecute(arguments, context));
+    context.finish(exitCode);
+    return exitCode;
+}
+
+}  // namespace relay

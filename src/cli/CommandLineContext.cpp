@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/CommandLineContext.h"
+
+#include "cli/DataFolder.h"
+#include "cli/ExitCode.h"
+#include "cli/TerminalText.h"
+#include "core/Failure.h"
+
+#include <ostream>
+
+namespace relay {
+
+namespace {
+std::string joined(const std::vector<std::string>& arguments) {
+    std::string line;
+    for (const std::string& argument : arguments) {
+        if (!line.empty()) line += ' ';
+        line += argument;
+    }
+    return line;
+}
+}  // namespace
+
+Home::Home(Paths where, const Clock& clock, std::string_view commandLine, Prompts& prompts)
+    : paths(std::move(where)),
+      log(paths.inApp("Error.log"), clock, commandLine),
+      settings(paths.settingsFile),
+      preference(paths, settings, log, prompts) {
+    if (!preference.GetSettings()) log.WriteErrorLog("GetSettings Error.\r\n");
+}
+
+CommandLineContext::CommandLineContext(Console& console, const std::vector<std::string>& arguments)
+    : m_console(console),
+      m_commandLine(joined(arguments)),
+      m_progress(console.err, console.errColumns),
+      m_prompts(console, m_progress) {}
+
+std::ostream& CommandLineContext::out() {
+    m_progress.erase();
+    return m_console.out;
+}
+
+bool CommandLineContext::colours() const {
+    const auto isSet = [&](const char* name) { return !m_console.environment(name).value_or("").empty(); };
+    return m_console.outIsTerminal && !isSet("NO_COLOR") && m_console.environment("TERM") != "dumb";
+}
+
+void CommandLineContext::note(std::string_view text) {
+    if (!quiet) warn(text);
+}
+
+void CommandLineContext::warn(std::string_view text) {
+    m_progress.erase();
+    m_console.err << terminalLines(text) << '\n' << std::flush;
+}
+
+void CommandLineContext::applyOptions() {
+    m_prompts.setHolding(quiet);
+    m_progress.setOn(m_console.errIsTerminal && !quiet && m_console.environment("TERM") != "dumb");
+}
+
+Paths CommandLineContext::choosePaths() const {
+    if (homeOption.empty()) return Paths::fromEnvironment(m_console.environment);
+    return Paths::insideHome(homeOption);
+}
+
+Home& CommandLineContext::home() {
+    if (m_home) return *m_home;
+    const Paths paths = choosePaths();
+    try {
+        prepareHome(paths, installedDataFolder(m_console));
+    } catch (const Failure& failure) {
+        if (!folderExists(paths.AppPath)) throw;
+        warn(std::string("The home cannot be written, so nothing is kept there: ") + failure.what());
+    }
+    m_home = std::make_unique<Home>(paths, m_console.clock, m_commandLine, m_prompts);
+    return *m_home;
+}
+
+void CommandLineContext::finish(int exitCode) {
+    m_progress.erase();
+    if (exitCode == kCouldNotRun) m_prompts.showHeld();
+}
+
+}  // namespace relay

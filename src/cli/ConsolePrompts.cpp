@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/ConsolePrompts.h"
+
+#include "cli/Console.h"
+#include "cli/ProgressLine.h"
+#include "cli/TerminalText.h"
+#include "core/Text.h"
+
+#include <istream>
+#include <ostream>
+
+namespace relay {
+
+namespace {
+std::string withTitle(std::string_view text, std::string_view title) {
+    std::string line = terminalLines(text);
+    if (title.empty()) return line;
+    return terminalText(title) + ": " + line;
+}
+}  // namespace
+
+ConsolePrompts::ConsolePrompts(Console& console, ProgressLine& progress)
+    : m_console(console), m_progress(progress) {}
+
+bool ConsolePrompts::someoneAnswers() const noexcept {
+    return m_console.inIsTerminal && m_console.errIsTerminal;
+}
+
+void ConsolePrompts::write(const std::string& line) {
+    m_progress.erase();
+    m_console.err << line << std::flush;
+}
+
+void ConsolePrompts::showHeld() {
+    for (const std::string& line : m_held) write(line);
+    m_held.clear();
+}
+
+void ConsolePrompts::message(std::string_view text, std::string_view title, Icon) {
+    ++m_count;
+    std::string line = withTitle(text, title) + "\n";
+    if (m_holding) {
+        m_held.push_back(std::move(line));
+    } else {
+        write(line);
+    }
+}
+
+bool ConsolePrompts::ask(std::string_view text, std::string_view title) {
+    ++m_count;
+    const std::string question = withTitle(text, title);
+    if (!someoneAnswers()) {
+        write(question + " No.\n");
+        return false;
+    }
+    write(question + " [y/N] ");
+    std::string answer;
+    std::getline(m_console.in, answer);
+    const std::string_view given = trim(answer);
+    return equalsNoCase(given, "y") || equalsNoCase(given, "yes");
+}
+
+std::optional<std::string> ConsolePrompts::input(std::string_view text, std::string_view title,
+                                                 std::string_view preset) {
+    ++m_count;
+    if (!someoneAnswers()) return std::nullopt;
+    write(withTitle(text, title) + " [" + terminalText(preset) + "] ");
+    std::string answer;
+    if (!std::getline(m_console.in, answer)) return std::nullopt;
+    return answer.empty() ? std::string(preset) : answer;
+}
+
+FileChoice ConsolePrompts::openFile(std::string_view, std::string_view) {
+    return {};
+}
+
+FileChoice ConsolePrompts::saveFile(std::string_view, std::string_view, std::string_view) {
+    return {};
+}
+
+bool ConsolePrompts::openWithSystem(std::string_view) {
+    return false;
+}
+
+}  // namespace relay

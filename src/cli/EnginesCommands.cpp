@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/EnginesCommands.h"
+
+#include "catalogue/CatalogueCheck.h"
+#include "cli/CommandLineContext.h"
+#include "cli/ExitCode.h"
+#include "cli/JsonLine.h"
+#include "cli/LoadedCatalogue.h"
+#include "cli/Table.h"
+#include "core/Failure.h"
+#include "core/FileStore.h"
+
+#include <ostream>
+
+namespace relay {
+
+namespace {
+
+void writeJson(const clsEngines& engine, std::ostream& out) {
+    JsonLine()
+        .add("name", engine.name)
+        .add("Home", engine.Home)
+        .add("AddURL", engine.AddURL)
+        .add("Country", engine.Country)
+        .add("CountryOnly", engine.CountryOnly)
+        .add("EngineType", engine.EngineType)
+        .add("Category", engine.Category)
+        .add("CategoryData", engine.CategoryData)
+        .add("Method", engine.Method)
+        .add("Action", engine.Action)
+        .add("Query", engine.Query)
+        .add("AdultOnlySites", engine.AdultOnlySites)
+        .add("Adults", engine.Adults)
+        .add("Language", engine.Language)
+        .add("MaxTitle", engine.MaxTitle)
+        .add("MaxKeywords", engine.MaxKeywords)
+        .add("MaxDescriptions", engine.MaxDescriptions)
+        .add("SiteLevel", engine.SiteLevel)
+        .write(out);
+}
+
+}  // namespace
+
+EnginesListCommand::EnginesListCommand(CLI::App& parent, CommandLineContext& context)
+    : Command(parent, context, "list", "List the engines of the catalogue, or those chosen",
+              "engines list\nengines list --major\n"
+              "engines list --type ENG,DIR --no-adult --save-selection general.eng") {
+    m_selection.addTo(app());
+}
+
+int EnginesListCommand::execute() {
+    LoadedCatalogue catalogue(context());
+    if (!catalogue.load()) return kCouldNotRun;
+    m_selection.apply(context(), catalogue);
+    const Rows& rows =
+        m_selection.isGiven() ? catalogue.lists.lsvSelectedEngines : catalogue.lists.lsvEngines;
+
+    std::ostream& out = context().out();
+    Table table({"Name", "Type", "Country", "Category", "Method", "Level"});
+    for (int i = 0; i < rows.count(); ++i) {
+        const clsEngines& engine = catalogue.engine(rows.at(i).key);
+        if (context().json) {
+            writeJson(engine, out);
+        } else {
+            table.add({engine.name, engine.EngineType, engine.Country, engine.Category, engine.Method,
+                       std::to_string(engine.SiteLevel)});
+        }
+    }
+    if (!table.empty()) table.write(out, context().colours());
+    if (rows.empty()) context().note("No engines.");
+    return kSucceeded;
+}
+
+EnginesCheckCommand::EnginesCheckCommand(CLI::App& parent, CommandLineContext& context)
+    : Command(parent, context, "check", "Tell everything that is wrong with the catalogue",
+              "engines check\nengines check --json") {}
+
+int EnginesCheckCommand::execute() {
+    Home& home = context().home();
+    EngineCategories categories(home.paths, context().prompts());
+    if (!categories.loadEngineCategory()) return kCouldNotRun;
+    const std::string file = home.paths.inWindows("krveng5.dat");
+    const std::string text = readFile(file);
+    if (text.empty()) throw Failure(file + " is empty: no engine can be loaded from it.");
+    const std::vector<Finding> findings =
+        checkCatalogue(text, categories, home.preference.refusesAdultSites());
+    std::ostream& out = context().out();
+    Table table({"Line", "Engine", "Finding", ""});
+    for (const Finding& finding : findings) {
+        const std::string_view kind = findingName(finding.kind);
+        if (context().json) {
+            JsonLine()
+                .add("line", static_cast<std::int64_t>(finding.line))
+                .add("record", finding.record)
+                .add("finding", kind)
+                .add("text", finding.text)
+                .write(out);
+        } else {
+            table.add({std::to_string(finding.line), finding.record, kind, finding.text});
+        }
+    }
+    if (!table.empty()) table.write(out, context().colours());
+    if (findings.empty()) context().note("Nothing found.");
+    return findings.empty() ? kSucceeded : kSomeFailed;
+}
+
+}  // namespace relay

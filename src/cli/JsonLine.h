@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+#include <iosfwd>
+#include <memory>
+#include <string_view>
+
+namespace relay {
+
+// One JSON object on a line of its own, its members in the order they were added. Texts are bytes; a byte
+// that is no valid UTF-8 appears as \xNN. The line holds no raw control character of any kind.
+class JsonLine final {
+  public:
+    JsonLine();
+    ~JsonLine();
+    JsonLine(const JsonLine&) = delete;
+    JsonLine& operator=(const JsonLine&) = delete;
+
+    JsonLine& add(std::string_view key, std::string_view text);
+    JsonLine& add(std::string_view key, std::int64_t number);
+    // Writes the object and a line end.
+    void write(std::ostream& out) const;
+
+  private:
+    struct Data;
+    std::unique_ptr<Data> m_data;
+};
+
+}  // namespace relay

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/PracticeAddress.h"
+
+#include "core/Failure.h"
+#include "core/FileStore.h"
+#include "core/Paths.h"
+#include "core/Text.h"
+
+#include <QTcpSocket>
+#include <QUrl>
+
+namespace relay {
+
+namespace {
+
+constexpr const char* kHowToStart = "Start one with: korvel-relay-cli practice";
+
+bool answers(const std::string& address) {
+    constexpr int kPatience = 2000;  // milliseconds
+    const QUrl url(QString::fromStdString(address));
+    if (url.host() != QStringLiteral("127.0.0.1")) return false;
+    QTcpSocket socket;
+    socket.connectToHost(url.host(), static_cast<quint16>(url.port(0)));
+    return socket.waitForConnected(kPatience);
+}
+
+}  // namespace
+
+std::string practiceAddressFile(const Paths& paths) {
+    return paths.inApp("practice.addr");
+}
+
+std::string runningPracticeWeb(const Paths& paths) {
+    const std::string file = practiceAddressFile(paths);
+    if (!fileExists(file)) throw Failure("No practice web runs for " + paths.AppPath + ". " + kHowToStart);
+    std::string address(firstLine(readFile(file, 4096)));
+    if (!answers(address))
+        throw Failure("The practice web at " + address + " does not answer. " + kHowToStart);
+    return address;
+}
+
+PracticeAddress::PracticeAddress(const Paths& paths, const std::string& address)
+    : m_file(practiceAddressFile(paths)), m_bytes(address + "\n") {
+    writeFile(m_file, m_bytes);
+}
+
+PracticeAddress::~PracticeAddress() {
+    try {
+        if (readFile(m_file, 4096) == m_bytes) removeFile(m_file);
+    } catch (const Failure&) {
+        // Gone already, or the home became unwritable: a stale address does no harm.
+    }
+}
+
+}  // namespace relay

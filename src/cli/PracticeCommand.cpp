@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/PracticeCommand.h"
+
+#include "cli/CommandLineContext.h"
+#include "cli/DataFolder.h"
+#include "cli/ExitCode.h"
+#include "cli/JsonLine.h"
+#include "cli/PracticeAddress.h"
+#include "cli/StopSignal.h"
+#include "core/Failure.h"
+#include "core/FileStore.h"
+#include "practice/PracticeWeb.h"
+
+#include <QEventLoop>
+
+#include <optional>
+#include <ostream>
+
+namespace relay {
+
+namespace {
+
+// Lets the form pages ask for what the practice catalogue sends; without it they have the usual fields.
+void describeEngines(PracticeWeb& web, const std::string& dataFolder) {
+    const std::string engines = dataFolder + "/practice/krveng5.dat";
+    const std::string categories = dataFolder + "/practice/catkws.dat";
+    if (fileExists(engines) && fileExists(categories))
+        web.describeEngines(readFile(engines), readFile(categories));
+}
+
+}  // namespace
+
+PracticeCommand::PracticeCommand(CLI::App& parent, CommandLineContext& context)
+    : Command(parent, context, "practice", "Run the practice web until Ctrl-C",
+              "practice\npractice --port 8080\nengines install --practice (in a second terminal)") {
+    app().add_option("--port", m_port, "Port on this machine (default: a free one)")->type_name("N");
+}
+
+void PracticeCommand::tellAddress(const std::string& address) {
+    std::ostream& out = context().out();
+    if (context().json) {
+        JsonLine().add("address", address).write(out);
+    } else {
+        out << address << "/\n";
+    }
+    out.flush();
+    context().note("The practice web is running; the address shows what it receives. Ctrl-C ends it.");
+}
+
+int PracticeCommand::execute() {
+    StopSignal& stop = context().console().stop;
+    stop.watch();
+    const Paths& paths = context().home().paths;
+    PracticeWeb web;
+    describeEngines(web, installedDataFolder(context().console()));
+    web.start(m_port);
+    std::optional<PracticeAddress> kept;
+    try {
+        kept.emplace(paths, web.address());
+    } catch (const Failure& failure) {
+        context().warn(std::string("Other commands will not find the practice web: ") + failure.what());
+    }
+    tellAddress(web.address());
+    QEventLoop loop;
+    QObject::connect(&stop, &StopSignal::requested, &loop, &QEventLoop::quit);
+    if (!stop.poll()) loop.exec();
+    return kStopped;
+}
+
+}  // namespace relay

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/PreviewCommand.h"
+
+#include "cli/CommandLineContext.h"
+#include "cli/ExitCode.h"
+#include "cli/JsonLine.h"
+#include "cli/LoadedCatalogue.h"
+#include "cli/Table.h"
+#include "core/Failure.h"
+#include "core/IniFile.h"
+#include "projects/WebsiteFile.h"
+#include "submission/SubmissionData.h"
+
+namespace relay {
+
+PreviewCommand::PreviewCommand(CLI::App& parent, CommandLineContext& context)
+    : Command(parent, context, "preview", "Show what an engine would be sent; nothing is sent",
+              "preview --website shop.kws --engine 'Practice Engine 01'\n"
+              "preview --website shop.kws --engine IndexNow --url http://shop.example/pens.html --json") {
+    app().add_option("--website", m_website, "The website file")->type_name("FILE")->required();
+    app().add_option("--engine", m_engine, "An engine of the catalogue")->type_name("NAME")->required();
+    app().add_option("--url", m_url, "The URL to submit (default: the website's first)")->type_name("URL");
+}
+
+std::string PreviewCommand::chosenUrl() const {
+    if (!m_url.empty()) return m_url;
+    Rows urls;
+    loadUrlList(m_website, urls);
+    if (urls.empty())
+        throw Failure(
+            "There is not URL in current selected web site, please enter the web site URL before submit.");
+    return urls.at(0).text;
+}
+
+int PreviewCommand::execute() {
+    if (!fileExists(m_website)) throw Failure(m_website + ": there is no such website file.");
+    LoadedCatalogue catalogue(context());
+    if (!catalogue.load()) return kCouldNotRun;
+    const clsEngines& engine = catalogue.engine(m_engine);
+    const IniFile website = IniFile::load(m_website);
+    const WebDetails details = readWebDetails(chosenUrl(), website);
+    const bool blockSpam = context().home().preference.BlockSpam != 0;
+    const std::optional<SubmissionRequest> request =
+        submissionRequest(engine.Method, engine.Action,
+                          expandQuery({engine, details, website, catalogue.countries, blockSpam}));
+    if (!request) {
+        context().warn("Nothing would be sent: the engine \"" + std::string(engine.name) +
+                       "\" has no action, or its template holds no macro. It would count as failed.");
+        return kSomeFailed;
+    }
+    const char* method = request->isPost() ? "POST" : "GET";
+    const std::string body = request->isPost() ? request->data : std::string();
+    if (context().json) {
+        JsonLine().add("method", method).add("url", request->URL).add("body", body).write(context().out());
+        return kSucceeded;
+    }
+    Table table({});
+    table.add({"Method", method});
+    table.add({"URL", request->URL});
+    table.add({"Body", body});
+    table.write(context().out(), false);
+    return kSucceeded;
+}
+
+}  // namespace relay

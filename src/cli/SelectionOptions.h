@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <CLI/App.hpp>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace relay {
+
+class CommandLineContext;
+class LoadedCatalogue;
+
+// The options that choose engines. Each is one step, and the steps are taken in the order given.
+class SelectionOptions final {
+  public:
+    void addTo(CLI::App& app);
+
+    // Whether any option chooses engines (saving a selection chooses none).
+    bool chooses() const noexcept { return !m_steps.empty(); }
+    bool isGiven() const noexcept { return chooses() || !m_saveTo.empty(); }
+    // Makes the selection of the catalogue. Throws Failure on an engine or a file that is not there.
+    void apply(CommandLineContext& context, LoadedCatalogue& catalogue) const;
+
+  private:
+    using Step = std::function<void(LoadedCatalogue&)>;
+
+    void addFlag(CLI::App& app, const std::string& name, const std::string& about, Step step);
+    void addValue(CLI::App& app, const std::string& name, const std::string& value, const std::string& about,
+                  std::function<Step(const std::string&)> makeStep);
+
+    std::vector<Step> m_steps;
+    std::string m_saveTo;
+};
+
+}  // namespace relay

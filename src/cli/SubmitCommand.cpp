@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/SubmitCommand.h"
+
+#include "cli/CommandLineContext.h"
+#include "cli/ExitCode.h"
+#include "cli/LoadedCatalogue.h"
+#include "cli/StopSignal.h"
+#include "cli/SubmissionWatcher.h"
+#include "core/Failure.h"
+#include "submission/SubmissionController.h"
+#include "transport/HttpNetwork.h"
+
+#include <QEventLoop>
+#include <QLocale>
+
+#include <filesystem>
+
+namespace relay {
+
+namespace {
+
+constexpr std::string_view kNoUrl =
+    "There is not URL in current selected web site, please enter the web site URL before submit.";
+
+// Lists the websites for the run, in their order. Throws Failure when one cannot be submitted.
+void addSites(SubmissionController& controller, CommandLineContext& context,
+              const std::vector<std::string>& files) {
+    for (const std::string& file : files) {
+        if (!fileExists(file)) throw Failure(file + ": there is no such website file.");
+        const std::filesystem::path path = std::filesystem::absolute(file).lexically_normal();
+        const Rows& sites = controller.state().lsvSiteSelection;
+        if (sites.contains(path.string())) {
+            context.note("Named twice, submitted once: " + file);
+            continue;
+        }
+        if (!controller.addSite(path.string(), path.stem().string(), {}) ||
+            !sites.at(sites.count() - 1).checked)
+            throw Failure(file + ": " + std::string(kNoUrl));
+    }
+}
+
+}  // namespace
+
+SubmitCommand::SubmitCommand(CLI::App& parent, CommandLineContext& context)
+    : Command(parent, context, "submit", "Submit the URLs of websites to the chosen engines",
+              "submit --website shop.kws --all\n"
+              "submit --website shop.kws blog.kws --type ENG,DIR --no-adult --connections 20\n"
+              "submit --website shop.kws --failed\n"
+              "submit --website shop.kws --major --json > run.jsonl") {
+    app()
+        .add_option("--website", m_websites, "The website files, in the order of the run")
+        ->type_name("FILE")
+        ->required();
+    app()
+        .add_option("--connections", m_connections, "Requests at a time (default: as the settings say)")
+        ->type_name("N")
+        ->check(CLI::Range(1, 1000));
+    m_selection.addTo(app());
+}
+
+int SubmitCommand::execute() {
+    if (!m_selection.chooses())
+        throw UsageError(
+            "No engines are chosen. Choose them with --all, --type, --country, --engine or another option.");
+    StopSignal& stop = context().console().stop;
+    stop.watch();
+    LoadedCatalogue catalogue(context());
+    if (!catalogue.load()) return kCouldNotRun;
+    m_selection.apply(context(), catalogue);
+    if (m_connections > 0) context().home().preference.Connections = m_connections;
+    if (stop.poll()) return kStopped;
+    return run(catalogue);
+}
+
+int SubmitCommand::run(LoadedCatalogue& catalogue) {
+    Home& home = context().home();
+    Console& console = context().console();
+    HttpNetwork network;
+    SubmissionController controller({home.paths, home.preference, home.log, context().prompts(),
+                                     console.clock, network, catalogue.lists.engines,
+                                     catalogue.lists.lsvSelectedEngines, catalogue.countries,
+                                     QLocale::system(), context().commandLine()});
+    addSites(controller, context(), m_websites);
+    if (!controller.cmdNext() || !controller.cmdStart()) return kCouldNotRun;
+
+    SubmissionWatcher watcher(context(), controller.state().lsvSiteSubmitting.count(),
+                              controller.submit().NumOfEngines());
+    QEventLoop loop;
+    QObject::connect(&controller, &SubmissionController::engineEnded, &loop,
+                     [&](const EngineEnded& ended) { watcher.engineEnded(ended); });
+    QObject::connect(&controller, &SubmissionController::reportWritten, &loop,
+                     [&](const UrlReport& report) { watcher.reportWritten(report); });
+    QObject::connect(&controller, &SubmissionController::runDone, &loop, [&](const RunSummary& summary) {
+        watcher.runDone(summary);
+        loop.quit();
+    });
+    QObject::connect(&console.stop, &StopSignal::requested, &loop, [&] {
+        context().note("Stopping ...");
+        if (controller.isRunning()) controller.cmdSubmit();
+    });
+    if (console.stop.poll()) return kStopped;
+    if (!controller.cmdSubmit()) return kCouldNotRun;
+    if (!watcher.isDone()) loop.exec();
+    return watcher.exitCode();
+}
+
+}  // namespace relay

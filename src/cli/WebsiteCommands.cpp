@@ -1,0 +1,239 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/WebsiteCommands.h"
+
+#include "cli/CommandLineContext.h"
+#include "cli/ExitCode.h"
+#include "cli/JsonLine.h"
+#include "cli/Table.h"
+#include "cli/TerminalText.h"
+#include "core/Failure.h"
+#include "core/FileStore.h"
+#include "core/IniFile.h"
+#include "core/Text.h"
+#include "projects/UrlList.h"
+#include "projects/WebsiteFile.h"
+
+#include <algorithm>
+#include <functional>
+#include <limits>
+#include <ostream>
+#include <string>
+
+namespace relay {
+
+namespace {
+
+constexpr int kMostUrls = std::numeric_limits<std::int16_t>::max();
+
+void addFileOption(CLI::App& app, std::string& file, const char* about = "The website file") {
+    app.add_option("FILE", file, about)->required()->type_name("");
+}
+
+void requireFile(const std::string& file) {
+    if (!fileExists(file))
+        throw Failure(file + ": there is no such website file. \"website set\" makes one.");
+}
+
+// Keys that the program keeps by itself.
+bool isKept(std::string_view key) {
+    return key == "Version" || key == "LastURL" || key == "LastReport";
+}
+
+std::string settableKeys() {
+    std::string names;
+    for (const std::string_view key : websiteKeys()) {
+        if (isKept(key)) continue;
+        if (!names.empty()) names += ", ";
+        names += key;
+    }
+    return names;
+}
+
+std::string numbered(std::string_view name, int number) {
+    return std::string(name) + std::to_string(number);
+}
+
+struct ReportEntry final {
+    std::string url;
+    std::string date;
+    std::string reportFile;
+};
+
+std::vector<ReportEntry> readReports(const IniFile& file) {
+    std::vector<ReportEntry> reports;
+    const int count = toInt16(leadingNumber(file.value(kWebsiteSection, "LastReport")));
+    for (int i = 1; i <= count; ++i) {
+        ReportEntry entry{file.value(kReportSection, numbered("URL", i)),
+                          file.value(kReportSection, numbered("Date", i)),
+                          file.value(kReportSection, numbered("ReportFile", i))};
+        if (!entry.url.empty() && !entry.reportFile.empty()) reports.push_back(std::move(entry));
+    }
+    return reports;
+}
+
+// Changes the URL list of a website file in one piece, so that two programs at once lose nothing.
+void changeUrls(const std::string& path, const std::function<void(Rows& urls)>& change) {
+    requireFile(path);
+    const FolderLock lock(path);
+    IniFile file = IniFile::load(path);
+    Rows urls;
+    readUrls(file, urls);
+    change(urls);
+    if (urls.count() > kMostUrls)
+        throw Failure(path + ": a website file holds at most " + std::to_string(kMostUrls) + " URLs.");
+    writeUrls(file, urls);
+    file.save(path, Readable::OwnerOnly);
+}
+
+void checkUrl(const std::string& url) {
+    if (trim(url).empty()) throw UsageError("A URL is empty.");
+    if (std::any_of(url.begin(), url.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20; }))
+        throw UsageError("A URL holds a line break or another control character: " + url);
+}
+
+}  // namespace
+
+WebsiteShowCommand::WebsiteShowCommand(CLI::App& parent, CommandLineContext& context)
+    : Command(parent, context, "show", "Show a website's fields, URLs and reports",
+              "website show shop.kws\nwebsite show shop.kws --json") {
+    addFileOption(app(), m_file);
+    app().add_flag("--show-password", m_showPassword, "Show the password on a terminal too");
+}
+
+// A terminal has people behind one's back; a file and a script get the password as it stands.
+std::string WebsiteShowCommand::shownValue(const std::string& key, const std::string& value) {
+    const bool mask = key == "Password" && context().console().outIsTerminal && !m_showPassword;
+    return mask && !value.empty() ? "********" : value;
+}
+
+int WebsiteShowCommand::execute() {
+    requireFile(m_file);
+    const IniFile file = IniFile::load(m_file);
+    Rows urls;
+    readUrls(file, urls);
+    const std::vector<ReportEntry> reports = readReports(file);
+
+    Table fields({});
+    JsonLine line;
+    for (const std::string_view name : websiteKeys()) {
+        const std::string key(name);
+        const std::string value = shownValue(key, file.value(kWebsiteSection, key));
+        fields.add({key, value});
+        line.add(key, value);
+    }
+    std::ostream& out = context().out();
+    if (context().json) {
+        line.write(out);
+        for (int i = 0; i < urls.count(); ++i)
+            JsonLine().add("URL", urls.at(i).text).add("LocalFile", urls.at(i).tag).write(out);
+        for (const ReportEntry& report : reports) {
+            JsonLine object;
+            object.add("URL", report.url).add("Date", report.date).add("ReportFile", report.reportFile);
+            object.write(out);
+        }
+        return kSucceeded;
+    }
+    fields.write(out, false);
+    Table urlTable({"URL", "Local file"});
+    for (int i = 0; i < urls.count(); ++i) urlTable.add({urls.at(i).text, urls.at(i).tag});
+    Table reportTable({"Report of", "Date", "File"});
+    for (const ReportEntry& report : reports) reportTable.add({report.url, report.date, report.reportFile});
+    for (const Table* table : {&urlTable, &reportTable}) {
+        if (table->empty()) continue;
+        out << '\n';
+        table->write(out, context().colours());
+    }
+    return kSucceeded;
+}
+
+WebsiteSetCommand::WebsiteSetCommand(CLI::App& parent, CommandLineContext& context)
+    : Command(parent, context, "set", "Set fields of a website file; a missing file is made",
+              "website set shop.kws Title='Paper Shop' Keyword='paper, pens' BlockFFA=1\n"
+              "website set shop.kws MainCategory='Business and Finance' Category=Accounting") {
+    addFileOption(app(), m_file);
+    app().add_option("KEY=VALUE", m_assignments, "Keys: " + settableKeys())->required()->type_name("");
+}
+
+int WebsiteSetCommand::execute() {
+    std::vector<KeyValue> values;
+    for (const std::string& assignment : m_assignments) {
+        const std::size_t equals = assignment.find('=');
+        if (equals == std::string::npos) throw UsageError("\"" + assignment + "\" is no KEY=VALUE.");
+        KeyValue entry{assignment.substr(0, equals), assignment.substr(equals + 1)};
+        const std::vector<std::string_view>& keys = websiteKeys();
+        const auto known = std::find_if(keys.begin(), keys.end(),
+                                        [&](std::string_view key) { return equalsNoCase(key, entry.key); });
+        if (known == keys.end())
+            throw UsageError("A website file has no key \"" + entry.key +
+                             "\". The keys are: " + settableKeys());
+        if (isKept(*known)) throw UsageError("The key \"" + entry.key + "\" is kept by the program itself.");
+        if (*known == "BlockFFA" && entry.value != "0" && entry.value != "1")
+            throw UsageError("BlockFFA takes 0 or 1.");
+        if (entry.value.size() > IniFile::kShortLimit)
+            context().note(std::string(*known) + ": only the first " + std::to_string(IniFile::kShortLimit) +
+                           " bytes are used.");
+        values.push_back(std::move(entry));
+    }
+    setKeys(m_file, values);
+    return kSucceeded;
+}
+
+WebsiteAddUrlCommand::WebsiteAddUrlCommand(CLI::App& parent, CommandLineContext& context)
+    : Command(parent, context, "add-url", "Add URLs to a website",
+              "website add-url shop.kws http://shop.example/ http://shop.example/pens.html") {
+    addFileOption(app(), m_file);
+    app()
+        .add_option("URL", m_urls, "Taken as they stand; one that is there already is passed over")
+        ->required()
+        ->type_name("");
+}
+
+int WebsiteAddUrlCommand::execute() {
+    std::for_each(m_urls.begin(), m_urls.end(), checkUrl);
+    changeUrls(m_file, [&](Rows& urls) {
+        for (const std::string& url : m_urls) {
+            if (!addNewItem(urls, url)) context().note("Already there: " + url);
+        }
+    });
+    return kSucceeded;
+}
+
+WebsiteImportUrlsCommand::WebsiteImportUrlsCommand(CLI::App& parent, CommandLineContext& context)
+    : Command(parent, context, "import-urls", "Add the URLs of a text file to a website",
+              "website import-urls shop.kws urls.txt") {
+    addFileOption(app(), m_file);
+    app()
+        .add_option("TEXTFILE", m_textFile,
+                    "Fields that begin with \"http\" and hold a dot; lines and commas part them")
+        ->required()
+        ->type_name("");
+}
+
+int WebsiteImportUrlsCommand::execute() {
+    bool loaded = false;
+    int added = 0;
+    changeUrls(m_file, [&](Rows& urls) {
+        const int before = urls.count();
+        loaded = UrlList(urls, context().prompts()).loadURLFromFile(m_textFile);
+        added = urls.count() - before;
+    });
+    if (!loaded) return kCouldNotRun;
+    context().note(std::to_string(added) + (added == 1 ? " URL added." : " URLs added."));
+    return kSucceeded;
+}
+
+WebsiteExportUrlsCommand::WebsiteExportUrlsCommand(CLI::App& parent, CommandLineContext& context)
+    : Command(parent, context, "export-urls", "Write a website's URLs to a text file, one a line",
+              "website export-urls shop.kws urls.txt") {
+    addFileOption(app(), m_file);
+    app().add_option("TEXTFILE", m_textFile, "Replaced when it is there")->required();
+}
+
+int WebsiteExportUrlsCommand::execute() {
+    requireFile(m_file);
+    Rows urls;
+    loadUrlList(m_file, urls);
+    return UrlList(urls, context().prompts()).saveURLToFile(m_textFile) ? kSucceeded : kCouldNotRun;
+}
+
+}  // namespace relay
