@@ -8,7 +8,7 @@
 #include <deque>
 #include <memory>
 #include <string_view>
-#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace relay {
@@ -33,8 +33,24 @@ class EngineCollection final {
     auto end() const noexcept { return m_engines.end(); }
 
   private:
+    // Engines and bare names hash and compare alike, so the set holds one pointer for each engine.
+    struct NameHash final {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view name) const noexcept { return KeyHash()(name); }
+        std::size_t operator()(const clsEngines* engine) const noexcept { return KeyHash()(engine->name); }
+    };
+    struct NameEqual final {
+        using is_transparent = void;
+        static std::string_view name(std::string_view text) noexcept { return text; }
+        static std::string_view name(const clsEngines* engine) noexcept { return engine->name; }
+        template <typename A, typename B>
+        bool operator()(const A& a, const B& b) const noexcept {
+            return equalsNoCase(name(a), name(b));
+        }
+    };
+
     std::deque<clsEngines> m_engines;
-    std::unordered_map<std::string_view, clsEngines*, KeyHash, KeyEqual> m_byName;
+    std::unordered_set<clsEngines*, NameHash, NameEqual> m_byName;
     std::vector<std::shared_ptr<const void>> m_storage;
 };
 

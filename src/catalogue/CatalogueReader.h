@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "core/ItemReader.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace relay {
+
+// The keys of an engine record. Keys with several spellings are one.
+enum class EngineKey : std::uint8_t {
+    None,     // an item without "="
+    Unknown,  // a key nobody knows
+    Name,
+    Home,
+    AddURL,
+    Country,
+    CountryOnly,
+    EngineType,
+    Category,
+    Method,
+    Action,
+    Query,
+    AdultOnlySites,
+    Adults,
+    Language,
+    MaxTitle,
+    MaxKeywords,
+    MaxDescriptions,
+    SiteLevel,
+};
+
+// The key without regard to case, with no blank forgiven; Unknown when it is none.
+EngineKey engineKey(std::string_view text) noexcept;
+
+// Walks the engine file item by item, past empty items and comments, to the terminator or the end. The loader
+// and the check read through it, so they see the same file. The views point into the text given.
+class CatalogueReader final {
+  public:
+    explicit CatalogueReader(std::string_view text) noexcept : m_text(text), m_items(text) {}
+
+    bool next() noexcept;
+
+    // Of the item last reached.
+    EngineKey key() const noexcept { return m_key; }
+    std::string_view item() const noexcept { return m_item; }
+    // What stands before the first "=", untrimmed; nothing when there is no "=".
+    std::string_view keyText() const noexcept { return m_keyText; }
+    std::string_view value() const noexcept { return m_value; }  // what stands behind it, trimmed
+    std::size_t line() noexcept { return m_items.line(); }       // counted from 1
+    bool quoted() const noexcept;
+    bool closedByComma() const noexcept { return m_items.closedByComma(); }
+
+  private:
+    std::string_view m_text;
+    ItemReader m_items;
+    std::string_view m_item;
+    std::string_view m_keyText;
+    std::string_view m_value;
+    EngineKey m_key = EngineKey::None;
+};
+
+}  // namespace relay

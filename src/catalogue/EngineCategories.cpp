@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "catalogue/EngineCategories.h"
+
+#include "core/Failure.h"
+#include "core/FileStore.h"
+#include "core/ItemReader.h"
+#include "core/Keys.h"
+#include "core/Paths.h"
+#include "core/Prompts.h"
+#include "core/Text.h"
+
+#include <deque>
+#include <unordered_map>
+
+namespace relay {
+
+struct EngineCategories::Tables final {
+    explicit Tables(std::string_view text);
+
+    std::deque<EngineCategoryEntry> entries;  // a deque, so that the views into them hold
+    std::unordered_map<std::string_view, const EngineCategoryEntry*, KeyHash, KeyEqual> byName;
+};
+
+EngineCategories::Tables::Tables(std::string_view text) {
+    ItemReader reader(text);
+    std::string_view item;
+    while (reader.next(item)) {
+        if (trim(item).empty() || item.front() == '#') continue;
+        if (equalsNoCase(item, "END")) break;
+        if (item.front() == '[') {
+            const std::size_t close = item.find(']');
+            if (close != npos) entries.push_back({std::string(item.substr(1, close - 1)), {}, {}});
+        } else if (!entries.empty()) {
+            entries.back().Data.append(item).push_back('>');
+        }
+    }
+    byName.reserve(entries.size());
+    for (const EngineCategoryEntry& entry : entries) byName.try_emplace(entry.EngineName, &entry);
+}
+
+EngineCategories::EngineCategories(const Paths& paths, Prompts& prompts)
+    : m_paths(paths), m_prompts(prompts), m_tables(std::make_shared<Tables>(std::string_view())) {}
+
+bool EngineCategories::loadEngineCategory() {
+    try {
+        const std::string text = readFile(m_paths.inWindows("catkws.dat"));
+        if (text.empty()) throw Failure("The file is empty");
+        m_tables = std::make_shared<const Tables>(text);
+        return true;
+    } catch (const std::exception&) {
+        if (closeSplash) closeSplash();
+        m_prompts.message(
+            "Category data file is corrupted, you need to download the engine submission data file from our "
+            "web site by click on the 'File/Update Engine Data' menu item from the menu bar and following "
+            "the instruction on the screen.",
+            "Error", Icon::Information);
+        return false;
+    }
+}
+
+std::string_view EngineCategories::getEngineCategoryData(std::string_view name) const {
+    if (m_tables->entries.empty()) throw Failure("Subscript out of range", 9);
+    const auto place = m_tables->byName.find(name);
+    return place == m_tables->byName.end() ? std::string_view() : std::string_view(place->second->Data);
+}
+
+std::size_t EngineCategories::count() const noexcept {
+    return m_tables->entries.size();
+}
+
+std::shared_ptr<const void> EngineCategories::storage() const noexcept {
+    return m_tables;
+}
+
+}  // namespace relay

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "catalogue/EngineFields.h"
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <string_view>
+
+namespace relay {
+
+class Countries;
+class Log;
+class Prompts;
+class clsPreference;
+struct EngineLists;
+struct Paths;
+
+// Builds the engine collection and its lists from WindowsPath/krveng5.dat. Must run after
+// EngineCategories::loadEngineCategory.
+class EngineLoader final {
+  public:
+    EngineLoader(EngineLists& lists, const EngineCategories& categories, const Countries& countries,
+                 const Paths& paths, const clsPreference& preference, Log& log, Prompts& prompts);
+
+    // True when the file was read through its end. False, with a message and the engines read so far, when it
+    // is missing, empty or fails while it is read. Replaces the engines and empties the selection; the
+    // country filter and the custom engines only ever grow.
+    bool loadEngines();
+    // Adds a finished record and its row. One without a name, or for adult sites only where these are
+    // refused, is dropped in silence; one whose name is taken goes to the log.
+    void addEngineList(clsEngines engine);
+    void addCountryFilterList(std::string_view code);
+
+    // Called before the message of a failed load (the window puts its splash away).
+    std::function<void()> closeSplash;
+
+  private:
+    // What one load counts: lines of the file, in 16 bits that wrap around.
+    struct Counts final {
+        std::uint16_t engines = 0;
+        std::array<std::uint16_t, 7> types{};
+    };
+
+    void emptySelection();
+    void readEngines();
+    void applyItem(clsEngines& engine, EngineKey key, std::string_view value, UpperCaseTexts& upperCase,
+                   Counts& counts);
+    void applyCategory(clsEngines& engine);
+    void showCounts(const Counts& counts);
+
+    EngineLists& m_lists;
+    const EngineCategories& m_categories;
+    const Countries& m_countries;
+    const Paths& m_paths;
+    const clsPreference& m_preference;
+    Log& m_log;
+    Prompts& m_prompts;
+};
+
+}  // namespace relay

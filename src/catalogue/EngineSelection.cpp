@@ -1,0 +1,309 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "catalogue/EngineSelection.h"
+
+#include "catalogue/EngineListPage.h"
+#include "catalogue/EngineLists.h"
+#include "core/Failure.h"
+#include "core/FileStore.h"
+#include "core/ItemReader.h"
+#include "core/Paths.h"
+#include "core/Prompts.h"
+#include "core/Text.h"
+#include "core/Trap.h"
+
+namespace relay {
+
+namespace {
+
+constexpr std::string_view kFileFilter =
+    "Korvel Engine Files (*.eng)|*.eng|Text Files(*.txt)|*.txt|All Files(*.*)|*.*";
+
+// The code in a row of lstCountry.
+std::string_view countryCode(std::string_view rowText) noexcept {
+    const std::size_t open = rowText.find('(');
+    return open == npos ? rowText : rowText.substr(open + 1, 2);
+}
+
+}  // namespace
+
+EngineSelection::EngineSelection(EngineLists& lists, const Paths& paths, Prompts& prompts)
+    : m_lists(lists), m_paths(paths), m_prompts(prompts) {}
+
+void EngineSelection::bulk(std::string_view words, const std::function<void()>& operation) {
+    trap(m_prompts, words, [&] {
+        const BusyPointer busy(m_prompts);
+        const RowsBatch batch(m_lists.lsvSelectedEngines);
+        operation();
+    });
+    renewTitle();
+}
+
+void EngineSelection::select(clsEngines& engine) {
+    engine.Selected = true;
+    addEngineListView(m_lists.lsvSelectedEngines, engine);
+}
+
+void EngineSelection::selectWhere(const std::function<bool(const clsEngines&)>& qualifies) {
+    for (clsEngines& engine : m_lists.engines) {
+        if (!engine.Selected && qualifies(engine)) select(engine);
+    }
+}
+
+// Walks the rows once, so that thousands of them go as quickly as one.
+void EngineSelection::unselectWhere(const std::function<bool(const clsEngines&)>& qualifies) {
+    m_lists.lsvSelectedEngines.removeIf([&](const Row& row) {
+        clsEngines& engine = engineOf(row.key);
+        if (!qualifies(engine)) return false;
+        engine.Selected = false;
+        return true;
+    });
+}
+
+clsEngines& EngineSelection::engineOf(std::string_view rowKey) const {
+    clsEngines* engine = m_lists.engines.find(rowKey);
+    if (engine == nullptr) throw Failure("Invalid procedure call or argument", 5);
+    return *engine;
+}
+
+void EngineSelection::renewTitle() {
+    Rows& list = m_lists.lsvSelectedEngines;
+    list.setColumnTitle(0, "Selected Engines (" + std::to_string(list.count()) + ")");
+}
+
+void EngineSelection::clickType(std::size_t index, bool ticked) {
+    m_lists.chkType.at(index).checked = ticked;
+    if (m_lists.typeClicksSelect) EngineSelectByType(EngineTypes[index].code, ticked);
+}
+
+void EngineSelection::tickAllTypes(bool on) {
+    m_lists.typeClicksSelect = false;
+    for (TypeBox& box : m_lists.chkType) box.checked = on;
+    if (m_lists.typeBoxesChanged) m_lists.typeBoxesChanged();
+    m_lists.typeClicksSelect = true;
+}
+
+void EngineSelection::EngineSelectByType(std::string_view type, bool on) {
+    bulk("EngineSelectByType_Error: ", [&] {
+        const auto qualifies = [&](const clsEngines& engine) {
+            return equalsNoCase(engine.EngineType, type) || containsNoCase(engine.EngineType, "HOT");
+        };
+        if (on) {
+            selectWhere(qualifies);
+        } else {
+            unselectWhere([&](const clsEngines& engine) { return engine.Selected && qualifies(engine); });
+        }
+    });
+}
+
+void EngineSelection::EngineSelectByCountry(std::string_view rowText) {
+    bulk("EngineSelectByCountry_Error: ", [&] {
+        const std::string_view code = countryCode(rowText);
+        const bool every = equalsNoCase(code, "ALL");
+        selectWhere([&](const clsEngines& engine) { return every || equalsNoCase(code, engine.Country); });
+    });
+}
+
+void EngineSelection::SelectByMode(std::string_view mode) {
+    bulk("EngineSelection_Error: ", [&] {
+        unselectWhere([](const clsEngines&) { return true; });
+        if (equalsNoCase(mode, "MajorSite")) {
+            selectWhere([](const clsEngines& engine) { return engine.SiteLevel == 1; });
+        } else if (equalsNoCase(mode, "CustomEngine")) {
+            selectWhere([](const clsEngines& engine) { return equalsNoCase(engine.Category, "C"); });
+        } else if (equalsNoCase(mode, "AdultOnlySite")) {
+            selectWhere([](const clsEngines& engine) { return equalsNoCase(engine.AdultOnlySites, "Y"); });
+        }
+    });
+}
+
+void EngineSelection::EngineSelectNoAdultSites() {
+    bulk("EngineSelectNoAdultSites_Error: ", [&] {
+        unselectWhere([](const clsEngines& engine) {
+            return startsWithNoCase(engine.Adults, "N") || startsWithNoCase(engine.AdultOnlySites, "Y");
+        });
+    });
+}
+
+void EngineSelection::EngineSelect(bool all) {
+    bulk("Module: EngineSelect_Error: ", [&] {
+        for (int place = 0; place < m_lists.lsvEngines.count(); ++place) {
+            const Row& row = m_lists.lsvEngines.at(place);
+            if (!all && !row.highlighted) continue;
+            clsEngines& engine = engineOf(row.key);
+            if (!engine.Selected) select(engine);
+        }
+    });
+    if (all) tickAllTypes(true);
+}
+
+void EngineSelection::EngineRemove(bool all) {
+    bulk("Module: EngineRemove_Error: ", [&] {
+        m_lists.lsvSelectedEngines.removeIf([&](const Row& row) {
+            if (!all && !row.highlighted) return false;
+            engineOf(row.key).Selected = false;
+            return true;
+        });
+    });
+    if (all) tickAllTypes(false);
+}
+
+bool EngineSelection::EngineSingleSelect(std::string_view name) {
+    clsEngines* engine = m_lists.engines.find(name);
+    if (engine == nullptr) return false;
+    if (m_lists.lsvSelectedEngines.contains(name)) {
+        engine->Selected = true;  // its row may have outlived a deletion from lsvEngines
+    } else {
+        select(*engine);
+    }
+    renewTitle();
+    return true;
+}
+
+void EngineSelection::findEnginesByKeyword(std::string_view text) {
+    bool found = false;
+    {
+        const BusyPointer busy(m_prompts);
+        const RowsBatch listed(m_lists.lsvEngines);
+        const RowsBatch selected(m_lists.lsvSelectedEngines);
+        for (int place = 0; place < m_lists.lsvEngines.count(); ++place) {
+            if (!containsNoCase(m_lists.lsvEngines.at(place).text, text)) continue;
+            found = true;
+            m_lists.lsvEngines.setHighlighted(place, true);
+            EngineSingleSelect(m_lists.lsvEngines.at(place).key);
+        }
+    }
+    renewTitle();
+    if (!found) m_prompts.message("No matches found.", "Find Engine", Icon::Information);
+}
+
+void EngineSelection::deleteListedEngines() {
+    trap(m_prompts, "lsvEngines_KeyDown_Error: ", [&] {
+        m_lists.lsvEngines.removeIf([&](const Row& row) {
+            if (!row.highlighted) return false;
+            engineOf(row.key).Selected = false;
+            return true;
+        });
+    });
+    Rows& list = m_lists.lsvEngines;
+    list.setColumnTitle(0, "Engines (" + std::to_string(list.count()) + ")");
+}
+
+void EngineSelection::saveSelectedEngine(const std::string& path) const {
+    std::string lines;
+    for (int row = 0; row < m_lists.lsvSelectedEngines.count(); ++row) {
+        lines.append(m_lists.lsvSelectedEngines.at(row).text).append("\r\n");
+    }
+    writeFile(path, lines);
+}
+
+bool EngineSelection::loadSelectedEngine(const std::string& path) {
+    if (!fileExists(path)) return true;
+    try {
+        const BusyPointer busy(m_prompts);
+        const RowsBatch batch(m_lists.lsvSelectedEngines);
+        const std::string text = readFile(path);
+        ItemReader reader(text);
+        std::string_view name;
+        while (reader.next(name)) {
+            if (clsEngines* engine = m_lists.engines.find(name)) select(*engine);
+        }
+    } catch (const std::exception& failure) {
+        renewTitle();
+        m_prompts.message(std::string(failure.what()) + "\r\nModule: Load Selected Engine", "Error",
+                          Icon::Critical);
+        return false;
+    }
+    renewTitle();
+    return true;
+}
+
+void EngineSelection::exportEngineList() const {
+    const std::string path = m_paths.inApp("englist.htm");
+    writeFile(path, engineListPage(m_lists.engines));
+    m_prompts.openWithSystem(path);
+}
+
+void EngineSelection::mnuEngineItems(int index) {
+    trap(m_prompts, "EngineItems_Error: ", [&] {
+        const std::string folder = m_paths.inApp("Engines");
+        makeFolder(folder);
+        switch (index) {
+            case 0:
+                saveThroughDialog(folder);
+                break;
+            case 1:
+                loadThroughDialog(folder);
+                break;
+            case 3:
+                SelectByMode("MajorSite");
+                break;
+            case 4:
+                SelectByMode("CustomEngine");
+                break;
+            case 6:
+                loadFailedEngines();
+                break;
+            case 8:
+                if (m_prompts.ask("Create a list of all the search engines. Do you want to continue?",
+                                  "Export Engine List")) {
+                    exportEngineList();
+                }
+                break;
+            default:
+                break;
+        }
+    });
+}
+
+void EngineSelection::saveThroughDialog(const std::string& folder) {
+    constexpr std::string_view kTitle = "Save Selected Engines";
+    if (m_lists.lsvSelectedEngines.empty()) {
+        m_prompts.message("No engines have been selected. Please select the engines you would like to save.",
+                          kTitle, Icon::Information);
+        return;
+    }
+    int filter = 1;
+    std::string path = ShowFileDialog(m_prompts, true, kFileFilter, folder, {}, filter);
+    if (path.empty()) return;
+    if (filter == 1 && !endsWithNoCase(path, ".eng")) path += ".eng";
+    if (filter == 2 && !endsWithNoCase(path, ".txt")) path += ".txt";
+    if (fileExists(path) &&
+        !m_prompts.ask("The file '" + path + "' already exists.\r\nDo you want to replace it?", kTitle)) {
+        return;
+    }
+    saveSelectedEngine(path);
+}
+
+void EngineSelection::loadThroughDialog(const std::string& folder) {
+    int filter = 1;
+    const std::string path = ShowFileDialog(m_prompts, false, kFileFilter, folder, {}, filter);
+    if (!path.empty() && fileExists(path)) loadSelectedEngine(path);
+}
+
+void EngineSelection::loadFailedEngines() {
+    const std::string path = m_paths.inApp("fail.eng");
+    if (fileExists(path) && !readFile(path).empty()) {
+        loadSelectedEngine(path);
+    } else {
+        m_prompts.message("Failed engine list is empty.", "Load Engines", Icon::Information);
+    }
+}
+
+bool EngineSelection::isThereFFASites() const {
+    for (int row = 0; row < m_lists.lsvSelectedEngines.count(); ++row) {
+        if (equalsNoCase(m_lists.lsvSelectedEngines.at(row).icon, "FFA")) return true;
+    }
+    return false;
+}
+
+std::string EngineSelection::getEngineType() const {
+    std::string codes;
+    for (std::size_t index = 0; index < m_lists.chkType.size(); ++index) {
+        if (!m_lists.chkType[index].checked) continue;
+        if (index > 0) codes += ',';
+        codes += EngineTypes[index].code;
+    }
+    return codes;
+}
+
+}  // namespace relay

@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "catalogue/frmEnginePanel.h"
+
+#include "catalogue/EngineLists.h"
+#include "catalogue/EngineSelection.h"
+#include "core/ScreenText.h"
+#include "ui_frmEnginePanel.h"
+#include "widgets/IconTheme.h"
+
+#include <QAction>
+
+namespace relay {
+
+frmEnginePanel::frmEnginePanel(QWidget* parent)
+    : QWidget(parent), m_ui(std::make_unique<Ui::frmEnginePanel>()) {
+    m_ui->setupUi(this);
+    m_ui->layoutWays->itemAt(0)->widget()->setMinimumWidth(fontMetrics().averageCharWidth() * 30);
+    for (std::size_t index = 0; index < EngineTypes.size(); ++index)
+        typeBox(index)->setIcon(themedIcon(EngineTypes[index].icon));
+    m_ui->cmdSelectEngine_0->setIcon(themedIcon("Select"));
+    m_ui->cmdSelectEngine_1->setIcon(themedIcon("SelectAll"));
+    m_ui->cmdRemoveEngine_0->setIcon(themedIcon("Unselect"));
+    m_ui->cmdRemoveEngine_1->setIcon(themedIcon("UnselectAll"));
+    m_ui->txtFindEngines->addAction(themedIcon("Search"), QLineEdit::LeadingPosition);
+}
+
+frmEnginePanel::~frmEnginePanel() {
+    if (m_lists != nullptr) m_lists->typeBoxesChanged = nullptr;
+}
+
+QCheckBox* frmEnginePanel::typeBox(std::size_t index) const {
+    QCheckBox* const boxes[] = {m_ui->chkType_0, m_ui->chkType_1, m_ui->chkType_2, m_ui->chkType_3,
+                                m_ui->chkType_4, m_ui->chkType_5, m_ui->chkType_6};
+    return boxes[index];
+}
+
+void frmEnginePanel::connectTo(EngineLists& lists, EngineSelection& selection, bool adultSites) {
+    m_lists = &lists;
+    m_selection = &selection;
+    m_ui->optAdultSite_0->setVisible(adultSites);
+    m_ui->optAdultSite_1->setVisible(adultSites);
+    m_ui->fraAdult->setVisible(adultSites);
+    connectTypeBoxes();
+    connectLists();
+    connectButtons();
+}
+
+void frmEnginePanel::connectTypeBoxes() {
+    m_lists->typeBoxesChanged = [this] { showTypeBoxes(); };
+    for (std::size_t index = 0; index < EngineTypes.size(); ++index) {
+        connect(typeBox(index), &QCheckBox::clicked, this,
+                [this, index](bool ticked) { m_selection->clickType(index, ticked); });
+    }
+    connect(m_ui->optAdultSite_0, &QRadioButton::clicked, this,
+            [this] { m_selection->SelectByMode("AdultOnlySite"); });
+    connect(m_ui->optAdultSite_1, &QRadioButton::clicked, this,
+            [this] { m_selection->EngineSelectNoAdultSites(); });
+    showTypeBoxes();
+}
+
+void frmEnginePanel::showTypeBoxes() {
+    for (std::size_t index = 0; index < EngineTypes.size(); ++index) {
+        typeBox(index)->setText(toScreen(m_lists->chkType[index].caption));
+        typeBox(index)->setChecked(m_lists->chkType[index].checked);
+    }
+}
+
+void frmEnginePanel::connectLists() {
+    m_ui->lsvEngines->setRows(&m_lists->lsvEngines, {6, 7});
+    m_ui->lsvSelectedEngines->setRows(&m_lists->lsvSelectedEngines, {6, 7});
+    m_ui->lstCountry->setRows(&m_lists->lstCountry);
+    const auto selectCountry = [this](int row) {
+        const std::string text = m_lists->lstCountry.at(row).text;
+        m_selection->EngineSelectByCountry(text);
+    };
+    connect(m_ui->lstCountry, &ListView::rowClicked, this, selectCountry);
+    connect(m_ui->lstCountry, &ListView::rowActivated, this, selectCountry);
+    connect(m_ui->lsvEngines, &ListView::rowActivated, this, [this](int row) {
+        const std::string name = m_lists->lsvEngines.at(row).key;
+        m_selection->EngineSingleSelect(name);
+    });
+    connect(m_ui->lsvEngines, &ListView::deletePressed, this, [this] { m_selection->deleteListedEngines(); });
+    connect(m_ui->lsvSelectedEngines, &ListView::deletePressed, this,
+            [this] { m_selection->EngineRemove(false); });
+    connect(m_ui->txtFindEngines, &QLineEdit::returnPressed, this, [this] {
+        m_selection->findEnginesByKeyword(fromScreen(m_ui->txtFindEngines->text()));
+    });
+}
+
+void frmEnginePanel::connectButtons() {
+    const auto button = [this](QPushButton* push, ListView* list, void (EngineSelection::*operation)(bool),
+                               bool all) {
+        connect(push, &QPushButton::clicked, this, [this, operation, all] { (m_selection->*operation)(all); });
+        // The same command on the list's own menu.
+        auto* action = new QAction(push->icon(), push->text(), this);
+        connect(action, &QAction::triggered, push, &QPushButton::click);
+        list->addAction(action);
+    };
+    button(m_ui->cmdSelectEngine_0, m_ui->lsvEngines, &EngineSelection::EngineSelect, false);
+    button(m_ui->cmdSelectEngine_1, m_ui->lsvEngines, &EngineSelection::EngineSelect, true);
+    button(m_ui->cmdRemoveEngine_0, m_ui->lsvSelectedEngines, &EngineSelection::EngineRemove, false);
+    button(m_ui->cmdRemoveEngine_1, m_ui->lsvSelectedEngines, &EngineSelection::EngineRemove, true);
+    auto* drop = new QAction(themedIcon("DeleteURL"), tr("Take off this list\tDel"), this);
+    connect(drop, &QAction::triggered, this, [this] { m_selection->deleteListedEngines(); });
+    m_ui->lsvEngines->addAction(drop);
+}
+
+void frmEnginePanel::focusFindBox() {
+    m_ui->txtFindEngines->setFocus(Qt::ShortcutFocusReason);
+    m_ui->txtFindEngines->selectAll();
+}
+
+}  // namespace relay

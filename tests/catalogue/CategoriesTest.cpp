@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "CatalogueFixture.h"
+#include "catalogue/Categories.h"
+
+namespace relay::test {
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+constexpr std::string_view kTree =
+    "# tree\n"
+    "stray\n"
+    "[Arts]\nMusic, Film\n\"Dance, Ballet\"\n"
+    "[Small Business]\nShops\n"
+    "[Adult]\nVideo\n"
+    "[Empty]\n";
+
+struct CategoriesFixture final : CatalogueFixture {
+    Categories tree{home.paths(), preference, prompts};
+
+    bool load(std::string_view text) {
+        home.write("cat.kws", text);
+        return tree.loadCategory();
+    }
+    std::string selected() const {
+        std::string main = "-";
+        std::string sub = "-";
+        tree.getSelectedCategory(main, sub);
+        return main + "/" + sub;
+    }
+};
+
+TEST(Categories, loadsTheTreeAndSelectsItsFirstRow) {
+    CategoriesFixture fixture;
+    EXPECT_FALSE(fixture.tree.loadCategory());
+    EXPECT_EQ(fixture.selected(), "-/-");
+    ASSERT_TRUE(fixture.load(kTree));
+    EXPECT_EQ(texts(fixture.tree.lstMainCategory), (Names{"Arts", "Small Business", "Adult", "Empty"}));
+    EXPECT_EQ(texts(fixture.tree.lstCategory), (Names{"Music", "Film", "Dance, Ballet"}));
+    EXPECT_EQ(fixture.selected(), "Arts/-");
+    fixture.tree.loadSubCategory("empty");
+    EXPECT_TRUE(fixture.tree.lstCategory.empty());
+
+    fixture.preference.AcceptAdultSite = "NO";
+    ASSERT_TRUE(fixture.load(kTree));
+    EXPECT_EQ(texts(fixture.tree.lstMainCategory), (Names{"Arts", "Small Business", "Empty"}));
+    EXPECT_TRUE(fixture.load("no section\n"));
+    EXPECT_TRUE(fixture.prompts.shown.empty());
+}
+
+TEST(Categories, tellsWhatItCannotRead) {
+    CategoriesFixture fixture;
+    EXPECT_FALSE(fixture.load("stray, item\n[One]\na\n[ONE]\nb\n[Two]\n"));
+    EXPECT_EQ(fixture.prompts.last().title, "Load Category");
+    EXPECT_EQ(
+        fixture.prompts.last().text,
+        "This key is already associated with an element of this collection\r\nModule: loadCategory()\r\n"
+        "------Load Category Fail ------\r\nBuffer=stray\r\nitem\r\n");
+    fixture.tree.loadSubCategory("Unknown");
+    EXPECT_EQ(fixture.prompts.last().title, "Error");
+    EXPECT_EQ(fixture.prompts.last().text, "Invalid procedure call or argument\r\nModule: loadSubCategory");
+}
+
+TEST(Categories, findsAWebsitesCategoryAgain) {
+    const struct {
+        const char* main;
+        const char* sub;
+        const char* selected;
+    } cases[] = {
+        {"arts", "film", "Arts/Film"},         {"Arts", "Unknown", "Arts/-"},
+        {"", "Shop", "Small Business/-"},  // a part of a sub-category finds its main category, not its row
+        {"", "Shops", "Small Business/Shops"}, {"Gone", "Film", "Small Business/-"},
+        {"", "Gone", "Small Business/-"},
+    };
+    for (const auto& example : cases) {
+        CategoriesFixture fixture;
+        ASSERT_TRUE(fixture.load(kTree));
+        fixture.tree.setSelectedCategory(example.main, example.sub);
+        EXPECT_EQ(fixture.selected(), example.selected) << example.main << "/" << example.sub;
+    }
+}
+
+TEST(Countries, readsNamesAndCodes) {
+    CatalogueFixture fixture;
+    EXPECT_FALSE(fixture.countries.loadCountry());
+    EXPECT_EQ(fixture.countries.getCountryName("DE"), "");
+    fixture.home.write("country.kws",
+                       "[Country Name]\n# note\nGermany=DE\nUnited States=US\n[Country Code]\nDE=Germany\n");
+    ASSERT_TRUE(fixture.countries.loadCountry());
+    EXPECT_EQ(fixture.countries.cboCountry, (Names{"Germany", "United States"}));
+    EXPECT_EQ(fixture.countries.getCountryName("de"), "Germany");
+    EXPECT_EQ(fixture.countries.getCountryName("US"), "");
+    EXPECT_EQ(fixture.countries.getCountryCode("united+states"), "US");
+
+    fixture.home.write("country.kws", "no sections\n");
+    ASSERT_TRUE(fixture.countries.loadCountry());
+    EXPECT_TRUE(fixture.countries.cboCountry.empty());
+    EXPECT_EQ(fixture.countries.getCountryCode("Germany"), "");
+}
+
+}  // namespace
+
+}  // namespace relay::test

@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "CatalogueFixture.h"
+#include "catalogue/CatalogueCheck.h"
+#include "core/FileStore.h"
+#include "core/IniFile.h"
+
+#include <filesystem>
+#include <sstream>
+
+namespace relay::test {
+
+namespace {
+
+// Every folder holds the files of a home (krveng5.dat, and catkws.dat, korvel.ini, country.kws where the case
+// needs them) and what a load of it must give: expected.txt.
+std::vector<std::string> cases() {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(TEST_FOLDER "/golden")) {
+        names.push_back(entry.path().filename().string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+void dumpField(std::ostream& out, std::string_view name, std::string_view value) {
+    if (!value.empty()) out << "  " << name << "=" << value << "\n";
+}
+
+void dumpNumber(std::ostream& out, std::string_view name, long value) {
+    if (value != 0) out << "  " << name << "=" << value << "\n";
+}
+
+void dumpEngine(std::ostream& out, const clsEngines& engine) {
+    out << engine.name << "\n";
+    dumpField(out, "Home", engine.Home);
+    dumpField(out, "AddURL", engine.AddURL);
+    dumpField(out, "Country", engine.Country);
+    dumpField(out, "CountryOnly", engine.CountryOnly);
+    dumpField(out, "EngineType", engine.EngineType);
+    dumpField(out, "Category", engine.Category);
+    dumpField(out, "CategoryData", engine.CategoryData);
+    dumpField(out, "Method", engine.Method);
+    dumpField(out, "Action", engine.Action);
+    dumpField(out, "Query", engine.Query);
+    dumpField(out, "AdultOnlySites", engine.AdultOnlySites);
+    dumpField(out, "Adults", engine.Adults);
+    dumpField(out, "WebType", engine.WebType);
+    dumpField(out, "Language", engine.Language);
+    dumpNumber(out, "MaxTitle", engine.MaxTitle);
+    dumpNumber(out, "MaxKeywords", engine.MaxKeywords);
+    dumpNumber(out, "MaxDescriptions", engine.MaxDescriptions);
+    dumpNumber(out, "SiteLevel", engine.SiteLevel);
+}
+
+std::string dump(const CatalogueFixture& catalogue, bool loaded, const std::vector<Finding>& findings) {
+    std::ostringstream out;
+    out << (loaded ? "loaded" : "failed") << ", " << catalogue.lists.lsvEngines.columnTitle(0) << "\n";
+    for (const auto& shown : catalogue.prompts.shown) {
+        out << "box " << shown.title << ": " << shown.text.substr(0, 34) << "\n";
+    }
+    for (const TypeBox& box : catalogue.lists.chkType) out << box.caption << "\n";
+    out << "filter " << catalogue.lists.countryFilter << "\n";
+    for (const std::string& country : texts(catalogue.lists.lstCountry)) out << "country " << country << "\n";
+    for (const std::string& name : catalogue.lists.cboCustomEngines) out << "custom " << name << "\n";
+    for (const clsEngines& engine : catalogue.lists.engines) dumpEngine(out, engine);
+    for (int place = 0; place < catalogue.lists.lsvEngines.count(); ++place) {
+        const Row& row = catalogue.lists.lsvEngines.at(place);
+        out << "row " << row.text << "|" << row.subItems.at(0) << "|" << row.subItems.at(1) << "|" << row.icon
+            << "\n";
+    }
+    out << "log\n" << replaceAll(catalogue.logText(), "\r\n", "\n") << "check\n";
+    for (const Finding& finding : findings) {
+        out << finding.line << " [" << finding.record << "] " << findingName(finding.kind) << ": "
+            << finding.text << "\n";
+    }
+    return out.str();
+}
+
+class CatalogueGolden : public testing::TestWithParam<std::string> {};
+
+TEST_P(CatalogueGolden, loadsAsWritten) {
+    const std::filesystem::path folder = std::filesystem::path(TEST_FOLDER "/golden") / GetParam();
+    CatalogueFixture catalogue;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        const std::string name = entry.path().filename().string();
+        catalogue.home.write(name == "country.kws" ? name : "data/" + name, readFile(entry.path().string()));
+    }
+    catalogue.preference.AcceptAdultSite =
+        ReadIniValue(catalogue.home.path("data/korvel.ini"), "Dealer", "AcceptAdultSite");
+
+    const bool loaded = catalogue.categories.loadEngineCategory() && catalogue.loader.loadEngines();
+    const auto findings = checkCatalogue(catalogue.home.read("data/krveng5.dat"), catalogue.categories,
+                                         catalogue.preference.refusesAdultSites());
+    EXPECT_EQ(dump(catalogue, loaded, findings), readFile((folder / "expected.txt").string()));
+}
+
+INSTANTIATE_TEST_SUITE_P(Golden, CatalogueGolden, testing::ValuesIn(cases()), [](const auto& each) {
+    std::string name = each.param;
+    std::replace(name.begin(), name.end(), '-', '_');
+    return name;
+});
+
+}  // namespace
+
+}  // namespace relay::test
