@@ -57,7 +57,7 @@ std::vector<EnginesInstallCommand::File> EnginesInstallCommand::collect() {
     const std::string address = m_practice ? practiceAddress() : std::string();
     for (const char* name : {"krveng5.dat", "catkws.dat"}) {
         std::string bytes = readFile(data + (m_practice ? "/practice/" : "/") + name);
-        if (m_practice) bytes = pointAtPracticeWeb(bytes, address, address);
+        if (m_practice) bytes = pointAtPracticeWeb(bytes, address);
         files.push_back({paths.inWindows(name), std::move(bytes)});
     }
     return files;

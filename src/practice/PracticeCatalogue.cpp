@@ -5,9 +5,8 @@
 
 namespace relay {
 
-std::string pointAtPracticeWeb(std::string_view catalogue, std::string_view address,
-                               std::string_view faultAddress) {
-    return replaceAll(replaceAll(catalogue, "http://@PRACTICE@", address), "http://@FAULTS@", faultAddress);
+std::string pointAtPracticeWeb(std::string_view catalogue, std::string_view address) {
+    return replaceAll(catalogue, "http://@PRACTICE@", address);
 }
 
 }  // namespace relay

@@ -48,8 +48,6 @@ class PracticeWeb final {
     void start(std::uint16_t port = 0);
     // "http://127.0.0.1:PORT", without a trailing slash.
     std::string address() const;
-    // Where the faults are played. One server plays everything, so this is the same address.
-    std::string faultAddress() const { return address(); }
 
     std::vector<ReceivedSubmission> received() const;  // oldest first
     void forgetReceived();

@@ -1,0 +1,277 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "PlainClient.h"
+#include "core/ItemReader.h"
+#include "core/Text.h"
+#include "practice/PracticeCatalogue.h"
+#include "practice/PracticeWeb.h"
+
+#include <algorithm>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <map>
+#include <set>
+#include <vector>
+
+// The catalogues that are installed, held against the rules a hand-written record can break.
+namespace relay::test {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+using Record = std::map<std::string, std::string>;
+using Table = std::vector<std::pair<std::string, std::string>>;
+
+std::string readData(const std::string& name) {
+    std::ifstream file(std::string(RELAY_DATA_FOLDER) + "/" + name, std::ios::binary);
+    EXPECT_TRUE(file.is_open()) << name;
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// The items that count: neither empty nor a comment. A comma anywhere but in a quoted item is a mistake.
+std::vector<std::string> itemsOf(const std::string& name) {
+    const std::string text = readData(name);
+    std::vector<std::string> items;
+    ItemReader reader(text);
+    for (std::string_view item; reader.next(item);) {
+        EXPECT_FALSE(reader.closedByComma()) << name << ": " << item;
+        if (!item.empty() && !item.starts_with('#')) items.emplace_back(item);
+    }
+    return items;
+}
+
+std::vector<Record> recordsOf(const std::string& name) {
+    static const std::set<std::string> known = {
+        "Name",     "Home",     "AddURL",      "Country",        "CountryOnly",    "Type",
+        "Category", "Method",   "Action",      "Query",          "AdultOnlySites", "Adults",
+        "Language", "MaxTitle", "MaxKeywords", "MaxDescription", "SiteLevel"};
+    std::vector<Record> records;
+    auto items = itemsOf(name);
+    EXPECT_EQ(items.back(), "END:Version 6.0");
+    items.pop_back();
+    for (const std::string& item : items) {
+        const std::size_t equals = item.find('=');
+        const std::string key = item.substr(0, equals);
+        EXPECT_TRUE(known.contains(key)) << item;
+        if (key == "Name") records.emplace_back();
+        if (key == "Category") {
+            EXPECT_TRUE(records.back().contains("Type")) << item;
+        }
+        EXPECT_TRUE(records.back().emplace(key, item.substr(equals + 1)).second) << item;
+    }
+    return records;
+}
+
+std::map<std::string, Table> tablesOf(const std::string& name) {
+    std::map<std::string, Table> tables;
+    auto items = itemsOf(name);
+    EXPECT_EQ(items.back(), "END");
+    items.pop_back();
+    Table* table = nullptr;
+    for (const std::string& item : items) {
+        if (item.starts_with('[')) {
+            const auto [at, isNew] = tables.try_emplace(item.substr(1, item.size() - 2));
+            EXPECT_TRUE(isNew) << item;
+            table = &at->second;
+        } else {
+            const std::size_t equals = item.find('=');
+            table->emplace_back(item.substr(0, equals), item.substr(equals + 1));
+        }
+    }
+    return tables;
+}
+
+// Main category, then its sub-categories.
+std::vector<std::vector<std::string>> categoryTree() {
+    std::vector<std::vector<std::string>> tree;
+    for (const std::string& item : itemsOf("cat.kws")) {
+        if (item.starts_with('[')) {
+            tree.push_back({item.substr(1, item.size() - 2)});
+        } else {
+            tree.back().push_back(item);
+        }
+    }
+    return tree;
+}
+
+std::string ownTable(const Record& record) {
+    const std::string& rule = record.at("Category");
+    if (rule == "F") return "Free For All Links";
+    if (rule == "G") return "General For All Links";
+    return rule == "N" ? "" : record.at("Name");
+}
+
+class Catalogue : public ::testing::TestWithParam<std::string> {};
+
+TEST_P(Catalogue, RecordsAreComplete) {
+    const auto tables = tablesOf(GetParam() + "catkws.dat");
+    std::set<std::string> names;
+    for (const Record& record : recordsOf(GetParam() + "krveng5.dat")) {
+        const std::string& name = record.at("Name");
+        EXPECT_TRUE(names.insert(toLower(name)).second) << name;
+        for (const char* key : {"Home", "AddURL", "Action"}) {
+            EXPECT_TRUE(record.at(key).starts_with("https://") ||
+                        record.at(key).starts_with("http://@PRACTICE@/"))
+                << name << ' ' << key;
+        }
+        EXPECT_TRUE(record.at("Method") == "GET" || record.at("Method") == "POST") << name;
+        EXPECT_THAT(record.at("Query"), HasSubstr("<URL>")) << name;
+        EXPECT_EQ(record.at("Country").size(), 2U) << name;
+        EXPECT_GE(leadingInteger(record.at("SiteLevel")), 1) << name;
+        EXPECT_LE(leadingInteger(record.at("SiteLevel")), 5) << name;
+        for (const char* key : {"MaxTitle", "MaxKeywords", "MaxDescription", "Adults", "AdultOnlySites"}) {
+            EXPECT_TRUE(record.contains(key)) << name << ' ' << key;
+        }
+        EXPECT_TRUE(ownTable(record).empty() || tables.contains(ownTable(record))) << name;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Installed, Catalogue, ::testing::Values("", "practice/"));
+
+TEST(PracticeCatalogue, CoversEveryKindOfEngine) {
+    std::map<std::string, std::set<std::string>> values;
+    const auto records = recordsOf("practice/krveng5.dat");
+    for (const Record& record : records) {
+        for (const auto& [key, value] : record) values[key].insert(value);
+    }
+    EXPECT_GE(records.size(), 60U);
+    EXPECT_EQ(values["Type"], (std::set<std::string>{"DIR", "ENG", "FFA", "HOT", "MALL", "MIS", "NEWS"}));
+    EXPECT_EQ(values["Category"], (std::set<std::string>{"C", "F", "G", "N", "Y"}));
+    EXPECT_EQ(values["Method"].size(), 2U);
+    EXPECT_EQ(values["AdultOnlySites"].size(), 2U);
+    EXPECT_EQ(values["Adults"].size(), 2U);
+    EXPECT_GE(values["Country"].size(), 10U);
+    EXPECT_EQ(values["SiteLevel"].size(), 5U);
+}
+
+// The program's look-up: the first place of the word anywhere in the table counts, up to the next "=".
+std::string lookUp(const Table& table, const std::string& word) {
+    std::string text;
+    for (const auto& [label, value] : table) text += label + "=" + value + ">";
+    const std::size_t at = findNoCase(text, word);
+    if (at == npos) return {};
+    const std::size_t equals = text.find('=', at);
+    const std::size_t end = text.find('>', at);
+    return equals < end ? text.substr(equals + 1, end - equals - 1) : "no entry: " + word;
+}
+
+std::set<std::string> sensibleValues(const Table& table, const std::string& main, const std::string& sub) {
+    std::set<std::string> values;
+    for (const auto& [label, value] : table) {
+        if (label == main || label == sub || label == "Other") values.insert(value);
+    }
+    return values;
+}
+
+TEST(CategoryTables, LeadEveryCategoryToItsOwnEntryOrToOther) {
+    for (const std::string folder : {"", "practice/"}) {
+        for (const auto& [engine, table] : tablesOf(folder + "catkws.dat")) {
+            if (table.front().first == "URL") continue;
+            for (const auto& categories : categoryTree()) {
+                const std::string& main = categories.front();
+                for (const std::string& sub : categories) {
+                    std::string value = lookUp(table, sub);
+                    if (value.empty()) value = lookUp(table, main.substr(0, main.find(' ')));
+                    if (value.empty()) value = lookUp(table, "Other");
+                    EXPECT_TRUE(sensibleValues(table, main, sub).contains(value))
+                        << engine << ": " << main << " / " << sub << " gives " << value;
+                }
+            }
+        }
+    }
+}
+
+TEST(CategoryTree, IsBigEnoughAndNamesNothingTwice) {
+    std::set<std::string> names;
+    std::size_t subCategories = 0;
+    const auto tree = categoryTree();
+    for (const auto& categories : tree) {
+        subCategories += categories.size() - 1;
+        for (const std::string& name : categories) {
+            EXPECT_TRUE(name == "Other" || names.insert(toLower(name)).second) << name;
+        }
+    }
+    EXPECT_GE(tree.size(), 20U);
+    EXPECT_GE(subCategories, 200U);
+    for (const char* name : {"business and finance", "miscellaneous", "adult"}) {
+        EXPECT_TRUE(names.contains(name)) << name;
+    }
+}
+
+TEST(Countries, BothSectionsAgreeAndSurviveASubmissionsEscapes) {
+    std::map<std::string, std::string> codes;
+    std::map<std::string, std::string> names;
+    auto items = itemsOf("country.kws");
+    ASSERT_EQ(items.front(), "[Country Name]");
+    std::map<std::string, std::string>* section = nullptr;
+    for (const std::string& item : items) {
+        if (item.starts_with('[')) {
+            section = item == "[Country Name]" ? &codes : &names;
+            continue;
+        }
+        const std::size_t equals = item.find('=');
+        EXPECT_TRUE(section->emplace(item.substr(0, equals), item.substr(equals + 1)).second) << item;
+    }
+    EXPECT_EQ(codes.size(), 249U);
+    EXPECT_EQ(names.size(), 249U);
+    for (const auto& [name, code] : codes) {
+        EXPECT_EQ(names[code], name);
+        const bool plain = std::all_of(name.begin(), name.end(), [](char c) {
+            return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == ' ' || c == '.' || c == '-';
+        });
+        EXPECT_TRUE(plain) << name;
+    }
+    for (const Record& record : recordsOf("practice/krveng5.dat")) {
+        EXPECT_TRUE(record.at("Country") == "NN" || names.contains(record.at("Country")))
+            << record.at("Name");
+    }
+}
+
+TEST(PracticeCatalogue, EveryEngineHasItsPagesAndItsTarget) {
+    PracticeWeb web;
+    web.describeEngines(readData("practice/krveng5.dat"), readData("practice/catkws.dat"));
+    web.start();
+    const std::size_t addressLength = web.address().size();
+    const auto records = recordsOf("practice/krveng5.dat");
+    for (Record record : records) {
+        for (auto& [key, value] : record) value = pointAtPracticeWeb(value, web.address());
+        const std::string& name = record["Name"];
+        const auto page = [&](const std::string& url) {
+            return get(web.address(), url.substr(addressLength));
+        };
+        EXPECT_THAT(page(record["Home"]), HasSubstr("<h1>" + name + "</h1>"));
+        const std::string form = page(record["AddURL"]);
+        EXPECT_THAT(form, HasSubstr("<form action=\"" + record["Action"] + "\" method=\"" +
+                                    toLower(record["Method"]) + "\">"));
+        const std::string& query = record["Query"];
+        EXPECT_THAT(form, HasSubstr(" name=\"" + query.substr(0, query.find('=')) + "\"")) << name;
+        EXPECT_EQ(form.find("<select") != std::string::npos,
+                  ownTable(record) != "" &&
+                      (containsNoCase(query, "<category>") || containsNoCase(query, "<subcategory>")))
+            << name;
+        if (!record["Action"].ends_with("/slow")) page(record["Action"]);
+    }
+    const auto received = web.received();
+    EXPECT_EQ(received.size(), records.size() - 2) << "two take their time";
+    std::set<std::string> engines;
+    for (const auto& submission : received) engines.insert(submission.engine);
+    EXPECT_EQ(engines.size(), received.size()) << "two engines share a word in their paths";
+}
+
+TEST(PracticeForm, OffersTheEnginesOwnCategories) {
+    PracticeWeb web;
+    web.describeEngines(readData("practice/krveng5.dat"), readData("practice/catkws.dat"));
+    web.start();
+    const std::string known = get(web.address(), "/engines/whats-baking/add");
+    EXPECT_THAT(known,
+                HasSubstr("<select name=\"section\" size=\"1\">\n<option value=\"1\">Baking</option>"));
+    EXPECT_THAT(known, HasSubstr("<textarea name=\"text\""));
+    const std::string unknown = get(web.address(), "/engines/any-other/add");
+    EXPECT_THAT(unknown, HasSubstr("/engines/any-other/submit\" method=\"post\">"));
+    EXPECT_THAT(unknown, HasSubstr("<input name=\"email\" type=\"text\">"));
+}
+
+}  // namespace
+}  // namespace relay::test
