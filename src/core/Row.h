@@ -12,11 +12,11 @@ namespace relay {
 
 // One row of a keyed list, as it is handed in.
 struct Row final {
-    std::string key;   // unique in its list without regard to case; empty: a row without a key
-    std::string text;  // column 0
-    std::vector<std::string> subItems;  // columns 1 and up
-    std::string icon;                   // icon key; logic reads it back, views turn it into a picture
-    std::string tag;                    // what the row stands for (a file, a link); never shown
+    std::string key{};   // unique in its list without regard to case; empty: a row without a key
+    std::string text{};  // column 0
+    std::vector<std::string> subItems{};  // columns 1 and up
+    std::string icon{};                   // icon key; logic reads it back, views turn it into a picture
+    std::string tag{};                    // what the row stands for (a file, a link); never shown
     bool checked = false;
     bool highlighted = false;
 };

@@ -44,7 +44,7 @@ char unusedCharacter(std::string_view text) {
 }
 
 // Turns every marker into a line break and drops the blanks at the start of each line. Going on behind each
-// break, rather than from the front, keeps this linear and lets it end even when the marker is a CR.
+// break, rather than from the front, keeps this linear.
 std::string breakAtMarkers(std::string_view text, char marker) {
     std::string result;
     result.reserve(text.size() + text.size() / 16);

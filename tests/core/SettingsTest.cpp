@@ -1,0 +1,219 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "core/Log.h"
+#include "core/SettingsStore.h"
+#include "core/Text.h"
+#include "core/clsPreference.h"
+#include "support/ScriptedPrompts.h"
+#include "support/TestHome.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+namespace relay::test {
+namespace {
+
+unsigned modeOf(const std::string& path) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 ? status.st_mode & 07777u : 0;
+}
+
+TEST(SettingsStore, EveryValueComesBackInAFileOfItsOwners) {
+    const TestHome home;
+    const std::string file = home.path("config/settings.ini");
+    std::string allBytes;
+    for (int code = 0; code < 256; ++code) allBytes += static_cast<char>(code);
+    const std::string values[] = {"",         "  blanks ",   "a,b;c",   "@ByteArray(x)", "@@x",
+                                  "100%",     "caf\xC3\xA9", "caf\xE9", "two\r\nlines",  "\"quoted\"",
+                                  "C:\\path", allBytes};
+    const mode_t mask = ::umask(0);
+    {
+        SettingsStore store(file);
+        EXPECT_FALSE(std::filesystem::exists(file));  // looking makes nothing
+        for (std::size_t i = 0; i < std::size(values); ++i)
+            store.setValue("App Name", "Section", "Key " + std::to_string(i), values[i]);
+        EXPECT_TRUE(store.sync());
+        EXPECT_EQ(modeOf(file), 0600u);
+        EXPECT_EQ(modeOf(home.path("config")), 0700u);
+    }
+    ::umask(mask);
+    ::chmod(file.c_str(), 0644);
+    const SettingsStore store(file);
+    EXPECT_EQ(modeOf(file), 0600u);
+    for (std::size_t i = 0; i < std::size(values); ++i)
+        EXPECT_EQ(store.value("App Name", "Section", "Key " + std::to_string(i), "fallback"), values[i]) << i;
+    EXPECT_EQ(store.value("App Name", "Section", "absent", "fallback"), "fallback");
+}
+
+TEST(SettingsStore, TwoProgramsKeepEachOthersValues) {
+    const TestHome home;
+    SettingsStore one(home.path("settings.ini"));
+    SettingsStore other(home.path("settings.ini"));
+    one.setValue("A", "S", "one", "1");
+    other.setValue("A", "S", "other", "2");
+    EXPECT_TRUE(one.sync() && other.sync() && one.sync());
+    EXPECT_EQ(one.value("A", "S", "other"), "2");
+    EXPECT_EQ(SettingsStore(home.path("settings.ini")).value("A", "S", "one"), "1");
+}
+
+TEST(SettingsStore, SaysWhenItCannotWrite) {
+    const TestHome home;
+    home.write("file", "");
+    SettingsStore store(home.path("file/settings.ini"));
+    store.setValue("A", "S", "k", "v");
+    EXPECT_FALSE(store.sync());
+}
+
+class PreferenceTest : public ::testing::Test {
+  protected:
+    bool load() { return preference.GetSettings(); }
+    std::string stored(std::string_view section, std::string_view key) {
+        return store.value(kApplication, section, key, "(absent)");
+    }
+
+    TestHome home;
+    FixedClock clock;
+    ScriptedPrompts prompts;
+    SettingsStore store{home.paths().settingsFile};
+    Log log{home.path("Error.log"), clock, ""};
+    clsPreference preference{home.paths(), store, log, prompts};
+};
+
+TEST_F(PreferenceTest, AnEmptyStoreGivesTheDefaults) {
+    ASSERT_TRUE(load());
+    EXPECT_EQ(preference.TimeOut, 30);
+    EXPECT_EQ(preference.Connections, 9);
+    EXPECT_EQ(preference.HTTPVersion(), "HTTP/1.0");
+    EXPECT_EQ(preference.PromptConnection, 1);
+    EXPECT_EQ(preference.AccessType, 0);
+    EXPECT_EQ(preference.HTTPLogin, "");
+    EXPECT_EQ(preference.DealerName, "Brenmoor Pty Ltd");
+    EXPECT_EQ(preference.UpdateURL, "https://www.korvel.example/upgrade.html");
+    EXPECT_EQ(preference.KLBLocation, "");
+    EXPECT_FALSE(preference.refusesAdultSites());
+    EXPECT_EQ(preference.Version, "");  // the old one, while the store holds the new one
+    EXPECT_EQ(stored("Setting", "Version"), "6.0");
+    EXPECT_EQ(stored("Setting", "Download"), "1");
+    EXPECT_NE(home.read("Error.log").find("Version: 6.0.00 - "), npos);
+}
+
+TEST_F(PreferenceTest, ReadsTheStoreAndTheServiceLinks) {
+    const auto set = [&](const char* key, const char* value) {
+        store.setValue(kApplication, "Preference", key, value);
+    };
+    set("TimeOut", " 12.5 ");
+    set("LogoPosition", "1st");
+    set("Auth_Username", "user");
+    set("Auth_Password", "pass");
+    set("Port", "70000");
+    store.setValue(kApplication, "Setting", "Version", "6.0");
+    store.setValue(kApplication, "Setting", "Download", "0");
+    store.setValue("Korvel Link Builder", "Version", "Location", "/opt/klb");
+    home.write("data/korvel.ini", "[dealer]\nAcceptAdultSite=nO\nName=Shop\nTipsURL=\n");
+    ASSERT_TRUE(load());
+    EXPECT_EQ(preference.TimeOut, 12);
+    EXPECT_EQ(preference.LogoPosition, 1);
+    EXPECT_EQ(preference.Port, 70000);
+    EXPECT_EQ(preference.HTTPLogin, Base64Encode("user:pass"));
+    EXPECT_EQ(preference.DownEngineData, "0");
+    EXPECT_EQ(preference.KLBLocation, "/opt/klb/klink.exe");
+    EXPECT_EQ(preference.DealerName, "Shop");
+    EXPECT_EQ(preference.TipsURL, "https://www.korvel.example/tips.html");
+    EXPECT_TRUE(preference.refusesAdultSites());
+    preference.HTTPUserName.clear();
+    preference.updateHTTPLogin();
+    EXPECT_EQ(preference.HTTPLogin, "");
+}
+
+TEST_F(PreferenceTest, ATextThatIsNoNumberFailsTheReading) {
+    for (const auto& [value, words] : {std::pair{"nine", "Type mismatch"},
+                                       {"", "Type mismatch"},
+                                       {"40000", "Overflow"},
+                                       {"9 or so", "Type mismatch"},
+                                       {"inf", "Type mismatch"}}) {
+        store.setValue(kApplication, "Preference", "Connections", value);
+        EXPECT_FALSE(load());
+        EXPECT_EQ(prompts.last().text, std::string("GetSetting_Error: ") + words) << value;
+        EXPECT_EQ(prompts.last().title, "Error");
+    }
+}
+
+TEST_F(PreferenceTest, SavesWhatItReadsBack) {
+    ASSERT_TRUE(load());
+    preference.Proxy = "proxy.test";
+    preference.Connections = 50;
+    preference.HTTPPassword = "p\xE4ss,word";
+    preference.SaveSettings();
+    EXPECT_EQ(stored("Setting", "Location"), home.paths().AppPath);
+    EXPECT_EQ(stored("Preference", "HTTPVersion"), "(absent)");
+    preference.setHTTPVersion("HTTP/1.1");
+    SettingsStore again(home.paths().settingsFile);
+    clsPreference second(home.paths(), again, log, prompts);
+    ASSERT_TRUE(second.GetSettings());
+    EXPECT_EQ(second.Proxy, "proxy.test");
+    EXPECT_EQ(second.Connections, 50);
+    EXPECT_EQ(second.HTTPPassword, "p\xE4ss,word");
+    EXPECT_EQ(second.HTTPVersion(), "HTTP/1.1");
+    EXPECT_EQ(modeOf(home.paths().settingsFile), 0600u);
+    EXPECT_TRUE(prompts.shown.empty());
+}
+
+TEST(Log, StartsAnewAt5001Bytes) {
+    const TestHome home;
+    const FixedClock clock;
+    for (const std::size_t size : {5000u, 5001u}) {
+        home.write("Error.log", std::string(size, 'x'));
+        Log log(home.path("Error.log"), clock, "");
+        log.startRun();
+        const std::string banner = "\r\nVersion: 6.0.00 - " + shortDateTime(clock.now(), QLocale::system()) +
+                                   "\r\n-------------------------------------\r\n\r\n";
+        EXPECT_EQ(home.read("Error.log"), (size == 5000 ? std::string(size, 'x') : "") + banner);
+    }
+}
+
+TEST(Log, TracesOnlyWithTheSwitch) {
+    const FixedClock clock;
+    for (const auto& [commandLine, traces] :
+         {std::pair{"submit /D", true}, {"--home /data/x", true}, {"-d", false}}) {
+        const TestHome home;
+        Log log(home.path("Error.log"), clock, commandLine);
+        log.WriteErrorLog("error");
+        log.WriteTraceLog("trace");
+        log.WriteErrorLog("again");
+        const std::string time = shortDateTime(clock.now(), QLocale::system());
+        EXPECT_EQ(home.read("Error.log"),
+                  "error\r\n" + (traces ? time + "\r\ntrace\r\n" : std::string()) + "again\r\n")
+            << commandLine;
+    }
+}
+
+TEST(Log, TwoProgramsAppendAndAFailureStopsNothing) {
+    const TestHome home;
+    const FixedClock clock;
+    Log one(home.path("Error.log"), clock, "");
+    Log other(home.path("Error.log"), clock, "");
+    one.WriteErrorLog("1");
+    other.WriteErrorLog("2");
+    one.WriteErrorLog("3");
+    EXPECT_EQ(home.read("Error.log"), "1\r\n2\r\n3\r\n");
+    Log nowhere(home.path("absent/Error.log"), clock, "/D");
+    nowhere.startRun();
+    nowhere.WriteTraceLog("lost");
+    home.write("other", "mine");
+    std::filesystem::create_symlink(home.path("other"), home.path("link.log"));
+    Log linked(home.path("link.log"), clock, "");
+    linked.WriteErrorLog("not there");
+    EXPECT_EQ(home.read("other"), "mine");
+}
+
+TEST(Clock, WritesDatesForReportsAndNames) {
+    const FixedClock clock;
+    EXPECT_EQ(reportDate(clock.now()), "Apr 01, 2002 13:05");
+    EXPECT_EQ(fileDate(clock.now()), "2002-Apr-01-1305");
+    EXPECT_EQ(longDate(clock.now(), QLocale(QLocale::English, QLocale::UnitedStates)),
+              "Monday, April 1, 2002");
+    EXPECT_EQ(shortDateTime(clock.now(), QLocale(QLocale::English, QLocale::UnitedStates)), "4/1/02 1:05 PM");
+}
+
+}  // namespace
+}  // namespace relay::test
