@@ -1,0 +1,80 @@
+#!/bin/sh
+# SPDX-License-Identifier: GPL-3.0-or-later
+# The connection pool beside a bare libcurl loop, against nginx on loopback: interleaved pairs, medians, ratios.
+# Usage: bench/pool.sh [FOLDER OF THE PROGRAMS [PAIRS [REQUESTS]]]
+set -eu
+programs=${1:-build/release/bench}
+pairs=${2:-5}
+requests=${3:-20000}
+
+nginx=$(PATH=$PATH:/usr/sbin command -v nginx) || { echo "nginx is missing: apt-get install nginx-light" >&2; exit 1; }
+folder=$(mktemp -d)
+server=
+trap 'if [ -n "$server" ]; then kill "$server"; wait "$server" || true; fi; rm -rf "$folder"' EXIT
+trap 'exit 130' INT TERM
+
+start_nginx() {
+    for attempt in 1 2 3 4 5; do
+        port=$(shuf -i 20000-30000 -n 1)
+        cat >"$folder/nginx.conf" <<CONF
+daemon off;
+worker_processes 1;
+pid $folder/pid;
+error_log $folder/error.log crit;
+events { worker_connections 2048; }
+http {
+  access_log off;
+  client_body_temp_path $folder/body;
+  proxy_temp_path $folder/proxy;
+  fastcgi_temp_path $folder/fastcgi;
+  uwsgi_temp_path $folder/uwsgi;
+  scgi_temp_path $folder/scgi;
+  server {
+    listen 127.0.0.1:$port backlog=1024;
+    location / { default_type text/html; return 200 "<html><body>Thank you, your page was added.</body></html>"; }
+  }
+}
+CONF
+        "$nginx" -e "$folder/error.log" -p "$folder" -c "$folder/nginx.conf" 2>"$folder/start.log" &
+        server=$!
+        for wait in 1 2 3 4 5 6 7 8 9 10; do
+            if [ -s "$folder/pid" ] && kill -0 "$server" 2>/dev/null; then return; fi
+            sleep 0.1
+        done
+        wait "$server" || true
+        server=
+    done
+    cat "$folder/start.log" >&2
+    exit 1
+}
+
+# median FILE COLUMN
+median() { cut -d' ' -f"$2" "$1" | sort -n | awk '{ v[NR] = $1 } END { print v[int((NR + 1) / 2)] }'; }
+
+compare() {
+    rm -f "$folder/bare" "$folder/pool"
+    for pair in $(seq "$pairs"); do
+        "$programs/bench_bare_loop" "http://127.0.0.1:$port/" "$1" "$requests" >>"$folder/bare"
+        "$programs/bench_pool" "http://127.0.0.1:$port/" "$1" "$requests" >>"$folder/pool"
+    done
+    awk -v slots="$1" -v br="$(median "$folder/bare" 1)" -v pr="$(median "$folder/pool" 1)" \
+        -v bc="$(median "$folder/bare" 2)" -v pc="$(median "$folder/pool" 2)" 'BEGIN {
+        printf "%3d slots: bare loop %6d requests/s %6.2f us CPU; pool %6d requests/s %6.2f us CPU; ", slots, br, bc, pr, pc
+        printf "rate ratio %.3f (0.90 wanted), CPU ratio %.3f (1.15 allowed)\n", pr / br, pc / bc }'
+}
+
+start_nginx
+echo "$(nproc) cores, $pairs interleaved pairs, medians, $requests requests each"
+echo "yardstick: $programs/bench_bare_loop http://127.0.0.1:$port/ SLOTS $requests"
+for slots in 10 50 200; do compare "$slots"; done
+
+rm -f "$folder/once" "$folder/twice" "$folder/delay"
+for pair in $(seq "$pairs"); do
+    "$programs/bench_pool" "http://127.0.0.1:$port/" 50 "$requests" >>"$folder/once"
+    "$programs/bench_pool" "http://127.0.0.1:$port/" 50 $((requests * 2)) >>"$folder/twice"
+    "$programs/bench_pool" delay 50 5000 >>"$folder/delay"
+done
+awk -v once="$(median "$folder/once" 3)" -v twice="$(median "$folder/twice" 3)" -v n="$requests" 'BEGIN {
+    printf "peak memory: %d KiB after %d requests, %d KiB after %d: ratio %.3f\n", once, n, twice, 2 * n, twice / once }'
+awk -v share="$(median "$folder/delay" 2)" -v rate="$(median "$folder/delay" 1)" 'BEGIN {
+    printf "50 ms server, 50 slots: %d requests/s, %.3f of the ideal rate (0.90 wanted)\n", rate, share }'
