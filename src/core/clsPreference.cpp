@@ -129,7 +129,7 @@ void clsPreference::readServiceLinks() {
     const auto page = [](std::string_view path) { return "https://www.korvel.example" + std::string(path); };
     DealerName = link("Name", "Brenmoor Pty Ltd");
     DealerEmail = link("Email", kSupportAddress);
-    DealerURL = link("Home", page(""));
+    DealerURL = link("Home", kWebAddress);
     UpdateURL = link("UpdateURL", page("/upgrade.html"));
     SupportURL = link("SupportURL", page("/support.html"));
     TipsURL = link("TipsURL", page("/tips.html"));

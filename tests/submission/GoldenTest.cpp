@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "SubmissionFixture.h"
+#include "core/FileStore.h"
+#include "core/IniFile.h"
+#include "core/Text.h"
+
+#include <algorithm>
+#include <filesystem>
+
+namespace relay::test {
+
+namespace {
+
+// Every folder is a run: krveng5.dat and catkws.dat ({web} stands for the server's address), website.kws and
+// case.ini (CommandLine, BlockSpam) go in; the reports in their order (report1.html and on), the website file
+// (website-after.kws, {home} for the home), fail.eng and what the server got (requests.txt, request line and
+// body) must come out, to the byte. It is April 1 of 2002, 13:05, and one connection is used.
+std::vector<std::string> cases() {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(TEST_FOLDER "/golden"))
+        names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+std::string requestText(const std::vector<std::string>& requests) {
+    std::string text;
+    for (const std::string& request : requests) {
+        text.append(firstLine(request)).append("\n");
+        const std::size_t head = request.find("\r\n\r\n");
+        if (head + 4 < request.size()) text.append(request.substr(head + 4)).append("\n");
+    }
+    return text;
+}
+
+class SubmissionGolden : public testing::TestWithParam<std::string> {};
+
+TEST_P(SubmissionGolden, submitsAndReports) {
+    const auto file = [&](const std::string& name) {
+        return TEST_FOLDER "/golden/" + GetParam() + "/" + name;
+    };
+    const IniFile options = IniFile::load(file("case.ini"));
+    const FaultServer server(statusByPath());
+    SubmissionFixture fixture(options.value("Case", "CommandLine"));
+    fixture.preference.BlockSpam =
+        static_cast<std::int16_t>(leadingInteger(options.value("Case", "BlockSpam")));
+    fixture.preference.Connections = 1;
+    fixture.loadEngines(replaceAll(readFile(file("krveng5.dat")), "{web}", server.url("")),
+                        readFile(file("catkws.dat")));
+    fixture.run({fixture.home.write("Projects/website.kws", readFile(file("website.kws")))});
+
+    for (std::size_t i = 0; i < fixture.reports.size(); ++i) {
+        EXPECT_EQ(readFile(fixture.reports[i].path),
+                  readFile(file("report" + std::to_string(i + 1) + ".html")));
+    }
+    EXPECT_FALSE(fileExists(file("report" + std::to_string(fixture.reports.size() + 1) + ".html")));
+    EXPECT_EQ(replaceAll(fixture.home.read("Projects/website.kws"), fixture.home.path(""), "{home}/"),
+              readFile(file("website-after.kws")));
+    EXPECT_EQ(fixture.home.read("fail.eng"), readFile(file("fail.eng")));
+    EXPECT_EQ(requestText(server.requests()), readFile(file("requests.txt")));
+    // The website file holds a password.
+    const auto rights = std::filesystem::status(fixture.home.path("Projects/website.kws")).permissions();
+    EXPECT_EQ(rights, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
+}
+
+INSTANTIATE_TEST_SUITE_P(Golden, SubmissionGolden, testing::ValuesIn(cases()), [](const auto& named) {
+    std::string name = named.param;
+    std::replace(name.begin(), name.end(), '-', '_');
+    return name;
+});
+
+}  // namespace
+
+}  // namespace relay::test

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "SubmissionFixture.h"
+
+namespace relay::test {
+
+FaultServer::Script statusByPath() {
+    return [](FaultServer::Peer& peer) {
+        const int status = std::atoi(peer.path().c_str() + 1);
+        if (status == 0) {
+            peer.waitForClose();
+        } else {
+            peer.trySend(FaultServer::answer(status));
+        }
+    };
+}
+
+SubmissionFixture::SubmissionFixture(std::string ownCommandLine) : commandLine(std::move(ownCommandLine)) {
+    preference.GetSettings();
+    controller.emplace(SubmissionServices{home.paths(), preference, log, prompts, clock, network,
+                                          lists.engines, lists.lsvSelectedEngines, countries,
+                                          QLocale(QLocale::English), commandLine});
+    QObject::connect(&*controller, &SubmissionController::engineEnded, &*controller,
+                     [this](const EngineEnded& e) {
+                         ended.push_back({std::string(e.URL), std::string(e.engine), e.code, e.result});
+                     });
+    QObject::connect(&*controller, &SubmissionController::reportWritten, &*controller,
+                     [this](const UrlReport& report) { reports.push_back(report); });
+    QObject::connect(&*controller, &SubmissionController::runDone, &*controller,
+                     [this](const RunSummary& summary) { done = summary; });
+}
+
+void SubmissionFixture::loadEngines(std::string_view records, std::string_view tables) {
+    home.write("data/catkws.dat", tables);
+    home.write("data/krveng5.dat", records);
+    ASSERT_TRUE(categories.loadEngineCategory());
+    ASSERT_TRUE(loader.loadEngines());
+    for (const clsEngines& engine : lists.engines) addEngineListView(lists.lsvSelectedEngines, engine);
+}
+
+std::string SubmissionFixture::records(std::string_view prefix, int count, std::string_view action) {
+    std::string text;
+    for (int number = 1; number <= count; ++number) {
+        text.append("Name=").append(prefix).append(std::to_string(number)).append("\n");
+        text.append("Type=ENG\nMethod=GET\nQuery=u=<url>\nAction=").append(action).append("\n");
+    }
+    return text;
+}
+
+std::string SubmissionFixture::website(std::string_view name, const std::vector<std::string>& urls,
+                                       std::string_view fields) const {
+    std::string text = "[Web Site Info]\r\nVersion=6.0\r\n";
+    text.append(fields).append("LastURL=").append(std::to_string(urls.size())).append("\r\n[URL]\r\n");
+    for (std::size_t i = 0; i < urls.size(); ++i) {
+        text.append("URL").append(std::to_string(i + 1)).append("=").append(urls[i]).append("\r\n");
+    }
+    return home.write("Projects/" + std::string(name) + ".kws", text);
+}
+
+void SubmissionFixture::prepare(const std::vector<std::string>& websites) {
+    for (const std::string& file : websites) ASSERT_TRUE(controller->addSite(file, "Site", "Project"));
+    ASSERT_TRUE(controller->cmdNext());
+    ASSERT_TRUE(controller->cmdStart());
+}
+
+void SubmissionFixture::start(const std::vector<std::string>& websites) {
+    ASSERT_NO_FATAL_FAILURE(prepare(websites));
+    ASSERT_TRUE(controller->cmdSubmit());
+}
+
+void SubmissionFixture::run(const std::vector<std::string>& websites) {
+    ASSERT_NO_FATAL_FAILURE(start(websites));
+    ASSERT_TRUE(waitForEnd());
+}
+
+bool SubmissionFixture::waitForEnd() {
+    return waitUntil([this] { return done.has_value(); });
+}
+
+std::vector<std::string> SubmissionFixture::boxes() const {
+    std::vector<std::string> all;
+    for (const auto& shown : prompts.shown) {
+        if (shown.kind == "message") all.push_back(shown.title + "|" + shown.text);
+    }
+    return all;
+}
+
+}  // namespace relay::test

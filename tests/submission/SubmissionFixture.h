@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "catalogue/Countries.h"
+#include "catalogue/EngineCategories.h"
+#include "catalogue/EngineLists.h"
+#include "catalogue/EngineLoader.h"
+#include "core/Log.h"
+#include "core/SettingsStore.h"
+#include "core/clsPreference.h"
+#include "submission/SubmissionController.h"
+#include "support/FaultServer.h"
+#include "support/ScriptedPrompts.h"
+#include "support/TestHome.h"
+#include "transport/HttpNetwork.h"
+
+#include <gtest/gtest.h>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace relay::test {
+
+// "/200/..." answers 200, and so with any status; any other path waits until the client goes away.
+FaultServer::Script statusByPath();
+
+// A home with a catalogue and a submission wizard on it, and what a run of it told.
+struct SubmissionFixture {
+    explicit SubmissionFixture(std::string ownCommandLine = {});
+
+    TestHome home;
+    FixedClock clock;
+    ScriptedPrompts prompts;
+    std::string commandLine;
+    SettingsStore store{home.paths().settingsFile};
+    Log log{home.path("Error.log"), clock, commandLine};
+    clsPreference preference{home.paths(), store, log, prompts};
+    EngineCategories categories{home.paths(), prompts};
+    Countries countries{home.paths()};
+    EngineLists lists;
+    EngineLoader loader{lists, categories, countries, home.paths(), preference, log, prompts};
+    HttpNetwork network;
+    std::optional<SubmissionController> controller;
+
+    struct Ended final {
+        std::string url;
+        std::string engine;
+        int code;
+        int result;
+    };
+    std::vector<Ended> ended;
+    std::vector<UrlReport> reports;
+    std::optional<RunSummary> done;
+
+    // Loads the records and selects them all.
+    void loadEngines(std::string_view records, std::string_view tables = "[Free For All Links]\n");
+    // "Name=<prefix>1" and so on, all with one action and the query "u=<url>".
+    static std::string records(std::string_view prefix, int count, std::string_view action);
+    // A website file with these URLs and `fields` in its first section; gives its path.
+    std::string website(std::string_view name, const std::vector<std::string>& urls,
+                        std::string_view fields = {}) const;
+    // Through the pages up to the list of URLs; then the run starts.
+    void prepare(const std::vector<std::string>& websites);
+    void start(const std::vector<std::string>& websites);
+    void run(const std::vector<std::string>& websites);
+    bool waitForEnd();
+
+    std::vector<std::string> boxes() const;  // "title|text" of every message
+    std::string logText() const { return home.read("Error.log"); }
+};
+
+}  // namespace relay::test

@@ -1,0 +1,162 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "SubmissionFixture.h"
+
+#include <gmock/gmock.h>
+
+namespace relay::test {
+
+namespace {
+
+using testing::ElementsAre;
+
+std::vector<std::string> texts(const Rows& rows) {
+    std::vector<std::string> all;
+    for (int row = 0; row < rows.count(); ++row) all.push_back(rows.at(row).text);
+    return all;
+}
+
+TEST(Wizard, listsTheWebsitesOfTheProjects) {
+    SubmissionFixture fixture;
+    const std::string shop = fixture.website("Shop", {"http://a.test/1", "http://a.test/2"});
+    const std::string empty = fixture.website("Empty", {});
+    fixture.home.write("Projects/Unsaved.kws", "[Web Site Info]\r\nTitle=x\r\n");
+    fixture.home.write("project.kwj", "[Spring]\r\nLast=4\r\n1=Home|" + shop + "\r\n2=\r\n3=Blank|" + empty +
+                                          "\r\n4=New|\r\n[Autumn]\r\nLast=2\r\n1=Again|" + shop + "\r\n2=U|" +
+                                          fixture.home.path("Projects/Unsaved.kws") + "\r\n");
+    SubmissionController& wizard = *fixture.controller;
+    wizard.loadProject();
+    Rows& sites = wizard.state().lsvSiteSelection;
+    EXPECT_THAT(texts(sites), ElementsAre("Home", "Blank"));
+    const Row first = sites.at(0);
+    EXPECT_EQ(first.tag, shop);
+    EXPECT_THAT(first.subItems, ElementsAre("Spring", "2"));
+    EXPECT_TRUE(first.checked);
+    EXPECT_FALSE(sites.at(1).checked);
+
+    sites.setChecked(1, true);
+    Q_EMIT sites.checkToggled(1, true);
+    EXPECT_FALSE(sites.at(1).checked);
+    EXPECT_THAT(fixture.boxes(),
+                ElementsAre("Submit|There is not URL in current selected web site, please enter the web site "
+                            "URL before submit."));
+    wizard.selectAllSites(false);
+    EXPECT_FALSE(sites.at(0).checked);
+    wizard.selectAllSites(true);
+    EXPECT_TRUE(sites.at(0).checked);
+    EXPECT_FALSE(sites.at(1).checked);
+}
+
+TEST(Wizard, sumsUpAndRefuses) {
+    SubmissionFixture fixture;
+    SubmissionController& wizard = *fixture.controller;
+    EXPECT_FALSE(wizard.cmdNext());
+    EXPECT_FALSE(wizard.cmdStart());
+    fixture.loadEngines(SubmissionFixture::records("E", 1234, ""));
+    EXPECT_FALSE(wizard.cmdNext());
+    EXPECT_EQ(wizard.state().page, 0);
+    EXPECT_THAT(
+        fixture.boxes(),
+        ElementsAre("Submit|There is no engine selected, please select the engines you want to submit and "
+                    "try again.",
+                    "Confirm Submit|There is no web site to be submitted. Please make sure to select the "
+                    "web site you want to submit and try again.",
+                    "Submit|There is no web site selected, please select the web site you want to submit "
+                    "and press the 'Next' button."));
+
+    wizard.addSite(fixture.website("Shop", std::vector<std::string>(90, "http://a.test/same")), "Shop", "P");
+    ASSERT_TRUE(wizard.cmdNext());
+    const SubmissionState& state = wizard.state();
+    EXPECT_EQ(state.lblNumOfEngines + " " + state.lblNumOfWebsites + " " + state.lblNumOfURLs + " " +
+                  state.lblNumOfConnections + " " + state.lblEstimatedTime,
+              "1234 1 90 9 2,468");
+    EXPECT_EQ(state.page, 1);
+    ASSERT_TRUE(wizard.cmdStart());
+    EXPECT_EQ(state.page, 2);
+    EXPECT_EQ(state.progressMaximum, 1234 + 1 + 90);
+    EXPECT_EQ(state.progressValue, 1234 + 90);
+    EXPECT_THAT(texts(state.lsvSiteSubmitting), ElementsAre("http://a.test/same"));
+}
+
+TEST(Wizard, dropsTheURLsThatTheUserRemoves) {
+    SubmissionFixture fixture;
+    const FaultServer server(statusByPath());
+    fixture.loadEngines(SubmissionFixture::records("E", 1, server.url("/200/s")));
+    fixture.prepare({fixture.website("A", {"http://a.test/1", "", "http://a.test/2"}),
+                     fixture.website("B", {"http://a.test/1"})});
+    SubmissionController& wizard = *fixture.controller;
+    Rows& urls = wizard.state().lsvSiteSubmitting;
+    EXPECT_THAT(texts(urls), ElementsAre("http://a.test/1", "http://a.test/2", "http://a.test/1"));
+    urls.setHighlighted(1, true);
+    wizard.cmdRemove();
+    ASSERT_TRUE(wizard.cmdSubmit());
+    // What a run has begun stays.
+    for (int row = 0; row < urls.count(); ++row) urls.setHighlighted(row, true);
+    wizard.cmdRemove();
+    EXPECT_THAT(texts(urls), ElementsAre("http://a.test/1"));
+    ASSERT_TRUE(fixture.waitForEnd());
+    EXPECT_EQ(fixture.reports.size(), 1U);
+}
+
+TEST(Wizard, refusesWhatCannotBeCountedOrBegun) {
+    SubmissionFixture fixture;
+    fixture.loadEngines(SubmissionFixture::records("E", 1, ""));
+    SubmissionController& wizard = *fixture.controller;
+    Rows& selected = fixture.lists.lsvSelectedEngines;
+    wizard.addSite(fixture.website("A", {"http://a.test/1"}), "A", "P");
+    ASSERT_TRUE(wizard.cmdNext());
+    {
+        const RowsBatch batch(selected);
+        for (int i = 0; i < 32767; ++i) selected.add({"X" + std::to_string(i), "X", {}, {}, {}});
+    }
+    EXPECT_FALSE(wizard.cmdStart());
+    EXPECT_TRUE(wizard.state().lsvSiteSubmitting.empty());
+    EXPECT_EQ(wizard.submit().NumOfEngines(), 0);
+    // Nothing is there to be submitted, and no connection to submit it with.
+    EXPECT_FALSE(wizard.cmdSubmit());
+    fixture.preference.Connections = 0;
+    EXPECT_FALSE(wizard.cmdSubmit());
+    EXPECT_EQ(wizard.state().cmdSubmit, "&Submit");
+    EXPECT_FALSE(wizard.cmdNext());
+    EXPECT_THAT(fixture.boxes(), ElementsAre("Error|createSubmissionData_Error:\r\nOverflow",
+                                             "Error|setSiteSubmittingStatus_Error: Index out of bounds",
+                                             "Error|Module: StartSubmit\r\nErrorCode: 9",
+                                             "Error|getSubmitSummary_Error: Overflow"));
+}
+
+TEST(Wizard, viewsTheReportThatIsChosen) {
+    SubmissionFixture fixture;
+    SubmissionController& wizard = *fixture.controller;
+    wizard.viewReport();
+    EXPECT_EQ(fixture.prompts.last().title, "View Report");
+    Rows& reports = wizard.state().lsvReport;
+    reports.add({"a", "a", {}, {}, "/nowhere.html"});
+    reports.add({"b", "b", {}, {}, fixture.home.write("b.html", "x"), true});
+    wizard.viewReport();
+    EXPECT_EQ(fixture.prompts.last().kind, "system");
+    EXPECT_EQ(fixture.prompts.last().text, fixture.home.path("b.html"));
+    reports.setHighlighted(0, true);
+    wizard.viewReport();
+    EXPECT_EQ(fixture.prompts.last().kind, "message");
+    EXPECT_THAT(fixture.logText(), testing::HasSubstr("ReportFile: /nowhere.html\r\n"));
+}
+
+TEST(Wizard, asksBeforeItClosesDuringARun) {
+    const FaultServer server(statusByPath());
+    SubmissionFixture fixture;
+    EXPECT_TRUE(fixture.controller->closing());
+    fixture.loadEngines(SubmissionFixture::records("E", 2, server.url("/never")));
+    fixture.start({fixture.website("A", {"http://a.test/1"})});
+    ASSERT_TRUE(waitUntil([&] { return server.connections() == 2; }));
+    fixture.prompts.answers = {false, true};
+    EXPECT_FALSE(fixture.controller->closing());
+    EXPECT_TRUE(fixture.controller->isRunning());
+    EXPECT_TRUE(fixture.controller->closing());
+    EXPECT_FALSE(fixture.controller->isRunning());
+    EXPECT_THAT(fixture.logText(), testing::HasSubstr("Cancel submit by user.\r\n"));
+    fixture.controller.reset();
+    EXPECT_FALSE(fixture.done);
+}
+
+}  // namespace
+
+}  // namespace relay::test
