@@ -1,0 +1,49 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Sourced by the benchmarks that need a server: start_nginx serves a short page at http://127.0.0.1:$port/ until
+# the script ends, with its files in $folder, which is removed then.
+nginx=$(PATH=$PATH:/usr/sbin command -v nginx) || {
+    echo "nginx is missing: apt-get install nginx-light" >&2
+    exit 1
+}
+folder=$(mktemp -d)
+server=
+trap 'if [ -n "$server" ]; then kill "$server"; wait "$server" || true; fi; rm -rf "$folder"' EXIT
+trap 'exit 130' INT TERM
+
+start_nginx() {
+    for attempt in 1 2 3 4 5; do
+        port=$(shuf -i 20000-30000 -n 1)
+        cat >"$folder/nginx.conf" <<CONF
+daemon off;
+worker_processes 1;
+pid $folder/pid;
+error_log $folder/error.log crit;
+events { worker_connections 2048; }
+http {
+  access_log off;
+  client_body_temp_path $folder/body;
+  proxy_temp_path $folder/proxy;
+  fastcgi_temp_path $folder/fastcgi;
+  uwsgi_temp_path $folder/uwsgi;
+  scgi_temp_path $folder/scgi;
+  server {
+    listen 127.0.0.1:$port backlog=1024;
+    location / { default_type text/html; return 200 "<html><body>Thank you, your page was added.</body></html>"; }
+  }
+}
+CONF
+        "$nginx" -e "$folder/error.log" -p "$folder" -c "$folder/nginx.conf" 2>"$folder/start.log" &
+        server=$!
+        for wait in 1 2 3 4 5 6 7 8 9 10; do
+            if [ -s "$folder/pid" ] && kill -0 "$server" 2>/dev/null; then return; fi
+            sleep 0.1
+        done
+        wait "$server" || true
+        server=
+    done
+    cat "$folder/start.log" >&2
+    exit 1
+}
+
+# median FILE COLUMN
+median() { cut -d' ' -f"$2" "$1" | sort -n | awk '{ v[NR] = $1 } END { print v[int((NR + 1) / 2)] }'; }

@@ -1,0 +1,59 @@
+#!/bin/sh
+# SPDX-License-Identifier: GPL-3.0-or-later
+# A whole run beside a bare libcurl loop, against nginx on loopback: korvel-relay-cli submits one URL to many
+# engines with 50 connections, catalogue, templates, log and report included. Interleaved pairs, medians, ratios
+# of the requests per second of the whole process.
+# Usage: bench/run.sh [FOLDER OF THE PROGRAMS [PAIRS [ENGINES]]]
+set -eu
+programs=${1:-build/release/bench}
+pairs=${2:-5}
+engines=${3:-20000}
+cli=$programs/../src/korvel-relay-cli
+
+. "$(dirname "$0")/nginx.sh"
+
+# catalogue HOME COUNT: engines that differ in method, type and limits, all at the same server.
+make_home() {
+    mkdir -p "$1/data"
+    awk -v n="$2" -v port="$port" 'BEGIN {
+        split("ENG DIR FFA NEWS MALL HOT MIS", types)
+        for (i = 1; i <= n; ++i) {
+            printf "Name=Engine %d\nHome=http://127.0.0.1:%d/\nAddURL=http://127.0.0.1:%d/add\nCountry=US\nType=%s\n", i, port, port, types[i % 7 + 1]
+            printf "Category=G\nMethod=%s\nAction=http://127.0.0.1:%d/submit\n", i % 2 ? "POST" : "GET", port
+            printf "Query=url=<URL>&title=<TITLE>&email=<EMAIL>&category=<CATEGORY>&description=<DESCRIPTION>&n=%d\n", i
+            printf "MaxTitle=60\nMaxDescription=80\nAdults=N\nSiteLevel=2\n"
+        }
+        print "END:Version 6.0" }' >"$1/data/krveng5.dat"
+    printf '[General For All Links]\nBusiness and Finance=7\nOther=1\nEND\n' >"$1/data/catkws.dat"
+    "$cli" --home "$1" --quiet website set "$1/site.kws" Title="Lantern Bicycle Repairs" Description="Mends bicycles" \
+        MainCategory="Business and Finance" Email=ada@lantern.example YourName="Ada Lantern" Country=Australia
+    "$cli" --home "$1" --quiet website add-url "$1/site.kws" http://www.lantern.example/
+}
+
+seconds() { date +%s.%N; }
+
+# run_once HOME COUNT: requests per second of the whole process, and its seconds.
+run_once() {
+    rm -f "$1/fail.eng"
+    begin=$(seconds)
+    "$cli" --home "$1" --quiet submit --website "$1/site.kws" --all --connections 50 >"$1/out" 2>&1 || {
+        cat "$1/out" >&2
+        exit 1
+    }
+    awk -v begin="$begin" -v end="$(seconds)" -v n="$2" 'BEGIN { printf "%.0f %.4f\n", n / (end - begin), end - begin }'
+}
+
+start_nginx
+make_home "$folder/once" "$engines"
+make_home "$folder/half" $((engines / 2))
+echo "$(nproc) cores, $pairs interleaved pairs, medians, $engines engines, 50 connections"
+echo "yardstick: $programs/bench_bare_loop http://127.0.0.1:$port/ 50 $engines"
+for pair in $(seq "$pairs"); do
+    "$programs/bench_bare_loop" "http://127.0.0.1:$port/" 50 "$engines" >>"$folder/bare.txt"
+    run_once "$folder/once" "$engines" >>"$folder/run.txt"
+    run_once "$folder/half" $((engines / 2)) >>"$folder/half.txt"
+done
+awk -v bare="$(median "$folder/bare.txt" 1)" -v run="$(median "$folder/run.txt" 1)" \
+    -v full="$(median "$folder/run.txt" 2)" -v half="$(median "$folder/half.txt" 2)" 'BEGIN {
+    printf "bare loop %d requests/s, whole run %d requests/s: ratio %.3f (0.70 wanted)\n", bare, run, run / bare
+    printf "half the engines %.2f s, all of them %.2f s: %.2f times (2 wanted)\n", half, full, full / half }'
