@@ -177,8 +177,18 @@ void readUrls(const IniFile& file, Rows& urls) {
 
 bool WebsiteFile::saveWebsiteFile(const std::string& path, const WebsiteFields& fields,
                                   CustomEngines& customEngines) {
-    if (path.empty()) return true;
     const BusyPointer busy(m_prompts);
+    try {
+        save(path, fields, customEngines);
+        return true;
+    } catch (const std::exception& failure) {
+        m_prompts.message(failure.what(), "Error", Icon::Critical);
+        return false;
+    }
+}
+
+void WebsiteFile::save(const std::string& path, const WebsiteFields& fields, CustomEngines& customEngines) {
+    if (path.empty()) return;
     std::size_t reached = 0;
     try {
         const auto chosen = static_cast<std::size_t>(std::max(fields.cboCustomEngines, 0));
@@ -189,13 +199,11 @@ bool WebsiteFile::saveWebsiteFile(const std::string& path, const WebsiteFields& 
         writeInfo(file, fields);
         writeCustomCategories(file, customEngines, reached);
         file.save(path, Readable::OwnerOnly);
-        return true;
-    } catch (const std::exception& failure) {
-        m_prompts.message(std::string("Module: saveWebsiteFile: ") + failure.what() +
-                              "\r\nm_intNumOfCustEngines:" + std::to_string(customEngines.size()) +
-                              "\r\ni: " + std::to_string(reached),
-                          "Error", Icon::Critical);
-        return false;
+    } catch (const Failure& failure) {
+        throw Failure(std::string("Module: saveWebsiteFile: ") + failure.what() +
+                          "\r\nm_intNumOfCustEngines:" + std::to_string(customEngines.size()) +
+                          "\r\ni: " + std::to_string(reached),
+                      failure.number());
     }
 }
 

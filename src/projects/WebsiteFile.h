@@ -35,6 +35,8 @@ class WebsiteFile final {
     // An empty path does nothing. The category the user is choosing on the custom engines tab goes to the
     // table first. False when it failed and the user was told; the file is then as it was.
     bool saveWebsiteFile(const std::string& path, const WebsiteFields& fields, CustomEngines& customEngines);
+    // The same without a word to the user: throws Failure.
+    static void save(const std::string& path, const WebsiteFields& fields, CustomEngines& customEngines);
     // A missing file reads as empty. False when it failed and the user was told; the fields are then loaded
     // as far as it had come (LastURL and LastReport beyond 16 bits overflow).
     bool loadWebsiteFile(const std::string& path, WebsiteFields& fields, CustomEngines& customEngines,

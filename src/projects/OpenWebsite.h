@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "projects/WebsiteFile.h"
+
+#include <string>
+
+namespace relay {
+
+class Categories;
+class EngineSelection;
+class Prompts;
+struct EngineLists;
+
+// The website in the panel: its fields together with what the catalogue holds for it, the two category lists
+// and the custom engines' table.
+class OpenWebsite final {
+  public:
+    OpenWebsite(Categories& categories, EngineLists& engines, EngineSelection& selection, Prompts& prompts);
+
+    WebsiteFields fields;
+
+    // False when it failed; the user was told.
+    bool saveWebsiteFile(const std::string& path);
+    // The same, but throws Failure and tells nobody.
+    void save(const std::string& path);
+    bool loadWebsiteFile(const std::string& path);
+    // Resets the panel, the category lists and the selection of engines.
+    void clearWebsiteFields();
+    bool DeleteReportFile(const std::string& path);
+
+    // The selected rows of the category lists into the fields, from where the file is written and the check
+    // before saving reads them.
+    void takeSelectedCategory();
+
+  private:
+    Categories& m_categories;
+    EngineLists& m_engines;
+    EngineSelection& m_selection;
+    WebsiteFile m_file;
+};
+
+}  // namespace relay

@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "projects/ProjectStore.h"
+#include "projects/ProjectTree.h"
+#include "projects/WebsitePanel.h"
+
+#include <QObject>
+
+#include <string>
+#include <string_view>
+
+namespace relay {
+
+class OpenWebsite;
+class Prompts;
+class clsPreference;
+struct Paths;
+
+// The three panels at the right of the tree, of which one is visible: SSTab2, SSTab1 and SSTab3.
+enum class MainPanel { Project, Website, Engines };
+
+// What the main window shows beside the tree.
+struct PanelState final {
+    MainPanel panel = MainPanel::Project;
+    bool saveEnabled = false;            // the toolbar's "Save"
+    bool websiteButtonsEnabled = false;  // the buttons that need a website
+    bool quickStartVisible = true;       // lblQuickStartTips
+    bool siteInfoVisible = false;        // fraSiteInfo
+    std::string lblProjectTitle;
+    std::string siteInfoCaption;  // caption of fraSiteInfo
+    std::string txtProjectDescr;  // what the user types goes in here at once
+};
+
+enum class NewNode { Project, Website };
+
+// The operations on projects and websites that a user drives through the tree, the File menu and the toolbar,
+// without a window: they work on the tree, the index file, the open website and the panels' state, and signal
+// what changed. Each tells the user of its failures. The open website is saved by itself before another node
+// takes the panel; while that fails, the panel stays where it is, so nothing typed is lost.
+class ProjectDesk final : public QObject {
+    Q_OBJECT
+  public:
+    ProjectDesk(const Paths& paths, const clsPreference& preference, OpenWebsite& website, Prompts& prompts);
+
+    ProjectTree& tree() noexcept { return m_tree; }
+    const PanelState& panels() const noexcept { return m_panels; }
+    ProjectNode* currentNode() const noexcept { return m_CurrentNode; }
+    // The website file that the panel holds, or empty.
+    const std::string& webFile() const noexcept { return m_WebFile; }
+    void setProjectDescription(std::string text) { m_panels.txtProjectDescr = std::move(text); }
+
+    // Rebuilds the tree from the index. A key that the tree has already is passed over.
+    void loadProject();
+    // Saves first; false, with the panel as it was, when that failed.
+    bool nodeClick(ProjectNode& node);
+    // Saves what the current node's panel holds. False when it failed; the user is told once of each file,
+    // and in the status bar from then on.
+    bool autoSave();
+
+    void NewProjectAndWeb(NewNode kind);
+    void addWebSite();
+    void removeSelectedNode(ProjectNode& node);
+    // A label edit that came to its end. Where the name will not do, labelEditWanted asks for another.
+    void rename(ProjectNode& node, std::string_view newText);
+    // An empty path asks for one (Save As). False when nothing was saved.
+    bool saveWebSite(const std::string& path);
+    void saveProjectDescription();
+
+    // The File menu's items and the toolbar's "Save" and "Engines".
+    bool fileItemEnabled(int index) const;
+    void fileItem(int index);
+    void toolbarSave();
+    void showEngines();
+    void deleteReports();
+
+  Q_SIGNALS:
+    void panelsChanged();
+    // The website's fields were replaced or cleared.
+    void websiteChanged();
+    void currentChanged(relay::ProjectNode* node);
+    void labelEditWanted(relay::ProjectNode* node);
+    // A field that is not filled in is to come to the front.
+    void fieldMissing(const relay::MissingField& missing);
+
+  private:
+    void closeCurrent();
+    void showNode(ProjectNode& node);
+    void showProject(ProjectNode& node);
+    void showWebsite(ProjectNode& node);
+    void autoSaveWebsite(ProjectNode& website);
+    void autoSaveProject(ProjectNode& project);
+    std::string newWebsitePath(const std::string& name) const;
+    void placeFile(ProjectNode& website, const std::string& path);
+    std::string askFileName() const;
+    void addNewProject(const std::string& name);
+    void addNewWebsite(const std::string& name);
+    ProjectNode& currentProject() const;
+    std::string askNewName(NewNode kind) const;
+    std::string settleName(NewNode kind, const ProjectNode& parent, std::string name) const;
+    bool hasForbiddenCharacter(std::string_view name) const;
+    void renameTo(ProjectNode& node, const std::string& text);
+    void saveCheckedWebsite(const std::string& path);
+
+    const Paths& m_paths;
+    const clsPreference& m_preference;
+    OpenWebsite& m_website;
+    Prompts& m_prompts;
+    ProjectStore m_store;
+    ProjectTree m_tree;
+    PanelState m_panels;
+    ProjectNode* m_CurrentNode = nullptr;
+    std::string m_CurrentNodeText;
+    std::string m_WebFile;
+    std::string m_toldOf;  // the file that could not be saved, of which the user knows
+    bool m_SkipNextAutoSave = false;
+    bool m_AutoSaveArmed = true;
+    bool m_partlyLoaded = false;     // the panel holds a file that could not be read to its end
+    bool m_newWebsiteClick = false;  // the next click is the one that follows a new website
+};
+
+}  // namespace relay

@@ -1,0 +1,175 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "projects/StartUp.h"
+
+#include "core/Log.h"
+#include "core/Paths.h"
+#include "core/Prompts.h"
+#include "core/SettingsStore.h"
+#include "core/Text.h"
+#include "core/clsPreference.h"
+#include "projects/clsMain.h"
+
+#include <array>
+#include <charconv>
+
+namespace relay {
+
+namespace {
+
+constexpr std::string_view kDownloadPrompt =
+    "Engine Data file was not found or missing. If this is the first time you run the program, you need to "
+    "download the engine data file from our web site before you can use it. \r\n\r\nPlease ensure you are "
+    "connected to the Internet and then press the 'Start' button. This will take a few minutes depending on "
+    "Internet connection.";
+constexpr std::string_view kUpgradeNotice =
+    "If this is the first time you upgrade from version 5.0 or older to version 6.0, please make sure to "
+    "update the new engine data file from our web site by clicking the 'File/Update Engine Data File' menu "
+    "item from the menu bar.";
+constexpr std::string_view kMissingDataNotice =
+    "Engine Data file was not found or missing. If this is the first time you run the program, you need to "
+    "download the engine data file from our web server to make Korvel Relay works correctly. \r\n\r\nPlease "
+    "click on the 'File/Update Engine Data' menu item from the menu bar and following the instruction on the "
+    "screen. Please re-start the program after you updated the engine data file.";
+
+}  // namespace
+
+StartUp::StartUp(const Paths& paths, clsMain& main, clsPreference& preference, SettingsStore& store, Log& log,
+                 Prompts& prompts, StartUpScreens screens)
+    : m_paths(paths),
+      m_main(main),
+      m_preference(preference),
+      m_store(store),
+      m_log(log),
+      m_prompts(prompts),
+      m_screens(std::move(screens)) {}
+
+bool StartUp::run() {
+    try {
+        makeFolders();
+        m_step = "setting ...";
+        loadWords();
+        firstRunSettings();
+        checkEngineData();
+        loadEngines();
+        loadProjects();
+        return true;
+    } catch (const std::exception& failure) {
+        const std::string words = "Formload_Error: " + std::string(m_step) + " " + failure.what() +
+                                  "\r\nYour program may not work properly. Please report this error to '" +
+                                  kSupportAddress + "'";
+        m_prompts.message(words, "Error", Icon::Critical);
+        m_log.WriteErrorLog(words);
+        return false;
+    }
+}
+
+void StartUp::makeFolders() {
+    struct Step final {
+        std::string_view name;
+        std::string_view folder;
+    };
+    constexpr Step kSteps[] = {{"create report folder", "Reports"},
+                               {"create report folder1", "Reports/Submition"},
+                               {"create report folder1", "Reports/Ranking"},
+                               {"create project folder", "Projects"},
+                               {"create engines folder", "Engines"}};
+    for (const Step& step : kSteps) {
+        m_step = step.name;
+        makeFolder(m_paths.inApp(step.folder));
+    }
+}
+
+void StartUp::closeSplash() {
+    if (m_screens.closeSplash) m_screens.closeSplash();
+}
+
+void StartUp::tell(bool succeeded, std::string_view words, std::string_view title) {
+    if (succeeded) return;
+    closeSplash();
+    m_prompts.message(words, title, Icon::Critical);
+}
+
+void StartUp::loadWords() {
+    m_step = "load country file";
+    tell(m_main.countries.loadCountry(),
+         "The country file is missing ! You need to re-install the full installation program and try again.",
+         "Load Country File");
+    m_step = "load category file";
+    tell(m_main.categories.loadCategory(),
+         "The category file is missing ! You need to re-install the full installation program and try again.",
+         "Load Category File");
+}
+
+void StartUp::firstRunSettings() {
+    m_step = "check engine data file";
+    if (m_preference.LoadConfigure != 0) return;
+    m_store.setValue(kApplication, "Preference", "LoadConfig", "1");
+    closeSplash();
+    if (m_screens.showPreference) m_screens.showPreference();
+}
+
+void StartUp::checkEngineData() {
+    if (!m_main.engineDataPresent()) {
+        m_step = "engine data file not found";
+        closeSplash();
+        if (m_screens.showUpdateEngines) m_screens.showUpdateEngines(kDownloadPrompt);
+    } else if (m_preference.DownEngineData == "1" && m_preference.Version != "6.0") {
+        m_step = "set first time update";
+        m_store.setValue(kApplication, "Setting", "Download", "0");
+        m_prompts.message(kUpgradeNotice, kApplication, Icon::Information);
+        m_step = "after first time update setting";
+    }
+}
+
+void StartUp::loadEngines() {
+    m_step = "load engine data file";
+    const bool present = m_main.engineDataPresent();
+    if (present) m_main.loadEngineData();
+    closeSplash();
+    if (!present) m_prompts.message(kMissingDataNotice, kApplication, Icon::Information);
+}
+
+void StartUp::loadProjects() {
+    m_step = "load default project";
+    if (fileExists(m_paths.ProjectFilePath)) m_main.desk.loadProject();
+    m_step = "set first select item";
+    ProjectNode& root = m_main.desk.tree().root();
+    m_main.desk.nodeClick(root.children.empty() ? root : *root.children.front());
+}
+
+bool StartUp::confirmExit() {
+    return m_prompts.ask("Are you sure you want to exit?", "Exit");
+}
+
+void StartUp::finish(std::string_view mainFormPos) {
+    m_log.closeAll();
+    m_preference.SaveSettings();
+    m_store.setValue(kApplication, "Preference", "MainFormPos", mainFormPos);
+    m_store.sync();
+}
+
+std::optional<WindowPosition> parseWindowPosition(std::string_view text) {
+    std::array<double, 4> numbers{};
+    std::size_t count = 0;
+    for (std::size_t start = 0; start != npos; ++count) {
+        if (count == numbers.size() || text.empty()) return std::nullopt;
+        const std::size_t comma = text.find(',', start);
+        numbers[count] = leadingNumber(text.substr(start, comma == npos ? npos : comma - start));
+        start = comma == npos ? npos : comma + 1;
+    }
+    if (count != numbers.size()) return std::nullopt;
+    return WindowPosition{std::max(numbers[0], 0.0), std::max(numbers[1], 0.0), numbers[2], numbers[3]};
+}
+
+std::string windowPositionText(const WindowPosition& position) {
+    std::string text;
+    for (const double number : {position.left, position.top, position.width, position.height}) {
+        std::array<char, 32> digits{};
+        const auto end = std::to_chars(digits.begin(), digits.end(), static_cast<float>(number)).ptr;
+        if (!text.empty()) text += ',';
+        text.append(digits.data(), end);
+    }
+    return text;
+}
+
+}  // namespace relay

@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace relay {
+
+class Log;
+class Prompts;
+class SettingsStore;
+class clsMain;
+class clsPreference;
+struct Paths;
+
+// What the start-up needs of the screens. An empty function does nothing.
+struct StartUpScreens final {
+    // Puts the splash away and resets the pointer; called more than once.
+    std::function<void()> closeSplash;
+    // The settings dialog, until the user closes it.
+    std::function<void()> showPreference;
+    // The update window with this prompt, until the user closes it.
+    std::function<void(std::string_view prompt)> showUpdateEngines;
+};
+
+// The steps of the main window's start that need no window, in their order, and of its end.
+class StartUp final {
+  public:
+    StartUp(const Paths& paths, clsMain& main, clsPreference& preference, SettingsStore& store, Log& log,
+            Prompts& prompts, StartUpScreens screens);
+
+    // False when a step failed: the user and the log were told, and the steps after it were not done.
+    bool run();
+    // Asks; false: the window stays.
+    bool confirmExit();
+    // Closes the files and saves the settings and the window's position.
+    void finish(std::string_view mainFormPos);
+
+  private:
+    void makeFolders();
+    void loadWords();
+    void firstRunSettings();
+    void checkEngineData();
+    void loadEngines();
+    void loadProjects();
+    void tell(bool succeeded, std::string_view words, std::string_view title);
+    void closeSplash();
+
+    const Paths& m_paths;
+    clsMain& m_main;
+    clsPreference& m_preference;
+    SettingsStore& m_store;
+    Log& m_log;
+    Prompts& m_prompts;
+    StartUpScreens m_screens;
+    std::string_view m_step;
+};
+
+// The main window's place, in pixels.
+struct WindowPosition final {
+    double left = 0;
+    double top = 0;
+    double width = 0;
+    double height = 0;
+};
+// Of the text "left,top,width,height": a negative left or top becomes 0, the size is taken as it stands;
+// nullopt unless there are exactly four fields.
+std::optional<WindowPosition> parseWindowPosition(std::string_view text);
+std::string windowPositionText(const WindowPosition& position);
+
+}  // namespace relay
