@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "projects/UrlList.h"
+#include "projects/WebsitePanel.h"
+#include "support/ScriptedPrompts.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace relay::test {
+
+namespace {
+
+void fillAll(WebsiteFields& fields) {
+    for (std::string WebsiteFields::*text :
+         {&WebsiteFields::txtSiteTitle, &WebsiteFields::txtSiteKeywords, &WebsiteFields::txtSiteDescription,
+          &WebsiteFields::cboWebType, &WebsiteFields::cboLanguage, &WebsiteFields::mainCategory,
+          &WebsiteFields::category, &WebsiteFields::txtURLTitle, &WebsiteFields::txtURLFileLocation})
+        fields.*text = " ";
+    for (const ContactField& contact : kContactFields) fields.*contact.field = " ";
+    fields.txtEmail = "a@";
+    fields.chkBlockFFA = 1;
+    addNewItem(fields.lsvSiteURLs, "http://a.test/");
+}
+
+}  // namespace
+
+TEST(WebsitePanelTest, TheCheckWalksTheFieldsInTheirOrder) {
+    WebsiteFields fields;
+    fillAll(fields);
+    EXPECT_FALSE(firstMissingField(fields));
+
+    // Emptied from the last to the first, each field comes to the front in its turn.
+    std::vector<std::string> controls;
+    const auto note = [&] { controls.emplace_back(firstMissingField(fields)->control); };
+    fields.category.clear();
+    note();
+    for (std::string WebsiteFields::*text :
+         {&WebsiteFields::txtPassword, &WebsiteFields::txtFax, &WebsiteFields::txtPhone,
+          &WebsiteFields::cboCountry, &WebsiteFields::txtPostcode, &WebsiteFields::txtState,
+          &WebsiteFields::txtCity, &WebsiteFields::txtAddress, &WebsiteFields::txtCompany}) {
+        (fields.*text).clear();
+        note();
+    }
+    fields.txtEmail = "no at sign";
+    EXPECT_EQ(firstMissingField(fields)->message, "Invalid email address. Please check your email address");
+    for (std::string WebsiteFields::*text : {&WebsiteFields::txtEmail, &WebsiteFields::txtName}) {
+        (fields.*text).clear();
+        note();
+    }
+    fields.lsvSiteURLs.clear();
+    note();
+    for (std::string WebsiteFields::*text : {&WebsiteFields::cboWebType, &WebsiteFields::txtSiteDescription,
+                                             &WebsiteFields::txtSiteKeywords, &WebsiteFields::txtSiteTitle}) {
+        (fields.*text).clear();
+        note();
+    }
+    EXPECT_THAT(controls,
+                ::testing::ElementsAre("lstCategory", "txtPassword", "txtFax", "txtPhone", "cboCountry",
+                                       "txtPostcode", "txtState", "txtCity", "txtAddress", "txtCompany",
+                                       "txtEmail", "txtName", "lsvSiteURLs", "cboWebType",
+                                       "txtSiteDescription", "txtSiteKeywords", "txtSiteTitle"));
+}
+
+TEST(WebsitePanelTest, TheCheckWarnsAndDoesNotForbid) {
+    WebsiteFields fields;
+    fillAll(fields);
+    ScriptedPrompts prompts;
+    EXPECT_TRUE(isValidFields(fields, prompts, nullptr));
+    EXPECT_TRUE(prompts.shown.empty());
+
+    fields.txtFax.clear();
+    WebsiteTab shown = WebsiteTab::SiteInfo;
+    prompts.answers = {false, true};
+    const auto show = [&shown](const MissingField& missing) { shown = missing.tab; };
+    EXPECT_FALSE(isValidFields(fields, prompts, show));
+    EXPECT_TRUE(isValidFields(fields, prompts, show));
+    EXPECT_EQ(shown, WebsiteTab::Contact);
+    EXPECT_EQ(prompts.last().title, "Save WebSite Details");
+    EXPECT_EQ(prompts.last().text,
+              "Please enter your fax number, or use your phone nuber if no fax number available.\r\n"
+              "Not all the engines use all of the data, however you will need to complete all the fields so "
+              "the program can submit the appropriate data to the appropriate engines as required.\r\n\r\n"
+              "Do you want to save anyway ?");
+}
+
+TEST(WebsitePanelTest, AResetKeepsTheBlockBoxAndTheLocalFile) {
+    WebsiteFields fields;
+    fillAll(fields);
+    fields.lblURLKeyword = "Keywords: (3 chars)";
+    clearWebsiteFields(fields);
+    EXPECT_EQ(fields.cboLanguage, "English");
+    EXPECT_EQ(fields.chkBlockFFA, 1);
+    EXPECT_EQ(fields.txtURLFileLocation, " ");
+    EXPECT_EQ(fields.lblURLKeyword, "Keywords:");
+    EXPECT_TRUE(fields.lsvSiteURLs.empty());
+    std::string rest = fields.txtSiteTitle + fields.txtSiteKeywords + fields.txtSiteDescription +
+                       fields.cboWebType + fields.mainCategory + fields.category + fields.txtURLTitle;
+    for (const ContactField& contact : kContactFields) rest += fields.*contact.field;
+    EXPECT_EQ(rest, "");
+}
+
+}  // namespace relay::test
