@@ -24,6 +24,7 @@ std::string readRequest(int descriptor) {
         const ssize_t count = ::recv(descriptor, buffer, sizeof buffer, 0);
         if (count <= 0) break;
         text.append(buffer, static_cast<std::size_t>(count));
+        if (text.front() == '\x16') break;  // a TLS greeting
         const std::size_t end = text.find("\r\n\r\n");
         if (end == std::string::npos) continue;
         static constexpr std::string_view kLength = "\r\nContent-Length: ";

@@ -19,7 +19,8 @@ class FaultServer final {
     // The server's end of one connection. The connection is closed when the script returns.
     class Peer final {
       public:
-        // The request as it came: head, empty line, and as much of a body as its Content-Length says.
+        // The request as it came: head, empty line, and as much of a body as its Content-Length says;
+        // or the start of a TLS greeting.
         const std::string request;
         std::string path() const;  // "/x?y" of the request line
 
