@@ -76,16 +76,16 @@ EnginesCheckCommand::EnginesCheckCommand(CLI::App& parent, CommandLineContext& c
               "engines check\nengines check --json") {}
 
 int EnginesCheckCommand::execute() {
-    Home& home = context().home();
-    EngineCategories categories(home.paths, context().prompts());
-    if (!categories.loadEngineCategory()) return kCouldNotRun;
+    LoadedCatalogue catalogue(context());
+    if (!catalogue.loadCategories()) return kCouldNotRun;
+    const Home& home = context().home();
     const std::string file = home.paths.inWindows("krveng5.dat");
     const std::string text = readFile(file);
     if (text.empty()) throw Failure(file + " is empty: no engine can be loaded from it.");
     const std::vector<Finding> findings =
-        checkCatalogue(text, categories, home.preference.refusesAdultSites());
+        checkCatalogue(text, catalogue.categories, home.preference.refusesAdultSites());
     std::ostream& out = context().out();
-    Table table({"Line", "Engine", "Finding", ""});
+    Table table({"Line", "Engine", "Finding", "What"});
     for (const Finding& finding : findings) {
         const std::string_view kind = findingName(finding.kind);
         if (context().json) {

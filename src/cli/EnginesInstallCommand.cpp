@@ -45,6 +45,7 @@ std::string EnginesInstallCommand::practiceAddress() {
 }
 
 std::vector<EnginesInstallCommand::File> EnginesInstallCommand::collect() {
+    const std::string address = m_practice ? practiceAddress() : std::string();
     const Paths& paths = context().home().paths;
     const std::string data = installedDataFolder(context().console());
     if (data.empty())
@@ -54,7 +55,6 @@ std::vector<EnginesInstallCommand::File> EnginesInstallCommand::collect() {
     std::vector<File> files;
     for (const char* name : {"country.kws", "cat.kws", "top.kws"})
         files.push_back({paths.inApp(name), readFile(data + "/" + name)});
-    const std::string address = m_practice ? practiceAddress() : std::string();
     for (const char* name : {"krveng5.dat", "catkws.dat"}) {
         std::string bytes = readFile(data + (m_practice ? "/practice/" : "/") + name);
         if (m_practice) bytes = pointAtPracticeWeb(bytes, address);
@@ -92,7 +92,7 @@ int EnginesInstallCommand::execute() {
             table.add({file.state, file.target});
         }
     }
-    table.write(context().out(), false);
+    if (!context().quiet) table.write(context().console().err, false);
     return kSucceeded;
 }
 

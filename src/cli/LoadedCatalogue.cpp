@@ -15,7 +15,14 @@ LoadedCatalogue::LoadedCatalogue(CommandLineContext& context)
       m_context(context) {}
 
 bool LoadedCatalogue::load() {
-    if (categories.loadEngineCategory() && loader.loadEngines()) return true;
+    return loadCategories() && (loader.loadEngines() || tellHowToInstall());
+}
+
+bool LoadedCatalogue::loadCategories() {
+    return categories.loadEngineCategory() || tellHowToInstall();
+}
+
+bool LoadedCatalogue::tellHowToInstall() {
     m_context.warn("No engines could be loaded from " + m_context.home().paths.WindowsPath +
                    "\nThe catalogue that comes with the program is put there by: engines install");
     return false;

@@ -20,6 +20,8 @@ class LoadedCatalogue final {
 
     // False when the files are missing or unusable; the user was told, and what to do about it.
     bool load();
+    // The category tables alone, with the same answer.
+    bool loadCategories();
     // The engine with the name. Throws Failure when there is none.
     const clsEngines& engine(std::string_view name) const;
 
@@ -30,6 +32,8 @@ class LoadedCatalogue final {
     EngineSelection selection;
 
   private:
+    bool tellHowToInstall();  // false
+
     CommandLineContext& m_context;
 };
 

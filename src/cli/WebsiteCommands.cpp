@@ -49,8 +49,27 @@ std::string settableKeys() {
     return names;
 }
 
+// The key as the file spells it.
+std::string settableKey(const std::string& text) {
+    for (const std::string_view key : websiteKeys()) {
+        if (!equalsNoCase(key, text)) continue;
+        if (isKept(key)) throw UsageError("The key \"" + text + "\" is kept by the program itself.");
+        return std::string(key);
+    }
+    throw UsageError("A website file has no key \"" + text + "\". The keys are: " + settableKeys());
+}
+
 std::string numbered(std::string_view name, int number) {
     return std::string(name) + std::to_string(number);
+}
+
+// Reads a website file's lists; a failure names the file.
+void readLists(const std::string& path, const std::function<void()>& read) {
+    try {
+        read();
+    } catch (const Failure& failure) {
+        throw Failure(path + ": its number of URLs or reports is wrong (" + failure.what() + ")");
+    }
 }
 
 struct ReportEntry final {
@@ -77,7 +96,7 @@ void changeUrls(const std::string& path, const std::function<void(Rows& urls)>& 
     const FolderLock lock(path);
     IniFile file = IniFile::load(path);
     Rows urls;
-    readUrls(file, urls);
+    readLists(path, [&] { readUrls(file, urls); });
     change(urls);
     if (urls.count() > kMostUrls)
         throw Failure(path + ": a website file holds at most " + std::to_string(kMostUrls) + " URLs.");
@@ -110,8 +129,11 @@ int WebsiteShowCommand::execute() {
     requireFile(m_file);
     const IniFile file = IniFile::load(m_file);
     Rows urls;
-    readUrls(file, urls);
-    const std::vector<ReportEntry> reports = readReports(file);
+    std::vector<ReportEntry> reports;
+    readLists(m_file, [&] {
+        readUrls(file, urls);
+        reports = readReports(file);
+    });
 
     Table fields({});
     JsonLine line;
@@ -159,23 +181,24 @@ int WebsiteSetCommand::execute() {
     for (const std::string& assignment : m_assignments) {
         const std::size_t equals = assignment.find('=');
         if (equals == std::string::npos) throw UsageError("\"" + assignment + "\" is no KEY=VALUE.");
-        KeyValue entry{assignment.substr(0, equals), assignment.substr(equals + 1)};
-        const std::vector<std::string_view>& keys = websiteKeys();
-        const auto known = std::find_if(keys.begin(), keys.end(),
-                                        [&](std::string_view key) { return equalsNoCase(key, entry.key); });
-        if (known == keys.end())
-            throw UsageError("A website file has no key \"" + entry.key +
-                             "\". The keys are: " + settableKeys());
-        if (isKept(*known)) throw UsageError("The key \"" + entry.key + "\" is kept by the program itself.");
-        if (*known == "BlockFFA" && entry.value != "0" && entry.value != "1")
+        KeyValue entry{settableKey(assignment.substr(0, equals)), assignment.substr(equals + 1)};
+        if (entry.key == "BlockFFA" && entry.value != "0" && entry.value != "1")
             throw UsageError("BlockFFA takes 0 or 1.");
-        if (entry.value.size() > IniFile::kShortLimit)
-            context().note(std::string(*known) + ": only the first " + std::to_string(IniFile::kShortLimit) +
-                           " bytes are used.");
+        noteLosses(entry);
         values.push_back(std::move(entry));
     }
     setKeys(m_file, values);
     return kSucceeded;
+}
+
+// What the file does not keep of a value is told.
+void WebsiteSetCommand::noteLosses(const KeyValue& entry) {
+    const bool joined = entry.key == "Keyword" || entry.key == "Description";
+    const std::string line = joined ? removeCrLf(entry.value) : entry.value;
+    if (firstLine(line).size() < line.size()) context().note(entry.key + ": only the first line is used.");
+    if (line.size() > IniFile::kShortLimit)
+        context().note(entry.key + ": only the first " + std::to_string(IniFile::kShortLimit) +
+                       " bytes are used.");
 }
 
 WebsiteAddUrlCommand::WebsiteAddUrlCommand(CLI::App& parent, CommandLineContext& context)

@@ -8,6 +8,8 @@
 
 namespace relay {
 
+struct KeyValue;
+
 // website show FILE
 class WebsiteShowCommand final : public Command {
   public:
@@ -28,6 +30,8 @@ class WebsiteSetCommand final : public Command {
     int execute() override;
 
   private:
+    void noteLosses(const KeyValue& entry);
+
     std::string m_file;
     std::vector<std::string> m_assignments;
 };

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "cli/StopSignal.h"
+#include "support/TestHome.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace relay::test {
+
+// What one command left behind.
+struct CommandResult final {
+    int code = -1;
+    std::string out;
+    std::string err;
+};
+
+// Runs commands in this process, on a home of their own, with streams, environment and clock in hand.
+class CommandLineFixture final {
+  public:
+    CommandLineFixture();
+
+    CommandResult run(const std::vector<std::string>& arguments);
+
+    TestHome home;
+    FixedClock clock;
+    StopSignal stop;
+    std::map<std::string, std::string> environment;
+    std::string typed;  // what stands in the input stream
+    bool inIsTerminal = false;
+    bool outIsTerminal = false;
+    bool errIsTerminal = false;
+};
+
+}  // namespace relay::test

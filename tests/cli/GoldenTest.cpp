@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+//
+// Every folder under golden/ is a case: home/ is copied into a fresh home, then the commands of the file
+// "transcript" run in it, and what they say must be what stands there. In a transcript "$" begins a command,
+// "| " a line of results, "! " a line of messages, "= " an exit code other than 0. Double quotes hold an
+// argument together; \n, \r and \xNN stand for bytes. HOME is the home's path. Two commands belong to the
+// transcript alone: "cat FILE" shows a file, line ends as written, and "mode FILE" its permissions.
+// With RELAY_GOLDEN_UPDATE set the transcripts are written instead.
+#include "CommandLineFixture.h"
+#include "core/Text.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sstream>
+#include <sys/stat.h>
+
+namespace relay::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string readAll(const fs::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    std::ostringstream bytes;
+    bytes << stream.rdbuf();
+    return bytes.str();
+}
+
+std::vector<std::string> splitArguments(const std::string& line) {
+    std::vector<std::string> arguments;
+    bool quoted = false;
+    bool inside = false;
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        if (line[i] == ' ' && !quoted) {
+            inside = false;
+            continue;
+        }
+        if (!inside) arguments.emplace_back();
+        inside = true;
+        if (line[i] == '"') {
+            quoted = !quoted;
+        } else if (line[i] == '\\' && line[i + 1] == 'x') {
+            arguments.back() += static_cast<char>(std::stoi(line.substr(i + 2, 2), nullptr, 16));
+            i += 3;
+        } else if (line[i] == '\\') {
+            arguments.back() += line[++i] == 'n' ? '\n' : '\r';
+        } else {
+            arguments.back() += line[i];
+        }
+    }
+    return arguments;
+}
+
+std::string prefixed(const std::string& prefix, const std::string& text) {
+    std::istringstream lines(text);
+    std::string result;
+    for (std::string line; std::getline(lines, line);) result += prefix + line + "\n";
+    return result;
+}
+
+CommandResult perform(CommandLineFixture& fixture, std::vector<std::string> arguments) {
+    if (arguments.at(0) == "cat")
+        return {0, replaceAll(fixture.home.read(arguments.at(1)), "\r\n", "<CRLF>\n"), {}};
+    if (arguments.at(0) == "mode") {
+        struct stat status {};
+        ::stat(fixture.home.path(arguments.at(1)).c_str(), &status);
+        std::ostringstream octal;
+        octal << std::oct << (status.st_mode & 07777) << '\n';
+        return {0, octal.str(), {}};
+    }
+    for (std::string& argument : arguments)
+        argument = replaceAll(argument, "HOME", fixture.home.paths().AppPath);
+    return fixture.run(arguments);
+}
+
+std::string play(CommandLineFixture& fixture, const std::string& transcript) {
+    std::istringstream lines(transcript);
+    std::string played;
+    for (std::string line; std::getline(lines, line);) {
+        if (line.starts_with('#')) played += line + "\n";
+        if (!line.starts_with("$ ")) continue;
+        const CommandResult result = perform(fixture, splitArguments(line.substr(2)));
+        played += line + "\n" + prefixed("| ", result.out) + prefixed("! ", result.err);
+        if (result.code != 0) played += "= " + std::to_string(result.code) + "\n";
+    }
+    return replaceAll(played, fixture.home.paths().AppPath, "HOME");
+}
+
+class CommandLineGolden : public testing::TestWithParam<std::string> {};
+
+}  // namespace
+
+TEST_P(CommandLineGolden, SaysWhatTheTranscriptSays) {
+    const fs::path folder = fs::path(TEST_FOLDER) / "golden" / GetParam();
+    CommandLineFixture fixture;
+    if (fs::exists(folder / "home"))
+        fs::copy(folder / "home", fixture.home.path(""), fs::copy_options::recursive);
+    const std::string transcript = readAll(folder / "transcript");
+    ASSERT_NE(transcript.find("$ "), std::string::npos);
+    const std::string played = play(fixture, transcript);
+    if (std::getenv("RELAY_GOLDEN_UPDATE") != nullptr) {
+        std::ofstream(folder / "transcript", std::ios::binary) << played;
+        return;
+    }
+    EXPECT_EQ(played, transcript);
+}
+
+INSTANTIATE_TEST_SUITE_P(Folders, CommandLineGolden, testing::ValuesIn([] {
+                             std::vector<std::string> names;
+                             for (const fs::directory_entry& entry :
+                                  fs::directory_iterator(fs::path(TEST_FOLDER) / "golden"))
+                                 names.push_back(entry.path().filename().string());
+                             return names;
+                         }()),
+                         [](const auto& param) { return param.param; });
+
+}  // namespace relay::test

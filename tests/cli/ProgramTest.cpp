@@ -1,0 +1,206 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+//
+// The program as a process: signals, streams and exit codes.
+#include "practice/PracticeWeb.h"
+#include "support/TestHome.h"
+
+#include <QProcess>
+
+#include <csignal>
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+#include <sys/types.h>
+
+namespace relay::test {
+
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+class ProgramTest : public testing::Test {
+  protected:
+    void SetUp() override {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("KORVEL_RELAY_HOME"),
+                           QString::fromStdString(m_home.paths().AppPath));
+        environment.insert(QStringLiteral("KORVEL_RELAY_DATA"), QStringLiteral(RELAY_DATA_FOLDER));
+        m_process.setProcessEnvironment(environment);
+    }
+    void TearDown() override {
+        if (m_process.state() == QProcess::NotRunning) return;
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+
+    // Through the shell, so that a case can redirect streams: "$PROGRAM" stands for the program.
+    void startShell(const std::string& script) {
+        QProcessEnvironment environment = m_process.processEnvironment();
+        environment.insert(QStringLiteral("PROGRAM"), QStringLiteral(RELAY_CLI_PROGRAM));
+        m_process.setProcessEnvironment(environment);
+        m_process.start(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), QString::fromStdString(script)});
+    }
+    int run(const std::string& script) {
+        startShell(script);
+        return finish();
+    }
+    void startProgram(const QStringList& arguments) {
+        m_process.start(QStringLiteral(RELAY_CLI_PROGRAM), arguments);
+    }
+    int finish() {
+        EXPECT_TRUE(m_process.waitForFinished());
+        EXPECT_EQ(m_process.exitStatus(), QProcess::NormalExit);
+        m_out += m_process.readAllStandardOutput().toStdString();
+        m_err += m_process.readAllStandardError().toStdString();
+        return m_process.exitCode();
+    }
+    bool waitForOutput(const std::string& text) {
+        while (m_out.find(text) == std::string::npos) {
+            if (!m_process.waitForReadyRead()) return false;
+            m_out += m_process.readAllStandardOutput().toStdString();
+        }
+        return true;
+    }
+    void signal(int number) { ::kill(static_cast<pid_t>(m_process.processId()), number); }
+
+    // A website, one engine that answers and two that never do.
+    QStringList stuckSubmission() {
+        m_web.start();
+        m_home.write("data/catkws.dat", "[General For All Links]\r\nEND\r\n");
+        std::string engines;
+        for (const char* outcome : {"submit", "never", "stall"})
+            engines += std::string("Name=") + outcome +
+                       "\r\nType=ENG\r\nCategory=N\r\nMethod=POST\r\nAction=" + m_web.address() +
+                       "/engines/x/" + outcome + "\r\nQuery=u=<URL>\r\n";
+        m_home.write("data/krveng5.dat", engines);
+        m_home.write("site.kws",
+                     "[Web Site Info]\r\nVersion=6.0\r\nLastURL=2\r\n[URL]\r\nURL1=http://a.test/\r\n"
+                     "URL2=http://b.test/\r\n");
+        return {QStringLiteral("submit"), QStringLiteral("--json"), QStringLiteral("--all"),
+                QStringLiteral("--website"), QString::fromStdString(m_home.path("site.kws"))};
+    }
+
+    TestHome m_home;
+    PracticeWeb m_web;
+    QProcess m_process;
+    std::string m_out;
+    std::string m_err;
+};
+
+}  // namespace
+
+TEST_F(ProgramTest, CtrlCStopsARunAsTheStopButtonDoes) {
+    for (const int number : {SIGINT, SIGTERM}) {
+        SCOPED_TRACE(number);
+        m_out.clear();
+        if (number == SIGINT) stuckSubmission();
+        startProgram({QStringLiteral("submit"), QStringLiteral("--json"), QStringLiteral("--all"),
+                      QStringLiteral("--website"), QString::fromStdString(m_home.path("site.kws"))});
+        ASSERT_TRUE(waitForOutput("\"engine\":\"submit\""));
+        signal(number);
+        EXPECT_EQ(finish(), 130);
+        const std::string last = m_out.substr(m_out.rfind('\n', m_out.size() - 2) + 1);
+        const nlohmann::json done = nlohmann::json::parse(last);
+        EXPECT_EQ(done["event"], "done");
+        EXPECT_EQ(done["success"], 1);
+        EXPECT_EQ(done["cancelled"], 2);
+        const std::size_t report = m_out.find("\"event\":\"report\"");
+        ASSERT_NE(report, std::string::npos);
+        const std::size_t line = m_out.rfind('\n', report) + 1;
+        const auto written = nlohmann::json::parse(m_out.substr(line, m_out.find('\n', line) - line));
+        EXPECT_EQ(written["url"], "http://a.test/");
+        EXPECT_TRUE(std::filesystem::exists(written["path"].get<std::string>()));
+    }
+    EXPECT_THAT(m_home.read("site.kws"), HasSubstr("LastReport=2\r\n"));
+}
+
+TEST_F(ProgramTest, ASecondCtrlCLeavesAtOnce) {
+    startProgram(stuckSubmission());
+    ASSERT_TRUE(waitForOutput("\"engine\":\"submit\""));
+    signal(SIGINT);
+    signal(SIGTERM);  // another number, so that the system cannot make one of the two
+    EXPECT_EQ(finish(), 130);
+    EXPECT_EQ(m_out.find("\"event\":\"done\""), std::string::npos);
+}
+
+TEST_F(ProgramTest, ThePracticeWebServesUntilItIsStoppedAndIsFoundThroughTheHome) {
+    startProgram({QStringLiteral("practice")});
+    ASSERT_TRUE(waitForOutput("\n"));
+    EXPECT_THAT(m_out, StartsWith("http://127.0.0.1:"));
+    const std::string address = m_out.substr(0, m_out.size() - 2);
+    EXPECT_EQ(m_home.read("practice.addr"), address + "\n");
+
+    QProcess install;
+    install.setProcessEnvironment(m_process.processEnvironment());
+    install.start(QStringLiteral(RELAY_CLI_PROGRAM),
+                  {QStringLiteral("engines"), QStringLiteral("install"), QStringLiteral("--practice")});
+    ASSERT_TRUE(install.waitForFinished());
+    EXPECT_EQ(install.exitCode(), 0) << install.readAllStandardError().toStdString();
+    EXPECT_THAT(m_home.read("data/krveng5.dat"), HasSubstr("Action=" + address + "/"));
+
+    signal(SIGTERM);
+    EXPECT_EQ(finish(), 130);
+    EXPECT_FALSE(std::filesystem::exists(m_home.path("practice.addr")));
+
+    // A practice web that was killed leaves its address behind; nobody answers there any more.
+    m_home.write("practice.addr", address + "\n");
+    EXPECT_EQ(run("\"$PROGRAM\" engines install --practice --replace"), 3);
+    EXPECT_THAT(m_err, HasSubstr("does not answer"));
+}
+
+TEST_F(ProgramTest, ResultsThatNobodyGotAreAFailure) {
+    EXPECT_EQ(run("\"$PROGRAM\" engines install"), 0);
+    const struct {
+        const char* script;
+        int code;
+        const char* words;
+    } cases[] = {
+        {"\"$PROGRAM\" engines list > /dev/full", 3,
+         "The results could not be written: No space left on device"},
+        {"\"$PROGRAM\" engines list --json > /dev/full", 3,
+         "The results could not be written: No space left"},
+        {"\"$PROGRAM\" --help > /dev/full", 3, "The results could not be written"},
+        {"\"$PROGRAM\" engines list >&-", 3, "The results could not be written: Bad file descriptor"},
+        {"\"$PROGRAM\" engines list <&- >/dev/null 2>&-", 0, ""},
+        {"{ \"$PROGRAM\" engines list; echo $? >&2; } | true", 0, "3\n"},  // quiet about a reader who left
+    };
+    for (const auto& given : cases) {
+        SCOPED_TRACE(given.script);
+        m_out.clear();
+        m_err.clear();
+        EXPECT_EQ(run(given.script), given.code);
+        EXPECT_THAT(m_err, StartsWith(given.words));
+        EXPECT_THAT(m_out, IsEmpty());
+    }
+}
+
+TEST_F(ProgramTest, TheStarterCatalogueStandsUpToItsOwnCheck) {
+    EXPECT_EQ(run("\"$PROGRAM\" --quiet engines install && \"$PROGRAM\" engines check"), 0) << m_out << m_err;
+    EXPECT_THAT(m_err, EndsWith("Nothing found.\n"));
+}
+
+TEST_F(ProgramTest, TwoProgramsAtOnceLoseNothing) {
+    const std::string script = "cd " + m_home.path("") +
+                               " && \"$PROGRAM\" website set s.kws Title=x && for i in 1 2 3 4 5 6; do " +
+                               "\"$PROGRAM\" website add-url s.kws http://a.test/$i & \"$PROGRAM\" website "
+                               "set s.kws Fax=$i & done; wait";
+    EXPECT_EQ(run(script), 0) << m_err;
+    const std::string file = m_home.read("s.kws");
+    EXPECT_THAT(file, HasSubstr("LastURL=6\r\n"));
+    for (int i = 1; i <= 6; ++i) EXPECT_THAT(file, HasSubstr("=http://a.test/" + std::to_string(i) + "\r\n"));
+}
+
+TEST_F(ProgramTest, ALinkInTheHomeIsReplacedAndNeverWrittenThrough) {
+    const std::string precious =
+        m_home.write("elsewhere/precious.kws", "[Web Site Info]\r\nTitle=Precious\r\n");
+    std::filesystem::create_symlink(precious, m_home.path("site.kws"));
+    EXPECT_EQ(run("\"$PROGRAM\" website set " + m_home.path("site.kws") + " Title=New"), 0);
+    EXPECT_EQ(m_home.read("elsewhere/precious.kws"), "[Web Site Info]\r\nTitle=Precious\r\n");
+    EXPECT_THAT(m_home.read("site.kws"), HasSubstr("Title=New"));
+}
+
+}  // namespace relay::test
