@@ -82,15 +82,15 @@ void frmEnginePanel::connectLists() {
     connect(m_ui->lsvEngines, &ListView::deletePressed, this, [this] { m_selection->deleteListedEngines(); });
     connect(m_ui->lsvSelectedEngines, &ListView::deletePressed, this,
             [this] { m_selection->EngineRemove(false); });
-    connect(m_ui->txtFindEngines, &QLineEdit::returnPressed, this, [this] {
-        m_selection->findEnginesByKeyword(fromScreen(m_ui->txtFindEngines->text()));
-    });
+    connect(m_ui->txtFindEngines, &QLineEdit::returnPressed, this,
+            [this] { m_selection->findEnginesByKeyword(fromScreen(m_ui->txtFindEngines->text())); });
 }
 
 void frmEnginePanel::connectButtons() {
     const auto button = [this](QPushButton* push, ListView* list, void (EngineSelection::*operation)(bool),
                                bool all) {
-        connect(push, &QPushButton::clicked, this, [this, operation, all] { (m_selection->*operation)(all); });
+        connect(push, &QPushButton::clicked, this,
+                [this, operation, all] { (m_selection->*operation)(all); });
         // The same command on the list's own menu.
         auto* action = new QAction(push->icon(), push->text(), this);
         connect(action, &QAction::triggered, push, &QPushButton::click);

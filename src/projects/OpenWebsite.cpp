@@ -6,6 +6,8 @@
 #include "catalogue/EngineSelection.h"
 #include "projects/WebsitePanel.h"
 
+#include <functional>
+
 namespace relay {
 
 OpenWebsite::OpenWebsite(Categories& categories, EngineLists& engines, EngineSelection& selection,
@@ -43,6 +45,26 @@ void OpenWebsite::clearWebsiteFields() {
     m_selection.EngineRemove(true);
     m_categories.lstMainCategory.clearHighlights();
     m_categories.lstCategory.clear();
+}
+
+std::size_t OpenWebsite::fingerprint() {
+    takeSelectedCategory();
+    std::size_t result = 0;
+    const auto add = [&result](std::string_view text) {
+        result = result * 1099511628211u + std::hash<std::string_view>()(text) + text.size();
+    };
+    for (const std::string* text :
+         {&fields.txtSiteTitle, &fields.txtSiteKeywords, &fields.txtSiteDescription, &fields.cboWebType,
+          &fields.cboLanguage, &fields.mainCategory, &fields.category, &fields.txtCustomCategory})
+        add(*text);
+    for (const ContactField& contact : kContactFields) add(fields.*contact.field);
+    add(fields.chkBlockFFA == 0 ? "0" : "1");
+    for (int i = 0; i < fields.lsvSiteURLs.count(); ++i) {
+        const RowView row = fields.lsvSiteURLs.at(i);
+        add(row.text);
+        add(row.tag);
+    }
+    return result;
 }
 
 bool OpenWebsite::DeleteReportFile(const std::string& path) {

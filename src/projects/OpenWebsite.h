@@ -28,6 +28,8 @@ class OpenWebsite final {
     // Resets the panel, the category lists and the selection of engines.
     void clearWebsiteFields();
     bool DeleteReportFile(const std::string& path);
+    // Two numbers of this differ when something that a save writes was changed between them.
+    std::size_t fingerprint();
 
     // The selected rows of the category lists into the fields, from where the file is written and the check
     // before saving reads them.

@@ -106,6 +106,7 @@ void ProjectDesk::showWebsite(ProjectNode& node) {
         m_partlyLoaded = !m_website.loadWebsiteFile(m_WebFile);
     else if (!isNew || m_preference.DontClearFields == 0)
         m_website.clearWebsiteFields();
+    m_shownFields = m_website.fingerprint();
     Q_EMIT websiteChanged();
 }
 
@@ -120,19 +121,18 @@ bool ProjectDesk::autoSave() {
         return true;
     }
     ProjectNode& node = *m_CurrentNode;
-    const std::string about = node.isWebsite() ? node.tag : node.key;
     try {
         if (node.isWebsite() && !m_partlyLoaded) autoSaveWebsite(node);
         if (node.isProject()) autoSaveProject(node);
-        m_toldOf.clear();
+        m_toldOfFailure = false;
         return true;
     } catch (const std::exception& failure) {
         const std::string words = std::string("autoSave_Error: ") + failure.what();
-        if (std::exchange(m_toldOf, about) == about)
+        if (std::exchange(m_toldOfFailure, true))
             m_prompts.status(words);
         else
             m_prompts.message(words, "Error", Icon::Critical);
-        return false;
+        return node.isWebsite() && m_website.fingerprint() == m_shownFields;
     }
 }
 
@@ -168,6 +168,7 @@ void ProjectDesk::autoSaveWebsite(ProjectNode& website) {
         placeFile(website, path);
     }
     m_website.save(path);
+    m_shownFields = m_website.fingerprint();
 }
 
 void ProjectDesk::saveProjectDescription() {

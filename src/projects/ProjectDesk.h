@@ -54,8 +54,8 @@ class ProjectDesk final : public QObject {
     void loadProject();
     // Saves first; false, with the panel as it was, when that failed.
     bool nodeClick(ProjectNode& node);
-    // Saves what the current node's panel holds. False when it failed; the user is told once of each file,
-    // and in the status bar from then on.
+    // Saves what the current node's panel holds. False when that failed and something typed would be lost.
+    // The user is told of the first failure, and in the status bar of those that follow it.
     bool autoSave();
 
     void NewProjectAndWeb(NewNode kind);
@@ -112,7 +112,8 @@ class ProjectDesk final : public QObject {
     ProjectNode* m_CurrentNode = nullptr;
     std::string m_CurrentNodeText;
     std::string m_WebFile;
-    std::string m_toldOf;  // the file that could not be saved, of which the user knows
+    std::size_t m_shownFields = 0;  // fingerprint of the website as it was shown or saved last
+    bool m_toldOfFailure = false;
     bool m_SkipNextAutoSave = false;
     bool m_AutoSaveArmed = true;
     bool m_partlyLoaded = false;     // the panel holds a file that could not be read to its end

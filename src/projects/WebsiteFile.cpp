@@ -155,6 +155,7 @@ void writeWebsite(IniFile& file, const WebsiteFields& fields, const CustomEngine
 }
 
 void writeUrls(IniFile& file, const Rows& urls) {
+    toInt16(urls.count());
     for (int i = 1; i <= urls.count(); ++i) {
         const RowView row = urls.at(i - 1);
         file.setValue(kUrlSection, numbered("URL", i), row.text);

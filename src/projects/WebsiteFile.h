@@ -55,7 +55,8 @@ class WebsiteFile final {
 std::string removeCrLf(std::string_view text);
 // The website's fields into the document, keys of a new file in their settled order.
 void writeWebsite(IniFile& file, const WebsiteFields& fields, const CustomEngines& customEngines);
-// URL<i>, LocalFile<i> and LastURL.
+// URL<i>, LocalFile<i> and LastURL. Throws Failure "Overflow", with nothing changed, beyond the 16 bits in
+// which LastURL is read.
 void writeUrls(IniFile& file, const Rows& urls);
 // The file's URLs behind the rows that are there; duplicates and empty entries are passed over.
 void readUrls(const IniFile& file, Rows& urls);

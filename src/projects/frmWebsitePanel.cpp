@@ -103,7 +103,7 @@ void frmWebsitePanel::addUrlCommands() {
 void frmWebsitePanel::setChoices(const std::vector<std::string>& webTypes,
                                  const std::vector<std::string>& languages,
                                  const std::vector<std::string>& countries) {
-    const auto fill = [](QComboBox* box, const std::vector<std::string>& choices) {
+    const auto fill = [this](QComboBox* box, const std::vector<std::string>& choices) {
         const QSignalBlocker quiet(box);
         const QString text = box->currentText();
         box->clear();

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/Options.h"
+
+#include <QCommandLineParser>
+#include <QFile>
+
+namespace relay {
+
+namespace {
+constexpr int kWrongUsage = 2;
+}
+
+Options readOptions(const QStringList& arguments) {
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        QStringLiteral("Workbench with which a webmaster promotes web sites.\n\n"
+                       "  /D  write a trace of what is sent and received to the log\n"
+                       "  /U  let report rows lead to the engines' own submission pages"));
+    const QCommandLineOption home(QStringLiteral("home"), QStringLiteral("Keep everything in <folder>."),
+                                  QStringLiteral("folder"));
+    const QCommandLineOption help(QStringLiteral("help"), QStringLiteral("Show this help."));
+    const QCommandLineOption version(QStringLiteral("version"), QStringLiteral("Show the version."));
+    parser.addOptions({home, help, version});
+    Options options;
+    options.commandLine = QFile::encodeName(arguments.join(QLatin1Char(' '))).toStdString();
+    if (!parser.parse(QStringList{QStringLiteral("korvel-relay")} + arguments)) {
+        options.answer = parser.errorText();
+        options.exitCode = kWrongUsage;
+    } else if (parser.isSet(version)) {
+        options.answer = QStringLiteral("korvel-relay " RELAY_VERSION);
+    } else if (parser.isSet(help)) {
+        options.answer = parser.helpText();
+    }
+    options.home = QFile::encodeName(parser.value(home)).toStdString();
+    return options;
+}
+
+}  // namespace relay

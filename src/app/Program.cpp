@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/Program.h"
+
+#include "core/Failure.h"
+#include "core/Prompts.h"
+#include "core/Text.h"
+#include "core/Trap.h"
+#include "core/frmPreference.h"
+#include "core/frmSplash.h"
+#include "widgets/Forms.h"
+
+#include <QApplication>
+#include <QScreen>
+
+namespace relay {
+
+namespace {
+constexpr std::string_view kWindowSection = "Window";
+constexpr std::string_view kSplitterKey = "Splitter";
+
+// The folder of the files that are installed with the program; empty when there is none.
+std::string installedDataFolder() {
+    if (const QByteArray chosen = qgetenv("KORVEL_RELAY_DATA"); !chosen.isEmpty())
+        return chosen.toStdString();
+    const std::string beside =
+        QCoreApplication::applicationDirPath().toStdString() + "/../share/korvel-relay";
+    for (const std::string& place :
+         {beside, std::string(RELAY_SOURCE_DATA_FOLDER), std::string(RELAY_INSTALLED_DATA_FOLDER)}) {
+        if (fileExists(place + "/country.kws")) return place;
+    }
+    return {};
+}
+
+// Whether enough of the window's upper edge lies on a screen to take hold of it.
+bool isReachable(const QWidget& window) {
+    constexpr QSize kHandle(80, 24);
+    const QRect edge(window.pos(), QSize(window.width(), kHandle.height()));
+    const QList<QScreen*> screens = QGuiApplication::screens();
+    return std::any_of(screens.begin(), screens.end(), [&](const QScreen* screen) {
+        const QRect seen = screen->availableGeometry().intersected(edge);
+        return seen.width() >= kHandle.width() && seen.height() >= kHandle.height() / 2;
+    });
+}
+}  // namespace
+
+Program::Program(Paths paths, const std::string& commandLine, const Clock& clock, Prompts& prompts)
+    : m_paths(std::move(paths)),
+      m_prompts(prompts),
+      m_log(m_paths.inApp("Error.log"), clock, commandLine),
+      m_settings(m_paths.settingsFile),
+      m_preference(m_paths, m_settings, m_log, prompts),
+      m_main(m_paths, m_preference, m_log, prompts),
+      m_startUp(m_paths, m_main, m_preference, m_settings, m_log, prompts, startUpScreens()) {}
+
+Program::~Program() = default;
+
+StartUpScreens Program::startUpScreens() {
+    StartUpScreens screens;
+    screens.closeSplash = [this] { closeSplash(); };
+    screens.showPreference = [this] { frmPreference(m_preference, m_settings, m_prompts).exec(); };
+    return screens;
+}
+
+void Program::closeSplash() {
+    if (m_splash) m_splash->close();
+    if (std::exchange(m_busy, false)) m_prompts.busy(false);
+}
+
+// A home that cannot be prepared is told and used all the same: what is there can still be read.
+void Program::prepare() {
+    try {
+        prepareHome(m_paths, installedDataFolder());
+    } catch (const Failure& failure) {
+        m_log.WriteErrorLog(failure.what());
+        m_prompts.message(failure.what(), kApplication, Icon::Critical);
+    }
+}
+
+void Program::start() {
+    m_splash = std::make_unique<frmSplash>();
+    m_splash->show();
+    QCoreApplication::processEvents();
+    m_busy = true;
+    m_prompts.busy(true);
+    prepare();
+    if (!m_preference.GetSettings()) m_log.WriteErrorLog("GetSettings Error.\r\n");
+    m_main.engineCategories.closeSplash = [this] { closeSplash(); };
+    m_main.engineLoader.closeSplash = [this] { closeSplash(); };
+
+    m_window = std::make_unique<frmMain>(MainParts{m_paths, m_preference, m_settings, m_prompts, m_main});
+    m_window->closeAllowed = [this] { return leave(); };
+    placeWindow();
+    m_startUp.run();
+    closeSplash();
+    m_window->showCatalogue();
+    m_window->show();
+    // Taken as told first; only a window nobody could get hold of is brought back.
+    if (!m_window->isMaximized() && !isReachable(*m_window)) CenterForm(*m_window);
+}
+
+void Program::placeWindow() {
+    const std::string told = m_settings.value(kApplication, "Preference", "MainFormPos");
+    const std::optional<WindowPosition> place = parseWindowPosition(told);
+    if (place && !m_window->isMaximized() && !m_window->isMinimized()) {
+        m_window->move(qRound(place->left), qRound(place->top));
+        m_window->resize(qRound(place->width), qRound(place->height));
+    }
+    m_window->setSplitterPlace(leadingInteger(m_settings.value(kApplication, kWindowSection, kSplitterKey)));
+}
+
+bool Program::leave() {
+    if (!m_startUp.confirmExit()) return false;
+    const bool normal = !m_window->isMaximized() && !m_window->isMinimized();
+    const QPoint corner = normal ? m_window->pos() : m_window->normalGeometry().topLeft();
+    const QSize size = normal ? m_window->size() : m_window->normalGeometry().size();
+    m_settings.setValue(kApplication, kWindowSection, kSplitterKey,
+                        std::to_string(m_window->splitterPlace()));
+    trap(m_prompts, "Save_Setting_Error: ", [&] {
+        m_startUp.finish(
+            windowPositionText({static_cast<double>(corner.x()), static_cast<double>(corner.y()),
+                                static_cast<double>(size.width()), static_cast<double>(size.height())}));
+    });
+    return true;
+}
+
+void Program::showStatus(const QString& text) {
+    if (m_window) m_window->showStatus(text);
+}
+
+void Program::bringToFront() {
+    if (!m_window) return;
+    if (m_window->isMinimized()) m_window->showNormal();
+    m_window->show();
+    m_window->raise();
+    m_window->activateWindow();
+    QApplication::alert(m_window.get());
+}
+
+}  // namespace relay

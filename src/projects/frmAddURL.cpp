@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "projects/frmAddURL.h"
+
+#include "core/ScreenText.h"
+#include "projects/UrlsFromFolder.h"
+#include "ui_frmAddURL.h"
+#include "widgets/Forms.h"
+
+#include <QDir>
+#include <QFileSystemModel>
+#include <QStandardPaths>
+#include <QStorageInfo>
+
+namespace relay {
+
+frmAddURL::frmAddURL(Rows& urls, Prompts& prompts, const std::string& folder, QWidget* parent)
+    : QDialog(parent),
+      m_ui(std::make_unique<Ui::frmAddURL>()),
+      m_folders(new QFileSystemModel(this)),
+      m_urls(urls),
+      m_prompts(prompts) {
+    m_ui->setupUi(this);
+    m_ui->txtDomain->setText(toScreen(FolderChoice().txtDomain));
+    m_folders->setFilter(QDir::Dirs | QDir::NoDotAndDotDot);
+    m_folders->setRootPath(QDir::rootPath());
+    m_ui->Dir1->setModel(m_folders);
+    for (int column = 1; column < m_folders->columnCount(); ++column) m_ui->Dir1->hideColumn(column);
+    fillDrives(toScreen(folder));
+    showFolders(toScreen(folder));
+    connect(m_ui->Drive1, &QComboBox::activated, this,
+            [this](int index) { showFolders(m_ui->Drive1->itemData(index).toString()); });
+    connect(m_ui->Command1_0, &QPushButton::clicked, this, &frmAddURL::accept);
+    connect(m_ui->Command1_1, &QPushButton::clicked, this, &frmAddURL::reject);
+    CenterForm(*this);
+}
+
+frmAddURL::~frmAddURL() = default;
+
+// What a drive list offers where there are no drive letters: the starting folder, the user's own folders and
+// the mounted media.
+void frmAddURL::fillDrives(const QString& folder) {
+    m_ui->Drive1->addItem(tr("Program data"), folder);
+    m_ui->Drive1->addItem(tr("Home"), QDir::homePath());
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    if (documents != QDir::homePath() && QDir(documents).exists())
+        m_ui->Drive1->addItem(tr("Documents"), documents);
+    m_ui->Drive1->addItem(QDir::rootPath(), QDir::rootPath());
+    for (const QStorageInfo& volume : QStorageInfo::mountedVolumes()) {
+        const QString path = volume.rootPath();
+        const bool isMedium = path.startsWith(QStringLiteral("/media/")) ||
+                              path.startsWith(QStringLiteral("/run/media/")) ||
+                              path.startsWith(QStringLiteral("/mnt/"));
+        if (isMedium) m_ui->Drive1->addItem(path, path);
+    }
+}
+
+void frmAddURL::showFolders(const QString& folder) {
+    const QModelIndex index = m_folders->index(folder);
+    m_ui->Dir1->setCurrentIndex(index);
+    m_ui->Dir1->expand(index);
+    m_ui->Dir1->scrollTo(index, QAbstractItemView::PositionAtTop);
+}
+
+void frmAddURL::accept() {
+    FolderChoice choice;
+    choice.txtDomain = fromScreen(m_ui->txtDomain->text());
+    choice.html = m_ui->chkExtention_0->isChecked();
+    choice.asp = m_ui->chkExtention_1->isChecked();
+    choice.cgi = m_ui->chkExtention_2->isChecked();
+    choice.chkSubDirectory = m_ui->chkSubDirectory->isChecked();
+    choice.folder = fromScreen(m_folders->filePath(m_ui->Dir1->currentIndex()));
+    if (addURLFromFolder(m_urls, choice, m_prompts))
+        QDialog::accept();
+    else
+        m_ui->txtDomain->setFocus(Qt::OtherFocusReason);
+}
+
+}  // namespace relay

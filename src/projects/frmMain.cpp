@@ -1,0 +1,192 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "projects/frmMain.h"
+
+#include "core/ScreenText.h"
+#include "core/clsPreference.h"
+#include "projects/QuickStart.h"
+#include "projects/clsMain.h"
+#include "ui_frmMain.h"
+#include "widgets/Forms.h"
+#include "widgets/IconTheme.h"
+
+#include <QCloseEvent>
+#include <QSignalBlocker>
+
+namespace relay {
+
+namespace {
+constexpr int kUsualTreeWidth = 250;
+
+struct CommandIcon final {
+    const char* command;
+    const char* icon;
+};
+
+constexpr CommandIcon kCommandIcons[] = {
+    {"NewProject", "NewProject"},
+    {"NewWeb", "NewWeb"},
+    {"Save", "Save"},
+    {"Engines", "Engines"},
+    {"Submit", "Submit"},
+    {"MetaTag", "MetaTag"},
+    {"Optimizer", "Optimizer"},
+    {"Ranking", "Ranking"},
+    {"Search", "Search"},
+    {"News", "News"},
+    {"mnuFileItems_0", "NewProject"},
+    {"mnuFileItems_1", "Remove"},
+    {"mnuFileItems_3", "NewWeb"},
+    {"mnuFileItems_4", "RemoveWeb"},
+    {"mnuFileItems_6", "AddWebsite"},
+    {"mnuFileItems_7", "Save"},
+    {"mnuFileItems_8", "SaveAs"},
+    {"mnuFileItems_12", "UpdateEngines"},
+    {"mnuFileItems_13", "Configuration"},
+    {"mnuFileItems_15", "Exit"},
+    {"mnuImportItems_0", "Import"},
+    {"mnuImportItems_2", "Import"},
+    {"mnuEngineItems_0", "Save"},
+    {"mnuEngineItems_1", "Open"},
+    {"mnuEngineItems_3", "Top"},
+    {"mnuEngineItems_4", "Custom"},
+    {"mnuEngineItems_6", "Failed"},
+    {"mnuEngineItems_8", "Export"},
+    {"mnuToolsItems_0", "MetaTag"},
+    {"mnuToolsItems_1", "Optimizer"},
+    {"mnuToolsItems_2", "Ranking"},
+    {"mnuToolsItems_3", "Search"},
+    {"mnuToolsItems_5", "Doorway"},
+    {"mnuToolsItems_6", "Keyword"},
+    {"mnuToolsItems_7", "FTP"},
+    {"mnuToolsItems_9", "EngineBuilder"},
+    {"mnuAddInsItems_0", "AddIn"},
+    {"mnuHelpItems_0", "Help"},
+    {"mnuHelpItems_6", "Web"},
+    {"mnuHelpItems_7", "UpdateEngines"},
+    {"mnuHelpItems_8", "Support"},
+    {"mnuHelpItems_10", "About"},
+    {"mnuPopupItems_10", "Rename"},
+};
+
+// One line of the quick start text, with the words that name a command as a link to it.
+QString toHtml(const QuickStartLine& line) {
+    QString html = toScreen(line.text).toHtmlEscaped();
+    if (line.command.empty()) return html;
+    const QString words = toScreen(line.named).toHtmlEscaped();
+    return html.replace(words, QStringLiteral("<a href=\"%1\">%2</a>").arg(toScreen(line.command), words));
+}
+}  // namespace
+
+frmMain::frmMain(const MainParts& parts, QWidget* parent)
+    : QMainWindow(parent), m_ui(std::make_unique<Ui::frmMain>()), m_parts(parts) {
+    m_ui->setupUi(this);
+    drawIcons();
+    makeToolbarReachable();
+    m_ui->SSTab1->connectTo(parts.main.website.fields, parts.main.categories);
+    m_ui->SSTab3->connectTo(parts.main.engines, parts.main.selection, !parts.preference.refusesAdultSites());
+    setSplitterPlace(0);
+    showQuickStart();
+    connectToolbar();
+    connectMenus();
+    connectWebsitePanel();
+    connectTree();
+    connect(&parts.main.desk, &ProjectDesk::panelsChanged, this, &frmMain::showPanels);
+    connect(&parts.main.desk, &ProjectDesk::websiteChanged, this, &frmMain::showWebsite);
+    showPanels();
+    CenterForm(*this);
+}
+
+frmMain::~frmMain() = default;
+
+void frmMain::drawIcons() {
+    for (const CommandIcon& entry : kCommandIcons) {
+        if (QAction* action = command(QString::fromLatin1(entry.command)); action != nullptr)
+            action->setIcon(themedIcon(entry.icon));
+    }
+    m_ui->mnuFileItems_10->setIcon(themedIcon("Import"));
+    QFont large = font();
+    large.setPointSizeF(large.pointSizeF() * 1.35);
+    large.setBold(true);
+    m_ui->lblProjectTitle->setFont(large);
+}
+
+// Toolbar buttons leave the focus alone by default, which keeps people without a mouse from them.
+void frmMain::makeToolbarReachable() {
+    for (QAction* action : m_ui->ToolbarMain->actions()) {
+        QWidget* const button = m_ui->ToolbarMain->widgetForAction(action);
+        if (button != nullptr && !action->isSeparator()) button->setFocusPolicy(Qt::TabFocus);
+    }
+}
+
+void frmMain::showQuickStart() {
+    QString html;
+    for (const QuickStartLine& line : quickStartLines()) {
+        const bool heading = line.text.ends_with(":");
+        const QString text = toHtml(line);
+        if (heading)
+            html += QStringLiteral("<p style=\"margin-top:14px; margin-bottom:4px\"><b>%1</b></p>").arg(text);
+        else if (!line.text.empty())
+            html += QStringLiteral("<p style=\"margin-top:7px; margin-bottom:7px\">%1</p>").arg(text);
+    }
+    m_ui->lblQuickStartTips->setText(html);
+    m_ui->lblQuickStartTips->setMargin(12);
+    connect(m_ui->lblQuickStartTips, &QLabel::linkActivated, this, &frmMain::runQuickStartLink);
+}
+
+void frmMain::showCatalogue() {
+    const clsMain& main = m_parts.main;
+    m_ui->SSTab1->setChoices(main.webTypes(), clsMain::languages(), main.countries.cboCountry);
+    m_ui->SSTab3->showTypeBoxes();
+    showWebsite();
+}
+
+void frmMain::showStatus(const QString& text) {
+    if (text.isEmpty())
+        m_ui->StatusBar1->clearMessage();
+    else
+        m_ui->StatusBar1->showMessage(text);
+}
+
+int frmMain::splitterPlace() const {
+    return m_ui->imgSpliter->sizes().value(0);
+}
+
+void frmMain::setSplitterPlace(int place) {
+    const int left = place > 0 ? place : kUsualTreeWidth;
+    m_ui->imgSpliter->setStretchFactor(0, 0);
+    m_ui->imgSpliter->setStretchFactor(1, 1);
+    m_ui->imgSpliter->setSizes({left, std::max(1, width() - left)});
+}
+
+void frmMain::showPanels() {
+    const PanelState& panels = m_parts.main.desk.panels();
+    m_ui->lblProjectTitle->setText(toScreen(panels.lblProjectTitle));
+    m_ui->fraSiteInfo->setTitle(
+        toScreen(panels.siteInfoCaption).replace(QLatin1Char('&'), QStringLiteral("&&")));
+    m_ui->fraSiteInfo->setVisible(panels.siteInfoVisible);
+    m_ui->lblQuickStartTips->setVisible(panels.quickStartVisible);
+    const QString description =
+        toScreen(panels.txtProjectDescr).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    if (m_ui->txtProjectDescr->toPlainText() != description) {
+        const QSignalBlocker quiet(m_ui->txtProjectDescr);
+        m_ui->txtProjectDescr->setPlainText(description);
+    }
+    QWidget* const shown = panels.panel == MainPanel::Website   ? static_cast<QWidget*>(m_ui->SSTab1)
+                           : panels.panel == MainPanel::Engines ? static_cast<QWidget*>(m_ui->SSTab3)
+                                                                : m_ui->SSTab2;
+    m_ui->panels->setCurrentWidget(shown);
+    enableCommands();
+}
+
+void frmMain::showWebsite() {
+    m_ui->SSTab1->showFields();
+}
+
+void frmMain::closeEvent(QCloseEvent* event) {
+    if (closeAllowed && !closeAllowed())
+        event->ignore();
+    else
+        event->accept();
+}
+
+}  // namespace relay

@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QMainWindow>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+class QAction;
+
+namespace relay {
+
+namespace Ui {
+class frmMain;
+}
+class Prompts;
+class SettingsStore;
+class clsMain;
+class clsPreference;
+struct Paths;
+struct ProjectNode;
+
+// The logic that the main window shows and drives; all of it outlives the window.
+struct MainParts final {
+    const Paths& paths;
+    clsPreference& preference;
+    SettingsStore& settings;
+    Prompts& prompts;
+    clsMain& main;
+};
+
+// The main window: the tree of projects at the left, the panel of the current node at the right, the toolbar,
+// the menus and the status bar.
+class frmMain final : public QMainWindow {
+    Q_OBJECT
+  public:
+    explicit frmMain(const MainParts& parts, QWidget* parent = nullptr);
+    ~frmMain() override;
+
+    // Asked when the window is about to close; false keeps it open. Empty: it closes.
+    std::function<bool()> closeAllowed;
+
+    // Brings the choices of the combo boxes and the captions of the type boxes up to date after a load.
+    void showCatalogue();
+    void showStatus(const QString& text);
+    // Where the border between tree and panel stands, in pixels from the left; 0 takes the usual place.
+    int splitterPlace() const;
+    void setSplitterPlace(int place);
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    // frmMain.cpp: building and showing
+    void drawIcons();
+    void showQuickStart();
+    void showPanels();
+    void showWebsite();
+    void makeToolbarReachable();
+
+    // frmMainCommands.cpp: toolbar, menus, website panel
+    void connectToolbar();
+    void connectMenus();
+    void connectWebsitePanel();
+    void enableCommands();
+    void runQuickStartLink(const QString& command);
+    void runUrlCommand(const QString& key);
+    void submit();
+    void configure();
+    void findEngines();
+    QAction* command(const QString& name) const;
+
+    // frmMainTree.cpp
+    void connectTree();
+    void nodeClicked(const QModelIndex& index);
+    void showCurrentNode(ProjectNode* node);
+    void editLabel(ProjectNode* node);
+    void renameFromEditor(const QString& key, const std::string& text);
+    void removeCurrentNode();
+    void showTreePopup(const QPoint& place);
+
+    std::unique_ptr<Ui::frmMain> m_ui;
+    MainParts m_parts;
+    bool m_showingNode = false;  // the tree's current row follows the desk, not the user
+    bool m_clickDone = false;    // the press already switched the panel
+};
+
+}  // namespace relay

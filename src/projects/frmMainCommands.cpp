@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The commands of the main window: toolbar, menus, and those of the website panel.
+#include "core/Paths.h"
+#include "core/Prompts.h"
+#include "core/ScreenText.h"
+#include "core/clsPreference.h"
+#include "core/frmAbout.h"
+#include "core/frmPreference.h"
+#include "projects/SiteCommands.h"
+#include "projects/UrlList.h"
+#include "projects/clsMain.h"
+#include "projects/frmAddURL.h"
+#include "projects/frmMain.h"
+#include "ui_frmMain.h"
+#include "widgets/ListView.h"
+
+#include <QShortcut>
+#include <QSignalBlocker>
+
+namespace relay {
+
+namespace {
+constexpr int kFileItems[] = {0, 1, 3, 4, 6, 7, 8};
+constexpr int kEngineItems[] = {0, 1, 3, 4, 6, 8};
+
+QString numbered(const char* name, int index) {
+    return QString::fromLatin1(name) + QLatin1Char('_') + QString::number(index);
+}
+}  // namespace
+
+QAction* frmMain::command(const QString& name) const {
+    return findChild<QAction*>(name, Qt::FindDirectChildrenOnly);
+}
+
+void frmMain::connectToolbar() {
+    ProjectDesk& desk = m_parts.main.desk;
+    connect(m_ui->NewProject, &QAction::triggered, this, [&desk] { desk.fileItem(0); });
+    connect(m_ui->NewWeb, &QAction::triggered, this, [&desk] { desk.fileItem(3); });
+    m_ui->Save->setShortcut(QKeySequence::Save);
+    connect(m_ui->Save, &QAction::triggered, this, [&desk] { desk.toolbarSave(); });
+    connect(m_ui->Engines, &QAction::triggered, this, [&desk] { desk.showEngines(); });
+    connect(m_ui->Submit, &QAction::triggered, this, &frmMain::submit);
+    connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, this, &frmMain::findEngines);
+}
+
+void frmMain::connectMenus() {
+    for (const int index : kFileItems) {
+        connect(command(numbered("mnuFileItems", index)), &QAction::triggered, this,
+                [this, index] { m_parts.main.desk.fileItem(index); });
+    }
+    connect(m_ui->mnuImportItems_0, &QAction::triggered, this, [this] { m_parts.main.desk.fileItem(6); });
+    connect(m_ui->mnuFileItems_13, &QAction::triggered, this, &frmMain::configure);
+    connect(m_ui->mnuFileItems_15, &QAction::triggered, this, [this] {
+        if (m_parts.main.desk.autoSave()) close();
+    });
+    for (const int index : kEngineItems) {
+        connect(command(numbered("mnuEngineItems", index)), &QAction::triggered, this,
+                [this, index] { m_parts.main.selection.mnuEngineItems(index); });
+    }
+    const auto opens = [this](QAction* action, std::function<std::string()> address) {
+        connect(action, &QAction::triggered, this,
+                [this, address] { m_parts.prompts.openWithSystem(address()); });
+    };
+    connect(m_ui->mnuHelpItems_0, &QAction::triggered, this,
+            [this] { openHelp(m_parts.paths, m_parts.prompts); });
+    opens(m_ui->mnuHelpItems_6, [] { return std::string(kWebAddress); });
+    opens(m_ui->mnuHelpItems_7, [this] { return m_parts.preference.UpdateURL; });
+    opens(m_ui->mnuHelpItems_8, [this] { return m_parts.preference.SupportURL; });
+    connect(m_ui->mnuHelpItems_10, &QAction::triggered, this, [this] { frmAbout(this).exec(); });
+    connect(m_ui->mnuFile, &QMenu::aboutToShow, this, &frmMain::enableCommands);
+    connect(m_ui->mnuEngine, &QMenu::aboutToShow, this, &frmMain::enableCommands);
+}
+
+void frmMain::connectWebsitePanel() {
+    frmWebsitePanel* const panel = m_ui->SSTab1;
+    WebsiteFields& fields = m_parts.main.website.fields;
+    connect(panel, &frmWebsitePanel::urlCommand, this, &frmMain::runUrlCommand);
+    connect(panel, &frmWebsitePanel::urlChosen, this, [this, &fields](int row) {
+        chooseURL(fields, row);
+        showWebsite();
+    });
+    connect(panel, &frmWebsitePanel::browseForLocalFile, this, [this, &fields] {
+        openFileLocation(fields, m_parts.prompts);
+        showWebsite();
+    });
+    connect(panel, &frmWebsitePanel::viewReport, this,
+            [this, &fields] { viewReport(fields, m_parts.prompts); });
+    connect(panel, &frmWebsitePanel::deleteReport, this, [this] { m_parts.main.desk.deleteReports(); });
+    connect(&m_parts.main.desk, &ProjectDesk::fieldMissing, panel, &frmWebsitePanel::showMissing);
+    connect(m_ui->txtProjectDescr, &QPlainTextEdit::textChanged, this, [this] {
+        const QString text =
+            m_ui->txtProjectDescr->toPlainText().replace(QLatin1Char('\n'), QStringLiteral("\r\n"));
+        m_parts.main.desk.setProjectDescription(fromScreen(text));
+    });
+}
+
+void frmMain::enableCommands() {
+    const PanelState& panels = m_parts.main.desk.panels();
+    const ProjectNode* const node = m_parts.main.desk.currentNode();
+    const bool atRoot = node == nullptr || node->parent == nullptr;
+    m_ui->Save->setEnabled(panels.saveEnabled);
+    for (const int index : kFileItems)
+        command(numbered("mnuFileItems", index))->setEnabled(m_parts.main.desk.fileItemEnabled(index));
+    m_ui->mnuFileItems_10->setEnabled(m_parts.main.desk.fileItemEnabled(10));
+    m_ui->mnuFileItems_10->menuAction()->setEnabled(m_parts.main.desk.fileItemEnabled(10));
+    for (const int index : kEngineItems) command(numbered("mnuEngineItems", index))->setEnabled(!atRoot);
+    m_ui->mnuPopupItems_10->setEnabled(!atRoot);
+    m_ui->SSTab1->setEnabled(panels.websiteButtonsEnabled || panels.panel == MainPanel::Website);
+}
+
+void frmMain::runQuickStartLink(const QString& name) {
+    QAction* const action = command(name);
+    if (action == nullptr) return;
+    if (action->isEnabled())
+        action->trigger();
+    else
+        showStatus(tr("Select a website in the tree first, or create one with 'New Web'."));
+}
+
+void frmMain::runUrlCommand(const QString& key) {
+    WebsiteFields& fields = m_parts.main.website.fields;
+    UrlList urls(fields.lsvSiteURLs, m_parts.prompts);
+    if (key == QStringLiteral("AddURL")) urls.addTypedURL();
+    if (key == QStringLiteral("AddFromLocalFolder"))
+        frmAddURL(fields.lsvSiteURLs, m_parts.prompts, m_parts.paths.AppPath, this).exec();
+    if (key == QStringLiteral("LoadURL") || key == QStringLiteral("LocalURL")) urls.loadURLs();
+    if (key == QStringLiteral("SaveURL")) urls.saveURLs();
+    if (key == QStringLiteral("DeleteURL")) urls.DeleteURL();
+    m_ui->SSTab1->urlList()->setFocus(Qt::OtherFocusReason);
+}
+
+void frmMain::submit() {
+    if (!m_parts.main.readyToSubmit()) return;
+    m_parts.prompts.message(
+        "Submitting from this window comes with a later version.\r\n\r\n"
+        "Until then \"korvel-relay-cli submit\" submits websites to the engines of a saved selection.",
+        "Submit", Icon::Information);
+}
+
+void frmMain::configure() {
+    if (!m_parts.main.desk.autoSave()) return;
+    frmPreference(m_parts.preference, m_parts.settings, m_parts.prompts, this).exec();
+}
+
+void frmMain::findEngines() {
+    m_ui->Engines->trigger();
+    if (m_parts.main.desk.panels().panel == MainPanel::Engines) m_ui->SSTab3->focusFindBox();
+}
+
+}  // namespace relay

@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The tree of the main window.
+#include "core/Prompts.h"
+#include "core/ScreenText.h"
+#include "projects/clsMain.h"
+#include "projects/frmMain.h"
+#include "ui_frmMain.h"
+#include "widgets/IconTheme.h"
+
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QScopedValueRollback>
+#include <QStyledItemDelegate>
+
+namespace relay {
+
+namespace {
+constexpr int kIconSize = 18;
+
+class NodeDelegate final : public QStyledItemDelegate {
+  public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+        const QSize hint = QStyledItemDelegate::sizeHint(option, index);
+        return {hint.width(), std::max(hint.height(), kIconSize + 8)};
+    }
+
+    QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem&, const QModelIndex&) const override {
+        auto* const edit = new QLineEdit(parent);
+        edit->setObjectName(QStringLiteral("txtNodeLabel"));
+        edit->setAccessibleName(tr("New name"));
+        return edit;
+    }
+
+  protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+        QStyledItemDelegate::initStyleOption(option, index);
+        option->features |= QStyleOptionViewItem::HasDecoration;
+        option->decorationSize = QSize(kIconSize, kIconSize);
+        option->icon = themedIcon(fromScreen(index.data(ProjectTree::ImageRole).toString()));
+    }
+};
+}  // namespace
+
+void frmMain::connectTree() {
+    QTreeView* const view = m_ui->TreeView1;
+    ProjectDesk& desk = m_parts.main.desk;
+    view->setModel(&desk.tree());
+    view->setItemDelegate(new NodeDelegate(view));
+    view->setIconSize(QSize(kIconSize, kIconSize));
+    view->expandAll();
+    view->installEventFilter(this);
+    view->viewport()->installEventFilter(this);
+    view->addAction(m_ui->mnuPopupItems_10);
+    connect(view->selectionModel(), &QItemSelectionModel::currentChanged, this,
+            [this](const QModelIndex& current) {
+                if (m_showingNode || !current.isValid()) return;
+                m_clickDone = true;
+                nodeClicked(current);
+            });
+    connect(view, &QTreeView::clicked, this, [this](const QModelIndex& index) {
+        if (!m_clickDone) nodeClicked(index);
+    });
+    connect(view, &QTreeView::doubleClicked, this, [&desk](const QModelIndex&) {
+        if (desk.currentNode() != nullptr) desk.tree().sortChildren(*desk.currentNode());
+    });
+    connect(view, &QTreeView::customContextMenuRequested, this, &frmMain::showTreePopup);
+    connect(m_ui->mnuPopupItems_10, &QAction::triggered, this,
+            [this] { editLabel(m_parts.main.desk.currentNode()); });
+    connect(&desk, &ProjectDesk::currentChanged, this, &frmMain::showCurrentNode);
+    connect(&desk, &ProjectDesk::labelEditWanted, this, &frmMain::editLabel, Qt::QueuedConnection);
+    // The editor must be gone before a rename asks or tells anything.
+    connect(&desk.tree(), &ProjectTree::labelEdited, this,
+            [this](ProjectNode* node, const std::string& text) {
+                const QString key = toScreen(node->key);
+                QMetaObject::invokeMethod(
+                    this, [this, key, text] { renameFromEditor(key, text); }, Qt::QueuedConnection);
+            });
+}
+
+void frmMain::nodeClicked(const QModelIndex& index) {
+    ProjectDesk& desk = m_parts.main.desk;
+    ProjectNode* const node = desk.tree().nodeAt(index);
+    if (node == nullptr) return;
+    if (!desk.nodeClick(*node)) showCurrentNode(desk.currentNode());
+}
+
+void frmMain::showCurrentNode(ProjectNode* node) {
+    if (node == nullptr) return;
+    const QScopedValueRollback<bool> showing(m_showingNode, true);
+    const QModelIndex index = m_parts.main.desk.tree().indexOf(*node);
+    m_ui->TreeView1->setCurrentIndex(index);
+    m_ui->TreeView1->expand(index.parent());
+    if (node->isProject()) m_ui->TreeView1->expand(index);
+    m_ui->TreeView1->scrollTo(index);
+}
+
+void frmMain::editLabel(ProjectNode* node) {
+    if (node == nullptr || node->parent == nullptr) {
+        m_parts.prompts.beep();
+        return;
+    }
+    showCurrentNode(node);
+    m_ui->TreeView1->setFocus(Qt::OtherFocusReason);
+    m_ui->TreeView1->edit(m_parts.main.desk.tree().indexOf(*node));
+}
+
+void frmMain::renameFromEditor(const QString& key, const std::string& text) {
+    ProjectNode* const node = m_parts.main.desk.tree().find(fromScreen(key));
+    if (node != nullptr) m_parts.main.desk.rename(*node, text);
+}
+
+void frmMain::removeCurrentNode() {
+    ProjectNode* const node = m_parts.main.desk.currentNode();
+    if (node == nullptr || node->parent == nullptr)
+        m_parts.prompts.beep();
+    else
+        m_parts.main.desk.removeSelectedNode(*node);
+}
+
+void frmMain::showTreePopup(const QPoint& place) {
+    enableCommands();
+    QMenu menu(this);
+    menu.setObjectName(QStringLiteral("mnuPopupItems"));
+    menu.addActions({m_ui->mnuFileItems_0, m_ui->mnuFileItems_1});
+    menu.addSeparator();
+    menu.addActions({m_ui->mnuFileItems_3, m_ui->mnuFileItems_4});
+    menu.addSeparator();
+    menu.addActions({m_ui->mnuFileItems_6, m_ui->mnuFileItems_7, m_ui->mnuFileItems_8});
+    menu.addSeparator();
+    menu.addAction(m_ui->mnuPopupItems_10);
+    menu.exec(m_ui->TreeView1->viewport()->mapToGlobal(place));
+}
+
+bool frmMain::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == m_ui->TreeView1->viewport() && event->type() == QEvent::MouseButtonPress)
+        m_clickDone = false;
+    if (watched == m_ui->TreeView1 && event->type() == QEvent::KeyPress) {
+        auto* const key = static_cast<QKeyEvent*>(event);
+        if (key->key() == Qt::Key_Delete) {
+            removeCurrentNode();
+            return true;
+        }
+        // Return is the keyboard's click: it leads from the engine screen back to the node's panel.
+        if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {
+            nodeClicked(m_ui->TreeView1->currentIndex());
+            return true;
+        }
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+}  // namespace relay

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+class QWidget;
+
+namespace relay {
+
+// Puts a form a little above the middle of its screen: the height left over counts for nine tenths.
+void CenterForm(QWidget& form);
+// Turns every tab control around a field to the field's page and puts the cursor into the field.
+void showInTabs(QWidget& field);
+// "Version 6.0": the program's major and minor number.
+QString versionText();
+
+}  // namespace relay

@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "widgets/Look.h"
+
+#include "widgets/IconTheme.h"
+
+#include <QApplication>
+#include <QStyleFactory>
+
+#include <initializer_list>
+#include <utility>
+
+namespace relay {
+
+namespace {
+using Colours = std::initializer_list<std::pair<QPalette::ColorRole, QColor>>;
+
+QPalette paletteOf(const Colours& colours, const QColor& disabledText) {
+    QPalette palette;
+    for (const auto& [role, colour] : colours) palette.setColor(role, colour);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText,
+                            QPalette::HighlightedText, QPalette::PlaceholderText})
+        palette.setColor(QPalette::Disabled, role, disabledText);
+    return palette;
+}
+}  // namespace
+
+QPalette lightPalette() {
+    QPalette palette = paletteOf({{QPalette::Window, QColor(0xf3, 0xf4, 0xf6)},
+                                  {QPalette::WindowText, QColor(0x1d, 0x21, 0x27)},
+                                  {QPalette::Base, QColor(0xff, 0xff, 0xff)},
+                                  {QPalette::AlternateBase, QColor(0xf6, 0xf8, 0xfa)},
+                                  {QPalette::Text, QColor(0x1d, 0x21, 0x27)},
+                                  {QPalette::PlaceholderText, QColor(0x6b, 0x72, 0x7c)},
+                                  {QPalette::Button, QColor(0xf3, 0xf4, 0xf6)},
+                                  {QPalette::ButtonText, QColor(0x1d, 0x21, 0x27)},
+                                  {QPalette::BrightText, QColor(0xff, 0xff, 0xff)},
+                                  {QPalette::ToolTipBase, QColor(0xff, 0xff, 0xff)},
+                                  {QPalette::ToolTipText, QColor(0x1d, 0x21, 0x27)},
+                                  {QPalette::Highlight, QColor(0x1f, 0x6f, 0xc6)},
+                                  {QPalette::HighlightedText, QColor(0xff, 0xff, 0xff)},
+                                  {QPalette::Link, QColor(0x1a, 0x5f, 0xb0)},
+                                  {QPalette::LinkVisited, QColor(0x1a, 0x5f, 0xb0)},
+                                  {QPalette::Light, QColor(0xff, 0xff, 0xff)},
+                                  {QPalette::Midlight, QColor(0xe6, 0xe9, 0xed)},
+                                  {QPalette::Mid, QColor(0xb8, 0xbe, 0xc6)},
+                                  {QPalette::Dark, QColor(0x9a, 0xa1, 0xab)},
+                                  {QPalette::Shadow, QColor(0x70, 0x76, 0x80)}},
+                                 QColor(0x94, 0x9a, 0xa3));
+    palette.setColor(QPalette::Disabled, QPalette::Base, QColor(0xf3, 0xf4, 0xf6));
+    palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor(0xb8, 0xbe, 0xc6));
+    return palette;
+}
+
+QPalette darkPalette() {
+    QPalette palette = paletteOf({{QPalette::Window, QColor(0x25, 0x28, 0x2d)},
+                                  {QPalette::WindowText, QColor(0xe6, 0xe8, 0xeb)},
+                                  {QPalette::Base, QColor(0x1b, 0x1d, 0x21)},
+                                  {QPalette::AlternateBase, QColor(0x21, 0x24, 0x28)},
+                                  {QPalette::Text, QColor(0xe6, 0xe8, 0xeb)},
+                                  {QPalette::PlaceholderText, QColor(0x8c, 0x93, 0x9d)},
+                                  {QPalette::Button, QColor(0x2d, 0x31, 0x37)},
+                                  {QPalette::ButtonText, QColor(0xe6, 0xe8, 0xeb)},
+                                  {QPalette::BrightText, QColor(0xff, 0xff, 0xff)},
+                                  {QPalette::ToolTipBase, QColor(0x35, 0x39, 0x40)},
+                                  {QPalette::ToolTipText, QColor(0xe6, 0xe8, 0xeb)},
+                                  {QPalette::Highlight, QColor(0x2b, 0x6c, 0xb8)},
+                                  {QPalette::HighlightedText, QColor(0xff, 0xff, 0xff)},
+                                  {QPalette::Link, QColor(0x7a, 0xb8, 0xf5)},
+                                  {QPalette::LinkVisited, QColor(0x7a, 0xb8, 0xf5)},
+                                  {QPalette::Light, QColor(0x4a, 0x4f, 0x57)},
+                                  {QPalette::Midlight, QColor(0x3a, 0x3f, 0x46)},
+                                  {QPalette::Mid, QColor(0x17, 0x19, 0x1c)},
+                                  {QPalette::Dark, QColor(0x14, 0x16, 0x18)},
+                                  {QPalette::Shadow, QColor(0x0c, 0x0d, 0x0e)}},
+                                 QColor(0x75, 0x7b, 0x84));
+    palette.setColor(QPalette::Disabled, QPalette::Base, QColor(0x22, 0x25, 0x29));
+    palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor(0x4a, 0x4f, 0x57));
+    return palette;
+}
+
+void applyLook(QApplication& application, const QString& wish) {
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    if (wish == QStringLiteral("dark")) application.setPalette(darkPalette());
+    if (wish == QStringLiteral("light")) application.setPalette(lightPalette());
+    QApplication::setWindowIcon(programIcon());
+    QApplication::setDesktopFileName(QStringLiteral("korvel-relay"));
+}
+
+}  // namespace relay

@@ -1,0 +1,164 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "widgets/QtPrompts.h"
+
+#include "core/ScreenText.h"
+#include "core/Text.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QInputDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QRegularExpression>
+#include <QUrl>
+
+namespace relay {
+
+namespace {
+QString toBoxText(std::string_view text) {
+    return toScreen(text).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+}
+
+QMessageBox::Icon toQtIcon(Icon icon) {
+    switch (icon) {
+        case Icon::Information:
+            return QMessageBox::Information;
+        case Icon::Question:
+            return QMessageBox::Question;
+        case Icon::Critical:
+            return QMessageBox::Critical;
+        case Icon::None:
+            break;
+    }
+    return QMessageBox::NoIcon;
+}
+
+// Shows the ordinary pointer while a box waits for the user in the middle of long work.
+class PlainPointer final {
+  public:
+    explicit PlainPointer(bool busy) : m_busy(busy) {
+        if (m_busy) QApplication::setOverrideCursor(Qt::ArrowCursor);
+    }
+    ~PlainPointer() {
+        if (m_busy) QApplication::restoreOverrideCursor();
+    }
+    PlainPointer(const PlainPointer&) = delete;
+    PlainPointer& operator=(const PlainPointer&) = delete;
+
+  private:
+    bool m_busy;
+};
+
+void prepare(QMessageBox& box, std::string_view text) {
+    box.setTextFormat(Qt::PlainText);
+    box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    box.setText(toBoxText(text));
+}
+
+FileChoice run(QFileDialog& dialog, const QStringList& filters, QString& lastFolder) {
+    dialog.setNameFilters(filters);
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
+    const QString path = dialog.selectedFiles().constFirst();
+    lastFolder = QFileInfo(path).absolutePath();
+    return {fromScreen(path), static_cast<int>(filters.indexOf(dialog.selectedNameFilter())) + 1};
+}
+}  // namespace
+
+QStringList toQtFilters(std::string_view filter) {
+    static const QRegularExpression patternInName(QStringLiteral("\\s*\\([^)]*\\)\\s*$"));
+    QStringList filters;
+    const QStringList pieces = toScreen(filter).split(QLatin1Char('|'));
+    for (qsizetype piece = 0; piece + 1 < pieces.size(); piece += 2) {
+        QString name = pieces.at(piece);
+        name.remove(patternInName);
+        QString patterns = pieces.at(piece + 1);
+        // "*.*" means every file, also one without a dot in its name.
+        patterns.replace(QStringLiteral("*.*"), QStringLiteral("*"))
+            .replace(QLatin1Char(';'), QLatin1Char(' '));
+        filters << name + QStringLiteral(" (") + patterns + QLatin1Char(')');
+    }
+    return filters;
+}
+
+QWidget* QtPrompts::parent() const {
+    if (QApplication::activeModalWidget() != nullptr) return QApplication::activeModalWidget();
+    return m_window.data();
+}
+
+void QtPrompts::message(std::string_view text, std::string_view title, Icon icon) {
+    const PlainPointer pointer(m_busyDepth > 0);
+    QMessageBox box(toQtIcon(icon), toScreen(title), QString(), QMessageBox::Ok, parent());
+    prepare(box, text);
+    box.exec();
+}
+
+bool QtPrompts::ask(std::string_view text, std::string_view title) {
+    const PlainPointer pointer(m_busyDepth > 0);
+    QMessageBox box(QMessageBox::Question, toScreen(title), QString(), QMessageBox::Yes | QMessageBox::No,
+                    parent());
+    prepare(box, text);
+    box.setDefaultButton(QMessageBox::Yes);
+    box.setEscapeButton(QMessageBox::No);
+    return box.exec() == QMessageBox::Yes;
+}
+
+std::optional<std::string> QtPrompts::input(std::string_view text, std::string_view title,
+                                            std::string_view preset) {
+    const PlainPointer pointer(m_busyDepth > 0);
+    QInputDialog dialog(parent());
+    dialog.setWindowTitle(toScreen(title));
+    dialog.setLabelText(toBoxText(text));
+    dialog.setTextValue(toScreen(preset));
+    dialog.resize(420, dialog.sizeHint().height());
+    if (auto* edit = dialog.findChild<QLineEdit*>(); edit != nullptr) {
+        edit->setAccessibleName(toBoxText(text));
+        edit->setMaxLength(1 << 24);
+    }
+    if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+    return fromScreen(dialog.textValue());
+}
+
+FileChoice QtPrompts::openFile(std::string_view filter, std::string_view folder) {
+    const PlainPointer pointer(m_busyDepth > 0);
+    QFileDialog dialog(parent(), QFileDialog::tr("Open"), folder.empty() ? m_lastFolder : toScreen(folder));
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    return run(dialog, toQtFilters(filter), m_lastFolder);
+}
+
+FileChoice QtPrompts::saveFile(std::string_view filter, std::string_view folder, std::string_view name) {
+    const PlainPointer pointer(m_busyDepth > 0);
+    QFileDialog dialog(parent(), QFileDialog::tr("Save As"),
+                       folder.empty() ? m_lastFolder : toScreen(folder));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    // The program asks about an existing file in its own words, after it has added the extension.
+    dialog.setOption(QFileDialog::DontConfirmOverwrite);
+    if (!name.empty()) dialog.selectFile(toScreen(name));
+    return run(dialog, toQtFilters(filter), m_lastFolder);
+}
+
+bool QtPrompts::openWithSystem(std::string_view target) {
+    const QString text = toScreen(target);
+    const bool isWeb = startsWithNoCase(target, "http://") || startsWithNoCase(target, "https://");
+    return QDesktopServices::openUrl(isWeb ? QUrl(text) : QUrl::fromLocalFile(text));
+}
+
+void QtPrompts::beep() {
+    QApplication::beep();
+}
+
+void QtPrompts::busy(bool on) {
+    m_busyDepth += on ? 1 : -1;
+    if (on)
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+    else
+        QApplication::restoreOverrideCursor();
+}
+
+void QtPrompts::status(std::string_view text) {
+    if (m_statusSink) m_statusSink(toScreen(text));
+}
+
+}  // namespace relay

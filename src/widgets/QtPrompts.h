@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "core/Prompts.h"
+
+#include <QPointer>
+#include <QString>
+
+#include <functional>
+
+class QWidget;
+
+namespace relay {
+
+// A dialog filter "Name (*.a)|*.a;*.b|Name|*.c|" as Qt's list "Name (*.a *.b)", "Name (*.c)".
+QStringList toQtFilters(std::string_view filter);
+
+// The door to the user in the window program: Qt's own boxes and dialogs, over the window in front. Boxes
+// show plain text and can be copied from.
+class QtPrompts final : public Prompts {
+  public:
+    // The window that boxes without an active window belong to.
+    void setWindow(QWidget* window) { m_window = window; }
+    // Where status texts go.
+    void setStatusSink(std::function<void(const QString&)> sink) { m_statusSink = std::move(sink); }
+
+    void message(std::string_view text, std::string_view title, Icon icon = Icon::None) override;
+    bool ask(std::string_view text, std::string_view title) override;
+    std::optional<std::string> input(std::string_view text, std::string_view title,
+                                     std::string_view preset = {}) override;
+    FileChoice openFile(std::string_view filter, std::string_view folder) override;
+    FileChoice saveFile(std::string_view filter, std::string_view folder, std::string_view name) override;
+    bool openWithSystem(std::string_view target) override;
+    void beep() override;
+    void busy(bool on) override;
+    void status(std::string_view text) override;
+
+  private:
+    QWidget* parent() const;
+
+    QPointer<QWidget> m_window;
+    std::function<void(const QString&)> m_statusSink;
+    QString m_lastFolder;
+    int m_busyDepth = 0;
+};
+
+}  // namespace relay
