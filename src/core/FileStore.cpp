@@ -11,6 +11,7 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <system_error>
+#include <thread>
 #include <unistd.h>
 #include <utility>
 
@@ -109,7 +110,8 @@ class TemporaryFile final {
     int descriptor() const { return m_descriptor; }
     void flush(const std::string& path) {
         step(SaveStep::Flush, path);
-        if (::fsync(m_descriptor) != 0) fail(path, errno);
+        // The bytes and the size must be there before the name is; the times of the file may follow.
+        if (::fdatasync(m_descriptor) != 0) fail(path, errno);
         if (::close(std::exchange(m_descriptor, -1)) != 0) fail(path, errno);
     }
     void rename(const std::string& path) {
@@ -130,6 +132,27 @@ void flushFolder(const std::string& path) {
     // Some file systems have nothing to flush for a folder.
     if (::fsync(folder) != 0 && errno != EINVAL && errno != ENOTSUP) fail(path, errno);
 }
+
+// Keeps a replaced file alive until it is let go of. Giving its blocks back can take the file system as long
+// as a flush does, so that happens beside the flush of the folder.
+class ReplacedFile final {
+  public:
+    explicit ReplacedFile(const std::string& path)
+        : m_file(::open(path.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC)) {}
+
+    void release() {
+        if (m_file < 0) return;
+        try {
+            m_release = std::jthread([this] { m_file.close(); });
+        } catch (const std::system_error&) {
+            // Without a thread to spare it is let go of at the end.
+        }
+    }
+
+  private:
+    Descriptor m_file;
+    std::jthread m_release;
+};
 
 struct HeldLock final {
     int descriptor = -1;
@@ -173,7 +196,9 @@ void writeFile(const std::string& path, std::string_view bytes, Readable readabl
     if (keep && ::fchmod(temporary.descriptor(), mode) != 0) fail(path, errno);
     writeAll(temporary.descriptor(), bytes, path, true);
     temporary.flush(path);
+    ReplacedFile replaced(path);
     temporary.rename(path);
+    replaced.release();
     flushFolder(path);
 }
 
