@@ -143,6 +143,9 @@ TEST_F(ProjectDeskTest, RemovingFreesTheSlotAndKeepsTheFile) {
     make(NewNode::Website, "Sale");  // the same path, so the old content loads
     EXPECT_EQ(node("Shop\\Sale").tag, "2|" + kwsPath("Sale"));
     EXPECT_EQ(fields.txtSiteTitle, "title of Sale");
+    preference.DontClearFields = 1;
+    make(NewNode::Website, "Copy");
+    EXPECT_EQ(fields.txtSiteTitle, "title of Sale");
 
     prompts.answers = {true};
     desk.removeSelectedNode(node("Shop"));
@@ -196,15 +199,19 @@ TEST_F(ProjectDeskTest, LoadsTheIndexAndTheFirstClickSavesNothing) {
     EXPECT_EQ(titleInFile("Home"), "on disk");
     EXPECT_TRUE(desk.nodeClick(node("Shop\\Gone")));  // its file is missing: an empty panel
     EXPECT_EQ(fields.txtSiteTitle, "");
-    EXPECT_FALSE(desk.nodeClick(node("Shop\\Home")));  // and it cannot be saved where it should be
-    EXPECT_EQ(desk.currentNode(), &node("Shop\\Gone"));
-    EXPECT_TRUE(prompts.shown.size() == 1 && prompts.statuses.empty());
+    // It cannot be saved where it should be: nothing was typed, so the user is told and may go on.
+    EXPECT_TRUE(desk.nodeClick(node("Shop\\Home")));
+    EXPECT_TRUE(desk.nodeClick(node("Shop\\Gone")));
+    fields.txtSiteTitle = "typed";
+    EXPECT_FALSE(desk.nodeClick(node("Shop\\Home")));
+    EXPECT_EQ(prompts.shown.size(), 2u);
 }
 
 TEST_F(ProjectDeskTest, ANameFromTheIndexNeverLeavesTheFolder) {
     home.write("project.kwj", "[Shop]\r\nLast=1\r\n1=../x|\r\n");
     desk.loadProject();
     EXPECT_TRUE(desk.nodeClick(node("Shop\\../x")));
+    fields.txtSiteTitle = "typed";
     EXPECT_FALSE(desk.autoSave());
     EXPECT_THAT(prompts.last().text, StartsWith("autoSave_Error: "));
     EXPECT_FALSE(std::filesystem::exists(home.path("x.kws")));
@@ -263,18 +270,6 @@ TEST_F(ProjectDeskTest, AnExistingFileJoinsTheProjectAndLoads) {
     desk.fileItem(6);
     EXPECT_TRUE(desk.nodeClick(tree.root()));
     EXPECT_EQ(IniFile::load(path).value("Web Site Info", "Title"), "old");
-}
-
-TEST_F(ProjectDeskTest, DontClearFieldsKeepsThemForANewWebsite) {
-    makeShop();
-    preference.DontClearFields = 1;
-    make(NewNode::Website, "Copy");
-    EXPECT_EQ(fields.txtSiteTitle, "title of Sale");
-    EXPECT_TRUE(desk.autoSave());
-    EXPECT_EQ(titleInFile("Copy"), "title of Sale");
-    preference.DontClearFields = 0;
-    make(NewNode::Website, "Empty");
-    EXPECT_EQ(fields.txtSiteTitle, "");
 }
 
 TEST_F(ProjectDeskTest, MenusFollowTheNode) {

@@ -25,40 +25,40 @@ void fillAll(WebsiteFields& fields) {
 }  // namespace
 
 TEST(WebsitePanelTest, TheCheckWalksTheFieldsInTheirOrder) {
+    using F = WebsiteFields;
+    const std::pair<const char*, std::string F::*> order[] = {{"txtSiteTitle", &F::txtSiteTitle},
+                                                              {"txtSiteKeywords", &F::txtSiteKeywords},
+                                                              {"txtSiteDescription", &F::txtSiteDescription},
+                                                              {"cboWebType", &F::cboWebType},
+                                                              {"lsvSiteURLs", nullptr},
+                                                              {"txtName", &F::txtName},
+                                                              {"txtEmail", &F::txtEmail},
+                                                              {"txtCompany", &F::txtCompany},
+                                                              {"txtAddress", &F::txtAddress},
+                                                              {"txtCity", &F::txtCity},
+                                                              {"txtState", &F::txtState},
+                                                              {"txtPostcode", &F::txtPostcode},
+                                                              {"cboCountry", &F::cboCountry},
+                                                              {"txtPhone", &F::txtPhone},
+                                                              {"txtFax", &F::txtFax},
+                                                              {"txtPassword", &F::txtPassword},
+                                                              {"lstCategory", &F::category}};
     WebsiteFields fields;
-    fillAll(fields);
+    for (const auto& [control, text] : order) {
+        const auto missing = firstMissingField(fields);
+        ASSERT_TRUE(missing) << control;
+        EXPECT_EQ(missing->control, control);
+        if (text == &F::txtEmail) {
+            fields.txtEmail = "no at sign";
+            EXPECT_EQ(firstMissingField(fields)->message,
+                      "Invalid email address. Please check your email address");
+        }
+        if (text)
+            fields.*text = text == &F::txtEmail ? "a@" : " ";
+        else
+            addNewItem(fields.lsvSiteURLs, "http://a.test/");
+    }
     EXPECT_FALSE(firstMissingField(fields));
-
-    // Emptied from the last to the first, each field comes to the front in its turn.
-    std::vector<std::string> controls;
-    const auto note = [&] { controls.emplace_back(firstMissingField(fields)->control); };
-    fields.category.clear();
-    note();
-    for (std::string WebsiteFields::*text :
-         {&WebsiteFields::txtPassword, &WebsiteFields::txtFax, &WebsiteFields::txtPhone,
-          &WebsiteFields::cboCountry, &WebsiteFields::txtPostcode, &WebsiteFields::txtState,
-          &WebsiteFields::txtCity, &WebsiteFields::txtAddress, &WebsiteFields::txtCompany}) {
-        (fields.*text).clear();
-        note();
-    }
-    fields.txtEmail = "no at sign";
-    EXPECT_EQ(firstMissingField(fields)->message, "Invalid email address. Please check your email address");
-    for (std::string WebsiteFields::*text : {&WebsiteFields::txtEmail, &WebsiteFields::txtName}) {
-        (fields.*text).clear();
-        note();
-    }
-    fields.lsvSiteURLs.clear();
-    note();
-    for (std::string WebsiteFields::*text : {&WebsiteFields::cboWebType, &WebsiteFields::txtSiteDescription,
-                                             &WebsiteFields::txtSiteKeywords, &WebsiteFields::txtSiteTitle}) {
-        (fields.*text).clear();
-        note();
-    }
-    EXPECT_THAT(controls,
-                ::testing::ElementsAre("lstCategory", "txtPassword", "txtFax", "txtPhone", "cboCountry",
-                                       "txtPostcode", "txtState", "txtCity", "txtAddress", "txtCompany",
-                                       "txtEmail", "txtName", "lsvSiteURLs", "cboWebType",
-                                       "txtSiteDescription", "txtSiteKeywords", "txtSiteTitle"));
 }
 
 TEST(WebsitePanelTest, TheCheckWarnsAndDoesNotForbid) {
