@@ -5,7 +5,9 @@
 #include "cli/ExitCode.h"
 #include "cli/TerminalText.h"
 #include "core/Failure.h"
+#include "core/Text.h"
 
+#include <algorithm>
 #include <ostream>
 
 namespace relay {
@@ -32,6 +34,8 @@ Home::Home(Paths where, const Clock& clock, std::string_view commandLine, Prompt
 CommandLineContext::CommandLineContext(Console& console, const std::vector<std::string>& arguments)
     : m_console(console),
       m_commandLine(joined(arguments)),
+      m_linksEngines(std::any_of(arguments.begin(), arguments.end(),
+                                 [](const std::string& text) { return equalsNoCase(text, "/U"); })),
       m_progress(console.err, console.errColumns),
       m_prompts(console, m_progress) {}
 

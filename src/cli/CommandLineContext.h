@@ -40,8 +40,9 @@ class CommandLineContext final {
     Console& console() noexcept { return m_console; }
     Prompts& prompts() noexcept { return m_prompts; }
     ProgressLine& progress() noexcept { return m_progress; }
-    // All arguments joined by blanks: what the switches "/D" and "/U" are looked for in.
-    const std::string& commandLine() const noexcept { return m_commandLine; }
+    // Whether the switch "/U" was given: reports then link to the engines' own pages. Unlike "/D", which the
+    // log finds anywhere in the command line, it must be an argument of its own.
+    bool linksEngines() const noexcept { return m_linksEngines; }
 
     // Where results go; a progress line is gone before they appear.
     std::ostream& out();
@@ -64,7 +65,8 @@ class CommandLineContext final {
     Paths choosePaths() const;
 
     Console& m_console;
-    std::string m_commandLine;
+    std::string m_commandLine;  // all arguments joined by blanks
+    bool m_linksEngines;
     ProgressLine m_progress;
     ConsolePrompts m_prompts;
     std::unique_ptr<Home> m_home;

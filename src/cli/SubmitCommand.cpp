@@ -79,7 +79,7 @@ int SubmitCommand::run(LoadedCatalogue& catalogue) {
     SubmissionController controller({home.paths, home.preference, home.log, context().prompts(),
                                      console.clock, network, catalogue.lists.engines,
                                      catalogue.lists.lsvSelectedEngines, catalogue.countries,
-                                     QLocale::system(), context().commandLine()});
+                                     QLocale::system(), context().linksEngines() ? "/U" : ""});
     addSites(controller, context(), m_websites);
     if (!controller.cmdNext() || !controller.cmdStart()) return kCouldNotRun;
 

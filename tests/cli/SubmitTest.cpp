@@ -181,6 +181,20 @@ TEST_F(SubmitTest, GoesOnWhereAReportCannotBeWritten) {
     EXPECT_THAT(m_cli.home.read("site.kws"), Not(HasSubstr("LastReport")));
 }
 
+TEST_F(SubmitTest, TheSwitchesStandAnywhereAndInEitherCase) {
+    useEngines({"submit"});
+    m_cli.home.write("data/krveng5.dat", m_cli.home.read("data/krveng5.dat") +
+                                             "Name=Broken\r\nAction=http://a.test/\r\nQuery=none\r\n");
+    const std::string file = website("site", {"http://a.test/"});
+    const std::string report = "Reports/Submition/a.test_(2002-Apr-01-1305).html";
+    EXPECT_EQ(m_cli.run({"submit", "--website", file, "--all"}).code, 1);
+    EXPECT_THAT(m_cli.home.read(report), Not(HasSubstr("submit</a>")));
+
+    EXPECT_EQ(m_cli.run({"/u", "submit", "/D", "--website", file, "--all"}).code, 1);
+    EXPECT_THAT(m_cli.home.read(report), HasSubstr("submit</a>"));
+    EXPECT_THAT(m_cli.home.read("Error.log"), HasSubstr("Engine: Broken"));
+}
+
 TEST_F(SubmitTest, AStopBeforeTheRunSendsNothing) {
     useEngines({"submit"});
     m_cli.stop.request();
