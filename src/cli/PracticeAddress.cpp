@@ -4,6 +4,7 @@
 #include "core/Failure.h"
 #include "core/FileStore.h"
 #include "core/Paths.h"
+#include "core/ScreenText.h"
 #include "core/Text.h"
 
 #include <QTcpSocket>
@@ -15,12 +16,10 @@ namespace {
 
 constexpr const char* kHowToStart = "Start one with: korvel-relay-cli practice";
 
-bool answers(const std::string& address) {
+bool answers(const QUrl& address) {
     constexpr int kPatience = 2000;  // milliseconds
-    const QUrl url(QString::fromStdString(address));
-    if (url.host() != QStringLiteral("127.0.0.1")) return false;
     QTcpSocket socket;
-    socket.connectToHost(url.host(), static_cast<quint16>(url.port(0)));
+    socket.connectToHost(address.host(), static_cast<quint16>(address.port(0)));
     return socket.waitForConnected(kPatience);
 }
 
@@ -33,10 +32,10 @@ std::string practiceAddressFile(const Paths& paths) {
 std::string runningPracticeWeb(const Paths& paths) {
     const std::string file = practiceAddressFile(paths);
     if (!fileExists(file)) throw Failure("No practice web runs for " + paths.AppPath + ". " + kHowToStart);
-    std::string address(firstLine(readFile(file, 4096)));
-    if (!answers(address))
-        throw Failure("The practice web at " + address + " does not answer. " + kHowToStart);
-    return address;
+    const QUrl address(toScreen(firstLine(readFile(file, 4096))));
+    if (address.host() != QStringLiteral("127.0.0.1") || !answers(address))
+        throw Failure("The practice web that " + file + " names does not answer. " + kHowToStart);
+    return "http://127.0.0.1:" + std::to_string(address.port());
 }
 
 PracticeAddress::PracticeAddress(const Paths& paths, const std::string& address)
