@@ -11,16 +11,20 @@
 
 namespace relay {
 
+namespace {
+// Width of the column with types, adult sites and countries.
+constexpr int kWaysCharacters = 38;
+}  // namespace
+
 frmEnginePanel::frmEnginePanel(QWidget* parent)
     : QWidget(parent), m_ui(std::make_unique<Ui::frmEnginePanel>()) {
     m_ui->setupUi(this);
-    m_ui->layoutWays->itemAt(0)->widget()->setMinimumWidth(fontMetrics().averageCharWidth() * 30);
+    const int waysWidth = fontMetrics().averageCharWidth() * kWaysCharacters;
+    for (QWidget* way : {static_cast<QWidget*>(m_ui->fraTypes), static_cast<QWidget*>(m_ui->fraAdult),
+                         static_cast<QWidget*>(m_ui->lstCountry)})
+        way->setFixedWidth(waysWidth);
     for (std::size_t index = 0; index < EngineTypes.size(); ++index)
         typeBox(index)->setIcon(themedIcon(EngineTypes[index].icon));
-    m_ui->cmdSelectEngine_0->setIcon(themedIcon("Select"));
-    m_ui->cmdSelectEngine_1->setIcon(themedIcon("SelectAll"));
-    m_ui->cmdRemoveEngine_0->setIcon(themedIcon("Unselect"));
-    m_ui->cmdRemoveEngine_1->setIcon(themedIcon("UnselectAll"));
     m_ui->txtFindEngines->addAction(themedIcon("Search"), QLineEdit::LeadingPosition);
 }
 
@@ -87,19 +91,21 @@ void frmEnginePanel::connectLists() {
 }
 
 void frmEnginePanel::connectButtons() {
-    const auto button = [this](QPushButton* push, ListView* list, void (EngineSelection::*operation)(bool),
-                               bool all) {
+    const auto button = [this](QPushButton* push, const char* icon, ListView* list,
+                               void (EngineSelection::*operation)(bool), bool all) {
         connect(push, &QPushButton::clicked, this,
                 [this, operation, all] { (m_selection->*operation)(all); });
         // The same command on the list's own menu.
-        auto* action = new QAction(push->icon(), push->text(), this);
+        auto* action = new QAction(themedIcon(icon), push->text(), this);
         connect(action, &QAction::triggered, push, &QPushButton::click);
         list->addAction(action);
     };
-    button(m_ui->cmdSelectEngine_0, m_ui->lsvEngines, &EngineSelection::EngineSelect, false);
-    button(m_ui->cmdSelectEngine_1, m_ui->lsvEngines, &EngineSelection::EngineSelect, true);
-    button(m_ui->cmdRemoveEngine_0, m_ui->lsvSelectedEngines, &EngineSelection::EngineRemove, false);
-    button(m_ui->cmdRemoveEngine_1, m_ui->lsvSelectedEngines, &EngineSelection::EngineRemove, true);
+    button(m_ui->cmdSelectEngine_0, "Select", m_ui->lsvEngines, &EngineSelection::EngineSelect, false);
+    button(m_ui->cmdSelectEngine_1, "SelectAll", m_ui->lsvEngines, &EngineSelection::EngineSelect, true);
+    button(m_ui->cmdRemoveEngine_0, "Unselect", m_ui->lsvSelectedEngines, &EngineSelection::EngineRemove,
+           false);
+    button(m_ui->cmdRemoveEngine_1, "UnselectAll", m_ui->lsvSelectedEngines, &EngineSelection::EngineRemove,
+           true);
     auto* drop = new QAction(themedIcon("DeleteURL"), tr("Take off this list\tDel"), this);
     connect(drop, &QAction::triggered, this, [this] { m_selection->deleteListedEngines(); });
     m_ui->lsvEngines->addAction(drop);

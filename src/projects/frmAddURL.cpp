@@ -5,13 +5,24 @@
 #include "projects/UrlsFromFolder.h"
 #include "ui_frmAddURL.h"
 #include "widgets/Forms.h"
+#include "widgets/IconTheme.h"
 
 #include <QDir>
+#include <QFileIconProvider>
 #include <QFileSystemModel>
 #include <QStandardPaths>
 #include <QStorageInfo>
 
 namespace relay {
+
+namespace {
+// The program's own folder picture, whatever the desktop offers.
+class FolderIcons final : public QFileIconProvider {
+  public:
+    QIcon icon(const QFileInfo&) const override { return themedIcon("ProjectFolder"); }
+    QIcon icon(IconType) const override { return themedIcon("ProjectFolder"); }
+};
+}  // namespace
 
 frmAddURL::frmAddURL(Rows& urls, Prompts& prompts, const std::string& folder, QWidget* parent)
     : QDialog(parent),
@@ -22,11 +33,19 @@ frmAddURL::frmAddURL(Rows& urls, Prompts& prompts, const std::string& folder, QW
     m_ui->setupUi(this);
     m_ui->txtDomain->setText(toScreen(FolderChoice().txtDomain));
     m_folders->setFilter(QDir::Dirs | QDir::NoDotAndDotDot);
+    static FolderIcons icons;
+    m_folders->setIconProvider(&icons);
     m_folders->setRootPath(QDir::rootPath());
     m_ui->Dir1->setModel(m_folders);
+    m_ui->Dir1->setSortingEnabled(true);
+    m_ui->Dir1->sortByColumn(0, Qt::AscendingOrder);
     for (int column = 1; column < m_folders->columnCount(); ++column) m_ui->Dir1->hideColumn(column);
     fillDrives(toScreen(folder));
     showFolders(toScreen(folder));
+    // Folders come in after the list is shown; the chosen one is to stay in sight.
+    connect(m_folders, &QFileSystemModel::directoryLoaded, this, [this] {
+        m_ui->Dir1->scrollTo(m_ui->Dir1->currentIndex(), QAbstractItemView::PositionAtCenter);
+    });
     connect(m_ui->Drive1, &QComboBox::activated, this,
             [this](int index) { showFolders(m_ui->Drive1->itemData(index).toString()); });
     connect(m_ui->Command1_0, &QPushButton::clicked, this, &frmAddURL::accept);

@@ -15,7 +15,7 @@
 namespace relay {
 
 namespace {
-constexpr int kUsualTreeWidth = 250;
+constexpr int kUsualTreeWidth = 225;
 
 struct CommandIcon final {
     const char* command;

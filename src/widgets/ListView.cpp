@@ -11,6 +11,7 @@
 #include <QMenu>
 #include <QPainter>
 #include <QScopedValueRollback>
+#include <QSignalBlocker>
 #include <QStyledItemDelegate>
 
 namespace relay {
@@ -64,7 +65,6 @@ void ListView::setRows(Rows* rows, const std::vector<int>& columnCharacters) {
     m_rows = rows;
     m_columnCharacters = columnCharacters;
     setModel(rows);
-    connect(rows, &QAbstractItemModel::dataChanged, this, &ListView::followHighlights);
     layOutColumns();
     selectHighlighted();
 }
@@ -98,6 +98,8 @@ void ListView::selectionChanged(const QItemSelection& selected, const QItemSelec
     QTreeView::selectionChanged(selected, deselected);
     if (m_rows == nullptr || m_following) return;
     const QScopedValueRollback<bool> following(m_following, true);
+    // The selection is on the screen already; nobody else needs to hear of the flags.
+    const QSignalBlocker quiet(m_rows);
     const auto mark = [this](const QItemSelection& ranges, bool on) {
         for (const QItemSelectionRange& range : ranges) {
             if (range.left() > 0) continue;
@@ -108,19 +110,16 @@ void ListView::selectionChanged(const QItemSelection& selected, const QItemSelec
     mark(selected, true);
 }
 
-void ListView::followHighlights(const QModelIndex& from, const QModelIndex& to, const QList<int>& roles) {
-    if (m_following || (!roles.isEmpty() && !roles.contains(Rows::HighlightRole))) return;
-    const QScopedValueRollback<bool> following(m_following, true);
-    for (int row = from.row(); row <= to.row(); ++row) {
-        const QModelIndex index = m_rows->index(row, 0);
-        const bool on = m_rows->at(row).highlighted;
-        if (selectionModel()->isSelected(index) == on) continue;
-        selectionModel()->select(index, (on ? QItemSelectionModel::Select : QItemSelectionModel::Deselect) |
-                                            QItemSelectionModel::Rows);
-    }
+// Thousands of flags may change one by one: one look at all of them follows, and one repaint. Rows are of one
+// height and have no editors, so nothing else depends on a row's data.
+void ListView::dataChanged(const QModelIndex&, const QModelIndex&, const QList<int>&) {
+    viewport()->update();
+    if (m_following || std::exchange(m_flagsChanged, true)) return;
+    QMetaObject::invokeMethod(this, &ListView::selectHighlighted, Qt::QueuedConnection);
 }
 
 void ListView::selectHighlighted() {
+    m_flagsChanged = false;
     if (m_rows == nullptr || selectionModel() == nullptr) return;
     QItemSelection selection;
     const int lastColumn = m_rows->columnCount() - 1;
@@ -131,7 +130,6 @@ void ListView::selectHighlighted() {
         selection.select(m_rows->index(row, 0), m_rows->index(last, lastColumn));
         row = last;
     }
-    if (selection.isEmpty()) return;
     const QScopedValueRollback<bool> following(m_following, true);
     selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
 }

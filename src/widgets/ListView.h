@@ -29,6 +29,7 @@ class ListView final : public QTreeView {
     void setEmptyHint(const QString& hint);
 
     void reset() override;
+    void dataChanged(const QModelIndex& from, const QModelIndex& to, const QList<int>& roles = {}) override;
 
   Q_SIGNALS:
     void rowClicked(int row);    // by mouse
@@ -48,14 +49,14 @@ class ListView final : public QTreeView {
 
   private:
     void sortBy(int column);
-    void followHighlights(const QModelIndex& from, const QModelIndex& to, const QList<int>& roles);
     void selectHighlighted();
     void layOutColumns();
 
     Rows* m_rows = nullptr;
     std::vector<int> m_columnCharacters;
     QString m_emptyHint;
-    bool m_following = false;  // a change of flags or selection that is an echo of the other
+    bool m_following = false;     // a change of flags or selection that is an echo of the other
+    bool m_flagsChanged = false;  // the selection is to follow the flags at the next turn of the event loop
     bool m_mousePress = false;
 };
 
