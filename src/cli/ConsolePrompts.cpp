@@ -36,10 +36,10 @@ void ConsolePrompts::showHeld() {
     m_held.clear();
 }
 
-void ConsolePrompts::message(std::string_view text, std::string_view title, Icon) {
+void ConsolePrompts::message(std::string_view text, std::string_view title, Icon icon) {
     ++m_count;
     std::string line = withTitle(text, title) + "\n";
-    if (m_holding) {
+    if (m_holding && icon != Icon::Critical) {
         m_held.push_back(std::move(line));
     } else {
         write(line);

@@ -18,7 +18,7 @@ class ConsolePrompts final : public Prompts {
   public:
     ConsolePrompts(Console& console, ProgressLine& progress);
 
-    // From here on messages are kept back until showHeld() lets them out.
+    // From here on messages that tell no failure are kept back until showHeld() lets them out.
     void setHolding(bool on) noexcept { m_holding = on; }
     void showHeld();
     // Messages and questions so far, shown or held.

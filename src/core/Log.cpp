@@ -38,7 +38,10 @@ Log::~Log() {
 
 void Log::startRun() {
     struct stat status {};
-    if (::lstat(m_path.c_str(), &status) == 0 && status.st_size >= kSizeLimit) ::unlink(m_path.c_str());
+    if (::lstat(m_path.c_str(), &status) == 0 && status.st_size >= kSizeLimit) {
+        closeAll();  // a line written before the run began must not keep the old file open
+        ::unlink(m_path.c_str());
+    }
     WriteErrorLog("\r\nVersion: " + bannerVersion() + " - " +
                   shortDateTime(m_clock.now(), QLocale::system()) +
                   "\r\n-------------------------------------\r\n");

@@ -162,12 +162,14 @@ TEST(Log, StartsAnewAt5001Bytes) {
     const TestHome home;
     const FixedClock clock;
     for (const std::size_t size : {5000u, 5001u}) {
-        home.write("Error.log", std::string(size, 'x'));
+        home.write("Error.log", std::string(size - 6, 'x'));
         Log log(home.path("Error.log"), clock, "");
+        log.WriteErrorLog("xxxx");  // what goes wrong before the run begins
         log.startRun();
         const std::string banner = "\r\nVersion: 6.0.00 - " + shortDateTime(clock.now(), QLocale::system()) +
                                    "\r\n-------------------------------------\r\n\r\n";
-        EXPECT_EQ(home.read("Error.log"), (size == 5000 ? std::string(size, 'x') : "") + banner);
+        const std::string kept = size == 5000 ? std::string(size - 2, 'x') + "\r\n" : std::string();
+        EXPECT_EQ(home.read("Error.log"), kept + banner);
     }
 }
 
