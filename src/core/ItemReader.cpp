@@ -2,8 +2,33 @@
 #include "core/ItemReader.h"
 
 #include <algorithm>
+#include <bit>
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 
 namespace relay {
+
+namespace {
+
+// The first comma or line break, or `end`. Sixteen bytes at a step where the processor can.
+const char* findDelimiter(const char* from, const char* end) noexcept {
+#ifdef __SSE2__
+    const auto equals = [](__m128i bytes, char c) { return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(c)); };
+    for (; end - from >= 16; from += 16) {
+        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
+        const __m128i hits =
+            _mm_or_si128(equals(bytes, ','), _mm_or_si128(equals(bytes, '\r'), equals(bytes, '\n')));
+        const auto mask = static_cast<unsigned>(_mm_movemask_epi8(hits));
+        if (mask != 0) return from + std::countr_zero(mask);
+    }
+#endif
+    while (from < end && *from != ',' && *from != '\r' && *from != '\n') ++from;
+    return from;
+}
+
+}  // namespace
 
 bool ItemReader::next(std::string_view& item) noexcept {
     m_closedByComma = false;
@@ -21,9 +46,7 @@ bool ItemReader::next(std::string_view& item) noexcept {
     }
     const char* const text = m_text.data();
     const std::size_t size = m_text.size();
-    std::size_t delimiter = end;
-    while (delimiter < size && text[delimiter] != ',' && text[delimiter] != '\r' && text[delimiter] != '\n')
-        ++delimiter;
+    const auto delimiter = static_cast<std::size_t>(findDelimiter(text + end, text + size) - text);
     if (m_itemOffset == start) item = m_text.substr(start, delimiter - start);
     m_position = delimiter;
     if (delimiter == size) return true;

@@ -16,6 +16,10 @@ std::string_view columnText(const RowView& row, int column) {
     return item < row.subItems.size() ? std::string_view(row.subItems[item]) : std::string_view();
 }
 
+[[noreturn]] void failTakenKey() {
+    throw Failure("This key is already associated with an element of this collection", 457);
+}
+
 }  // namespace
 
 Rows::Rows(QObject* parent) : QAbstractTableModel(parent) {}
@@ -37,22 +41,17 @@ const std::string& Rows::columnTitle(int column) const {
 
 int Rows::indexOf(std::string_view key) const {
     if (key.empty()) return -1;
-    const auto found = m_keys.find(key);
-    if (found == m_keys.end()) return -1;
-    const std::size_t place = (*found)->place;
-    if (place < m_numberedTo && m_rows[place].head() == *found) return static_cast<int>(place);
+    const PackedHead* const found = m_keys.find(key);
+    if (found == nullptr) return -1;
+    const std::size_t place = found->place;
+    if (place < m_numberedTo && m_rows[place].head() == found) return static_cast<int>(place);
     for (; m_numberedTo < m_rows.size(); ++m_numberedTo)
         m_rows[m_numberedTo].head()->place = static_cast<std::uint32_t>(m_numberedTo);
-    return static_cast<int>((*found)->place);
+    return static_cast<int>(found->place);
 }
 
 bool Rows::contains(std::string_view key) const {
-    return !key.empty() && m_keys.contains(key);
-}
-
-void Rows::refuseTakenKey(std::string_view key) const {
-    if (contains(key))
-        throw Failure("This key is already associated with an element of this collection", 457);
+    return !key.empty() && m_keys.find(key) != nullptr;
 }
 
 void Rows::add(const Row& row) {
@@ -60,16 +59,16 @@ void Rows::add(const Row& row) {
 }
 
 void Rows::insert(int position, const Row& row) {
-    refuseTakenKey(row.key);
     const std::size_t place = static_cast<std::size_t>(std::clamp(position, 0, count()));
     PackedRow packedRow(row);
-    const PackedHead* const head = packedRow.head();
     packedRow->place = static_cast<std::uint32_t>(place);
+    // Room first, so that nothing can fail once the key is in.
+    if (m_rows.size() == m_rows.capacity()) m_rows.reserve(std::max<std::size_t>(16, m_rows.size() * 2));
+    if (!row.key.empty() && !m_keys.insert(packedRow.head())) failTakenKey();
     if (told()) beginInsertRows({}, static_cast<int>(place), static_cast<int>(place));
     const bool numbered = place == m_rows.size() && place == m_numberedTo;
     m_rows.insert(m_rows.begin() + static_cast<std::ptrdiff_t>(place), std::move(packedRow));
     m_numberedTo = numbered ? m_rows.size() : std::min(m_numberedTo, place);
-    if (!row.key.empty()) m_keys.insert(head);
     if (told()) endInsertRows();
 }
 
@@ -124,6 +123,11 @@ void Rows::clear() {
     endBatch();
 }
 
+void Rows::reserve(int rows) {
+    m_rows.reserve(static_cast<std::size_t>(rows));
+    m_keys.reserve(static_cast<std::size_t>(rows));
+}
+
 template <typename Edit>
 void Rows::change(int row, Edit&& edit) {
     PackedRow& old = packed(row);
@@ -169,7 +173,7 @@ void Rows::setHighlighted(int row, bool on) {
 }
 
 void Rows::setKey(int row, std::string key) {
-    if (!equalsNoCase(packed(row)->key(), key)) refuseTakenKey(key);
+    if (!equalsNoCase(packed(row)->key(), key) && contains(key)) failTakenKey();
     change(row, [&](Row& edited) { edited.key = std::move(key); });
 }
 

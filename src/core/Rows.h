@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "core/Keys.h"
+#include "core/KeySet.h"
 #include "core/Row.h"
 
 #include <QAbstractTableModel>
@@ -9,7 +9,6 @@
 #include <functional>
 #include <string>
 #include <string_view>
-#include <unordered_set>
 #include <vector>
 
 namespace relay {
@@ -49,6 +48,10 @@ class Rows final : public QAbstractTableModel {
     // Removes every row the test names, in one pass; gives their number.
     int removeIf(const std::function<bool(const RowView&)>& test);
     void clear();
+    // Makes room for so many rows in all, ahead of adding them.
+    void reserve(int rows);
+    // A hint that a row with the key will be added a little later.
+    void expect(std::string_view key) const noexcept { m_keys.expect(key); }
 
     void setText(int row, std::string text);
     void setSubItem(int row, int column, std::string text);  // column 1 and up
@@ -84,26 +87,12 @@ class Rows final : public QAbstractTableModel {
     void checkToggled(int row, bool on);
 
   private:
-    // The index holds the rows' blocks, by their keys.
-    struct HeadHash final {
-        using is_transparent = void;
-        std::size_t operator()(const PackedHead* row) const noexcept { return KeyHash()(row->key()); }
-        std::size_t operator()(std::string_view key) const noexcept { return KeyHash()(key); }
-    };
-    struct HeadEqual final {
-        using is_transparent = void;
-        bool operator()(const PackedHead* a, const PackedHead* b) const noexcept { return a == b; }
-        bool operator()(std::string_view key, const PackedHead* row) const noexcept {
-            return equalsNoCase(key, row->key());
-        }
-        bool operator()(const PackedHead* row, std::string_view key) const noexcept {
-            return equalsNoCase(key, row->key());
-        }
+    struct KeyOf final {
+        std::string_view operator()(const PackedHead& row) const noexcept { return row.key(); }
     };
 
     const PackedRow& packed(int row) const { return m_rows.at(static_cast<std::size_t>(row)); }
     PackedRow& packed(int row) { return m_rows.at(static_cast<std::size_t>(row)); }
-    void refuseTakenKey(std::string_view key) const;
     template <typename Edit>
     void change(int row, Edit&& edit);
     void changed(int row);
@@ -111,7 +100,7 @@ class Rows final : public QAbstractTableModel {
 
     std::vector<PackedRow> m_rows;
     std::vector<std::string> m_titles;
-    std::unordered_set<const PackedHead*, HeadHash, HeadEqual> m_keys;
+    KeySet<const PackedHead, KeyOf> m_keys;
     mutable std::size_t m_numberedTo = 0;  // rows before this one know their place
     bool m_checkable = false;
     int m_batch = 0;

@@ -43,5 +43,18 @@ TEST(ItemReader, SplitsAtLineEndsAndCommas) {
     EXPECT_EQ(walk(std::string_view("a\0b,c", 5)), std::string("1[a\0b],1[c]", 11));
 }
 
+// Long items are walked in steps of sixteen bytes: a delimiter counts at every place of a step.
+TEST(ItemReader, FindsADelimiterAnywhere) {
+    for (const char* delimiter : {",", "\r", "\n", "\r\n"}) {
+        for (std::size_t before = 1; before < 40; ++before) {
+            const std::string first(before, 'x');
+            const std::string second(50 - before, '-');
+            const bool comma = *delimiter == ',';
+            EXPECT_EQ(walk(first + delimiter + second),
+                      "1[" + first + (comma ? "],1[" : "]2[") + second + "]");
+        }
+    }
+}
+
 }  // namespace
 }  // namespace relay::test
