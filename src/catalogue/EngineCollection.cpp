@@ -7,7 +7,7 @@ namespace relay {
 
 bool EngineCollection::add(const clsEngines& engine) {
     m_engines.push_back(engine);
-    if (m_byName.insert(&m_engines.back()).second) return true;
+    if (m_byName.insert(&m_engines.back())) return true;
     m_engines.pop_back();
     return false;
 }
@@ -20,16 +20,6 @@ void EngineCollection::clear() {
     m_byName.clear();
     m_engines.clear();
     m_storage.clear();
-}
-
-clsEngines* EngineCollection::find(std::string_view name) noexcept {
-    const auto place = m_byName.find(name);
-    return place == m_byName.end() ? nullptr : *place;
-}
-
-const clsEngines* EngineCollection::find(std::string_view name) const noexcept {
-    const auto place = m_byName.find(name);
-    return place == m_byName.end() ? nullptr : *place;
 }
 
 }  // namespace relay

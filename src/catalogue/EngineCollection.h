@@ -2,13 +2,12 @@
 #pragma once
 
 #include "catalogue/clsEngines.h"
-#include "core/Keys.h"
+#include "core/KeySet.h"
 
 #include <cstddef>
 #include <deque>
 #include <memory>
 #include <string_view>
-#include <unordered_set>
 #include <vector>
 
 namespace relay {
@@ -23,34 +22,26 @@ class EngineCollection final {
     // Keeps storage alive until clear().
     void keep(std::shared_ptr<const void> storage);
     void clear();
+    // Makes room for so many engines in all, ahead of adding them.
+    void reserve(std::size_t count) { m_byName.reserve(count); }
+    // A hint that an engine with the name will be added a little later.
+    void expect(std::string_view name) const noexcept { m_byName.expect(name); }
 
     std::size_t count() const noexcept { return m_engines.size(); }
-    clsEngines* find(std::string_view name) noexcept;
-    const clsEngines* find(std::string_view name) const noexcept;
+    clsEngines* find(std::string_view name) noexcept { return m_byName.find(name); }
+    const clsEngines* find(std::string_view name) const noexcept { return m_byName.find(name); }
     auto begin() noexcept { return m_engines.begin(); }
     auto end() noexcept { return m_engines.end(); }
     auto begin() const noexcept { return m_engines.begin(); }
     auto end() const noexcept { return m_engines.end(); }
 
   private:
-    // Engines and bare names hash and compare alike, so the set holds one pointer for each engine.
-    struct NameHash final {
-        using is_transparent = void;
-        std::size_t operator()(std::string_view name) const noexcept { return KeyHash()(name); }
-        std::size_t operator()(const clsEngines* engine) const noexcept { return KeyHash()(engine->name); }
-    };
-    struct NameEqual final {
-        using is_transparent = void;
-        static std::string_view name(std::string_view text) noexcept { return text; }
-        static std::string_view name(const clsEngines* engine) noexcept { return engine->name; }
-        template <typename A, typename B>
-        bool operator()(const A& a, const B& b) const noexcept {
-            return equalsNoCase(name(a), name(b));
-        }
+    struct NameOf final {
+        std::string_view operator()(const clsEngines& engine) const noexcept { return engine.name; }
     };
 
     std::deque<clsEngines> m_engines;
-    std::unordered_set<clsEngines*, NameHash, NameEqual> m_byName;
+    KeySet<clsEngines, NameOf> m_byName;
     std::vector<std::shared_ptr<const void>> m_storage;
 };
 

@@ -29,9 +29,20 @@ std::string_view firstLetter(std::string_view value) noexcept {
     return {&kUpperBytes[static_cast<unsigned char>(value.front())], 1};
 }
 
+// Whole numbers of a few digits are what the file is full of; all else takes the long way.
+int number(std::string_view value) noexcept {
+    constexpr std::size_t kSafeDigits = 9;
+    int sum = 0;
+    for (const char c : value.substr(0, kSafeDigits)) {
+        if (c < '0' || c > '9') return leadingInteger(value);
+        sum = sum * 10 + (c - '0');
+    }
+    return value.size() > kSafeDigits ? leadingInteger(value) : sum;
+}
+
 std::int16_t siteLevel(std::string_view value) noexcept {
     using Limits = std::numeric_limits<std::int16_t>;
-    return static_cast<std::int16_t>(std::clamp<int>(leadingInteger(value), Limits::min(), Limits::max()));
+    return static_cast<std::int16_t>(std::clamp<int>(number(value), Limits::min(), Limits::max()));
 }
 
 }  // namespace
@@ -85,13 +96,13 @@ void storeField(clsEngines& engine, EngineKey key, std::string_view value, Upper
             engine.Language = value;
             break;
         case EngineKey::MaxTitle:
-            engine.MaxTitle = leadingInteger(value);
+            engine.MaxTitle = number(value);
             break;
         case EngineKey::MaxKeywords:
-            engine.MaxKeywords = leadingInteger(value);
+            engine.MaxKeywords = number(value);
             break;
         case EngineKey::MaxDescriptions:
-            engine.MaxDescriptions = leadingInteger(value);
+            engine.MaxDescriptions = number(value);
             break;
         case EngineKey::SiteLevel:
             engine.SiteLevel = siteLevel(value);

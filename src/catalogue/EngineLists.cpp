@@ -13,13 +13,17 @@ EngineLists::EngineLists() {
 
 void addEngineListView(Rows& list, const clsEngines& engine) {
     Row row;
-    row.key = engine.name;
-    row.text = engine.name;
-    row.subItems.reserve(2);
-    row.subItems.emplace_back(engine.EngineType);
-    row.subItems.emplace_back(engine.Country);
-    row.icon = EngineTypes[engineTypeIndex(engine.EngineType)].icon;
-    list.add(std::move(row));
+    addEngineListView(list, engine, row);
+}
+
+void addEngineListView(Rows& list, const clsEngines& engine, Row& scratch) {
+    scratch.key = engine.name;
+    scratch.text = engine.name;
+    scratch.subItems.resize(2);
+    scratch.subItems[0] = engine.EngineType;
+    scratch.subItems[1] = engine.Country;
+    scratch.icon = EngineTypes[engineTypeIndex(engine.EngineType)].icon;
+    list.add(scratch);
 }
 
 }  // namespace relay

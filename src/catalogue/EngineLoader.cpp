@@ -20,6 +20,8 @@ namespace relay {
 
 namespace {
 
+constexpr std::size_t kUsualRecordBytes = 300;  // a guess to make room by
+
 std::string countText(std::uint16_t count) {
     return std::to_string(static_cast<std::int16_t>(count)) + ")";
 }
@@ -72,12 +74,18 @@ void EngineLoader::readEngines() {
         m_lists.engines.keep(text);
         m_lists.engines.keep(upperCase);
         m_lists.engines.keep(m_categories.storage());
+        const std::size_t expected = text->size() / kUsualRecordBytes;
+        m_lists.engines.reserve(expected);
+        m_lists.lsvEngines.reserve(static_cast<int>(expected));
 
         clsEngines engine;
         CatalogueReader reader(*text);
         while (reader.next()) {
             if (reader.key() == EngineKey::Name) {
-                addEngineList(std::exchange(engine, {}));
+                addEngineList(engine);
+                engine = {};
+                m_lists.engines.expect(reader.value());
+                m_lists.lsvEngines.expect(reader.value());
                 ++counts.engines;
             }
             applyItem(engine, reader.key(), reader.value(), *upperCase, counts);
@@ -103,7 +111,7 @@ void EngineLoader::applyItem(clsEngines& engine, EngineKey key, std::string_view
             applyCategory(engine);
             break;
         case EngineKey::Action:
-            if (!containsNoCase(value, "http://")) {
+            if (!startsWithNoCase(value, "http://") && !containsNoCase(value, "http://")) {
                 m_log.WriteErrorLog("Error_Engine_URL:" + std::string(engine.name) + " - " +
                                     std::string(value));
             }
@@ -124,12 +132,11 @@ void EngineLoader::applyCategory(clsEngines& engine) {
     }
 }
 
-void EngineLoader::addEngineList(clsEngines engine) {
+void EngineLoader::addEngineList(const clsEngines& engine) {
     if (engine.name.empty()) return;
     if (isAdultOnly(engine) && m_preference.refusesAdultSites()) return;
-    engine.Selected = false;
     if (m_lists.engines.add(engine)) {
-        addEngineListView(m_lists.lsvEngines, engine);
+        addEngineListView(m_lists.lsvEngines, engine, m_row);
     } else {
         m_log.WriteErrorLog("Duplicate Engine: " + std::string(engine.name));
     }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "catalogue/EngineFields.h"
+#include "core/Row.h"
 
 #include <array>
 #include <cstdint>
@@ -30,7 +31,7 @@ class EngineLoader final {
     bool loadEngines();
     // Adds a finished record and its row. One without a name, or for adult sites only where these are
     // refused, is dropped in silence; one whose name is taken goes to the log.
-    void addEngineList(clsEngines engine);
+    void addEngineList(const clsEngines& engine);
     void addCountryFilterList(std::string_view code);
 
     // Called before the message of a failed load (the window puts its splash away).
@@ -57,6 +58,7 @@ class EngineLoader final {
     const clsPreference& m_preference;
     Log& m_log;
     Prompts& m_prompts;
+    Row m_row;  // scratch of addEngineList
 };
 
 }  // namespace relay

@@ -40,7 +40,9 @@ void EngineSelection::bulk(std::string_view words, const std::function<void()>& 
 
 void EngineSelection::select(clsEngines& engine) {
     engine.Selected = true;
-    addEngineListView(m_lists.lsvSelectedEngines, engine);
+    // The row may have outlived a deletion from lsvEngines.
+    if (!m_lists.lsvSelectedEngines.contains(engine.name))
+        addEngineListView(m_lists.lsvSelectedEngines, engine);
 }
 
 void EngineSelection::selectWhere(const std::function<bool(const clsEngines&)>& qualifies) {
@@ -150,11 +152,7 @@ void EngineSelection::EngineRemove(bool all) {
 bool EngineSelection::EngineSingleSelect(std::string_view name) {
     clsEngines* engine = m_lists.engines.find(name);
     if (engine == nullptr) return false;
-    if (m_lists.lsvSelectedEngines.contains(name)) {
-        engine->Selected = true;  // its row may have outlived a deletion from lsvEngines
-    } else {
-        select(*engine);
-    }
+    select(*engine);
     renewTitle();
     return true;
 }
@@ -205,7 +203,10 @@ bool EngineSelection::loadSelectedEngine(const std::string& path) {
         ItemReader reader(text);
         std::string_view name;
         while (reader.next(name)) {
-            if (clsEngines* engine = m_lists.engines.find(name)) select(*engine);
+            clsEngines* engine = m_lists.engines.find(name);
+            if (engine == nullptr) continue;
+            engine->Selected = true;
+            addEngineListView(m_lists.lsvSelectedEngines, *engine);  // a row that is there ends the loading
         }
     } catch (const std::exception& failure) {
         renewTitle();
