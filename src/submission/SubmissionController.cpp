@@ -161,11 +161,11 @@ void SubmissionController::giveNextEngine(std::int16_t Index) {
             m_services.prompts.status(std::to_string(m_clsSubmit.NumOfEngines() - m_state.EngineCounter) +
                                       " engines remaining ...");
             m_clsSubmit.Submitting(Index, m_state.EngineCounter);
-        } else if (isFinish() && m_free.empty()) {
+        } else if (isFinish()) {
             finishURL();
         }
     });
-    if (!given && isFinish() && m_free.empty()) {
+    if (!given && isFinish()) {
         setSubmitComplete();
         m_ended = true;
     }

@@ -37,6 +37,8 @@ TEST(Run, opensNoMoreConnectionsThanEngines) {
     }
     EXPECT_THAT(seen, ElementsAre("E1", "E1", "E2", "E2", "E3", "E3"));
     EXPECT_EQ(server.requests().size(), 6U);
+    EXPECT_THAT(fixture.prompts.statuses,
+                testing::IsSupersetOf({"Start submitting ...", "0 engines remaining ..."}));
     ASSERT_EQ(fixture.reports.size(), 2U);
     for (const UrlReport& report : fixture.reports) {
         EXPECT_EQ(report.success, 3);
@@ -58,20 +60,6 @@ TEST(Run, opensNoMoreConnectionsThanEngines) {
     EXPECT_EQ(cell(state.lsvReport, 1, 2), "Finish");
     EXPECT_EQ(std::string(state.lsvReport.at(1).tag), fixture.reports[1].path);
     EXPECT_THAT(fixture.boxes(), ElementsAre("Submit|Submission done !"));
-}
-
-TEST(Run, givesTheConnectionThatEndsTheNextEngine) {
-    const FaultServer server(statusByPath());
-    SubmissionFixture fixture;
-    fixture.preference.Connections = 1;
-    fixture.loadEngines(SubmissionFixture::records("E", 4, server.url("/200/s")));
-    fixture.run({fixture.website("Shop", {"http://a.test/"})});
-    std::vector<std::string> order;
-    for (const auto& ended : fixture.ended) order.push_back(ended.engine);
-    EXPECT_THAT(order, ElementsAre("E1", "E2", "E3", "E4"));
-    EXPECT_THAT(fixture.prompts.statuses, testing::IsSupersetOf({std::string("Start submitting ..."),
-                                                                 std::string("3 engines remaining ..."),
-                                                                 std::string("0 engines remaining ...")}));
 }
 
 // Records that end at once, in a number that nested calls would not survive, around one that is sent.
@@ -99,6 +87,18 @@ TEST(Run, passesOverEnginesThatCannotBeSent) {
     EXPECT_EQ(table[15001].Result, Failed);
     EXPECT_EQ(table[15002].Result, StartFailed);
     EXPECT_EQ(table[30001].Result, StartFailed);
+}
+
+TEST(Run, goesOnWithTheConnectionWhoseEngineEndedAtOnce) {
+    const FaultServer server(statusByPath());
+    SubmissionFixture fixture;
+    fixture.loadEngines(SubmissionFixture::records("None", 2, "") +
+                        SubmissionFixture::records("Slow", 2, server.url("/never")));
+    fixture.start({fixture.website("Shop", {"http://a.test/"})});
+    ASSERT_TRUE(waitUntil([&] { return server.connections() == 2; }));
+    const Rows& connections = fixture.controller->state().lsvConnections;
+    EXPECT_EQ(cell(connections, 0, 1), "Slow1");
+    EXPECT_EQ(cell(connections, 1, 1), "Slow2");
 }
 
 TEST(Run, endsWhenNothingCanBeSent) {
