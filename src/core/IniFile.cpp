@@ -159,10 +159,15 @@ bool IniFile::has(std::string_view section, std::string_view key) const {
     return m_data->find(section, key) != nullptr;
 }
 
+bool IniFile::takesKey(std::string_view key) {
+    key = trimBlanks(firstLine(key));
+    return !key.empty() && key.find('=') == npos && key.front() != '[' && key.front() != ';';
+}
+
 void IniFile::setValue(std::string_view section, std::string_view key, std::string_view value) {
     section = trimBlanks(firstLine(section));
     key = trimBlanks(firstLine(key));
-    if (section.empty() || key.empty() || key.find('=') != npos || key.front() == '[' || key.front() == ';')
+    if (section.empty() || !takesKey(key))
         throw Failure("Invalid section or key: [" + std::string(section) + "] " + std::string(key), 5);
     auto place = m_data->sectionPlaces.find(section);
     if (place == m_data->sectionPlaces.end()) {

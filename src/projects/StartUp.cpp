@@ -164,10 +164,12 @@ std::optional<WindowPosition> parseWindowPosition(std::string_view text) {
 std::string windowPositionText(const WindowPosition& position) {
     std::string text;
     for (const double number : {position.left, position.top, position.width, position.height}) {
-        std::array<char, 32> digits{};
-        const auto end = std::to_chars(digits.begin(), digits.end(), static_cast<float>(number)).ptr;
+        std::array<char, 64> digits{};
+        const auto end = std::to_chars(digits.data(), digits.data() + digits.size(),
+                                       static_cast<float>(number), std::chars_format::fixed)
+                             .ptr;
         if (!text.empty()) text += ',';
-        text.append(digits.data(), end);
+        text.append(digits.data(), static_cast<std::size_t>(end - digits.data()));
     }
     return text;
 }

@@ -29,6 +29,8 @@ int readCount(const IniFile& file, std::string_view key) {
 void writeCustomCategories(IniFile& file, const CustomEngines& customEngines, std::size_t& reached) {
     for (reached = 0; reached < customEngines.size(); ++reached) {
         const EngineCategoryEntry& engine = customEngines[reached];
+        // A name that could never be read back must not keep the website from being saved.
+        if (!IniFile::takesKey(engine.EngineName)) continue;
         if (!engine.Data.empty()) file.setValue(kCustomCategorySection, engine.EngineName, engine.Data);
         if (!engine.SpaceID.empty())
             file.setValue(kCustomCategorySection, engine.EngineName + "SpaceID", engine.SpaceID);
