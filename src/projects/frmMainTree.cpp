@@ -46,7 +46,10 @@ class NodeDelegate final : public QStyledItemDelegate {
 void frmMain::connectTree() {
     QTreeView* const view = m_ui->TreeView1;
     ProjectDesk& desk = m_parts.main.desk;
+    // While a node goes, the view looks for another current row; where to go next is the desk's business.
+    connect(&desk.tree(), &ProjectTree::rowsAboutToBeRemoved, this, [this] { m_showingNode = true; });
     view->setModel(&desk.tree());
+    connect(&desk.tree(), &ProjectTree::rowsRemoved, this, [this] { m_showingNode = false; });
     view->setItemDelegate(new NodeDelegate(view));
     view->setIconSize(QSize(kIconSize, kIconSize));
     view->expandAll();

@@ -1,0 +1,307 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/OneWindow.h"
+#include "app/Options.h"
+#include "app/WindowTest.h"
+#include "core/FileStore.h"
+#include "core/ScreenText.h"
+#include "projects/QuickStart.h"
+#include "widgets/ListView.h"
+
+#include <QAbstractButton>
+#include <QAccessible>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTextDocument>
+#include <QTreeView>
+
+#include <cerrno>
+#include <gmock/gmock.h>
+#include <set>
+
+namespace relay::test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+class MainWindowTest : public WindowTest {
+  protected:
+    ~MainWindowTest() override { setSaveFault({}); }
+
+    std::vector<std::string> titles() const {
+        std::vector<std::string> list;
+        for (const auto& shown : prompts.shown) list.push_back(shown.title);
+        return list;
+    }
+    void startWithOneWebsite() {
+        settleHome(kSmallCatalogue);
+        home.write("project.kwj", "[Shop]\r\nDescription=\r\nLast=1\r\n1=Home|\r\n");
+        start();
+        clickNode("Shop/Home");
+    }
+};
+
+TEST_F(MainWindowTest, AnEmptyHomeShowsTheSettingsOnceAndEndsInTheNotice) {
+    int settingsShown = 0;
+    whenModal([&](QWidget& dialog) {
+        settingsShown += dialog.objectName() == QStringLiteral("frmPreference") ? 1 : 0;
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+    });
+    start();
+    EXPECT_EQ(settingsShown, 1);
+    ASSERT_EQ(prompts.shown.size(), 1U);
+    EXPECT_THAT(prompts.last().text, HasSubstr("Please re-start the program after you updated"));
+    EXPECT_TRUE(window().isVisible());
+    EXPECT_EQ(current(), "Web Project");
+    EXPECT_TRUE(find<QLabel>("lblQuickStartTips").isVisible());
+    quit();
+    start();
+    EXPECT_EQ(settingsShown, 1);
+}
+
+TEST_F(MainWindowTest, NoToTheExitQuestionKeepsTheWindow) {
+    settleHome(kSmallCatalogue);
+    start();
+    prompts.answers = {false};
+    EXPECT_FALSE(window().close());
+    EXPECT_TRUE(window().isVisible());
+    EXPECT_EQ(prompts.last().text, "Are you sure you want to exit?");
+}
+
+TEST_F(MainWindowTest, ThePlaceOfTheWindowIsTakenAsToldButStaysInReach) {
+    settleHome(kSmallCatalogue);
+    const auto placed = [this](const char* told) {
+        {
+            SettingsStore store(home.paths().settingsFile);
+            store.setValue(kApplication, "Preference", "MainFormPos", told);
+        }
+        start();
+        return QRect(window().pos(), window().size());
+    };
+    EXPECT_EQ(placed("-40,30,1100,760"), QRect(0, 30, 1100, 760));
+    EXPECT_EQ(placed("10,20,3000,760").width(), 3000);
+    const QRect lost = placed("90000,90000,1100,760");
+    EXPECT_TRUE(lost.intersects(QGuiApplication::primaryScreen()->geometry()));
+    EXPECT_EQ(lost.size(), QSize(1100, 760));
+    window().setSplitterPlace(333);
+    const int place = window().splitterPlace();
+    quit();
+    EXPECT_EQ(SettingsStore(home.paths().settingsFile).value(kApplication, "Preference", "MainFormPos"),
+              std::to_string(lost.x()) + "," + std::to_string(lost.y()) + ",1100,760");
+    start();
+    EXPECT_EQ(window().splitterPlace(), place);
+}
+
+TEST_F(MainWindowTest, QuickStartReadsAsToldAndLeadsToItsCommands) {
+    settleHome(kSmallCatalogue);
+    start();
+    QLabel& tips = find<QLabel>("lblQuickStartTips");
+    QTextDocument document;
+    document.setHtml(tips.text());
+    QStringList told;
+    for (const QuickStartLine& line : quickStartLines())
+        if (!line.text.empty()) told << toScreen(line.text);
+    EXPECT_EQ(document.toPlainText().split(QLatin1Char('\n')), told);
+    EXPECT_EQ(told.filter(QStringLiteral("6.")).size(), 0);
+
+    prompts.inputs = {"Shop"};
+    Q_EMIT tips.linkActivated(QStringLiteral("NewProject"));
+    EXPECT_EQ(current(), "Shop");
+    clickNode("");
+    Q_EMIT tips.linkActivated(QStringLiteral("NewWeb"));
+    EXPECT_THAT(prompts.last().text, StartsWith("You can add website to the Root item."));
+    Q_EMIT tips.linkActivated(QStringLiteral("Submit"));
+    EXPECT_THAT(prompts.last().text, StartsWith("There is no engine selected."));
+    EXPECT_TRUE(find<QWidget>("SSTab3").isVisible());
+}
+
+TEST_F(MainWindowTest, CommandsAreThereForTheNodesTheyServe) {
+    startWithOneWebsite();
+    const auto enabled = [this] {
+        std::string items;
+        for (const char* item : {"mnuFileItems_0", "mnuFileItems_1", "mnuFileItems_3", "mnuFileItems_4",
+                                 "mnuFileItems_6", "mnuFileItems_7", "mnuEngineItems_3", "mnuPopupItems_10"})
+            items += find<QAction>(item).isEnabled() ? '1' : '0';
+        return items + (find<QAction>("Save").isEnabled() ? "s" : "");
+    };
+    EXPECT_EQ(enabled(), "11111111s");
+    clickNode("Shop");
+    EXPECT_EQ(enabled(), "11101011s");
+    clickNode("");
+    EXPECT_EQ(enabled(), "10000000");
+    clickNode("Shop/Home");
+    command("Engines");
+    EXPECT_EQ(enabled(), "11111011");
+}
+
+TEST_F(MainWindowTest, AMissingFieldComesToTheFront) {
+    startWithOneWebsite();
+    const std::pair<const char*, int> missing[] = {{"txtSiteTitle", 0}, {"txtSiteKeywords", 0}};
+    find<QTabWidget>("SSTab1").setCurrentIndex(3);
+    for (const auto& [field, tab] : missing) {
+        prompts.answers = {false};
+        command("Save");
+        EXPECT_EQ(prompts.last().title, "Save WebSite Details");
+        EXPECT_EQ(find<QTabWidget>("SSTab1").currentIndex(), tab);
+        EXPECT_EQ(window().focusWidget(), &find<QWidget>(field));
+        type(field, QStringLiteral("x"));
+    }
+}
+
+TEST_F(MainWindowTest, AHomeThatCannotBeWrittenIsToldOnceAndKeepsWhatWasTyped) {
+    startWithOneWebsite();
+    type("txtSiteTitle", QStringLiteral("Typed before"));
+    setSaveFault([](SaveStep step) { return step == SaveStep::Create ? EROFS : 0; });
+    prompts.shown.clear();
+    for (int attempt = 0; attempt < 3; ++attempt) clickNode("Shop");
+    EXPECT_EQ(titles(), std::vector<std::string>{"Error"});
+    EXPECT_EQ(current(), "Home");
+    EXPECT_EQ(find<QTreeView>("TreeView1").currentIndex(), node("Shop/Home"));
+    QTest::keyClicks(&find<QWidget>("txtSiteTitle"), QStringLiteral(" and after"));
+    setSaveFault({});
+    clickNode("Shop");
+    EXPECT_EQ(current(), "Shop");
+    EXPECT_THAT(home.read("Projects/Home.kws"), HasSubstr("Title=Typed before and after\r\n"));
+}
+
+TEST_F(MainWindowTest, EveryBadProjectFileStillOpensAWindow) {
+    settleHome(kSmallCatalogue);
+    const std::string files[] = {"", std::string("\0\xff[\x01]\0", 6), "[A]\r\nLast=abc\r\n",
+                                 "[A]\r\nLast=2000000000\r\n1=x|/nowhere/at/all.kws\r\n", "[\r\n]\r\n["};
+    for (const std::string& bytes : files) {
+        home.write("project.kwj", bytes);
+        prompts.shown.clear();
+        start();
+        EXPECT_TRUE(window().isVisible());
+        EXPECT_EQ(titles(), std::vector<std::string>()) << prompts.last().text;
+    }
+}
+
+TEST_F(MainWindowTest, FieldsKeepEveryByteAndEveryCharacter) {
+    startWithOneWebsite();
+    const std::string odd = "caf\xc3\xa9 \xf0\x9f\x98\x80 \xff\x80 end";
+    home.write("odd.kws", "[Web Site Info]\r\nVersion=6.0\r\nTitle=" + odd + "\r\nKeyword=" + odd +
+                              "\r\nWebType=" + odd + "\r\nLastURL=1\r\n[URL]\r\nURL1=" + odd + "\r\n");
+    prompts.files = {{home.path("odd.kws"), 1}};
+    command("mnuFileItems_6");
+    clickNode("Shop/odd.kws");
+    type("txtSiteDescription", QStringLiteral("typed"));
+    clickNode("Shop");
+    EXPECT_THAT(home.read("odd.kws"), HasSubstr("Title=" + odd + "\r\nKeyword=" + odd + "\r\nWebType=" + odd +
+                                                "\r\nLastURL=1\r\n"));
+    EXPECT_THAT(home.read("odd.kws"), HasSubstr("Description=typed\r\n"));
+
+    clickNode("Shop/Home");
+    const QString huge(100000, QLatin1Char('x'));
+    for (const char* field : {"txtSiteTitle", "txtName"}) {
+        find<QLineEdit>(field).selectAll();
+        find<QLineEdit>(field).insert(huge);
+    }
+    find<QPlainTextEdit>("txtSiteKeywords").insertPlainText(huge);
+    EXPECT_EQ(program().main().website.fields.txtSiteTitle.size(), 100000U);
+    clickNode("Shop");
+    EXPECT_THAT(home.read("Projects/Home.kws"), HasSubstr("Keyword=" + huge.toStdString() + "\r\n"));
+}
+
+TEST_F(MainWindowTest, ARenameThatWillNotDoAsksAgain) {
+    startWithOneWebsite();
+    QTreeView& tree = find<QTreeView>("TreeView1");
+    const auto editor = [&] { return tree.findChild<QLineEdit*>(QStringLiteral("txtNodeLabel")); };
+    bringUp();
+    QTest::keyClick(&tree, Qt::Key_F2);
+    ASSERT_TRUE(waitUntil([&] { return editor() != nullptr; }));
+    editor()->setText(QStringLiteral("a/b"));
+    prompts.shown.clear();
+    QTest::keyClick(editor(), Qt::Key_Return);
+    ASSERT_TRUE(waitUntil([&] { return !prompts.shown.empty() && editor() != nullptr; }));
+    EXPECT_EQ(prompts.last().title, "New WebProject and WebSite");
+    EXPECT_EQ(editor()->text(), QStringLiteral("Home"));
+    QTest::keyClick(editor(), Qt::Key_Escape);
+
+    clickNode("");
+    QTest::keyClick(&tree, Qt::Key_Delete);
+    EXPECT_EQ(prompts.last().kind, "beep");
+}
+
+TEST_F(MainWindowTest, ReportsOpenOrAreMissed) {
+    settleHome(kSmallCatalogue);
+    home.write("a.kws",
+               "[Web Site Info]\r\nVersion=6.0\r\nLastURL=1\r\nLastReport=2\r\n[URL]\r\nURL1=http://a\r\n"
+               "LocalFile1=/x.htm\r\n[Report]\r\nURL1=http://a\r\nDate1=d\r\nReportFile1=" +
+                   home.write("r.htm", "") + "\r\nURL2=http://b\r\nDate2=d\r\nReportFile2=/gone.htm\r\n");
+    home.write("project.kwj", "[Shop]\r\nLast=1\r\n1=Home|" + home.path("a.kws") + "\r\n");
+    start();
+    clickNode("Shop/Home");
+    find<QTabWidget>("SSTab1").setCurrentIndex(1);
+    clickRow("lsvSiteURLs", "http://a");
+    EXPECT_EQ(find<QLineEdit>("txtURLFileLocation").text(), QStringLiteral("/x.htm"));
+    find<QTabWidget>("SSTab1").setCurrentIndex(4);
+    clickRow("lsvReports", "http://b");
+    QTest::mouseClick(&find<QPushButton>("cmdViewReport"), Qt::LeftButton);
+    EXPECT_THAT(prompts.last().text, StartsWith("Report file is missing and corrupt."));
+    clickRow("lsvReports", "http://a");
+    QTest::keyClick(&find<QWidget>("lsvReports"), Qt::Key_Return);
+    EXPECT_EQ(prompts.last().kind + prompts.last().text, "system" + home.path("r.htm"));
+    prompts.answers = {true};
+    QTest::mouseClick(&find<QPushButton>("cmdDeleteReport"), Qt::LeftButton);
+    EXPECT_THAT(rowTexts("lsvReports"), ElementsAre("http://b"));
+}
+
+TEST_F(MainWindowTest, EveryControlHasANameAndAPlaceInTheTabOrder) {
+    startWithOneWebsite();
+    std::set<const QWidget*> reached;
+    for (const QWidget* widget = &window();
+         (widget = widget->nextInFocusChain()) != nullptr && reached.insert(widget).second;) {
+    }
+    int controls = 0;
+    for (QWidget* widget : window().findChildren<QWidget*>()) {
+        const bool isControl =
+            qobject_cast<QLineEdit*>(widget) != nullptr || qobject_cast<QPlainTextEdit*>(widget) != nullptr ||
+            qobject_cast<QAbstractButton*>(widget) != nullptr ||
+            qobject_cast<QComboBox*>(widget) != nullptr || qobject_cast<QTreeView*>(widget) != nullptr;
+        const bool isPart = widget->objectName().startsWith(QStringLiteral("qt_")) ||
+                            qobject_cast<QComboBox*>(widget->parentWidget()) != nullptr ||
+                            qobject_cast<QLineEdit*>(widget->parentWidget()) != nullptr ||
+                            widget->inherits("QTabBar") || widget->parentWidget()->inherits("QTabBar") ||
+                            widget->parentWidget()->inherits("QAbstractScrollArea");
+        if (!isControl || isPart) continue;
+        ++controls;
+        const QString name = QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name);
+        EXPECT_FALSE(name.isEmpty()) << widget->metaObject()->className() << " "
+                                     << qPrintable(widget->objectName());
+        EXPECT_NE(widget->focusPolicy() & Qt::TabFocus, 0) << qPrintable(widget->objectName() + name);
+        EXPECT_TRUE(reached.contains(widget)) << qPrintable(name);
+    }
+    EXPECT_GT(controls, 60);
+}
+
+TEST(OneWindowTest, TheSecondOnAHomeRaisesTheFirst) {
+    const TestHome home;
+    const QString folder = toScreen(home.paths().AppPath);
+    OneWindow first(folder);
+    ASSERT_TRUE(first.claim());
+    int raised = 0;
+    QObject::connect(&first, &OneWindow::raiseWanted, &first, [&raised] { ++raised; });
+    EXPECT_FALSE(OneWindow(folder).claim());
+    EXPECT_TRUE(waitUntil([&] { return raised == 1; }));
+    const TestHome other;
+    EXPECT_TRUE(OneWindow(toScreen(other.paths().AppPath)).claim());
+}
+
+TEST(OptionsTest, SwitchesStandAnywhere) {
+    const Options options =
+        readOptions({QStringLiteral("/d"), QStringLiteral("--home"), QStringLiteral("/tmp/x")});
+    EXPECT_EQ(options.home, "/tmp/x");
+    EXPECT_EQ(options.commandLine, "/d --home /tmp/x");
+    EXPECT_TRUE(options.answer.isEmpty());
+    EXPECT_EQ(readOptions({QStringLiteral("--version")}).exitCode, 0);
+    EXPECT_EQ(readOptions({QStringLiteral("--nonsense")}).exitCode, 2);
+}
+
+}  // namespace
+}  // namespace relay::test
