@@ -10,6 +10,7 @@
 #include "core/IniFile.h"
 #include "projects/WebsiteFile.h"
 #include "submission/SubmissionData.h"
+#include "transport/RequestUrl.h"
 
 namespace relay {
 
@@ -48,15 +49,22 @@ int PreviewCommand::execute() {
                        "\" has no action, or its template holds no macro. It would count as failed.");
         return kSomeFailed;
     }
+    std::string url;
+    try {
+        url = wireUrl(request->URL);
+    } catch (const Failure& refused) {
+        context().warn(std::string("Nothing would be sent: ") + refused.what() + ".");
+        return kSomeFailed;
+    }
     const char* method = request->isPost() ? "POST" : "GET";
     const std::string body = request->isPost() ? request->data : std::string();
     if (context().json) {
-        JsonLine().add("method", method).add("url", request->URL).add("body", body).write(context().out());
+        JsonLine().add("method", method).add("url", url).add("body", body).write(context().out());
         return kSucceeded;
     }
     Table table({});
     table.add({"Method", method});
-    table.add({"URL", request->URL});
+    table.add({"URL", url});
     table.add({"Body", body});
     table.write(context().out(), false);
     return kSucceeded;

@@ -31,6 +31,7 @@ HttpTransfer::HttpTransfer() : easy(curl_easy_init()) {
     set(easy, CURLOPT_NOSIGNAL, 1L);
     // An abort must not wait for a name server that does not answer: the look-up is left behind.
     set(easy, CURLOPT_QUICK_EXIT, 1L);
+    set(easy, CURLOPT_PATH_AS_IS, 1L);  // "a/../b" is the server's to judge
     set(easy, CURLOPT_PROTOCOLS_STR, "http,https");
     set(easy, CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
     set(easy, CURLOPT_DISALLOW_USERNAME_IN_URL, 1L);  // for redirects; wireUrl refuses the rest
