@@ -68,9 +68,10 @@ struct HttpNetwork::Data final : QObject {
     void dispatch(const Report& report);
 
     // Handlers may run the event loop, and so be called inside each other. Beyond this depth news wait for
-    // the handlers under way, for a moment at least, so that the stack stays small.
+    // the handlers under way, so that the stack stays small; but a handler that has kept them waiting for so
+    // long is taken to be waiting for news itself.
     static constexpr int kNestedDeliveries = 16;
-    static constexpr int kNestedPatience = 20;  // milliseconds
+    static constexpr int kNestedPatience = 100;  // milliseconds
 
     CURLM* const m_multi;
     std::vector<TransferPointer> m_active;
@@ -97,11 +98,7 @@ struct HttpNetwork::Data final : QObject {
 HttpNetwork::Data::Data() : m_multi(makeMulti()) {
     m_patience.setSingleShot(true);
     m_patience.setInterval(kNestedPatience);
-    QObject::connect(&m_patience, &QTimer::timeout, this, [this] {
-        const int depth = std::exchange(m_depth, 0);
-        deliver();
-        m_depth = depth;
-    });
+    QObject::connect(&m_patience, &QTimer::timeout, this, &Data::deliver);
     try {
         m_thread = std::thread([this] { run(); });
     } catch (const std::system_error& failure) {
@@ -218,29 +215,28 @@ void HttpNetwork::Data::readMessages() {
 
 bool HttpNetwork::Data::event(QEvent* event) {
     if (event->type() != QEvent::User) return QObject::event(event);
-    deliver();
+    if (m_depth < kNestedDeliveries) {
+        deliver();
+    } else {
+        m_deferred = true;
+        if (!m_patience.isActive()) m_patience.start();
+    }
     return true;
 }
 
 void HttpNetwork::Data::deliver() {
-    if (m_depth >= kNestedDeliveries) {
-        m_deferred = true;
-        if (!m_patience.isActive()) m_patience.start();
-        return;
-    }
     takeOutbox();
     ++m_depth;
     while (m_next < m_inbox.size()) {
         const Report report = std::move(m_inbox[m_next++]);
+        m_patience.stop();
         dispatch(report);
     }
     --m_depth;
     m_inbox.clear();
     m_next = 0;
-    if (std::exchange(m_deferred, false)) {
-        m_patience.stop();
-        QCoreApplication::postEvent(this, new QEvent(QEvent::User));
-    }
+    m_patience.stop();
+    if (std::exchange(m_deferred, false)) QCoreApplication::postEvent(this, new QEvent(QEvent::User));
 }
 
 void HttpNetwork::Data::takeOutbox() {

@@ -56,6 +56,7 @@ struct frmHTTPMX::Data final {
     std::int16_t Connections = 0;
     std::int32_t TimeOut = 0;
     bool loaded = false;
+    std::function<std::string(std::string_view)> logMask;
     int failures = 0;  // nested, see kNestedFailures
     // Index 0 exists from design and is never used. A deque, so that a slot stays where it is.
     std::deque<HttpSlot> slots;
@@ -87,6 +88,10 @@ std::int32_t frmHTTPMX::TimeOut() const noexcept {
 
 void frmHTTPMX::setTimeOut(std::int32_t seconds) noexcept {
     m_data->TimeOut = seconds;
+}
+
+void frmHTTPMX::setLogMask(std::function<std::string(std::string_view)> mask) {
+    m_data->logMask = std::move(mask);
 }
 
 void frmHTTPMX::Load() {
@@ -157,6 +162,7 @@ void frmHTTPMX::send(std::int16_t index, const std::string& URL, const std::stri
                      const std::string& postData) {
     HttpSlot& slot = slotAt(index);
     HttpClient& client = slot.client;
+    // The client is idle at once after an abort, but the slot is not: its restart is still to come.
     if (client.State() != 0) {
         slot.Status = SlotStatus::Restart;
         client.Abort();
@@ -181,8 +187,9 @@ void frmHTTPMX::send(std::int16_t index, const std::string& URL, const std::stri
 }
 
 void frmHTTPMX::fail(std::int16_t index, const std::string& URL, const Failure& failure) {
+    const std::string shown = m_data->logMask ? m_data->logMask(URL) : URL;
     m_data->log.WriteErrorLog("frmRanking_Connect_Error: " + std::to_string(failure.number()) + " - " +
-                              failure.what() + "\r\nURL: " + loggableUrl(URL));
+                              failure.what() + "\r\nURL: " + loggableUrl(shown));
     if (index >= 0 && static_cast<std::size_t>(index) < m_data->slots.size())
         m_data->tmrHttpTimeout.stop(static_cast<std::size_t>(index));
     const std::string nothing;
@@ -210,6 +217,7 @@ void frmHTTPMX::finish(std::int16_t index) {
         case SlotStatus::TimedOut:
             break;
         case SlotStatus::Restart: {
+            slot.Status = SlotStatus::Running;
             const HttpSlot& previous = slot;
             const std::string url = previous.URL;
             const std::string method = previous.Method;

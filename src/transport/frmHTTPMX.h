@@ -4,8 +4,10 @@
 #include <QObject>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace relay {
 
@@ -33,6 +35,9 @@ class frmHTTPMX final : public QObject {
 
     void setConnections(std::int16_t count);  // before Load; 0 means 10
     std::int16_t Connections() const noexcept;
+    // Covers what a URL must not tell the log, such as a password of the owner's; without one, URLs are
+    // logged whole.
+    void setLogMask(std::function<std::string(std::string_view)> mask);
     // Makes the slots and reads the settings; nothing when it was done before. A failure is a Completed with
     // index 0.
     void Load();

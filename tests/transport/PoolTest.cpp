@@ -234,6 +234,7 @@ TEST_F(PoolTest, AConnectOnABusySlotSendsThePreviousRequestAgain) {
     pool->Connect(1, stallsOnce.url("/previous"), "POST", "a=1");
     EXPECT_TRUE(waitUntil([&] { return calls == 1; }));
     pool->Connect(1, stallsOnce.url("/lost"), "GET");
+    pool->Connect(1, stallsOnce.url("/lost-too"), "GET");
     EXPECT_TRUE(waitForEnds(1));
     settle();
     EXPECT_THAT(ends, ElementsAre(End{1, 200, "POST /previous|a=1"}));
@@ -250,6 +251,7 @@ TEST_F(PoolTest, DisconnectSwallowsWhatRunsAndReportsOnce) {
     pool->Connect(3, server.url("/done"), "GET");
     EXPECT_TRUE(waitForRequests(3) && waitForEnds(1) && waitUntil([&] { return progress[2] == 1; }));
     pool->Connect(4, server.url("/stall"), "GET");
+    pool->Connect(4, server.url("/stall"), "GET");  // starts again, if it were not for the next line
     pool->Disconnect();
     pool->Disconnect();
     EXPECT_TRUE(waitUntil([&] { return cancelled == 2; }));
