@@ -136,6 +136,7 @@ void clsSubmit::LoadHTTPMXSocket(std::int16_t Count) {
             [this](qint16 Index, qint32 Code, const std::string&) { m_frmHTTPMX_Completed(Index, Code); });
     connect(m_frmHTTPMX.get(), &frmHTTPMX::Progress, this, &clsSubmit::m_frmHTTPMX_Progress);
     connect(m_frmHTTPMX.get(), &frmHTTPMX::Cancelled, this, &clsSubmit::m_frmHTTPMX_Cancelled);
+    m_frmHTTPMX->setLogMask([this](std::string_view URL) { return maskPassword(URL, m_web); });
     m_frmHTTPMX->setConnections(Count);
     m_frmHTTPMX->Load();
 }

@@ -163,7 +163,7 @@ void frmHTTPMX::send(std::int16_t index, const std::string& URL, const std::stri
     HttpSlot& slot = slotAt(index);
     HttpClient& client = slot.client;
     // The client is idle at once after an abort, but the slot is not: its restart is still to come.
-    if (client.State() != 0) {
+    if (client.State() != 0 || slot.Status == SlotStatus::Restart) {
         slot.Status = SlotStatus::Restart;
         client.Abort();
         return;
@@ -260,6 +260,7 @@ void frmHTTPMX::Disconnect() {
         // What runs in between may unload the pool.
         for (std::size_t index = 1; index < m_data->slots.size(); ++index) {
             HttpSlot& slot = m_data->slots[index];
+            if (slot.Status == SlotStatus::Restart) slot.Status = SlotStatus::Cancelled;
             if (slot.client.State() == 0) continue;
             slot.Status = SlotStatus::Cancelled;
             m_data->tmrHttpTimeout.stop(index);
