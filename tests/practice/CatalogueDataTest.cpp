@@ -265,8 +265,8 @@ TEST(PracticeForm, OffersTheEnginesOwnCategories) {
     web.describeEngines(readData("practice/krveng5.dat"), readData("practice/catkws.dat"));
     web.start();
     const std::string known = get(web.address(), "/engines/whats-baking/add");
-    EXPECT_THAT(known,
-                HasSubstr("<select name=\"section\" size=\"1\">\n<option value=\"1\">Baking</option>"));
+    EXPECT_THAT(known, HasSubstr("<select name=\"section\" size=\"1\">\n<option value=\"9\">Other</option>\n"
+                                 "<option value=\"1\">Baking</option>"));
     EXPECT_THAT(known, HasSubstr("<textarea name=\"text\""));
     const std::string unknown = get(web.address(), "/engines/any-other/add");
     EXPECT_THAT(unknown, HasSubstr("/engines/any-other/submit\" method=\"post\">"));
