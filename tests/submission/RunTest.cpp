@@ -201,17 +201,19 @@ TEST(Run, goesOnWhenTheReportCannotBeWritten) {
               "Report file is corrupted or missing, please re-run the submission again.");
 }
 
-TEST(Run, keepsThePasswordOutOfTheTrace) {
+TEST(Run, keepsThePasswordOutOfTheLog) {
     const FaultServer server(statusByPath());
     SubmissionFixture fixture("submit /d");
     fixture.loadEngines("Name=G\nMethod=GET\nQuery=p=<password>\nAction=" + server.url("/200/s") +
                         "\nName=P\nMethod=POST\nQuery=p=<password>&u=<url>\nAction=" + server.url("/200/s") +
-                        "\nName=None\nMethod=GET\nQuery=p=<password>\n");
+                        "\nName=None\nMethod=GET\nQuery=p=<password>\n"
+                        "\nName=Bad\nMethod=GET\nQuery=p=<password>\nAction=ftp://bad.test/\n");
     fixture.run({fixture.website("Shop", {"http://a.test/"}, "Password=se;cret\r\n")});
     const std::string log = fixture.logText();
     EXPECT_THAT(log, HasSubstr("/200/s?p=********\r\n"));
     EXPECT_THAT(log, HasSubstr("p=********&u=http%3A%2F%2Fa.test%2F\r\n"));
     EXPECT_THAT(log, HasSubstr("Script Error.\r\n Engine: None\r\nSubmitData: p=********\r\n"));
+    EXPECT_THAT(log, HasSubstr("URL: ftp://bad.test/?p=********\r\n"));
     EXPECT_THAT(log, testing::Not(HasSubstr("cret")));
     EXPECT_THAT(server.requests(), testing::Contains(HasSubstr("p=se%3Bcret")));
 }
