@@ -20,9 +20,9 @@
 #include <QTemporaryDir>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -98,10 +98,16 @@ void writeEngines(const std::string& home, int records) {
     for (int number = 0; number < records / 10; ++number) tables << "[Table " << number << "]\r\nArts=2\r\n";
 }
 
+// Processor time: all work here is one thread that never waits, and other programs shall not count.
 double seconds(const std::function<void()>& work) {
-    const auto start = std::chrono::steady_clock::now();
+    const auto now = [] {
+        timespec time{};
+        clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
+    };
+    const double start = now();
     work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    return now() - start;
 }
 
 // The least that any reader of such a file does: lines, their items, and each item's "=".

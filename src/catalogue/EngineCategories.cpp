@@ -4,21 +4,26 @@
 #include "core/Failure.h"
 #include "core/FileStore.h"
 #include "core/ItemReader.h"
-#include "core/Keys.h"
+#include "core/KeySet.h"
 #include "core/Paths.h"
 #include "core/Prompts.h"
 #include "core/Text.h"
 
 #include <deque>
-#include <unordered_map>
 
 namespace relay {
 
 struct EngineCategories::Tables final {
+    struct NameOf final {
+        std::string_view operator()(const EngineCategoryEntry& entry) const noexcept {
+            return entry.EngineName;
+        }
+    };
+
     explicit Tables(std::string_view text);
 
     std::deque<EngineCategoryEntry> entries;  // a deque, so that the views into them hold
-    std::unordered_map<std::string_view, const EngineCategoryEntry*, KeyHash, KeyEqual> byName;
+    KeySet<const EngineCategoryEntry, NameOf> byName;
 };
 
 EngineCategories::Tables::Tables(std::string_view text) {
@@ -35,7 +40,7 @@ EngineCategories::Tables::Tables(std::string_view text) {
         }
     }
     byName.reserve(entries.size());
-    for (const EngineCategoryEntry& entry : entries) byName.try_emplace(entry.EngineName, &entry);
+    for (const EngineCategoryEntry& entry : entries) byName.insert(&entry);
 }
 
 EngineCategories::EngineCategories(const Paths& paths, Prompts& prompts)
@@ -60,8 +65,8 @@ bool EngineCategories::loadEngineCategory() {
 
 std::string_view EngineCategories::getEngineCategoryData(std::string_view name) const {
     if (m_tables->entries.empty()) throw Failure("Subscript out of range", 9);
-    const auto place = m_tables->byName.find(name);
-    return place == m_tables->byName.end() ? std::string_view() : std::string_view(place->second->Data);
+    const EngineCategoryEntry* entry = m_tables->byName.find(name);
+    return entry == nullptr ? std::string_view() : std::string_view(entry->Data);
 }
 
 std::size_t EngineCategories::count() const noexcept {

@@ -20,7 +20,7 @@ namespace relay {
 
 namespace {
 
-constexpr std::size_t kUsualRecordBytes = 300;  // a guess to make room by
+constexpr std::size_t kUsualRecordBytes = 250;  // a guess to make room by
 
 std::string countText(std::uint16_t count) {
     return std::to_string(static_cast<std::int16_t>(count)) + ")";

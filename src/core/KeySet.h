@@ -36,10 +36,10 @@ class KeySet final {
         if (slots > m_slots.size()) resize(slots);
     }
 
-    // A hint that the key will be asked for or added a little later: has its place fetched from memory in the
+    // A hint that the key will be added a little later: has its place fetched from memory in the
     // meantime.
     void expect(std::string_view key) const noexcept {
-        if (!m_slots.empty()) __builtin_prefetch(&m_slots[home(hashOf(key))]);
+        if (!m_slots.empty()) __builtin_prefetch(&m_slots[home(hashOf(key))], 1);
     }
 
     // False, and nothing happens, when the key is taken.
