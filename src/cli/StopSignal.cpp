@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <ctime>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -19,12 +20,29 @@ namespace {
 
 std::atomic<int> signalCount{0};
 std::atomic<int> signalPipe{-1};
-static_assert(std::atomic<int>::is_always_lock_free, "the handler needs it");
+std::atomic<int> firstSignal{0};
+std::atomic<long> firstTime{0};
+static_assert(std::atomic<int>::is_always_lock_free && std::atomic<long>::is_always_lock_free,
+              "the handler needs it");
+
+// A wrapper may send one stop both to the program and to its group; a person's second Ctrl-C comes later.
+constexpr long kOneStop = 200;  // milliseconds
+
+long milliseconds() {
+    timespec now = {};
+    ::clock_gettime(CLOCK_MONOTONIC, &now);
+    return static_cast<long>(now.tv_sec) * 1000 + now.tv_nsec / 1'000'000;
+}
 
 // Only what a signal handler may do.
-void onSignal(int) {
+void onSignal(int number) {
     const int savedError = errno;
-    if (signalCount.fetch_add(1) > 0) ::_exit(kStopped);
+    if (signalCount.fetch_add(1) > 0) {
+        if (number == firstSignal && milliseconds() - firstTime < kOneStop) return;
+        ::_exit(kStopped);
+    }
+    firstSignal = number;
+    firstTime = milliseconds();
     const char byte = 1;
     [[maybe_unused]] const ssize_t written = ::write(signalPipe.load(), &byte, 1);
     errno = savedError;

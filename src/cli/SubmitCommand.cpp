@@ -52,7 +52,8 @@ SubmitCommand::SubmitCommand(CLI::App& parent, CommandLineContext& context)
         ->type_name("FILE")
         ->required();
     app()
-        .add_option("--connections", m_connections, "Requests at a time (default: as the settings say)")
+        .add_option("--connections", m_connections,
+                    "Requests at a time, 1 to 1000 (default: as the settings say)")
         ->type_name("N")
         ->check(CLI::Range(1, 1000));
     m_selection.addTo(app());

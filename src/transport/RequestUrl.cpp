@@ -43,7 +43,7 @@ std::string wireUrl(std::string_view url) {
     if (!startsWithNoCase(url, "http://") && !startsWithNoCase(url, "https://"))
         throw Failure("Only http:// and https:// addresses can be requested");
     if (findCredentials(url).length > 0) throw Failure("The URL holds a user name or password");
-    return replaceAll(url, " ", "%20");
+    return replaceAll(url.substr(0, url.find('#')), " ", "%20");
 }
 
 std::string loggableUrl(std::string_view url) {
