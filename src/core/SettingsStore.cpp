@@ -2,6 +2,7 @@
 #include "core/SettingsStore.h"
 
 #include "core/Failure.h"
+#include "core/FileStore.h"
 #include "core/Paths.h"
 #include "core/ScreenText.h"
 
@@ -21,14 +22,36 @@ QString settingsKey(std::string_view application, std::string_view section, std:
     return toScreen(application) + u'/' + toScreen(section) + u'/' + toScreen(key);
 }
 
+// What the store is read from. Of a pipe or a device nothing is read, as that could wait for ever: a name
+// below it can neither be opened nor made.
+QString readableFile(const std::string& file) {
+    struct stat status {};
+    const bool special =
+        ::stat(file.c_str(), &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode);
+    return toScreen(special ? file + "/settings.ini" : file);
+}
+
 // The file holds passwords: it is there with the right mode before the first value is written. Failures show
 // when the store is written.
 void makePrivate(const std::string& file) {
-    const int descriptor = ::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
-    if (descriptor >= 0) ::close(descriptor);
+    const int made = ::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
+    if (made >= 0) ::close(made);
     struct stat status {};
-    if (::stat(file.c_str(), &status) == 0 && S_ISREG(status.st_mode) && (status.st_mode & 077) != 0)
+    if (::lstat(file.c_str(), &status) == 0 && S_ISREG(status.st_mode) && (status.st_mode & 077) != 0)
         ::chmod(file.c_str(), status.st_mode & 0700);
+}
+
+// QSettings would write through a link into the file that it leads to: a copy of that file takes its place.
+void replaceLink(const std::string& file) {
+    struct stat status {};
+    if (::lstat(file.c_str(), &status) != 0 || !S_ISLNK(status.st_mode)) return;
+    try {
+        const bool dangling = ::stat(file.c_str(), &status) != 0;
+        if (dangling || fileExists(file))
+            writeFile(file, dangling ? std::string() : readFile(file), Readable::OwnerOnly);
+    } catch (const Failure&) {
+        // sync() tells.
+    }
 }
 
 void makeSettingsFolder(const std::string& file) {
@@ -39,10 +62,16 @@ void makeSettingsFolder(const std::string& file) {
     }
 }
 
+void prepareToWrite(const std::string& file) {
+    makeSettingsFolder(file);
+    replaceLink(file);
+    makePrivate(file);
+}
+
 }  // namespace
 
 struct SettingsStore::Data {
-    explicit Data(const std::string& path) : file(path), settings(toScreen(path), QSettings::IniFormat) {}
+    explicit Data(const std::string& path) : file(path), settings(readableFile(path), QSettings::IniFormat) {}
     std::string file;
     QSettings settings;
     bool changed = false;
@@ -70,6 +99,8 @@ std::string SettingsStore::value(std::string_view application, std::string_view 
 
 void SettingsStore::setValue(std::string_view application, std::string_view section, std::string_view key,
                              std::string_view value) {
+    // QSettings may write by itself as soon as the event loop has its turn.
+    if (!m_data->changed) prepareToWrite(m_data->file);
     const QByteArray bytes(value.data(), static_cast<qsizetype>(value.size()));
     const bool text = bytes.isValidUtf8() && !bytes.contains('\0');
     m_data->settings.setValue(settingsKey(application, section, key),
@@ -78,10 +109,7 @@ void SettingsStore::setValue(std::string_view application, std::string_view sect
 }
 
 bool SettingsStore::sync() {
-    if (m_data->changed) {
-        makeSettingsFolder(m_data->file);
-        makePrivate(m_data->file);
-    }
+    if (m_data->changed) prepareToWrite(m_data->file);
     m_data->settings.sync();
     if (m_data->settings.status() == QSettings::AccessError) return false;
     if (std::exchange(m_data->changed, false)) makePrivate(m_data->file);

@@ -8,7 +8,9 @@
 namespace relay {
 
 // The per-user store: strings by application, section and key, in one INI file that only its owner can read
-// (mode 0600). Writes reach the disk at sync() and when the store is destroyed.
+// (mode 0600). Writes reach the disk at sync() and when the store is destroyed, at the latest. A link in the
+// file's place gives way to a copy of what it leads to when the first value is set; a pipe or a device reads
+// as an empty store that cannot be written.
 class SettingsStore final {
   public:
     explicit SettingsStore(const std::string& file);

@@ -30,6 +30,8 @@ TEST(SettingsStore, EveryValueComesBackInAFileOfItsOwners) {
     {
         SettingsStore store(file);
         EXPECT_FALSE(std::filesystem::exists(file));  // looking makes nothing
+        store.setValue("App Name", "Section", "first", "");
+        EXPECT_EQ(modeOf(file), 0600u);  // before anything of it is on the disk
         for (std::size_t i = 0; i < std::size(values); ++i)
             store.setValue("App Name", "Section", "Key " + std::to_string(i), values[i]);
         EXPECT_TRUE(store.sync());
@@ -54,6 +56,43 @@ TEST(SettingsStore, TwoProgramsKeepEachOthersValues) {
     EXPECT_TRUE(one.sync() && other.sync() && one.sync());
     EXPECT_EQ(one.value("A", "S", "other"), "2");
     EXPECT_EQ(SettingsStore(home.path("settings.ini")).value("A", "S", "one"), "1");
+}
+
+TEST(SettingsStore, NeverWritesThroughALink) {
+    const std::string ini = "[A]\nS\\k=old\n";
+    for (const char* const target : {"victim", "absent", "pipe"}) {
+        SCOPED_TRACE(target);
+        const TestHome home;
+        home.write("victim", ini);
+        ::chmod(home.path("victim").c_str(), 0644);
+        const std::string file = home.path("settings.ini");
+        std::filesystem::create_symlink(target, file);
+        const bool isPipe = std::string_view(target) == "pipe";
+        ASSERT_EQ(::mkfifo(home.path("pipe").c_str(), 0600), 0);
+        {
+            SettingsStore store(file);
+            EXPECT_EQ(store.value("A", "S", "k"), std::string_view(target) == "victim" ? "old" : "");
+            store.setValue("A", "S", "new", "1");
+            EXPECT_EQ(store.sync(), !isPipe);
+        }
+        EXPECT_EQ(home.read("victim"), ini);
+        EXPECT_EQ(modeOf(home.path("victim")), 0644u);
+        EXPECT_FALSE(std::filesystem::exists(home.path("absent")));
+        EXPECT_TRUE(std::filesystem::is_fifo(home.path("pipe")));
+        EXPECT_EQ(std::filesystem::is_symlink(file), isPipe);
+        EXPECT_EQ(modeOf(file), isPipe ? modeOf(home.path("pipe")) : 0600u);
+    }
+}
+
+TEST(SettingsStore, APipeInItsPlaceHoldsNothingUp) {
+    const TestHome home;
+    const std::string file = home.path("settings.ini");
+    ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
+    SettingsStore store(file);
+    EXPECT_EQ(store.value("A", "S", "k", "fallback"), "fallback");
+    store.setValue("A", "S", "k", "v");
+    EXPECT_FALSE(store.sync());
+    EXPECT_TRUE(std::filesystem::is_fifo(file));
 }
 
 TEST(SettingsStore, SaysWhenItCannotWrite) {
