@@ -49,7 +49,10 @@ void SubmissionWatcher::reportWritten(const UrlReport& report) {
     m_reports.push_back(report);
     if (!report.problem.empty()) {
         m_reportMissing = true;
-        m_context.warn("The report of " + report.URL + " could not be written: " + report.problem);
+        const char* const words = report.path.empty()
+                                      ? " could not be written: "
+                                      : " was written, but not everything that goes with it: ";
+        m_context.warn("The report of " + report.URL + words + report.problem);
     }
     if (m_context.json) {
         std::ostream& out = m_context.out();

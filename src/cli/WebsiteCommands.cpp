@@ -213,6 +213,11 @@ WebsiteAddUrlCommand::WebsiteAddUrlCommand(CLI::App& parent, CommandLineContext&
 
 int WebsiteAddUrlCommand::execute() {
     std::for_each(m_urls.begin(), m_urls.end(), checkUrl);
+    for (const std::string& url : m_urls) {
+        if (url.size() > IniFile::kShortLimit)
+            context().warn("Only the first " + std::to_string(IniFile::kShortLimit) +
+                           " bytes are used: " + url.substr(0, 60) + " ...");
+    }
     changeUrls(m_file, [&](Rows& urls) {
         for (const std::string& url : m_urls) {
             if (!addNewItem(urls, url)) context().note("Already there: " + url);

@@ -4,6 +4,7 @@
 #include "CommandLineFixture.h"
 #include "practice/PracticeWeb.h"
 
+#include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -179,6 +180,27 @@ TEST_F(SubmitTest, GoesOnWhereAReportCannotBeWritten) {
     EXPECT_THAT(result.err, HasSubstr("The report of http://b.test/ could not be written: "));
     EXPECT_THAT(result.out, HasSubstr("(not written)"));
     EXPECT_THAT(m_cli.home.read("site.kws"), Not(HasSubstr("LastReport")));
+}
+
+TEST_F(SubmitTest, TellsAReportThatIsThereFromOneThatIsNot) {
+    useEngines({"submit"});
+    const std::string file = website("site", {"http://a.test/"});
+    std::filesystem::create_directories(m_cli.home.path("fail.eng/full"));
+
+    const CommandResult result = m_cli.run({"submit", "--website", file, "--all"});
+
+    EXPECT_EQ(result.code, 1);
+    EXPECT_THAT(result.err, HasSubstr("was written, but not everything that goes with it: " +
+                                      m_cli.home.path("fail.eng") + ": Is a directory"));
+    EXPECT_THAT(result.out, Not(HasSubstr("(not written)")));
+    EXPECT_THAT(m_cli.home.read("site.kws"), HasSubstr("LastReport=1"));
+}
+
+TEST_F(SubmitTest, TellsWhatIsLostOfALongUrl) {
+    const std::string file = website("site", {});
+    EXPECT_THAT(m_cli.run({"website", "add-url", file, std::string(559, 'u')}).err, IsEmpty());
+    EXPECT_THAT(m_cli.run({"website", "add-url", file, std::string(560, 'v')}).err,
+                HasSubstr("Only the first 559 bytes are used: vvv"));
 }
 
 TEST_F(SubmitTest, TheSwitchesStandAnywhereAndInEitherCase) {
