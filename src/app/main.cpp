@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QFile>
 
+#include <csignal>
 #include <cstdio>
 
 namespace {
@@ -57,6 +58,7 @@ int main(int argc, char** argv) {
         std::fprintf(options.exitCode == 0 ? stdout : stderr, "%s\n", qPrintable(options.answer.trimmed()));
         return options.exitCode;
     }
+    std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is a write that fails
     QApplication application(argc, argv);
     QApplication::setApplicationName(toScreen(kApplication));
     QApplication::setApplicationVersion(QStringLiteral(RELAY_VERSION));

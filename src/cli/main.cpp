@@ -42,6 +42,7 @@ int terminalColumns() {
 int main(int argc, char** argv) {
     occupyStandardStreams();
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is a write that fails
     const QCoreApplication application(argc, argv);
 
     relay::DescriptorBuffer outBuffer(STDOUT_FILENO);

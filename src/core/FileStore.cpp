@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <fcntl.h>
 #include <map>
 #include <random>
@@ -154,6 +155,8 @@ class ReplacedFile final {
     std::jthread m_release;
 };
 
+constexpr std::chrono::seconds kLockPatience(10);
+
 struct HeldLock final {
     int descriptor = -1;
     int depth = 0;
@@ -232,9 +235,14 @@ FolderLock::FolderLock(const std::string& fileInFolder) {
     m_inode = status.st_ino;
     HeldLock& held = heldLocks[{m_device, m_inode}];
     if (held.depth == 0) {
-        int result = 0;
-        do result = ::flock(opened, LOCK_EX);
-        while (result != 0 && errno == EINTR);
+        for (const auto limit = std::chrono::steady_clock::now() + kLockPatience;
+             ::flock(opened, LOCK_EX | LOCK_NB) != 0 && (errno == EWOULDBLOCK || errno == EINTR);) {
+            if (std::chrono::steady_clock::now() > limit) {
+                heldLocks.erase({m_device, m_inode});
+                throw Failure(folder + ": In use by another program", 70);
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        }
         // A file system without locks is no reason to refuse the work: the lock is advice.
         held.descriptor = opened.release();
     }

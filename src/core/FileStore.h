@@ -27,7 +27,7 @@ bool removeFile(const std::string& path);
 // Holds off other programs of ours that change files of the same folder, for a read, change and write in one
 // piece. An advisory lock on the folder itself: it leaves nothing behind and ends with the process. A thread
 // may take it again while it holds it; it ends in the thread that took it. Throws Failure when the folder
-// cannot be opened.
+// cannot be opened, and when another program has held it for ten seconds.
 class FolderLock final {
   public:
     explicit FolderLock(const std::string& fileInFolder);

@@ -27,6 +27,16 @@ std::string bannerVersion() {
            revision;
 }
 
+// Names from catalogues and servers must not command the terminal on which somebody reads the log.
+std::string harmless(std::string_view text) {
+    std::string line(text);
+    for (char& byte : line) {
+        const auto code = static_cast<unsigned char>(byte);
+        if ((code < 0x20 && byte != '\r' && byte != '\n' && byte != '\t') || code == 0x7f) byte = '?';
+    }
+    return line;
+}
+
 }  // namespace
 
 Log::Log(std::string path, const Clock& clock, std::string_view commandLine)
@@ -48,13 +58,13 @@ void Log::startRun() {
 }
 
 void Log::WriteErrorLog(std::string_view text) {
-    append(m_errorDescriptor, std::string(text) + "\r\n");
+    append(m_errorDescriptor, harmless(text) + "\r\n");
 }
 
 void Log::WriteTraceLog(std::string_view text) {
     if (!m_trace) return;
     append(m_traceDescriptor,
-           shortDateTime(m_clock.now(), QLocale::system()) + "\r\n" + std::string(text) + "\r\n");
+           shortDateTime(m_clock.now(), QLocale::system()) + "\r\n" + harmless(text) + "\r\n");
 }
 
 void Log::closeAll() {

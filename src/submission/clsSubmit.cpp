@@ -17,6 +17,7 @@
 #include "submission/SubmissionState.h"
 #include "transport/frmHTTPMX.h"
 
+#include <exception>
 #include <limits>
 #include <utility>
 
@@ -293,8 +294,14 @@ void clsSubmit::saveReport(const std::string& text, UrlReport& report) {
         path = folder + "/" + reportFileName(report.URL, now);
         writeFile(path, text);
         report.path = path;
-        noteReport(report.website, report.URL, now, path);
+        std::exception_ptr unnoted;
+        try {
+            noteReport(report.website, report.URL, now, path);
+        } catch (...) {
+            unnoted = std::current_exception();  // the failed engines are offered again all the same
+        }
         appendFile(m_services.paths.inApp("fail.eng"), m_FailEngines.text());
+        if (unnoted) std::rethrow_exception(unnoted);
     } catch (const std::exception& failure) {
         m_services.log.WriteErrorLog("CreateReport_Error: " + std::string(failure.what()));
         m_services.log.WriteErrorLog("ReportFile: " + path);
