@@ -138,6 +138,7 @@ void clsSubmit::LoadHTTPMXSocket(std::int16_t Count) {
     connect(m_frmHTTPMX.get(), &frmHTTPMX::Progress, this, &clsSubmit::m_frmHTTPMX_Progress);
     connect(m_frmHTTPMX.get(), &frmHTTPMX::Cancelled, this, &clsSubmit::m_frmHTTPMX_Cancelled);
     m_frmHTTPMX->setLogMask([this](std::string_view URL) { return maskPassword(URL, m_web); });
+    m_frmHTTPMX->setKeepReplies(false);  // a result is the status alone
     m_frmHTTPMX->setConnections(Count);
     m_frmHTTPMX->Load();
 }

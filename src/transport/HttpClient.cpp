@@ -28,6 +28,7 @@ struct HttpClient::Data final {
     std::string url;
     bool running = false;
     bool followUp = false;
+    bool keepReply = true;
     std::int32_t timeout = 0;
     std::int32_t code = kNoStatus;
     qint32 reported = 0;
@@ -63,6 +64,10 @@ void HttpClient::setFollowUp(bool on) noexcept {
     m_data->followUp = on;
 }
 
+void HttpClient::setKeepReply(bool on) noexcept {
+    m_data->keepReply = on;
+}
+
 void HttpClient::setURL(std::string url) {
     m_data->url = std::move(url);
 }
@@ -91,6 +96,7 @@ void HttpClient::start(std::string* body, std::string& Response) {
     const std::string url = wireUrl(data.url);
     if (!data.transfer) data.transfer = std::make_shared<HttpTransfer>();
     data.transfer->body = body == nullptr ? std::string() : std::move(*body);
+    data.transfer->keepsText = data.keepReply;
     data.transfer->prepare(url, body != nullptr, data.followUp, data.timeout);
     data.transfer->client = this;
     data.response = &Response;

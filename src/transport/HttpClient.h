@@ -39,6 +39,9 @@ class HttpClient final : public QObject {
     void Abort();
 
     void setFollowUp(bool on) noexcept;  // follow redirects, at most 10
+    // false: replies are bounded and counted as ever, but their text is let go and Response stays empty. An
+    // owner that reads statuses only need not hold kReplyLimit bytes for each connection.
+    void setKeepReply(bool on) noexcept;
     void setURL(std::string url);
     void setBlocking(bool on);                            // only false is supported; true throws Failure
     void setTimeout(std::int32_t milliseconds) noexcept;  // 0: none

@@ -156,7 +156,7 @@ bool HttpNetwork::Data::exchange() {
                 m_outbox.push_back({std::move(transfer), 0, false});
             }
             Report& report = m_outbox[source.outboxIndex];
-            report.bytes = static_cast<qint32>(source.text.size());
+            report.bytes = static_cast<qint32>(source.received);
             report.ended = source.ended;
         }
         notify = !m_news.empty() && !std::exchange(m_notified, true);

@@ -60,6 +60,7 @@ HttpTransfer::~HttpTransfer() {
 void HttpTransfer::prepare(const std::string& url, bool post, bool followRedirects,
                            std::int32_t timeoutMilliseconds) {
     emptyBuffer(text);
+    received = 0;
     status = HttpClient::kNoStatus;
     m_headerBytes = 0;
     ended = false;
@@ -86,9 +87,10 @@ void HttpTransfer::readStatus() noexcept {
 std::size_t HttpTransfer::takeBody(char* bytes, std::size_t size, std::size_t count, void* self) noexcept {
     auto& transfer = *static_cast<HttpTransfer*>(self);
     const std::size_t offered = size * count;
-    const std::size_t taken = std::min(offered, HttpClient::kReplyLimit - transfer.text.size());
+    const std::size_t taken = std::min(offered, HttpClient::kReplyLimit - transfer.received);
     try {
-        transfer.text.append(bytes, taken);
+        if (transfer.keepsText) transfer.text.append(bytes, taken);
+        transfer.received += taken;
         transfer.listNews();
     } catch (const std::bad_alloc&) {
         return 0;

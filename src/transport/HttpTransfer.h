@@ -33,6 +33,8 @@ struct HttpTransfer final : std::enable_shared_from_this<HttpTransfer> {
     CURL* const easy;
     std::string body;
     std::string text;
+    bool keepsText = true;     // false: the reply is counted and let go
+    std::size_t received = 0;  // bytes of the reply so far
     std::int32_t status = HttpClient::kNoStatus;
 
     HttpClient* client = nullptr;  // clients' thread only; null: nobody waits for the end

@@ -57,6 +57,7 @@ struct frmHTTPMX::Data final {
     std::int32_t TimeOut = 0;
     bool loaded = false;
     std::function<std::string(std::string_view)> logMask;
+    bool keepReplies = true;
     int failures = 0;  // nested, see kNestedFailures
     // Index 0 exists from design and is never used. A deque, so that a slot stays where it is.
     std::deque<HttpSlot> slots;
@@ -94,6 +95,10 @@ void frmHTTPMX::setLogMask(std::function<std::string(std::string_view)> mask) {
     m_data->logMask = std::move(mask);
 }
 
+void frmHTTPMX::setKeepReplies(bool on) noexcept {
+    m_data->keepReplies = on;
+}
+
 void frmHTTPMX::Load() {
     if (std::exchange(m_data->loaded, true)) return;
     try {
@@ -115,6 +120,7 @@ void frmHTTPMX::Load() {
 void frmHTTPMX::addSlot() {
     const auto index = static_cast<std::int16_t>(m_data->slots.size());
     HttpClient& client = m_data->slots.emplace_back(m_data->network).client;
+    client.setKeepReply(m_data->keepReplies);
     m_data->tmrHttpTimeout.resize(m_data->slots.size());
     connect(&client, &HttpClient::Done, this, [this, index] { finish(index); });
     connect(&client, &HttpClient::Progress, this,

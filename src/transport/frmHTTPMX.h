@@ -38,6 +38,8 @@ class frmHTTPMX final : public QObject {
     // Covers what a URL must not tell the log, such as a password of the owner's; without one, URLs are
     // logged whole.
     void setLogMask(std::function<std::string(std::string_view)> mask);
+    // Before Load; false for an owner that does not read the pages: Response of Completed then stays empty.
+    void setKeepReplies(bool on) noexcept;
     // Makes the slots and reads the settings; nothing when it was done before. A failure is a Completed with
     // index 0.
     void Load();

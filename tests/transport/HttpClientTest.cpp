@@ -207,10 +207,13 @@ TEST_F(HttpClientTest, EndsAnEndlessReplyAtTheBound) {
         while (peer.trySend(std::string(100'000, 'x'))) {
         }
     });
-    const Ending end = fetch(server.url("/"));
-    EXPECT_EQ(end.code, 200);
-    EXPECT_EQ(end.text.size(), HttpClient::kReplyLimit);
-    EXPECT_EQ(progress, static_cast<qint32>(HttpClient::kReplyLimit));
+    for (const bool keep : {true, false}) {
+        client.setKeepReply(keep);
+        const Ending end = fetch(server.url("/"));
+        EXPECT_EQ(end.code, 200);
+        EXPECT_EQ(end.text.size(), keep ? HttpClient::kReplyLimit : 0);
+        EXPECT_EQ(progress, static_cast<qint32>(HttpClient::kReplyLimit));
+    }
 }
 
 TEST_F(HttpClientTest, EndsWithoutStatusWhereNoServerAnswers) {
