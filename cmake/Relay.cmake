@@ -22,7 +22,7 @@ endif()
 find_program(RELAY_CCACHE ccache)
 if(RELAY_CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER
-    ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
+    ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros
     ${RELAY_CCACHE})
   # Lets ccache look inside a precompiled header.
   target_compile_options(relay_options INTERFACE -fpch-preprocess)
