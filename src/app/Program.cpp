@@ -12,6 +12,8 @@
 #include <QApplication>
 #include <QScreen>
 
+#include <algorithm>
+
 namespace relay {
 
 namespace {
@@ -29,6 +31,12 @@ std::string installedDataFolder() {
         if (fileExists(place + "/country.kws")) return place;
     }
     return {};
+}
+
+// What no screen reaches is beyond what the windowing system can hold, too.
+int pixels(double told) {
+    constexpr double kFarthest = 16383;
+    return qRound(std::clamp(told, 0.0, kFarthest));
 }
 
 // Whether enough of the window's upper edge lies on a screen to take hold of it.
@@ -102,8 +110,8 @@ void Program::placeWindow() {
     const std::string told = m_settings.value(kApplication, "Preference", "MainFormPos");
     const std::optional<WindowPosition> place = parseWindowPosition(told);
     if (place && !m_window->isMaximized() && !m_window->isMinimized()) {
-        m_window->move(qRound(place->left), qRound(place->top));
-        m_window->resize(qRound(place->width), qRound(place->height));
+        m_window->move(pixels(place->left), pixels(place->top));
+        m_window->resize(pixels(place->width), pixels(place->height));
     }
     m_window->setSplitterPlace(leadingInteger(m_settings.value(kApplication, kWindowSection, kSplitterKey)));
 }
@@ -128,12 +136,17 @@ void Program::showStatus(const QString& text) {
 }
 
 void Program::bringToFront() {
-    if (!m_window) return;
-    if (m_window->isMinimized()) m_window->showNormal();
-    m_window->show();
-    m_window->raise();
-    m_window->activateWindow();
-    QApplication::alert(m_window.get());
+    // While the program starts, a dialog may stand alone: the window is not to come up before its time.
+    if (m_window && m_window->isVisible()) {
+        if (m_window->isMinimized()) m_window->showNormal();
+        m_window->raise();
+        m_window->activateWindow();
+        QApplication::alert(m_window.get());
+    }
+    if (QWidget* const dialog = QApplication::activeModalWidget(); dialog != nullptr) {
+        dialog->raise();
+        dialog->activateWindow();
+    }
 }
 
 }  // namespace relay

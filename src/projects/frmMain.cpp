@@ -167,7 +167,7 @@ void frmMain::showPanels() {
     m_ui->lblQuickStartTips->setVisible(panels.quickStartVisible);
     const QString description =
         toScreen(panels.txtProjectDescr).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-    if (m_ui->txtProjectDescr->toPlainText() != description) {
+    if (typedText(*m_ui->txtProjectDescr) != description) {
         const QSignalBlocker quiet(m_ui->txtProjectDescr);
         m_ui->txtProjectDescr->setPlainText(description);
     }

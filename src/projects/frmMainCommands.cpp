@@ -12,6 +12,7 @@
 #include "projects/frmAddURL.h"
 #include "projects/frmMain.h"
 #include "ui_frmMain.h"
+#include "widgets/Forms.h"
 #include "widgets/ListView.h"
 
 #include <QShortcut>
@@ -89,7 +90,7 @@ void frmMain::connectWebsitePanel() {
     connect(&m_parts.main.desk, &ProjectDesk::fieldMissing, panel, &frmWebsitePanel::showMissing);
     connect(m_ui->txtProjectDescr, &QPlainTextEdit::textChanged, this, [this] {
         const QString text =
-            m_ui->txtProjectDescr->toPlainText().replace(QLatin1Char('\n'), QStringLiteral("\r\n"));
+            typedText(*m_ui->txtProjectDescr).replace(QLatin1Char('\n'), QStringLiteral("\r\n"));
         m_parts.main.desk.setProjectDescription(fromScreen(text));
     });
 }

@@ -30,6 +30,7 @@ class NodeDelegate final : public QStyledItemDelegate {
         auto* const edit = new QLineEdit(parent);
         edit->setObjectName(QStringLiteral("txtNodeLabel"));
         edit->setAccessibleName(tr("New name"));
+        edit->setMaxLength(1 << 24);
         return edit;
     }
 

@@ -4,6 +4,7 @@
 #include "catalogue/Categories.h"
 #include "core/ScreenText.h"
 #include "ui_frmWebsitePanel.h"
+#include "widgets/Forms.h"
 #include "widgets/IconTheme.h"
 
 #include <QAction>
@@ -139,13 +140,12 @@ void frmWebsitePanel::bind(QLineEdit* edit, TextMember member) {
 void frmWebsitePanel::bind(QPlainTextEdit* edit, TextMember member) {
     // The fields' line breaks are CR LF; the screen's are LF.
     connect(edit, &QPlainTextEdit::textChanged, this, [this, edit, member] {
-        m_fields->*member =
-            fromScreen(edit->toPlainText().replace(QLatin1Char('\n'), QStringLiteral("\r\n")));
+        m_fields->*member = fromScreen(typedText(*edit).replace(QLatin1Char('\n'), QStringLiteral("\r\n")));
     });
     m_show.emplace_back([this, edit, member] {
         const QString text =
             toScreen(m_fields->*member).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-        if (edit->toPlainText() == text) return;
+        if (typedText(*edit) == text) return;
         const QSignalBlocker quiet(edit);
         edit->setPlainText(text);
     });

@@ -2,8 +2,10 @@
 #include "widgets/Forms.h"
 
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QScreen>
 #include <QTabWidget>
+#include <QTextDocument>
 #include <QVersionNumber>
 #include <QWidget>
 
@@ -27,6 +29,10 @@ void showInTabs(QWidget& field) {
     }
     field.setFocus(Qt::OtherFocusReason);
     if (auto* const edit = qobject_cast<QLineEdit*>(&field); edit != nullptr) edit->selectAll();
+}
+
+QString typedText(const QPlainTextEdit& edit) {
+    return edit.document()->toRawText().replace(QChar(QChar::ParagraphSeparator), QLatin1Char('\n'));
 }
 
 QString versionText() {

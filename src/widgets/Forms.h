@@ -3,6 +3,7 @@
 
 #include <QString>
 
+class QPlainTextEdit;
 class QWidget;
 
 namespace relay {
@@ -13,5 +14,8 @@ void CenterForm(QWidget& form);
 void showInTabs(QWidget& field);
 // "Version 6.0": the program's major and minor number.
 QString versionText();
+// The text as it stands in the box, lines ended by LF. toPlainText() would turn non-breaking blanks into
+// plain ones.
+QString typedText(const QPlainTextEdit& edit);
 
 }  // namespace relay

@@ -50,6 +50,8 @@ TEST_F(MainWindowTest, AnEmptyHomeShowsTheSettingsOnceAndEndsInTheNotice) {
     int settingsShown = 0;
     whenModal([&](QWidget& dialog) {
         settingsShown += dialog.objectName() == QStringLiteral("frmPreference") ? 1 : 0;
+        program().bringToFront();
+        EXPECT_FALSE(window().isVisible()) << "before it has anything to show";
         QTest::keyClick(&dialog, Qt::Key_Escape);
     });
     start();
@@ -88,6 +90,9 @@ TEST_F(MainWindowTest, ThePlaceOfTheWindowIsTakenAsToldButStaysInReach) {
     const QRect lost = placed("90000,90000,1100,760");
     EXPECT_TRUE(lost.intersects(QGuiApplication::primaryScreen()->geometry()));
     EXPECT_EQ(lost.size(), QSize(1100, 760));
+    const QRect screen = QGuiApplication::primaryScreen()->geometry();
+    EXPECT_TRUE(placed("99999999999999,1,1100,760").intersects(screen));
+    EXPECT_EQ(placed("90000,90000,1100,760"), lost);
     window().setSplitterPlace(333);
     const int place = window().splitterPlace();
     quit();
@@ -182,18 +187,35 @@ TEST_F(MainWindowTest, EveryBadProjectFileStillOpensAWindow) {
     }
 }
 
+TEST_F(MainWindowTest, NamesAreShownAsTheyReadAndNeverWidenTheWindow) {
+    settleHome(kSmallCatalogue);
+    const QString name = QStringLiteral("<b>") + QString(300, QLatin1Char('p'));
+    home.write("project.kwj", "[" + name.toStdString() + "]\r\nLast=1\r\n1=" + name.toStdString() + "|\r\n");
+    start();
+    const QString path = name + QLatin1Char('/') + name;
+    for (const QString& shown : {name, path}) {
+        clickNode(shown.toUtf8().constData());
+        EXPECT_EQ(find<QLabel>("lblProjectTitle").text(), name);
+        EXPECT_EQ(find<QLabel>("lblProjectTitle").textFormat(), Qt::PlainText);
+        EXPECT_LE(window().minimumSizeHint().width(), 1280);
+    }
+}
+
 TEST_F(MainWindowTest, FieldsKeepEveryByteAndEveryCharacter) {
     startWithOneWebsite();
-    const std::string odd = "caf\xc3\xa9 \xf0\x9f\x98\x80 \xff\x80 end";
+    const std::string odd = "caf\xc3\xa9 \xf0\x9f\x98\x80 \xff\x80\xc2\xa0 end";
     home.write("odd.kws", "[Web Site Info]\r\nVersion=6.0\r\nTitle=" + odd + "\r\nKeyword=" + odd +
                               "\r\nWebType=" + odd + "\r\nLastURL=1\r\n[URL]\r\nURL1=" + odd + "\r\n");
     prompts.files = {{home.path("odd.kws"), 1}};
     command("mnuFileItems_6");
     clickNode("Shop/odd.kws");
     type("txtSiteDescription", QStringLiteral("typed"));
+    QPlainTextEdit& keywords = find<QPlainTextEdit>("txtSiteKeywords");
+    keywords.moveCursor(QTextCursor::End);
+    QTest::keyClicks(&keywords, QStringLiteral("!"));
     clickNode("Shop");
-    EXPECT_THAT(home.read("odd.kws"), HasSubstr("Title=" + odd + "\r\nKeyword=" + odd + "\r\nWebType=" + odd +
-                                                "\r\nLastURL=1\r\n"));
+    EXPECT_THAT(home.read("odd.kws"), HasSubstr("Title=" + odd + "\r\nKeyword=" + odd +
+                                                "!\r\nWebType=" + odd + "\r\nLastURL=1\r\n"));
     EXPECT_THAT(home.read("odd.kws"), HasSubstr("Description=typed\r\n"));
 
     clickNode("Shop/Home");
