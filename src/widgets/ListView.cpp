@@ -65,6 +65,8 @@ void ListView::setRows(Rows* rows, const std::vector<int>& columnCharacters) {
     m_rows = rows;
     m_columnCharacters = columnCharacters;
     setModel(rows);
+    // Connected behind the selection model, which forgets everything at a reset.
+    connect(rows, &QAbstractItemModel::modelReset, this, &ListView::selectHighlighted);
     layOutColumns();
     selectHighlighted();
 }
@@ -134,17 +136,11 @@ void ListView::selectHighlighted() {
     selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
 }
 
-void ListView::reset() {
-    {
-        const QScopedValueRollback<bool> following(m_following, true);
-        QTreeView::reset();
-    }
-    selectHighlighted();
-}
-
 void ListView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
     QTreeView::currentChanged(current, previous);
-    if (current.isValid() && hasFocus() && !m_mousePress) Q_EMIT rowEntered(current.row());
+    // A list that gets the focus has a current row before the user has chosen one.
+    const bool chosen = current.isValid() && selectionModel()->isSelected(current);
+    if (chosen && hasFocus() && !m_mousePress && !m_following) Q_EMIT rowEntered(current.row());
 }
 
 void ListView::mousePressEvent(QMouseEvent* event) {

@@ -28,7 +28,6 @@ class ListView final : public QTreeView {
     QString emptyHint() const { return m_emptyHint; }
     void setEmptyHint(const QString& hint);
 
-    void reset() override;
     void dataChanged(const QModelIndex& from, const QModelIndex& to, const QList<int>& roles = {}) override;
 
   Q_SIGNALS:

@@ -52,13 +52,13 @@ QPalette lightPalette() {
 }
 
 QPalette darkPalette() {
-    QPalette palette = paletteOf({{QPalette::Window, QColor(0x25, 0x28, 0x2d)},
+    QPalette palette = paletteOf({{QPalette::Window, QColor(0x33, 0x37, 0x3d)},
                                   {QPalette::WindowText, QColor(0xe6, 0xe8, 0xeb)},
-                                  {QPalette::Base, QColor(0x1b, 0x1d, 0x21)},
-                                  {QPalette::AlternateBase, QColor(0x21, 0x24, 0x28)},
+                                  {QPalette::Base, QColor(0x1d, 0x1f, 0x23)},
+                                  {QPalette::AlternateBase, QColor(0x24, 0x27, 0x2b)},
                                   {QPalette::Text, QColor(0xe6, 0xe8, 0xeb)},
                                   {QPalette::PlaceholderText, QColor(0x8c, 0x93, 0x9d)},
-                                  {QPalette::Button, QColor(0x2d, 0x31, 0x37)},
+                                  {QPalette::Button, QColor(0x3d, 0x42, 0x49)},
                                   {QPalette::ButtonText, QColor(0xe6, 0xe8, 0xeb)},
                                   {QPalette::BrightText, QColor(0xff, 0xff, 0xff)},
                                   {QPalette::ToolTipBase, QColor(0x35, 0x39, 0x40)},
@@ -67,13 +67,13 @@ QPalette darkPalette() {
                                   {QPalette::HighlightedText, QColor(0xff, 0xff, 0xff)},
                                   {QPalette::Link, QColor(0x7a, 0xb8, 0xf5)},
                                   {QPalette::LinkVisited, QColor(0x7a, 0xb8, 0xf5)},
-                                  {QPalette::Light, QColor(0x4a, 0x4f, 0x57)},
-                                  {QPalette::Midlight, QColor(0x3a, 0x3f, 0x46)},
+                                  {QPalette::Light, QColor(0x5a, 0x60, 0x69)},
+                                  {QPalette::Midlight, QColor(0x48, 0x4d, 0x55)},
                                   {QPalette::Mid, QColor(0x17, 0x19, 0x1c)},
                                   {QPalette::Dark, QColor(0x14, 0x16, 0x18)},
                                   {QPalette::Shadow, QColor(0x0c, 0x0d, 0x0e)}},
-                                 QColor(0x75, 0x7b, 0x84));
-    palette.setColor(QPalette::Disabled, QPalette::Base, QColor(0x22, 0x25, 0x29));
+                                 QColor(0x84, 0x8a, 0x93));
+    palette.setColor(QPalette::Disabled, QPalette::Base, QColor(0x2b, 0x2e, 0x33));
     palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor(0x4a, 0x4f, 0x57));
     return palette;
 }

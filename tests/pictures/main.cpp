@@ -67,6 +67,8 @@ void drawDialogs(Program& program, SettingsStore& store, test::ScriptedPrompts& 
     Rows urls;
     frmAddURL addURL(urls, prompts, "/usr/share");
     addURL.show();
+    const auto* const folders = addURL.findChild<QTreeView*>(QStringLiteral("Dir1"));
+    test::waitUntil([&] { return folders->model()->rowCount(folders->currentIndex()) > 1; });
     save(addURL, folder, "add-url");
     frmAbout about;
     save(about, folder, "about");

@@ -1,0 +1,319 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/WindowTest.h"
+#include "core/PreferenceEntry.h"
+#include "core/Rows.h"
+#include "core/ScreenText.h"
+#include "core/frmPreference.h"
+#include "widgets/IconTheme.h"
+#include "widgets/ListView.h"
+#include "widgets/Look.h"
+#include "widgets/QtPrompts.h"
+
+#include <QFileDialog>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMessageBox>
+#include <QSignalSpy>
+#include <QTabWidget>
+
+#include <gmock/gmock.h>
+
+namespace relay::test {
+namespace {
+
+using ::testing::ElementsAre;
+
+class ListViewTest : public ::testing::Test {
+  protected:
+    ListViewTest() {
+        rows.setColumns({"Name", "Type"});
+        for (const char* name : {"b", "c", "a"})
+            rows.add({.key = name, .text = name, .subItems = {"ENG"}, .icon = "ENG"});
+        view.setRows(&rows, {6});
+        view.resize(300, 200);
+        view.show();
+    }
+    std::string order() const {
+        std::string names;
+        for (int row = 0; row < rows.count(); ++row) names += rows.at(row).text;
+        return names;
+    }
+    std::string highlighted() const {
+        std::string names;
+        for (int row = 0; row < rows.count(); ++row)
+            if (rows.at(row).highlighted) names += rows.at(row).text;
+        return names;
+    }
+    std::string selected() const {
+        std::string names;
+        for (int row = 0; row < rows.count(); ++row)
+            if (view.selectionModel()->isRowSelected(row)) names += rows.at(row).text;
+        return names;
+    }
+    void clickTitle(int column) {
+        QHeaderView& header = *view.header();
+        QTest::mouseClick(header.viewport(), Qt::LeftButton, {},
+                          QPoint(header.sectionViewportPosition(column) + 5, header.height() / 2));
+    }
+
+    Rows rows;
+    ListView view;
+};
+
+TEST_F(ListViewTest, TitlesSortAndFlipByMouseAndByMenu) {
+    clickTitle(0);
+    EXPECT_EQ(order(), "abc");
+    EXPECT_EQ(view.header()->sortIndicatorOrder(), Qt::AscendingOrder);
+    clickTitle(0);
+    EXPECT_EQ(order(), "cba");
+    EXPECT_EQ(view.header()->sortIndicatorOrder(), Qt::DescendingOrder);
+    QTimer::singleShot(0, [] {
+        auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        ASSERT_NE(menu, nullptr);
+        QTest::keyClick(menu, Qt::Key_Down);
+        QTest::keyClick(menu, Qt::Key_Return);
+    });
+    const QPoint place(5, 5);
+    QContextMenuEvent byKey(QContextMenuEvent::Keyboard, place, view.viewport()->mapToGlobal(place));
+    QApplication::sendEvent(view.viewport(), &byKey);
+    EXPECT_EQ(order(), "abc");
+}
+
+TEST_F(ListViewTest, SelectionAndHighlightsAreTheSame) {
+    view.setFocus();
+    QTest::keySequence(&view, QKeySequence::SelectAll);
+    EXPECT_EQ(highlighted(), "bca");
+    rows.setHighlighted(1, false);
+    EXPECT_TRUE(waitUntil([&] { return selected() == "ba"; }));
+    clickTitle(0);
+    EXPECT_EQ(selected(), "ab");
+    rows.removeIf([](const RowView& row) { return row.highlighted; });
+    EXPECT_EQ(selected() + "," + highlighted(), ",");
+    rows.add({.key = "d", .text = "d", .highlighted = true});
+    {
+        const RowsBatch batch(rows);
+        rows.setText(0, "cc");
+    }
+    EXPECT_EQ(selected(), "d") << "a view that was reset looks at the flags again";
+}
+
+TEST_F(ListViewTest, KeysDoWhatTheMouseDoes) {
+    QSignalSpy activated(&view, &ListView::rowActivated);
+    QSignalSpy deleted(&view, &ListView::deletePressed);
+    QSignalSpy clicked(&view, &ListView::rowClicked);
+    QSignalSpy entered(&view, &ListView::rowEntered);
+    view.activateWindow();
+    view.setFocus();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&view));
+    QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, view.visualRect(rows.index(1, 0)).center());
+    QTest::keyClick(&view, Qt::Key_Down);
+    QTest::keyClick(&view, Qt::Key_Return);
+    QTest::keyClick(&view, Qt::Key_Delete);
+    QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, view.visualRect(rows.index(0, 0)).center());
+    EXPECT_EQ(clicked.value(0).value(0).toInt(), 1);
+    EXPECT_EQ(entered.value(0).value(0).toInt(), 2);
+    EXPECT_EQ(activated.value(0).value(0).toInt(), 2);
+    EXPECT_EQ(activated.value(1).value(0).toInt(), 0);
+    EXPECT_EQ(deleted.size(), 1);
+}
+
+TEST(IconThemeTest, EveryKeyInUseIsDrawnAndFollowsThePalette) {
+    const QPalette before = QApplication::palette();
+    const auto colours = [](const char* key) {
+        const QImage image = themedIcon(key).pixmap(QSize(24, 24), 2.0).toImage();
+        EXPECT_EQ(image.width(), 48) << key;
+        int brightness = 0;
+        int drawn = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                if (qAlpha(image.pixel(x, y)) < 200) continue;
+                brightness += qGray(image.pixel(x, y));
+                ++drawn;
+            }
+        }
+        EXPECT_GT(drawn, 0) << key;
+        return drawn == 0 ? 0 : brightness / drawn;
+    };
+    for (const char* key : {"RootProject", "ProjectFolder", "ProjectFolderOpen", "WebFile", "HTMLFile", "ENG",
+                            "DIR", "FFA", "NEWS", "HOT", "MIS"}) {
+        QApplication::setPalette(lightPalette());
+        const int light = colours(key);
+        QApplication::setPalette(darkPalette());
+        EXPECT_GT(colours(key), light + 40) << key;
+    }
+    QApplication::setPalette(before);
+    EXPECT_TRUE(themedIcon("no such key").pixmap(16, 16).toImage().allGray());
+}
+
+TEST(QtPromptsTest, FiltersAreTurnedIntoQtsOwn) {
+    EXPECT_EQ(toQtFilters("HTML files (*.htm;*.html)|*.htm;*.html|All Files (*.*)|*.*|"),
+              (QStringList{QStringLiteral("HTML files (*.htm *.html)"), QStringLiteral("All Files (*)")}));
+    EXPECT_EQ(toQtFilters("Text Files(*.txt)|*.txt"), QStringList{QStringLiteral("Text Files (*.txt)")});
+    EXPECT_TRUE(toQtFilters("").isEmpty());
+}
+
+TEST(QtPromptsTest, BoxesShowTheTextsAndTakeKeys) {
+    QtPrompts prompts;
+    const auto answer = [](Qt::Key key, QString& seen) {
+        whenModal([key, &seen](QWidget& box) {
+            seen = dynamic_cast<QMessageBox&>(box).text();
+            QTest::keyClick(&box, key);
+        });
+    };
+    QString seen;
+    answer(Qt::Key_Escape, seen);
+    EXPECT_FALSE(prompts.ask("One <b>line</b>\r\nanother", "Title"));
+    EXPECT_EQ(seen, QStringLiteral("One <b>line</b>\nanother"));
+    answer(Qt::Key_Return, seen);
+    EXPECT_TRUE(prompts.ask("Sure?", "Title"));
+    answer(Qt::Key_Escape, seen);
+    prompts.message("Told", "Title", Icon::Critical);
+    EXPECT_EQ(seen, QStringLiteral("Told"));
+
+    const auto type = [](const char* text, Qt::Key key) {
+        whenModal([text, key](QWidget& dialog) {
+            auto* const edit = dialog.findChild<QLineEdit*>();
+            if (text != nullptr) edit->setText(QString::fromUtf8(text));
+            QTest::keyClick(edit, key);
+        });
+    };
+    type(nullptr, Qt::Key_Return);
+    EXPECT_EQ(prompts.input("URL", "Insert URL", "http://www."), "http://www.");
+    type("caf\xc3\xa9", Qt::Key_Return);
+    EXPECT_EQ(prompts.input("Name", "New Project"), "caf\xc3\xa9");
+    type("given up", Qt::Key_Escape);
+    EXPECT_EQ(prompts.input("Name", "New Project"), std::nullopt);
+}
+
+TEST(QtPromptsTest, FileDialogsGiveThePathAndTheFilter) {
+    const TestHome home;
+    home.write("a.txt", "");
+    QtPrompts prompts;
+    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    whenModal([&](QWidget& dialog) {
+        auto& files = dynamic_cast<QFileDialog&>(dialog);
+        files.selectNameFilter(files.nameFilters().at(1));
+        files.selectFile(toScreen(home.path("a.txt")));
+        static_cast<QDialog&>(files).accept();
+    });
+    const FileChoice choice = prompts.openFile("Data|*.dat|All Files(*.*)|*.*", home.path(""));
+    EXPECT_EQ(choice.path, home.path("a.txt"));
+    EXPECT_EQ(choice.filterIndex, 2);
+    whenModal([](QWidget& dialog) { dynamic_cast<QDialog&>(dialog).reject(); });
+    EXPECT_EQ(prompts.saveFile("Data|*.dat", home.path(""), "x").path, "");
+}
+
+class PreferenceTest : public ::testing::Test {
+  protected:
+    PreferenceTest()
+        : store(home.paths().settingsFile),
+          log(home.path("Error.log"), clock, ""),
+          preference(home.paths(), store, log, prompts) {
+        preference.GetSettings();
+    }
+    // The control the user is sent back to; "saved" when the entry was taken.
+    std::string confirm(const PreferenceEntry& entry) {
+        std::string control = "saved";
+        const bool taken = confirmPreference(preference, store, prompts, entry,
+                                             [&](std::string_view name) { control = name; });
+        EXPECT_EQ(taken, control == "saved");
+        return control;
+    }
+    std::string stored(const char* key) { return store.value(kApplication, "Preference", key, "none"); }
+
+    TestHome home;
+    ScriptedPrompts prompts;
+    FixedClock clock;
+    SettingsStore store;
+    Log log;
+    clsPreference preference;
+};
+
+TEST_F(PreferenceTest, TheFirstFieldThatWillNotDoStopsOK) {
+    struct Case final {
+        std::string PreferenceEntry::*field;
+        const char* text;
+        const char* control;
+        const char* told;
+    };
+    const char* const timeOut = "Time out setting must be between 1 to 200 seconds !";
+    const char* const few =
+        "Invalid value for connection setting. The value for this setting must greater than 1 !";
+    const Case cases[] = {
+        {&PreferenceEntry::txtTimeOut, "0", "txtTimeOut", timeOut},
+        {&PreferenceEntry::txtTimeOut, "201", "txtTimeOut", timeOut},
+        {&PreferenceEntry::txtTimeOut, "abc", "txtTimeOut", timeOut},
+        {&PreferenceEntry::txtTimeOut, "200", "saved", ""},
+        {&PreferenceEntry::txtTimeOut, "0.5", "saved", ""},
+        {&PreferenceEntry::txtConnections, "0", "txtConnections", few},
+        {&PreferenceEntry::txtConnections, "1", "saved", ""},
+        {&PreferenceEntry::txtConnections, "60", "saved", ""},
+        {&PreferenceEntry::txtProxy, "", "txtProxy", "Invalid Proxy Server address."},
+        {&PreferenceEntry::txtPort, "", "txtPort", "Invalid Proxy Port Number."},
+    };
+    for (const Case& c : cases) {
+        preference.TimeOut = 30;
+        PreferenceEntry entry = openPreference(preference);
+        selectProxy(preference, entry, 2);
+        entry.txtProxy = "proxy.test";
+        entry.*(c.field) = c.text;
+        prompts.shown.clear();
+        EXPECT_EQ(confirm(entry), c.control) << c.text;
+        EXPECT_EQ(prompts.last().text, c.told) << c.text;
+    }
+}
+
+TEST_F(PreferenceTest, ManyConnectionsAreAskedAboutOnlyWhenTyped) {
+    PreferenceEntry entry = openPreference(preference);
+    entry.txtConnections = "51";
+    entry.connectionsEdited = true;
+    EXPECT_EQ(confirm(entry), "txtConnections");
+    EXPECT_EQ(stored("Connections"), "none");
+    prompts.answers = {true};
+    EXPECT_EQ(confirm(entry), "saved");
+    EXPECT_EQ(stored("Connections"), "51");
+    entry.txtConnections = "40000";
+    prompts.answers = {true};
+    EXPECT_FALSE(confirmPreference(preference, store, prompts, entry, [](std::string_view) {}));
+    EXPECT_EQ(preference.Connections, 51);
+}
+
+TEST_F(PreferenceTest, SchemesAreTakenOffAndAClickOutlivesCancel) {
+    PreferenceEntry entry = openPreference(preference);
+    EXPECT_EQ(preference.AccessType, 1);
+    EXPECT_EQ(preference.LoadConfigure, 1);
+    selectProxy(preference, entry, 2);
+    EXPECT_EQ(preference.AccessType, 2);
+    entry.txtPort = "8080x";
+    entry.txtSiteUrl = "ftp://site.test";
+    entry.txtLogoURL = "logo.test/x.png";
+    for (const auto& [typed, kept] :
+         {std::pair{"http://proxy.test", "proxy.test"}, {"HTTP://proxy.test", "HTTP://proxy.test"}}) {
+        entry.txtProxy = typed;
+        EXPECT_EQ(confirm(entry), "saved");
+        EXPECT_EQ(preference.Proxy, kept);
+    }
+    EXPECT_EQ(stored("Port") + stored("SiteURL") + stored("LogoURL"), "8080site.testlogo.test/x.png");
+}
+
+TEST_F(PreferenceTest, TheDialogGoesToTheFieldThatWillNotDo) {
+    frmPreference dialog(preference, store, prompts);
+    dialog.show();
+    EXPECT_FALSE(control<QWidget>(dialog, "txtProxy").isEnabled());
+    control<QTabWidget>(dialog, "SSTab1").setCurrentIndex(2);
+    auto& timeOut = control<QLineEdit>(dialog, "txtTimeOut");
+    timeOut.selectAll();
+    QTest::keyClicks(&timeOut, QStringLiteral("999"));
+    QTest::keyClick(&dialog, Qt::Key_Return);
+    EXPECT_TRUE(dialog.isVisible());
+    EXPECT_EQ(control<QTabWidget>(dialog, "SSTab1").currentIndex(), 0);
+    EXPECT_EQ(dialog.focusWidget(), &timeOut);
+    QTest::keyClicks(&timeOut, QStringLiteral("45"));
+    QTest::keyClick(&dialog, Qt::Key_Return);
+    EXPECT_FALSE(dialog.isVisible());
+    EXPECT_EQ(stored("TimeOut"), "45");
+}
+
+}  // namespace
+}  // namespace relay::test
