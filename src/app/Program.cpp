@@ -80,6 +80,7 @@ void Program::prepare() {
         prepareHome(m_paths, installedDataFolder());
     } catch (const Failure& failure) {
         m_log.WriteErrorLog(failure.what());
+        closeSplash();
         m_prompts.message(failure.what(), kApplication, Icon::Critical);
     }
 }

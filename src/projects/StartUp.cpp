@@ -57,6 +57,7 @@ bool StartUp::run() {
         const std::string words = "Formload_Error: " + std::string(m_step) + " " + failure.what() +
                                   "\r\nYour program may not work properly. Please report this error to '" +
                                   kSupportAddress + "'";
+        closeSplash();
         m_prompts.message(words, "Error", Icon::Critical);
         m_log.WriteErrorLog(words);
         return false;

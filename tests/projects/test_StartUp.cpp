@@ -123,6 +123,7 @@ TEST(StartUpTest, ABrokenHomeIsReportedWithItsStep) {
     home.write("Reports/Ranking", "a file in the way");
     Session run(home);
     EXPECT_FALSE(run.startUp.run());
+    EXPECT_EQ(run.splashClosed, 1) << "or it covers the message";
     EXPECT_THAT(run.prompts.last().text, StartsWith("Formload_Error: create report folder1 "));
     EXPECT_THAT(run.prompts.last().text,
                 ::testing::EndsWith("Please report this error to '" + std::string(kSupportAddress) + "'"));
