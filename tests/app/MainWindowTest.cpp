@@ -274,6 +274,25 @@ TEST_F(MainWindowTest, ReportsOpenOrAreMissed) {
     EXPECT_THAT(rowTexts("lsvReports"), ElementsAre("http://b"));
 }
 
+TEST_F(MainWindowTest, TheLocalFileOfAUrlIsChosenAndHelpIsMissed) {
+    startWithOneWebsite();
+    find<QTabWidget>("SSTab1").setCurrentIndex(1);
+    prompts.inputs = {"http://a.test/"};
+    command("AddURL");
+    clickRow("lsvSiteURLs", "http://a.test/");
+    for (const std::string& chosen : {home.write("a.html", ""), home.path("gone.html"), std::string()}) {
+        prompts.files = {{chosen}};
+        QTest::mouseClick(&find<QPushButton>("cmdFileLocation"), Qt::LeftButton);
+        EXPECT_EQ(find<QLineEdit>("txtURLFileLocation").text(), toScreen(home.path("a.html")));
+    }
+    EXPECT_EQ(std::string(find<ListView>("lsvSiteURLs").rows()->at(0).tag), home.path("a.html"));
+    command("mnuHelpItems_0");
+    EXPECT_EQ(prompts.last().title, "Help File");
+    home.write("korvel.hlp", "");
+    command("mnuHelpItems_0");
+    EXPECT_EQ(prompts.last().kind, "system");
+}
+
 TEST_F(MainWindowTest, EveryControlHasANameAndAPlaceInTheTabOrder) {
     startWithOneWebsite();
     std::set<const QWidget*> reached;

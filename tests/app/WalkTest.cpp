@@ -202,6 +202,7 @@ TEST_F(WalkTest, EnginesAreSelectedInEachOfTheWays) {
     command("mnuEngineItems_0");
     EXPECT_EQ(home.read("Engines/mine.eng"), "Alpha Search\r\nGamma Links\r\nDelta Picks\r\n");
     press("cmdRemoveEngine_1");
+    bringUp();
     QTest::keySequence(&window(), QKeySequence::Find);
     EXPECT_TRUE(waitUntil([&] { return find<QLineEdit>("txtFindEngines").hasFocus(); }));
     QTest::keyClicks(&find<QWidget>("txtFindEngines"), QStringLiteral("picks\r"));
