@@ -10,7 +10,6 @@
 #include "cli/PreviewCommand.h"
 #include "cli/SubmitCommand.h"
 #include "cli/WebsiteCommands.h"
-#include "core/Failure.h"
 #include "core/Text.h"
 
 #include <CLI/CLI.hpp>

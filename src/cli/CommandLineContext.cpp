@@ -74,7 +74,8 @@ Home& CommandLineContext::home() {
     try {
         prepareHome(paths, installedDataFolder(m_console));
     } catch (const Failure& failure) {
-        if (!folderExists(paths.AppPath)) throw;
+        if (!folderExists(paths.AppPath))
+            throw Failure(std::string("The home cannot be made: ") + failure.what(), failure.number());
         warn(std::string("The home cannot be written, so nothing is kept there: ") + failure.what());
     }
     m_home = std::make_unique<Home>(paths, m_console.clock, m_commandLine, m_prompts);

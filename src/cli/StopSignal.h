@@ -17,7 +17,6 @@ class StopSignal final : public QObject {
 
     // From here on the signals are requests; until then they end the process as they always do.
     void watch();
-    bool isRequested() const noexcept { return m_requested; }
     // What the first signal does.
     void request();
     // Sees a signal that the event loop has not delivered yet. True when a stop is requested.

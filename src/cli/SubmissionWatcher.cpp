@@ -5,7 +5,6 @@
 #include "cli/ExitCode.h"
 #include "cli/JsonLine.h"
 #include "cli/Table.h"
-#include "cli/TerminalText.h"
 
 #include <ostream>
 

@@ -37,11 +37,11 @@ class IniFile final {
 
     std::string value(std::string_view section, std::string_view key, std::size_t limit = kShortLimit) const;
     bool has(std::string_view section, std::string_view key) const;
-    // Names are cut at their first line break like values. Throws Failure for an empty name, and for a key
-    // that would not be read back: one that holds "=" or begins with "[" or ";".
     // False for a name that no file could give back as a key: empty, with "=" in it, or beginning with "[" or
-    // ";". setValue refuses it.
+    // ";".
     static bool takesKey(std::string_view key);
+    // Names are cut at their first line break like values. Throws Failure for an empty section, and for a key
+    // that takesKey refuses.
     void setValue(std::string_view section, std::string_view key, std::string_view value);
     std::vector<std::string> sections() const;                      // in file order, names as written
     std::vector<std::string> keys(std::string_view section) const;  // likewise; each name once

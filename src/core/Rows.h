@@ -70,7 +70,6 @@ class Rows final : public QAbstractTableModel {
 
     // A click on a column title: sorts by it, ascending first, and flips at each further click on it.
     void sortByColumn(int column);
-    int sortedColumn() const noexcept { return m_sortedColumn; }
     bool sortedAscending() const noexcept { return m_ascending; }
 
     int rowCount(const QModelIndex& parent = {}) const override;

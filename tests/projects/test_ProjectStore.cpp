@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/FileStore.h"
-#include "core/Paths.h"
 #include "projects/ProjectStore.h"
 #include "support/TestHome.h"
 

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/FileStore.h"
-#include "core/Paths.h"
 #include "projects/UrlList.h"
 #include "projects/UrlsFromFolder.h"
 #include "projects/UrlsFromPage.h"
