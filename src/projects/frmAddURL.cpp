@@ -42,10 +42,14 @@ frmAddURL::frmAddURL(Rows& urls, Prompts& prompts, const std::string& folder, QW
     for (int column = 1; column < m_folders->columnCount(); ++column) m_ui->Dir1->hideColumn(column);
     fillDrives(toScreen(folder));
     showFolders(toScreen(folder));
-    // Folders come in after the list is shown; the chosen one is to stay in sight.
-    connect(m_folders, &QFileSystemModel::directoryLoaded, this, [this] {
-        m_ui->Dir1->scrollTo(m_ui->Dir1->currentIndex(), QAbstractItemView::PositionAtCenter);
-    });
+    // Folders come in, and are sorted, after the list is shown; until the user takes over, the chosen one is
+    // to stay in sight.
+    const auto keepInSight = [this] {
+        if (!m_ui->Dir1->hasFocus())
+            m_ui->Dir1->scrollTo(m_ui->Dir1->currentIndex(), QAbstractItemView::PositionAtCenter);
+    };
+    connect(m_folders, &QFileSystemModel::directoryLoaded, this, keepInSight);
+    connect(m_folders, &QFileSystemModel::layoutChanged, this, keepInSight, Qt::QueuedConnection);
     connect(m_ui->Drive1, &QComboBox::activated, this,
             [this](int index) { showFolders(m_ui->Drive1->itemData(index).toString()); });
     connect(m_ui->Command1_0, &QPushButton::clicked, this, &frmAddURL::accept);

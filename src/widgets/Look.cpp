@@ -4,6 +4,7 @@
 #include "widgets/IconTheme.h"
 
 #include <QApplication>
+#include <QProxyStyle>
 #include <QStyleFactory>
 
 #include <initializer_list>
@@ -13,6 +14,18 @@ namespace relay {
 
 namespace {
 using Colours = std::initializer_list<std::pair<QPalette::ColorRole, QColor>>;
+
+// The buttons of boxes and dialogs carry words, not whatever pictures the desktop has for them.
+class PlainButtonStyle final : public QProxyStyle {
+  public:
+    using QProxyStyle::QProxyStyle;
+
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* returned) const override {
+        if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;
+        return QProxyStyle::styleHint(hint, option, widget, returned);
+    }
+};
 
 QPalette paletteOf(const Colours& colours, const QColor& disabledText) {
     QPalette palette;
@@ -79,7 +92,7 @@ QPalette darkPalette() {
 }
 
 void applyLook(QApplication& application, const QString& wish) {
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setStyle(new PlainButtonStyle(QStyleFactory::create(QStringLiteral("Fusion"))));
     if (wish == QStringLiteral("dark")) application.setPalette(darkPalette());
     if (wish == QStringLiteral("light")) application.setPalette(lightPalette());
     QApplication::setWindowIcon(programIcon());
