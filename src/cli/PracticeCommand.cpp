@@ -33,7 +33,10 @@ void describeEngines(PracticeWeb& web, const std::string& dataFolder) {
 PracticeCommand::PracticeCommand(CLI::App& parent, CommandLineContext& context)
     : Command(parent, context, "practice", "Run the practice web until Ctrl-C",
               "practice\npractice --port 8080\nengines install --practice (in a second terminal)") {
-    app().add_option("--port", m_port, "Port on this machine (default: a free one)")->type_name("N");
+    app()
+        .add_option("--port", m_port, "Port on this machine (default: a free one)")
+        ->type_name("N")
+        ->check(CLI::Range(0, 65535));
 }
 
 void PracticeCommand::tellAddress(const std::string& address) {
