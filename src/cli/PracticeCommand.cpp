@@ -28,6 +28,14 @@ void describeEngines(PracticeWeb& web, const std::string& dataFolder) {
         web.describeEngines(readFile(engines), readFile(categories));
 }
 
+std::optional<std::string> otherPracticeWeb(const Paths& paths) {
+    try {
+        return runningPracticeWeb(paths);
+    } catch (const Failure&) {
+        return std::nullopt;  // none, or one that ended without taking its address away
+    }
+}
+
 }  // namespace
 
 PracticeCommand::PracticeCommand(CLI::App& parent, CommandLineContext& context)
@@ -59,7 +67,11 @@ int PracticeCommand::execute() {
     web.start(m_port);
     std::optional<PracticeAddress> kept;
     try {
-        kept.emplace(paths, web.address());
+        if (const std::optional<std::string> other = otherPracticeWeb(paths))
+            context().warn(
+                "Another practice web runs for this home; other commands go on finding that one: " + *other);
+        else
+            kept.emplace(paths, web.address());
     } catch (const Failure& failure) {
         context().warn(std::string("Other commands will not find the practice web: ") + failure.what());
     }

@@ -7,8 +7,9 @@
 namespace relay {
 
 // A failure with the words the user reads. Logic throws it; the trap at the end of a user-level operation
-// shows it. Numbers follow the system's scheme where one is meaningful (5 unknown key, 6 overflow,
-// 53 file not found, 61 disk full, 70 permission denied, 75 path access, 457 key already there), else 0.
+// shows it. Numbers follow the system's scheme where one is meaningful (5 unknown key, 6 overflow, 9 no such
+// place, 53 file not found, 61 disk full, 70 permission denied, 75 path access, 457 key already there, 35600
+// no such row), else 0.
 class Failure final : public std::runtime_error {
   public:
     explicit Failure(const std::string& text, int number = 0) : std::runtime_error(text), m_number(number) {}

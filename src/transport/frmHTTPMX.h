@@ -55,7 +55,8 @@ class frmHTTPMX final : public QObject {
     // on with the unloading, one transfer after the other.
     bool Unload();
 
-    // Seconds; filled by Load from the settings where AccessType is 2, else 0.
+    // Seconds; filled by Load from the settings where AccessType is 2, else 0, which
+    // the watchdog takes for 30 seconds.
     std::int32_t TimeOut() const noexcept;
     void setTimeOut(std::int32_t seconds) noexcept;
     // The watchdog's interval in milliseconds for the time-out now in force, or Failure 6 "Overflow".
