@@ -136,10 +136,16 @@ bool ProjectDesk::autoSave() {
     }
 }
 
+void ProjectDesk::autoSaveToLeave() {
+    m_toldOfFailure = false;
+    autoSave();
+}
+
 void ProjectDesk::autoSaveProject(ProjectNode& project) {
-    if (project.tag == m_panels.txtProjectDescr) return;
-    m_store.setDescription(project.text, m_panels.txtProjectDescr);
-    project.tag = m_panels.txtProjectDescr;
+    std::string description = descriptionLine(m_panels.txtProjectDescr);
+    if (project.tag == description) return;
+    m_store.setDescription(project.text, description);
+    project.tag = std::move(description);
 }
 
 std::string ProjectDesk::newWebsitePath(const std::string& name) const {
@@ -174,7 +180,7 @@ void ProjectDesk::autoSaveWebsite(ProjectNode& website) {
 void ProjectDesk::saveProjectDescription() {
     if (!m_CurrentNode || !m_CurrentNode->isProject()) return;
     trap(m_prompts, "saveProject_Error: ", [this] {
-        m_CurrentNode->tag = m_panels.txtProjectDescr;
+        m_CurrentNode->tag = descriptionLine(m_panels.txtProjectDescr);
         m_store.setDescription(m_CurrentNode->text, m_CurrentNode->tag);
     });
 }

@@ -57,6 +57,9 @@ class ProjectDesk final : public QObject {
     // Saves what the current node's panel holds. False when that failed and something typed would be lost.
     // The user is told of the first failure, and in the status bar of those that follow it.
     bool autoSave();
+    // autoSave on the way out, which a failure does not bar: it is told in a box, even when it was told
+    // before.
+    void autoSaveToLeave();
 
     void NewProjectAndWeb(NewNode kind);
     void addWebSite();

@@ -91,7 +91,7 @@ void ProjectStore::setValue(std::string_view project, std::string_view key, std:
 }
 
 void ProjectStore::setDescription(std::string_view project, std::string_view description) const {
-    setValue(project, "Description", description);
+    setValue(project, "Description", descriptionLine(description));
 }
 
 void ProjectStore::setSlot(std::string_view project, int slot, std::string_view website,
@@ -123,6 +123,13 @@ void ProjectStore::removeProject(std::string_view project) const {
     if (start == npos) return;
     const std::size_t next = text.find('[', start + header.size());
     writeFile(m_file, text.substr(0, start) + (next == npos ? std::string() : text.substr(next)) + "\r\n");
+}
+
+std::string descriptionLine(std::string_view description) {
+    std::string line = replaceAll(description, "\r\n", " ");
+    std::replace_if(
+        line.begin(), line.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
+    return line;
 }
 
 std::string getFileNameFromFile(std::string_view path) {

@@ -35,6 +35,7 @@ class ProjectStore final {
     // With an empty website name makes the project's section and gives 0; otherwise puts the website into the
     // first free slot, or a new one, and gives its number.
     int addNewProject(std::string_view project, std::string_view website, std::string_view websiteFile) const;
+    // As its descriptionLine.
     void setDescription(std::string_view project, std::string_view description) const;
     void setSlot(std::string_view project, int slot, std::string_view website,
                  std::string_view websiteFile) const;
@@ -53,6 +54,8 @@ class ProjectStore final {
     std::string m_file;
 };
 
+// The description as it stands on its one line of the index: each CR LF, lone CR or lone LF is one blank.
+std::string descriptionLine(std::string_view description);
 // The part behind the last separator, extension included.
 std::string getFileNameFromFile(std::string_view path);
 

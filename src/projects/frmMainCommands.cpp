@@ -52,7 +52,8 @@ void frmMain::connectMenus() {
     connect(m_ui->mnuImportItems_0, &QAction::triggered, this, [this] { m_parts.main.desk.fileItem(6); });
     connect(m_ui->mnuFileItems_13, &QAction::triggered, this, &frmMain::configure);
     connect(m_ui->mnuFileItems_15, &QAction::triggered, this, [this] {
-        if (m_parts.main.desk.autoSave()) close();
+        m_parts.main.desk.autoSaveToLeave();
+        close();
     });
     for (const int index : kEngineItems) {
         connect(command(numbered("mnuEngineItems", index)), &QAction::triggered, this,

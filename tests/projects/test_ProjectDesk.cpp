@@ -79,9 +79,10 @@ TEST_F(ProjectDeskTest, ANewProjectAndItsWebsitesReachTheTreeTheIndexAndTheirFil
     EXPECT_EQ(fields.txtSiteTitle, "title of Home");
     EXPECT_TRUE(desk.nodeClick(node("Shop")));
     EXPECT_EQ(node("Shop").image, kProjectFolderOpen);
-    desk.setProjectDescription("Spring pages");
+    desk.setProjectDescription("Spring\r\npages");
     EXPECT_TRUE(desk.nodeClick(tree.root()));
     EXPECT_EQ(ReadIniValue(home.path("project.kwj"), "Shop", "Description"), "Spring pages");
+    EXPECT_EQ(node("Shop").tag, "Spring pages");
     EXPECT_TRUE(desk.panels().quickStartVisible);
     EXPECT_EQ(titleInFile("Home"), "title of Home");
     EXPECT_TRUE(std::filesystem::exists(kwsPath("Sale")));

@@ -70,8 +70,9 @@ TEST_F(ProjectStoreTest, SlotsAreReused) {
     EXPECT_EQ(file(), "[Shop]\r\nDescription=\r\nLast=2\r\n1=\r\n2=Sale|\r\n");
     EXPECT_EQ(store.addNewProject("Shop", "News", "/n"), 1);
     store.setSlot("Shop", 2, "Big sale\r\n[Evil]", "/s\n3=x|");
-    store.setDescription("Shop", "one\r\nLast=9");
-    EXPECT_EQ(file(), "[Shop]\r\nDescription=one\r\nLast=2\r\n1=News|/n\r\n2=Big sale\r\n");
+    store.setDescription("Shop", "one\r\nLast=9\rand\ntwo\r\n\r\nthree");
+    EXPECT_EQ(file(),
+              "[Shop]\r\nDescription=one Last=9 and two  three\r\nLast=2\r\n1=News|/n\r\n2=Big sale\r\n");
 }
 
 TEST_F(ProjectStoreTest, AWildLastNeitherHangsNorGrowsTheFile) {
