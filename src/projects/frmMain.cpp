@@ -10,12 +10,14 @@
 #include "widgets/IconTheme.h"
 
 #include <QCloseEvent>
+#include <QShortcut>
 #include <QSignalBlocker>
 
 namespace relay {
 
 namespace {
 constexpr int kUsualTreeWidth = 225;
+constexpr int kSplitterStep = 24;
 
 struct CommandIcon final {
     const char* command;
@@ -82,6 +84,7 @@ frmMain::frmMain(const MainParts& parts, QWidget* parent)
     m_ui->setupUi(this);
     drawIcons();
     makeToolbarReachable();
+    makeSplitterReachable();
     m_ui->SSTab1->connectTo(parts.main.website.fields, parts.main.categories);
     m_ui->SSTab3->connectTo(parts.main.engines, parts.main.selection, !parts.preference.refusesAdultSites());
     setSplitterPlace(0);
@@ -116,6 +119,16 @@ void frmMain::makeToolbarReachable() {
         QWidget* const button = m_ui->ToolbarMain->widgetForAction(action);
         if (button != nullptr && !action->isSeparator()) button->setFocusPolicy(Qt::TabFocus);
     }
+}
+
+// The border between tree and panel by keys: the toolkit moves it by mouse only.
+void frmMain::makeSplitterReachable() {
+    const QString keys = tr("Drag to make the tree wider or narrower, or press Alt+Right and Alt+Left");
+    m_ui->imgSpliter->handle(1)->setToolTip(keys);
+    m_ui->imgSpliter->setAccessibleDescription(keys);
+    for (const auto& [key, step] : {std::pair(Qt::Key_Left, -kSplitterStep), {Qt::Key_Right, kSplitterStep}})
+        connect(new QShortcut(QKeySequence(Qt::ALT | key), this), &QShortcut::activated, this,
+                [this, step = step] { setSplitterPlace(std::max(1, splitterPlace() + step)); });
 }
 
 void frmMain::showQuickStart() {

@@ -59,6 +59,7 @@ class frmMain final : public QMainWindow {
     void showPanels();
     void showWebsite();
     void makeToolbarReachable();
+    void makeSplitterReachable();
 
     // frmMainCommands.cpp: toolbar, menus, website panel
     void connectToolbar();
@@ -79,6 +80,7 @@ class frmMain final : public QMainWindow {
     void editLabel(ProjectNode* node);
     void renameFromEditor(const QString& key, const std::string& text);
     void removeCurrentNode();
+    void sortCurrentNode();
     void showTreePopup(const QPoint& place);
 
     std::unique_ptr<Ui::frmMain> m_ui;

@@ -66,9 +66,12 @@ void frmMain::connectTree() {
     connect(view, &QTreeView::clicked, this, [this](const QModelIndex& index) {
         if (!m_clickDone) nodeClicked(index);
     });
-    connect(view, &QTreeView::doubleClicked, this, [&desk](const QModelIndex&) {
-        if (desk.currentNode() != nullptr) desk.tree().sortChildren(*desk.currentNode());
-    });
+    connect(view, &QTreeView::doubleClicked, this, &frmMain::sortCurrentNode);
+    const QString keys =
+        tr("Double click or F5 sorts what is under the current node, F2 renames it, Delete "
+           "removes it.");
+    view->setToolTip(keys);
+    view->setAccessibleDescription(keys);
     connect(view, &QTreeView::customContextMenuRequested, this, &frmMain::showTreePopup);
     connect(m_ui->mnuPopupItems_10, &QAction::triggered, this,
             [this] { editLabel(m_parts.main.desk.currentNode()); });
@@ -123,7 +126,15 @@ void frmMain::removeCurrentNode() {
         m_parts.main.desk.removeSelectedNode(*node);
 }
 
+void frmMain::sortCurrentNode() {
+    ProjectNode* const node = m_parts.main.desk.currentNode();
+    if (node != nullptr) m_parts.main.desk.tree().sortChildren(*node);
+}
+
 void frmMain::showTreePopup(const QPoint& place) {
+    // The menu key asks at the current node, which may be scrolled out of sight.
+    const QTreeView& view = *m_ui->TreeView1;
+    if (!view.indexAt(place).isValid() && !view.visualRect(view.currentIndex()).contains(place)) return;
     enableCommands();
     QMenu menu(this);
     menu.setObjectName(QStringLiteral("mnuPopupItems"));
@@ -144,6 +155,15 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event) {
         auto* const key = static_cast<QKeyEvent*>(event);
         if (key->key() == Qt::Key_Delete) {
             removeCurrentNode();
+            return true;
+        }
+        if (key->key() == Qt::Key_F5) {
+            sortCurrentNode();
+            return true;
+        }
+        // Elsewhere the key is the action's, which the root disables.
+        if (key->key() == Qt::Key_F2) {
+            editLabel(m_parts.main.desk.currentNode());
             return true;
         }
         // Return is the keyboard's click: it leads from the engine screen back to the node's panel.
