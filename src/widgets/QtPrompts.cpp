@@ -9,6 +9,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QInputDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QRegularExpression>
@@ -17,6 +18,8 @@
 namespace relay {
 
 namespace {
+constexpr int kInputWidth = 420;
+
 QString toBoxText(std::string_view text) {
     return toScreen(text).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
 }
@@ -50,6 +53,19 @@ class PlainPointer final {
   private:
     bool m_busy;
 };
+
+// A label breaks its lines at blanks only: a long name without any gets places to break at that do not show.
+QString breakable(QString text) {
+    constexpr int kLongestPiece = 40;
+    int piece = 0;
+    for (qsizetype place = 0; place < text.size(); ++place) {
+        piece = text.at(place).isSpace() ? 0 : piece + 1;
+        if (piece < kLongestPiece || text.at(place).isHighSurrogate()) continue;
+        text.insert(++place, QChar(0x200b));
+        piece = 0;
+    }
+    return text;
+}
 
 void prepare(QMessageBox& box, std::string_view text) {
     box.setTextFormat(Qt::PlainText);
@@ -111,7 +127,18 @@ std::optional<std::string> QtPrompts::input(std::string_view text, std::string_v
     dialog.setWindowTitle(toScreen(title));
     dialog.setLabelText(toBoxText(text));
     dialog.setTextValue(toScreen(preset));
-    dialog.resize(420, dialog.sizeHint().height());
+    dialog.ensurePolished();
+    dialog.sizeHint();  // lays the dialog out, which sets the label's size policy
+    if (auto* label = dialog.findChild<QLabel*>(); label != nullptr) {
+        label->setTextFormat(Qt::PlainText);
+        label->setText(breakable(label->text()));
+        label->setWordWrap(true);
+        QSizePolicy policy = label->sizePolicy();
+        policy.setHorizontalPolicy(QSizePolicy::Ignored);
+        policy.setVerticalPolicy(QSizePolicy::Minimum);
+        label->setSizePolicy(policy);
+    }
+    dialog.resize(kInputWidth, dialog.heightForWidth(kInputWidth));
     if (auto* edit = dialog.findChild<QLineEdit*>(); edit != nullptr) {
         edit->setAccessibleName(toBoxText(text));
         edit->setMaxLength(1 << 24);
