@@ -87,6 +87,7 @@ void Program::prepare() {
 
 void Program::start() {
     m_splash = std::make_unique<frmSplash>();
+    QObject::connect(m_splash.get(), &frmSplash::timeIsUp, m_splash.get(), [this] { closeSplash(); });
     m_splash->show();
     QCoreApplication::processEvents();
     m_busy = true;

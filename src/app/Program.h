@@ -37,13 +37,14 @@ class Program final {
     Log& log() noexcept { return m_log; }
     clsPreference& preference() noexcept { return m_preference; }
     void bringToFront();
+    // Takes the splash away and gives the usual pointer back; harmless when that is done already.
+    void closeSplash();
     // In the window's status bar, once there is one.
     void showStatus(const QString& text);
 
   private:
     StartUpScreens startUpScreens();
     void prepare();
-    void closeSplash();
     void placeWindow();
     bool leave();
 

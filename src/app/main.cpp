@@ -43,7 +43,10 @@ int runWindow(const Options& options) {
         return QApplication::exec();
     } catch (const std::exception& failure) {
         const std::string words = std::string("Main_Error: ") + failure.what();
-        if (program) program->log().WriteErrorLog(words);
+        if (program) {
+            program->closeSplash();
+            program->log().WriteErrorLog(words);
+        }
         prompts.message(words, "Error", Icon::Critical);
         return kCouldNotRun;
     }

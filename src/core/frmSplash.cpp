@@ -26,7 +26,7 @@ frmSplash::frmSplash(QWidget* parent)
     auto* const timer = new QTimer(this);
     timer->setObjectName(QStringLiteral("Timer1"));
     timer->setSingleShot(true);
-    connect(timer, &QTimer::timeout, this, &frmSplash::close);
+    connect(timer, &QTimer::timeout, this, &frmSplash::timeIsUp);
     timer->start(kShownMilliseconds);
 }
 
