@@ -28,6 +28,7 @@ constexpr UrlCommand kUrlCommands[] = {
      true},
     {"AddFromWeb", "From Web", "Collect the links of a live page", false},
     {"LoadURL", "Load", "Load URLs from a text file", true},
+    {"LocalURL", "Local List", "Load URLs from a text file on this computer", true},
     {"SaveURL", "Save", "Save the URLs to a text file", true},
     {"DeleteURL", "Delete", "Delete the selected URLs", true},
     {nullptr, nullptr, nullptr, true},
@@ -81,6 +82,10 @@ void frmWebsitePanel::drawIcons() {
 }
 
 void frmWebsitePanel::addUrlCommands() {
+    // The buttons come before the list in the tab order, as in the window. Nothing is placed behind a widget
+    // without a focus policy, so the toolbar has one for as long as that takes.
+    m_ui->ToolbarSiteURL->setFocusPolicy(Qt::TabFocus);
+    QWidget* before = m_ui->ToolbarSiteURL;
     for (const UrlCommand& command : kUrlCommands) {
         if (command.key == nullptr) {
             m_ui->ToolbarSiteURL->addSeparator();
@@ -96,9 +101,13 @@ void frmWebsitePanel::addUrlCommands() {
         connect(action, &QAction::triggered, this, [this, key] { Q_EMIT urlCommand(key); });
         m_ui->ToolbarSiteURL->addAction(action);
         m_ui->lsvSiteURLs->addAction(action);
-        if (QWidget* button = m_ui->ToolbarSiteURL->widgetForAction(action); button != nullptr)
-            button->setFocusPolicy(Qt::TabFocus);
+        QWidget* const button = m_ui->ToolbarSiteURL->widgetForAction(action);
+        if (button == nullptr) continue;
+        button->setFocusPolicy(Qt::TabFocus);
+        setTabOrder(before, button);
+        before = button;
     }
+    m_ui->ToolbarSiteURL->setFocusPolicy(Qt::NoFocus);
 }
 
 void frmWebsitePanel::setChoices(const std::vector<std::string>& webTypes,

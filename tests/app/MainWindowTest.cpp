@@ -6,6 +6,7 @@
 #include "core/ScreenText.h"
 #include "projects/QuickStart.h"
 #include "widgets/ListView.h"
+#include "widgets/QtPrompts.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
@@ -16,6 +17,8 @@
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTextDocument>
+#include <QTimer>
+#include <QToolButton>
 #include <QTreeView>
 
 #include <cerrno>
@@ -168,10 +171,81 @@ TEST_F(MainWindowTest, AHomeThatCannotBeWrittenIsToldOnceAndKeepsWhatWasTyped) {
     EXPECT_EQ(current(), "Home");
     EXPECT_EQ(find<QTreeView>("TreeView1").currentIndex(), node("Shop/Home"));
     QTest::keyClicks(&find<QWidget>("txtSiteTitle"), QStringLiteral(" and after"));
+    prompts.shown.clear();
+    prompts.answers = {false, true};
+    command("mnuFileItems_15");
+    EXPECT_THAT(titles(), ElementsAre("Error", "Exit")) << "told again, and asked all the same";
+    EXPECT_TRUE(window().isVisible());
     setSaveFault({});
     clickNode("Shop");
     EXPECT_EQ(current(), "Shop");
     EXPECT_THAT(home.read("Projects/Home.kws"), HasSubstr("Title=Typed before and after\r\n"));
+    command("mnuFileItems_15");
+    EXPECT_FALSE(window().isVisible());
+}
+
+TEST_F(MainWindowTest, TheTreeIsSortedWidenedAndGuardedByKeys) {
+    settleHome(kSmallCatalogue);
+    home.write("project.kwj", "[Zoo]\r\nLast=0\r\n[Ark]\r\nLast=0\r\n");
+    start();
+    clickNode("");
+    bringUp();
+    QTreeView& tree = find<QTreeView>("TreeView1");
+    prompts.shown.clear();
+    QTest::keyClick(&tree, Qt::Key_F2);
+    ASSERT_EQ(prompts.shown.size(), 1U);
+    EXPECT_EQ(prompts.last().kind, "beep") << "the root keeps its name";
+    EXPECT_EQ(node("Zoo").row(), 0);
+    QTest::keyClick(&tree, Qt::Key_F5);
+    EXPECT_EQ(node("Zoo").row(), 1);
+
+    const int usual = window().splitterPlace();
+    QTest::keyClick(&tree, Qt::Key_Right, Qt::AltModifier);
+    const int wider = window().splitterPlace();
+    EXPECT_GT(wider, usual);
+    QTest::keyClick(&tree, Qt::Key_Left, Qt::AltModifier);
+    EXPECT_EQ(window().splitterPlace(), usual);
+    for (int press = 0; press < 100; ++press) QTest::keyClick(&tree, Qt::Key_Left, Qt::AltModifier);
+    EXPECT_EQ(window().splitterPlace(), tree.minimumWidth());
+
+    bool opened = false;
+    QTimer::singleShot(0, qApp, [&opened] {
+        QWidget* const menu = QApplication::activePopupWidget();
+        opened = menu != nullptr && menu->close();
+    });
+    Q_EMIT tree.customContextMenuRequested(QPoint(20, tree.viewport()->height() - 5));
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(opened) << "nothing is there to act on";
+}
+
+TEST_F(MainWindowTest, TheToolbarOfTheUrlsComesBeforeTheirListInTheTabOrder) {
+    startWithOneWebsite();
+    find<QTabWidget>("SSTab1").setCurrentIndex(1);
+    const QWidget* const toolbar = &find<QWidget>("ToolbarSiteURL");
+    QStringList order;
+    for (const QWidget* widget = find<QWidget>("lsvSiteURLs").previousInFocusChain();
+         widget->parentWidget() == toolbar; widget = widget->previousInFocusChain())
+        if (const auto* button = qobject_cast<const QToolButton*>(widget); button->defaultAction() != nullptr)
+            order.prepend(button->defaultAction()->objectName());
+    EXPECT_EQ(
+        order.join(QLatin1Char(' ')).toStdString(),
+        "AddURL AddFromLocalFolder AddFromWeb LoadURL LocalURL SaveURL DeleteURL GetMetaTag InsertMetaTag "
+        "ReplaceMetaTag Optimizer");
+}
+
+TEST(InputBoxTest, LongNamesAndTagsStandAsTheyReadInABoxOfTheUsualWidth) {
+    QtPrompts prompts;
+    const std::string name = "<b>" + std::string(600, 'n') + "</b>";
+    whenModal([&](QWidget& dialog) {
+        const QLabel& label = *dialog.findChild<QLabel*>();
+        EXPECT_LT(dialog.width(), 500);
+        EXPECT_EQ(label.textFormat(), Qt::PlainText);
+        EXPECT_EQ(label.text().remove(QChar(0x200b)), toScreen(name));
+        EXPECT_GE(label.height(), label.heightForWidth(label.width()));
+        EXPECT_GT(label.height(), 3 * label.fontMetrics().height()) << "on several lines";
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+    });
+    EXPECT_EQ(prompts.input(name, "Name"), std::nullopt);
 }
 
 TEST_F(MainWindowTest, EveryBadProjectFileStillOpensAWindow) {
