@@ -6,11 +6,7 @@
 #include "catalogue/EngineLists.h"
 #include "catalogue/EngineLoader.h"
 #include "catalogue/EngineSelection.h"
-#include "core/Log.h"
-#include "core/SettingsStore.h"
-#include "core/clsPreference.h"
-#include "support/ScriptedPrompts.h"
-#include "support/TestHome.h"
+#include "support/PreferenceFixture.h"
 
 #include <gtest/gtest.h>
 #include <string>
@@ -20,13 +16,7 @@
 namespace relay::test {
 
 // The catalogue's classes on a home of their own.
-struct CatalogueFixture {
-    TestHome home;
-    FixedClock clock;
-    ScriptedPrompts prompts;
-    SettingsStore store{home.paths().settingsFile};
-    Log log{home.path("Error.log"), clock, ""};
-    clsPreference preference{home.paths(), store, log, prompts};
+struct CatalogueFixture : PreferenceFixture {
     EngineCategories categories{home.paths(), prompts};
     Countries countries{home.paths()};
     EngineLists lists;
@@ -38,8 +28,6 @@ struct CatalogueFixture {
         home.write("data/krveng5.dat", engines);
         return categories.loadEngineCategory() && loader.loadEngines();
     }
-
-    std::string logText() const { return fileExists(home.path("Error.log")) ? home.read("Error.log") : ""; }
 };
 
 inline std::vector<std::string> texts(const Rows& rows) {

@@ -3,6 +3,7 @@
 #include "catalogue/CatalogueCheck.h"
 #include "core/FileStore.h"
 #include "core/IniFile.h"
+#include "support/GoldenCases.h"
 
 #include <filesystem>
 #include <sstream>
@@ -11,45 +12,30 @@ namespace relay::test {
 
 namespace {
 
-// Every folder holds the files of a home (krveng5.dat, and catkws.dat, korvel.ini, country.kws where the case
-// needs them) and what a load of it must give: expected.txt.
-std::vector<std::string> cases() {
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(TEST_FOLDER "/golden")) {
-        names.push_back(entry.path().filename().string());
-    }
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
-void dumpField(std::ostream& out, std::string_view name, std::string_view value) {
-    if (!value.empty()) out << "  " << name << "=" << value << "\n";
-}
-
-void dumpNumber(std::ostream& out, std::string_view name, long value) {
-    if (value != 0) out << "  " << name << "=" << value << "\n";
-}
-
 void dumpEngine(std::ostream& out, const clsEngines& engine) {
+    const std::pair<const char*, std::string_view> fields[] = {{"Home", engine.Home},
+                                                               {"AddURL", engine.AddURL},
+                                                               {"Country", engine.Country},
+                                                               {"CountryOnly", engine.CountryOnly},
+                                                               {"EngineType", engine.EngineType},
+                                                               {"Category", engine.Category},
+                                                               {"CategoryData", engine.CategoryData},
+                                                               {"Method", engine.Method},
+                                                               {"Action", engine.Action},
+                                                               {"Query", engine.Query},
+                                                               {"AdultOnlySites", engine.AdultOnlySites},
+                                                               {"Adults", engine.Adults},
+                                                               {"WebType", engine.WebType},
+                                                               {"Language", engine.Language}};
+    const std::pair<const char*, long> numbers[] = {{"MaxTitle", engine.MaxTitle},
+                                                    {"MaxKeywords", engine.MaxKeywords},
+                                                    {"MaxDescriptions", engine.MaxDescriptions},
+                                                    {"SiteLevel", engine.SiteLevel}};
     out << engine.name << "\n";
-    dumpField(out, "Home", engine.Home);
-    dumpField(out, "AddURL", engine.AddURL);
-    dumpField(out, "Country", engine.Country);
-    dumpField(out, "CountryOnly", engine.CountryOnly);
-    dumpField(out, "EngineType", engine.EngineType);
-    dumpField(out, "Category", engine.Category);
-    dumpField(out, "CategoryData", engine.CategoryData);
-    dumpField(out, "Method", engine.Method);
-    dumpField(out, "Action", engine.Action);
-    dumpField(out, "Query", engine.Query);
-    dumpField(out, "AdultOnlySites", engine.AdultOnlySites);
-    dumpField(out, "Adults", engine.Adults);
-    dumpField(out, "WebType", engine.WebType);
-    dumpField(out, "Language", engine.Language);
-    dumpNumber(out, "MaxTitle", engine.MaxTitle);
-    dumpNumber(out, "MaxKeywords", engine.MaxKeywords);
-    dumpNumber(out, "MaxDescriptions", engine.MaxDescriptions);
-    dumpNumber(out, "SiteLevel", engine.SiteLevel);
+    for (const auto& [name, value] : fields)
+        if (!value.empty()) out << "  " << name << "=" << value << "\n";
+    for (const auto& [name, value] : numbers)
+        if (value != 0) out << "  " << name << "=" << value << "\n";
 }
 
 std::string dump(const CatalogueFixture& catalogue, bool loaded, const std::vector<Finding>& findings) {
@@ -76,6 +62,8 @@ std::string dump(const CatalogueFixture& catalogue, bool loaded, const std::vect
     return out.str();
 }
 
+// Every folder holds the files of a home (krveng5.dat, and catkws.dat, korvel.ini, country.kws where the case
+// needs them) and what a load of it must give: expected.txt.
 class CatalogueGolden : public testing::TestWithParam<std::string> {};
 
 TEST_P(CatalogueGolden, loadsAsWritten) {
@@ -94,11 +82,8 @@ TEST_P(CatalogueGolden, loadsAsWritten) {
     EXPECT_EQ(dump(catalogue, loaded, findings), readFile((folder / "expected.txt").string()));
 }
 
-INSTANTIATE_TEST_SUITE_P(Golden, CatalogueGolden, testing::ValuesIn(cases()), [](const auto& each) {
-    std::string name = each.param;
-    std::replace(name.begin(), name.end(), '-', '_');
-    return name;
-});
+INSTANTIATE_TEST_SUITE_P(Golden, CatalogueGolden, testing::ValuesIn(goldenCases(TEST_FOLDER "/golden")),
+                         goldenName);
 
 }  // namespace
 

@@ -245,25 +245,6 @@ TEST(EnginesMenu, exportsThePage) {
     EXPECT_EQ(page.substr(0, page.find("<hr ")), readFile(TEST_FOLDER "/englist.htm"));
 }
 
-// Thousands of engines are selected and removed in one piece; a quadratic walk would not come back in time.
-TEST(EngineSelection, takesThirtyThousandEngines) {
-    CatalogueFixture fixture;
-    std::string text;
-    for (int number = 0; number < 30000; ++number) {
-        text +=
-            "Name=Engine " + std::to_string(number) + "\nType=" + (number % 2 == 0 ? "ENG" : "DIR") + "\n";
-    }
-    ASSERT_TRUE(fixture.load(text));
-    fixture.selection.EngineSelect(true);
-    EXPECT_EQ(fixture.lists.lsvSelectedEngines.count(), 30000);
-    fixture.selection.EngineSelectByType("DIR", false);
-    EXPECT_EQ(fixture.lists.lsvSelectedEngines.columnTitle(0), "Selected Engines (15000)");
-    fixture.selection.findEnginesByKeyword("engine");
-    EXPECT_EQ(fixture.lists.lsvSelectedEngines.count(), 30000);
-    fixture.selection.SelectByMode("");
-    EXPECT_TRUE(fixture.lists.lsvSelectedEngines.empty());
-}
-
 }  // namespace
 
 }  // namespace relay::test

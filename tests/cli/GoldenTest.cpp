@@ -7,27 +7,21 @@
 // transcript alone: "cat FILE" shows a file, line ends as written, and "mode FILE" its permissions.
 // With RELAY_GOLDEN_UPDATE set the transcripts are written instead.
 #include "CommandLineFixture.h"
+#include "core/FileStore.h"
 #include "core/Text.h"
+#include "support/GoldenCases.h"
 
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <sstream>
-#include <sys/stat.h>
 
 namespace relay::test {
 
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string readAll(const fs::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    std::ostringstream bytes;
-    bytes << stream.rdbuf();
-    return bytes.str();
-}
 
 std::vector<std::string> splitArguments(const std::string& line) {
     std::vector<std::string> arguments;
@@ -65,10 +59,8 @@ CommandResult perform(CommandLineFixture& fixture, std::vector<std::string> argu
     if (arguments.at(0) == "cat")
         return {0, replaceAll(fixture.home.read(arguments.at(1)), "\r\n", "<CRLF>\n"), {}};
     if (arguments.at(0) == "mode") {
-        struct stat status {};
-        ::stat(fixture.home.path(arguments.at(1)).c_str(), &status);
         std::ostringstream octal;
-        octal << std::oct << (status.st_mode & 07777) << '\n';
+        octal << std::oct << modeOf(fixture.home.path(arguments.at(1))) << '\n';
         return {0, octal.str(), {}};
     }
     for (std::string& argument : arguments)
@@ -98,7 +90,7 @@ TEST_P(CommandLineGolden, SaysWhatTheTranscriptSays) {
     CommandLineFixture fixture;
     if (fs::exists(folder / "home"))
         fs::copy(folder / "home", fixture.home.path(""), fs::copy_options::recursive);
-    const std::string transcript = readAll(folder / "transcript");
+    const std::string transcript = readFile((folder / "transcript").string());
     ASSERT_NE(transcript.find("$ "), std::string::npos);
     const std::string played = play(fixture, transcript);
     if (std::getenv("RELAY_GOLDEN_UPDATE") != nullptr) {
@@ -108,13 +100,7 @@ TEST_P(CommandLineGolden, SaysWhatTheTranscriptSays) {
     EXPECT_EQ(played, transcript);
 }
 
-INSTANTIATE_TEST_SUITE_P(Folders, CommandLineGolden, testing::ValuesIn([] {
-                             std::vector<std::string> names;
-                             for (const fs::directory_entry& entry :
-                                  fs::directory_iterator(fs::path(TEST_FOLDER) / "golden"))
-                                 names.push_back(entry.path().filename().string());
-                             return names;
-                         }()),
-                         [](const auto& param) { return param.param; });
+INSTANTIATE_TEST_SUITE_P(Folders, CommandLineGolden, testing::ValuesIn(goldenCases(TEST_FOLDER "/golden")),
+                         goldenName);
 
 }  // namespace relay::test

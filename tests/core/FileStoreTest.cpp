@@ -17,11 +17,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-unsigned modeOf(const std::string& path) {
-    struct stat status {};
-    return ::stat(path.c_str(), &status) == 0 ? status.st_mode & 07777u : 0;
-}
-
 std::size_t filesIn(const std::string& folder) {
     return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
 }

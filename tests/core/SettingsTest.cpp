@@ -1,10 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "core/Log.h"
-#include "core/SettingsStore.h"
 #include "core/Text.h"
-#include "core/clsPreference.h"
-#include "support/ScriptedPrompts.h"
-#include "support/TestHome.h"
+#include "support/PreferenceFixture.h"
 
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -12,11 +8,6 @@
 
 namespace relay::test {
 namespace {
-
-unsigned modeOf(const std::string& path) {
-    struct stat status {};
-    return ::stat(path.c_str(), &status) == 0 ? status.st_mode & 07777u : 0;
-}
 
 TEST(SettingsStore, EveryValueComesBackInAFileOfItsOwners) {
     const TestHome home;
@@ -84,17 +75,6 @@ TEST(SettingsStore, NeverWritesThroughALink) {
     }
 }
 
-TEST(SettingsStore, APipeInItsPlaceHoldsNothingUp) {
-    const TestHome home;
-    const std::string file = home.path("settings.ini");
-    ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
-    SettingsStore store(file);
-    EXPECT_EQ(store.value("A", "S", "k", "fallback"), "fallback");
-    store.setValue("A", "S", "k", "v");
-    EXPECT_FALSE(store.sync());
-    EXPECT_TRUE(std::filesystem::is_fifo(file));
-}
-
 TEST(SettingsStore, SaysWhenItCannotWrite) {
     const TestHome home;
     home.write("file", "");
@@ -103,19 +83,12 @@ TEST(SettingsStore, SaysWhenItCannotWrite) {
     EXPECT_FALSE(store.sync());
 }
 
-class PreferenceTest : public ::testing::Test {
+class PreferenceTest : public ::testing::Test, protected PreferenceFixture {
   protected:
     bool load() { return preference.GetSettings(); }
     std::string stored(std::string_view section, std::string_view key) {
         return store.value(kApplication, section, key, "(absent)");
     }
-
-    TestHome home;
-    FixedClock clock;
-    ScriptedPrompts prompts;
-    SettingsStore store{home.paths().settingsFile};
-    Log log{home.path("Error.log"), clock, ""};
-    clsPreference preference{home.paths(), store, log, prompts};
 };
 
 TEST_F(PreferenceTest, AnEmptyStoreGivesTheDefaults) {

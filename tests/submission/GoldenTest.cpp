@@ -3,25 +3,13 @@
 #include "core/FileStore.h"
 #include "core/IniFile.h"
 #include "core/Text.h"
+#include "support/GoldenCases.h"
 
-#include <algorithm>
 #include <filesystem>
 
 namespace relay::test {
 
 namespace {
-
-// Every folder is a run: krveng5.dat and catkws.dat ({web} stands for the server's address), website.kws and
-// case.ini (CommandLine, BlockSpam) go in; the reports in their order (report1.html and on), the website file
-// (website-after.kws, {home} for the home), fail.eng and what the server got (requests.txt, request line and
-// body) must come out, to the byte. It is April 1 of 2002, 13:05, and one connection is used.
-std::vector<std::string> cases() {
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(TEST_FOLDER "/golden"))
-        names.push_back(entry.path().filename().string());
-    std::sort(names.begin(), names.end());
-    return names;
-}
 
 std::string requestText(const std::vector<std::string>& requests) {
     std::string text;
@@ -33,6 +21,10 @@ std::string requestText(const std::vector<std::string>& requests) {
     return text;
 }
 
+// Every folder is a run: krveng5.dat and catkws.dat ({web} stands for the server's address), website.kws and
+// case.ini (CommandLine, BlockSpam) go in; the reports in their order (report1.html and on), the website file
+// (website-after.kws, {home} for the home), fail.eng and what the server got (requests.txt, request line and
+// body) must come out, to the byte. It is April 1 of 2002, 13:05, and one connection is used.
 class SubmissionGolden : public testing::TestWithParam<std::string> {};
 
 TEST_P(SubmissionGolden, submitsAndReports) {
@@ -63,11 +55,8 @@ TEST_P(SubmissionGolden, submitsAndReports) {
     EXPECT_EQ(rights, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
 }
 
-INSTANTIATE_TEST_SUITE_P(Golden, SubmissionGolden, testing::ValuesIn(cases()), [](const auto& named) {
-    std::string name = named.param;
-    std::replace(name.begin(), name.end(), '-', '_');
-    return name;
-});
+INSTANTIATE_TEST_SUITE_P(Golden, SubmissionGolden, testing::ValuesIn(goldenCases(TEST_FOLDER "/golden")),
+                         goldenName);
 
 }  // namespace
 

@@ -9,12 +9,13 @@ FaultServer::Script statusByPath() {
         if (status == 0) {
             peer.waitForClose();
         } else {
-            peer.trySend(FaultServer::answer(status));
+            peer.send(FaultServer::answer(status));
         }
     };
 }
 
-SubmissionFixture::SubmissionFixture(std::string ownCommandLine) : commandLine(std::move(ownCommandLine)) {
+SubmissionFixture::SubmissionFixture(std::string ownCommandLine)
+    : PreferenceFixture(std::move(ownCommandLine)) {
     preference.GetSettings();
     controller.emplace(SubmissionServices{home.paths(), preference, log, prompts, clock, network,
                                           lists.engines, lists.lsvSelectedEngines, countries,

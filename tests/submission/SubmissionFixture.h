@@ -5,13 +5,9 @@
 #include "catalogue/EngineCategories.h"
 #include "catalogue/EngineLists.h"
 #include "catalogue/EngineLoader.h"
-#include "core/Log.h"
-#include "core/SettingsStore.h"
-#include "core/clsPreference.h"
 #include "submission/SubmissionController.h"
 #include "support/FaultServer.h"
-#include "support/ScriptedPrompts.h"
-#include "support/TestHome.h"
+#include "support/PreferenceFixture.h"
 #include "transport/HttpNetwork.h"
 
 #include <gtest/gtest.h>
@@ -27,16 +23,9 @@ namespace relay::test {
 FaultServer::Script statusByPath();
 
 // A home with a catalogue and a submission wizard on it, and what a run of it told.
-struct SubmissionFixture {
+struct SubmissionFixture : PreferenceFixture {
     explicit SubmissionFixture(std::string ownCommandLine = {});
 
-    TestHome home;
-    FixedClock clock;
-    ScriptedPrompts prompts;
-    std::string commandLine;
-    SettingsStore store{home.paths().settingsFile};
-    Log log{home.path("Error.log"), clock, commandLine};
-    clsPreference preference{home.paths(), store, log, prompts};
     EngineCategories categories{home.paths(), prompts};
     Countries countries{home.paths()};
     EngineLists lists;
@@ -68,7 +57,6 @@ struct SubmissionFixture {
     bool waitForEnd();
 
     std::vector<std::string> boxes() const;  // "title|text" of every message
-    std::string logText() const { return home.read("Error.log"); }
 };
 
 }  // namespace relay::test

@@ -41,11 +41,7 @@ std::string FaultServer::Peer::path() const {
     return request.substr(start, request.find(' ', start) - start);
 }
 
-void FaultServer::Peer::send(std::string_view bytes) {
-    trySend(bytes);
-}
-
-bool FaultServer::Peer::trySend(std::string_view bytes) {
+bool FaultServer::Peer::send(std::string_view bytes) {
     while (!bytes.empty()) {
         const ssize_t count = ::send(m_descriptor, bytes.data(), bytes.size(), MSG_NOSIGNAL);
         if (count <= 0) return false;

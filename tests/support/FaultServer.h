@@ -24,9 +24,8 @@ class FaultServer final {
         const std::string request;
         std::string path() const;  // "/x?y" of the request line
 
-        void send(std::string_view bytes);
         // False when the client is gone or the server stops.
-        bool trySend(std::string_view bytes);
+        bool send(std::string_view bytes);
         void waitForClose();  // until the client closes or the server stops
         void reset();         // ends with RST instead of FIN
 

@@ -8,6 +8,7 @@
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
+#include <sys/stat.h>
 
 namespace relay::test {
 
@@ -34,6 +35,11 @@ std::string TestHome::read(std::string_view relative) const {
     std::ostringstream bytes;
     bytes << stream.rdbuf();
     return bytes.str();
+}
+
+unsigned modeOf(const std::string& path) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 ? status.st_mode & 07777u : 0;
 }
 
 bool waitUntil(const std::function<bool()>& condition, int limitMilliseconds) {

@@ -28,6 +28,9 @@ class TestHome final {
     Paths m_paths;
 };
 
+// The permission bits of a file, 0 when there is none.
+unsigned modeOf(const std::string& path);
+
 class FixedClock final : public Clock {
   public:
     QDateTime time = QDateTime(QDate(2002, 4, 1), QTime(13, 5, 0));

@@ -1,11 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/Failure.h"
-#include "core/Log.h"
-#include "core/SettingsStore.h"
-#include "core/clsPreference.h"
 #include "support/FaultServer.h"
-#include "support/ScriptedPrompts.h"
-#include "support/TestHome.h"
+#include "support/PreferenceFixture.h"
 #include "transport/HttpNetwork.h"
 #include "transport/frmHTTPMX.h"
 
@@ -42,7 +38,7 @@ void play(Peer& peer) {
         200, peer.request.substr(0, peer.request.find(" HTTP/")) + "|" + peer.request.substr(body)));
 }
 
-class PoolTest : public ::testing::Test {
+class PoolTest : public ::testing::Test, protected PreferenceFixture {
   protected:
     void load(std::int16_t connections) {
         pool.emplace(network, preference, log);
@@ -75,12 +71,6 @@ class PoolTest : public ::testing::Test {
         EXPECT_TRUE(waitUntil([&] { return ended; }));
     }
 
-    TestHome home;
-    FixedClock clock;
-    Log log{home.path("Error.log"), clock, ""};
-    SettingsStore store{home.paths().settingsFile};
-    ScriptedPrompts prompts;
-    clsPreference preference{home.paths(), store, log, prompts};
     FaultServer server{play};
     HttpNetwork network;
     std::vector<End> ends;

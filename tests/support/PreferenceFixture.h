@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "core/FileStore.h"
+#include "core/Log.h"
+#include "core/SettingsStore.h"
+#include "core/clsPreference.h"
+#include "support/ScriptedPrompts.h"
+#include "support/TestHome.h"
+
+#include <string>
+#include <utility>
+
+namespace relay::test {
+
+// The preference and all it stands on, on a home of their own.
+struct PreferenceFixture {
+    explicit PreferenceFixture(std::string ownCommandLine = {}) : commandLine(std::move(ownCommandLine)) {}
+
+    TestHome home;
+    FixedClock clock;
+    ScriptedPrompts prompts;
+    std::string commandLine;
+    SettingsStore store{home.paths().settingsFile};
+    Log log{home.path("Error.log"), clock, commandLine};
+    clsPreference preference{home.paths(), store, log, prompts};
+
+    std::string logText() const { return fileExists(home.path("Error.log")) ? home.read("Error.log") : ""; }
+};
+
+}  // namespace relay::test
