@@ -50,10 +50,7 @@ TEST(TerminalText, CountsColumnsAndNotBytes) {
 
 TEST(Terminal, BoldHeadingsAndAHiddenPasswordAreForTerminals) {
     CommandLineFixture cli;
-    const std::string file =
-        cli.home.write("site.kws",
-                       "[Web Site Info]\r\nVersion=6.0\r\nPassword=secret\r\nLastURL=1\r\n"
-                       "[URL]\r\nURL1=http://a.test/\r\n");
+    const std::string file = cli.home.writeWebsite("site.kws", {"http://a.test/"}, "Password=secret\r\n");
     const auto show = [&](std::vector<std::string> more = {}) {
         std::vector<std::string> arguments = {"website", "show", file};
         arguments.insert(arguments.end(), more.begin(), more.end());

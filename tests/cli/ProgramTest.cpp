@@ -77,9 +77,7 @@ class ProgramTest : public testing::Test {
                        "\r\nType=ENG\r\nCategory=N\r\nMethod=POST\r\nAction=" + m_web.address() +
                        "/engines/x/" + outcome + "\r\nQuery=u=<URL>\r\n";
         m_home.write("data/krveng5.dat", engines);
-        m_home.write("site.kws",
-                     "[Web Site Info]\r\nVersion=6.0\r\nLastURL=2\r\n[URL]\r\nURL1=http://a.test/\r\n"
-                     "URL2=http://b.test/\r\n");
+        m_home.writeWebsite("site.kws", {"http://a.test/", "http://b.test/"});
         return {QStringLiteral("submit"), QStringLiteral("--json"), QStringLiteral("--all"),
                 QStringLiteral("--website"), QString::fromStdString(m_home.path("site.kws"))};
     }
@@ -94,12 +92,11 @@ class ProgramTest : public testing::Test {
 }  // namespace
 
 TEST_F(ProgramTest, CtrlCStopsARunAsTheStopButtonDoes) {
+    const QStringList command = stuckSubmission();
     for (const int number : {SIGINT, SIGTERM}) {
         SCOPED_TRACE(number);
         m_out.clear();
-        if (number == SIGINT) stuckSubmission();
-        startProgram({QStringLiteral("submit"), QStringLiteral("--json"), QStringLiteral("--all"),
-                      QStringLiteral("--website"), QString::fromStdString(m_home.path("site.kws"))});
+        startProgram(command);
         ASSERT_TRUE(waitForOutput("\"engine\":\"submit\""));
         signal(number);
         EXPECT_EQ(finish(), 130);
@@ -108,12 +105,6 @@ TEST_F(ProgramTest, CtrlCStopsARunAsTheStopButtonDoes) {
         EXPECT_EQ(done["event"], "done");
         EXPECT_EQ(done["success"], 1);
         EXPECT_EQ(done["cancelled"], 2);
-        const std::size_t report = m_out.find("\"event\":\"report\"");
-        ASSERT_NE(report, std::string::npos);
-        const std::size_t line = m_out.rfind('\n', report) + 1;
-        const auto written = nlohmann::json::parse(m_out.substr(line, m_out.find('\n', line) - line));
-        EXPECT_EQ(written["url"], "http://a.test/");
-        EXPECT_TRUE(std::filesystem::exists(written["path"].get<std::string>()));
     }
     EXPECT_THAT(m_home.read("site.kws"), HasSubstr("LastReport=2\r\n"));
 }
@@ -178,9 +169,13 @@ TEST_F(ProgramTest, ResultsThatNobodyGotAreAFailure) {
     }
 }
 
-TEST_F(ProgramTest, TheStarterCatalogueStandsUpToItsOwnCheck) {
-    EXPECT_EQ(run("\"$PROGRAM\" --quiet engines install && \"$PROGRAM\" engines check"), 0) << m_out << m_err;
-    EXPECT_THAT(m_err, EndsWith("Nothing found.\n"));
+TEST_F(ProgramTest, TheInstalledCataloguesStandUpToTheirOwnCheck) {
+    for (const std::string which : {"", " --replace --practice --practice-address 127.0.0.1:4711"}) {
+        EXPECT_EQ(run("\"$PROGRAM\" --quiet engines install" + which + " && \"$PROGRAM\" engines check"), 0)
+            << m_out << m_err;
+        EXPECT_THAT(m_err, EndsWith("Nothing found.\n"));
+        m_err.clear();
+    }
 }
 
 TEST_F(ProgramTest, TwoProgramsAtOnceLoseNothing) {
@@ -192,15 +187,6 @@ TEST_F(ProgramTest, TwoProgramsAtOnceLoseNothing) {
     const std::string file = m_home.read("s.kws");
     EXPECT_THAT(file, HasSubstr("LastURL=6\r\n"));
     for (int i = 1; i <= 6; ++i) EXPECT_THAT(file, HasSubstr("=http://a.test/" + std::to_string(i) + "\r\n"));
-}
-
-TEST_F(ProgramTest, ALinkInTheHomeIsReplacedAndNeverWrittenThrough) {
-    const std::string precious =
-        m_home.write("elsewhere/precious.kws", "[Web Site Info]\r\nTitle=Precious\r\n");
-    std::filesystem::create_symlink(precious, m_home.path("site.kws"));
-    EXPECT_EQ(run("\"$PROGRAM\" website set " + m_home.path("site.kws") + " Title=New"), 0);
-    EXPECT_EQ(m_home.read("elsewhere/precious.kws"), "[Web Site Info]\r\nTitle=Precious\r\n");
-    EXPECT_THAT(m_home.read("site.kws"), HasSubstr("Title=New"));
 }
 
 }  // namespace relay::test

@@ -15,7 +15,6 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 using ::testing::Not;
 using ::testing::Pair;
 using ::testing::StartsWith;
@@ -76,12 +75,6 @@ TEST_F(Received, IsShownToThisMachineOnly) {
     EXPECT_THAT(with("127.0.0.1:80"), StartsWith("HTTP/1.1 200"));
     EXPECT_THAT(with("localhost"), StartsWith("HTTP/1.1 200"));
     EXPECT_THAT(with("rebound.example:80"), StartsWith("HTTP/1.1 403"));
-}
-
-TEST_F(Received, ForgetsWhenTold) {
-    get(m_web.address(), "/200");
-    m_web.forgetReceived();
-    EXPECT_THAT(m_web.received(), IsEmpty());
 }
 
 TEST(ReceivedLog, KeepsTheNewestWithinItsBounds) {

@@ -47,16 +47,6 @@ std::string SubmissionFixture::records(std::string_view prefix, int count, std::
     return text;
 }
 
-std::string SubmissionFixture::website(std::string_view name, const std::vector<std::string>& urls,
-                                       std::string_view fields) const {
-    std::string text = "[Web Site Info]\r\nVersion=6.0\r\n";
-    text.append(fields).append("LastURL=").append(std::to_string(urls.size())).append("\r\n[URL]\r\n");
-    for (std::size_t i = 0; i < urls.size(); ++i) {
-        text.append("URL").append(std::to_string(i + 1)).append("=").append(urls[i]).append("\r\n");
-    }
-    return home.write("Projects/" + std::string(name) + ".kws", text);
-}
-
 void SubmissionFixture::prepare(const std::vector<std::string>& websites) {
     for (const std::string& file : websites) ASSERT_TRUE(controller->addSite(file, "Site", "Project"));
     ASSERT_TRUE(controller->cmdNext());

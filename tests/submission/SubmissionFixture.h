@@ -47,9 +47,11 @@ struct SubmissionFixture : PreferenceFixture {
     void loadEngines(std::string_view records, std::string_view tables = "[Free For All Links]\n");
     // "Name=<prefix>1" and so on, all with one action and the query "u=<url>".
     static std::string records(std::string_view prefix, int count, std::string_view action);
-    // A website file with these URLs and `fields` in its first section; gives its path.
-    std::string website(std::string_view name, const std::vector<std::string>& urls,
-                        std::string_view fields = {}) const;
+    // A website file of the projects; gives its path.
+    std::string website(const std::string& name, const std::vector<std::string>& urls,
+                        std::string_view fields = {}) const {
+        return home.writeWebsite("Projects/" + name + ".kws", urls, fields);
+    }
     // Through the pages up to the list of URLs; then the run starts.
     void prepare(const std::vector<std::string>& websites);
     void start(const std::vector<std::string>& websites);

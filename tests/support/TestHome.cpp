@@ -29,6 +29,15 @@ std::string TestHome::write(std::string_view relative, std::string_view bytes) c
     return file.string();
 }
 
+std::string TestHome::writeWebsite(std::string_view relative, const std::vector<std::string>& urls,
+                                   std::string_view fields) const {
+    std::string text = "[Web Site Info]\r\nVersion=6.0\r\n";
+    text.append(fields).append("LastURL=").append(std::to_string(urls.size())).append("\r\n[URL]\r\n");
+    for (std::size_t i = 0; i < urls.size(); ++i)
+        text.append("URL").append(std::to_string(i + 1)).append("=").append(urls[i]).append("\r\n");
+    return write(relative, text);
+}
+
 std::string TestHome::read(std::string_view relative) const {
     std::ifstream stream(path(relative), std::ios::binary);
     if (!stream) throw std::runtime_error("cannot read " + path(relative));

@@ -9,6 +9,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace relay::test {
 
@@ -22,6 +23,9 @@ class TestHome final {
     // Writes a file inside the home (making folders) and gives its path.
     std::string write(std::string_view relative, std::string_view bytes) const;
     std::string read(std::string_view relative) const;
+    // Writes a website file with these URLs, and `fields` ("Key=value\r\n"...) in its first section.
+    std::string writeWebsite(std::string_view relative, const std::vector<std::string>& urls,
+                             std::string_view fields = {}) const;
 
   private:
     QTemporaryDir m_folder;
