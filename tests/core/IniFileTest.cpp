@@ -82,22 +82,6 @@ TEST(IniFile, WritesInPlaceAndKeepsEveryOtherByte) {
     EXPECT_EQ(file.text(), "");
 }
 
-TEST(IniFile, HoldsManyKeysInTheirOrder) {
-    IniFile file = IniFile::parse("[URL]\r\nURL1=old\r\n" + std::string(50000, '\n') + "[Report]\r\n");
-    for (int i = 1; i <= 50000; ++i) {
-        const std::string number = std::to_string(i);
-        file.setValue("URL", "URL" + number, "http://a.test/" + number);
-        file.setValue("URL", "LocalFile" + number, "");
-    }
-    const IniFile again = IniFile::parse(file.text());
-    const std::vector<std::string> keys = again.keys("url");
-    ASSERT_EQ(keys.size(), 100000u);
-    EXPECT_EQ(keys[2], "URL2");
-    EXPECT_EQ(keys.back(), "LocalFile50000");
-    EXPECT_EQ(again.value("URL", "url49999"), "http://a.test/49999");
-    EXPECT_EQ(again.text(), file.text());
-}
-
 TEST(IniFile, TheOneLineFacesNeverThrow) {
     const TestHome home;
     EXPECT_EQ(ReadIniValue(home.path("absent"), "s", "k"), "");
