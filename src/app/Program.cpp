@@ -3,6 +3,7 @@
 
 #include "core/Failure.h"
 #include "core/Prompts.h"
+#include "core/ScreenText.h"
 #include "core/Text.h"
 #include "core/Trap.h"
 #include "core/frmPreference.h"
@@ -19,19 +20,6 @@ namespace relay {
 namespace {
 constexpr std::string_view kWindowSection = "Window";
 constexpr std::string_view kSplitterKey = "Splitter";
-
-// The folder of the files that are installed with the program; empty when there is none.
-std::string installedDataFolder() {
-    if (const QByteArray chosen = qgetenv("KORVEL_RELAY_DATA"); !chosen.isEmpty())
-        return chosen.toStdString();
-    const std::string beside =
-        QCoreApplication::applicationDirPath().toStdString() + "/../share/korvel-relay";
-    for (const std::string& place :
-         {beside, std::string(RELAY_SOURCE_DATA_FOLDER), std::string(RELAY_INSTALLED_DATA_FOLDER)}) {
-        if (fileExists(place + "/country.kws")) return place;
-    }
-    return {};
-}
 
 // What no screen reaches is beyond what the windowing system can hold, too.
 int pixels(double told) {
@@ -77,7 +65,8 @@ void Program::closeSplash() {
 // A home that cannot be prepared is told and used all the same: what is there can still be read.
 void Program::prepare() {
     try {
-        prepareHome(m_paths, installedDataFolder());
+        prepareHome(m_paths, installedDataFolder(fromScreen(QCoreApplication::applicationDirPath()),
+                                                 environmentVariable));
     } catch (const Failure& failure) {
         m_log.WriteErrorLog(failure.what());
         closeSplash();

@@ -2,6 +2,7 @@
 #include "app/OneWindow.h"
 #include "app/Options.h"
 #include "app/Program.h"
+#include "core/Paths.h"
 #include "core/ScreenText.h"
 #include "widgets/Look.h"
 #include "widgets/QtPrompts.h"
@@ -19,10 +20,7 @@ constexpr int kCouldNotRun = 3;
 
 Paths choosePaths(const Options& options) {
     if (!options.home.empty()) return Paths::insideHome(options.home);
-    return Paths::fromEnvironment([](const char* name) -> std::optional<std::string> {
-        if (!qEnvironmentVariableIsSet(name)) return std::nullopt;
-        return qgetenv(name).toStdString();
-    });
+    return Paths::fromEnvironment(environmentVariable);
 }
 
 int runWindow(const Options& options) {

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/CommandLineContext.h"
 
-#include "cli/DataFolder.h"
 #include "cli/ExitCode.h"
 #include "cli/TerminalText.h"
 #include "core/Failure.h"
+#include "core/Paths.h"
 #include "core/Text.h"
 
 #include <algorithm>
@@ -72,7 +72,7 @@ Home& CommandLineContext::home() {
     if (m_home) return *m_home;
     const Paths paths = choosePaths();
     try {
-        prepareHome(paths, installedDataFolder(m_console));
+        prepareHome(paths, installedDataFolder(m_console.programFolder, m_console.environment));
     } catch (const Failure& failure) {
         if (!folderExists(paths.AppPath))
             throw Failure(std::string("The home cannot be made: ") + failure.what(), failure.number());

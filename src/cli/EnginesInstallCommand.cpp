@@ -2,13 +2,13 @@
 #include "cli/EnginesInstallCommand.h"
 
 #include "cli/CommandLineContext.h"
-#include "cli/DataFolder.h"
 #include "cli/ExitCode.h"
 #include "cli/JsonLine.h"
 #include "cli/PracticeAddress.h"
 #include "cli/Table.h"
 #include "core/Failure.h"
 #include "core/FileStore.h"
+#include "core/Paths.h"
 #include "core/Text.h"
 #include "practice/PracticeCatalogue.h"
 
@@ -47,7 +47,8 @@ std::string EnginesInstallCommand::practiceAddress() {
 std::vector<EnginesInstallCommand::File> EnginesInstallCommand::collect() {
     const std::string address = m_practice ? practiceAddress() : std::string();
     const Paths& paths = context().home().paths;
-    const std::string data = installedDataFolder(context().console());
+    const std::string data =
+        installedDataFolder(context().console().programFolder, context().console().environment);
     if (data.empty())
         throw Failure(
             "The files that are installed with the program are missing. KORVEL_RELAY_DATA names their "

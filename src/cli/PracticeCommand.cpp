@@ -2,13 +2,13 @@
 #include "cli/PracticeCommand.h"
 
 #include "cli/CommandLineContext.h"
-#include "cli/DataFolder.h"
 #include "cli/ExitCode.h"
 #include "cli/JsonLine.h"
 #include "cli/PracticeAddress.h"
 #include "cli/StopSignal.h"
 #include "core/Failure.h"
 #include "core/FileStore.h"
+#include "core/Paths.h"
 #include "practice/PracticeWeb.h"
 
 #include <QEventLoop>
@@ -63,7 +63,8 @@ int PracticeCommand::execute() {
     stop.watch();
     const Paths& paths = context().home().paths;
     PracticeWeb web;
-    describeEngines(web, installedDataFolder(context().console()));
+    describeEngines(web,
+                    installedDataFolder(context().console().programFolder, context().console().environment));
     web.start(m_port);
     std::optional<PracticeAddress> kept;
     try {

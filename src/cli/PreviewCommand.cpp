@@ -10,6 +10,7 @@
 #include "core/IniFile.h"
 #include "projects/WebsiteFile.h"
 #include "submission/SubmissionData.h"
+#include "submission/SubmissionRecords.h"
 #include "transport/RequestUrl.h"
 
 namespace relay {
@@ -27,9 +28,7 @@ std::string PreviewCommand::chosenUrl() const {
     if (!m_url.empty()) return m_url;
     Rows urls;
     loadUrlList(m_website, urls);
-    if (urls.empty())
-        throw Failure(
-            "There is not URL in current selected web site, please enter the web site URL before submit.");
+    if (urls.empty()) throw Failure(std::string(kNoURL));
     return urls.at(0).text;
 }
 

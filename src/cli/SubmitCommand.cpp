@@ -8,6 +8,7 @@
 #include "cli/SubmissionWatcher.h"
 #include "core/Failure.h"
 #include "submission/SubmissionController.h"
+#include "submission/SubmissionRecords.h"
 #include "transport/HttpNetwork.h"
 
 #include <QEventLoop>
@@ -18,9 +19,6 @@
 namespace relay {
 
 namespace {
-
-constexpr std::string_view kNoUrl =
-    "There is not URL in current selected web site, please enter the web site URL before submit.";
 
 // Lists the websites for the run, in their order. Throws Failure when one cannot be submitted.
 void addSites(SubmissionController& controller, CommandLineContext& context,
@@ -35,7 +33,7 @@ void addSites(SubmissionController& controller, CommandLineContext& context,
         }
         if (!controller.addSite(path.string(), path.stem().string(), {}) ||
             !sites.at(sites.count() - 1).checked)
-            throw Failure(file + ": " + std::string(kNoUrl));
+            throw Failure(file + ": " + std::string(kNoURL));
     }
 }
 

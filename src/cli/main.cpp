@@ -3,11 +3,11 @@
 #include "cli/Console.h"
 #include "cli/DescriptorBuffer.h"
 #include "cli/StopSignal.h"
+#include "core/Paths.h"
 
 #include <QCoreApplication>
 
 #include <csignal>
-#include <cstdlib>
 #include <fcntl.h>
 #include <iostream>
 #include <sys/ioctl.h>
@@ -24,12 +24,6 @@ void occupyStandardStreams() {
             return;
         }
     }
-}
-
-std::optional<std::string> environmentVariable(const char* name) {
-    const char* value = std::getenv(name);
-    if (value == nullptr) return std::nullopt;
-    return std::string(value);
 }
 
 int terminalColumns() {
@@ -56,7 +50,7 @@ int main(int argc, char** argv) {
                            .err = err,
                            .clock = clock,
                            .stop = stop,
-                           .environment = environmentVariable,
+                           .environment = relay::environmentVariable,
                            .programFolder = QCoreApplication::applicationDirPath().toStdString(),
                            .inIsTerminal = ::isatty(STDIN_FILENO) == 1,
                            .outIsTerminal = ::isatty(STDOUT_FILENO) == 1,

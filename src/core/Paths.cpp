@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <filesystem>
 #include <sys/stat.h>
 #include <system_error>
@@ -73,6 +74,23 @@ std::string Paths::inApp(std::string_view name) const {
 
 std::string Paths::inWindows(std::string_view name) const {
     return WindowsPath + std::string(name);
+}
+
+std::optional<std::string> environmentVariable(const char* name) {
+    const char* const value = std::getenv(name);
+    return value ? std::optional<std::string>(value) : std::nullopt;
+}
+
+std::string installedDataFolder(std::string_view programFolder,
+                                const std::function<std::optional<std::string>(const char*)>& environment) {
+    const std::optional<std::string> chosen = environment("KORVEL_RELAY_DATA");
+    if (chosen && !chosen->empty()) return *chosen;
+    const std::string places[] = {std::string(programFolder) + "/../share/korvel-relay",
+                                  RELAY_SOURCE_DATA_FOLDER, RELAY_INSTALLED_DATA_FOLDER};
+    for (const std::string& place : places) {
+        if (fileExists(place + "/country.kws")) return place;
+    }
+    return {};
 }
 
 void makeFolder(const std::string& folder, unsigned mode) {

@@ -25,6 +25,16 @@ struct Paths final {
     std::string inWindows(std::string_view name) const;  // WindowsPath + name
 };
 
+// The process's own environment: a variable's value or nullopt. Programs pass it in; tests pass their own.
+std::optional<std::string> environmentVariable(const char* name);
+
+// The folder of the files that are installed with the programs: $KORVEL_RELAY_DATA where it is set, else
+// "../share/korvel-relay" beside the program (whose folder comes without a trailing separator), the source
+// tree that it was built from, or the folder it was configured to be installed to. Empty when none of them is
+// there.
+std::string installedDataFolder(std::string_view programFolder,
+                                const std::function<std::optional<std::string>(const char*)>& environment);
+
 // Makes the folder (and its parents) when absent; throws Failure with the folder's name and the reason.
 void makeFolder(const std::string& folder, unsigned mode = 0755);
 bool fileExists(std::string_view path) noexcept;  // a regular file, or a link to one

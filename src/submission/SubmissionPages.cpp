@@ -11,6 +11,7 @@
 #include "projects/ProjectStore.h"
 #include "projects/WebsiteFile.h"
 #include "submission/SubmissionController.h"
+#include "submission/SubmissionRecords.h"
 
 #include <cmath>
 
@@ -55,9 +56,7 @@ void SubmissionController::siteChecked(int row, bool on) {
         m_services.prompts.message("Web site file is empty, please save the web site details before submit.",
                                    "Select Website\"", Icon::Critical);
     } else if (count.empty() || count == "0") {
-        m_services.prompts.message(
-            "There is not URL in current selected web site, please enter the web site URL before submit.",
-            "Submit", Icon::Critical);
+        m_services.prompts.message(kNoURL, "Submit", Icon::Critical);
     } else {
         return;
     }

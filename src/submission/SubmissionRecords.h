@@ -22,6 +22,10 @@ enum SubmissionResult : std::int16_t {
     ServerError = 14,
 };
 
+// What the user reads when a website without URLs is chosen.
+inline constexpr std::string_view kNoURL =
+    "There is not URL in current selected web site, please enter the web site URL before submit.";
+
 // The word of a class, as the report shows it; "Unknown Error" outside 2 to 14.
 std::string_view resultWord(std::int16_t result) noexcept;
 // The class of a code of the pool. Every status below 499 is a success: the page itself is not judged.
