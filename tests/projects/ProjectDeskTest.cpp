@@ -7,8 +7,7 @@
 #include "core/clsPreference.h"
 #include "projects/UrlList.h"
 #include "projects/clsMain.h"
-#include "support/ScriptedPrompts.h"
-#include "support/TestHome.h"
+#include "support/PreferenceFixture.h"
 
 #include <QAbstractItemModelTester>
 
@@ -23,14 +22,8 @@ namespace {
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
-class ProjectDeskTest : public ::testing::Test {
+class ProjectDeskTest : public ::testing::Test, protected PreferenceFixture {
   protected:
-    TestHome home;
-    FixedClock clock;
-    ScriptedPrompts prompts;
-    SettingsStore store{home.paths().settingsFile};
-    Log log{home.path("Error.log"), clock, ""};
-    clsPreference preference{home.paths(), store, log, prompts};
     clsMain main{home.paths(), preference, log, prompts};
     ProjectDesk& desk = main.desk;
     ProjectTree& tree = main.desk.tree();
