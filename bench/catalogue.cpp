@@ -6,16 +6,9 @@
 //
 //   bench_catalogue [pairs]
 #include "Ratios.h"
-#include "catalogue/Countries.h"
-#include "catalogue/EngineCategories.h"
-#include "catalogue/EngineLists.h"
-#include "catalogue/EngineLoader.h"
 #include "core/Clock.h"
-#include "core/Log.h"
-#include "core/Paths.h"
 #include "core/Prompts.h"
-#include "core/SettingsStore.h"
-#include "core/clsPreference.h"
+#include "session/Session.h"
 
 #include <QTemporaryDir>
 
@@ -54,22 +47,17 @@ class SilentPrompts final : public Prompts {
     void status(std::string_view) override {}
 };
 
-// One program on a home: everything that a load needs.
+// One program on a home.
 struct Program final {
-    explicit Program(const std::string& home) : paths(Paths::insideHome(home)) {}
+    explicit Program(const std::string& home) : session(Paths::insideHome(home), clock, {}, prompts) {}
 
-    bool load() { return categories.loadEngineCategory() && loader.loadEngines(); }
+    bool load() { return session.catalogue.loadEngineData(); }
 
-    Paths paths;
     SystemClock clock;
     SilentPrompts prompts;
-    SettingsStore store{paths.settingsFile};
-    Log log{paths.inApp("Error.log"), clock, ""};
-    clsPreference preference{paths, store, log, prompts};
-    EngineCategories categories{paths, prompts};
-    Countries countries{paths};
-    EngineLists lists;
-    EngineLoader loader{lists, categories, countries, paths, preference, log, prompts};
+    Session session;
+    EngineLists& lists = session.catalogue.lists;
+    EngineCategories& categories = session.catalogue.engineCategories;
 };
 
 constexpr const char* kNames[] = {"Orbit Search", "Northern Directory", "Link Yard", "Daily Classifieds",

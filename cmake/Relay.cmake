@@ -44,25 +44,30 @@ function(relay_common target)
   target_precompile_headers(${target} REUSE_FROM relay_pch)
 endfunction()
 
-# relay_library(name [LINKS target...] [WITH_FORMS]): the logic of src/<name>. Screens (frm*) are a
-# library of their own, so that logic cannot see Widgets; WITH_FORMS says the folder's forms have no window.
+# relay_library(name [LINKS target...] [WITH_FORMS] [EXCEPT file...]): the logic of src/<name>. Screens (frm*)
+# are a library of their own, so that logic cannot see Widgets; WITH_FORMS says the folder's forms have no window.
+# The files of EXCEPT belong to another target.
 function(relay_library name)
-  cmake_parse_arguments(ARG "WITH_FORMS" "" "LINKS" ${ARGN})
+  cmake_parse_arguments(ARG "WITH_FORMS" "" "LINKS;EXCEPT" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.h)
   if(NOT ARG_WITH_FORMS)
     list(FILTER sources EXCLUDE REGEX "/frm[^/]*$")
   endif()
+  list(TRANSFORM ARG_EXCEPT PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/${name}/)
+  list(REMOVE_ITEM sources ${ARG_EXCEPT})
   add_library(relay_${name} STATIC ${sources} ${PROJECT_BINARY_DIR}/pch.cpp)
   target_link_libraries(relay_${name} PUBLIC relay_options ${ARG_LINKS})
   relay_common(relay_${name})
 endfunction()
 
-# relay_screens(name [LINKS target...]): the screens of src/<name>.
+# relay_screens(name [LINKS target...] [ALSO file...]): the screens of src/<name>, and what else of the folder needs
+# Widgets.
 function(relay_screens name)
-  cmake_parse_arguments(ARG "" "" "LINKS" ${ARGN})
+  cmake_parse_arguments(ARG "" "" "LINKS;ALSO" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/frm*.cpp
     ${CMAKE_CURRENT_SOURCE_DIR}/${name}/frm*.h ${CMAKE_CURRENT_SOURCE_DIR}/${name}/frm*.ui)
-  add_library(relay_${name}_screens STATIC ${sources})
+  list(TRANSFORM ARG_ALSO PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/${name}/)
+  add_library(relay_${name}_screens STATIC ${sources} ${ARG_ALSO})
   target_link_libraries(relay_${name}_screens PUBLIC relay_${name} Qt6::Widgets ${ARG_LINKS})
   relay_common(relay_${name}_screens)
 endfunction()

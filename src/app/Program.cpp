@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Program.h"
 
+#include "app/frmPreference.h"
+#include "app/frmSplash.h"
 #include "core/Failure.h"
 #include "core/Prompts.h"
 #include "core/ScreenText.h"
 #include "core/Text.h"
 #include "core/Trap.h"
-#include "core/frmPreference.h"
-#include "core/frmSplash.h"
 #include "widgets/Forms.h"
 
 #include <QApplication>
@@ -40,20 +40,17 @@ bool isReachable(const QWidget& window) {
 }  // namespace
 
 Program::Program(Paths paths, const std::string& commandLine, const Clock& clock, Prompts& prompts)
-    : m_paths(std::move(paths)),
-      m_prompts(prompts),
-      m_log(m_paths.inApp("Error.log"), clock, commandLine),
-      m_settings(m_paths.settingsFile),
-      m_preference(m_paths, m_settings, m_log, prompts),
-      m_main(m_paths, m_preference, m_log, prompts),
-      m_startUp(m_paths, m_main, m_preference, m_settings, m_log, prompts, startUpScreens()) {}
+    : m_prompts(prompts),
+      m_session(std::move(paths), clock, commandLine, prompts),
+      m_main(m_session.services, m_session.catalogue),
+      m_startUp(m_session.services, m_main, startUpScreens()) {}
 
 Program::~Program() = default;
 
 StartUpScreens Program::startUpScreens() {
     StartUpScreens screens;
     screens.closeSplash = [this] { closeSplash(); };
-    screens.showPreference = [this] { frmPreference(m_preference, m_settings, m_prompts).exec(); };
+    screens.showPreference = [this] { frmPreference(m_session.services).exec(); };
     return screens;
 }
 
@@ -65,10 +62,10 @@ void Program::closeSplash() {
 // A home that cannot be prepared is told and used all the same: what is there can still be read.
 void Program::prepare() {
     try {
-        prepareHome(m_paths, installedDataFolder(fromScreen(QCoreApplication::applicationDirPath()),
-                                                 environmentVariable));
+        m_session.prepareHome(
+            installedDataFolder(fromScreen(QCoreApplication::applicationDirPath()), environmentVariable));
     } catch (const Failure& failure) {
-        m_log.WriteErrorLog(failure.what());
+        log().WriteErrorLog(failure.what());
         closeSplash();
         m_prompts.message(failure.what(), kApplication, Icon::Critical);
     }
@@ -82,11 +79,10 @@ void Program::start() {
     m_busy = true;
     m_prompts.busy(true);
     prepare();
-    if (!m_preference.GetSettings()) m_log.WriteErrorLog("GetSettings Error.\r\n");
-    m_main.engineCategories.closeSplash = [this] { closeSplash(); };
-    m_main.engineLoader.closeSplash = [this] { closeSplash(); };
+    m_session.readSettings();
+    m_session.catalogue.beforeFailure = [this] { closeSplash(); };
 
-    m_window = std::make_unique<frmMain>(MainParts{m_paths, m_preference, m_settings, m_prompts, m_main});
+    m_window = std::make_unique<frmMain>(m_session.services, m_main);
     m_window->closeAllowed = [this] { return leave(); };
     placeWindow();
     m_startUp.run();
@@ -98,13 +94,14 @@ void Program::start() {
 }
 
 void Program::placeWindow() {
-    const std::string told = m_settings.value(kApplication, "Preference", "MainFormPos");
+    const std::string told = m_session.settings.value(kApplication, "Preference", "MainFormPos");
     const std::optional<WindowPosition> place = parseWindowPosition(told);
     if (place && !m_window->isMaximized() && !m_window->isMinimized()) {
         m_window->move(pixels(place->left), pixels(place->top));
         m_window->resize(pixels(place->width), pixels(place->height));
     }
-    m_window->setSplitterPlace(leadingInteger(m_settings.value(kApplication, kWindowSection, kSplitterKey)));
+    m_window->setSplitterPlace(
+        leadingInteger(m_session.settings.value(kApplication, kWindowSection, kSplitterKey)));
 }
 
 bool Program::leave() {
@@ -112,8 +109,8 @@ bool Program::leave() {
     const bool normal = !m_window->isMaximized() && !m_window->isMinimized();
     const QPoint corner = normal ? m_window->pos() : m_window->normalGeometry().topLeft();
     const QSize size = normal ? m_window->size() : m_window->normalGeometry().size();
-    m_settings.setValue(kApplication, kWindowSection, kSplitterKey,
-                        std::to_string(m_window->splitterPlace()));
+    m_session.settings.setValue(kApplication, kWindowSection, kSplitterKey,
+                                std::to_string(m_window->splitterPlace()));
     trap(m_prompts, "Save_Setting_Error: ", [&] {
         m_startUp.finish(
             windowPositionText({static_cast<double>(corner.x()), static_cast<double>(corner.y()),

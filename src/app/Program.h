@@ -1,14 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/StartUp.h"
+#include "app/clsMain.h"
+#include "app/frmMain.h"
 #include "core/Clock.h"
-#include "core/Log.h"
-#include "core/Paths.h"
-#include "core/SettingsStore.h"
-#include "core/clsPreference.h"
-#include "projects/StartUp.h"
-#include "projects/clsMain.h"
-#include "projects/frmMain.h"
+#include "session/Session.h"
 
 #include <QString>
 
@@ -20,7 +17,7 @@ namespace relay {
 class Prompts;
 class frmSplash;
 
-// The window program on one home, put together: log, settings, logic, main window, and the order in which
+// The window program on one home, put together: session, logic, main window, and the order in which
 // they come up and go down.
 class Program final {
   public:
@@ -34,8 +31,9 @@ class Program final {
 
     frmMain& window() noexcept { return *m_window; }
     clsMain& main() noexcept { return m_main; }
-    Log& log() noexcept { return m_log; }
-    clsPreference& preference() noexcept { return m_preference; }
+    const Services& services() const noexcept { return m_session.services; }
+    Log& log() noexcept { return m_session.log; }
+    clsPreference& preference() noexcept { return m_session.preference; }
     void bringToFront();
     // Takes the splash away and gives the usual pointer back; harmless when that is done already.
     void closeSplash();
@@ -48,11 +46,8 @@ class Program final {
     void placeWindow();
     bool leave();
 
-    const Paths m_paths;
     Prompts& m_prompts;
-    Log m_log;
-    SettingsStore m_settings;
-    clsPreference m_preference;
+    Session m_session;
     clsMain m_main;
     StartUp m_startUp;
     std::unique_ptr<frmSplash> m_splash;

@@ -6,6 +6,7 @@
 #include "core/ItemReader.h"
 #include "core/Paths.h"
 #include "core/Prompts.h"
+#include "core/Services.h"
 #include "core/Text.h"
 #include "core/clsPreference.h"
 
@@ -37,17 +38,16 @@ void addTextRow(Rows& list, std::string_view text) {
 
 }  // namespace
 
-Categories::Categories(const Paths& paths, const clsPreference& preference, Prompts& prompts)
-    : m_paths(paths), m_preference(preference), m_prompts(prompts) {}
+Categories::Categories(const Services& services) : m_services(services) {}
 
 bool Categories::loadCategory() {
-    const std::string path = m_paths.inApp("cat.kws");
+    const std::string path = m_services.paths.inApp("cat.kws");
     if (!fileExists(path)) return false;
     std::string strayItems;
     try {
         readCategories(readFile(path), strayItems);
     } catch (const std::exception& failure) {
-        m_prompts.message(
+        m_services.prompts.message(
             std::string(failure.what()) +
                 "\r\nModule: loadCategory()\r\n------Load Category Fail ------\r\nBuffer=" + strayItems,
             "Load Category", Icon::Critical);
@@ -84,7 +84,7 @@ void Categories::readCategories(std::string_view text, std::string& strayItems) 
 
 void Categories::addCategoryList(const clsCategory& category) {
     if (category.MainCategory.empty()) return;
-    if (m_preference.refusesAdultSites() && containsNoCase(category.MainCategory, "Adult")) return;
+    if (m_services.preference.refusesAdultSites() && containsNoCase(category.MainCategory, "Adult")) return;
     if (m_byName.contains(category.MainCategory)) {
         throw Failure("This key is already associated with an element of this collection", 457);
     }
@@ -97,8 +97,8 @@ void Categories::loadSubCategory(std::string_view mainName) {
     lstCategory.clear();
     const auto place = m_byName.find(mainName);
     if (place == m_byName.end()) {
-        m_prompts.message("Invalid procedure call or argument\r\nModule: loadSubCategory", "Error",
-                          Icon::Critical);
+        m_services.prompts.message("Invalid procedure call or argument\r\nModule: loadSubCategory", "Error",
+                                   Icon::Critical);
         return;
     }
     const RowsBatch batch(lstCategory);

@@ -11,9 +11,7 @@
 
 namespace relay {
 
-class clsPreference;
-class Prompts;
-struct Paths;
+struct Services;
 
 // One main category of the program's own tree.
 struct clsCategory final {
@@ -25,7 +23,7 @@ struct clsCategory final {
 // A list's selected row is its highlighted one.
 class Categories final {
   public:
-    Categories(const Paths& paths, const clsPreference& preference, Prompts& prompts);
+    explicit Categories(const Services& services);
 
     // Reads the tree and selects its first main category. False when the file is missing, and, with a
     // message, when reading fails.
@@ -49,9 +47,7 @@ class Categories final {
   private:
     void readCategories(std::string_view text, std::string& strayItems);
 
-    const Paths& m_paths;
-    const clsPreference& m_preference;
-    Prompts& m_prompts;
+    const Services& m_services;
     std::deque<clsCategory> m_categories;
     std::unordered_map<std::string_view, const clsCategory*, KeyHash, KeyEqual> m_byName;
 };

@@ -6,7 +6,6 @@
 #include "core/ItemReader.h"
 #include "core/KeySet.h"
 #include "core/Paths.h"
-#include "core/Prompts.h"
 #include "core/Text.h"
 
 #include <deque>
@@ -43,24 +42,13 @@ EngineCategories::Tables::Tables(std::string_view text) {
     for (const EngineCategoryEntry& entry : entries) byName.insert(&entry);
 }
 
-EngineCategories::EngineCategories(const Paths& paths, Prompts& prompts)
-    : m_paths(paths), m_prompts(prompts), m_tables(std::make_shared<Tables>(std::string_view())) {}
+EngineCategories::EngineCategories(const Paths& paths)
+    : m_paths(paths), m_tables(std::make_shared<Tables>(std::string_view())) {}
 
-bool EngineCategories::loadEngineCategory() {
-    try {
-        const std::string text = readFile(m_paths.inWindows("catkws.dat"));
-        if (text.empty()) throw Failure("The file is empty");
-        m_tables = std::make_shared<const Tables>(text);
-        return true;
-    } catch (const std::exception&) {
-        if (closeSplash) closeSplash();
-        m_prompts.message(
-            "Category data file is corrupted, you need to download the engine submission data file from our "
-            "web site by click on the 'File/Update Engine Data' menu item from the menu bar and following "
-            "the instruction on the screen.",
-            "Error", Icon::Information);
-        return false;
-    }
+void EngineCategories::load() {
+    const std::string text = readFile(m_paths.inWindows("catkws.dat"));
+    if (text.empty()) throw Failure("The file is empty");
+    m_tables = std::make_shared<const Tables>(text);
 }
 
 std::string_view EngineCategories::getEngineCategoryData(std::string_view name) const {

@@ -2,14 +2,12 @@
 #pragma once
 
 #include <cstddef>
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
 
 namespace relay {
 
-class Prompts;
 struct Paths;
 
 // One entry of the engines' category tables, and one place of the list myCustomEngine.
@@ -23,11 +21,11 @@ struct EngineCategoryEntry final {
 // Must be loaded before the engines, which look their table up while they are read.
 class EngineCategories final {
   public:
-    EngineCategories(const Paths& paths, Prompts& prompts);
+    explicit EngineCategories(const Paths& paths);
 
-    // Reads the file anew. False, with a message, when it is missing, empty or unreadable; the tables that
-    // stood then stay.
-    bool loadEngineCategory();
+    // Reads the file anew. Throws Failure when it is missing, empty or unreadable; the tables that stood then
+    // stay.
+    void load();
     // The table of the first section with the name, without regard to case; empty when there is none. The
     // view lives as long as storage(). Throws Failure 9 when the file held no section at all.
     std::string_view getEngineCategoryData(std::string_view name) const;
@@ -36,14 +34,10 @@ class EngineCategories final {
     // The tables, for those who keep views of them beyond a reload.
     std::shared_ptr<const void> storage() const noexcept;
 
-    // Called before the message of a failed load (the window puts its splash away).
-    std::function<void()> closeSplash;
-
   private:
     struct Tables;
 
     const Paths& m_paths;
-    Prompts& m_prompts;
     std::shared_ptr<const Tables> m_tables;
 };
 

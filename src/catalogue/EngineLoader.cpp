@@ -8,7 +8,7 @@
 #include "core/FileStore.h"
 #include "core/Log.h"
 #include "core/Paths.h"
-#include "core/Prompts.h"
+#include "core/Services.h"
 #include "core/Text.h"
 #include "core/clsPreference.h"
 
@@ -28,31 +28,13 @@ std::string countText(std::uint16_t count) {
 
 }  // namespace
 
-EngineLoader::EngineLoader(EngineLists& lists, const EngineCategories& categories, const Countries& countries,
-                           const Paths& paths, const clsPreference& preference, Log& log, Prompts& prompts)
-    : m_lists(lists),
-      m_categories(categories),
-      m_countries(countries),
-      m_paths(paths),
-      m_preference(preference),
-      m_log(log),
-      m_prompts(prompts) {}
+EngineLoader::EngineLoader(const Services& services, EngineLists& lists, const EngineCategories& categories,
+                           const Countries& countries)
+    : m_services(services), m_lists(lists), m_categories(categories), m_countries(countries) {}
 
-bool EngineLoader::loadEngines() {
-    try {
-        emptySelection();
-        readEngines();
-        return true;
-    } catch (const std::exception&) {
-        if (closeSplash) closeSplash();
-        m_prompts.message(
-            "Engine data file is corrupted, you need to download the engine submission data file from our "
-            "web "
-            "site by click on the 'File/Update Engine Data' menu item from the menu bar and following the "
-            "instruction on the screen.",
-            "Load Engines", Icon::Information);
-        return false;
-    }
+void EngineLoader::load() {
+    emptySelection();
+    readEngines();
 }
 
 // The engines themselves stand until the file proved readable, so they must not stay selected without a row.
@@ -64,7 +46,8 @@ void EngineLoader::emptySelection() {
 }
 
 void EngineLoader::readEngines() {
-    const auto text = std::make_shared<const std::string>(readFile(m_paths.inWindows("krveng5.dat")));
+    const auto text =
+        std::make_shared<const std::string>(readFile(m_services.paths.inWindows("krveng5.dat")));
     if (text->empty()) throw Failure("The file is empty");
     const auto upperCase = std::make_shared<UpperCaseTexts>();
     Counts counts;
@@ -112,8 +95,8 @@ void EngineLoader::applyItem(clsEngines& engine, EngineKey key, std::string_view
             break;
         case EngineKey::Action:
             if (!startsWithNoCase(value, "http://") && !containsNoCase(value, "http://")) {
-                m_log.WriteErrorLog("Error_Engine_URL:" + std::string(engine.name) + " - " +
-                                    std::string(value));
+                m_services.log.WriteErrorLog("Error_Engine_URL:" + std::string(engine.name) + " - " +
+                                             std::string(value));
             }
             break;
         default:
@@ -128,17 +111,17 @@ void EngineLoader::applyCategory(clsEngines& engine) {
         m_lists.myCustomEngine.push_back({std::string(engine.name), {}, {}});
     }
     if (missesCategoryData(engine)) {
-        m_log.WriteErrorLog("CategoryData missing. Engine: " + std::string(engine.name));
+        m_services.log.WriteErrorLog("CategoryData missing. Engine: " + std::string(engine.name));
     }
 }
 
 void EngineLoader::addEngineList(const clsEngines& engine) {
     if (engine.name.empty()) return;
-    if (isAdultOnly(engine) && m_preference.refusesAdultSites()) return;
+    if (isAdultOnly(engine) && m_services.preference.refusesAdultSites()) return;
     if (m_lists.engines.add(engine)) {
         addEngineListView(m_lists.lsvEngines, engine, m_row);
     } else {
-        m_log.WriteErrorLog("Duplicate Engine: " + std::string(engine.name));
+        m_services.log.WriteErrorLog("Duplicate Engine: " + std::string(engine.name));
     }
 }
 

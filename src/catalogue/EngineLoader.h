@@ -6,36 +6,29 @@
 
 #include <array>
 #include <cstdint>
-#include <functional>
 #include <string_view>
 
 namespace relay {
 
 class Countries;
-class Log;
-class Prompts;
-class clsPreference;
 struct EngineLists;
-struct Paths;
+struct Services;
 
 // Builds the engine collection and its lists from WindowsPath/krveng5.dat. Must run after
-// EngineCategories::loadEngineCategory.
+// EngineCategories::load.
 class EngineLoader final {
   public:
-    EngineLoader(EngineLists& lists, const EngineCategories& categories, const Countries& countries,
-                 const Paths& paths, const clsPreference& preference, Log& log, Prompts& prompts);
+    EngineLoader(const Services& services, EngineLists& lists, const EngineCategories& categories,
+                 const Countries& countries);
 
-    // True when the file was read through its end. False, with a message and the engines read so far, when it
-    // is missing, empty or fails while it is read. Replaces the engines and empties the selection; the
-    // country filter and the custom engines only ever grow.
-    bool loadEngines();
+    // Throws Failure, with the engines read so far, when the file is missing, empty or fails while it is
+    // read. Replaces the engines and empties the selection; the country filter and the custom engines only
+    // ever grow.
+    void load();
     // Adds a finished record and its row. One without a name, or for adult sites only where these are
     // refused, is dropped in silence; one whose name is taken goes to the log.
     void addEngineList(const clsEngines& engine);
     void addCountryFilterList(std::string_view code);
-
-    // Called before the message of a failed load (the window puts its splash away).
-    std::function<void()> closeSplash;
 
   private:
     // What one load counts: lines of the file, in 16 bits that wrap around.
@@ -51,13 +44,10 @@ class EngineLoader final {
     void applyCategory(clsEngines& engine);
     void showCounts(const Counts& counts);
 
+    const Services& m_services;
     EngineLists& m_lists;
     const EngineCategories& m_categories;
     const Countries& m_countries;
-    const Paths& m_paths;
-    const clsPreference& m_preference;
-    Log& m_log;
-    Prompts& m_prompts;
     Row m_row;  // scratch of addEngineList
 };
 

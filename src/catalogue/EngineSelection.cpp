@@ -8,6 +8,7 @@
 #include "core/ItemReader.h"
 #include "core/Paths.h"
 #include "core/Prompts.h"
+#include "core/Services.h"
 #include "core/Text.h"
 #include "core/Trap.h"
 
@@ -26,12 +27,12 @@ std::string_view countryCode(std::string_view rowText) noexcept {
 
 }  // namespace
 
-EngineSelection::EngineSelection(EngineLists& lists, const Paths& paths, Prompts& prompts)
-    : m_lists(lists), m_paths(paths), m_prompts(prompts) {}
+EngineSelection::EngineSelection(const Services& services, EngineLists& lists)
+    : m_services(services), m_lists(lists) {}
 
 void EngineSelection::bulk(std::string_view words, const std::function<void()>& operation) {
-    trap(m_prompts, words, [&] {
-        const BusyPointer busy(m_prompts);
+    trap(m_services.prompts, words, [&] {
+        const BusyPointer busy(m_services.prompts);
         const RowsBatch batch(m_lists.lsvSelectedEngines);
         operation();
     });
@@ -160,7 +161,7 @@ bool EngineSelection::EngineSingleSelect(std::string_view name) {
 void EngineSelection::findEnginesByKeyword(std::string_view text) {
     bool found = false;
     {
-        const BusyPointer busy(m_prompts);
+        const BusyPointer busy(m_services.prompts);
         const RowsBatch listed(m_lists.lsvEngines);
         const RowsBatch selected(m_lists.lsvSelectedEngines);
         for (int place = 0; place < m_lists.lsvEngines.count(); ++place) {
@@ -171,11 +172,11 @@ void EngineSelection::findEnginesByKeyword(std::string_view text) {
         }
     }
     renewTitle();
-    if (!found) m_prompts.message("No matches found.", "Find Engine", Icon::Information);
+    if (!found) m_services.prompts.message("No matches found.", "Find Engine", Icon::Information);
 }
 
 void EngineSelection::deleteListedEngines() {
-    trap(m_prompts, "lsvEngines_KeyDown_Error: ", [&] {
+    trap(m_services.prompts, "lsvEngines_KeyDown_Error: ", [&] {
         m_lists.lsvEngines.removeIf([&](const Row& row) {
             if (!row.highlighted) return false;
             engineOf(row.key).Selected = false;
@@ -197,7 +198,7 @@ void EngineSelection::saveSelectedEngine(const std::string& path) const {
 bool EngineSelection::loadSelectedEngine(const std::string& path) {
     if (!fileExists(path)) return true;
     try {
-        const BusyPointer busy(m_prompts);
+        const BusyPointer busy(m_services.prompts);
         const RowsBatch batch(m_lists.lsvSelectedEngines);
         const std::string text = readFile(path);
         ItemReader reader(text);
@@ -210,8 +211,8 @@ bool EngineSelection::loadSelectedEngine(const std::string& path) {
         }
     } catch (const std::exception& failure) {
         renewTitle();
-        m_prompts.message(std::string(failure.what()) + "\r\nModule: Load Selected Engine", "Error",
-                          Icon::Critical);
+        m_services.prompts.message(std::string(failure.what()) + "\r\nModule: Load Selected Engine", "Error",
+                                   Icon::Critical);
         return false;
     }
     renewTitle();
@@ -219,14 +220,14 @@ bool EngineSelection::loadSelectedEngine(const std::string& path) {
 }
 
 void EngineSelection::exportEngineList() const {
-    const std::string path = m_paths.inApp("englist.htm");
+    const std::string path = m_services.paths.inApp("englist.htm");
     writeFile(path, engineListPage(m_lists.engines));
-    m_prompts.openWithSystem(path);
+    m_services.prompts.openWithSystem(path);
 }
 
 void EngineSelection::mnuEngineItems(int index) {
-    trap(m_prompts, "EngineItems_Error: ", [&] {
-        const std::string folder = m_paths.inApp("Engines");
+    trap(m_services.prompts, "EngineItems_Error: ", [&] {
+        const std::string folder = m_services.paths.inApp("Engines");
         makeFolder(folder);
         switch (index) {
             case 0:
@@ -245,8 +246,9 @@ void EngineSelection::mnuEngineItems(int index) {
                 loadFailedEngines();
                 break;
             case 8:
-                if (m_prompts.ask("Create a list of all the search engines. Do you want to continue?",
-                                  "Export Engine List")) {
+                if (m_services.prompts.ask(
+                        "Create a list of all the search engines. Do you want to continue?",
+                        "Export Engine List")) {
                     exportEngineList();
                 }
                 break;
@@ -259,17 +261,19 @@ void EngineSelection::mnuEngineItems(int index) {
 void EngineSelection::saveThroughDialog(const std::string& folder) {
     constexpr std::string_view kTitle = "Save Selected Engines";
     if (m_lists.lsvSelectedEngines.empty()) {
-        m_prompts.message("No engines have been selected. Please select the engines you would like to save.",
-                          kTitle, Icon::Information);
+        m_services.prompts.message(
+            "No engines have been selected. Please select the engines you would like to save.", kTitle,
+            Icon::Information);
         return;
     }
     int filter = 1;
-    std::string path = ShowFileDialog(m_prompts, true, kFileFilter, folder, {}, filter);
+    std::string path = ShowFileDialog(m_services.prompts, true, kFileFilter, folder, {}, filter);
     if (path.empty()) return;
     if (filter == 1 && !endsWithNoCase(path, ".eng")) path += ".eng";
     if (filter == 2 && !endsWithNoCase(path, ".txt")) path += ".txt";
     if (fileExists(path) &&
-        !m_prompts.ask("The file '" + path + "' already exists.\r\nDo you want to replace it?", kTitle)) {
+        !m_services.prompts.ask("The file '" + path + "' already exists.\r\nDo you want to replace it?",
+                                kTitle)) {
         return;
     }
     saveSelectedEngine(path);
@@ -277,16 +281,16 @@ void EngineSelection::saveThroughDialog(const std::string& folder) {
 
 void EngineSelection::loadThroughDialog(const std::string& folder) {
     int filter = 1;
-    const std::string path = ShowFileDialog(m_prompts, false, kFileFilter, folder, {}, filter);
+    const std::string path = ShowFileDialog(m_services.prompts, false, kFileFilter, folder, {}, filter);
     if (!path.empty() && fileExists(path)) loadSelectedEngine(path);
 }
 
 void EngineSelection::loadFailedEngines() {
-    const std::string path = m_paths.inApp("fail.eng");
+    const std::string path = m_services.paths.inApp("fail.eng");
     if (fileExists(path) && !readFile(path).empty()) {
         loadSelectedEngine(path);
     } else {
-        m_prompts.message("Failed engine list is empty.", "Load Engines", Icon::Information);
+        m_services.prompts.message("Failed engine list is empty.", "Load Engines", Icon::Information);
     }
 }
 

@@ -8,9 +8,8 @@
 
 namespace relay {
 
-class Prompts;
 struct EngineLists;
-struct Paths;
+struct Services;
 struct clsEngines;
 
 // All the ways into and out of the selection. It is held twice, by each engine's Selected and by the rows of
@@ -18,7 +17,7 @@ struct clsEngines;
 // Operations that return nothing and say nothing else tell their failures in a message titled "Error".
 class EngineSelection final {
   public:
-    EngineSelection(EngineLists& lists, const Paths& paths, Prompts& prompts);
+    EngineSelection(const Services& services, EngineLists& lists);
 
     // A user's click on a type's box; held back while the program ticks the boxes.
     void clickType(std::size_t index, bool ticked);
@@ -73,9 +72,8 @@ class EngineSelection final {
     void loadThroughDialog(const std::string& folder);
     void loadFailedEngines();
 
+    const Services& m_services;
     EngineLists& m_lists;
-    const Paths& m_paths;
-    Prompts& m_prompts;
 };
 
 }  // namespace relay

@@ -23,14 +23,6 @@ std::string joined(const std::vector<std::string>& arguments) {
 }
 }  // namespace
 
-Home::Home(Paths where, const Clock& clock, std::string_view commandLine, Prompts& prompts)
-    : paths(std::move(where)),
-      log(paths.inApp("Error.log"), clock, commandLine),
-      settings(paths.settingsFile),
-      preference(paths, settings, log, prompts) {
-    if (!preference.GetSettings()) log.WriteErrorLog("GetSettings Error.\r\n");
-}
-
 CommandLineContext::CommandLineContext(Console& console, const std::vector<std::string>& arguments)
     : m_console(console),
       m_commandLine(joined(arguments)),
@@ -68,17 +60,18 @@ Paths CommandLineContext::choosePaths() const {
     return Paths::insideHome(homeOption);
 }
 
-Home& CommandLineContext::home() {
+Session& CommandLineContext::home() {
     if (m_home) return *m_home;
-    const Paths paths = choosePaths();
+    auto home = std::make_unique<Session>(choosePaths(), m_console.clock, m_commandLine, m_prompts);
     try {
-        prepareHome(paths, installedDataFolder(m_console.programFolder, m_console.environment));
+        home->prepareHome(installedDataFolder(m_console.programFolder, m_console.environment));
     } catch (const Failure& failure) {
-        if (!folderExists(paths.AppPath))
+        if (!folderExists(home->paths.AppPath))
             throw Failure(std::string("The home cannot be made: ") + failure.what(), failure.number());
         warn(std::string("The home cannot be written, so nothing is kept there: ") + failure.what());
     }
-    m_home = std::make_unique<Home>(paths, m_console.clock, m_commandLine, m_prompts);
+    home->readSettings();
+    m_home = std::move(home);
     return *m_home;
 }
 

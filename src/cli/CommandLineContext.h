@@ -4,10 +4,7 @@
 #include "cli/Console.h"
 #include "cli/ConsolePrompts.h"
 #include "cli/ProgressLine.h"
-#include "core/Log.h"
-#include "core/Paths.h"
-#include "core/SettingsStore.h"
-#include "core/clsPreference.h"
+#include "session/Session.h"
 
 #include <iosfwd>
 #include <memory>
@@ -16,16 +13,6 @@
 #include <vector>
 
 namespace relay {
-
-// What stands under --home: the places, the log and the settings, opened and read.
-struct Home final {
-    Home(Paths where, const Clock& clock, std::string_view commandLine, Prompts& prompts);
-
-    const Paths paths;
-    Log log;
-    SettingsStore settings;
-    clsPreference preference;
-};
 
 // What the commands share: the console, the options that stand in front of every command, and the home.
 class CommandLineContext final {
@@ -57,7 +44,7 @@ class CommandLineContext final {
     // Opens the home at the first call: makes its folders, copies the files of the installation that are
     // absent, starts the log. A home that is there but cannot be written is told and used all the same.
     // Throws Failure when there is none and none can be made.
-    Home& home();
+    Session& home();
     // At the end: messages that --quiet held back are told when the command could not run.
     void finish(int exitCode);
 
@@ -69,7 +56,7 @@ class CommandLineContext final {
     bool m_linksEngines;
     ProgressLine m_progress;
     ConsolePrompts m_prompts;
-    std::unique_ptr<Home> m_home;
+    std::unique_ptr<Session> m_home;
 };
 
 }  // namespace relay

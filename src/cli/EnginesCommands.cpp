@@ -5,7 +5,7 @@
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
 #include "cli/JsonLine.h"
-#include "cli/LoadedCatalogue.h"
+#include "cli/LoadEngines.h"
 #include "cli/Table.h"
 #include "core/Failure.h"
 #include "core/FileStore.h"
@@ -49,8 +49,8 @@ EnginesListCommand::EnginesListCommand(CLI::App& parent, CommandLineContext& con
 }
 
 int EnginesListCommand::execute() {
-    LoadedCatalogue catalogue(context());
-    if (!catalogue.load()) return kCouldNotRun;
+    if (!loadEngines(context())) return kCouldNotRun;
+    Catalogue& catalogue = context().home().catalogue;
     m_selection.apply(context(), catalogue);
     const Rows& rows =
         m_selection.isGiven() ? catalogue.lists.lsvSelectedEngines : catalogue.lists.lsvEngines;
@@ -76,14 +76,13 @@ EnginesCheckCommand::EnginesCheckCommand(CLI::App& parent, CommandLineContext& c
               "engines check\nengines check --json") {}
 
 int EnginesCheckCommand::execute() {
-    LoadedCatalogue catalogue(context());
-    if (!catalogue.loadCategories()) return kCouldNotRun;
-    const Home& home = context().home();
+    if (!loadEngineCategories(context())) return kCouldNotRun;
+    const Session& home = context().home();
     const std::string file = home.paths.inWindows("krveng5.dat");
     const std::string text = readFile(file);
     if (text.empty()) throw Failure(file + " is empty: no engine can be loaded from it.");
     const std::vector<Finding> findings =
-        checkCatalogue(text, catalogue.categories, home.preference.refusesAdultSites());
+        checkCatalogue(text, home.catalogue.engineCategories, home.preference.refusesAdultSites());
     std::ostream& out = context().out();
     Table table({"Line", "Engine", "Finding", "What"});
     for (const Finding& finding : findings) {

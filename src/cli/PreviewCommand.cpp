@@ -4,7 +4,7 @@
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
 #include "cli/JsonLine.h"
-#include "cli/LoadedCatalogue.h"
+#include "cli/LoadEngines.h"
 #include "cli/Table.h"
 #include "core/Failure.h"
 #include "core/IniFile.h"
@@ -34,8 +34,8 @@ std::string PreviewCommand::chosenUrl() const {
 
 int PreviewCommand::execute() {
     if (!fileExists(m_website)) throw Failure(m_website + ": there is no such website file.");
-    LoadedCatalogue catalogue(context());
-    if (!catalogue.load()) return kCouldNotRun;
+    if (!loadEngines(context())) return kCouldNotRun;
+    Catalogue& catalogue = context().home().catalogue;
     const clsEngines& engine = catalogue.engine(m_engine);
     const IniFile website = IniFile::load(m_website);
     const WebDetails details = readWebDetails(chosenUrl(), website);

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/SelectionOptions.h"
 
-#include "catalogue/EngineTypes.h"
+#include "catalogue/Catalogue.h"
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
-#include "cli/LoadedCatalogue.h"
 #include "core/Failure.h"
 #include "core/Text.h"
 
@@ -64,19 +63,19 @@ void SelectionOptions::addValue(CLI::App& app, const std::string& name, const st
 
 void SelectionOptions::addTo(CLI::App& app) {
     const auto byMode = [](const char* mode) {
-        return [mode](LoadedCatalogue& catalogue) { catalogue.selection.SelectByMode(mode); };
+        return [mode](Catalogue& catalogue) { catalogue.selection.SelectByMode(mode); };
     };
     addFlag(app, "--all", "Every engine",
-            [](LoadedCatalogue& catalogue) { catalogue.selection.EngineSelect(true); });
+            [](Catalogue& catalogue) { catalogue.selection.EngineSelect(true); });
     addValue(app, "--type", "CODE[,CODE]",
              "Types: ENG DIR FFA NEWS MALL HOT MIS; hot sites go along with each",
              [](const std::string& list) -> Step {
-                 return [codes = typeCodes(list)](LoadedCatalogue& catalogue) {
+                 return [codes = typeCodes(list)](Catalogue& catalogue) {
                      for (const std::string& code : codes) catalogue.selection.EngineSelectByType(code, true);
                  };
              });
     addValue(app, "--country", "CC", "Engines of a country, or ALL", [](const std::string& text) -> Step {
-        return [code = countryCode(text)](LoadedCatalogue& catalogue) {
+        return [code = countryCode(text)](Catalogue& catalogue) {
             catalogue.selection.EngineSelectByCountry(code);
         };
     });
@@ -86,27 +85,27 @@ void SelectionOptions::addTo(CLI::App& app) {
     addFlag(app, "--adult-only", "The engines for adult sites, in place of what was chosen before",
             byMode("AdultOnlySite"));
     addFlag(app, "--no-adult", "Drop engines that refuse adult sites or take nothing else",
-            [](LoadedCatalogue& catalogue) { catalogue.selection.EngineSelectNoAdultSites(); });
+            [](Catalogue& catalogue) { catalogue.selection.EngineSelectNoAdultSites(); });
     addValue(app, "--engine", "NAME", "One engine; may be given again", [](const std::string& name) -> Step {
-        return [name](LoadedCatalogue& catalogue) {
+        return [name](Catalogue& catalogue) {
             catalogue.selection.EngineSingleSelect(catalogue.engine(name).name);
         };
     });
     addValue(app, "--engines", "FILE", "The engines named in a file, one a line",
              [](const std::string& file) -> Step {
-                 return [file](LoadedCatalogue& catalogue) {
+                 return [file](Catalogue& catalogue) {
                      if (!fileExists(file)) throw Failure(file + ": there is no such file of engines.");
                      catalogue.selection.loadSelectedEngine(file);
                  };
              });
     addFlag(app, "--failed", "The engines that failed in the last run",
-            [](LoadedCatalogue& catalogue) { catalogue.selection.mnuEngineItems(6); });
+            [](Catalogue& catalogue) { catalogue.selection.mnuEngineItems(6); });
     app.add_option("--save-selection", m_saveTo, "Write the chosen engines to a file, replacing it")
         ->type_name("FILE")
         ->group(kGroup);
 }
 
-void SelectionOptions::apply(CommandLineContext& context, LoadedCatalogue& catalogue) const {
+void SelectionOptions::apply(CommandLineContext& context, Catalogue& catalogue) const {
     for (const Step& step : m_steps) step(catalogue);
     if (m_saveTo.empty()) return;
     if (catalogue.lists.lsvSelectedEngines.empty())

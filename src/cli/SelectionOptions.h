@@ -9,7 +9,7 @@
 namespace relay {
 
 class CommandLineContext;
-class LoadedCatalogue;
+class Catalogue;
 
 // The options that choose engines. Each is one step, and the steps are taken in the order given.
 class SelectionOptions final {
@@ -20,10 +20,10 @@ class SelectionOptions final {
     bool chooses() const noexcept { return !m_steps.empty(); }
     bool isGiven() const noexcept { return chooses() || !m_saveTo.empty(); }
     // Makes the selection of the catalogue. Throws Failure on an engine or a file that is not there.
-    void apply(CommandLineContext& context, LoadedCatalogue& catalogue) const;
+    void apply(CommandLineContext& context, Catalogue& catalogue) const;
 
   private:
-    using Step = std::function<void(LoadedCatalogue&)>;
+    using Step = std::function<void(Catalogue&)>;
 
     void addFlag(CLI::App& app, const std::string& name, const std::string& about, Step step);
     void addValue(CLI::App& app, const std::string& name, const std::string& value, const std::string& about,

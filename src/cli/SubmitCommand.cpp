@@ -3,13 +3,12 @@
 
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
-#include "cli/LoadedCatalogue.h"
+#include "cli/LoadEngines.h"
 #include "cli/StopSignal.h"
 #include "cli/SubmissionWatcher.h"
 #include "core/Failure.h"
 #include "submission/SubmissionController.h"
 #include "submission/SubmissionRecords.h"
-#include "transport/HttpNetwork.h"
 
 #include <QEventLoop>
 #include <QLocale>
@@ -63,20 +62,20 @@ int SubmitCommand::execute() {
             "No engines are chosen. Choose them with --all, --type, --country, --engine or another option.");
     StopSignal& stop = context().console().stop;
     stop.watch();
-    LoadedCatalogue catalogue(context());
-    if (!catalogue.load()) return kCouldNotRun;
+    if (!loadEngines(context())) return kCouldNotRun;
+    Catalogue& catalogue = context().home().catalogue;
     m_selection.apply(context(), catalogue);
     if (m_connections > 0) context().home().preference.Connections = m_connections;
     if (stop.poll()) return kStopped;
     return run(catalogue);
 }
 
-int SubmitCommand::run(LoadedCatalogue& catalogue) {
-    Home& home = context().home();
+int SubmitCommand::run(Catalogue& catalogue) {
+    Session& home = context().home();
     Console& console = context().console();
-    HttpNetwork network;
+    home.network.open();
     SubmissionController controller({home.paths, home.preference, home.log, context().prompts(),
-                                     console.clock, network, catalogue.lists.engines,
+                                     console.clock, home.network, catalogue.lists.engines,
                                      catalogue.lists.lsvSelectedEngines, catalogue.countries,
                                      QLocale::system(), context().linksEngines() ? "/U" : ""});
     addSites(controller, context(), m_websites);

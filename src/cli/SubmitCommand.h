@@ -10,7 +10,7 @@
 
 namespace relay {
 
-class LoadedCatalogue;
+class Catalogue;
 
 // submit --website FILE... [SELECTION] [--connections N]
 class SubmitCommand final : public Command {
@@ -19,7 +19,7 @@ class SubmitCommand final : public Command {
     int execute() override;
 
   private:
-    int run(LoadedCatalogue& catalogue);
+    int run(Catalogue& catalogue);
 
     std::vector<std::string> m_websites;
     SelectionOptions m_selection;

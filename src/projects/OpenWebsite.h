@@ -7,16 +7,14 @@
 
 namespace relay {
 
-class Categories;
-class EngineSelection;
+class Catalogue;
 class Prompts;
-struct EngineLists;
 
 // The website in the panel: its fields together with what the catalogue holds for it, the two category lists
 // and the custom engines' table.
 class OpenWebsite final {
   public:
-    OpenWebsite(Categories& categories, EngineLists& engines, EngineSelection& selection, Prompts& prompts);
+    OpenWebsite(Catalogue& catalogue, Prompts& prompts);
 
     WebsiteFields fields;
 
@@ -36,9 +34,7 @@ class OpenWebsite final {
     void takeSelectedCategory();
 
   private:
-    Categories& m_categories;
-    EngineLists& m_engines;
-    EngineSelection& m_selection;
+    Catalogue& m_catalogue;
     WebsiteFile m_file;
 };
 

@@ -4,6 +4,7 @@
 #include "core/Failure.h"
 #include "core/Paths.h"
 #include "core/Prompts.h"
+#include "core/Services.h"
 #include "core/Text.h"
 #include "core/Trap.h"
 #include "core/clsPreference.h"
@@ -24,13 +25,10 @@ std::string withExtension(std::string file, int filter) {
 
 }  // namespace
 
-ProjectDesk::ProjectDesk(const Paths& paths, const clsPreference& preference, OpenWebsite& website,
-                         Prompts& prompts)
-    : m_paths(paths),
-      m_preference(preference),
+ProjectDesk::ProjectDesk(const Services& services, OpenWebsite& website)
+    : m_services(services),
       m_website(website),
-      m_prompts(prompts),
-      m_store(paths.ProjectFilePath),
+      m_store(services.paths.ProjectFilePath),
       m_CurrentNode(&m_tree.root()),
       m_CurrentNodeText(m_tree.root().text) {
     m_panels.lblProjectTitle = m_CurrentNodeText;
@@ -38,7 +36,7 @@ ProjectDesk::ProjectDesk(const Paths& paths, const clsPreference& preference, Op
 
 void ProjectDesk::loadProject() {
     m_SkipNextAutoSave = true;
-    trap(m_prompts, "loadProject_Error: ", [this] {
+    trap(m_services.prompts, "loadProject_Error: ", [this] {
         const std::vector<ProjectRecord> projects = m_store.loadProject();
         m_CurrentNode = &m_tree.root();
         m_tree.clear();
@@ -104,7 +102,7 @@ void ProjectDesk::showWebsite(ProjectNode& node) {
     const bool isNew = std::exchange(m_newWebsiteClick, false);
     if (!m_WebFile.empty() && fileExists(m_WebFile))
         m_partlyLoaded = !m_website.loadWebsiteFile(m_WebFile);
-    else if (!isNew || m_preference.DontClearFields == 0)
+    else if (!isNew || m_services.preference.DontClearFields == 0)
         m_website.clearWebsiteFields();
     m_shownFields = m_website.fingerprint();
     Q_EMIT websiteChanged();
@@ -129,9 +127,9 @@ bool ProjectDesk::autoSave() {
     } catch (const std::exception& failure) {
         const std::string words = std::string("autoSave_Error: ") + failure.what();
         if (std::exchange(m_toldOfFailure, true))
-            m_prompts.status(words);
+            m_services.prompts.status(words);
         else
-            m_prompts.message(words, "Error", Icon::Critical);
+            m_services.prompts.message(words, "Error", Icon::Critical);
         return node.isWebsite() && m_website.fingerprint() == m_shownFields;
     }
 }
@@ -150,8 +148,8 @@ void ProjectDesk::autoSaveProject(ProjectNode& project) {
 
 std::string ProjectDesk::newWebsitePath(const std::string& name) const {
     const std::string fileName = safeFileName(name + ".kws");
-    makeFolder(m_paths.inApp("Projects"));
-    return m_paths.inApp("Projects/" + fileName);
+    makeFolder(m_services.paths.inApp("Projects"));
+    return m_services.paths.inApp("Projects/" + fileName);
 }
 
 // Notes the website's file in its node and its slot.
@@ -179,29 +177,30 @@ void ProjectDesk::autoSaveWebsite(ProjectNode& website) {
 
 void ProjectDesk::saveProjectDescription() {
     if (!m_CurrentNode || !m_CurrentNode->isProject()) return;
-    trap(m_prompts, "saveProject_Error: ", [this] {
+    trap(m_services.prompts, "saveProject_Error: ", [this] {
         m_CurrentNode->tag = descriptionLine(m_panels.txtProjectDescr);
         m_store.setDescription(m_CurrentNode->text, m_CurrentNode->tag);
     });
 }
 
 std::string ProjectDesk::askFileName() const {
-    const std::string folder = m_paths.inApp("Projects");
+    const std::string folder = m_services.paths.inApp("Projects");
     makeFolder(folder);
     int filter = 1;
-    std::string file = ShowFileDialog(m_prompts, true, kSaveFilter, folder, {}, filter);
+    std::string file = ShowFileDialog(m_services.prompts, true, kSaveFilter, folder, {}, filter);
     if (file.empty()) return {};
     file = withExtension(std::move(file), filter);
     const bool replaces =
         !fileExists(file) ||
-        m_prompts.ask("The file " + file + " already exists.\r\nDo you want to replace it?", "Save Web Site");
+        m_services.prompts.ask("The file " + file + " already exists.\r\nDo you want to replace it?",
+                               "Save Web Site");
     return replaces ? file : std::string();
 }
 
 bool ProjectDesk::saveWebSite(const std::string& path) {
     if (!m_CurrentNode || !m_CurrentNode->isWebsite()) return false;
     bool saved = false;
-    trap(m_prompts, "saveWebSite_Error: ", [&] {
+    trap(m_services.prompts, "saveWebSite_Error: ", [&] {
         std::string file = path;
         if (file.empty()) {
             file = askFileName();
@@ -215,7 +214,7 @@ bool ProjectDesk::saveWebSite(const std::string& path) {
 
 void ProjectDesk::saveCheckedWebsite(const std::string& path) {
     m_website.takeSelectedCategory();
-    const bool valid = isValidFields(m_website.fields, m_prompts,
+    const bool valid = isValidFields(m_website.fields, m_services.prompts,
                                      [this](const MissingField& missing) { Q_EMIT fieldMissing(missing); });
     if (valid) saveWebSite(path);
 }
@@ -255,7 +254,7 @@ void ProjectDesk::fileItem(int index) {
             if (m_CurrentNode->parent)
                 NewProjectAndWeb(NewNode::Website);
             else
-                m_prompts.message(
+                m_services.prompts.message(
                     "You can add website to the Root item. Please select a web project and try again.",
                     "New Website");
             break;

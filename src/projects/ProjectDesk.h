@@ -14,8 +14,7 @@ namespace relay {
 
 class OpenWebsite;
 class Prompts;
-class clsPreference;
-struct Paths;
+struct Services;
 
 // The three panels at the right of the tree, of which one is visible: SSTab2, SSTab1 and SSTab3.
 enum class MainPanel { Project, Website, Engines };
@@ -41,7 +40,7 @@ enum class NewNode { Project, Website };
 class ProjectDesk final : public QObject {
     Q_OBJECT
   public:
-    ProjectDesk(const Paths& paths, const clsPreference& preference, OpenWebsite& website, Prompts& prompts);
+    ProjectDesk(const Services& services, OpenWebsite& website);
 
     ProjectTree& tree() noexcept { return m_tree; }
     const PanelState& panels() const noexcept { return m_panels; }
@@ -105,10 +104,8 @@ class ProjectDesk final : public QObject {
     void renameTo(ProjectNode& node, const std::string& text);
     void saveCheckedWebsite(const std::string& path);
 
-    const Paths& m_paths;
-    const clsPreference& m_preference;
+    const Services& m_services;
     OpenWebsite& m_website;
-    Prompts& m_prompts;
     ProjectStore m_store;
     ProjectTree m_tree;
     PanelState m_panels;

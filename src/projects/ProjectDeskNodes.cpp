@@ -2,6 +2,7 @@
 #include "core/Failure.h"
 #include "core/Paths.h"
 #include "core/Prompts.h"
+#include "core/Services.h"
 #include "core/Text.h"
 #include "core/Trap.h"
 #include "core/clsPreference.h"
@@ -33,7 +34,7 @@ void requireOneLine(std::string_view name) {
 
 bool ProjectDesk::hasForbiddenCharacter(std::string_view name) const {
     if (name.find_first_of(kForbidden) == npos) return false;
-    m_prompts.message(
+    m_services.prompts.message(
         "A WebProject or WebSite file name cannot contain any of the following characters:\r\n\r\n"
         "\\ / : * ? < > |",
         "New WebProject and WebSite", Icon::Critical);
@@ -43,7 +44,7 @@ bool ProjectDesk::hasForbiddenCharacter(std::string_view name) const {
 std::string ProjectDesk::askNewName(NewNode kind) const {
     const std::string_view words = kind == NewNode::Project ? "Please specify a name for your new project:"
                                                             : "Please specify a name for your new web site:";
-    const std::string name(trim(m_prompts.input(words, titleOf(kind)).value_or("")));
+    const std::string name(trim(m_services.prompts.input(words, titleOf(kind)).value_or("")));
     return name.empty() || hasForbiddenCharacter(name) ? std::string() : name;
 }
 
@@ -51,8 +52,8 @@ std::string ProjectDesk::askNewName(NewNode kind) const {
 // for forbidden characters.
 std::string ProjectDesk::settleName(NewNode kind, const ProjectNode& parent, std::string name) const {
     while (!name.empty() && m_tree.IsNodeExist(childKey(parent, name))) {
-        m_prompts.beep();
-        name = trim(m_prompts
+        m_services.prompts.beep();
+        name = trim(m_services.prompts
                         .input("The name '" + name + "' is already exist, please choose a different name:",
                                titleOf(kind))
                         .value_or(""));
@@ -65,7 +66,7 @@ ProjectNode& ProjectDesk::currentProject() const {
 }
 
 void ProjectDesk::NewProjectAndWeb(NewNode kind) {
-    trap(m_prompts, "NewProjectAndWeb_Error: ", [&] {
+    trap(m_services.prompts, "NewProjectAndWeb_Error: ", [&] {
         ProjectNode& parent = kind == NewNode::Project ? m_tree.root() : currentProject();
         std::string name = askNewName(kind);
         if (name.empty()) return;
@@ -90,7 +91,7 @@ void ProjectDesk::addNewWebsite(const std::string& name) {
     ProjectNode& project = currentProject();
     const std::string path = newWebsitePath(name);
     const int slot = m_store.addNewProject(project.text, name, path);
-    if (m_preference.DontClearFields == 0) m_website.clearWebsiteFields();
+    if (m_services.preference.DontClearFields == 0) m_website.clearWebsiteFields();
     m_newWebsiteClick = true;
     // Not a click with its save: the fields in the panel are not those of the new node's file, which may be
     // there from an earlier website of that name.
@@ -98,19 +99,20 @@ void ProjectDesk::addNewWebsite(const std::string& name) {
 }
 
 void ProjectDesk::addWebSite() {
-    trap(m_prompts, "addWebSite_Error: ", [this] {
+    trap(m_services.prompts, "addWebSite_Error: ", [this] {
         ProjectNode& project = currentProject();
         if (!project.parent) return;
-        const std::string folder = m_paths.inApp("Projects");
+        const std::string folder = m_services.paths.inApp("Projects");
         makeFolder(folder);
         int filter = 1;
-        const std::string path = ShowFileDialog(m_prompts, false, kWebsiteFilter, folder, {}, filter);
+        const std::string path =
+            ShowFileDialog(m_services.prompts, false, kWebsiteFilter, folder, {}, filter);
         if (path.empty()) return;
         const std::string name = getFileNameFromFile(path);
         requireOneLine(path);
         if (m_tree.IsNodeExist(childKey(project, name))) {
-            m_prompts.message("The file you try to add already exists, please choose a different file.",
-                              "Add Web Site");
+            m_services.prompts.message(
+                "The file you try to add already exists, please choose a different file.", "Add Web Site");
             return;
         }
         const int slot = m_store.addNewProject(project.text, name, path);
@@ -121,7 +123,7 @@ void ProjectDesk::addWebSite() {
 
 void ProjectDesk::removeSelectedNode(ProjectNode& node) {
     if (!node.parent) {
-        m_prompts.beep();
+        m_services.prompts.beep();
         return;
     }
     const std::string question = node.isWebsite()
@@ -130,8 +132,8 @@ void ProjectDesk::removeSelectedNode(ProjectNode& node) {
                                            ", all web sites under this project will also be removed.\r\n\r\n"
                                            "Are you sure you want to remove: " +
                                            node.text + " ?";
-    if (!m_prompts.ask(question, "Confirm Web File Delete")) return;
-    trap(m_prompts, "removeSelectedNode_Error: ", [&] {
+    if (!m_services.prompts.ask(question, "Confirm Web File Delete")) return;
+    trap(m_services.prompts, "removeSelectedNode_Error: ", [&] {
         if (node.isWebsite()) {
             if (const int slot = leadingInteger(node.tag); slot > 0)
                 m_store.clearSlot(node.parent->text, slot);
@@ -150,10 +152,10 @@ void ProjectDesk::removeSelectedNode(ProjectNode& node) {
 
 void ProjectDesk::rename(ProjectNode& node, std::string_view newText) {
     if (!node.parent) {
-        m_prompts.beep();
+        m_services.prompts.beep();
         return;
     }
-    trap(m_prompts, "LableEdit_Error: ", [&] {
+    trap(m_services.prompts, "LableEdit_Error: ", [&] {
         const std::string text(trim(newText));
         if (hasForbiddenCharacter(text)) {
             Q_EMIT labelEditWanted(&node);
@@ -162,10 +164,11 @@ void ProjectDesk::rename(ProjectNode& node, std::string_view newText) {
         if (text.empty() || text == node.text) return;
         requireOneLine(text);
         if (m_tree.IsNodeExist(childKey(*node.parent, text))) {
-            m_prompts.message("Cannot rename '" + node.text +
-                                  "'. A file with the name you specified already exists, please specify a "
-                                  "different name.",
-                              "Change Project Name");
+            m_services.prompts.message(
+                "Cannot rename '" + node.text +
+                    "'. A file with the name you specified already exists, please specify a "
+                    "different name.",
+                "Change Project Name");
             Q_EMIT labelEditWanted(&node);
             return;
         }

@@ -257,16 +257,21 @@ void HttpNetwork::Data::dispatch(const Report& report) {
     if (transfer.client != nullptr && report.ended) transfer.client->finish(report.transfer);
 }
 
-HttpNetwork::HttpNetwork() : m_data(std::make_unique<Data>()) {}
+HttpNetwork::HttpNetwork() noexcept = default;
 
 HttpNetwork::~HttpNetwork() = default;
 
+void HttpNetwork::open() {
+    if (!m_data) m_data = std::make_unique<Data>();
+}
+
 void HttpNetwork::start(TransferPointer transfer) {
+    open();
     m_data->push(Command::Kind::Start, std::move(transfer));
 }
 
 void HttpNetwork::abort(TransferPointer transfer) {
-    m_data->push(Command::Kind::Abort, std::move(transfer));
+    if (m_data) m_data->push(Command::Kind::Abort, std::move(transfer));
 }
 
 }  // namespace relay

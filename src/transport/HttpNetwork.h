@@ -12,10 +12,14 @@ struct HttpTransfer;
 // and is not to be deleted from inside one of their signals.
 class HttpNetwork final {
   public:
-    HttpNetwork();   // throws Failure when the thread or libcurl cannot start
+    HttpNetwork() noexcept;
     ~HttpNetwork();  // ends running transfers, joins the thread
     HttpNetwork(const HttpNetwork&) = delete;
     HttpNetwork& operator=(const HttpNetwork&) = delete;
+
+    // Starts the thread, once; the first request does so too. Throws Failure when the thread or libcurl
+    // cannot start.
+    void open();
 
     // For HttpClient. The transfer belongs to the network thread from here to its end, which comes back
     // through the client's finish.

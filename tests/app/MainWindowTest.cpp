@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/OneWindow.h"
 #include "app/Options.h"
+#include "app/QuickStart.h"
 #include "app/WindowTest.h"
 #include "core/FileStore.h"
 #include "core/ScreenText.h"
-#include "projects/QuickStart.h"
 #include "widgets/ListView.h"
 #include "widgets/QtPrompts.h"
 

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/WindowTest.h"
+#include "app/frmPreference.h"
 #include "core/PreferenceEntry.h"
 #include "core/Rows.h"
 #include "core/ScreenText.h"
-#include "core/frmPreference.h"
+#include "support/SessionFixture.h"
 #include "widgets/IconTheme.h"
 #include "widgets/ListView.h"
 #include "widgets/Look.h"
@@ -204,14 +205,9 @@ TEST(QtPromptsTest, FileDialogsGiveThePathAndTheFilter) {
     EXPECT_EQ(prompts.saveFile("Data|*.dat", home.path(""), "x").path, "");
 }
 
-class PreferenceTest : public ::testing::Test {
+class PreferenceTest : public ::testing::Test, protected SessionFixture {
   protected:
-    PreferenceTest()
-        : store(home.paths().settingsFile),
-          log(home.path("Error.log"), clock, ""),
-          preference(home.paths(), store, log, prompts) {
-        preference.GetSettings();
-    }
+    PreferenceTest() { session.readSettings(); }
     // The control the user is sent back to; "saved" when the entry was taken.
     std::string confirm(const PreferenceEntry& entry) {
         std::string control = "saved";
@@ -222,12 +218,7 @@ class PreferenceTest : public ::testing::Test {
     }
     std::string stored(const char* key) { return store.value(kApplication, "Preference", key, "none"); }
 
-    TestHome home;
-    ScriptedPrompts prompts;
-    FixedClock clock;
-    SettingsStore store;
-    Log log;
-    clsPreference preference;
+    SettingsStore& store = session.settings;
 };
 
 TEST_F(PreferenceTest, TheFirstFieldThatWillNotDoStopsOK) {
@@ -298,7 +289,7 @@ TEST_F(PreferenceTest, SchemesAreTakenOffAndAClickOutlivesCancel) {
 }
 
 TEST_F(PreferenceTest, TheDialogGoesToTheFieldThatWillNotDo) {
-    frmPreference dialog(preference, store, prompts);
+    frmPreference dialog(services);
     dialog.show();
     EXPECT_FALSE(control<QWidget>(dialog, "txtProxy").isEnabled());
     control<QTabWidget>(dialog, "SSTab1").setCurrentIndex(2);

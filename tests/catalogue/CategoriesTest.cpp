@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "CatalogueFixture.h"
 #include "catalogue/Categories.h"
+#include "support/SessionFixture.h"
 
 namespace relay::test {
 
@@ -16,8 +16,8 @@ constexpr std::string_view kTree =
     "[Adult]\nVideo\n"
     "[Empty]\n";
 
-struct CategoriesFixture final : CatalogueFixture {
-    Categories tree{home.paths(), preference, prompts};
+struct CategoriesFixture final : SessionFixture {
+    Categories& tree = catalogue.categories;
 
     bool load(std::string_view text) {
         home.write("cat.kws", text);
@@ -82,21 +82,21 @@ TEST(Categories, findsAWebsitesCategoryAgain) {
 }
 
 TEST(Countries, readsNamesAndCodes) {
-    CatalogueFixture fixture;
-    EXPECT_FALSE(fixture.countries.loadCountry());
-    EXPECT_EQ(fixture.countries.getCountryName("DE"), "");
+    SessionFixture fixture;
+    EXPECT_FALSE(fixture.catalogue.countries.loadCountry());
+    EXPECT_EQ(fixture.catalogue.countries.getCountryName("DE"), "");
     fixture.home.write("country.kws",
                        "[Country Name]\n# note\nGermany=DE\nUnited States=US\n[Country Code]\nDE=Germany\n");
-    ASSERT_TRUE(fixture.countries.loadCountry());
-    EXPECT_EQ(fixture.countries.cboCountry, (Names{"Germany", "United States"}));
-    EXPECT_EQ(fixture.countries.getCountryName("de"), "Germany");
-    EXPECT_EQ(fixture.countries.getCountryName("US"), "");
-    EXPECT_EQ(fixture.countries.getCountryCode("united+states"), "US");
+    ASSERT_TRUE(fixture.catalogue.countries.loadCountry());
+    EXPECT_EQ(fixture.catalogue.countries.cboCountry, (Names{"Germany", "United States"}));
+    EXPECT_EQ(fixture.catalogue.countries.getCountryName("de"), "Germany");
+    EXPECT_EQ(fixture.catalogue.countries.getCountryName("US"), "");
+    EXPECT_EQ(fixture.catalogue.countries.getCountryCode("united+states"), "US");
 
     fixture.home.write("country.kws", "no sections\n");
-    ASSERT_TRUE(fixture.countries.loadCountry());
-    EXPECT_TRUE(fixture.countries.cboCountry.empty());
-    EXPECT_EQ(fixture.countries.getCountryCode("Germany"), "");
+    ASSERT_TRUE(fixture.catalogue.countries.loadCountry());
+    EXPECT_TRUE(fixture.catalogue.countries.cboCountry.empty());
+    EXPECT_EQ(fixture.catalogue.countries.getCountryCode("Germany"), "");
 }
 
 }  // namespace

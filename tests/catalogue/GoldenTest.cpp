@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "CatalogueFixture.h"
 #include "catalogue/CatalogueCheck.h"
 #include "core/FileStore.h"
 #include "core/IniFile.h"
 #include "support/GoldenCases.h"
+#include "support/SessionFixture.h"
 
 #include <filesystem>
 #include <sstream>
@@ -38,23 +38,23 @@ void dumpEngine(std::ostream& out, const clsEngines& engine) {
         if (value != 0) out << "  " << name << "=" << value << "\n";
 }
 
-std::string dump(const CatalogueFixture& catalogue, bool loaded, const std::vector<Finding>& findings) {
+std::string dump(const SessionFixture& fixture, bool loaded, const std::vector<Finding>& findings) {
     std::ostringstream out;
-    out << (loaded ? "loaded" : "failed") << ", " << catalogue.lists.lsvEngines.columnTitle(0) << "\n";
-    for (const auto& shown : catalogue.prompts.shown) {
+    out << (loaded ? "loaded" : "failed") << ", " << fixture.lists.lsvEngines.columnTitle(0) << "\n";
+    for (const auto& shown : fixture.prompts.shown) {
         out << "box " << shown.title << ": " << shown.text.substr(0, 34) << "\n";
     }
-    for (const TypeBox& box : catalogue.lists.chkType) out << box.caption << "\n";
-    out << "filter " << catalogue.lists.countryFilter << "\n";
-    for (const std::string& country : texts(catalogue.lists.lstCountry)) out << "country " << country << "\n";
-    for (const std::string& name : catalogue.lists.cboCustomEngines) out << "custom " << name << "\n";
-    for (const clsEngines& engine : catalogue.lists.engines) dumpEngine(out, engine);
-    for (int place = 0; place < catalogue.lists.lsvEngines.count(); ++place) {
-        const Row& row = catalogue.lists.lsvEngines.at(place);
+    for (const TypeBox& box : fixture.lists.chkType) out << box.caption << "\n";
+    out << "filter " << fixture.lists.countryFilter << "\n";
+    for (const std::string& country : texts(fixture.lists.lstCountry)) out << "country " << country << "\n";
+    for (const std::string& name : fixture.lists.cboCustomEngines) out << "custom " << name << "\n";
+    for (const clsEngines& engine : fixture.lists.engines) dumpEngine(out, engine);
+    for (int place = 0; place < fixture.lists.lsvEngines.count(); ++place) {
+        const Row& row = fixture.lists.lsvEngines.at(place);
         out << "row " << row.text << "|" << row.subItems.at(0) << "|" << row.subItems.at(1) << "|" << row.icon
             << "\n";
     }
-    out << "log\n" << replaceAll(catalogue.logText(), "\r\n", "\n") << "check\n";
+    out << "log\n" << replaceAll(fixture.logText(), "\r\n", "\n") << "check\n";
     for (const Finding& finding : findings) {
         out << finding.line << " [" << finding.record << "] " << findingName(finding.kind) << ": "
             << finding.text << "\n";
@@ -68,18 +68,19 @@ class CatalogueGolden : public testing::TestWithParam<std::string> {};
 
 TEST_P(CatalogueGolden, loadsAsWritten) {
     const std::filesystem::path folder = std::filesystem::path(TEST_FOLDER "/golden") / GetParam();
-    CatalogueFixture catalogue;
+    SessionFixture fixture;
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {
         const std::string name = entry.path().filename().string();
-        catalogue.home.write(name == "country.kws" ? name : "data/" + name, readFile(entry.path().string()));
+        fixture.home.write(name == "country.kws" ? name : "data/" + name, readFile(entry.path().string()));
     }
-    catalogue.preference.AcceptAdultSite =
-        ReadIniValue(catalogue.home.path("data/korvel.ini"), "Dealer", "AcceptAdultSite");
+    fixture.preference.AcceptAdultSite =
+        ReadIniValue(fixture.home.path("data/korvel.ini"), "Dealer", "AcceptAdultSite");
 
-    const bool loaded = catalogue.categories.loadEngineCategory() && catalogue.loader.loadEngines();
-    const auto findings = checkCatalogue(catalogue.home.read("data/krveng5.dat"), catalogue.categories,
-                                         catalogue.preference.refusesAdultSites());
-    EXPECT_EQ(dump(catalogue, loaded, findings), readFile((folder / "expected.txt").string()));
+    const bool loaded = fixture.catalogue.loadEngineData();
+    const auto findings =
+        checkCatalogue(fixture.home.read("data/krveng5.dat"), fixture.catalogue.engineCategories,
+                       fixture.preference.refusesAdultSites());
+    EXPECT_EQ(dump(fixture, loaded, findings), readFile((folder / "expected.txt").string()));
 }
 
 INSTANTIATE_TEST_SUITE_P(Golden, CatalogueGolden, testing::ValuesIn(goldenCases(TEST_FOLDER "/golden")),

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "CatalogueFixture.h"
+#include "support/SessionFixture.h"
 
 #include <filesystem>
 #include <sys/stat.h>
@@ -25,87 +25,88 @@ TEST(EngineLoader, tellsWhenTheFileCannotBeRead) {
     };
     for (const auto& [name, spoil] : cases) {
         SCOPED_TRACE(name);
-        CatalogueFixture catalogue;
-        ASSERT_TRUE(catalogue.load("Name=One\nName=Two\n"));
-        catalogue.selection.EngineSelect(true);
-        const std::string path = catalogue.home.path("data/krveng5.dat");
+        SessionFixture fixture;
+        ASSERT_TRUE(fixture.loadEngines("Name=One\nName=Two\n"));
+        fixture.selection.EngineSelect(true);
+        const std::string path = fixture.home.path("data/krveng5.dat");
         std::filesystem::remove(path);
         spoil(path);
         bool splashOpen = true;
-        catalogue.loader.closeSplash = [&] { splashOpen = false; };
+        fixture.catalogue.beforeFailure = [&] { splashOpen = false; };
 
-        EXPECT_FALSE(catalogue.loader.loadEngines());
+        EXPECT_FALSE(fixture.catalogue.loadEngines());
         EXPECT_FALSE(splashOpen);
-        ASSERT_EQ(catalogue.prompts.shown.size(), 1u);
-        EXPECT_EQ(catalogue.prompts.last().text, kCorrupted);
-        EXPECT_EQ(catalogue.prompts.last().title, "Load Engines");
-        EXPECT_EQ(catalogue.prompts.last().icon, Icon::Information);
-        EXPECT_TRUE(catalogue.lists.lsvEngines.empty());
-        EXPECT_EQ(catalogue.lists.lsvSelectedEngines.columnTitle(0), "Selected Engines");
+        ASSERT_EQ(fixture.prompts.shown.size(), 1u);
+        EXPECT_EQ(fixture.prompts.last().text, kCorrupted);
+        EXPECT_EQ(fixture.prompts.last().title, "Load Engines");
+        EXPECT_EQ(fixture.prompts.last().icon, Icon::Information);
+        EXPECT_TRUE(fixture.lists.lsvEngines.empty());
+        EXPECT_EQ(fixture.lists.lsvSelectedEngines.columnTitle(0), "Selected Engines");
         // The engines still stand, and none of them is selected without a row.
-        catalogue.selection.EngineSelectByCountry("ALL");
-        EXPECT_EQ(texts(catalogue.lists.lsvSelectedEngines), (std::vector<std::string>{"One", "Two"}));
+        fixture.selection.EngineSelectByCountry("ALL");
+        EXPECT_EQ(texts(fixture.lists.lsvSelectedEngines), (std::vector<std::string>{"One", "Two"}));
     }
 }
 
 TEST(EngineLoader, readsBinaryRubbishAsAnEmptyCatalogue) {
-    CatalogueFixture catalogue;
+    SessionFixture fixture;
     std::string rubbish;
     for (unsigned byte = 0; byte < 4096; ++byte) rubbish += static_cast<char>(byte * 7919 >> 3);
-    EXPECT_TRUE(catalogue.load(rubbish));
-    EXPECT_EQ(catalogue.lists.lsvEngines.columnTitle(0), "Engines(0)");
-    EXPECT_TRUE(catalogue.load("# only comments\n"));
-    EXPECT_TRUE(catalogue.prompts.shown.empty());
+    EXPECT_TRUE(fixture.loadEngines(rubbish));
+    EXPECT_EQ(fixture.lists.lsvEngines.columnTitle(0), "Engines(0)");
+    EXPECT_TRUE(fixture.loadEngines("# only comments\n"));
+    EXPECT_TRUE(fixture.prompts.shown.empty());
 }
 
 TEST(EngineLoader, replacesEnginesButKeepsFilterAndCustomEngines) {
-    CatalogueFixture catalogue;
-    ASSERT_TRUE(catalogue.load("Name=Old\nCategory=C\nCountry=US\n", "[Old]\nURL=http://o.example/\n"));
-    catalogue.selection.EngineSelect(true);
-    const std::string_view heldData = catalogue.lists.engines.find("old")->CategoryData;
-    ASSERT_TRUE(catalogue.categories.loadEngineCategory());
+    SessionFixture fixture;
+    ASSERT_TRUE(fixture.loadEngines("Name=Old\nCategory=C\nCountry=US\n", "[Old]\nURL=http://o.example/\n"));
+    fixture.selection.EngineSelect(true);
+    const std::string_view heldData = fixture.lists.engines.find("old")->CategoryData;
+    ASSERT_TRUE(fixture.catalogue.loadEngineCategory());
     EXPECT_EQ(heldData, "URL=http://o.example/>");  // a reload of the tables leaves loaded engines alone
 
-    ASSERT_TRUE(catalogue.load("Name=New\nCountry=S\nCountry=DE\nName=Old\nCategory=C\n", "[New]\nx=y\n"));
-    EXPECT_EQ(texts(catalogue.lists.lsvEngines), (std::vector<std::string>{"New", "Old"}));
-    EXPECT_TRUE(catalogue.lists.lsvSelectedEngines.empty());
-    EXPECT_FALSE(catalogue.lists.engines.find("Old")->Selected);
+    ASSERT_TRUE(
+        fixture.loadEngines("Name=New\nCountry=S\nCountry=DE\nName=Old\nCategory=C\n", "[New]\nx=y\n"));
+    EXPECT_EQ(texts(fixture.lists.lsvEngines), (std::vector<std::string>{"New", "Old"}));
+    EXPECT_TRUE(fixture.lists.lsvSelectedEngines.empty());
+    EXPECT_FALSE(fixture.lists.engines.find("Old")->Selected);
     // "S" occurs in "US,": the test is a plain search.
-    EXPECT_EQ(catalogue.lists.countryFilter, "US,DE,");
-    EXPECT_EQ(catalogue.lists.cboCustomEngines, (std::vector<std::string>{"Old", "Old"}));
-    ASSERT_EQ(catalogue.lists.myCustomEngine.size(), 2u);
-    EXPECT_EQ(catalogue.lists.myCustomEngine[1].EngineName, "Old");
+    EXPECT_EQ(fixture.lists.countryFilter, "US,DE,");
+    EXPECT_EQ(fixture.lists.cboCustomEngines, (std::vector<std::string>{"Old", "Old"}));
+    ASSERT_EQ(fixture.lists.myCustomEngine.size(), 2u);
+    EXPECT_EQ(fixture.lists.myCustomEngine[1].EngineName, "Old");
 }
 
 TEST(EngineLoader, countsInSixteenBits) {
-    CatalogueFixture catalogue;
+    SessionFixture fixture;
     std::string text;
     for (int number = 0; number < 40000; ++number) text += "Name=Same\nType=ZINE\n";
-    ASSERT_TRUE(catalogue.load(text));
-    EXPECT_EQ(catalogue.lists.lsvEngines.columnTitle(0), "Engines(-25536)");
-    EXPECT_EQ(catalogue.lists.chkType[6].caption, "&Miscellaneous(-25536)");
-    EXPECT_EQ(catalogue.lists.lsvEngines.count(), 1);
-    EXPECT_EQ(catalogue.lists.engines.find("SAME")->EngineType, "ZINE");
+    ASSERT_TRUE(fixture.loadEngines(text));
+    EXPECT_EQ(fixture.lists.lsvEngines.columnTitle(0), "Engines(-25536)");
+    EXPECT_EQ(fixture.lists.chkType[6].caption, "&Miscellaneous(-25536)");
+    EXPECT_EQ(fixture.lists.lsvEngines.count(), 1);
+    EXPECT_EQ(fixture.lists.engines.find("SAME")->EngineType, "ZINE");
 }
 
 TEST(EngineCategories, tellsWhenTheFileCannotBeRead) {
-    CatalogueFixture catalogue;
-    ASSERT_TRUE(catalogue.load("Name=One\n", "[One]\na=b\n"));
-    catalogue.home.write("data/catkws.dat", "");
+    SessionFixture fixture;
+    ASSERT_TRUE(fixture.loadEngines("Name=One\n", "[One]\na=b\n"));
+    fixture.home.write("data/catkws.dat", "");
     int splashClosed = 0;
-    catalogue.categories.closeSplash = [&] { ++splashClosed; };
-    EXPECT_FALSE(catalogue.categories.loadEngineCategory());
-    std::filesystem::remove(catalogue.home.path("data/catkws.dat"));
-    EXPECT_FALSE(catalogue.categories.loadEngineCategory());
+    fixture.catalogue.beforeFailure = [&] { ++splashClosed; };
+    EXPECT_FALSE(fixture.catalogue.loadEngineCategory());
+    std::filesystem::remove(fixture.home.path("data/catkws.dat"));
+    EXPECT_FALSE(fixture.catalogue.loadEngineCategory());
     EXPECT_EQ(splashClosed, 2);
-    EXPECT_EQ(catalogue.prompts.last().title, "Error");
+    EXPECT_EQ(fixture.prompts.last().title, "Error");
     EXPECT_EQ(
-        catalogue.prompts.last().text,
+        fixture.prompts.last().text,
         "Category data file is corrupted, you need to download the engine submission data file from our web "
         "site by click on the 'File/Update Engine Data' menu item from the menu bar and following the "
         "instruction on the screen.");
-    EXPECT_EQ(catalogue.categories.getEngineCategoryData("ONE"), "a=b>");
-    EXPECT_EQ(catalogue.categories.getEngineCategoryData("Two"), "");
+    EXPECT_EQ(fixture.catalogue.engineCategories.getEngineCategoryData("ONE"), "a=b>");
+    EXPECT_EQ(fixture.catalogue.engineCategories.getEngineCategoryData("Two"), "");
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "CatalogueFixture.h"
 #include "core/FileStore.h"
+#include "support/SessionFixture.h"
 
 #include <filesystem>
 
@@ -17,8 +17,8 @@ constexpr std::string_view kEngines =
     "\"Name=Shop, corner\"\nType=MALL\n"
     "Name=Odd\nType=HOTEL\n";
 
-struct SelectionFixture final : CatalogueFixture {
-    SelectionFixture() { EXPECT_TRUE(load(kEngines)); }
+struct SelectionFixture final : SessionFixture {
+    SelectionFixture() { EXPECT_TRUE(loadEngines(kEngines)); }
 
     void select(std::string_view names) {
         for (std::size_t place = 0; place < names.size(); ++place) {
@@ -228,10 +228,10 @@ TEST(EnginesMenu, loadsFilesAndFailedEngines) {
 }
 
 TEST(EnginesMenu, exportsThePage) {
-    CatalogueFixture fixture;
-    ASSERT_TRUE(
-        fixture.load("Name=A <b>\nType=ENG\nName=M\nType=MALL\nName=N\nType=NEWS\nName=X\nName=F\nType=FFA\n"
-                     "Name=A2\nType=eng\n"));
+    SessionFixture fixture;
+    ASSERT_TRUE(fixture.loadEngines(
+        "Name=A <b>\nType=ENG\nName=M\nType=MALL\nName=N\nType=NEWS\nName=X\nName=F\nType=FFA\n"
+        "Name=A2\nType=eng\n"));
     fixture.selection.mnuEngineItems(8);  // answered with No
     EXPECT_FALSE(fileExists(fixture.home.path("englist.htm")));
     EXPECT_EQ(fixture.prompts.last().text,

@@ -2,9 +2,9 @@
 // Draws the window's panels to PNG files, for a look at what changed and for the documentation:
 //   QT_QPA_PLATFORM=offscreen KORVEL_RELAY_PALETTE=light QT_SCALE_FACTOR=2 pictures FOLDER
 #include "app/Program.h"
-#include "core/frmAbout.h"
-#include "core/frmPreference.h"
-#include "core/frmSplash.h"
+#include "app/frmAbout.h"
+#include "app/frmPreference.h"
+#include "app/frmSplash.h"
 #include "projects/frmAddURL.h"
 #include "support/ScriptedPrompts.h"
 #include "support/TestHome.h"
@@ -56,9 +56,8 @@ void fillHome(const test::TestHome& home) {
         "ReportFile2=/reports/b.htm\r\n");
 }
 
-void drawDialogs(Program& program, SettingsStore& store, test::ScriptedPrompts& prompts,
-                 const QString& folder) {
-    frmPreference preference(program.preference(), store, prompts);
+void drawDialogs(Program& program, test::ScriptedPrompts& prompts, const QString& folder) {
+    frmPreference preference(program.services());
     auto* const tabs = preference.findChild<QTabWidget*>(QStringLiteral("SSTab1"));
     for (int tab = 0; tab < tabs->count(); ++tab) {
         tabs->setCurrentIndex(tab);
@@ -104,7 +103,7 @@ void drawWindow(Program& program, const QString& folder) {
     tabs->setCurrentIndex(0);
     trigger("Engines");
     save(window, folder, "engines-empty");
-    program.main().selection.EngineSelectByType("DIR", true);
+    program.main().catalogue.selection.EngineSelectByType("DIR", true);
     save(window, folder, "engines");
 }
 }  // namespace
@@ -121,8 +120,7 @@ int main(int argc, char** argv) {
     Program program(home.paths(), {}, clock, prompts);
     program.start();
     drawWindow(program, folder);
-    SettingsStore store(home.path("other.ini"));
-    drawDialogs(program, store, prompts, folder);
+    drawDialogs(program, prompts, folder);
     for (const auto& shown : prompts.shown) qWarning("%s: %s", shown.title.c_str(), shown.text.c_str());
     return 0;
 }

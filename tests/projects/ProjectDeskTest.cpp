@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/FileStore.h"
 #include "core/IniFile.h"
-#include "core/Log.h"
-#include "core/Paths.h"
-#include "core/SettingsStore.h"
-#include "core/clsPreference.h"
+#include "projects/OpenWebsite.h"
+#include "projects/ProjectDesk.h"
 #include "projects/UrlList.h"
-#include "projects/clsMain.h"
-#include "support/PreferenceFixture.h"
+#include "support/SessionFixture.h"
 
 #include <QAbstractItemModelTester>
 
@@ -22,12 +19,12 @@ namespace {
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
-class ProjectDeskTest : public ::testing::Test, protected PreferenceFixture {
+class ProjectDeskTest : public ::testing::Test, protected SessionFixture {
   protected:
-    clsMain main{home.paths(), preference, log, prompts};
-    ProjectDesk& desk = main.desk;
-    ProjectTree& tree = main.desk.tree();
-    WebsiteFields& fields = main.website.fields;
+    OpenWebsite website{catalogue, prompts};
+    ProjectDesk desk{services, website};
+    ProjectTree& tree = desk.tree();
+    WebsiteFields& fields = website.fields;
     QAbstractItemModelTester tester{&tree, QAbstractItemModelTester::FailureReportingMode::Fatal};
 
     ProjectNode& node(const std::string& key) {
@@ -296,8 +293,6 @@ TEST_F(ProjectDeskTest, MenusFollowTheNode) {
     desk.showEngines();
     EXPECT_FALSE(desk.panels().saveEnabled);
     EXPECT_EQ(enabled(), "0 1 3 4 6 10 12 13 15 ");
-    EXPECT_FALSE(main.readyToSubmit());
-    EXPECT_THAT(prompts.last().text, StartsWith("There is no engine selected."));
 }
 
 }  // namespace relay::test

@@ -37,8 +37,8 @@ TEST_P(SubmissionGolden, submitsAndReports) {
     fixture.preference.BlockSpam =
         static_cast<std::int16_t>(leadingInteger(options.value("Case", "BlockSpam")));
     fixture.preference.Connections = 1;
-    fixture.loadEngines(replaceAll(readFile(file("krveng5.dat")), "{web}", server.url("")),
-                        readFile(file("catkws.dat")));
+    fixture.selectEngines(replaceAll(readFile(file("krveng5.dat")), "{web}", server.url("")),
+                          readFile(file("catkws.dat")));
     fixture.run({fixture.home.write("Projects/website.kws", readFile(file("website.kws")))});
 
     for (std::size_t i = 0; i < fixture.reports.size(); ++i) {

@@ -22,7 +22,7 @@ TEST(Run, opensNoMoreConnectionsThanEngines) {
     const FaultServer server(statusByPath());
     SubmissionFixture fixture;
     fixture.preference.Connections = 10;
-    fixture.loadEngines(SubmissionFixture::records("E", 3, server.url("/200/s")));
+    fixture.selectEngines(SubmissionFixture::records("E", 3, server.url("/200/s")));
     fixture.start({fixture.website("Shop", {"http://a.test/1", "http://a.test/2"})});
     EXPECT_EQ(fixture.controller->state().lsvConnections.count(), 10);
     EXPECT_EQ(fixture.controller->state().ActiveConnections, 3);
@@ -71,7 +71,7 @@ TEST(Run, passesOverEnginesThatCannotBeSent) {
     records += SubmissionFixture::records("Good", 1, server.url("/200/s"));
     records += "Name=NoMacro\nMethod=GET\nQuery=a=b\nAction=" + server.url("/200/x") + "\n";
     records += SubmissionFixture::records("Bad", 15000, "ftp://127.0.0.1/s");
-    fixture.loadEngines(records);
+    fixture.selectEngines(records);
     bool eventLoopRan = false;
     ASSERT_NO_FATAL_FAILURE(fixture.start({fixture.website("Shop", {"http://a.test/1", "http://a.test/2"})}));
     QTimer::singleShot(0, [&] { eventLoopRan = fixture.ended.size() < 15000; });
@@ -92,8 +92,8 @@ TEST(Run, passesOverEnginesThatCannotBeSent) {
 TEST(Run, goesOnWithTheConnectionWhoseEngineEndedAtOnce) {
     const FaultServer server(statusByPath());
     SubmissionFixture fixture;
-    fixture.loadEngines(SubmissionFixture::records("None", 2, "") +
-                        SubmissionFixture::records("Slow", 2, server.url("/never")));
+    fixture.selectEngines(SubmissionFixture::records("None", 2, "") +
+                          SubmissionFixture::records("Slow", 2, server.url("/never")));
     fixture.start({fixture.website("Shop", {"http://a.test/"})});
     ASSERT_TRUE(waitUntil([&] { return server.connections() == 2; }));
     const Rows& connections = fixture.controller->state().lsvConnections;
@@ -104,7 +104,7 @@ TEST(Run, goesOnWithTheConnectionWhoseEngineEndedAtOnce) {
 TEST(Run, endsWhenNothingCanBeSent) {
     SubmissionFixture fixture;
     fixture.preference.Connections = 2;
-    fixture.loadEngines(SubmissionFixture::records("E", 5, ""));
+    fixture.selectEngines(SubmissionFixture::records("E", 5, ""));
     fixture.run({fixture.website("Shop", {"http://a.test/1", "http://a.test/2"})});
     EXPECT_EQ(fixture.reports.size(), 2U);
     EXPECT_EQ(fixture.done->failed, 10);
@@ -116,8 +116,8 @@ TEST(Run, stopsBeforeAnyReply) {
     const FaultServer server(statusByPath());
     SubmissionFixture fixture;
     fixture.preference.Connections = 2;
-    fixture.loadEngines(SubmissionFixture::records("Quick", 1, server.url("/200/s")) +
-                        SubmissionFixture::records("Slow", 3, server.url("/never")));
+    fixture.selectEngines(SubmissionFixture::records("Quick", 1, server.url("/200/s")) +
+                          SubmissionFixture::records("Slow", 3, server.url("/never")));
     fixture.start({fixture.website("Shop", {"http://a.test/1", "http://a.test/2"})});
     ASSERT_TRUE(waitUntil([&] { return server.connections() == 3; }));
     EXPECT_TRUE(fixture.controller->cmdSubmit());
@@ -150,7 +150,7 @@ TEST(Run, stopsBeforeAnyReply) {
 TEST(Run, stopsWhileNothingIsSent) {
     SubmissionFixture fixture;
     fixture.preference.Connections = 2;
-    fixture.loadEngines(SubmissionFixture::records("E", 30000, ""));
+    fixture.selectEngines(SubmissionFixture::records("E", 30000, ""));
     fixture.start({fixture.website("Shop", {"http://a.test/1"})});
     ASSERT_TRUE(waitUntil([&] { return !fixture.ended.empty(); }));
     fixture.controller->cmdSubmit();
@@ -166,12 +166,12 @@ TEST(Run, canBeRunAgainWithMoreEngines) {
     const FaultServer server(statusByPath());
     SubmissionFixture fixture;
     const std::string site = fixture.website("Shop", {"http://a.test/"});
-    fixture.loadEngines(SubmissionFixture::records("E", 1, server.url("/500/s")));
+    fixture.selectEngines(SubmissionFixture::records("E", 1, server.url("/500/s")));
     fixture.home.write("fail.eng", "old\r\n");
     fixture.run({site});
     EXPECT_EQ(fixture.home.read("fail.eng"), "E1\r\n");
     fixture.done.reset();
-    fixture.loadEngines(SubmissionFixture::records("E", 5, server.url("/200/s")));
+    fixture.selectEngines(SubmissionFixture::records("E", 5, server.url("/200/s")));
     ASSERT_TRUE(fixture.controller->cmdStart());
     ASSERT_TRUE(fixture.controller->cmdSubmit());
     ASSERT_TRUE(fixture.waitForEnd());
@@ -183,7 +183,7 @@ TEST(Run, canBeRunAgainWithMoreEngines) {
 TEST(Run, goesOnWhenTheReportCannotBeWritten) {
     const FaultServer server(statusByPath());
     SubmissionFixture fixture;
-    fixture.loadEngines(SubmissionFixture::records("E", 1, server.url("/200/s")));
+    fixture.selectEngines(SubmissionFixture::records("E", 1, server.url("/200/s")));
     fixture.home.write("Reports", "a file where the folder should be");
     const std::string site = fixture.website("Shop", {"http://a.test/1", "http://a.test/2"});
     const std::string before = fixture.home.read("Projects/Shop.kws");
@@ -204,10 +204,11 @@ TEST(Run, goesOnWhenTheReportCannotBeWritten) {
 TEST(Run, keepsThePasswordOutOfTheLog) {
     const FaultServer server(statusByPath());
     SubmissionFixture fixture("submit /d");
-    fixture.loadEngines("Name=G\nMethod=GET\nQuery=p=<password>\nAction=" + server.url("/200/s") +
-                        "\nName=P\nMethod=POST\nQuery=p=<password>&u=<url>\nAction=" + server.url("/200/s") +
-                        "\nName=None\nMethod=GET\nQuery=p=<password>\n"
-                        "\nName=Bad\nMethod=GET\nQuery=p=<password>\nAction=ftp://bad.test/\n");
+    fixture.selectEngines(
+        "Name=G\nMethod=GET\nQuery=p=<password>\nAction=" + server.url("/200/s") +
+        "\nName=P\nMethod=POST\nQuery=p=<password>&u=<url>\nAction=" + server.url("/200/s") +
+        "\nName=None\nMethod=GET\nQuery=p=<password>\n"
+        "\nName=Bad\nMethod=GET\nQuery=p=<password>\nAction=ftp://bad.test/\n");
     fixture.run({fixture.website("Shop", {"http://a.test/"}, "Password=se;cret\r\n")});
     const std::string log = fixture.logText();
     EXPECT_THAT(log, HasSubstr("/200/s?p=********\r\n"));

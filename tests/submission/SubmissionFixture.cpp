@@ -14,12 +14,11 @@ FaultServer::Script statusByPath() {
     };
 }
 
-SubmissionFixture::SubmissionFixture(std::string ownCommandLine)
-    : PreferenceFixture(std::move(ownCommandLine)) {
+SubmissionFixture::SubmissionFixture(std::string ownCommandLine) : SessionFixture(ownCommandLine) {
     preference.GetSettings();
-    controller.emplace(SubmissionServices{home.paths(), preference, log, prompts, clock, network,
-                                          lists.engines, lists.lsvSelectedEngines, countries,
-                                          QLocale(QLocale::English), commandLine});
+    controller.emplace(SubmissionServices{session.paths, preference, log, prompts, clock, session.network,
+                                          lists.engines, lists.lsvSelectedEngines, catalogue.countries,
+                                          QLocale(QLocale::English), ownCommandLine});
     QObject::connect(&*controller, &SubmissionController::engineEnded, &*controller,
                      [this](const EngineEnded& e) {
                          ended.push_back({std::string(e.URL), std::string(e.engine), e.code, e.result});
@@ -30,11 +29,8 @@ SubmissionFixture::SubmissionFixture(std::string ownCommandLine)
                      [this](const RunSummary& summary) { done = summary; });
 }
 
-void SubmissionFixture::loadEngines(std::string_view records, std::string_view tables) {
-    home.write("data/catkws.dat", tables);
-    home.write("data/krveng5.dat", records);
-    ASSERT_TRUE(categories.loadEngineCategory());
-    ASSERT_TRUE(loader.loadEngines());
+void SubmissionFixture::selectEngines(std::string_view records, std::string_view tables) {
+    ASSERT_TRUE(loadEngines(records, tables));
     for (const clsEngines& engine : lists.engines) addEngineListView(lists.lsvSelectedEngines, engine);
 }
 

@@ -1,14 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "catalogue/Countries.h"
-#include "catalogue/EngineCategories.h"
-#include "catalogue/EngineLists.h"
-#include "catalogue/EngineLoader.h"
 #include "submission/SubmissionController.h"
 #include "support/FaultServer.h"
-#include "support/PreferenceFixture.h"
-#include "transport/HttpNetwork.h"
+#include "support/SessionFixture.h"
 
 #include <gtest/gtest.h>
 #include <memory>
@@ -23,14 +18,9 @@ namespace relay::test {
 FaultServer::Script statusByPath();
 
 // A home with a catalogue and a submission wizard on it, and what a run of it told.
-struct SubmissionFixture : PreferenceFixture {
+struct SubmissionFixture : SessionFixture {
     explicit SubmissionFixture(std::string ownCommandLine = {});
 
-    EngineCategories categories{home.paths(), prompts};
-    Countries countries{home.paths()};
-    EngineLists lists;
-    EngineLoader loader{lists, categories, countries, home.paths(), preference, log, prompts};
-    HttpNetwork network;
     std::optional<SubmissionController> controller;
 
     struct Ended final {
@@ -44,7 +34,7 @@ struct SubmissionFixture : PreferenceFixture {
     std::optional<RunSummary> done;
 
     // Loads the records and selects them all.
-    void loadEngines(std::string_view records, std::string_view tables = "[Free For All Links]\n");
+    void selectEngines(std::string_view records, std::string_view tables = "[Free For All Links]\n");
     // "Name=<prefix>1" and so on, all with one action and the query "u=<url>".
     static std::string records(std::string_view prefix, int count, std::string_view action);
     // A website file of the projects; gives its path.

@@ -51,7 +51,7 @@ TEST(Wizard, sumsUpAndRefuses) {
     SubmissionController& wizard = *fixture.controller;
     EXPECT_FALSE(wizard.cmdNext());
     EXPECT_FALSE(wizard.cmdStart());
-    fixture.loadEngines(SubmissionFixture::records("E", 1234, ""));
+    fixture.selectEngines(SubmissionFixture::records("E", 1234, ""));
     EXPECT_FALSE(wizard.cmdNext());
     EXPECT_EQ(wizard.state().page, 0);
     EXPECT_THAT(
@@ -80,7 +80,7 @@ TEST(Wizard, sumsUpAndRefuses) {
 TEST(Wizard, dropsTheURLsThatTheUserRemoves) {
     SubmissionFixture fixture;
     const FaultServer server(statusByPath());
-    fixture.loadEngines(SubmissionFixture::records("E", 1, server.url("/200/s")));
+    fixture.selectEngines(SubmissionFixture::records("E", 1, server.url("/200/s")));
     fixture.prepare({fixture.website("A", {"http://a.test/1", "", "http://a.test/2"}),
                      fixture.website("B", {"http://a.test/1"})});
     SubmissionController& wizard = *fixture.controller;
@@ -99,7 +99,7 @@ TEST(Wizard, dropsTheURLsThatTheUserRemoves) {
 
 TEST(Wizard, refusesWhatCannotBeCountedOrBegun) {
     SubmissionFixture fixture;
-    fixture.loadEngines(SubmissionFixture::records("E", 1, ""));
+    fixture.selectEngines(SubmissionFixture::records("E", 1, ""));
     SubmissionController& wizard = *fixture.controller;
     Rows& selected = fixture.lists.lsvSelectedEngines;
     wizard.addSite(fixture.website("A", {"http://a.test/1"}), "A", "P");
@@ -144,7 +144,7 @@ TEST(Wizard, asksBeforeItClosesDuringARun) {
     const FaultServer server(statusByPath());
     SubmissionFixture fixture;
     EXPECT_TRUE(fixture.controller->closing());
-    fixture.loadEngines(SubmissionFixture::records("E", 2, server.url("/never")));
+    fixture.selectEngines(SubmissionFixture::records("E", 2, server.url("/never")));
     fixture.start({fixture.website("A", {"http://a.test/1"})});
     ASSERT_TRUE(waitUntil([&] { return server.connections() == 2; }));
     fixture.prompts.answers = {false, true};

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "core/frmSplash.h"
+#include "app/frmSplash.h"
 
 #include "ui_frmSplash.h"
 #include "widgets/Forms.h"

@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "core/Log.h"
-#include "core/Paths.h"
-#include "core/SettingsStore.h"
-#include "core/clsPreference.h"
-#include "projects/StartUp.h"
-#include "projects/clsMain.h"
+#include "app/StartUp.h"
+#include "app/clsMain.h"
+#include "session/Session.h"
 #include "support/ScriptedPrompts.h"
 #include "support/TestHome.h"
 
@@ -20,14 +17,12 @@ using ::testing::ElementsAre;
 using ::testing::StartsWith;
 
 // One run of the program on a home; what it showed, in order, by title or by the name of the screen.
-class Session final {
+class ProgramRun final {
   public:
-    explicit Session(const TestHome& home)
-        : log(home.path("Error.log"), clock, ""),
-          store(home.paths().settingsFile),
-          preference(home.paths(), store, log, prompts),
-          main(home.paths(), preference, log, prompts),
-          startUp(home.paths(), main, preference, store, log, prompts,
+    explicit ProgramRun(const TestHome& home)
+        : session(home.paths(), clock, "", prompts),
+          main(session.services, session.catalogue),
+          startUp(session.services, main,
                   {[this] { ++splashClosed; }, [this] { screen("frmPreference"); },
                    [this](std::string_view prompt) {
                        screen("frmUpdateEngines");
@@ -39,9 +34,8 @@ class Session final {
 
     FixedClock clock;
     ScriptedPrompts prompts;
-    Log log;
-    SettingsStore store;
-    clsPreference preference;
+    Session session;
+    clsPreference& preference = session.preference;
     clsMain main;
     StartUp startUp;
     std::function<void()> whileUpdating;
@@ -72,7 +66,7 @@ void giveWords(const TestHome& home) {
 
 TEST(StartUpTest, AnEmptyHomeIsToldAllThatIsMissing) {
     const TestHome home;
-    Session run(home);
+    ProgramRun run(home);
     EXPECT_TRUE(run.startUp.run());
     EXPECT_THAT(run.shown(), ElementsAre("Load Country File", "Load Category File", "frmPreference",
                                          "frmUpdateEngines", kApplication));
@@ -83,17 +77,17 @@ TEST(StartUpTest, AnEmptyHomeIsToldAllThatIsMissing) {
         EXPECT_TRUE(folderExists(home.path(folder))) << folder;
     EXPECT_EQ(run.main.desk.tree().count(), 1u);
     EXPECT_EQ(run.main.desk.currentNode(), &run.main.desk.tree().root());
-    EXPECT_TRUE(run.main.engines.lsvEngines.empty());
+    EXPECT_TRUE(run.main.catalogue.lists.lsvEngines.empty());
 }
 
 TEST(StartUpTest, ADownloadIsLoadedAtOnce) {
     const TestHome home;
     giveWords(home);
-    Session run(home);
+    ProgramRun run(home);
     run.whileUpdating = [&home] { giveEngineData(home); };
     EXPECT_TRUE(run.startUp.run());
     EXPECT_THAT(run.shown(), ElementsAre("frmPreference", "frmUpdateEngines"));
-    EXPECT_EQ(run.main.engines.lsvEngines.count(), 1);
+    EXPECT_EQ(run.main.catalogue.lists.lsvEngines.count(), 1);
 }
 
 TEST(StartUpTest, LaterStartsShowTheFirstProjectAndNothingElse) {
@@ -102,13 +96,13 @@ TEST(StartUpTest, LaterStartsShowTheFirstProjectAndNothingElse) {
     giveEngineData(home);
     home.write("project.kwj", "[Shop]\r\nDescription=d\r\nLast=1\r\n1=Home|\r\n[Blog]\r\nLast=0\r\n");
     {
-        Session upgraded(home);
+        ProgramRun upgraded(home);
         EXPECT_TRUE(upgraded.startUp.run());
         EXPECT_THAT(upgraded.shown(), ElementsAre("frmPreference", kApplication));
         EXPECT_THAT(upgraded.prompts.last().text, StartsWith("If this is the first time you upgrade"));
         EXPECT_EQ(upgraded.prompts.last().icon, Icon::Information);
     }
-    Session run(home);
+    ProgramRun run(home);
     EXPECT_TRUE(run.startUp.run());
     EXPECT_THAT(run.shown(), ElementsAre());
     EXPECT_EQ(run.main.desk.currentNode()->text, "Shop");
@@ -121,7 +115,7 @@ TEST(StartUpTest, LaterStartsShowTheFirstProjectAndNothingElse) {
 TEST(StartUpTest, ABrokenHomeIsReportedWithItsStep) {
     const TestHome home;
     home.write("Reports/Ranking", "a file in the way");
-    Session run(home);
+    ProgramRun run(home);
     EXPECT_FALSE(run.startUp.run());
     EXPECT_EQ(run.splashClosed, 1) << "or it covers the message";
     EXPECT_THAT(run.prompts.last().text, StartsWith("Formload_Error: create report folder1 "));
@@ -133,7 +127,7 @@ TEST(StartUpTest, ABrokenHomeIsReportedWithItsStep) {
 TEST(StartUpTest, TheEndAsksAndSavesTheSettings) {
     const TestHome home;
     {
-        Session run(home);
+        ProgramRun run(home);
         EXPECT_FALSE(run.startUp.confirmExit());
         EXPECT_EQ(run.prompts.last().text, "Are you sure you want to exit?");
         run.preference.TimeOut = 45;

@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "projects/StartUp.h"
+#include "app/StartUp.h"
 
+#include "app/clsMain.h"
+#include "catalogue/Catalogue.h"
 #include "core/Log.h"
 #include "core/Paths.h"
 #include "core/Prompts.h"
+#include "core/Services.h"
 #include "core/SettingsStore.h"
 #include "core/Text.h"
 #include "core/clsPreference.h"
-#include "projects/clsMain.h"
 
 #include <array>
 #include <charconv>
@@ -33,15 +35,8 @@ constexpr std::string_view kMissingDataNotice =
 
 }  // namespace
 
-StartUp::StartUp(const Paths& paths, clsMain& main, clsPreference& preference, SettingsStore& store, Log& log,
-                 Prompts& prompts, StartUpScreens screens)
-    : m_paths(paths),
-      m_main(main),
-      m_preference(preference),
-      m_store(store),
-      m_log(log),
-      m_prompts(prompts),
-      m_screens(std::move(screens)) {}
+StartUp::StartUp(const Services& services, clsMain& main, StartUpScreens screens)
+    : m_services(services), m_main(main), m_screens(std::move(screens)) {}
 
 bool StartUp::run() {
     try {
@@ -58,8 +53,8 @@ bool StartUp::run() {
                                   "\r\nYour program may not work properly. Please report this error to '" +
                                   kSupportAddress + "'";
         closeSplash();
-        m_prompts.message(words, "Error", Icon::Critical);
-        m_log.WriteErrorLog(words);
+        m_services.prompts.message(words, "Error", Icon::Critical);
+        m_services.log.WriteErrorLog(words);
         return false;
     }
 }
@@ -76,7 +71,7 @@ void StartUp::makeFolders() {
                                {"create engines folder", "Engines"}};
     for (const Step& step : kSteps) {
         m_step = step.name;
-        makeFolder(m_paths.inApp(step.folder));
+        makeFolder(m_services.paths.inApp(step.folder));
     }
 }
 
@@ -87,66 +82,66 @@ void StartUp::closeSplash() {
 void StartUp::tell(bool succeeded, std::string_view words, std::string_view title) {
     if (succeeded) return;
     closeSplash();
-    m_prompts.message(words, title, Icon::Critical);
+    m_services.prompts.message(words, title, Icon::Critical);
 }
 
 void StartUp::loadWords() {
     m_step = "load country file";
-    tell(m_main.countries.loadCountry(),
+    tell(m_main.catalogue.countries.loadCountry(),
          "The country file is missing ! You need to re-install the full installation program and try again.",
          "Load Country File");
     m_step = "load category file";
-    tell(m_main.categories.loadCategory(),
+    tell(m_main.catalogue.categories.loadCategory(),
          "The category file is missing ! You need to re-install the full installation program and try again.",
          "Load Category File");
 }
 
 void StartUp::firstRunSettings() {
     m_step = "check engine data file";
-    if (m_preference.LoadConfigure != 0) return;
-    m_store.setValue(kApplication, "Preference", "LoadConfig", "1");
+    if (m_services.preference.LoadConfigure != 0) return;
+    m_services.settings.setValue(kApplication, "Preference", "LoadConfig", "1");
     closeSplash();
     if (m_screens.showPreference) m_screens.showPreference();
 }
 
 void StartUp::checkEngineData() {
-    if (!m_main.engineDataPresent()) {
+    if (!m_main.catalogue.engineDataPresent()) {
         m_step = "engine data file not found";
         closeSplash();
         if (m_screens.showUpdateEngines) m_screens.showUpdateEngines(kDownloadPrompt);
-    } else if (m_preference.DownEngineData == "1" && m_preference.Version != "6.0") {
+    } else if (m_services.preference.DownEngineData == "1" && m_services.preference.Version != "6.0") {
         m_step = "set first time update";
-        m_store.setValue(kApplication, "Setting", "Download", "0");
-        m_prompts.message(kUpgradeNotice, kApplication, Icon::Information);
+        m_services.settings.setValue(kApplication, "Setting", "Download", "0");
+        m_services.prompts.message(kUpgradeNotice, kApplication, Icon::Information);
         m_step = "after first time update setting";
     }
 }
 
 void StartUp::loadEngines() {
     m_step = "load engine data file";
-    const bool present = m_main.engineDataPresent();
-    if (present) m_main.loadEngineData();
+    const bool present = m_main.catalogue.engineDataPresent();
+    if (present) m_main.catalogue.loadEngineData();
     closeSplash();
-    if (!present) m_prompts.message(kMissingDataNotice, kApplication, Icon::Information);
+    if (!present) m_services.prompts.message(kMissingDataNotice, kApplication, Icon::Information);
 }
 
 void StartUp::loadProjects() {
     m_step = "load default project";
-    if (fileExists(m_paths.ProjectFilePath)) m_main.desk.loadProject();
+    if (fileExists(m_services.paths.ProjectFilePath)) m_main.desk.loadProject();
     m_step = "set first select item";
     ProjectNode& root = m_main.desk.tree().root();
     m_main.desk.nodeClick(root.children.empty() ? root : *root.children.front());
 }
 
 bool StartUp::confirmExit() {
-    return m_prompts.ask("Are you sure you want to exit?", "Exit");
+    return m_services.prompts.ask("Are you sure you want to exit?", "Exit");
 }
 
 void StartUp::finish(std::string_view mainFormPos) {
-    m_log.closeAll();
-    m_preference.SaveSettings();
-    m_store.setValue(kApplication, "Preference", "MainFormPos", mainFormPos);
-    m_store.sync();
+    m_services.log.closeAll();
+    m_services.preference.SaveSettings();
+    m_services.settings.setValue(kApplication, "Preference", "MainFormPos", mainFormPos);
+    m_services.settings.sync();
 }
 
 std::optional<WindowPosition> parseWindowPosition(std::string_view text) {

@@ -14,28 +14,17 @@ namespace relay {
 namespace Ui {
 class frmMain;
 }
-class Prompts;
-class SettingsStore;
 class clsMain;
-class clsPreference;
-struct Paths;
 struct ProjectNode;
-
-// The logic that the main window shows and drives; all of it outlives the window.
-struct MainParts final {
-    const Paths& paths;
-    clsPreference& preference;
-    SettingsStore& settings;
-    Prompts& prompts;
-    clsMain& main;
-};
+struct Services;
 
 // The main window: the tree of projects at the left, the panel of the current node at the right, the toolbar,
 // the menus and the status bar.
 class frmMain final : public QMainWindow {
     Q_OBJECT
   public:
-    explicit frmMain(const MainParts& parts, QWidget* parent = nullptr);
+    // Shows and drives `main`; both outlive the window.
+    frmMain(const Services& services, clsMain& main, QWidget* parent = nullptr);
     ~frmMain() override;
 
     // Asked when the window is about to close; false keeps it open. Empty: it closes.
@@ -84,7 +73,8 @@ class frmMain final : public QMainWindow {
     void showTreePopup(const QPoint& place);
 
     std::unique_ptr<Ui::frmMain> m_ui;
-    MainParts m_parts;
+    const Services& m_services;
+    clsMain& m_main;
     bool m_showingNode = false;  // the tree's current row follows the desk, not the user
     bool m_clickDone = false;    // the press already switched the panel
 };

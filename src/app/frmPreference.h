@@ -12,6 +12,8 @@ class QCheckBox;
 
 namespace relay {
 
+struct Services;
+
 namespace Ui {
 class frmPreference;
 }
@@ -20,8 +22,7 @@ class frmPreference;
 class frmPreference final : public QDialog {
     Q_OBJECT
   public:
-    frmPreference(clsPreference& preference, SettingsStore& store, Prompts& prompts,
-                  QWidget* parent = nullptr);
+    explicit frmPreference(const Services& services, QWidget* parent = nullptr);
     ~frmPreference() override;
 
     void accept() override;
@@ -35,9 +36,7 @@ class frmPreference final : public QDialog {
     void goTo(std::string_view control);
 
     std::unique_ptr<Ui::frmPreference> m_ui;
-    clsPreference& m_preference;
-    SettingsStore& m_store;
-    Prompts& m_prompts;
+    const Services& m_services;
     PreferenceEntry m_entry;
 };
 

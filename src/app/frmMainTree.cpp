@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The tree of the main window.
+#include "app/clsMain.h"
+#include "app/frmMain.h"
+#include "catalogue/Catalogue.h"
 #include "core/Prompts.h"
 #include "core/ScreenText.h"
-#include "projects/clsMain.h"
-#include "projects/frmMain.h"
+#include "core/Services.h"
 #include "ui_frmMain.h"
 #include "widgets/IconTheme.h"
 
@@ -46,7 +48,7 @@ class NodeDelegate final : public QStyledItemDelegate {
 
 void frmMain::connectTree() {
     QTreeView* const view = m_ui->TreeView1;
-    ProjectDesk& desk = m_parts.main.desk;
+    ProjectDesk& desk = m_main.desk;
     // While a node goes, the view looks for another current row; where to go next is the desk's business.
     connect(&desk.tree(), &ProjectTree::rowsAboutToBeRemoved, this, [this] { m_showingNode = true; });
     view->setModel(&desk.tree());
@@ -74,7 +76,7 @@ void frmMain::connectTree() {
     view->setAccessibleDescription(keys);
     connect(view, &QTreeView::customContextMenuRequested, this, &frmMain::showTreePopup);
     connect(m_ui->mnuPopupItems_10, &QAction::triggered, this,
-            [this] { editLabel(m_parts.main.desk.currentNode()); });
+            [this] { editLabel(m_main.desk.currentNode()); });
     connect(&desk, &ProjectDesk::currentChanged, this, &frmMain::showCurrentNode);
     connect(&desk, &ProjectDesk::labelEditWanted, this, &frmMain::editLabel, Qt::QueuedConnection);
     // The editor must be gone before a rename asks or tells anything.
@@ -87,7 +89,7 @@ void frmMain::connectTree() {
 }
 
 void frmMain::nodeClicked(const QModelIndex& index) {
-    ProjectDesk& desk = m_parts.main.desk;
+    ProjectDesk& desk = m_main.desk;
     ProjectNode* const node = desk.tree().nodeAt(index);
     if (node == nullptr) return;
     if (!desk.nodeClick(*node)) showCurrentNode(desk.currentNode());
@@ -96,7 +98,7 @@ void frmMain::nodeClicked(const QModelIndex& index) {
 void frmMain::showCurrentNode(ProjectNode* node) {
     if (node == nullptr) return;
     const QScopedValueRollback<bool> showing(m_showingNode, true);
-    const QModelIndex index = m_parts.main.desk.tree().indexOf(*node);
+    const QModelIndex index = m_main.desk.tree().indexOf(*node);
     m_ui->TreeView1->setCurrentIndex(index);
     m_ui->TreeView1->expand(index.parent());
     if (node->isProject()) m_ui->TreeView1->expand(index);
@@ -105,30 +107,30 @@ void frmMain::showCurrentNode(ProjectNode* node) {
 
 void frmMain::editLabel(ProjectNode* node) {
     if (node == nullptr || node->parent == nullptr) {
-        m_parts.prompts.beep();
+        m_services.prompts.beep();
         return;
     }
     showCurrentNode(node);
     m_ui->TreeView1->setFocus(Qt::OtherFocusReason);
-    m_ui->TreeView1->edit(m_parts.main.desk.tree().indexOf(*node));
+    m_ui->TreeView1->edit(m_main.desk.tree().indexOf(*node));
 }
 
 void frmMain::renameFromEditor(const QString& key, const std::string& text) {
-    ProjectNode* const node = m_parts.main.desk.tree().find(fromScreen(key));
-    if (node != nullptr) m_parts.main.desk.rename(*node, text);
+    ProjectNode* const node = m_main.desk.tree().find(fromScreen(key));
+    if (node != nullptr) m_main.desk.rename(*node, text);
 }
 
 void frmMain::removeCurrentNode() {
-    ProjectNode* const node = m_parts.main.desk.currentNode();
+    ProjectNode* const node = m_main.desk.currentNode();
     if (node == nullptr || node->parent == nullptr)
-        m_parts.prompts.beep();
+        m_services.prompts.beep();
     else
-        m_parts.main.desk.removeSelectedNode(*node);
+        m_main.desk.removeSelectedNode(*node);
 }
 
 void frmMain::sortCurrentNode() {
-    ProjectNode* const node = m_parts.main.desk.currentNode();
-    if (node != nullptr) m_parts.main.desk.tree().sortChildren(*node);
+    ProjectNode* const node = m_main.desk.currentNode();
+    if (node != nullptr) m_main.desk.tree().sortChildren(*node);
 }
 
 void frmMain::showTreePopup(const QPoint& place) {
@@ -163,7 +165,7 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event) {
         }
         // Elsewhere the key is the action's, which the root disables.
         if (key->key() == Qt::Key_F2) {
-            editLabel(m_parts.main.desk.currentNode());
+            editLabel(m_main.desk.currentNode());
             return true;
         }
         // Return is the keyboard's click: it leads from the engine screen back to the node's panel.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "core/frmAbout.h"
+#include "app/frmAbout.h"
 
 #include "ui_frmAbout.h"
 #include "widgets/Forms.h"

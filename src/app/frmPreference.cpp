@@ -1,20 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "core/frmPreference.h"
+#include "app/frmPreference.h"
 
 #include "core/ScreenText.h"
+#include "core/Services.h"
 #include "ui_frmPreference.h"
 #include "widgets/Forms.h"
 
 namespace relay {
 
-frmPreference::frmPreference(clsPreference& preference, SettingsStore& store, Prompts& prompts,
-                             QWidget* parent)
+frmPreference::frmPreference(const Services& services, QWidget* parent)
     : QDialog(parent),
       m_ui(std::make_unique<Ui::frmPreference>()),
-      m_preference(preference),
-      m_store(store),
-      m_prompts(prompts),
-      m_entry(openPreference(preference)) {
+      m_services(services),
+      m_entry(openPreference(services.preference)) {
     m_ui->setupUi(this);
     bindFields();
     enableProxy();
@@ -61,7 +59,7 @@ void frmPreference::bindFields() {
 
     (m_entry.optProxy == 2 ? m_ui->optProxy_2 : m_ui->optProxy_1)->setChecked(true);
     const auto chooseProxy = [this](int index) {
-        selectProxy(m_preference, m_entry, index);
+        selectProxy(m_services.preference, m_entry, index);
         enableProxy();
     };
     connect(m_ui->optProxy_1, &QRadioButton::clicked, this, [chooseProxy] { chooseProxy(1); });
@@ -78,7 +76,7 @@ void frmPreference::goTo(std::string_view control) {
 }
 
 void frmPreference::accept() {
-    if (confirmPreference(m_preference, m_store, m_prompts, m_entry,
+    if (confirmPreference(m_services.preference, m_services.settings, m_services.prompts, m_entry,
                           [this](std::string_view control) { goTo(control); }))
         QDialog::accept();
 }

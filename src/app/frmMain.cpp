@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "projects/frmMain.h"
+#include "app/frmMain.h"
 
+#include "app/QuickStart.h"
+#include "app/clsMain.h"
+#include "catalogue/Catalogue.h"
 #include "core/ScreenText.h"
+#include "core/Services.h"
 #include "core/clsPreference.h"
-#include "projects/QuickStart.h"
-#include "projects/clsMain.h"
 #include "ui_frmMain.h"
 #include "widgets/Forms.h"
 #include "widgets/IconTheme.h"
@@ -79,22 +81,23 @@ QString toHtml(const QuickStartLine& line) {
 }
 }  // namespace
 
-frmMain::frmMain(const MainParts& parts, QWidget* parent)
-    : QMainWindow(parent), m_ui(std::make_unique<Ui::frmMain>()), m_parts(parts) {
+frmMain::frmMain(const Services& services, clsMain& main, QWidget* parent)
+    : QMainWindow(parent), m_ui(std::make_unique<Ui::frmMain>()), m_services(services), m_main(main) {
     m_ui->setupUi(this);
     drawIcons();
     makeToolbarReachable();
     makeSplitterReachable();
-    m_ui->SSTab1->connectTo(parts.main.website.fields, parts.main.categories);
-    m_ui->SSTab3->connectTo(parts.main.engines, parts.main.selection, !parts.preference.refusesAdultSites());
+    m_ui->SSTab1->connectTo(main.website.fields, main.catalogue.categories);
+    m_ui->SSTab3->connectTo(main.catalogue.lists, main.catalogue.selection,
+                            !services.preference.refusesAdultSites());
     setSplitterPlace(0);
     showQuickStart();
     connectToolbar();
     connectMenus();
     connectWebsitePanel();
     connectTree();
-    connect(&parts.main.desk, &ProjectDesk::panelsChanged, this, &frmMain::showPanels);
-    connect(&parts.main.desk, &ProjectDesk::websiteChanged, this, &frmMain::showWebsite);
+    connect(&main.desk, &ProjectDesk::panelsChanged, this, &frmMain::showPanels);
+    connect(&main.desk, &ProjectDesk::websiteChanged, this, &frmMain::showWebsite);
     showPanels();
     CenterForm(*this);
 }
@@ -147,8 +150,7 @@ void frmMain::showQuickStart() {
 }
 
 void frmMain::showCatalogue() {
-    const clsMain& main = m_parts.main;
-    m_ui->SSTab1->setChoices(main.webTypes(), clsMain::languages(), main.countries.cboCountry);
+    m_ui->SSTab1->setChoices(m_main.webTypes(), clsMain::languages(), m_main.catalogue.countries.cboCountry);
     m_ui->SSTab3->showTypeBoxes();
     showWebsite();
 }
@@ -172,7 +174,7 @@ void frmMain::setSplitterPlace(int place) {
 }
 
 void frmMain::showPanels() {
-    const PanelState& panels = m_parts.main.desk.panels();
+    const PanelState& panels = m_main.desk.panels();
     m_ui->lblProjectTitle->setText(toScreen(panels.lblProjectTitle));
     m_ui->fraSiteInfo->setTitle(
         toScreen(panels.siteInfoCaption).replace(QLatin1Char('&'), QStringLiteral("&&")));

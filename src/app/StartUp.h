@@ -8,12 +8,8 @@
 
 namespace relay {
 
-class Log;
-class Prompts;
-class SettingsStore;
 class clsMain;
-class clsPreference;
-struct Paths;
+struct Services;
 
 // What the start-up needs of the screens. An empty function does nothing.
 struct StartUpScreens final {
@@ -28,8 +24,7 @@ struct StartUpScreens final {
 // The steps of the main window's start that need no window, in their order, and of its end.
 class StartUp final {
   public:
-    StartUp(const Paths& paths, clsMain& main, clsPreference& preference, SettingsStore& store, Log& log,
-            Prompts& prompts, StartUpScreens screens);
+    StartUp(const Services& services, clsMain& main, StartUpScreens screens);
 
     // False when a step failed: the user and the log were told, and the steps after it were not done.
     bool run();
@@ -48,12 +43,8 @@ class StartUp final {
     void tell(bool succeeded, std::string_view words, std::string_view title);
     void closeSplash();
 
-    const Paths& m_paths;
+    const Services& m_services;
     clsMain& m_main;
-    clsPreference& m_preference;
-    SettingsStore& m_store;
-    Log& m_log;
-    Prompts& m_prompts;
     StartUpScreens m_screens;
     std::string_view m_step;
 };

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "projects/QuickStart.h"
+#include "app/QuickStart.h"
 
 namespace relay {
 

@@ -1,16 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The commands of the main window: toolbar, menus, and those of the website panel.
+#include "app/clsMain.h"
+#include "app/frmAbout.h"
+#include "app/frmMain.h"
+#include "app/frmPreference.h"
+#include "catalogue/Catalogue.h"
 #include "core/Paths.h"
 #include "core/Prompts.h"
 #include "core/ScreenText.h"
+#include "core/Services.h"
 #include "core/clsPreference.h"
-#include "core/frmAbout.h"
-#include "core/frmPreference.h"
 #include "projects/SiteCommands.h"
 #include "projects/UrlList.h"
-#include "projects/clsMain.h"
 #include "projects/frmAddURL.h"
-#include "projects/frmMain.h"
 #include "ui_frmMain.h"
 #include "widgets/Forms.h"
 #include "widgets/ListView.h"
@@ -34,7 +36,7 @@ QAction* frmMain::command(const QString& name) const {
 }
 
 void frmMain::connectToolbar() {
-    ProjectDesk& desk = m_parts.main.desk;
+    ProjectDesk& desk = m_main.desk;
     connect(m_ui->NewProject, &QAction::triggered, this, [&desk] { desk.fileItem(0); });
     connect(m_ui->NewWeb, &QAction::triggered, this, [&desk] { desk.fileItem(3); });
     m_ui->Save->setShortcut(QKeySequence::Save);
@@ -47,27 +49,27 @@ void frmMain::connectToolbar() {
 void frmMain::connectMenus() {
     for (const int index : kFileItems) {
         connect(command(numbered("mnuFileItems", index)), &QAction::triggered, this,
-                [this, index] { m_parts.main.desk.fileItem(index); });
+                [this, index] { m_main.desk.fileItem(index); });
     }
-    connect(m_ui->mnuImportItems_0, &QAction::triggered, this, [this] { m_parts.main.desk.fileItem(6); });
+    connect(m_ui->mnuImportItems_0, &QAction::triggered, this, [this] { m_main.desk.fileItem(6); });
     connect(m_ui->mnuFileItems_13, &QAction::triggered, this, &frmMain::configure);
     connect(m_ui->mnuFileItems_15, &QAction::triggered, this, [this] {
-        m_parts.main.desk.autoSaveToLeave();
+        m_main.desk.autoSaveToLeave();
         close();
     });
     for (const int index : kEngineItems) {
         connect(command(numbered("mnuEngineItems", index)), &QAction::triggered, this,
-                [this, index] { m_parts.main.selection.mnuEngineItems(index); });
+                [this, index] { m_main.catalogue.selection.mnuEngineItems(index); });
     }
     const auto opens = [this](QAction* action, std::function<std::string()> address) {
         connect(action, &QAction::triggered, this,
-                [this, address] { m_parts.prompts.openWithSystem(address()); });
+                [this, address] { m_services.prompts.openWithSystem(address()); });
     };
     connect(m_ui->mnuHelpItems_0, &QAction::triggered, this,
-            [this] { openHelp(m_parts.paths, m_parts.prompts); });
+            [this] { openHelp(m_services.paths, m_services.prompts); });
     opens(m_ui->mnuHelpItems_6, [] { return std::string(kWebAddress); });
-    opens(m_ui->mnuHelpItems_7, [this] { return m_parts.preference.UpdateURL; });
-    opens(m_ui->mnuHelpItems_8, [this] { return m_parts.preference.SupportURL; });
+    opens(m_ui->mnuHelpItems_7, [this] { return m_services.preference.UpdateURL; });
+    opens(m_ui->mnuHelpItems_8, [this] { return m_services.preference.SupportURL; });
     connect(m_ui->mnuHelpItems_10, &QAction::triggered, this, [this] { frmAbout(this).exec(); });
     connect(m_ui->mnuFile, &QMenu::aboutToShow, this, &frmMain::enableCommands);
     connect(m_ui->mnuEngine, &QMenu::aboutToShow, this, &frmMain::enableCommands);
@@ -75,36 +77,36 @@ void frmMain::connectMenus() {
 
 void frmMain::connectWebsitePanel() {
     frmWebsitePanel* const panel = m_ui->SSTab1;
-    WebsiteFields& fields = m_parts.main.website.fields;
+    WebsiteFields& fields = m_main.website.fields;
     connect(panel, &frmWebsitePanel::urlCommand, this, &frmMain::runUrlCommand);
     connect(panel, &frmWebsitePanel::urlChosen, this, [this, &fields](int row) {
         chooseURL(fields, row);
         showWebsite();
     });
     connect(panel, &frmWebsitePanel::browseForLocalFile, this, [this, &fields] {
-        openFileLocation(fields, m_parts.prompts);
+        openFileLocation(fields, m_services.prompts);
         showWebsite();
     });
     connect(panel, &frmWebsitePanel::viewReport, this,
-            [this, &fields] { viewReport(fields, m_parts.prompts); });
-    connect(panel, &frmWebsitePanel::deleteReport, this, [this] { m_parts.main.desk.deleteReports(); });
-    connect(&m_parts.main.desk, &ProjectDesk::fieldMissing, panel, &frmWebsitePanel::showMissing);
+            [this, &fields] { viewReport(fields, m_services.prompts); });
+    connect(panel, &frmWebsitePanel::deleteReport, this, [this] { m_main.desk.deleteReports(); });
+    connect(&m_main.desk, &ProjectDesk::fieldMissing, panel, &frmWebsitePanel::showMissing);
     connect(m_ui->txtProjectDescr, &QPlainTextEdit::textChanged, this, [this] {
         const QString text =
             typedText(*m_ui->txtProjectDescr).replace(QLatin1Char('\n'), QStringLiteral("\r\n"));
-        m_parts.main.desk.setProjectDescription(fromScreen(text));
+        m_main.desk.setProjectDescription(fromScreen(text));
     });
 }
 
 void frmMain::enableCommands() {
-    const PanelState& panels = m_parts.main.desk.panels();
-    const ProjectNode* const node = m_parts.main.desk.currentNode();
+    const PanelState& panels = m_main.desk.panels();
+    const ProjectNode* const node = m_main.desk.currentNode();
     const bool atRoot = node == nullptr || node->parent == nullptr;
     m_ui->Save->setEnabled(panels.saveEnabled);
     for (const int index : kFileItems)
-        command(numbered("mnuFileItems", index))->setEnabled(m_parts.main.desk.fileItemEnabled(index));
-    m_ui->mnuFileItems_10->setEnabled(m_parts.main.desk.fileItemEnabled(10));
-    m_ui->mnuFileItems_10->menuAction()->setEnabled(m_parts.main.desk.fileItemEnabled(10));
+        command(numbered("mnuFileItems", index))->setEnabled(m_main.desk.fileItemEnabled(index));
+    m_ui->mnuFileItems_10->setEnabled(m_main.desk.fileItemEnabled(10));
+    m_ui->mnuFileItems_10->menuAction()->setEnabled(m_main.desk.fileItemEnabled(10));
     for (const int index : kEngineItems) command(numbered("mnuEngineItems", index))->setEnabled(!atRoot);
     m_ui->mnuPopupItems_10->setEnabled(!atRoot);
     m_ui->SSTab1->setEnabled(panels.websiteButtonsEnabled || panels.panel == MainPanel::Website);
@@ -120,11 +122,11 @@ void frmMain::runQuickStartLink(const QString& name) {
 }
 
 void frmMain::runUrlCommand(const QString& key) {
-    WebsiteFields& fields = m_parts.main.website.fields;
-    UrlList urls(fields.lsvSiteURLs, m_parts.prompts);
+    WebsiteFields& fields = m_main.website.fields;
+    UrlList urls(fields.lsvSiteURLs, m_services.prompts);
     if (key == QStringLiteral("AddURL")) urls.addTypedURL();
     if (key == QStringLiteral("AddFromLocalFolder"))
-        frmAddURL(fields.lsvSiteURLs, m_parts.prompts, m_parts.paths.AppPath, this).exec();
+        frmAddURL(fields.lsvSiteURLs, m_services.prompts, m_services.paths.AppPath, this).exec();
     if (key == QStringLiteral("LoadURL") || key == QStringLiteral("LocalURL")) urls.loadURLs();
     if (key == QStringLiteral("SaveURL")) urls.saveURLs();
     if (key == QStringLiteral("DeleteURL")) urls.DeleteURL();
@@ -132,21 +134,21 @@ void frmMain::runUrlCommand(const QString& key) {
 }
 
 void frmMain::submit() {
-    if (!m_parts.main.readyToSubmit()) return;
-    m_parts.prompts.message(
+    if (!m_main.readyToSubmit()) return;
+    m_services.prompts.message(
         "Submitting from this window comes with a later version.\r\n\r\n"
         "Until then \"korvel-relay-cli submit\" submits websites to the engines of a saved selection.",
         "Submit", Icon::Information);
 }
 
 void frmMain::configure() {
-    if (!m_parts.main.desk.autoSave()) return;
-    frmPreference(m_parts.preference, m_parts.settings, m_parts.prompts, this).exec();
+    if (!m_main.desk.autoSave()) return;
+    frmPreference(m_services, this).exec();
 }
 
 void frmMain::findEngines() {
     m_ui->Engines->trigger();
-    if (m_parts.main.desk.panels().panel == MainPanel::Engines) m_ui->SSTab3->focusFindBox();
+    if (m_main.desk.panels().panel == MainPanel::Engines) m_ui->SSTab3->focusFindBox();
 }
 
 }  // namespace relay

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/clsMain.h"
+
+#include "catalogue/Catalogue.h"
+#include "core/Prompts.h"
+#include "core/Services.h"
+#include "core/clsPreference.h"
+
+namespace relay {
+
+clsMain::clsMain(const Services& services, Catalogue& ownCatalogue)
+    : catalogue(ownCatalogue),
+      website(catalogue, services.prompts),
+      desk(services, website),
+      m_services(services) {}
+
+std::vector<std::string> clsMain::webTypes() const {
+    std::vector<std::string> types = {"Commercial Site", "Personal Site"};
+    if (!m_services.preference.refusesAdultSites()) types.emplace_back("Adult Only Site");
+    types.emplace_back("General");
+    return types;
+}
+
+std::vector<std::string> clsMain::languages() {
+    return {"English", "German", "Franch", "Italian", "Spanish", "Japanese", "Chinese", "Others"};
+}
+
+bool clsMain::readyToSubmit() {
+    if (!desk.autoSave()) return false;
+    if (catalogue.lists.lsvSelectedEngines.empty()) {
+        m_services.prompts.message(
+            "There is no engine selected.\r\n\r\nPlease select the engines before start submitting.",
+            "Submit");
+        desk.showEngines();
+        return false;
+    }
+    if (catalogue.selection.isThereFFASites() && m_services.preference.BlockSpam == 0 &&
+        m_services.prompts.ask("Your selected engines contain FFA links, do you want to block auto-response "
+                               "confirmation email or spam ads from FFA sites?",
+                               "Submit"))
+        m_services.preference.BlockSpam = 1;
+    return true;
+}
+
+}  // namespace relay

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "projects/OpenWebsite.h"
+#include "projects/ProjectDesk.h"
+
+#include <string>
+#include <vector>
+
+namespace relay {
+
+class Catalogue;
+struct Services;
+
+// The main logic object of the window program: it joins the catalogue with the user's projects. All that is
+// handed in must outlive it.
+class clsMain final {
+  public:
+    clsMain(const Services& services, Catalogue& catalogue);
+
+    Catalogue& catalogue;
+    OpenWebsite website;
+    ProjectDesk desk;
+
+    // Items of cboWebType; adult sites are among them unless they are refused.
+    std::vector<std::string> webTypes() const;
+    // Items of cboLanguage.
+    static std::vector<std::string> languages();
+    // What the toolbar's "Submit" checks: saves, refuses an empty selection (the engine screen then shows),
+    // and offers to block the mail of free-for-all sites. True when the submission may open.
+    bool readyToSubmit();
+
+  private:
+    const Services& m_services;
+};
+
+}  // namespace relay

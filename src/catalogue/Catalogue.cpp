@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "catalogue/Catalogue.h"
+
+#include "core/Failure.h"
+#include "core/Paths.h"
+#include "core/Prompts.h"
+#include "core/Services.h"
+
+#include <string>
+
+namespace relay {
+
+namespace {
+constexpr std::string_view kDownload =
+    " data file is corrupted, you need to download the engine submission data file from our web site by "
+    "click on the 'File/Update Engine Data' menu item from the menu bar and following the instruction on the "
+    "screen.";
+}  // namespace
+
+Catalogue::Catalogue(const Services& services)
+    : countries(services.paths),
+      categories(services),
+      engineCategories(services.paths),
+      engineLoader(services, lists, engineCategories, countries),
+      selection(services, lists),
+      m_services(services),
+      m_held(std::make_shared<int>()) {}
+
+bool Catalogue::engineDataPresent() const {
+    return fileExists(m_services.paths.inWindows("krveng5.dat")) &&
+           fileExists(m_services.paths.inWindows("catkws.dat"));
+}
+
+bool Catalogue::loadEngineData() {
+    return loadEngineCategory() && loadEngines();
+}
+
+template <typename Load>
+bool Catalogue::load(std::string_view words, std::string_view title, Load&& load) {
+    if (isHeld()) {
+        m_services.prompts.message("The engines cannot be loaded while a run uses them.", title,
+                                   Icon::Information);
+        return false;
+    }
+    try {
+        load();
+        return true;
+    } catch (const std::exception&) {
+        if (beforeFailure) beforeFailure();
+        m_services.prompts.message(std::string(words).append(kDownload), title, Icon::Information);
+        return false;
+    }
+}
+
+bool Catalogue::loadEngineCategory() {
+    return load("Category", "Error", [this] { engineCategories.load(); });
+}
+
+bool Catalogue::loadEngines() {
+    return load("Engine", "Load Engines", [this] { engineLoader.load(); });
+}
+
+const clsEngines& Catalogue::engine(std::string_view name) const {
+    const clsEngines* const found = lists.engines.find(name);
+    if (found == nullptr) throw Failure("There is no engine \"" + std::string(name) + "\" in the catalogue.");
+    return *found;
+}
+
+}  // namespace relay
