@@ -20,17 +20,20 @@ void OpenWebsite::takeSelectedCategory() {
     m_categories.getSelectedCategory(fields.mainCategory, fields.category);
 }
 
-bool OpenWebsite::saveWebsiteFile(const std::string& path) {
+bool OpenWebsite::save(const std::string& path, SaveOver over) {
     takeSelectedCategory();
-    return m_file.saveWebsiteFile(path, fields, m_engines.myCustomEngine);
+    return m_file.save(path, fields, m_engines.myCustomEngine, over);
 }
 
-void OpenWebsite::save(const std::string& path) {
-    takeSelectedCategory();
-    WebsiteFile::save(path, fields, m_engines.myCustomEngine);
+void OpenWebsite::emptyFields() {
+    relay::clearWebsiteFields(fields);
+    m_categories.lstMainCategory.clearHighlights();
+    m_categories.lstCategory.clear();
 }
 
 bool OpenWebsite::loadWebsiteFile(const std::string& path) {
+    emptyFields();
+    fields.chkBlockFFA = 0;
     return m_file.loadWebsiteFile(path, fields, m_engines.myCustomEngine,
                                   [this](std::string& mainCategory, std::string& category) {
                                       m_categories.setSelectedCategory(mainCategory, category);
@@ -41,10 +44,9 @@ bool OpenWebsite::loadWebsiteFile(const std::string& path) {
 }
 
 void OpenWebsite::clearWebsiteFields() {
-    relay::clearWebsiteFields(fields);
+    emptyFields();
     m_selection.EngineRemove(true);
-    m_categories.lstMainCategory.clearHighlights();
-    m_categories.lstCategory.clear();
+    m_file.forget();
 }
 
 std::size_t OpenWebsite::fingerprint() {

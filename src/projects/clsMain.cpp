@@ -39,11 +39,11 @@ bool clsMain::loadEngineData() {
 }
 
 bool clsMain::readyToSubmit() {
-    if (!desk.autoSave()) return false;
+    desk.autoSave();
     if (engines.lsvSelectedEngines.empty()) {
         m_prompts.message(
             "There is no engine selected.\r\n\r\nPlease select the engines before start submitting.",
-            "Submit");
+            "Submit", Icon::Critical);
         desk.showEngines();
         return false;
     }
