@@ -39,14 +39,17 @@ StartUp::StartUp(const Services& services, clsMain& main, StartUpScreens screens
     : m_services(services), m_main(main), m_screens(std::move(screens)) {}
 
 bool StartUp::run() {
+    bool done = makeFolders();
+    for (const auto step :
+         {&StartUp::loadCountries, &StartUp::loadCategories, &StartUp::firstRunSettings,
+          &StartUp::checkEngineData, &StartUp::loadEngines, &StartUp::loadProjects, &StartUp::selectFirst})
+        if (!attempt([this, step] { (this->*step)(); })) done = false;
+    return done;
+}
+
+bool StartUp::attempt(const std::function<void()>& step) {
     try {
-        makeFolders();
-        m_step = "setting ...";
-        loadWords();
-        firstRunSettings();
-        checkEngineData();
-        loadEngines();
-        loadProjects();
+        step();
         return true;
     } catch (const std::exception& failure) {
         const std::string words = "Formload_Error: " + std::string(m_step) + " " + failure.what() +
@@ -59,7 +62,7 @@ bool StartUp::run() {
     }
 }
 
-void StartUp::makeFolders() {
+bool StartUp::makeFolders() {
     struct Step final {
         std::string_view name;
         std::string_view folder;
@@ -69,10 +72,12 @@ void StartUp::makeFolders() {
                                {"create report folder1", "Reports/Ranking"},
                                {"create project folder", "Projects"},
                                {"create engines folder", "Engines"}};
+    bool made = true;
     for (const Step& step : kSteps) {
         m_step = step.name;
-        makeFolder(m_services.paths.inApp(step.folder));
+        if (!attempt([&] { makeFolder(m_services.paths.inApp(step.folder)); })) made = false;
     }
+    return made;
 }
 
 void StartUp::closeSplash() {
@@ -85,11 +90,14 @@ void StartUp::tell(bool succeeded, std::string_view words, std::string_view titl
     m_services.prompts.message(words, title, Icon::Critical);
 }
 
-void StartUp::loadWords() {
+void StartUp::loadCountries() {
     m_step = "load country file";
     tell(m_main.catalogue.countries.loadCountry(),
          "The country file is missing ! You need to re-install the full installation program and try again.",
          "Load Country File");
+}
+
+void StartUp::loadCategories() {
     m_step = "load category file";
     tell(m_main.catalogue.categories.loadCategory(),
          "The category file is missing ! You need to re-install the full installation program and try again.",
@@ -128,6 +136,9 @@ void StartUp::loadEngines() {
 void StartUp::loadProjects() {
     m_step = "load default project";
     if (fileExists(m_services.paths.ProjectFilePath)) m_main.desk.loadProject();
+}
+
+void StartUp::selectFirst() {
     m_step = "set first select item";
     ProjectNode& root = m_main.desk.tree().root();
     m_main.desk.nodeClick(root.children.empty() ? root : *root.children.front());

@@ -26,7 +26,8 @@ class StartUp final {
   public:
     StartUp(const Services& services, clsMain& main, StartUpScreens screens);
 
-    // False when a step failed: the user and the log were told, and the steps after it were not done.
+    // False when a step failed. The user and the log are told of each step that fails, and the others are
+    // done all the same.
     bool run();
     // Asks; false: the window stays.
     bool confirmExit();
@@ -34,12 +35,15 @@ class StartUp final {
     void finish(std::string_view mainFormPos);
 
   private:
-    void makeFolders();
-    void loadWords();
+    bool attempt(const std::function<void()>& step);
+    bool makeFolders();
+    void loadCountries();
+    void loadCategories();
     void firstRunSettings();
     void checkEngineData();
     void loadEngines();
     void loadProjects();
+    void selectFirst();
     void tell(bool succeeded, std::string_view words, std::string_view title);
     void closeSplash();
 

@@ -26,11 +26,11 @@ std::vector<std::string> clsMain::languages() {
 }
 
 bool clsMain::readyToSubmit() {
-    if (!desk.autoSave()) return false;
+    desk.autoSave();
     if (catalogue.lists.lsvSelectedEngines.empty()) {
         m_services.prompts.message(
             "There is no engine selected.\r\n\r\nPlease select the engines before start submitting.",
-            "Submit");
+            "Submit", Icon::Critical);
         desk.showEngines();
         return false;
     }

@@ -33,7 +33,7 @@ std::string PreviewCommand::chosenUrl() const {
 }
 
 int PreviewCommand::execute() {
-    if (!fileExists(m_website)) throw Failure(m_website + ": there is no such website file.");
+    requireWebsite(m_website);
     if (!loadEngines(context())) return kCouldNotRun;
     Catalogue& catalogue = context().home().catalogue;
     const clsEngines& engine = catalogue.engine(m_engine);

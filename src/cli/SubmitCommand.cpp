@@ -7,6 +7,8 @@
 #include "cli/StopSignal.h"
 #include "cli/SubmissionWatcher.h"
 #include "core/Failure.h"
+#include "core/Paths.h"
+#include "projects/WebsiteFile.h"
 #include "submission/SubmissionController.h"
 #include "submission/SubmissionRecords.h"
 
@@ -23,10 +25,10 @@ namespace {
 void addSites(SubmissionController& controller, CommandLineContext& context,
               const std::vector<std::string>& files) {
     for (const std::string& file : files) {
-        if (!fileExists(file)) throw Failure(file + ": there is no such website file.");
-        const std::filesystem::path path = std::filesystem::absolute(file).lexically_normal();
+        requireWebsite(file);
+        const std::filesystem::path path = absolutePath(file);
         const Rows& sites = controller.state().lsvSiteSelection;
-        if (sites.contains(path.string())) {
+        if (controller.hasSite(path.string())) {
             context.note("Named twice, submitted once: " + file);
             continue;
         }

@@ -29,8 +29,7 @@ void addFileOption(CLI::App& app, std::string& file, const char* about = "The we
 }
 
 void requireFile(const std::string& file) {
-    if (!fileExists(file))
-        throw Failure(file + ": there is no such website file. \"website set\" makes one.");
+    requireWebsite(file, " \"website set\" makes one.");
 }
 
 // Keys that the program keeps by itself.

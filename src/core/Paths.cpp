@@ -48,7 +48,7 @@ bool isSeparator(char c) {
 }  // namespace
 
 Paths Paths::insideHome(std::string_view home) {
-    const std::string folder = std::filesystem::absolute(home).lexically_normal().string();
+    const std::string folder = absolutePath(home);
     return inFolders(folder, withoutEndSlash(folder) + "/settings.ini");
 }
 
@@ -91,6 +91,15 @@ std::string installedDataFolder(std::string_view programFolder,
         if (fileExists(place + "/country.kws")) return place;
     }
     return {};
+}
+
+std::string absolutePath(std::string_view path) {
+    const std::filesystem::path absolute = std::filesystem::absolute(path);
+    const bool climbs = std::find(absolute.begin(), absolute.end(), "..") != absolute.end();
+    if (!climbs) return absolute.lexically_normal().string();
+    std::error_code error;
+    const std::filesystem::path resolved = std::filesystem::weakly_canonical(absolute, error);
+    return error ? absolute.string() : resolved.string();
 }
 
 void makeFolder(const std::string& folder, unsigned mode) {

@@ -35,6 +35,9 @@ std::optional<std::string> environmentVariable(const char* name);
 std::string installedDataFolder(std::string_view programFolder,
                                 const std::function<std::optional<std::string>(const char*)>& environment);
 
+// The path from the root, without "." and doubled separators. A ".." after a link leads where the system
+// leads: to the folder above the link's target.
+std::string absolutePath(std::string_view path);
 // Makes the folder (and its parents) when absent; throws Failure with the folder's name and the reason.
 void makeFolder(const std::string& folder, unsigned mode = 0755);
 bool fileExists(std::string_view path) noexcept;  // a regular file, or a link to one

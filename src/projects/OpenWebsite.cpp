@@ -16,17 +16,20 @@ void OpenWebsite::takeSelectedCategory() {
     m_catalogue.categories.getSelectedCategory(fields.mainCategory, fields.category);
 }
 
-bool OpenWebsite::saveWebsiteFile(const std::string& path) {
+bool OpenWebsite::save(const std::string& path, SaveOver over) {
     takeSelectedCategory();
-    return m_file.saveWebsiteFile(path, fields, m_catalogue.lists.myCustomEngine);
+    return m_file.save(path, fields, m_catalogue.lists.myCustomEngine, over);
 }
 
-void OpenWebsite::save(const std::string& path) {
-    takeSelectedCategory();
-    WebsiteFile::save(path, fields, m_catalogue.lists.myCustomEngine);
+void OpenWebsite::emptyFields() {
+    relay::clearWebsiteFields(fields);
+    m_catalogue.categories.lstMainCategory.clearHighlights();
+    m_catalogue.categories.lstCategory.clear();
 }
 
 bool OpenWebsite::loadWebsiteFile(const std::string& path) {
+    emptyFields();
+    fields.chkBlockFFA = 0;
     return m_file.loadWebsiteFile(path, fields, m_catalogue.lists.myCustomEngine,
                                   [this](std::string& mainCategory, std::string& category) {
                                       m_catalogue.categories.setSelectedCategory(mainCategory, category);
@@ -37,10 +40,9 @@ bool OpenWebsite::loadWebsiteFile(const std::string& path) {
 }
 
 void OpenWebsite::clearWebsiteFields() {
-    relay::clearWebsiteFields(fields);
+    emptyFields();
     m_catalogue.selection.EngineRemove(true);
-    m_catalogue.categories.lstMainCategory.clearHighlights();
-    m_catalogue.categories.lstCategory.clear();
+    m_file.forget();
 }
 
 std::size_t OpenWebsite::fingerprint() {

@@ -18,10 +18,9 @@ class OpenWebsite final {
 
     WebsiteFields fields;
 
-    // False when it failed; the user was told.
-    bool saveWebsiteFile(const std::string& path);
-    // The same, but throws Failure and tells nobody.
-    void save(const std::string& path);
+    // As WebsiteFile::save; throws Failure.
+    bool save(const std::string& path, SaveOver over);
+    // False when it failed and the user was told. What was not reached is then empty, not of another website.
     bool loadWebsiteFile(const std::string& path);
     // Resets the panel, the category lists and the selection of engines.
     void clearWebsiteFields();
@@ -34,6 +33,8 @@ class OpenWebsite final {
     void takeSelectedCategory();
 
   private:
+    void emptyFields();
+
     Catalogue& m_catalogue;
     WebsiteFile m_file;
 };

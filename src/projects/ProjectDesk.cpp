@@ -100,10 +100,17 @@ void ProjectDesk::showWebsite(ProjectNode& node) {
     std::string slot = node.tag;
     SplitAtPipe(slot, m_WebFile);
     const bool isNew = std::exchange(m_newWebsiteClick, false);
-    if (!m_WebFile.empty() && fileExists(m_WebFile))
-        m_partlyLoaded = !m_website.loadWebsiteFile(m_WebFile);
-    else if (!isNew || m_services.preference.DontClearFields == 0)
-        m_website.clearWebsiteFields();
+    if (!m_WebFile.empty() && fileExists(m_WebFile)) {
+        readWebsite(m_WebFile);
+        return;
+    }
+    if (!isNew || m_services.preference.DontClearFields == 0) m_website.clearWebsiteFields();
+    m_shownFields = m_website.fingerprint();
+    Q_EMIT websiteChanged();
+}
+
+void ProjectDesk::readWebsite(const std::string& path) {
+    m_partlyLoaded = !m_website.loadWebsiteFile(path);
     m_shownFields = m_website.fingerprint();
     Q_EMIT websiteChanged();
 }
@@ -119,19 +126,69 @@ bool ProjectDesk::autoSave() {
         return true;
     }
     ProjectNode& node = *m_CurrentNode;
+    std::string words = "autoSave_Error: ";
     try {
-        if (node.isWebsite() && !m_partlyLoaded) autoSaveWebsite(node);
+        bool settled = true;
         if (node.isProject()) autoSaveProject(node);
+        if (node.isWebsite()) {
+            const std::string path = settledFile(node);
+            words.clear();  // a failure of the save brings its own
+            settled = saveOpenWebsite(path, SaveWish::Leaving);
+        }
         m_toldOfFailure = false;
-        return true;
+        return settled;
     } catch (const std::exception& failure) {
-        const std::string words = std::string("autoSave_Error: ") + failure.what();
+        words += failure.what();
         if (std::exchange(m_toldOfFailure, true))
             m_services.prompts.status(words);
         else
             m_services.prompts.message(words, "Error", Icon::Critical);
-        return node.isWebsite() && m_website.fingerprint() == m_shownFields;
+        return !isTouched(node);
     }
+}
+
+// Whether something was typed into the node's panel since it was shown or saved.
+bool ProjectDesk::isTouched(const ProjectNode& node) {
+    if (node.isWebsite()) return m_website.fingerprint() != m_shownFields;
+    return node.isProject() && descriptionLine(m_panels.txtProjectDescr) != node.tag;
+}
+
+bool ProjectDesk::saveOpenWebsite(const std::string& path, SaveWish wish) {
+    const bool leaving = wish == SaveWish::Leaving;
+    if (m_partlyLoaded || !m_website.save(path, SaveOver::WhatWasSeen)) {
+        if (!isTouched(*m_CurrentNode)) {
+            if (!m_partlyLoaded) readWebsite(path);
+            if (!m_partlyLoaded || leaving) return true;
+        }
+        if (!askToSaveOver(path)) return leaving && giveUpTyped(path);
+        m_website.save(path, SaveOver::Anything);
+    }
+    noteSaved();
+    return true;
+}
+
+void ProjectDesk::noteSaved() {
+    m_partlyLoaded = false;
+    m_shownFields = m_website.fingerprint();
+}
+
+bool ProjectDesk::askToSaveOver(const std::string& path) const {
+    const std::string_view reason =
+        m_partlyLoaded ? " could not be read to its end. A save writes over what was not read."
+                       : " was changed by another program since this window read it.";
+    return m_services.prompts.ask("The file " + path + std::string(reason) +
+                                      "\r\n\r\nDo you want to save what this window shows over it?",
+                                  "Save Web Site");
+}
+
+bool ProjectDesk::giveUpTyped(const std::string& path) {
+    if (!m_services.prompts.ask(
+            "What you typed is not saved.\r\n\r\nDo you want to drop it and leave the file " + path +
+                " as it is?",
+            "Save Web Site"))
+        return false;
+    readWebsite(path);
+    return true;
 }
 
 void ProjectDesk::autoSaveToLeave() {
@@ -141,7 +198,6 @@ void ProjectDesk::autoSaveToLeave() {
 
 void ProjectDesk::autoSaveProject(ProjectNode& project) {
     std::string description = descriptionLine(m_panels.txtProjectDescr);
-    if (project.tag == description) return;
     m_store.setDescription(project.text, description);
     project.tag = std::move(description);
 }
@@ -163,7 +219,8 @@ void ProjectDesk::placeFile(ProjectNode& website, const std::string& path) {
     m_WebFile = path;
 }
 
-void ProjectDesk::autoSaveWebsite(ProjectNode& website) {
+// The website's file; one that has none yet gets its place first.
+std::string ProjectDesk::settledFile(ProjectNode& website) {
     std::string slot = website.tag;
     std::string path;
     SplitAtPipe(slot, path);
@@ -171,8 +228,7 @@ void ProjectDesk::autoSaveWebsite(ProjectNode& website) {
         path = newWebsitePath(website.text);
         placeFile(website, path);
     }
-    m_website.save(path);
-    m_shownFields = m_website.fingerprint();
+    return path;
 }
 
 void ProjectDesk::saveProjectDescription() {
@@ -199,15 +255,25 @@ std::string ProjectDesk::askFileName() const {
 
 bool ProjectDesk::saveWebSite(const std::string& path) {
     if (!m_CurrentNode || !m_CurrentNode->isWebsite()) return false;
-    bool saved = false;
+    std::string file = path;
     trap(m_services.prompts, "saveWebSite_Error: ", [&] {
-        std::string file = path;
-        if (file.empty()) {
-            file = askFileName();
-            if (file.empty()) return;
-            placeFile(*m_CurrentNode, file);
+        if (!path.empty()) return;
+        const std::string chosen = askFileName();
+        if (chosen.empty()) return;
+        placeFile(*m_CurrentNode, chosen);
+        file = chosen;
+    });
+    if (file.empty()) return false;
+    bool saved = false;
+    // The failure brings its own words.
+    trap(m_services.prompts, {}, [&] {
+        if (!path.empty()) {
+            saved = saveOpenWebsite(file, SaveWish::Command);
+            return;
         }
-        saved = m_website.saveWebsiteFile(file);
+        m_website.save(file, SaveOver::Anything);
+        noteSaved();
+        saved = true;
     });
     return saved;
 }
@@ -256,7 +322,7 @@ void ProjectDesk::fileItem(int index) {
             else
                 m_services.prompts.message(
                     "You can add website to the Root item. Please select a web project and try again.",
-                    "New Website");
+                    "New Website", Icon::Critical);
             break;
         case 6:
             addWebSite();
@@ -280,7 +346,9 @@ void ProjectDesk::toolbarSave() {
 }
 
 void ProjectDesk::showEngines() {
-    if (!autoSave() || m_panels.panel == MainPanel::Engines) return;
+    // The fields stay as they are, so a failed save does not bar the way.
+    autoSave();
+    if (m_panels.panel == MainPanel::Engines) return;
     m_panels.panel = MainPanel::Engines;
     m_panels.saveEnabled = false;
     Q_EMIT panelsChanged();

@@ -7,6 +7,7 @@
 
 #include <QObject>
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -36,7 +37,9 @@ enum class NewNode { Project, Website };
 // The operations on projects and websites that a user drives through the tree, the File menu and the toolbar,
 // without a window: they work on the tree, the index file, the open website and the panels' state, and signal
 // what changed. Each tells the user of its failures. The open website is saved by itself before another node
-// takes the panel; while that fails, the panel stays where it is, so nothing typed is lost.
+// takes the panel; while that fails, the panel stays where it is, so nothing typed is lost. A website file
+// that another program changed meanwhile, or that could not be read to its end, is written over only when the
+// user says so; where nothing was typed, the changed file is read again instead.
 class ProjectDesk final : public QObject {
     Q_OBJECT
   public:
@@ -53,8 +56,9 @@ class ProjectDesk final : public QObject {
     void loadProject();
     // Saves first; false, with the panel as it was, when that failed.
     bool nodeClick(ProjectNode& node);
-    // Saves what the current node's panel holds. False when that failed and something typed would be lost.
-    // The user is told of the first failure, and in the status bar of those that follow it.
+    // Saves what the current node's panel holds. False when that failed, or the user would not have it, and
+    // something typed would be lost. The user is told of the first failure, and in the status bar of those
+    // that follow it.
     bool autoSave();
     // autoSave on the way out, which a failure does not bar: it is told in a box, even when it was told
     // before.
@@ -90,17 +94,26 @@ class ProjectDesk final : public QObject {
     void showNode(ProjectNode& node);
     void showProject(ProjectNode& node);
     void showWebsite(ProjectNode& node);
-    void autoSaveWebsite(ProjectNode& website);
     void autoSaveProject(ProjectNode& project);
+    bool isTouched(const ProjectNode& node);
+    enum class SaveWish { Leaving, Command };
+    bool saveOpenWebsite(const std::string& path, SaveWish wish);
+    bool askToSaveOver(const std::string& path) const;
+    bool giveUpTyped(const std::string& path);
+    void readWebsite(const std::string& path);
+    void noteSaved();
     std::string newWebsitePath(const std::string& name) const;
+    std::string settledFile(ProjectNode& website);
     void placeFile(ProjectNode& website, const std::string& path);
     std::string askFileName() const;
+    std::optional<int> addToIndex(const std::string& project, const std::string& website,
+                                  const std::string& file);
     void addNewProject(const std::string& name);
     void addNewWebsite(const std::string& name);
     ProjectNode& currentProject() const;
     std::string askNewName(NewNode kind) const;
     std::string settleName(NewNode kind, const ProjectNode& parent, std::string name) const;
-    bool hasForbiddenCharacter(std::string_view name) const;
+    bool hasForbiddenCharacter(std::string_view name, std::string_view forbidden) const;
     void renameTo(ProjectNode& node, const std::string& text);
     void saveCheckedWebsite(const std::string& path);
 

@@ -32,8 +32,8 @@ void requireOneLine(std::string_view name) {
 
 }  // namespace
 
-bool ProjectDesk::hasForbiddenCharacter(std::string_view name) const {
-    if (name.find_first_of(kForbidden) == npos) return false;
+bool ProjectDesk::hasForbiddenCharacter(std::string_view name, std::string_view forbidden) const {
+    if (name.find_first_of(forbidden) == npos) return false;
     m_services.prompts.message(
         "A WebProject or WebSite file name cannot contain any of the following characters:\r\n\r\n"
         "\\ / : * ? < > |",
@@ -45,13 +45,17 @@ std::string ProjectDesk::askNewName(NewNode kind) const {
     const std::string_view words = kind == NewNode::Project ? "Please specify a name for your new project:"
                                                             : "Please specify a name for your new web site:";
     const std::string name(trim(m_services.prompts.input(words, titleOf(kind)).value_or("")));
-    return name.empty() || hasForbiddenCharacter(name) ? std::string() : name;
+    return name.empty() || hasForbiddenCharacter(name, kForbidden) ? std::string() : name;
 }
 
 // Asks until the name is free under the parent; empty when the user steps back. Names given here pass no test
 // for forbidden characters.
 std::string ProjectDesk::settleName(NewNode kind, const ProjectNode& parent, std::string name) const {
-    while (!name.empty() && m_tree.IsNodeExist(childKey(parent, name))) {
+    const auto taken = [&] {
+        return m_tree.IsNodeExist(childKey(parent, name)) ||
+               (kind == NewNode::Project && m_store.holdsProject(name));
+    };
+    while (!name.empty() && taken()) {
         m_services.prompts.beep();
         name = trim(m_services.prompts
                         .input("The name '" + name + "' is already exist, please choose a different name:",
@@ -81,8 +85,17 @@ void ProjectDesk::NewProjectAndWeb(NewNode kind) {
     });
 }
 
+// The slot, or 0 for a project; none when it failed and the user was told.
+std::optional<int> ProjectDesk::addToIndex(const std::string& project, const std::string& website,
+                                           const std::string& file) {
+    std::optional<int> slot;
+    trap(m_services.prompts,
+         "addNewProject_Error:", [&] { slot = m_store.addNewProject(project, website, file); });
+    return slot;
+}
+
 void ProjectDesk::addNewProject(const std::string& name) {
-    m_store.addNewProject(name, {}, {});
+    if (!addToIndex(name, {}, {})) return;
     closeCurrent();
     showNode(m_tree.add(m_tree.root(), childKey(m_tree.root(), name), name, kProjectFolder, {}));
 }
@@ -90,12 +103,14 @@ void ProjectDesk::addNewProject(const std::string& name) {
 void ProjectDesk::addNewWebsite(const std::string& name) {
     ProjectNode& project = currentProject();
     const std::string path = newWebsitePath(name);
-    const int slot = m_store.addNewProject(project.text, name, path);
+    const std::optional<int> slot = addToIndex(project.text, name, path);
+    if (!slot) return;
     if (m_services.preference.DontClearFields == 0) m_website.clearWebsiteFields();
     m_newWebsiteClick = true;
     // Not a click with its save: the fields in the panel are not those of the new node's file, which may be
     // there from an earlier website of that name.
-    showNode(m_tree.add(project, childKey(project, name), name, kWebFile, std::to_string(slot) + "|" + path));
+    showNode(
+        m_tree.add(project, childKey(project, name), name, kWebFile, std::to_string(*slot) + "|" + path));
 }
 
 void ProjectDesk::addWebSite() {
@@ -109,15 +124,19 @@ void ProjectDesk::addWebSite() {
             ShowFileDialog(m_services.prompts, false, kWebsiteFilter, folder, {}, filter);
         if (path.empty()) return;
         const std::string name = getFileNameFromFile(path);
+        // In the index a pipe ends the name.
+        if (hasForbiddenCharacter(name, "|")) return;
         requireOneLine(path);
         if (m_tree.IsNodeExist(childKey(project, name))) {
             m_services.prompts.message(
-                "The file you try to add already exists, please choose a different file.", "Add Web Site");
+                "The file you try to add already exists, please choose a different file.", "Add Web Site",
+                Icon::Critical);
             return;
         }
-        const int slot = m_store.addNewProject(project.text, name, path);
+        const std::optional<int> slot = addToIndex(project.text, name, path);
+        if (!slot) return;
         showNode(
-            m_tree.add(project, childKey(project, name), name, kWebFile, std::to_string(slot) + "|" + path));
+            m_tree.add(project, childKey(project, name), name, kWebFile, std::to_string(*slot) + "|" + path));
     });
 }
 
@@ -137,8 +156,9 @@ void ProjectDesk::removeSelectedNode(ProjectNode& node) {
         if (node.isWebsite()) {
             if (const int slot = leadingInteger(node.tag); slot > 0)
                 m_store.clearSlot(node.parent->text, slot);
-        } else {
-            m_store.removeProject(node.text);
+        } else if (!trap(m_services.prompts,
+                         "removeProject_Error: ", [&] { m_store.removeProject(node.text); })) {
+            return;
         }
         ProjectNode* const next = m_tree.neighbour(node);
         if (m_CurrentNode == &node || m_CurrentNode->parent == &node) {
@@ -157,18 +177,19 @@ void ProjectDesk::rename(ProjectNode& node, std::string_view newText) {
     }
     trap(m_services.prompts, "LableEdit_Error: ", [&] {
         const std::string text(trim(newText));
-        if (hasForbiddenCharacter(text)) {
+        if (hasForbiddenCharacter(text, kForbidden)) {
             Q_EMIT labelEditWanted(&node);
             return;
         }
         if (text.empty() || text == node.text) return;
         requireOneLine(text);
-        if (m_tree.IsNodeExist(childKey(*node.parent, text))) {
+        if (m_tree.IsNodeExist(childKey(*node.parent, text)) ||
+            (node.isProject() && m_store.holdsProject(text))) {
             m_services.prompts.message(
                 "Cannot rename '" + node.text +
                     "'. A file with the name you specified already exists, please specify a "
                     "different name.",
-                "Change Project Name");
+                "Change Project Name", Icon::Critical);
             Q_EMIT labelEditWanted(&node);
             return;
         }
@@ -183,8 +204,9 @@ void ProjectDesk::renameTo(ProjectNode& node, const std::string& text) {
         SplitAtPipe(slot, path);
         if (const int number = leadingInteger(slot); number > 0)
             m_store.setSlot(node.parent->text, number, text, path);
-    } else {
-        m_store.editProject(node.text, text);
+    } else if (!trap(m_services.prompts,
+                     "editProjectFile_Error: ", [&] { m_store.editProject(node.text, text); })) {
+        return;
     }
     m_tree.rename(node, text);
     m_tree.sortChildren(*node.parent);

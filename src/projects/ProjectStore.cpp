@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "projects/ProjectStore.h"
 
+#include "core/Failure.h"
 #include "core/FileStore.h"
 #include "core/IniFile.h"
 #include "core/Paths.h"
@@ -37,6 +38,12 @@ std::vector<WebsiteSlot> readSlots(const IniFile& index, const std::string& proj
     return slots;
 }
 
+bool holds(const IniFile& index, std::string_view project) {
+    const std::vector<std::string> sections = index.sections();
+    return std::any_of(sections.begin(), sections.end(),
+                       [project](const std::string& section) { return equalsNoCase(section, project); });
+}
+
 std::string slotValue(std::string_view website, std::string_view websiteFile) {
     return std::string(website) + "|" + std::string(websiteFile);
 }
@@ -64,12 +71,18 @@ std::vector<ProjectRecord> ProjectStore::loadProject() const {
     return projects;
 }
 
+bool ProjectStore::holdsProject(std::string_view project) const {
+    return holds(IniFile::load(m_file), project);
+}
+
 int ProjectStore::addNewProject(std::string_view project, std::string_view website,
                                 std::string_view websiteFile) const {
     const FolderLock lock(m_file);
     IniFile index = IniFile::load(m_file);
     int slot = 0;
     if (website.empty()) {
+        if (holds(index, project))
+            throw Failure(m_file + " holds a project \"" + std::string(project) + "\" already.", 457);
         index.setValue(project, "Description", "");
         index.setValue(project, "Last", "0");
     } else {

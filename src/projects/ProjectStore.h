@@ -32,8 +32,10 @@ class ProjectStore final {
     // In the order of the file. Any line that holds "[" is taken for a project's header. A slot number is
     // looked for among the keys that are there, so a wild "Last" costs nothing.
     std::vector<ProjectRecord> loadProject() const;
-    // With an empty website name makes the project's section and gives 0; otherwise puts the website into the
-    // first free slot, or a new one, and gives its number.
+    // A section of that name, without regard to case, stands in the file.
+    bool holdsProject(std::string_view project) const;
+    // With an empty website name makes the project's section, unless one of that name stands (Failure 457),
+    // and gives 0; otherwise puts the website into the first free slot, or a new one, and gives its number.
     int addNewProject(std::string_view project, std::string_view website, std::string_view websiteFile) const;
     // As its descriptionLine.
     void setDescription(std::string_view project, std::string_view description) const;

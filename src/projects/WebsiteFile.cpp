@@ -10,6 +10,7 @@
 #include "projects/UrlList.h"
 
 #include <algorithm>
+#include <map>
 #include <string>
 
 namespace relay {
@@ -62,9 +63,9 @@ void readSite(const IniFile& file, WebsiteFields& fields) {
     fields.cboLanguage = file.value(kWebsiteSection, "Language");
 }
 
+// Behind the rows that are there.
 void readReports(const IniFile& file, Rows& reports) {
     const RowsBatch batch(reports);
-    reports.clear();
     const int count = readCount(file, "LastReport");
     for (int i = 1; i <= count; ++i) {
         const std::string url = file.value(kReportSection, numbered("URL", i));
@@ -93,6 +94,7 @@ void readWebsite(const IniFile& file, WebsiteFields& fields, CustomEngines& cust
         fields.lsvSiteURLs.clear();
         readUrls(file, fields.lsvSiteURLs);
     }
+    fields.lsvReports.clear();
     readReports(file, fields.lsvReports);
     std::string mainCategory = file.value(kWebsiteSection, "MainCategory");
     std::string category = file.value(kWebsiteSection, "Category");
@@ -108,6 +110,16 @@ void readWebsite(const IniFile& file, WebsiteFields& fields, CustomEngines& cust
     fields.clearWorkArea();
 }
 
+// The file's bytes; none when it is absent.
+std::optional<std::string> bytesOf(const std::string& path) {
+    try {
+        return readFile(path, IniFile::kLargestFile);
+    } catch (const Failure& failure) {
+        if (failure.number() != 53) throw;
+        return std::nullopt;
+    }
+}
+
 // The text's lines without their ends; CR, LF or both end a line.
 std::vector<std::string_view> splitLines(std::string_view text) {
     std::vector<std::string_view> lines;
@@ -121,9 +133,9 @@ std::vector<std::string_view> splitLines(std::string_view text) {
     return lines;
 }
 
-// Deletes the files of the highlighted reports and removes their rows; gives their number. Where a file
-// cannot be deleted, the rows before it are gone and the rest stays.
-int deleteHighlightedReports(Rows& reports) {
+// Deletes the files of the highlighted reports and removes their rows. Where a file cannot be deleted, the
+// rows before it are gone and the rest stays.
+void deleteHighlightedReports(Rows& reports) {
     int deleted = 0;
     const auto removeRows = [&reports, &deleted] {
         int left = deleted;
@@ -141,7 +153,30 @@ int deleteHighlightedReports(Rows& reports) {
         throw;
     }
     removeRows();
-    return deleted;
+}
+
+// How often each report entry stands in a list.
+using ReportCounts = std::map<std::vector<std::string>, int>;
+
+std::vector<std::string> reportEntry(const RowView& row) {
+    return {std::string(row.text), row.subItems.empty() ? std::string() : std::string(row.subItems[0]),
+            std::string(row.tag)};
+}
+
+ReportCounts countReports(const Rows& reports) {
+    ReportCounts counts;
+    for (int i = 0; i < reports.count(); ++i) ++counts[reportEntry(reports.at(i))];
+    return counts;
+}
+
+// Brings the list, of which `before` tells what it held before rows were removed, up to what the file holds:
+// rows that the file has no more go, entries that the list never held come behind it.
+void followFile(Rows& reports, ReportCounts before, const Rows& inFile) {
+    const RowsBatch batch(reports);
+    ReportCounts left = countReports(inFile);
+    reports.removeIf([&left](const RowView& row) { return left[reportEntry(row)]-- <= 0; });
+    for (int i = 0; i < inFile.count(); ++i)
+        if (before[reportEntry(inFile.at(i))]-- <= 0) reports.add(inFile.at(i));
 }
 
 }  // namespace
@@ -180,28 +215,29 @@ void readUrls(const IniFile& file, Rows& urls) {
 
 bool WebsiteFile::saveWebsiteFile(const std::string& path, const WebsiteFields& fields,
                                   CustomEngines& customEngines) {
-    const BusyPointer busy(m_prompts);
-    try {
-        save(path, fields, customEngines);
-        return true;
-    } catch (const std::exception& failure) {
-        m_prompts.message(failure.what(), "Error", Icon::Critical);
-        return false;
-    }
+    // The failure brings its own words.
+    return trap(m_prompts, {}, [&] { save(path, fields, customEngines, SaveOver::Anything); });
 }
 
-void WebsiteFile::save(const std::string& path, const WebsiteFields& fields, CustomEngines& customEngines) {
-    if (path.empty()) return;
+bool WebsiteFile::save(const std::string& path, const WebsiteFields& fields, CustomEngines& customEngines,
+                       SaveOver over) {
+    if (path.empty()) return true;
+    const BusyPointer busy(m_prompts);
     std::size_t reached = 0;
     try {
+        const FolderLock lock(path);
+        const std::optional<std::string> found = bytesOf(path);
+        if (over == SaveOver::WhatWasSeen && found && found != m_seen) return false;
         const auto chosen = static_cast<std::size_t>(std::max(fields.cboCustomEngines, 0));
         if (fields.cboCustomEngines >= 0 && chosen < customEngines.size())
             customEngines[chosen].Data = fields.txtCustomCategory;
-        const FolderLock lock(path);
-        IniFile file = IniFile::load(path);
+        IniFile file = IniFile::parse(found.value_or(""));
         writeInfo(file, fields);
         writeCustomCategories(file, customEngines, reached);
-        file.save(path, Readable::OwnerOnly);
+        std::string written = file.text();
+        writeFile(path, written, Readable::OwnerOnly);
+        m_seen = std::move(written);
+        return true;
     } catch (const Failure& failure) {
         throw Failure(std::string("Module: saveWebsiteFile: ") + failure.what() +
                           "\r\nm_intNumOfCustEngines:" + std::to_string(customEngines.size()) +
@@ -212,17 +248,29 @@ void WebsiteFile::save(const std::string& path, const WebsiteFields& fields, Cus
 
 bool WebsiteFile::loadWebsiteFile(const std::string& path, WebsiteFields& fields,
                                   CustomEngines& customEngines, const SelectCategory& selectCategory) {
-    return trap(m_prompts, "Module: loadWebsiteFile\r\n",
-                [&] { readWebsite(IniFile::load(path), fields, customEngines, selectCategory); });
+    forget();
+    return trap(m_prompts, "Module: loadWebsiteFile\r\n", [&] {
+        m_seen = bytesOf(path);
+        readWebsite(IniFile::parse(m_seen.value_or("")), fields, customEngines, selectCategory);
+    });
 }
 
 bool WebsiteFile::DeleteReportFile(const std::string& path, Rows& reports) {
     if (!m_prompts.ask("Are you sure you want to delete selected report files?", "Delete Report File"))
         return true;
     return trap(m_prompts, "DeleteReportFile_Error: ", [&] {
-        if (deleteHighlightedReports(reports) == 0) return;
+        if (reports.firstHighlighted() < 0) return;
         const FolderLock lock(path);
-        writeFile(path, replaceReports(readFile(path), reports), Readable::OwnerOnly);
+        const std::string found = readFile(path, IniFile::kLargestFile);
+        Rows inFile;
+        readReports(IniFile::parse(found), inFile);
+        const ReportCounts before = countReports(reports);
+        deleteHighlightedReports(reports);
+        followFile(reports, before, inFile);
+        std::string written = replaceReports(found, reports);
+        writeFile(path, written, Readable::OwnerOnly);
+        // What another program changed beside the reports was not seen by this.
+        if (found == m_seen) m_seen = std::move(written);
     });
 }
 

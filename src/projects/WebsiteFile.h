@@ -6,6 +6,7 @@
 #include "projects/WebsiteFields.h"
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,6 +26,9 @@ using CustomEngines = std::vector<EngineCategoryEntry>;
 // what is selected afterwards.
 using SelectCategory = std::function<void(std::string& mainCategory, std::string& category)>;
 
+// What a save may write over.
+enum class SaveOver { WhatWasSeen, Anything };
+
 // Moves a website between its file (".kws", an INI file that only its owner can read) and the fields. Every
 // operation reads the file once and writes it once, whole; a save keeps what it does not know, so keys that
 // are no longer meant stay, out of reach behind the counts LastURL and LastReport.
@@ -35,18 +39,25 @@ class WebsiteFile final {
     // An empty path does nothing. The category the user is choosing on the custom engines tab goes to the
     // table first. False when it failed and the user was told; the file is then as it was.
     bool saveWebsiteFile(const std::string& path, const WebsiteFields& fields, CustomEngines& customEngines);
-    // The same without a word to the user: throws Failure.
-    static void save(const std::string& path, const WebsiteFields& fields, CustomEngines& customEngines);
+    // The same, but throws Failure and tells nobody. False, with nothing written, when only what was seen may
+    // be written over and the file holds other bytes than this object read from it or wrote to it last. A
+    // file that has gone is written anew.
+    bool save(const std::string& path, const WebsiteFields& fields, CustomEngines& customEngines,
+              SaveOver over);
+    // The fields hold no file from here on.
+    void forget() { m_seen.reset(); }
     // A missing file reads as empty. False when it failed and the user was told; the fields are then loaded
     // as far as it had come (LastURL and LastReport beyond 16 bits overflow).
     bool loadWebsiteFile(const std::string& path, WebsiteFields& fields, CustomEngines& customEngines,
                          const SelectCategory& selectCategory);
     // Asks, then removes the highlighted report entries, their files, and their lines of the website file.
-    // False when it failed and the user was told.
+    // Entries that came into the file meanwhile join the list, those that went from it leave it. False when
+    // it failed and the user was told.
     bool DeleteReportFile(const std::string& path, Rows& reports);
 
   private:
     Prompts& m_prompts;
+    std::optional<std::string> m_seen;  // the file's bytes as they were read or written last; none: no file
 };
 
 // The steps below throw Failure; the operations above are what a user sees of them.
@@ -68,6 +79,9 @@ std::string replaceReports(std::string_view text, const Rows& reports);
 
 // The keys of section "Web Site Info" in the order of writing, LastReport the last.
 const std::vector<std::string_view>& websiteKeys();
+// Throws Failure, with `hint` behind its words, when there is no such file, and with the reason when its
+// folder may not be entered.
+void requireWebsite(const std::string& path, std::string_view hint = {});
 // One key's text; empty when the file or the key is absent. Throws Failure on a key nobody knows.
 std::string getKey(const std::string& path, std::string_view key);
 struct KeyValue final {

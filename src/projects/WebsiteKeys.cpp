@@ -43,6 +43,16 @@ const std::vector<std::string_view>& websiteKeys() {
     return keys;
 }
 
+void requireWebsite(const std::string& path, std::string_view hint) {
+    if (fileExists(path)) return;
+    try {
+        readFile(path, 0);
+    } catch (const Failure& failure) {
+        if (failure.number() == 70) throw;
+    }
+    throw Failure(path + ": there is no such website file." + std::string(hint));
+}
+
 std::string getKey(const std::string& path, std::string_view key) {
     return IniFile::load(path).value(kWebsiteSection, knownKey(key));
 }

@@ -29,8 +29,10 @@ class SubmissionController final : public QObject, private SubmissionScheduler {
     clsSubmit& submit() noexcept { return m_clsSubmit; }
 
     // Page 0. loadProject adds the websites of the project file; addSite one website file, checked when it
-    // has URLs. addSite gives false when the file has no LastURL or is in the list already.
+    // has URLs. addSite gives false when the file has no LastURL or is in the list already, and throws
+    // Failure when the file is there but cannot be read. Paths that differ in case are two files.
     void loadProject();
+    bool hasSite(std::string_view websiteFile) const;
     bool addSite(const std::string& websiteFile, std::string_view name, std::string_view project);
     // The user ticked or cleared a row's box: a site without URLs is refused.
     void siteChecked(int row, bool on);

@@ -26,14 +26,26 @@ std::string grouped(double number) {
     return digits;
 }
 
+// A row's key for a file. Keys compare without regard to case and paths do not, so every capital is marked.
+std::string siteKey(std::string_view path) {
+    std::string key;
+    for (const char c : path) {
+        if ((c >= 'A' && c <= 'Z') || c == '\1') key += '\1';
+        key += c;
+    }
+    return key;
+}
+
 }  // namespace
 
 void SubmissionController::loadProject() {
-    trap(m_services.prompts, "FormLoad_Submit_Error: ", [&] {
+    constexpr std::string_view kLoadTrap = "FormLoad_Submit_Error: ";
+    trap(m_services.prompts, kLoadTrap, [&] {
         const RowsBatch batch(m_state.lsvSiteSelection);
         for (const ProjectRecord& project : ProjectStore(m_services.paths.ProjectFilePath).loadProject()) {
             for (const WebsiteSlot& site : project.websites) {
-                if (!site.file.empty()) addSite(site.file, site.name, project.name);
+                if (site.file.empty()) continue;
+                trap(m_services.prompts, kLoadTrap, [&] { addSite(site.file, site.name, project.name); });
             }
         }
     });
@@ -41,11 +53,15 @@ void SubmissionController::loadProject() {
 
 bool SubmissionController::addSite(const std::string& websiteFile, std::string_view name,
                                    std::string_view project) {
-    const std::string lastURL = ReadIniValue(websiteFile, kWebsiteSection, "LastURL");
+    const std::string lastURL = IniFile::load(websiteFile).value(kWebsiteSection, "LastURL");
     if (lastURL.empty()) return false;
-    Row row{websiteFile, std::string(name), {std::string(project), lastURL}, "WebFile", websiteFile};
+    Row row{siteKey(websiteFile), std::string(name), {std::string(project), lastURL}, "WebFile", websiteFile};
     row.checked = leadingNumber(lastURL) > 0;
     return m_state.lsvSiteSelection.tryAdd(std::move(row));
+}
+
+bool SubmissionController::hasSite(std::string_view websiteFile) const {
+    return m_state.lsvSiteSelection.contains(siteKey(websiteFile));
 }
 
 void SubmissionController::siteChecked(int row, bool on) {

@@ -90,7 +90,7 @@ void clsSubmit::listSiteURLs() {
         for (int number = 1; number <= last; ++number) {
             const std::string url = file.value(kUrlSection, "URL" + std::to_string(number));
             // The same URL may go out for two websites, but not twice for one.
-            if (!url.empty()) list.tryAdd({row.tag + "|" + url, url, {row.text, ""}, "URL", row.tag});
+            if (!url.empty()) list.tryAdd({row.key + "|" + url, url, {row.text, ""}, "URL", row.tag});
             if (list.count() > kMostEngines) throw Failure("Overflow", 6);
             advanceProgress();
         }

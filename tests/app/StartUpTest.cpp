@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/QuickStart.h"
 #include "app/StartUp.h"
 #include "app/clsMain.h"
 #include "session/Session.h"
@@ -14,7 +15,6 @@ namespace relay::test {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::StartsWith;
 
 // One run of the program on a home; what it showed, in order, by title or by the name of the screen.
 class ProgramRun final {
@@ -70,8 +70,25 @@ TEST(StartUpTest, AnEmptyHomeIsToldAllThatIsMissing) {
     EXPECT_TRUE(run.startUp.run());
     EXPECT_THAT(run.shown(), ElementsAre("Load Country File", "Load Category File", "frmPreference",
                                          "frmUpdateEngines", kApplication));
-    EXPECT_THAT(run.prompts.last().text, StartsWith("Engine Data file was not found or missing."));
-    EXPECT_THAT(run.downloadPrompt, StartsWith("Engine Data file was not found or missing."));
+    EXPECT_EQ(
+        run.prompts.shown.at(0).text,
+        "The country file is missing ! You need to re-install the full installation program and try again.");
+    EXPECT_EQ(
+        run.prompts.shown.at(1).text,
+        "The category file is missing ! You need to re-install the full installation program and try again.");
+    EXPECT_EQ(
+        run.downloadPrompt,
+        "Engine Data file was not found or missing. If this is the first time you run the program, you "
+        "need to download the engine data file from our web site before you can use it. \r\n\r\nPlease "
+        "ensure you are connected to the Internet and then press the 'Start' button. This will take a few "
+        "minutes depending on Internet connection.");
+    EXPECT_EQ(
+        run.prompts.last().text,
+        "Engine Data file was not found or missing. If this is the first time you run the program, you "
+        "need to download the engine data file from our web server to make Korvel Relay works correctly. "
+        "\r\n\r\nPlease click on the 'File/Update Engine Data' menu item from the menu bar and following "
+        "the instruction on the screen. Please re-start the program after you updated the engine data "
+        "file.");
     EXPECT_GE(run.splashClosed, 1);
     for (const char* folder : {"Reports/Submition", "Reports/Ranking", "Projects", "Engines"})
         EXPECT_TRUE(folderExists(home.path(folder))) << folder;
@@ -99,7 +116,11 @@ TEST(StartUpTest, LaterStartsShowTheFirstProjectAndNothingElse) {
         ProgramRun upgraded(home);
         EXPECT_TRUE(upgraded.startUp.run());
         EXPECT_THAT(upgraded.shown(), ElementsAre("frmPreference", kApplication));
-        EXPECT_THAT(upgraded.prompts.last().text, StartsWith("If this is the first time you upgrade"));
+        EXPECT_EQ(
+            upgraded.prompts.last().text,
+            "If this is the first time you upgrade from version 5.0 or older to version 6.0, please make "
+            "sure to update the new engine data file from our web site by clicking the 'File/Update "
+            "Engine Data File' menu item from the menu bar.");
         EXPECT_EQ(upgraded.prompts.last().icon, Icon::Information);
     }
     ProgramRun run(home);
@@ -112,16 +133,50 @@ TEST(StartUpTest, LaterStartsShowTheFirstProjectAndNothingElse) {
     EXPECT_THAT(run.main.webTypes(), ElementsAre("Commercial Site", "Personal Site", "General"));
 }
 
-TEST(StartUpTest, ABrokenHomeIsReportedWithItsStep) {
+TEST(StartUpTest, AStepThatFailsIsToldAndTheOthersAreDone) {
     const TestHome home;
-    home.write("Reports/Ranking", "a file in the way");
+    giveWords(home);
+    giveEngineData(home);
+    for (const char* folder : {"Reports/Ranking", "Engines"}) home.write(folder, "a file in the way");
+    home.write("project.kwj", "[Shop]\r\nLast=1\r\n1=Home|\r\n");
     ProgramRun run(home);
+    run.preference.LoadConfigure = 1;
+    run.preference.Version = "6.0";
     EXPECT_FALSE(run.startUp.run());
-    EXPECT_EQ(run.splashClosed, 1) << "or it covers the message";
-    EXPECT_THAT(run.prompts.last().text, StartsWith("Formload_Error: create report folder1 "));
-    EXPECT_THAT(run.prompts.last().text,
-                ::testing::EndsWith("Please report this error to '" + std::string(kSupportAddress) + "'"));
-    EXPECT_THAT(home.read("Error.log"), ::testing::HasSubstr(run.prompts.last().text));
+    const auto words = [&home](const std::string& step, const char* folder) {
+        return "Formload_Error: " + step + " " + home.path(folder) +
+               ": File exists\r\nYour program may not work properly. Please report this error to "
+               "'support@korvel.example'";
+    };
+    ASSERT_THAT(run.shown(), ElementsAre("Error", "Error"));
+    EXPECT_EQ(run.prompts.shown[0].text, words("create report folder1", "Reports/Ranking"));
+    EXPECT_EQ(run.prompts.shown[1].text, words("create engines folder", "Engines"));
+    EXPECT_THAT(home.read("Error.log"), ::testing::HasSubstr(run.prompts.shown[1].text));
+    EXPECT_GE(run.splashClosed, 2) << "or it covers the messages";
+    EXPECT_TRUE(folderExists(home.path("Projects")));
+    EXPECT_EQ(run.main.catalogue.lists.lsvEngines.count(), 1);
+    EXPECT_EQ(run.main.desk.currentNode()->text, "Shop");
+}
+
+TEST(StartUpTest, TheQuickStartReadsAsItIsKnown) {
+    std::vector<std::string> lines;
+    for (const QuickStartLine& line : quickStartLines()) lines.emplace_back(line.text);
+    EXPECT_THAT(
+        lines,
+        ElementsAre("Quick Start:", "",
+                    "1. Click on the 'New Project' button from the menu bar to create a new project and "
+                    "specify a name for your new project.",
+                    "2. Click on the 'New Web' button from the menu bar to create a new web site and "
+                    "specify a name for your web site.",
+                    "3. Enter ALL the details of Web Site info, URLs, Contact Info etc.",
+                    "4. Select category you want to submit to.",
+                    "5. Click on the 'Save' button to save your web site details.",
+                    "7. Select the engines you want to submit to by clicking the 'Engine' button.",
+                    "8. Click on the 'Submit' button from the menu bar to start submitting.",
+                    "9. Then follow the instructions on the 'Submit' screen to submit your web site.",
+                    "Need More Help:",
+                    "Please click the 'Help/Contents' menu item from the menu bar for more help "
+                    "information."));
 }
 
 TEST(StartUpTest, TheEndAsksAndSavesTheSettings) {
@@ -136,6 +191,43 @@ TEST(StartUpTest, TheEndAsksAndSavesTheSettings) {
     const SettingsStore store(home.paths().settingsFile);
     EXPECT_EQ(store.value(kApplication, "Preference", "TimeOut"), "45");
     EXPECT_EQ(store.value(kApplication, "Preference", "MainFormPos"), "10,20.5,800,600");
+}
+
+TEST(ReadyToSubmit, AsksForEnginesAndOffersToBlockTheMailOfFreeForAllSites) {
+    const TestHome home;
+    ProgramRun run(home);
+    clsMain& main = run.main;
+    ScriptedPrompts& prompts = run.prompts;
+    EXPECT_FALSE(main.readyToSubmit());
+    EXPECT_EQ(prompts.last().text,
+              "There is no engine selected.\r\n\r\nPlease select the engines before start submitting.");
+    EXPECT_EQ(prompts.last().icon, Icon::Critical);
+    EXPECT_EQ(main.desk.panels().panel, MainPanel::Engines);
+
+    struct Case {
+        const char* type;
+        int blockSpam;
+        bool answer;
+        int asked;
+        int blockedAfter;
+    };
+    const Case cases[] = {
+        {"ENG", 0, true, 0, 0}, {"ffa", 1, true, 0, 1}, {"ffa", 0, false, 1, 0}, {"FFA", 0, true, 1, 1}};
+    for (const Case& test : cases) {
+        main.catalogue.lists.lsvSelectedEngines.clear();
+        main.catalogue.lists.lsvSelectedEngines.add({"One", "One", {}, test.type, {}});
+        run.preference.BlockSpam = static_cast<std::int16_t>(test.blockSpam);
+        prompts.shown.clear();
+        prompts.answers = {test.answer};
+        EXPECT_TRUE(main.readyToSubmit());
+        EXPECT_EQ(static_cast<int>(prompts.shown.size()), test.asked);
+        EXPECT_EQ(run.preference.BlockSpam, test.blockedAfter);
+    }
+    EXPECT_EQ(prompts.last().title, "Submit");
+    EXPECT_EQ(
+        prompts.last().text,
+        "Your selected engines contain FFA links, do you want to block auto-response confirmation email or "
+        "spam ads from FFA sites?");
 }
 
 TEST(WindowPositions, TakeExactlyFourFields) {

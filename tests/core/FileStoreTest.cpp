@@ -143,6 +143,13 @@ TEST(Paths, LieInOneHomeOrInTheDesktopsFolders) {
     EXPECT_EQ(desktop.settingsFile, "/home/u/.config/korvel-relay/settings.ini");
     EXPECT_EQ(with({{"HOME", "/home/u"}}).AppPath, "/home/u/.local/share/korvel-relay");
     EXPECT_THROW(with({}), Failure);
+
+    // "..", behind a link, leads above the link's target.
+    const TestHome folders;
+    folders.write("far/deep/x", "");
+    std::filesystem::create_directory_symlink(folders.path("far/deep"), folders.path("link"));
+    EXPECT_EQ(Paths::insideHome(folders.path("link/../home/")).AppPath, folders.path("far/home"));
+    EXPECT_EQ(absolutePath(folders.path("./link//x")), folders.path("link/x"));
 }
 
 TEST(Paths, PreparesAHomeAndOverwritesNothing) {

@@ -4,6 +4,7 @@
 #include "projects/OpenWebsite.h"
 #include "projects/ProjectDesk.h"
 #include "projects/UrlList.h"
+#include "projects/WebsiteFile.h"
 #include "support/SessionFixture.h"
 
 #include <QAbstractItemModelTester>
@@ -80,7 +81,8 @@ TEST_F(ProjectDeskTest, ANewProjectAndItsWebsitesReachTheTreeTheIndexAndTheirFil
 
 TEST_F(ProjectDeskTest, NewNamesAreAskedForUntilTheyWillDo) {
     makeShop();
-    const std::string before = index();
+    const std::string before = index() + "[Hidden]\r\nLast=1\r\n1=Home|/h.kws\r\n";
+    home.write("project.kwj", before);
     struct Case {
         NewNode kind;
         std::deque<std::optional<std::string>> inputs;
@@ -100,6 +102,10 @@ TEST_F(ProjectDeskTest, NewNamesAreAskedForUntilTheyWillDo) {
         {NewNode::Project, {"a\r\n[b]"}, "NewProjectAndWeb_Error: "},
         {NewNode::Website, {"Home", "../../x"}, "NewProjectAndWeb_Error: "},
         {NewNode::Website, {std::string(300, 'n')}, "NewProjectAndWeb_Error: "},
+        // It stands in the index, and the tree does not show it.
+        {NewNode::Project,
+         {"hidden", ""},
+         "The name 'hidden' is already exist, please choose a different name:"},
     };
     for (const Case& test : cases) {
         SCOPED_TRACE(test.told);
@@ -159,6 +165,7 @@ TEST_F(ProjectDeskTest, RenamesKeepTheFileAndRefuseWhatIsTaken) {
     EXPECT_EQ(prompts.last().text,
               "Cannot rename 'Sale'. A file with the name you specified already exists, "
               "please specify a different name.");
+    EXPECT_EQ(prompts.last().icon, Icon::Critical);
     EXPECT_EQ(restarts, 2);
     desk.rename(node("Shop\\Sale"), "  ");
     desk.rename(node("Shop\\Sale"), "Sale");
@@ -210,24 +217,140 @@ TEST_F(ProjectDeskTest, ANameFromTheIndexNeverLeavesTheFolder) {
 
 TEST_F(ProjectDeskTest, WhileSavingFailsTheUserIsToldOnceAndNothingTypedIsLost) {
     makeShop();
-    fields.txtSiteTitle = "typed";
-    setSaveFault([](SaveStep) { return EROFS; });
-    for (int i = 0; i < 3; ++i) EXPECT_FALSE(desk.nodeClick(node("Shop\\Home")));
-    setSaveFault({});
-    EXPECT_EQ(prompts.shown.size(), 4u);  // three names were asked for, one message was shown
-    EXPECT_THAT(prompts.last().text, HasSubstr("Module: saveWebsiteFile: "));
-    EXPECT_EQ(prompts.statuses.size(), 2u);
-    EXPECT_EQ(fields.txtSiteTitle, "typed");
-    EXPECT_TRUE(desk.nodeClick(node("Shop\\Home")));
+    addNewItem(fields.lsvSiteURLs, "http://a.test/");
+    EXPECT_TRUE(desk.autoSave());
+    const std::function<void()> edits[] = {
+        [this] { fields.txtSiteTitle = "typed"; }, [this] { fields.txtPassword = "typed"; },
+        [this] { fields.chkBlockFFA = 1; }, [this] { fields.lsvSiteURLs.setTag(0, "/local.htm"); },
+        [this] { addNewItem(fields.lsvSiteURLs, "http://b.test/"); }};
+    for (const auto& edit : edits) {
+        edit();
+        prompts.shown.clear();
+        prompts.statuses.clear();
+        setSaveFault([](SaveStep) { return EROFS; });
+        for (int i = 0; i < 3; ++i) EXPECT_FALSE(desk.nodeClick(node("Shop\\Home")));
+        desk.showEngines();
+        setSaveFault({});
+        EXPECT_EQ(desk.panels().panel, MainPanel::Engines);
+        EXPECT_EQ(prompts.shown.size(), 1u);
+        EXPECT_THAT(prompts.last().text, StartsWith("Module: saveWebsiteFile: "));
+        EXPECT_EQ(prompts.statuses.size(), 3u);
+        EXPECT_TRUE(desk.autoSave());
+    }
     EXPECT_EQ(titleInFile("Sale"), "typed");
+
+    // What the Save command saved is safe, whatever becomes of the folder.
+    const std::string path = home.write("usb/Old.kws", "[Web Site Info]\r\nVersion=6.0\r\n");
+    prompts.files = {{path, 1}};
+    desk.fileItem(6);
+    fields.txtSiteTitle = "saved by hand";
+    EXPECT_TRUE(desk.saveWebSite(desk.webFile()));
+    std::filesystem::remove_all(home.path("usb"));
+    EXPECT_TRUE(desk.nodeClick(node("Shop\\Home")));
+}
+
+TEST_F(ProjectDeskTest, AFailedIndexIsToldInItsOwnWordsAndLeavesTheTree) {
+    makeShop();
+    make(NewNode::Project, "Alpha");
+    const std::string before = index();
+    const std::string path = home.write("else/Old.kws", "");
+    struct Case {
+        const char* words;
+        std::function<void()> operation;
+    };
+    const Case cases[] = {
+        {"addNewProject_Error:/", [&] { make(NewNode::Project, "New"); }},
+        {"addNewProject_Error:/", [&] { make(NewNode::Website, "New"); }},
+        {"addNewProject_Error:/",
+         [&] {
+             prompts.files = {{path, 1}}, desk.addWebSite();
+         }},
+        {"editProjectFile_Error: /", [&] { desk.rename(node("Shop"), "New"); }},
+        {"LableEdit_Error: /", [&] { desk.rename(node("Shop\\Sale"), "New"); }},
+        {"removeProject_Error: /", [&] { prompts.answers = {true}, desk.removeSelectedNode(node("Shop")); }},
+        {"removeSelectedNode_Error: /",
+         [&] { prompts.answers = {true}, desk.removeSelectedNode(node("Shop\\Sale")); }},
+        {"autoSave_Error: /", [&] { EXPECT_TRUE(desk.autoSave()); }},  // a description that nobody touched
+    };
+    for (const Case& test : cases) {
+        SCOPED_TRACE(test.words);
+        prompts.shown.clear();
+        setSaveFault([](SaveStep) { return EROFS; });
+        test.operation();
+        setSaveFault({});
+        EXPECT_THAT(prompts.last().text, StartsWith(test.words));
+        EXPECT_LE(prompts.shown.size(), 2u);  // at most a question before it
+        EXPECT_EQ(prompts.last().title + tree.root().children.front()->text, "ErrorShop");
+        EXPECT_EQ(tree.count(), 5u);
+        EXPECT_EQ(index(), before);
+    }
+}
+
+TEST_F(ProjectDeskTest, WhatAnotherProgramWroteIsNotUndone) {
+    makeShop();
+    ProjectNode& sale = node("Shop\\Sale");
+    const auto elsewhere = [this](const char* title) { setKeys(kwsPath("Sale"), {{"Title", title}}); };
+    // Nothing was typed: the file is read again, and left as it is. The same size in the same second.
+    elsewhere("title of Sals");
+    EXPECT_TRUE(desk.autoSave());
+    EXPECT_EQ(fields.txtSiteTitle, "title of Sals");
+    elsewhere("title of Salt");
+    EXPECT_TRUE(desk.saveWebSite(desk.webFile()));
+    EXPECT_EQ(titleInFile("Sale"), "title of Salt");
+    EXPECT_EQ(fields.txtSiteTitle, "title of Salt");
+    prompts.shown.clear();
+
+    // Something was: save over the file, drop what was typed, or neither.
+    struct Case {
+        std::deque<bool> answers;
+        bool leaves;
+        const char* title;
+        std::size_t asked;
+    };
+    for (const bool damaged : {false, true}) {
+        const Case cases[] = {{{false, false}, false, "elsewhere", 2},
+                              {{false, true}, true, "elsewhere", 2},
+                              {{true}, true, "typed", 1}};
+        for (const Case& test : cases) {
+            SCOPED_TRACE(test.asked + (test.leaves ? 10u : 0u) + (damaged ? 100u : 0u));
+            if (!damaged) elsewhere("before");
+            if (damaged)
+                home.write("Projects/Sale.kws", "[Web Site Info]\r\nTitle=elsewhere\r\nLastURL=40000\r\n");
+            EXPECT_TRUE(desk.nodeClick(tree.root()));
+            EXPECT_TRUE(desk.nodeClick(sale));
+            EXPECT_EQ(prompts.shown.size(), damaged ? 1u : 0u);
+            prompts.shown.clear();
+            fields.txtSiteTitle = "typed";
+            if (!damaged) elsewhere("elsewhere");
+            prompts.answers = test.answers;
+            EXPECT_EQ(desk.nodeClick(node("Shop\\Home")), test.leaves);
+            EXPECT_EQ(titleInFile("Sale"), test.title);
+            std::size_t asked = 0;
+            for (const auto& box : prompts.shown) asked += box.kind == "ask";
+            EXPECT_EQ(asked, test.asked);
+            EXPECT_EQ(prompts.shown.front().text,
+                      "The file " + kwsPath("Sale") +
+                          (damaged ? " could not be read to its end. A save writes over what was not read."
+                                   : " was changed by another program since this window read it.") +
+                          "\r\n\r\nDo you want to save what this window shows over it?");
+            if (!test.leaves) {
+                EXPECT_EQ(fields.txtSiteTitle, "typed");
+                prompts.answers = {false, true};
+                EXPECT_TRUE(desk.nodeClick(tree.root()));
+            }
+            prompts.shown.clear();
+        }
+    }
 }
 
 TEST_F(ProjectDeskTest, AFileThatLoadedInPartIsNotSavedByItself) {
     makeShop();
     const std::string damaged = "[Web Site Info]\r\nTitle=damaged\r\nLastURL=99999\r\n";
     home.write("Projects/Home.kws", damaged);
+    fields.txtPhone = "of another website";
     EXPECT_TRUE(desk.nodeClick(node("Shop\\Home")));
     EXPECT_EQ(prompts.last().text, "Module: loadWebsiteFile\r\nOverflow");
+    EXPECT_EQ(fields.txtSiteTitle + fields.txtPhone, "damaged");
     EXPECT_TRUE(desk.nodeClick(node("Shop\\Sale")));
     EXPECT_EQ(home.read("Projects/Home.kws"), damaged);
 }
@@ -252,12 +375,16 @@ TEST_F(ProjectDeskTest, SaveAsAsksAndMovesTheWebsite) {
 TEST_F(ProjectDeskTest, AnExistingFileJoinsTheProjectAndLoads) {
     makeShop();
     const std::string path = home.write("else/Old.kws", "[Web Site Info]\r\nVersion=6.0\r\nTitle=old\r\n");
-    prompts.files = {{path, 1}, {path, 1}, {}};
+    prompts.files = {{path, 1}, {path, 1}, {home.write("else/a|b.kws", ""), 1}, {}};
     desk.fileItem(6);
     EXPECT_EQ(node("Shop\\Old.kws").tag, "3|" + path);
     EXPECT_EQ(fields.txtSiteTitle, "old");
     desk.fileItem(6);
     EXPECT_EQ(prompts.last().text, "The file you try to add already exists, please choose a different file.");
+    EXPECT_EQ(prompts.last().icon, Icon::Critical);
+    desk.fileItem(6);
+    EXPECT_EQ(prompts.last().title, "New WebProject and WebSite");
+    EXPECT_EQ(tree.count(), 5u);
     desk.fileItem(6);
     EXPECT_TRUE(desk.nodeClick(tree.root()));
     EXPECT_EQ(IniFile::load(path).value("Web Site Info", "Title"), "old");
@@ -274,6 +401,7 @@ TEST_F(ProjectDeskTest, MenusFollowTheNode) {
     desk.fileItem(3);
     EXPECT_EQ(prompts.last().text,
               "You can add website to the Root item. Please select a web project and try again.");
+    EXPECT_EQ(prompts.last().icon, Icon::Critical);
     make(NewNode::Project, "Shop");
     EXPECT_EQ(enabled(), "0 1 3 6 10 12 13 15 ");
     make(NewNode::Website, "Home");

@@ -234,16 +234,28 @@ TEST_F(WebsiteFileTest, DeletingReportsRewritesTheSectionAtTheEnd) {
     fields.lsvReports.setHighlighted(2, true);
     EXPECT_TRUE(website.DeleteReportFile(path, fields.lsvReports));  // answered No
     EXPECT_EQ(fields.lsvReports.count(), 3);
+    // A run of another program noted a fourth report, and the third has gone.
+    home.write("site.kws", replaceAll(replaceAll(home.read("site.kws"), "LastReport=3", "LastReport=4"),
+                                      "URL3=http://c.test/\r\nDate3=d3\r\nReportFile3=/nowhere.html\r\n",
+                                      "URL4=http://d.test/\r\nDate4=d4\r\nReportFile4=/d.html\r\n"));
     prompts.answers = {true};
     EXPECT_TRUE(website.DeleteReportFile(path, fields.lsvReports));
     EXPECT_EQ(prompts.last().title, "Delete Report File");
     EXPECT_FALSE(fileExists(gone));
     EXPECT_TRUE(fileExists(kept));
     EXPECT_EQ(home.read("site.kws"),
-              "[Web Site Info]\r\nTitle=T\r\nLastReport=1\r\n[URL]\r\n"
+              "[Web Site Info]\r\nTitle=T\r\nLastReport=2\r\n[URL]\r\n"
               "URL1=http://a.test/\r\n[Report]\r\nURL1=http://b.test/\r\nDate1=d2\r\n"
               "ReportFile1=" +
-                  kept + "\r\n");
+                  kept + "\r\nURL2=http://d.test/\r\nDate2=d4\r\nReportFile2=/d.html\r\n");
+    EXPECT_EQ(fields.lsvReports.count(), 2);
+    // That was the program's own change, but what it was made to was not seen.
+    EXPECT_FALSE(website.save(path, fields, customEngines, SaveOver::WhatWasSeen));
+    ASSERT_TRUE(load(path));
+    fields.lsvReports.setHighlighted(1, true);
+    prompts.answers = {true};
+    EXPECT_TRUE(website.DeleteReportFile(path, fields.lsvReports));
+    EXPECT_TRUE(website.save(path, fields, customEngines, SaveOver::WhatWasSeen));
     prompts.answers = {true};
     EXPECT_TRUE(
         website.DeleteReportFile(home.path("missing.kws"), fields.lsvReports));  // nothing highlighted

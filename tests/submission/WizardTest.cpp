@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "SubmissionFixture.h"
+#include "core/Failure.h"
 
 #include <gmock/gmock.h>
 
@@ -39,6 +40,12 @@ TEST(Wizard, listsTheWebsitesOfTheProjects) {
     EXPECT_THAT(fixture.boxes(),
                 ElementsAre("Submit|There is not URL in current selected web site, please enter the web site "
                             "URL before submit."));
+    // A path of other case is another website, with URLs of its own; one that cannot be read says why.
+    EXPECT_TRUE(wizard.addSite(fixture.website("shop", {"http://a.test/1"}), "shop", ""));
+    EXPECT_FALSE(wizard.addSite(fixture.website("shop", {"http://a.test/1"}), "shop", ""));
+    EXPECT_TRUE(wizard.submit().createSubmissionData());
+    EXPECT_EQ(wizard.state().lsvSiteSubmitting.count(), 3);
+    EXPECT_THROW(wizard.addSite(fixture.home.path("Projects"), "", ""), Failure);
     wizard.selectAllSites(false);
     EXPECT_FALSE(sites.at(0).checked);
     wizard.selectAllSites(true);
