@@ -105,6 +105,7 @@ void StartUp::firstRunSettings() {
     m_step = "check engine data file";
     if (m_preference.LoadConfigure != 0) return;
     m_store.setValue(kApplication, "Preference", "LoadConfig", "1");
+    m_store.trySave();
     closeSplash();
     if (m_screens.showPreference) m_screens.showPreference();
 }
@@ -117,6 +118,7 @@ void StartUp::checkEngineData() {
     } else if (m_preference.DownEngineData == "1" && m_preference.Version != "6.0") {
         m_step = "set first time update";
         m_store.setValue(kApplication, "Setting", "Download", "0");
+        m_store.trySave();
         m_prompts.message(kUpgradeNotice, kApplication, Icon::Information);
         m_step = "after first time update setting";
     }
@@ -144,9 +146,8 @@ bool StartUp::confirmExit() {
 
 void StartUp::finish(std::string_view mainFormPos) {
     m_log.closeAll();
-    m_preference.SaveSettings();
     m_store.setValue(kApplication, "Preference", "MainFormPos", mainFormPos);
-    m_store.sync();
+    m_preference.SaveSettings();
 }
 
 std::optional<WindowPosition> parseWindowPosition(std::string_view text) {
