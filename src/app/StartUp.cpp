@@ -108,6 +108,7 @@ void StartUp::firstRunSettings() {
     m_step = "check engine data file";
     if (m_services.preference.LoadConfigure != 0) return;
     m_services.settings.setValue(kApplication, "Preference", "LoadConfig", "1");
+    m_services.settings.trySave();
     closeSplash();
     if (m_screens.showPreference) m_screens.showPreference();
 }
@@ -120,6 +121,7 @@ void StartUp::checkEngineData() {
     } else if (m_services.preference.DownEngineData == "1" && m_services.preference.Version != "6.0") {
         m_step = "set first time update";
         m_services.settings.setValue(kApplication, "Setting", "Download", "0");
+        m_services.settings.trySave();
         m_services.prompts.message(kUpgradeNotice, kApplication, Icon::Information);
         m_step = "after first time update setting";
     }
@@ -150,9 +152,8 @@ bool StartUp::confirmExit() {
 
 void StartUp::finish(std::string_view mainFormPos) {
     m_services.log.closeAll();
-    m_services.preference.SaveSettings();
     m_services.settings.setValue(kApplication, "Preference", "MainFormPos", mainFormPos);
-    m_services.settings.sync();
+    m_services.preference.SaveSettings();
 }
 
 std::optional<WindowPosition> parseWindowPosition(std::string_view text) {

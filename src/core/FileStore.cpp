@@ -6,8 +6,10 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <dirent.h>
 #include <fcntl.h>
 #include <map>
+#include <mutex>
 #include <random>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -44,6 +46,10 @@ class Descriptor final {
 
     operator int() const { return m_descriptor; }
     int release() { return std::exchange(m_descriptor, -1); }
+    void take(Descriptor&& other) {
+        if (m_descriptor >= 0) ::close(m_descriptor);
+        m_descriptor = other.release();
+    }
     int close() { return ::close(release()); }
 
   private:
@@ -87,23 +93,82 @@ mode_t permissionsFor(const std::string& path, Readable readable, bool& keep) {
     return keep ? status.st_mode & 07777 : 0644;
 }
 
-// A new file beside `path`, removed again unless it was renamed.
+constexpr std::string_view kTemporaryStart = ".relay-";
+
+bool isTemporaryName(std::string_view name) {
+    constexpr std::size_t kFewestDigits = 8;
+    return name.size() >= kTemporaryStart.size() + kFewestDigits && name.starts_with(kTemporaryStart) &&
+           name.find_first_not_of("0123456789", kTemporaryStart.size()) == std::string_view::npos;
+}
+
+bool isOwnFile(const struct stat& status) {
+    return S_ISREG(status.st_mode) && status.st_uid == ::geteuid();
+}
+
+bool hasName(int file) {
+    struct stat status {};
+    return ::fstat(file, &status) == 0 && status.st_nlink > 0;
+}
+
+// The lock tells a temporary file that is still written from one whose program is gone.
+void removeIfStale(int folder, const char* name) {
+    const Descriptor file(::openat(folder, name, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    struct stat status {};
+    if (file < 0 || ::fstat(file, &status) != 0 || !isOwnFile(status)) return;
+    if (::flock(file, LOCK_EX | LOCK_NB) == 0) ::unlinkat(folder, name, 0);
+}
+
+// How many names the folder holds.
+std::size_t removeStaleFiles(int folder) {
+    DIR* const names = ::fdopendir(::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (names == nullptr) return 0;
+    std::size_t count = 0;
+    for (const dirent* entry = ::readdir(names); entry != nullptr; entry = ::readdir(names), ++count) {
+        if (isTemporaryName(entry->d_name)) removeIfStale(folder, entry->d_name);
+    }
+    ::closedir(names);
+    return count;
+}
+
+// Reading a folder takes as long as it has names, so a large one is not read at every save: the reading is
+// shared out over as many saves as keep its cost for each one small.
+void tidyFolder(const std::string& path) {
+    struct Tidied final {
+        std::size_t names = 0;
+        std::size_t saves = 0;
+    };
+    constexpr std::size_t kNamesForASave = 64;
+    static std::mutex mutex;
+    static std::map<std::pair<dev_t, ino_t>, Tidied> folders;
+    const Descriptor folder(::open(folderOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    struct stat status {};
+    if (folder < 0 || ::fstat(folder, &status) != 0) return;
+    const std::lock_guard guard(mutex);
+    Tidied& tidied = folders[{status.st_dev, status.st_ino}];
+    if (tidied.saves++ * kNamesForASave < tidied.names) return;
+    tidied = {removeStaleFiles(folder), 1};
+}
+
+// A new file beside `path`, removed again unless it was renamed. It is locked as long as it is open.
 class TemporaryFile final {
   public:
     TemporaryFile(const std::string& path, mode_t mode) {
         static thread_local std::random_device random;
         step(SaveStep::Create, path);
         for (int attempt = 0; attempt < 100; ++attempt) {
-            m_name = folderOf(path) + "/.relay-" + std::to_string(random()) + std::to_string(random());
+            const std::string digits = std::to_string(random()) + std::to_string(random());
+            m_name = folderOf(path) + "/" + std::string(kTemporaryStart) + std::string(8, '0').append(digits);
             m_descriptor = ::open(m_name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
-            if (m_descriptor >= 0) return;
-            if (errno != EEXIST) fail(path, errno);
+            if (m_descriptor < 0 && errno != EEXIST) fail(path, errno);
+            if (m_descriptor >= 0 && isKept()) return;
+            if (m_descriptor >= 0) ::close(std::exchange(m_descriptor, -1));
         }
+        m_name.clear();
         fail(path, EEXIST);
     }
     ~TemporaryFile() {
-        if (m_descriptor >= 0) ::close(m_descriptor);
         if (!m_name.empty()) ::unlink(m_name.c_str());
+        if (m_descriptor >= 0) ::close(m_descriptor);
     }
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
@@ -113,7 +178,6 @@ class TemporaryFile final {
         step(SaveStep::Flush, path);
         // The bytes and the size must be there before the name is; the times of the file may follow.
         if (::fdatasync(m_descriptor) != 0) fail(path, errno);
-        if (::close(std::exchange(m_descriptor, -1)) != 0) fail(path, errno);
     }
     void rename(const std::string& path) {
         step(SaveStep::Rename, path);
@@ -122,6 +186,12 @@ class TemporaryFile final {
     }
 
   private:
+    // False when another program took it for a stale one before it was locked.
+    bool isKept() const {
+        if (::flock(m_descriptor, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) return false;
+        return hasName(m_descriptor);
+    }
+
     std::string m_name;
     int m_descriptor = -1;
 };
@@ -157,12 +227,54 @@ class ReplacedFile final {
 
 constexpr std::chrono::seconds kLockPatience(10);
 
-struct HeldLock final {
-    int descriptor = -1;
-    int depth = 0;
+// -1 where there can be no lock.
+int openLockFile(int folder, const char* name) {
+    Descriptor file(
+        ::openat(folder, name, O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0600));
+    if (file < 0 && (errno == EMFILE || errno == ENFILE)) fail(name, errno);
+    struct stat status {};
+    if (file < 0 || ::fstat(file, &status) != 0 || !isOwnFile(status)) return -1;
+    if ((status.st_mode & 077) != 0 && ::fchmod(file, 0600) != 0) return -1;
+    return file.release();
+}
+
+// One folder that a thread holds: nobody else has the lock until this goes.
+class HeldFolder final {
+  public:
+    HeldFolder() : m_name(".relay-lock-" + std::to_string(::geteuid())) {}
+    ~HeldFolder() {
+        if (m_lock >= 0 && hasName(m_lock)) ::unlinkat(m_folder, m_name.c_str(), 0);
+    }
+    HeldFolder(const HeldFolder&) = delete;
+    HeldFolder& operator=(const HeldFolder&) = delete;
+
+    void lock(Descriptor&& folder, const std::string& shown) {
+        m_folder.take(std::move(folder));
+        const auto limit = std::chrono::steady_clock::now() + kLockPatience;
+        for (;;) {
+            Descriptor file(openLockFile(m_folder, m_name.c_str()));
+            if (file < 0) return;
+            while (::flock(file, LOCK_EX | LOCK_NB) != 0) {
+                if (errno != EWOULDBLOCK && errno != EINTR) return;
+                if (std::chrono::steady_clock::now() > limit)
+                    throw Failure(shown + ": In use by another program", 70);
+                std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            }
+            // Who held it before has removed it: the lock that counts is on the file that has the name now.
+            if (!hasName(file)) continue;
+            m_lock.take(std::move(file));
+            return;
+        }
+    }
+    int depth = 1;
+
+  private:
+    std::string m_name;
+    Descriptor m_folder{-1};
+    Descriptor m_lock{-1};
 };
 // The folders this thread holds, so that a lock taken inside a lock does not wait for itself.
-thread_local std::map<std::pair<dev_t, ino_t>, HeldLock> heldLocks;
+thread_local std::map<std::pair<dev_t, ino_t>, HeldFolder> heldFolders;
 
 }  // namespace
 
@@ -195,6 +307,7 @@ std::string readFile(const std::string& path, std::size_t limit) {
 void writeFile(const std::string& path, std::string_view bytes, Readable readable) {
     bool keep = false;
     const mode_t mode = permissionsFor(path, readable, keep);
+    tidyFolder(path);
     TemporaryFile temporary(path, keep ? 0600 : mode);
     if (keep && ::fchmod(temporary.descriptor(), mode) != 0) fail(path, errno);
     writeAll(temporary.descriptor(), bytes, path, true);
@@ -226,34 +339,28 @@ bool removeFile(const std::string& path) {
 }
 
 FolderLock::FolderLock(const std::string& fileInFolder) {
-    const std::string folder = folderOf(fileInFolder);
-    Descriptor opened(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (opened < 0) fail(folder, errno);
+    const std::string name = folderOf(fileInFolder);
+    Descriptor folder(::open(name.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
     struct stat status {};
-    if (::fstat(opened, &status) != 0) fail(folder, errno);
+    if (folder < 0 || ::fstat(folder, &status) != 0) fail(name, errno);
     m_device = status.st_dev;
     m_inode = status.st_ino;
-    HeldLock& held = heldLocks[{m_device, m_inode}];
-    if (held.depth == 0) {
-        for (const auto limit = std::chrono::steady_clock::now() + kLockPatience;
-             ::flock(opened, LOCK_EX | LOCK_NB) != 0 && (errno == EWOULDBLOCK || errno == EINTR);) {
-            if (std::chrono::steady_clock::now() > limit) {
-                heldLocks.erase({m_device, m_inode});
-                throw Failure(folder + ": In use by another program", 70);
-            }
-            std::this_thread::sleep_for(std::chrono::milliseconds(5));
-        }
-        // A file system without locks is no reason to refuse the work: the lock is advice.
-        held.descriptor = opened.release();
+    const auto [held, isNew] = heldFolders.try_emplace({m_device, m_inode});
+    if (!isNew) {
+        ++held->second.depth;
+        return;
     }
-    ++held.depth;
+    try {
+        held->second.lock(std::move(folder), name);
+    } catch (...) {
+        heldFolders.erase(held);
+        throw;
+    }
 }
 
 FolderLock::~FolderLock() {
-    const auto held = heldLocks.find({m_device, m_inode});
-    if (held == heldLocks.end() || --held->second.depth > 0) return;
-    ::close(held->second.descriptor);
-    heldLocks.erase(held);
+    const auto held = heldFolders.find({m_device, m_inode});
+    if (held != heldFolders.end() && --held->second.depth == 0) heldFolders.erase(held);
 }
 
 SaveFault setSaveFault(SaveFault fault) {

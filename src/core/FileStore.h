@@ -9,6 +9,7 @@
 // Reading and writing whole files. A write goes to a temporary file in the same folder, is flushed, renamed
 // over the old one, and the folder is flushed: a crash or a full disk leaves the old file or the new one,
 // whole. Where the path is a link, the link is replaced; what it points to is never written through.
+// Temporary files of programs that were killed are removed by the next save in their folder.
 namespace relay {
 
 enum class Readable { Everyone, OwnerOnly };
@@ -25,9 +26,11 @@ void appendFile(const std::string& path, std::string_view bytes, Readable readab
 bool removeFile(const std::string& path);
 
 // Holds off other programs of ours that change files of the same folder, for a read, change and write in one
-// piece. An advisory lock on the folder itself: it leaves nothing behind and ends with the process. A thread
-// may take it again while it holds it; it ends in the thread that took it. Throws Failure when the folder
-// cannot be opened, and when another program has held it for ten seconds.
+// piece. An advisory lock on a file in the folder that only the user can open, so that no other user can hold
+// it; it is removed at the end, and a killed program's lock is none. Where that file cannot be made or is not
+// the user's (a folder that cannot be written, a file system without locks), the work goes on without a lock.
+// A thread may take it again while it holds it; it ends in the thread that took it. Throws Failure when there
+// is no such folder, and when another program has held it for ten seconds.
 class FolderLock final {
   public:
     explicit FolderLock(const std::string& fileInFolder);
@@ -36,7 +39,7 @@ class FolderLock final {
     FolderLock& operator=(const FolderLock&) = delete;
 
   private:
-    dev_t m_device = 0;
+    dev_t m_device = 0;  // of the folder
     ino_t m_inode = 0;
 };
 

@@ -5,7 +5,9 @@
 #include "core/Keys.h"
 #include "core/Text.h"
 
+#include <algorithm>
 #include <deque>
+#include <list>
 #include <unordered_map>
 
 namespace relay {
@@ -62,18 +64,25 @@ struct IniFile::Data {
     };
 
     std::string source;
-    std::deque<Section> sections;  // a deque, and names in a deque: views of them stay good
+    Style style = Style::Profile;
+    std::list<Section> sections;  // a list, and names in a deque: pointers and views stay good
     std::deque<std::string> names;
     std::unordered_map<std::string_view, Section*, KeyHash, KeyEqual> sectionPlaces;
 
     std::string_view keep(std::string_view name) { return names.emplace_back(name); }
+    std::string_view lineEnd() const { return style == Style::Settings ? "\n" : "\r\n"; }
     Section& addSection(std::string_view header, std::string_view name) {
-        Section& section = sections.emplace_back();
+        return addSection(sections.end(), header, name);
+    }
+    Section& addSection(std::list<Section>::iterator before, std::string_view header, std::string_view name) {
+        Section& section = *sections.emplace(before);
         section.header = header;
         section.name = name;
         if (!header.empty()) sectionPlaces.try_emplace(name, &section);
         return section;
     }
+    Section& newSection(std::string_view name);
+    Entry& newKey(Section& section, std::string_view key);
     void read();
     void readLine(Section& section, std::string_view raw);
     const Entry* find(std::string_view section, std::string_view key) const;
@@ -126,6 +135,36 @@ const IniFile::Data::Entry* IniFile::Data::find(std::string_view section, std::s
     return place == found->second->places.end() ? nullptr : &found->second->entries[place->second];
 }
 
+IniFile::Data::Section& IniFile::Data::newSection(std::string_view name) {
+    name = keep(name);
+    const std::string header = "[" + std::string(name) + "]" + std::string(lineEnd());
+    if (style == Style::Profile) return addSection(header, name);
+    const auto next = std::find_if(sections.begin(), sections.end(), [&](const Section& section) {
+        return !section.header.empty() && section.name > name;
+    });
+    const bool last = next == sections.end();
+    const bool onlyOne = last && sections.back().header.empty() && sections.back().entries.empty();
+    if (last && !onlyOne && sections.back().closingBlanks.empty()) sections.back().closingBlanks = "\n";
+    Section& section = addSection(next, header, name);
+    if (!last) section.closingBlanks = "\n";
+    return section;
+}
+
+IniFile::Data::Entry& IniFile::Data::newKey(Section& section, std::string_view key) {
+    key = keep(key);
+    auto& entries = section.entries;
+    auto next = entries.end();
+    if (style == Style::Settings)
+        next =
+            std::find_if(entries.begin(), entries.end(), [&](const Entry& entry) { return entry.key > key; });
+    const auto place = static_cast<std::size_t>(next - entries.begin());
+    if (next != entries.end()) {
+        for (auto& [name, at] : section.places) at += at >= place ? 1 : 0;
+    }
+    section.places.emplace(key, place);
+    return *entries.insert(next, {{}, key, nullptr});
+}
+
 IniFile::IniFile() : m_data(std::make_unique<Data>()) {
     m_data->read();
 }
@@ -142,10 +181,11 @@ IniFile IniFile::load(const std::string& path) {
     }
 }
 
-IniFile IniFile::parse(std::string_view text) {
+IniFile IniFile::parse(std::string_view text, Style style) {
     IniFile file;
     *file.m_data = Data();
     file.m_data->source = text;
+    file.m_data->style = style;
     file.m_data->read();
     return file;
 }
@@ -153,6 +193,11 @@ IniFile IniFile::parse(std::string_view text) {
 std::string IniFile::value(std::string_view section, std::string_view key, std::size_t limit) const {
     const Data::Entry* const entry = m_data->find(section, key);
     return entry ? std::string(readValue(entry->readable(), limit)) : std::string();
+}
+
+std::string_view IniFile::writtenValue(std::string_view section, std::string_view key) const {
+    const Data::Entry* const entry = m_data->find(section, key);
+    return entry ? entry->readable() : std::string_view();
 }
 
 bool IniFile::has(std::string_view section, std::string_view key) const {
@@ -169,20 +214,13 @@ void IniFile::setValue(std::string_view section, std::string_view key, std::stri
     key = trimBlanks(firstLine(key));
     if (section.empty() || !takesKey(key))
         throw Failure("Invalid section or key: [" + std::string(section) + "] " + std::string(key), 5);
-    auto place = m_data->sectionPlaces.find(section);
-    if (place == m_data->sectionPlaces.end()) {
-        const std::string_view name = m_data->keep(section);
-        m_data->addSection("[" + std::string(name) + "]\r\n", name);
-        place = m_data->sectionPlaces.find(section);
-    }
-    Data::Section& target = *place->second;
-    auto entry = target.places.find(key);
-    if (entry == target.places.end()) {
-        const std::string_view name = m_data->keep(key);
-        entry = target.places.emplace(name, target.entries.size()).first;
-        target.entries.push_back({{}, name, nullptr});
-    }
-    target.entries[entry->second].value = std::make_unique<std::string>(firstLine(value));
+    const auto place = m_data->sectionPlaces.find(section);
+    Data::Section& target =
+        place == m_data->sectionPlaces.end() ? m_data->newSection(section) : *place->second;
+    const auto entry = target.places.find(key);
+    Data::Entry& changed =
+        entry == target.places.end() ? m_data->newKey(target, key) : target.entries[entry->second];
+    changed.value = std::make_unique<std::string>(firstLine(value));
 }
 
 std::vector<std::string> IniFile::sections() const {
@@ -210,17 +248,18 @@ std::vector<std::string> IniFile::keys(std::string_view section) const {
 std::string IniFile::text() const {
     std::string out;
     out.reserve(m_data->source.size() + m_data->source.size() / 4);
+    const std::string_view lineEnd = m_data->lineEnd();
     const auto append = [&](std::string_view piece) {
         // Only the last line that was read can lack its end.
         const bool open = !out.empty() && out.back() != '\n' && out.back() != '\r';
-        if (open && !piece.empty()) out.append("\r\n");
+        if (open && !piece.empty()) out.append(lineEnd);
         out.append(piece);
     };
     for (const Data::Section& section : m_data->sections) {
         append(section.header);
         for (const Data::Entry& entry : section.entries) {
             append(entry.value ? entry.key : entry.raw);
-            if (entry.value) out.append("=").append(*entry.value).append("\r\n");
+            if (entry.value) out.append("=").append(*entry.value).append(lineEnd);
         }
         append(section.closingBlanks);
     }

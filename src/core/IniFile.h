@@ -26,6 +26,10 @@ class IniFile final {
     static constexpr std::size_t kLongLimit = 1499;
     static constexpr std::size_t kLargestFile = 64u * 1024 * 1024;  // bytes that load() takes
 
+    // Profile: as told above. Settings: lines end with LF, a blank line parts two sections, and a new key or
+    // section goes where the order of names puts it.
+    enum class Style { Profile, Settings };
+
     IniFile();
     ~IniFile();
     IniFile(IniFile&&) noexcept;
@@ -33,9 +37,11 @@ class IniFile final {
 
     // An absent file gives an empty document; throws Failure when the file is there but cannot be read.
     static IniFile load(const std::string& path);
-    static IniFile parse(std::string_view text);
+    static IniFile parse(std::string_view text, Style style = Style::Profile);
 
     std::string value(std::string_view section, std::string_view key, std::size_t limit = kShortLimit) const;
+    // All that stands behind the equals sign, by no rule of reading; empty for a key that is not there.
+    std::string_view writtenValue(std::string_view section, std::string_view key) const;
     bool has(std::string_view section, std::string_view key) const;
     // False for a name that no file could give back as a key: empty, with "=" in it, or beginning with "[" or
     // ";".

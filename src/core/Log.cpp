@@ -6,9 +6,12 @@
 #include <QVersionNumber>
 
 #include <cerrno>
+#include <chrono>
 #include <fcntl.h>
 #include <iterator>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 #include <utility>
 
@@ -27,14 +30,45 @@ std::string bannerVersion() {
            revision;
 }
 
-// Names from catalogues and servers must not command the terminal on which somebody reads the log.
+// CR LF alone ends a line; whatever else commands a terminal is shown as the bytes it is.
 std::string harmless(std::string_view text) {
-    std::string line(text);
-    for (char& byte : line) {
-        const auto code = static_cast<unsigned char>(byte);
-        if ((code < 0x20 && byte != '\r' && byte != '\n' && byte != '\t') || code == 0x7f) byte = '?';
+    constexpr std::string_view kLineEnd = "\r\n";
+    std::string lines;
+    for (std::size_t end = text.find(kLineEnd); end != npos; end = text.find(kLineEnd)) {
+        lines.append(escapeControlCharacters(text.substr(0, end))).append(kLineEnd);
+        text.remove_prefix(end + kLineEnd.size());
     }
-    return line;
+    return lines.append(escapeControlCharacters(text));
+}
+
+bool hasName(int file) {
+    struct stat status {};
+    return ::fstat(file, &status) == 0 && status.st_nlink > 0;
+}
+
+// O_APPEND puts every write behind those of other writers; a link is not followed, so that a log never grows
+// into another file. The shared lock, where the file system has locks, says that the log is in use; it waits
+// only for a program that is just removing the file.
+int openToAppend(const std::string& path) {
+    constexpr int kAttempts = 100;
+    for (int attempt = 1;; ++attempt) {
+        const int file =
+            ::open(path.c_str(),
+                   O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0644);
+        if (file < 0) return file;
+        const bool waits = ::flock(file, LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+        if (attempt == kAttempts || (!waits && hasName(file))) return file;
+        ::close(file);
+        if (waits) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+}
+
+// A log that another program writes stays: its lines would go with it.
+void removeUnlessInUse(const std::string& path) {
+    const int file = ::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    const bool inUse = file >= 0 && ::flock(file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    if (!inUse) ::unlink(path.c_str());
+    if (file >= 0) ::close(file);
 }
 
 }  // namespace
@@ -50,7 +84,7 @@ void Log::startRun() {
     struct stat status {};
     if (::lstat(m_path.c_str(), &status) == 0 && status.st_size >= kSizeLimit) {
         closeAll();  // a line written before the run began must not keep the old file open
-        ::unlink(m_path.c_str());
+        removeUnlessInUse(m_path);
     }
     WriteErrorLog("\r\nVersion: " + bannerVersion() + " - " +
                   shortDateTime(m_clock.now(), QLocale::system()) +
@@ -75,12 +109,8 @@ void Log::closeAll() {
 }
 
 void Log::append(int& descriptor, std::string_view bytes) {
-    // O_APPEND puts every write behind those of other writers; a link is not followed, so that a log never
-    // grows into another file.
-    if (descriptor < 0)
-        descriptor =
-            ::open(m_path.c_str(),
-                   O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0644);
+    if (descriptor >= 0 && !hasName(descriptor)) ::close(std::exchange(descriptor, -1));
+    if (descriptor < 0) descriptor = openToAppend(m_path);
     while (descriptor >= 0 && !bytes.empty()) {
         const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
         if (written < 0 && errno == EINTR) continue;

@@ -3,117 +3,154 @@
 
 #include "core/Failure.h"
 #include "core/FileStore.h"
+#include "core/IniFile.h"
 #include "core/Paths.h"
-#include "core/ScreenText.h"
+#include "core/SettingsText.h"
 
-#include <QSettings>
-#include <QStringList>
-
-#include <fcntl.h>
+#include <map>
+#include <optional>
 #include <sys/stat.h>
-#include <unistd.h>
 #include <utility>
 
 namespace relay {
 
 namespace {
 
-QString settingsKey(std::string_view application, std::string_view section, std::string_view key) {
-    return toScreen(application) + u'/' + toScreen(section) + u'/' + toScreen(key);
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+// The names of one value, as they are written.
+using Place = std::pair<std::string, std::string>;
+
+Place placeFor(std::string_view application, std::string_view section, std::string_view key) {
+    return {settingsName(application), settingsName(std::string(section) + "/" + std::string(key))};
 }
 
-// What the store is read from. Of a pipe or a device nothing is read, as that could wait for ever: a name
-// below it can neither be opened nor made.
-QString readableFile(const std::string& file) {
-    struct stat status {};
-    const bool special =
-        ::stat(file.c_str(), &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode);
-    return toScreen(special ? file + "/settings.ini" : file);
-}
-
-// The file holds passwords: it is there with the right mode before the first value is written. Failures show
-// when the store is written.
+// The file holds passwords. A link is left alone: what it leads to is not this program's.
 void makePrivate(const std::string& file) {
-    const int made = ::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
-    if (made >= 0) ::close(made);
     struct stat status {};
     if (::lstat(file.c_str(), &status) == 0 && S_ISREG(status.st_mode) && (status.st_mode & 077) != 0)
         ::chmod(file.c_str(), status.st_mode & 0700);
 }
 
-// QSettings would write through a link into the file that it leads to: a copy of that file takes its place.
-void replaceLink(const std::string& file) {
-    struct stat status {};
-    if (::lstat(file.c_str(), &status) != 0 || !S_ISLNK(status.st_mode)) return;
-    try {
-        const bool dangling = ::stat(file.c_str(), &status) != 0;
-        if (dangling || fileExists(file))
-            writeFile(file, dangling ? std::string() : readFile(file), Readable::OwnerOnly);
-    } catch (const Failure&) {
-        // sync() tells.
+// A person may have written a name with fewer escapes than the program does.
+std::string writtenName(const std::vector<std::string>& names, const std::string& written) {
+    const std::string meant = nameFromSettings(written);
+    for (const std::string& name : names) {
+        if (nameFromSettings(name) == meant) return name;
     }
+    return written;
 }
 
-void makeSettingsFolder(const std::string& file) {
-    try {
-        makeFolder(file.substr(0, file.rfind('/')), 0700);
-    } catch (const Failure&) {
-        // sync() tells.
-    }
-}
+class Document final {
+  public:
+    Document() : Document(std::string_view()) {}
+    explicit Document(std::string_view text)
+        : m_mark(text.starts_with(kByteOrderMark)),
+          m_ini(IniFile::parse(text.substr(m_mark ? kByteOrderMark.size() : 0), IniFile::Style::Settings)) {}
 
-void prepareToWrite(const std::string& file) {
-    makeSettingsFolder(file);
-    replaceLink(file);
-    makePrivate(file);
-}
+    std::optional<std::string> value(const Place& wanted) const {
+        const Place place = placeOf(wanted);
+        if (!m_ini.has(place.first, place.second)) return std::nullopt;
+        return valueFromSettings(m_ini.writtenValue(place.first, place.second));
+    }
+    void setValue(const Place& wanted, std::string_view value) {
+        const Place place = placeOf(wanted);
+        m_ini.setValue(place.first, place.second, settingsValue(value));
+    }
+    std::string text() const { return std::string(m_mark ? kByteOrderMark : "") + m_ini.text(); }
+
+  private:
+    Place placeOf(const Place& wanted) const {
+        if (m_ini.has(wanted.first, wanted.second)) return wanted;
+        const std::string section = writtenName(m_ini.sections(), wanted.first);
+        return {section, writtenName(m_ini.keys(section), wanted.second)};
+    }
+
+    bool m_mark;
+    IniFile m_ini;
+};
 
 }  // namespace
 
 struct SettingsStore::Data {
-    explicit Data(const std::string& path) : file(path), settings(readableFile(path), QSettings::IniFormat) {}
     std::string file;
-    QSettings settings;
-    bool changed = false;
+    Document known;                        // as the file was last read or written
+    std::map<Place, std::string> seen;     // what this program last got or set
+    std::map<Place, std::string> changes;  // what the file does not hold yet
+    bool keepFile = false;
 };
 
-SettingsStore::SettingsStore(const std::string& file) {
-    m_data = std::make_unique<Data>(file);
-    if (fileExists(file)) makePrivate(file);
+SettingsStore::SettingsStore(const std::string& file) : m_data(std::make_unique<Data>()) {
+    m_data->file = file;
+    try {
+        makePrivate(file);
+        m_data->known = Document(readFile(file, IniFile::kLargestFile));
+    } catch (const Failure&) {
+        // Without a file that can be read the store is empty. save() tells.
+    }
 }
 
 SettingsStore::~SettingsStore() {
-    sync();
+    trySave();
 }
 
 std::string SettingsStore::value(std::string_view application, std::string_view section, std::string_view key,
                                  std::string_view fallback) const {
-    const QVariant found = m_data->settings.value(settingsKey(application, section, key));
-    if (!found.isValid()) return std::string(fallback);
-    if (found.metaType() == QMetaType::fromType<QByteArray>()) return found.toByteArray().toStdString();
-    // A value with a comma that a person wrote without quotes arrives as a list.
-    if (found.metaType() == QMetaType::fromType<QStringList>())
-        return fromScreen(found.toStringList().join(u", "));
-    return fromScreen(found.toString());
+    const Place place = placeFor(application, section, key);
+    const auto changed = m_data->changes.find(place);
+    if (changed != m_data->changes.end()) return changed->second;
+    const std::optional<std::string> stored = m_data->known.value(place);
+    if (!stored) return std::string(fallback);
+    m_data->seen[place] = *stored;
+    return *stored;
 }
 
 void SettingsStore::setValue(std::string_view application, std::string_view section, std::string_view key,
                              std::string_view value) {
-    // QSettings may write by itself as soon as the event loop has its turn.
-    if (!m_data->changed) prepareToWrite(m_data->file);
-    const QByteArray bytes(value.data(), static_cast<qsizetype>(value.size()));
-    const bool text = bytes.isValidUtf8() && !bytes.contains('\0');
-    m_data->settings.setValue(settingsKey(application, section, key),
-                              text ? QVariant(QString::fromUtf8(bytes)) : QVariant(bytes));
-    m_data->changed = true;
+    const Place place = placeFor(application, section, key);
+    const auto seen = m_data->seen.find(place);
+    const bool same =
+        seen != m_data->seen.end() ? seen->second == value : m_data->known.value(place) == std::string(value);
+    m_data->seen[place] = value;
+    if (!same) m_data->changes[place] = value;
 }
 
-bool SettingsStore::sync() {
-    if (m_data->changed) prepareToWrite(m_data->file);
-    m_data->settings.sync();
-    if (m_data->settings.status() == QSettings::AccessError) return false;
-    if (std::exchange(m_data->changed, false)) makePrivate(m_data->file);
-    return true;
+void SettingsStore::save() {
+    Data& data = *m_data;
+    const std::string& file = data.file;
+    std::optional<FolderLock> lock;
+    if (!data.changes.empty()) {
+        makeFolder(file.substr(0, file.rfind('/')), 0700);
+        lock.emplace(file);
+    }
+    try {
+        const std::string present = readFile(file, IniFile::kLargestFile);
+        if (data.keepFile && !data.changes.empty()) writeFile(file + ".bad", present, Readable::OwnerOnly);
+        data.known = Document(present);
+    } catch (const Failure& failure) {
+        // A file that has gone meanwhile is written as it was known.
+        if (failure.number() != 53 || fileExists(file)) throw;
+    }
+    if (data.changes.empty()) return;
+    Document changed(data.known.text());
+    for (const auto& [place, value] : data.changes) changed.setValue(place, value);
+    writeFile(file, changed.text(), Readable::OwnerOnly);
+    data.known = std::move(changed);
+    data.changes.clear();
+    data.keepFile = false;
+}
+
+bool SettingsStore::trySave() noexcept {
+    try {
+        save();
+        return true;
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+void SettingsStore::keepFileBeforeSave() {
+    m_data->keepFile = true;
 }
 
 }  // namespace relay

@@ -8,9 +8,10 @@
 namespace relay {
 
 // The per-user store: strings by application, section and key, in one INI file that only its owner can read
-// (mode 0600). Writes reach the disk at sync() and when the store is destroyed, at the latest. A link in the
-// file's place gives way to a copy of what it leads to when the first value is set; a pipe or a device reads
-// as an empty store that cannot be written.
+// (mode 0600). What is set reaches the disk at save(), and when the store is destroyed at the latest. Only
+// what differs from the file as this program last saw it is written, into the file as it then stands: what
+// other programs wrote meanwhile stays. A link in the file's place gives way to a copy of what it leads to; a
+// pipe or a device reads as an empty store that cannot be written.
 class SettingsStore final {
   public:
     explicit SettingsStore(const std::string& file);
@@ -22,8 +23,14 @@ class SettingsStore final {
                       std::string_view fallback = {}) const;
     void setValue(std::string_view application, std::string_view section, std::string_view key,
                   std::string_view value);
-    // False when the file could not be written.
-    bool sync();
+    // Writes what was set, and takes over what other programs wrote. Throws Failure with the file and the
+    // reason; what could not be written stays for the next time.
+    void save();
+    // The same where a failure is not to be told.
+    bool trySave() noexcept;
+    // For a file that was not understood: before anything else is written to it, it is copied beside itself,
+    // to "settings.ini.bad" (mode 0600).
+    void keepFileBeforeSave();
 
   private:
     struct Data;

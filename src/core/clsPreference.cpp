@@ -50,8 +50,17 @@ class Section final {
     std::string text(std::string_view key, std::string_view fallback = {}) const {
         return m_store.value(kApplication, m_section, key, fallback);
     }
+    // Throws Failure with the key's name where the text cannot be converted.
+    template <typename Conversion>
+    auto converted(std::string_view key, std::string_view fallback, Conversion conversion) const {
+        try {
+            return conversion(text(key, fallback));
+        } catch (const Failure& failure) {
+            throw Failure(std::string(key) + ": " + failure.what(), failure.number());
+        }
+    }
     std::int16_t number(std::string_view key, std::string_view fallback = "0") const {
-        return toInt16(numberOf(text(key, fallback)));
+        return converted(key, fallback, [](std::string_view value) { return toInt16(numberOf(value)); });
     }
 
   private:
@@ -72,7 +81,7 @@ clsPreference::clsPreference(const Paths& paths, SettingsStore& store, Log& log,
     : m_paths(paths), m_store(store), m_log(log), m_prompts(prompts) {}
 
 bool clsPreference::GetSettings() {
-    return trap(m_prompts, "GetSetting_Error: ", [this] {
+    const bool read = trap(m_prompts, "GetSetting_Error: ", [this] {
         m_log.startRun();
         readPreference();
         // Two of the three neighbours stood in a registry that this system does not have.
@@ -82,6 +91,9 @@ bool clsPreference::GetSettings() {
         readSetting();
         readServiceLinks();
     });
+    // What was not read will be written over with defaults.
+    if (!read) m_store.keepFileBeforeSave();
+    return read;
 }
 
 void clsPreference::readPreference() {
@@ -89,7 +101,7 @@ void clsPreference::readPreference() {
     TryWebRanking = from.number("TryWebRanking");
     AccessType = from.number("AccessType");
     Proxy = from.text("Proxy");
-    Port = toInt32(numberOf(from.text("Port", "0")));
+    Port = from.converted("Port", "0", [](std::string_view value) { return toInt32(numberOf(value)); });
     LoadConfigure = from.number("LoadConfig");
     TimeOut = from.number("TimeOut", "30");
     Connections = from.number("Connections", "9");
@@ -104,7 +116,8 @@ void clsPreference::readPreference() {
     SiteURL = from.text("SiteURL");
     SMTPServer = from.text("SMTP Server");
     LogoURL = from.text("LogoURL");
-    LogoPosition = toInt16(leadingNumber(from.text("LogoPosition", "0")));
+    LogoPosition = from.converted("LogoPosition", "0",
+                                  [](std::string_view value) { return toInt16(leadingNumber(value)); });
     BlockSpam = from.number("BlockSpam");
     DontClearFields = from.number("DontClearFields");
     PromptConnection = from.number("PromptConnection", "1");
@@ -116,6 +129,7 @@ void clsPreference::readSetting() {
     if (Version != kPresentVersion) {
         m_store.setValue(kApplication, kSetting, "Version", kPresentVersion);
         m_store.setValue(kApplication, kSetting, "Download", "1");
+        m_store.trySave();  // a home that cannot be written can still be read
     }
     DownEngineData = from.text("Download", "1");
 }
@@ -164,19 +178,15 @@ void clsPreference::SaveSettings() {
         writeNumber("BlockSpam", BlockSpam);
         writeNumber("DontClearFields", DontClearFields);
         writeNumber("PromptConnection", PromptConnection);
-        syncStore();
+        m_store.save();
     });
-}
-
-void clsPreference::syncStore() {
-    if (!m_store.sync()) throw Failure(m_paths.settingsFile + ": The settings cannot be written", 75);
 }
 
 void clsPreference::setHTTPVersion(std::string version) {
     m_HTTPVersion = std::move(version);
     trap(m_prompts, "Save_Setting_Error: ", [this] {
         m_store.setValue(kApplication, kPreference, "HTTPVersion", m_HTTPVersion);
-        syncStore();
+        m_store.save();
     });
 }
 

@@ -20,8 +20,8 @@ class clsPreference final {
   public:
     clsPreference(const Paths& paths, SettingsStore& store, Log& log, Prompts& prompts);
 
-    // Also starts the log's run (size test and banner). A failure is shown as "GetSetting_Error: " and gives
-    // false.
+    // Also starts the log's run (size test and banner). A failure is shown as "GetSetting_Error: ", with the
+    // key that cannot be read, and gives false; the file as it was is then kept beside before it is written.
     bool GetSettings();
     // A failure is shown as "Save_Setting_Error: ".
     void SaveSettings();
@@ -74,7 +74,6 @@ class clsPreference final {
     void readPreference();
     void readSetting();
     void readServiceLinks();
-    void syncStore();  // throws Failure when the store cannot be written
 
     const Paths& m_paths;
     SettingsStore& m_store;

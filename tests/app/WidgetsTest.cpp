@@ -257,10 +257,13 @@ TEST_F(PreferenceTest, TheFirstFieldThatWillNotDoStopsOK) {
 
 TEST_F(PreferenceTest, ManyConnectionsAreAskedAboutOnlyWhenTyped) {
     PreferenceEntry entry = openPreference(preference);
-    entry.txtConnections = "51";
     entry.connectionsEdited = true;
+    entry.txtConnections = "50";
+    EXPECT_EQ(confirm(entry), "saved");
+    EXPECT_TRUE(prompts.shown.empty());
+    entry.txtConnections = "51";
     EXPECT_EQ(confirm(entry), "txtConnections");
-    EXPECT_EQ(stored("Connections"), "none");
+    EXPECT_EQ(stored("Connections"), "50");
     prompts.answers = {true};
     EXPECT_EQ(confirm(entry), "saved");
     EXPECT_EQ(stored("Connections"), "51");

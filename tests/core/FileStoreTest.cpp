@@ -6,8 +6,10 @@
 #include "support/TestHome.h"
 
 #include <cerrno>
+#include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
@@ -123,6 +125,37 @@ TEST(FileStore, ChangesOfSeveralWritersAllArrive) {
     for (std::thread& writer : writers) writer.join();
     EXPECT_EQ(IniFile::load(file).keys("All").size(), std::size_t{kWriters * kChanges});
     EXPECT_THROW(FolderLock(home.path("absent/file")), Failure);
+    EXPECT_EQ(filesIn(home.path(".")), 2u);  // the file and the data folder: no lock is left behind
+}
+
+TEST(FileStore, TakesNoLockFromOthersAndClearsWhatTheKilledLeft) {
+    const TestHome home;
+    const std::string lock = home.path(".relay-lock-" + std::to_string(::geteuid()));
+    {
+        const FolderLock held(home.path("file"));
+        EXPECT_EQ(modeOf(lock), 0600u);
+    }
+    // What is no lock file of ours does not hold a save up, and nobody writes through it.
+    home.write("target", "mine");
+    fs::create_symlink(home.path("target"), lock);
+    EXPECT_EQ(WriteIniValue(home.path("file"), "S", "k", "v"), "1");
+    fs::remove(lock);
+    ASSERT_EQ(::mkfifo(lock.c_str(), 0600), 0);
+    EXPECT_EQ(WriteIniValue(home.path("file"), "S", "k", "v"), "1");
+    EXPECT_EQ(home.read("target"), "mine");
+
+    const char* const kept[] = {".relay-notes", ".relay-12345678x", ".relay-1", "relay-123456789"};
+    for (const char* const name : kept) home.write(name, "mine");
+    home.write(".relay-123456789012", "left");
+    const int live = ::open(home.write(".relay-987654321098", "live").c_str(), O_RDWR | O_CLOEXEC);
+    ASSERT_EQ(::flock(live, LOCK_EX), 0);
+    writeFile(home.path("file"), "x");
+    for (const char* const name : kept) EXPECT_TRUE(fs::exists(home.path(name))) << name;
+    EXPECT_FALSE(fs::exists(home.path(".relay-123456789012")));
+    EXPECT_TRUE(fs::exists(home.path(".relay-987654321098")));
+    ::close(live);
+    writeFile(home.path("file"), "y");
+    EXPECT_FALSE(fs::exists(home.path(".relay-987654321098")));
 }
 
 TEST(Paths, LieInOneHomeOrInTheDesktopsFolders) {

@@ -114,6 +114,11 @@ TEST(InputHistory, KeepsThirtyRowsAndLeavesOlderKeys) {
     EXPECT_EQ(rows.front(), "new");
     EXPECT_EQ(rows.size(), 40u);  // one row came, one went
     EXPECT_EQ(rows.back(), "row 39");
+    for (const std::size_t had : {29u, 30u}) {
+        rows.resize(had);
+        AddInputHistory(rows, "newer " + std::to_string(had));
+        EXPECT_EQ(rows.size(), 30u) << had;
+    }
 }
 
 }  // namespace

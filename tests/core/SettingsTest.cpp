@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "core/Failure.h"
+#include "core/FileStore.h"
 #include "core/Text.h"
 #include "support/PreferenceFixture.h"
 
+#include <cerrno>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <tuple>
 
 namespace relay::test {
 namespace {
@@ -22,10 +26,10 @@ TEST(SettingsStore, EveryValueComesBackInAFileOfItsOwners) {
         SettingsStore store(file);
         EXPECT_FALSE(std::filesystem::exists(file));  // looking makes nothing
         store.setValue("App Name", "Section", "first", "");
-        EXPECT_EQ(modeOf(file), 0600u);  // before anything of it is on the disk
+        EXPECT_FALSE(std::filesystem::exists(file));
         for (std::size_t i = 0; i < std::size(values); ++i)
             store.setValue("App Name", "Section", "Key " + std::to_string(i), values[i]);
-        EXPECT_TRUE(store.sync());
+        store.save();
         EXPECT_EQ(modeOf(file), 0600u);
         EXPECT_EQ(modeOf(home.path("config")), 0700u);
     }
@@ -44,9 +48,102 @@ TEST(SettingsStore, TwoProgramsKeepEachOthersValues) {
     SettingsStore other(home.path("settings.ini"));
     one.setValue("A", "S", "one", "1");
     other.setValue("A", "S", "other", "2");
-    EXPECT_TRUE(one.sync() && other.sync() && one.sync());
+    one.save();
+    other.save();
+    one.save();
     EXPECT_EQ(one.value("A", "S", "other"), "2");
-    EXPECT_EQ(SettingsStore(home.path("settings.ini")).value("A", "S", "one"), "1");
+    // What a program only holds as it read it is not written over what another wrote.
+    other.setValue("A", "S", "one", "new");
+    other.save();
+    one.setValue("A", "S", "one", "1");
+    one.setValue("A", "S", "third", "3");
+    one.save();
+    one.setValue("A", "S", "one", "1");
+    one.save();
+    EXPECT_EQ(home.read("settings.ini"), "[A]\nS\\one=new\nS\\other=2\nS\\third=3\n");
+}
+
+// The files are as QSettings wrote them, once with the values "before", once with the ones set below.
+TEST(SettingsStore, WritesTheFileAsItAlwaysStood) {
+    const TestHome home;
+    const std::string before =
+        "[General]\nstray=1\n\n"
+        "[Korvel%20Relay]\nPreference\\Auth_Password=\"p,w;=\"\n"
+        "Preference\\Proxy=\nSetting\\Version=6.0\n\n[Other]\nx=@Invalid()\n";
+    const std::string after =
+        "[General]\nstray=1\n\n"
+        "[Korvel%20Relay]\nPreference\\Auth_Password=\"@ByteArray(p\\xe9,\\0\\x31)\"\n"
+        "Preference\\Company=@@\\\"\\x1\\x62 caf\xC3\xA9\\\\\nPreference\\Proxy=\n"
+        "Preference\\SMTP%20Server=\" x \"\nSetting\\Version=6.0\n\n"
+        "[M%E9%UD83D%UDE00]\nS\\k=\\r\\n\n\n[Other]\nx=@Invalid()\n";
+    for (const std::string mark : {"", "\xEF\xBB\xBF"}) {
+        const std::string file = home.write("settings.ini", mark + before);
+        SettingsStore store(file);
+        EXPECT_EQ(store.value("Korvel Relay", "Preference", "Auth_Password"), "p,w;=");
+        store.setValue("Korvel Relay", "Preference", "SMTP Server", " x ");
+        store.setValue("Korvel Relay", "Preference", "Company",
+                       "@\"\x01"
+                       "b caf\xC3\xA9\\");
+        store.setValue("Korvel Relay", "Preference", "Auth_Password",
+                       std::string("p\xE9,\0"
+                                   "1",
+                                   5));
+        store.setValue("M\xC3\xA9\xF0\x9F\x98\x80", "S", "k", "\r\n");
+        store.save();
+        EXPECT_EQ(home.read("settings.ini"), mark + after);
+    }
+}
+
+TEST(SettingsStore, ReadsWhatAPersonWrote) {
+    const TestHome home;
+    const std::pair<const char*, const char*> cases[] = {
+        {"  a b \t", "a b"},
+        {"a, b,c", "a, b, c"},
+        {"\"a\" , \"b \"", "a, b "},
+        {"a;comment", "a"},
+        {"\"a;b\"", "a;b"},
+        {"caf\xE9", "caf\xE9"},
+        {"\\x41\\102\\q\\?\\x", "AB?"},
+        {"@@a", "@a"},
+        {"\xEF\xBB\xBF"
+         "a",
+         "\xEF\xBB\xBF"
+         "a"},
+        {"\\xd83d\\xde00", "\xF0\x9F\x98\x80"},
+    };
+    for (const auto& [written, value] : cases) {
+        const std::string text = "; mine\r\n[A B]\r\nS/k%20k = " + std::string(written) + "\r\n";
+        SettingsStore store(home.write("settings.ini", text));
+        EXPECT_EQ(store.value("A B", "S", "k k"), value) << written;
+        store.setValue("A B", "S", "k k", "new");
+        store.save();
+        EXPECT_EQ(home.read("settings.ini"), "; mine\r\n[A B]\r\nS/k%20k=new\n") << written;
+    }
+}
+
+TEST(SettingsStore, AFailedSaveLosesNothing) {
+    const TestHome home;
+    const std::string bad = "[A]\nS\\k=old\n";
+    bool failed = true;
+    for (int failing = 1; failed; ++failing) {
+        const std::string file = home.write("settings.ini", bad);
+        std::filesystem::remove(file + ".bad");
+        SettingsStore store(file);
+        store.keepFileBeforeSave();
+        store.setValue("A", "S", "k", "new");
+        int step = 0;
+        setSaveFault([&](SaveStep) { return ++step == failing ? ENOSPC : 0; });
+        failed = !store.trySave();
+        setSaveFault({});
+        EXPECT_EQ(store.value("A", "S", "k"), "new");
+        EXPECT_TRUE(home.read("settings.ini") == bad || home.read("settings.ini.bad") == bad) << failing;
+        store.save();
+        EXPECT_EQ(home.read("settings.ini"), "[A]\nS\\k=new\n") << failing;
+        EXPECT_EQ(modeOf(file + ".bad"), 0600u);
+        store.setValue("A", "S", "k", "newer");
+        store.save();
+        EXPECT_TRUE(failing > 6 || home.read("settings.ini.bad") == bad) << failing;
+    }
 }
 
 TEST(SettingsStore, NeverWritesThroughALink) {
@@ -64,7 +161,7 @@ TEST(SettingsStore, NeverWritesThroughALink) {
             SettingsStore store(file);
             EXPECT_EQ(store.value("A", "S", "k"), std::string_view(target) == "victim" ? "old" : "");
             store.setValue("A", "S", "new", "1");
-            EXPECT_EQ(store.sync(), !isPipe);
+            EXPECT_EQ(store.trySave(), !isPipe);
         }
         EXPECT_EQ(home.read("victim"), ini);
         EXPECT_EQ(modeOf(home.path("victim")), 0644u);
@@ -80,7 +177,7 @@ TEST(SettingsStore, SaysWhenItCannotWrite) {
     home.write("file", "");
     SettingsStore store(home.path("file/settings.ini"));
     store.setValue("A", "S", "k", "v");
-    EXPECT_FALSE(store.sync());
+    EXPECT_THROW(store.save(), Failure);
 }
 
 class PreferenceTest : public ::testing::Test, protected PreferenceFixture {
@@ -138,15 +235,25 @@ TEST_F(PreferenceTest, ReadsTheStoreAndTheServiceLinks) {
 }
 
 TEST_F(PreferenceTest, ATextThatIsNoNumberFailsTheReading) {
-    for (const auto& [value, words] : {std::pair{"nine", "Type mismatch"},
-                                       {"", "Type mismatch"},
-                                       {"40000", "Overflow"},
-                                       {"9 or so", "Type mismatch"},
-                                       {"inf", "Type mismatch"}}) {
-        store.setValue(kApplication, "Preference", "Connections", value);
-        EXPECT_FALSE(load());
-        EXPECT_EQ(prompts.last().text, std::string("GetSetting_Error: ") + words) << value;
+    for (const auto& [key, value, words] : {std::tuple{"Connections", "nine", "Type mismatch"},
+                                            {"Connections", "", "Type mismatch"},
+                                            {"Connections", "40000", "Overflow"},
+                                            {"Connections", "9 or so", "Type mismatch"},
+                                            {"Connections", "inf", "Type mismatch"},
+                                            {"Port", "x", "Type mismatch"},
+                                            {"LogoPosition", "40000", "Overflow"}}) {
+        const TestHome place;
+        const std::string file = place.paths().settingsFile;
+        const std::string bad = "[Korvel%20Relay]\nPreference\\Auth_Password=pw\nPreference\\" +
+                                std::string(key) + "=" + value + "\n";
+        place.write("settings.ini", bad);
+        SettingsStore broken(file);
+        clsPreference reader(place.paths(), broken, log, prompts);
+        EXPECT_FALSE(reader.GetSettings());
+        EXPECT_EQ(prompts.last().text, std::string("GetSetting_Error: ") + key + ": " + words) << value;
         EXPECT_EQ(prompts.last().title, "Error");
+        reader.SaveSettings();
+        EXPECT_EQ(place.read("settings.ini.bad"), bad);
     }
 }
 
@@ -191,12 +298,12 @@ TEST(Log, TracesOnlyWithTheSwitch) {
          {std::pair{"submit /D", true}, {"--home /data/x", true}, {"-d", false}}) {
         const TestHome home;
         Log log(home.path("Error.log"), clock, commandLine);
-        log.WriteErrorLog("err\x1b[2Jor");
+        log.WriteErrorLog("err\xC2\x9B[2J\nor");
         log.WriteTraceLog("trace");
         log.WriteErrorLog("again");
         const std::string time = shortDateTime(clock.now(), QLocale::system());
-        EXPECT_EQ(home.read("Error.log"),
-                  "err?[2Jor\r\n" + (traces ? time + "\r\ntrace\r\n" : std::string()) + "again\r\n")
+        EXPECT_EQ(home.read("Error.log"), "err\\xC2\\x9B[2J\\x0Aor\r\n" +
+                                              (traces ? time + "\r\ntrace\r\n" : std::string()) + "again\r\n")
             << commandLine;
     }
 }
@@ -210,6 +317,16 @@ TEST(Log, TwoProgramsAppendAndAFailureStopsNothing) {
     other.WriteErrorLog("2");
     one.WriteErrorLog("3");
     EXPECT_EQ(home.read("Error.log"), "1\r\n2\r\n3\r\n");
+    // A long log stays while another program writes it, and goes with the next start.
+    one.WriteErrorLog(std::string(5001, 'x'));
+    other.startRun();
+    EXPECT_GT(home.read("Error.log").size(), 5001u);
+    one.closeAll();
+    other.startRun();
+    EXPECT_LT(home.read("Error.log").size(), 5001u);
+    std::filesystem::remove(home.path("Error.log"));
+    other.WriteErrorLog("4");
+    EXPECT_EQ(home.read("Error.log"), "4\r\n");
     Log nowhere(home.path("absent/Error.log"), clock, "/D");
     nowhere.startRun();
     nowhere.WriteTraceLog("lost");
