@@ -16,6 +16,8 @@ namespace relay {
 
 namespace {
 
+constexpr std::size_t kMostStrayBytes = 1000;  // about what a message box shows
+
 // First row whose text passes the test, or -1.
 template <typename Test>
 int findRow(const Rows& list, Test&& test) {
@@ -82,7 +84,8 @@ void Categories::readCategories(std::string_view text, std::string& strayItems) 
                 addCategoryList(std::exchange(category, {}));
                 category.MainCategory = item.substr(1, item.size() - 2);
             } else if (category.MainCategory.empty()) {
-                strayItems.append(item).append("\r\n");
+                if (strayItems.size() < kMostStrayBytes)
+                    strayItems.append(left(item, kMostStrayBytes)).append("\r\n");
             } else {
                 if (!category.SubCategory.empty()) category.SubCategory += '|';
                 category.SubCategory += item;

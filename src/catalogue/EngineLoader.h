@@ -5,8 +5,10 @@
 #include "core/Row.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <string>
 #include <string_view>
 
 namespace relay {
@@ -27,7 +29,8 @@ class EngineLoader final {
 
     // True when the file was read through its end. False, with a message and the engines read so far, when it
     // is missing, empty or fails while it is read. Replaces the engines and empties the selection; the
-    // country filter and the custom engines only ever grow.
+    // country filter and the custom engines only ever grow. The log is told a thousand remarks of a kind, and
+    // the number of those beyond.
     bool loadEngines();
     // Adds a finished record and its row. One without a name, or for adult sites only where these are
     // refused, is dropped in silence; one whose name is taken goes to the log.
@@ -38,18 +41,26 @@ class EngineLoader final {
     std::function<void()> closeSplash;
 
   private:
-    // What one load counts: lines of the file, in 16 bits that wrap around.
-    struct Counts final {
+    // What the log is told about a record.
+    enum class Remark : std::uint8_t { UnknownAction, NoCategoryData, Duplicate };
+
+    // One load: the file, and what is counted of it, in 16 bits that wrap around.
+    struct Load final {
+        std::string& text;
+        CategoryRule rule;
+        std::size_t customNameBytes = 0;
         std::uint16_t engines = 0;
         std::array<std::uint16_t, 7> types{};
     };
 
     void emptySelection();
     void readEngines();
-    void applyItem(clsEngines& engine, EngineKey key, std::string_view value, UpperCaseTexts& upperCase,
-                   Counts& counts);
-    void applyCategory(clsEngines& engine);
-    void showCounts(const Counts& counts);
+    void applyItem(clsEngines& engine, EngineKey key, std::string_view value, Load& load);
+    void applyCategory(clsEngines& engine, Load& load);
+    void addCustomEngine(const clsEngines& engine, Load& load);
+    void showCounts(const Load& load);
+    void remark(Remark kind, const clsEngines& engine);
+    void tellRemarksLeftOut();
 
     EngineLists& m_lists;
     const EngineCategories& m_categories;
@@ -58,7 +69,8 @@ class EngineLoader final {
     const clsPreference& m_preference;
     Log& m_log;
     Prompts& m_prompts;
-    Row m_row;  // scratch of addEngineList
+    std::array<std::size_t, 3> m_remarks{};  // of each kind, in the load that runs
+    Row m_row;                               // scratch of addEngineList
 };
 
 }  // namespace relay

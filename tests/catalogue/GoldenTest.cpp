@@ -45,7 +45,7 @@ std::string dump(const CatalogueFixture& catalogue, bool loaded, const std::vect
         out << "box " << shown.title << ": " << shown.text.substr(0, 34) << "\n";
     }
     for (const TypeBox& box : catalogue.lists.chkType) out << box.caption << "\n";
-    out << "filter " << catalogue.lists.countryFilter << "\n";
+    out << "filter " << catalogue.lists.countryFilter.text() << "\n";
     for (const std::string& country : texts(catalogue.lists.lstCountry)) out << "country " << country << "\n";
     for (const std::string& name : catalogue.lists.cboCustomEngines) out << "custom " << name << "\n";
     for (const clsEngines& engine : catalogue.lists.engines) dumpEngine(out, engine);

@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "CatalogueFixture.h"
+#include "catalogue/CatalogueCheck.h"
+#include "catalogue/CountryFilter.h"
 
 #include <filesystem>
+#include <gmock/gmock.h>
+#include <random>
 #include <sys/stat.h>
 
 namespace relay::test {
@@ -71,13 +75,27 @@ TEST(EngineLoader, replacesEnginesButKeepsFilterAndCustomEngines) {
     EXPECT_TRUE(catalogue.lists.lsvSelectedEngines.empty());
     EXPECT_FALSE(catalogue.lists.engines.find("Old")->Selected);
     // "S" occurs in "US,": the test is a plain search.
-    EXPECT_EQ(catalogue.lists.countryFilter, "US,DE,");
+    EXPECT_EQ(catalogue.lists.countryFilter.text(), "US,DE,");
     EXPECT_EQ(catalogue.lists.cboCustomEngines, (std::vector<std::string>{"Old", "Old"}));
     ASSERT_EQ(catalogue.lists.myCustomEngine.size(), 2u);
     EXPECT_EQ(catalogue.lists.myCustomEngine[1].EngineName, "Old");
 }
 
-TEST(EngineLoader, countsInSixteenBits) {
+TEST(CountryFilter, findsWhatAPlainSearchFinds) {
+    std::mt19937 random(7);
+    CountryFilter filter;
+    for (int number = 0; number < 20000; ++number) {
+        std::string code;
+        for (std::size_t length = random() % 12 + 1; length > 0; --length) code += "ABBC,"[random() % 5];
+        const bool found = filter.text().find(code) != npos;
+        ASSERT_EQ(filter.contains(code), found) << code << " in " << filter.text();
+        if (!found) filter.add(code);
+    }
+    EXPECT_GT(filter.text().size(), 10000U);
+}
+
+// Sixteen bits wrap around, and what is said of one kind is only counted after the first thousand.
+TEST(EngineLoader, countsWhatIsTooMany) {
     CatalogueFixture catalogue;
     std::string text;
     for (int number = 0; number < 40000; ++number) text += "Name=Same\nType=ZINE\n";
@@ -86,6 +104,15 @@ TEST(EngineLoader, countsInSixteenBits) {
     EXPECT_EQ(catalogue.lists.chkType[6].caption, "&Miscellaneous(-25536)");
     EXPECT_EQ(catalogue.lists.lsvEngines.count(), 1);
     EXPECT_EQ(catalogue.lists.engines.find("SAME")->EngineType, "ZINE");
+    EXPECT_THAT(catalogue.logText(),
+                testing::EndsWith("Duplicate Engine: Same\r\nDuplicate Engine: ... 38999 more\r\n"));
+    EXPECT_LT(catalogue.logText().size(), 1002U * 24);
+
+    const auto findings = checkCatalogue(text, catalogue.categories, false);
+    ASSERT_EQ(findings.size(), 4U * 1001);
+    EXPECT_EQ(findings.back().kind, FindingKind::UnknownType);
+    EXPECT_EQ(findings.back().line, 2002U);
+    EXPECT_EQ(findings.back().text, "39000 more of this kind");
 }
 
 TEST(EngineCategories, tellsWhenTheFileCannotBeRead) {
