@@ -113,10 +113,9 @@ void CategoryRule::resolve(clsEngines& engine) {
     } else if (equalsNoCase(rule, "G")) {
         engine.CategoryData = m_categories.getEngineCategoryData(kSharedGeneral);
     } else if (equalsNoCase(rule, "Y") || equalsNoCase(rule, "C")) {
-        if (!m_lookedUp || engine.name.data() != m_name.data()) {
+        if (engine.name.data() != m_name.data()) {
             m_ownData = m_categories.getEngineCategoryData(engine.name);
             m_name = engine.name;
-            m_lookedUp = true;
         }
         engine.CategoryData = m_ownData;
     }

@@ -26,8 +26,7 @@ class CategoryRule final {
 
   private:
     const EngineCategories& m_categories;
-    bool m_lookedUp = false;
-    std::string_view m_name;  // told by its place in the file
+    std::string_view m_name = "none yet";  // told by its place in the file
     std::string_view m_ownData;
 };
 

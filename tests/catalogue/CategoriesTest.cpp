@@ -11,9 +11,9 @@ using Names = std::vector<std::string>;
 constexpr std::string_view kTree =
     "# tree\n"
     "stray\n"
-    "[Arts]\nMusic, Film\n\"Dance, Ballet\"\n"
+    "[Arts]\nMusic, Film\n# comment\n\"Dance, Ballet\"\n"
     "[Small Business]\nShops\n"
-    "[Adult]\nVideo\n"
+    "[Young adults]\nVideo\n"
     "[Empty]\n";
 
 struct CategoriesFixture final : CatalogueFixture {
@@ -36,7 +36,8 @@ TEST(Categories, loadsTheTreeAndSelectsItsFirstRow) {
     EXPECT_FALSE(fixture.tree.loadCategory());
     EXPECT_EQ(fixture.selected(), "-/-");
     ASSERT_TRUE(fixture.load(kTree));
-    EXPECT_EQ(texts(fixture.tree.lstMainCategory), (Names{"Arts", "Small Business", "Adult", "Empty"}));
+    EXPECT_EQ(texts(fixture.tree.lstMainCategory),
+              (Names{"Arts", "Small Business", "Young adults", "Empty"}));
     EXPECT_EQ(texts(fixture.tree.lstCategory), (Names{"Music", "Film", "Dance, Ballet"}));
     EXPECT_EQ(fixture.selected(), "Arts/-");
     fixture.tree.loadSubCategory("empty");

@@ -107,12 +107,25 @@ TEST(EngineLoader, countsWhatIsTooMany) {
     EXPECT_THAT(catalogue.logText(),
                 testing::EndsWith("Duplicate Engine: Same\r\nDuplicate Engine: ... 38999 more\r\n"));
     EXPECT_LT(catalogue.logText().size(), 1002U * 24);
+    // Each load counts anew, and one that fails tells its rest too.
+    EXPECT_FALSE(catalogue.load(text + "Name=Last\nCategory=Y\n", "# no table\n"));
+    EXPECT_THAT(catalogue.logText(), testing::EndsWith(" 38999 more\r\n"));
 
     const auto findings = checkCatalogue(text, catalogue.categories, false);
     ASSERT_EQ(findings.size(), 4U * 1001);
     EXPECT_EQ(findings.back().kind, FindingKind::UnknownType);
     EXPECT_EQ(findings.back().line, 2002U);
     EXPECT_EQ(findings.back().text, "39000 more of this kind");
+}
+
+// A name costs no more than its bytes, however often its record gives a rule.
+TEST(EngineLoader, keepsLittleOfALongName) {
+    CatalogueFixture catalogue;
+    std::string text = "Name=" + std::string(600, 'n') + "\n";
+    for (int number = 0; number < 60; ++number) text += "Category=C\n";
+    ASSERT_TRUE(catalogue.load(text));
+    EXPECT_EQ(catalogue.lists.cboCustomEngines.size(), 2U);
+    EXPECT_THAT(catalogue.logText(), testing::EndsWith(": " + std::string(500, 'n') + "\r\n"));
 }
 
 TEST(EngineCategories, tellsWhenTheFileCannotBeRead) {
