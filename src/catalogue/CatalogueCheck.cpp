@@ -3,14 +3,17 @@
 
 #include "catalogue/CatalogueReader.h"
 #include "catalogue/EngineCategories.h"
-#include "catalogue/EngineCollection.h"
 #include "catalogue/EngineFields.h"
 #include "catalogue/EngineTypes.h"
 #include "catalogue/Macros.h"
 #include "core/Failure.h"
+#include "core/Keys.h"
 #include "core/Text.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
+#include <deque>
 #include <utility>
 
 namespace relay {
@@ -18,6 +21,9 @@ namespace relay {
 namespace {
 
 constexpr std::size_t kShownLength = 80;
+constexpr std::size_t kRecordLength = 200;  // of a record's name
+constexpr std::size_t kMostOfAKind = 1000;
+constexpr std::size_t kKinds = static_cast<std::size_t>(FindingKind::NotForGet) + 1;
 
 // The words at fault, cut to what fits a line.
 std::string shown(std::string_view words) {
@@ -34,7 +40,7 @@ bool isLetter(char c) noexcept {
 class CatalogueCheck final {
   public:
     CatalogueCheck(const EngineCategories& categories, bool refusesAdultSites)
-        : m_categories(categories), m_refusesAdultSites(refusesAdultSites) {}
+        : m_rule(categories), m_refusesAdultSites(refusesAdultSites) {}
 
     std::vector<Finding> check(std::string_view text);
 
@@ -43,17 +49,39 @@ class CatalogueCheck final {
     void checkField(EngineKey key, std::string_view value, std::size_t line);
     void checkQuery(std::string_view query, std::size_t line);
     void checkCategory(std::size_t line);
+    void checkQueryOfGet();
     void noteCut(CatalogueReader& reader);
     void closeRecord();
-    void report(std::size_t line, FindingKind kind, std::string text);
+    void reportDuplicates();
+    void reportTheRest();
+    // `text` gives the words; it is not asked for those of a finding that is only counted.
+    template <typename Text>
+    void report(std::size_t line, std::string_view record, FindingKind kind, Text&& text);
+    template <typename Text>
+    void report(std::size_t line, FindingKind kind, Text&& text) {
+        report(line, m_engine.name, kind, std::forward<Text>(text));
+    }
 
-    const EngineCategories& m_categories;
+    // What is found of one kind.
+    struct Tally final {
+        std::size_t count = 0;
+        std::size_t firstUntold = 0;  // its line
+    };
+    // The name of a record that would be loaded. Kept small: a file may hold millions.
+    struct Name final {
+        std::string_view text;  // in the file
+        std::uint32_t hash;
+        std::uint32_t line;
+    };
+
+    CategoryRule m_rule;
     const bool m_refusesAdultSites;
     std::vector<Finding> m_findings;
-    EngineCollection m_names;
-    UpperCaseTexts m_upperCase;
+    std::array<Tally, kKinds> m_tallies{};
+    std::deque<Name> m_names;
     clsEngines m_engine;
     std::size_t m_recordLine = 0;  // 0 while no key was read
+    std::size_t m_queryLine = 0;   // of the query that counts
     std::string_view m_cutItem;    // the last item, when a comma closed it
     std::size_t m_cutLine = 0;
 };
@@ -65,8 +93,10 @@ std::vector<Finding> CatalogueCheck::check(std::string_view text) {
         readItem(reader);
     }
     closeRecord();
+    reportDuplicates();
     std::stable_sort(m_findings.begin(), m_findings.end(),
                      [](const Finding& a, const Finding& b) { return a.line < b.line; });
+    reportTheRest();
     return std::move(m_findings);
 }
 
@@ -80,8 +110,9 @@ void CatalogueCheck::noteCut(CatalogueReader& reader) {
         const bool sameLine = between.find_first_of("\r\n") == npos;
         const bool isKey = reader.key() != EngineKey::None && reader.key() != EngineKey::Unknown;
         if (sameLine && !isKey) {
-            report(m_cutLine, FindingKind::CutValue,
-                   "A comma cuts \"" + shown(m_cutItem) + "\" before \"" + shown(item) + "\"");
+            report(m_cutLine, FindingKind::CutValue, [&] {
+                return "A comma cuts \"" + shown(m_cutItem) + "\" before \"" + shown(item) + "\"";
+            });
         }
         m_cutItem = {};
     }
@@ -96,7 +127,8 @@ void CatalogueCheck::readItem(CatalogueReader& reader) {
     const std::size_t line = reader.line();
     if (key == EngineKey::None) return;
     if (key == EngineKey::Unknown) {
-        report(line, FindingKind::UnknownKey, "Nobody knows the key \"" + shown(reader.keyText()) + "\"");
+        report(line, FindingKind::UnknownKey,
+               [&] { return "Nobody knows the key \"" + shown(reader.keyText()) + "\""; });
         return;
     }
     if (key == EngineKey::Name) {
@@ -104,7 +136,7 @@ void CatalogueCheck::readItem(CatalogueReader& reader) {
         m_engine = {};
     }
     if (key == EngineKey::Name || m_recordLine == 0) m_recordLine = line;
-    storeField(m_engine, key, reader.value(), m_upperCase);
+    storeField(m_engine, key, reader.value());
     checkField(key, reader.value(), line);
 }
 
@@ -113,11 +145,13 @@ void CatalogueCheck::checkField(EngineKey key, std::string_view value, std::size
         case EngineKey::Action:
             if (!value.empty() && !startsWithNoCase(value, "http://") &&
                 !startsWithNoCase(value, "https://")) {
-                report(line, FindingKind::ActionWithoutScheme,
-                       "The action \"" + shown(value) + "\" begins with neither http:// nor https://");
+                report(line, FindingKind::ActionWithoutScheme, [&] {
+                    return "The action \"" + shown(value) + "\" begins with neither http:// nor https://";
+                });
             }
             break;
         case EngineKey::Query:
+            m_queryLine = line;
             checkQuery(value, line);
             break;
         case EngineKey::Category:
@@ -126,19 +160,19 @@ void CatalogueCheck::checkField(EngineKey key, std::string_view value, std::size
         case EngineKey::EngineType:
             if (!equalsNoCase(EngineTypes[engineTypeIndex(value)].code, value)) {
                 report(line, FindingKind::UnknownType,
-                       "The type \"" + shown(value) + "\" is unknown and counts as MIS");
+                       [&] { return "The type \"" + shown(value) + "\" is unknown and counts as MIS"; });
             }
             break;
         case EngineKey::Country:
             if (!value.empty() && (value.size() != 2 || !isLetter(value[0]) || !isLetter(value[1]))) {
                 report(line, FindingKind::BadCountry,
-                       "The country \"" + shown(value) + "\" is no two letters");
+                       [&] { return "The country \"" + shown(value) + "\" is no two letters"; });
             }
             break;
         case EngineKey::Method:
             if (!equalsNoCase(value, "GET") && !equalsNoCase(value, "POST")) {
                 report(line, FindingKind::BadMethod,
-                       "The method \"" + shown(value) + "\" is neither GET nor POST");
+                       [&] { return "The method \"" + shown(value) + "\" is neither GET nor POST"; });
             }
             break;
         default:
@@ -150,56 +184,113 @@ void CatalogueCheck::checkQuery(std::string_view query, std::size_t line) {
     if (query.empty()) return;
     std::size_t open = query.find('<');
     if (open == npos) {
-        report(line, FindingKind::QueryWithoutMacro,
-               "The query \"" + shown(query) + "\" holds no macro, so the engine cannot be submitted to");
+        report(line, FindingKind::QueryWithoutMacro, [&] {
+            return "The query \"" + shown(query) + "\" holds no macro, so the engine cannot be submitted to";
+        });
     }
     while (open != npos) {
         const std::size_t close = query.find('>', open);
         if (close == npos || close == open + 1) {
-            report(line, FindingKind::BrokenMacro,
-                   "The macro at \"" + shown(query.substr(open)) + "\" has no name or no end");
+            report(line, FindingKind::BrokenMacro, [&] {
+                return "The macro at \"" + shown(query.substr(open)) + "\" has no name or no end";
+            });
             return;
         }
         const std::string_view macro = query.substr(open + 1, close - open - 1);
         if (!isKnownMacro(macro)) {
             report(line, FindingKind::UnknownMacro,
-                   "The macro \"" + shown(macro) + "\" is unknown and stands for itself");
+                   [&] { return "The macro \"" + shown(macro) + "\" is unknown and stands for itself"; });
         }
         open = query.find('<', close);
     }
 }
 
+// Only a whole record tells by which method its query goes.
+void CatalogueCheck::checkQueryOfGet() {
+    const std::string_view query = m_engine.Query;
+    if (!equalsNoCase(m_engine.Method, "GET")) return;
+    if (const std::size_t hash = query.find('#'); hash != npos) {
+        report(m_queryLine, FindingKind::NotForGet, [&] {
+            return "A GET loses all from \"" + shown(query.substr(hash)) + "\" on; %23 stands for the mark";
+        });
+    }
+    if (query.find(' ') != npos) {
+        report(m_queryLine, FindingKind::NotForGet,
+               [&] { return "A GET sends the blanks in \"" + shown(query) + "\" as %20; a form sends +"; });
+    }
+}
+
 void CatalogueCheck::checkCategory(std::size_t line) {
     try {
-        resolveCategoryData(m_engine, m_categories);
+        m_rule.resolve(m_engine);
     } catch (const Failure&) {
         // No table at all: the load ends here, and the record's table is missing just the same.
     }
     if (missesCategoryData(m_engine)) {
         report(line, FindingKind::MissingTable,
-               "The category rule \"" + shown(m_engine.Category) + "\" finds no table");
+               [&] { return "The category rule \"" + shown(m_engine.Category) + "\" finds no table"; });
     }
 }
 
 void CatalogueCheck::closeRecord() {
     if (m_recordLine == 0) return;
     if (m_engine.name.empty()) {
-        report(m_recordLine, FindingKind::NoName, "The record has no name and is not loaded");
+        report(m_recordLine, FindingKind::NoName, [&] { return "The record has no name and is not loaded"; });
         return;
     }
     if (m_engine.Action.empty()) {
-        report(m_recordLine, FindingKind::NoAction, "The record has no action");
+        report(m_recordLine, FindingKind::NoAction, [&] { return "The record has no action"; });
     }
-    if (m_engine.Query.empty()) report(m_recordLine, FindingKind::NoQuery, "The record has no query");
+    if (m_engine.Query.empty())
+        report(m_recordLine, FindingKind::NoQuery, [&] { return "The record has no query"; });
+    checkQueryOfGet();
     if (isAdultOnly(m_engine) && m_refusesAdultSites) return;
-    if (!m_names.add(m_engine)) {
-        report(m_recordLine, FindingKind::Duplicate,
-               "An earlier record is named \"" + shown(m_engine.name) + "\"; this one is not loaded");
+    m_names.push_back({m_engine.name, static_cast<std::uint32_t>(KeyHash()(m_engine.name)),
+                       static_cast<std::uint32_t>(m_recordLine)});
+}
+
+// The names are brought beside their like, those of one name in the order of the file, and all but the first
+// of each are told.
+void CatalogueCheck::reportDuplicates() {
+    const auto before = [](const Name& a, const Name& b) { return a.text.data() < b.text.data(); };
+    std::sort(m_names.begin(), m_names.end(), [&](const Name& a, const Name& b) {
+        if (a.hash != b.hash) return a.hash < b.hash;
+        const int order = compareNoCase(a.text, b.text);
+        return order != 0 ? order < 0 : before(a, b);
+    });
+    std::string_view first;
+    const auto isFirst = [&first](const Name& name) {
+        if (equalsNoCase(first, name.text)) return false;
+        first = name.text;
+        return true;
+    };
+    m_names.erase(std::remove_if(m_names.begin(), m_names.end(), isFirst), m_names.end());
+    std::sort(m_names.begin(), m_names.end(), before);
+    for (const Name& name : m_names) {
+        report(name.line, name.text, FindingKind::Duplicate, [&] {
+            return "An earlier record is named \"" + shown(name.text) + "\"; this one is not loaded";
+        });
     }
 }
 
-void CatalogueCheck::report(std::size_t line, FindingKind kind, std::string text) {
-    m_findings.push_back({line, std::string(m_engine.name), kind, std::move(text)});
+void CatalogueCheck::reportTheRest() {
+    for (std::size_t kind = 0; kind < kKinds; ++kind) {
+        const Tally& tally = m_tallies[kind];
+        if (tally.count <= kMostOfAKind) continue;
+        m_findings.push_back({tally.firstUntold,
+                              {},
+                              static_cast<FindingKind>(kind),
+                              std::to_string(tally.count - kMostOfAKind) + " more of this kind"});
+    }
+}
+
+template <typename Text>
+void CatalogueCheck::report(std::size_t line, std::string_view record, FindingKind kind, Text&& text) {
+    Tally& tally = m_tallies[static_cast<std::size_t>(kind)];
+    if (++tally.count <= kMostOfAKind)
+        m_findings.push_back({line, std::string(left(record, kRecordLength)), kind, text()});
+    else if (tally.count == kMostOfAKind + 1)
+        tally.firstUntold = line;
 }
 
 }  // namespace
@@ -234,6 +325,8 @@ std::string_view findingName(FindingKind kind) noexcept {
             return "bad country";
         case FindingKind::BadMethod:
             return "bad method";
+        case FindingKind::NotForGet:
+            return "not for GET";
     }
     return {};
 }

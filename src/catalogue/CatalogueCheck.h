@@ -27,12 +27,13 @@ enum class FindingKind : std::uint8_t {
     CutValue,    // a comma ended the value, and text behind it is lost to it
     BadCountry,  // no two letters
     BadMethod,   // neither GET nor POST
+    NotForGet,   // bytes that do not reach the engine as they stand when they go in a URL
 };
 
 // One thing wrong with the engine file, and where it stands.
 struct Finding final {
     std::size_t line = 0;  // counted from 1
-    std::string record;    // the engine's name; empty in front of the first record
+    std::string record;    // the engine's name, or its beginning; empty in front of the first record
     FindingKind kind{};
     std::string text;  // for a person, with the words at fault
 };
@@ -41,7 +42,8 @@ struct Finding final {
 std::string_view findingName(FindingKind kind) noexcept;
 
 // Reads an engine file by the loader's own rules and tells, in the order of the lines, all that a person who
-// writes records would want to know. Nothing is loaded.
+// writes records would want to know. Of one kind it tells a thousand findings; the rest are one finding more,
+// at the end, with their number and the line of the first of them. Nothing is loaded.
 std::vector<Finding> checkCatalogue(std::string_view text, const EngineCategories& categories,
                                     bool refusesAdultSites);
 

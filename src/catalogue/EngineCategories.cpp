@@ -9,23 +9,30 @@
 #include "core/Text.h"
 
 #include <deque>
+#include <utility>
 
 namespace relay {
 
 struct EngineCategories::Tables final {
+    struct Table final {
+        std::string_view name;
+        std::string_view data;
+    };
     struct NameOf final {
-        std::string_view operator()(const EngineCategoryEntry& entry) const noexcept {
-            return entry.EngineName;
-        }
+        std::string_view operator()(const Table& table) const noexcept { return table.name; }
     };
 
-    explicit Tables(std::string_view text);
+    explicit Tables(std::string file);
 
-    std::deque<EngineCategoryEntry> entries;  // a deque, so that the views into them hold
-    KeySet<const EngineCategoryEntry, NameOf> byName;
+    std::string text;          // the file; names are views of it
+    std::string data;          // of all tables, one behind the other; never longer than the file and one byte
+    std::deque<Table> tables;  // a deque, so that the pointers to them hold
+    KeySet<const Table, NameOf> byName;
 };
 
-EngineCategories::Tables::Tables(std::string_view text) {
+EngineCategories::Tables::Tables(std::string file) : text(std::move(file)) {
+    data.reserve(text.size() + 1);
+    bool reading = false;  // the section is the first of its name
     ItemReader reader(text);
     std::string_view item;
     while (reader.next(item)) {
@@ -33,32 +40,32 @@ EngineCategories::Tables::Tables(std::string_view text) {
         if (equalsNoCase(item, "END")) break;
         if (item.front() == '[') {
             const std::size_t close = item.find(']');
-            if (close != npos) entries.push_back({std::string(item.substr(1, close - 1)), {}, {}});
-        } else if (!entries.empty()) {
-            entries.back().Data.append(item).push_back('>');
+            if (close == npos) continue;
+            tables.push_back({item.substr(1, close - 1), {}});
+            reading = byName.insert(&tables.back());
+            if (!reading) tables.pop_back();
+        } else if (reading) {
+            std::string_view& table = tables.back().data;
+            const std::size_t start = data.size() - table.size();
+            data.append(item).push_back('>');
+            table = std::string_view(data).substr(start);
         }
     }
-    byName.reserve(entries.size());
-    for (const EngineCategoryEntry& entry : entries) byName.insert(&entry);
 }
 
 EngineCategories::EngineCategories(const Paths& paths)
-    : m_paths(paths), m_tables(std::make_shared<Tables>(std::string_view())) {}
+    : m_paths(paths), m_tables(std::make_shared<Tables>(std::string())) {}
 
 void EngineCategories::load() {
-    const std::string text = readFile(m_paths.inWindows("catkws.dat"));
+    std::string text = readFile(m_paths.inWindows("catkws.dat"));
     if (text.empty()) throw Failure("The file is empty");
-    m_tables = std::make_shared<const Tables>(text);
+    m_tables = std::make_shared<const Tables>(std::move(text));
 }
 
 std::string_view EngineCategories::getEngineCategoryData(std::string_view name) const {
-    if (m_tables->entries.empty()) throw Failure("Subscript out of range", 9);
-    const EngineCategoryEntry* entry = m_tables->byName.find(name);
-    return entry == nullptr ? std::string_view() : std::string_view(entry->Data);
-}
-
-std::size_t EngineCategories::count() const noexcept {
-    return m_tables->entries.size();
+    if (m_tables->tables.empty()) throw Failure("Subscript out of range", 9);
+    const Tables::Table* table = m_tables->byName.find(name);
+    return table == nullptr ? std::string_view() : table->data;
 }
 
 std::shared_ptr<const void> EngineCategories::storage() const noexcept {

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -10,11 +9,11 @@ namespace relay {
 
 struct Paths;
 
-// One entry of the engines' category tables, and one place of the list myCustomEngine.
+// One place of the list myCustomEngine.
 struct EngineCategoryEntry final {
     std::string EngineName;
-    std::string Data;     // label=value entries, each ended by ">"; in myCustomEngine the path chosen
-    std::string SpaceID;  // in myCustomEngine only
+    std::string Data;  // the path chosen
+    std::string SpaceID;
 };
 
 // The tables that turn the program's categories into each engine's own values, from WindowsPath/catkws.dat.
@@ -26,11 +25,11 @@ class EngineCategories final {
     // Reads the file anew. Throws Failure when it is missing, empty or unreadable; the tables that stood then
     // stay.
     void load();
-    // The table of the first section with the name, without regard to case; empty when there is none. The
+    // The table of the first section with the name, without regard to case: label=value entries, each ended
+    // by ">". Empty when there is none. The
     // view lives as long as storage(). Throws Failure 9 when the file held no section at all.
     std::string_view getEngineCategoryData(std::string_view name) const;
 
-    std::size_t count() const noexcept;
     // The tables, for those who keep views of them beyond a reload.
     std::shared_ptr<const void> storage() const noexcept;
 

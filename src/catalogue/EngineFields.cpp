@@ -47,14 +47,7 @@ std::int16_t siteLevel(std::string_view value) noexcept {
 
 }  // namespace
 
-std::string_view UpperCaseTexts::upper(std::string_view text) {
-    if (std::none_of(text.begin(), text.end(), [](char c) { return c >= 'a' && c <= 'z'; })) return text;
-    if (const auto known = m_known.find(text); known != m_known.end()) return *known;
-    m_texts.push_back(toUpper(text));
-    return *m_known.insert(m_texts.back()).first;
-}
-
-void storeField(clsEngines& engine, EngineKey key, std::string_view value, UpperCaseTexts& upperCase) {
+void storeField(clsEngines& engine, EngineKey key, std::string_view value) {
     switch (key) {
         case EngineKey::Name:
             engine.name = value;
@@ -66,13 +59,13 @@ void storeField(clsEngines& engine, EngineKey key, std::string_view value, Upper
             engine.AddURL = value;
             break;
         case EngineKey::Country:
-            engine.Country = equalsNoCase(value, "NN") ? std::string_view("US") : upperCase.upper(value);
+            engine.Country = equalsNoCase(value, "NN") ? std::string_view("US") : value;
             break;
         case EngineKey::CountryOnly:
             engine.CountryOnly = value;
             break;
         case EngineKey::EngineType:
-            engine.EngineType = upperCase.upper(value);
+            engine.EngineType = value;
             break;
         case EngineKey::Category:
             engine.Category = value;
@@ -113,14 +106,18 @@ void storeField(clsEngines& engine, EngineKey key, std::string_view value, Upper
     }
 }
 
-void resolveCategoryData(clsEngines& engine, const EngineCategories& categories) {
+void CategoryRule::resolve(clsEngines& engine) {
     const std::string_view rule = engine.Category;
     if (equalsNoCase(rule, "F") || (equalsNoCase(rule, "N") && equalsNoCase(engine.EngineType, "FFA"))) {
-        engine.CategoryData = categories.getEngineCategoryData(kSharedFFA);
+        engine.CategoryData = m_categories.getEngineCategoryData(kSharedFFA);
     } else if (equalsNoCase(rule, "G")) {
-        engine.CategoryData = categories.getEngineCategoryData(kSharedGeneral);
+        engine.CategoryData = m_categories.getEngineCategoryData(kSharedGeneral);
     } else if (equalsNoCase(rule, "Y") || equalsNoCase(rule, "C")) {
-        engine.CategoryData = categories.getEngineCategoryData(engine.name);
+        if (engine.name.data() != m_name.data()) {
+            m_ownData = m_categories.getEngineCategoryData(engine.name);
+            m_name = engine.name;
+        }
+        engine.CategoryData = m_ownData;
     }
 }
 

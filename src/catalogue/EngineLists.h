@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "catalogue/CountryFilter.h"
 #include "catalogue/EngineCategories.h"
 #include "catalogue/EngineCollection.h"
 #include "catalogue/EngineTypes.h"
@@ -29,8 +30,8 @@ struct EngineLists final {
     EngineCollection engines;
     Rows lsvEngines;
     Rows lsvSelectedEngines;
-    Rows lstCountry;            // "<name>(<code>)", rows without a key
-    std::string countryFilter;  // the codes of lstCountry, each followed by a comma
+    Rows lstCountry;              // "<name>(<code>)", rows without a key
+    CountryFilter countryFilter;  // the codes of lstCountry
     std::vector<std::string> cboCustomEngines;
     std::vector<EngineCategoryEntry> myCustomEngine;  // in step with cboCustomEngines
     std::array<TypeBox, EngineTypes.size()> chkType;

@@ -12,6 +12,7 @@
 #include "core/Text.h"
 #include "core/clsPreference.h"
 
+#include <limits>
 #include <memory>
 #include <string>
 #include <utility>
@@ -21,9 +22,23 @@ namespace relay {
 namespace {
 
 constexpr std::size_t kUsualRecordBytes = 250;  // a guess to make room by
+constexpr std::size_t kMostRemarks = 1000;      // of one kind in one load
+constexpr std::size_t kRemarkedBytes = 500;     // of a name or a value
+constexpr std::size_t kMostCustomEngines = std::numeric_limits<std::int16_t>::max();  // as their index goes
+constexpr std::array<std::string_view, 3> kRemarks{
+    "Error_Engine_URL:", "CategoryData missing. Engine: ", "Duplicate Engine: "};
 
 std::string countText(std::uint16_t count) {
     return std::to_string(static_cast<std::int16_t>(count)) + ")";
+}
+
+// Turns a part of the text into upper case where it stands; any other text must be upper case already.
+std::string_view upperCase(std::string& text, std::string_view part) {
+    const auto start = static_cast<std::size_t>(part.data() - text.data());
+    for (std::size_t i = 0; i < part.size(); ++i) {
+        if (part[i] >= 'a' && part[i] <= 'z') text[start + i] = static_cast<char>(part[i] - 'a' + 'A');
+    }
+    return part;
 }
 
 }  // namespace
@@ -33,8 +48,15 @@ EngineLoader::EngineLoader(const Services& services, EngineLists& lists, const E
     : m_services(services), m_lists(lists), m_categories(categories), m_countries(countries) {}
 
 void EngineLoader::load() {
-    emptySelection();
-    readEngines();
+    m_remarks = {};
+    try {
+        emptySelection();
+        readEngines();
+    } catch (const std::exception&) {
+        tellRemarksLeftOut();
+        throw;
+    }
+    tellRemarksLeftOut();
 }
 
 // The engines themselves stand until the file proved readable, so they must not stay selected without a row.
@@ -46,16 +68,13 @@ void EngineLoader::emptySelection() {
 }
 
 void EngineLoader::readEngines() {
-    const auto text =
-        std::make_shared<const std::string>(readFile(m_services.paths.inWindows("krveng5.dat")));
+    const auto text = std::make_shared<std::string>(readFile(m_services.paths.inWindows("krveng5.dat")));
     if (text->empty()) throw Failure("The file is empty");
-    const auto upperCase = std::make_shared<UpperCaseTexts>();
-    Counts counts;
+    Load load{*text, CategoryRule(m_categories)};
     {
         const RowsBatch batch(m_lists.lsvEngines);
         m_lists.engines.clear();
         m_lists.engines.keep(text);
-        m_lists.engines.keep(upperCase);
         m_lists.engines.keep(m_categories.storage());
         const std::size_t expected = text->size() / kUsualRecordBytes;
         m_lists.engines.reserve(expected);
@@ -69,50 +88,51 @@ void EngineLoader::readEngines() {
                 engine = {};
                 m_lists.engines.expect(reader.value());
                 m_lists.lsvEngines.expect(reader.value());
-                ++counts.engines;
+                ++load.engines;
             }
-            applyItem(engine, reader.key(), reader.value(), *upperCase, counts);
+            applyItem(engine, reader.key(), reader.value(), load);
         }
         addEngineList(engine);
     }
-    showCounts(counts);
+    showCounts(load);
 }
 
-void EngineLoader::applyItem(clsEngines& engine, EngineKey key, std::string_view value,
-                             UpperCaseTexts& upperCase, Counts& counts) {
-    storeField(engine, key, value, upperCase);
+void EngineLoader::applyItem(clsEngines& engine, EngineKey key, std::string_view value, Load& load) {
+    storeField(engine, key, value);
     switch (key) {
         case EngineKey::Country:
-            if (!engine.Country.empty() && m_lists.countryFilter.find(engine.Country) == std::string::npos) {
-                addCountryFilterList(engine.Country);
-            }
+            engine.Country = upperCase(load.text, engine.Country);
+            if (!m_lists.countryFilter.contains(engine.Country)) addCountryFilterList(engine.Country);
             break;
         case EngineKey::EngineType:
-            ++counts.types[engineTypeIndex(engine.EngineType)];
+            engine.EngineType = upperCase(load.text, engine.EngineType);
+            ++load.types[engineTypeIndex(engine.EngineType)];
             break;
         case EngineKey::Category:
-            applyCategory(engine);
+            applyCategory(engine, load);
             break;
         case EngineKey::Action:
-            if (!startsWithNoCase(value, "http://") && !containsNoCase(value, "http://")) {
-                m_services.log.WriteErrorLog("Error_Engine_URL:" + escapeControlCharacters(engine.name) +
-                                             " - " + escapeControlCharacters(value));
-            }
+            if (!startsWithNoCase(value, "http://") && !containsNoCase(value, "http://"))
+                remark(Remark::UnknownAction, engine);
             break;
         default:
             break;
     }
 }
 
-void EngineLoader::applyCategory(clsEngines& engine) {
-    resolveCategoryData(engine, m_categories);
-    if (equalsNoCase(engine.Category, "C")) {
-        m_lists.cboCustomEngines.emplace_back(engine.name);
-        m_lists.myCustomEngine.push_back({std::string(engine.name), {}, {}});
-    }
-    if (missesCategoryData(engine)) {
-        m_services.log.WriteErrorLog("CategoryData missing. Engine: " + escapeControlCharacters(engine.name));
-    }
+void EngineLoader::applyCategory(clsEngines& engine, Load& load) {
+    load.rule.resolve(engine);
+    if (equalsNoCase(engine.Category, "C")) addCustomEngine(engine, load);
+    if (missesCategoryData(engine)) remark(Remark::NoCategoryData, engine);
+}
+
+// A record that gives its rule again and again adds its name as often, but not without end.
+void EngineLoader::addCustomEngine(const clsEngines& engine, Load& load) {
+    load.customNameBytes += engine.name.size();
+    if (load.customNameBytes > load.text.size() || m_lists.myCustomEngine.size() >= kMostCustomEngines)
+        return;
+    m_lists.cboCustomEngines.emplace_back(engine.name);
+    m_lists.myCustomEngine.push_back({std::string(engine.name), {}, {}});
 }
 
 void EngineLoader::addEngineList(const clsEngines& engine) {
@@ -121,23 +141,41 @@ void EngineLoader::addEngineList(const clsEngines& engine) {
     if (m_lists.engines.add(engine)) {
         addEngineListView(m_lists.lsvEngines, engine, m_row);
     } else {
-        m_services.log.WriteErrorLog("Duplicate Engine: " + escapeControlCharacters(engine.name));
+        remark(Remark::Duplicate, engine);
     }
 }
 
 void EngineLoader::addCountryFilterList(std::string_view code) {
-    m_lists.countryFilter.append(code).push_back(',');
+    m_lists.countryFilter.add(code);
     Row row;
     row.text.append(m_countries.getCountryName(code)).append("(").append(code).append(")");
     m_lists.lstCountry.add(std::move(row));
 }
 
-void EngineLoader::showCounts(const Counts& counts) {
-    m_lists.lsvEngines.setColumnTitle(0, "Engines(" + countText(counts.engines));
-    for (std::size_t index = 0; index < counts.types.size(); ++index) {
+void EngineLoader::remark(Remark kind, const clsEngines& engine) {
+    const auto place = static_cast<std::size_t>(kind);
+    if (++m_remarks[place] > kMostRemarks) return;
+    std::string line(kRemarks[place]);
+    line.append(escapeControlCharacters(left(engine.name, kRemarkedBytes)));
+    if (kind == Remark::UnknownAction)
+        line.append(" - ").append(escapeControlCharacters(left(engine.Action, kRemarkedBytes)));
+    m_services.log.WriteErrorLog(line);
+}
+
+void EngineLoader::tellRemarksLeftOut() {
+    for (std::size_t kind = 0; kind < m_remarks.size(); ++kind) {
+        if (m_remarks[kind] <= kMostRemarks) continue;
+        m_services.log.WriteErrorLog(std::string(kRemarks[kind]) + "... " +
+                                     std::to_string(m_remarks[kind] - kMostRemarks) + " more");
+    }
+}
+
+void EngineLoader::showCounts(const Load& load) {
+    m_lists.lsvEngines.setColumnTitle(0, "Engines(" + countText(load.engines));
+    for (std::size_t index = 0; index < load.types.size(); ++index) {
         TypeBox& box = m_lists.chkType[index];
-        box.count = static_cast<std::int16_t>(counts.types[index]);
-        box.caption = std::string(EngineTypes[index].caption) + countText(counts.types[index]);
+        box.count = static_cast<std::int16_t>(load.types[index]);
+        box.caption = std::string(EngineTypes[index].caption) + countText(load.types[index]);
     }
 }
 

@@ -5,7 +5,9 @@
 #include "core/Row.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace relay {
@@ -23,7 +25,7 @@ class EngineLoader final {
 
     // Throws Failure, with the engines read so far, when the file is missing, empty or fails while it is
     // read. Replaces the engines and empties the selection; the country filter and the custom engines only
-    // ever grow.
+    // ever grow. The log is told a thousand remarks of a kind, and the number of those beyond.
     void load();
     // Adds a finished record and its row. One without a name, or for adult sites only where these are
     // refused, is dropped in silence; one whose name is taken goes to the log.
@@ -31,24 +33,33 @@ class EngineLoader final {
     void addCountryFilterList(std::string_view code);
 
   private:
-    // What one load counts: lines of the file, in 16 bits that wrap around.
-    struct Counts final {
+    // What the log is told about a record.
+    enum class Remark : std::uint8_t { UnknownAction, NoCategoryData, Duplicate };
+
+    // One load: the file, and what is counted of it, in 16 bits that wrap around.
+    struct Load final {
+        std::string& text;
+        CategoryRule rule;
+        std::size_t customNameBytes = 0;
         std::uint16_t engines = 0;
         std::array<std::uint16_t, 7> types{};
     };
 
     void emptySelection();
     void readEngines();
-    void applyItem(clsEngines& engine, EngineKey key, std::string_view value, UpperCaseTexts& upperCase,
-                   Counts& counts);
-    void applyCategory(clsEngines& engine);
-    void showCounts(const Counts& counts);
+    void applyItem(clsEngines& engine, EngineKey key, std::string_view value, Load& load);
+    void applyCategory(clsEngines& engine, Load& load);
+    void addCustomEngine(const clsEngines& engine, Load& load);
+    void showCounts(const Load& load);
+    void remark(Remark kind, const clsEngines& engine);
+    void tellRemarksLeftOut();
 
     const Services& m_services;
     EngineLists& m_lists;
     const EngineCategories& m_categories;
     const Countries& m_countries;
-    Row m_row;  // scratch of addEngineList
+    std::array<std::size_t, 3> m_remarks{};  // of each kind, in the load that runs
+    Row m_row;                               // scratch of addEngineList
 };
 
 }  // namespace relay

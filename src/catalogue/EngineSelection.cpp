@@ -282,7 +282,7 @@ void EngineSelection::saveThroughDialog(const std::string& folder) {
 void EngineSelection::loadThroughDialog(const std::string& folder) {
     int filter = 1;
     const std::string path = ShowFileDialog(m_services.prompts, false, kFileFilter, folder, {}, filter);
-    if (!path.empty() && fileExists(path)) loadSelectedEngine(path);
+    if (!path.empty()) loadSelectedEngine(path);
 }
 
 void EngineSelection::loadFailedEngines() {

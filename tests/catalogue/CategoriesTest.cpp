@@ -11,9 +11,9 @@ using Names = std::vector<std::string>;
 constexpr std::string_view kTree =
     "# tree\n"
     "stray\n"
-    "[Arts]\nMusic, Film\n\"Dance, Ballet\"\n"
+    "[Arts]\nMusic, Film\n# comment\n\"Dance, Ballet\"\n"
     "[Small Business]\nShops\n"
-    "[Adult]\nVideo\n"
+    "[Young adults]\nVideo\n"
     "[Empty]\n";
 
 struct CategoriesFixture final : SessionFixture {
@@ -36,7 +36,8 @@ TEST(Categories, loadsTheTreeAndSelectsItsFirstRow) {
     EXPECT_FALSE(fixture.tree.loadCategory());
     EXPECT_EQ(fixture.selected(), "-/-");
     ASSERT_TRUE(fixture.load(kTree));
-    EXPECT_EQ(texts(fixture.tree.lstMainCategory), (Names{"Arts", "Small Business", "Adult", "Empty"}));
+    EXPECT_EQ(texts(fixture.tree.lstMainCategory),
+              (Names{"Arts", "Small Business", "Young adults", "Empty"}));
     EXPECT_EQ(texts(fixture.tree.lstCategory), (Names{"Music", "Film", "Dance, Ballet"}));
     EXPECT_EQ(fixture.selected(), "Arts/-");
     fixture.tree.loadSubCategory("empty");
@@ -79,6 +80,23 @@ TEST(Categories, findsAWebsitesCategoryAgain) {
         fixture.tree.setSelectedCategory(example.main, example.sub);
         EXPECT_EQ(fixture.selected(), example.selected) << example.main << "/" << example.sub;
     }
+}
+
+TEST(Categories, knowsWhatTheTreeHolds) {
+    const struct {
+        const char* main;
+        const char* sub;
+        bool held;
+    } cases[] = {{"arts", "FILM", true},   {"Arts", "Dance, Ballet", true},
+                 {"Arts", "Shops", false}, {"Arts", "Fil", false},
+                 {"Arts", "", true},       {"Gone", "", false},
+                 {"", "shops", true},      {"", "Shop", false},
+                 {"Empty", "Film", false}};
+    CategoriesFixture fixture;
+    ASSERT_TRUE(fixture.load(kTree));
+    for (const auto& example : cases)
+        EXPECT_EQ(fixture.tree.has(example.main, example.sub), example.held)
+            << example.main << "/" << example.sub;
 }
 
 TEST(Countries, readsNamesAndCodes) {

@@ -45,7 +45,7 @@ std::string dump(const SessionFixture& fixture, bool loaded, const std::vector<F
         out << "box " << shown.title << ": " << shown.text.substr(0, 34) << "\n";
     }
     for (const TypeBox& box : fixture.lists.chkType) out << box.caption << "\n";
-    out << "filter " << fixture.lists.countryFilter << "\n";
+    out << "filter " << fixture.lists.countryFilter.text() << "\n";
     for (const std::string& country : texts(fixture.lists.lstCountry)) out << "country " << country << "\n";
     for (const std::string& name : fixture.lists.cboCustomEngines) out << "custom " << name << "\n";
     for (const clsEngines& engine : fixture.lists.engines) dumpEngine(out, engine);

@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "catalogue/CatalogueCheck.h"
+#include "catalogue/CountryFilter.h"
 #include "support/SessionFixture.h"
 
 #include <filesystem>
+#include <gmock/gmock.h>
+#include <random>
 #include <sys/stat.h>
 
 namespace relay::test {
@@ -72,13 +76,27 @@ TEST(EngineLoader, replacesEnginesButKeepsFilterAndCustomEngines) {
     EXPECT_TRUE(fixture.lists.lsvSelectedEngines.empty());
     EXPECT_FALSE(fixture.lists.engines.find("Old")->Selected);
     // "S" occurs in "US,": the test is a plain search.
-    EXPECT_EQ(fixture.lists.countryFilter, "US,DE,");
+    EXPECT_EQ(fixture.lists.countryFilter.text(), "US,DE,");
     EXPECT_EQ(fixture.lists.cboCustomEngines, (std::vector<std::string>{"Old", "Old"}));
     ASSERT_EQ(fixture.lists.myCustomEngine.size(), 2u);
     EXPECT_EQ(fixture.lists.myCustomEngine[1].EngineName, "Old");
 }
 
-TEST(EngineLoader, countsInSixteenBits) {
+TEST(CountryFilter, findsWhatAPlainSearchFinds) {
+    std::mt19937 random(7);
+    CountryFilter filter;
+    for (int number = 0; number < 20000; ++number) {
+        std::string code;
+        for (std::size_t length = random() % 12 + 1; length > 0; --length) code += "ABBC,"[random() % 5];
+        const bool found = filter.text().find(code) != npos;
+        ASSERT_EQ(filter.contains(code), found) << code << " in " << filter.text();
+        if (!found) filter.add(code);
+    }
+    EXPECT_GT(filter.text().size(), 10000U);
+}
+
+// Sixteen bits wrap around, and what is said of one kind is only counted after the first thousand.
+TEST(EngineLoader, countsWhatIsTooMany) {
     SessionFixture fixture;
     std::string text;
     for (int number = 0; number < 40000; ++number) text += "Name=Same\nType=ZINE\n";
@@ -87,6 +105,28 @@ TEST(EngineLoader, countsInSixteenBits) {
     EXPECT_EQ(fixture.lists.chkType[6].caption, "&Miscellaneous(-25536)");
     EXPECT_EQ(fixture.lists.lsvEngines.count(), 1);
     EXPECT_EQ(fixture.lists.engines.find("SAME")->EngineType, "ZINE");
+    EXPECT_THAT(fixture.logText(),
+                testing::EndsWith("Duplicate Engine: Same\r\nDuplicate Engine: ... 38999 more\r\n"));
+    EXPECT_LT(fixture.logText().size(), 1002U * 24);
+    // Each load counts anew, and one that fails tells its rest too.
+    EXPECT_FALSE(fixture.loadEngines(text + "Name=Last\nCategory=Y\n", "# no table\n"));
+    EXPECT_THAT(fixture.logText(), testing::EndsWith(" 38999 more\r\n"));
+
+    const auto findings = checkCatalogue(text, fixture.catalogue.engineCategories, false);
+    ASSERT_EQ(findings.size(), 4U * 1001);
+    EXPECT_EQ(findings.back().kind, FindingKind::UnknownType);
+    EXPECT_EQ(findings.back().line, 2002U);
+    EXPECT_EQ(findings.back().text, "39000 more of this kind");
+}
+
+// A name costs no more than its bytes, however often its record gives a rule.
+TEST(EngineLoader, keepsLittleOfALongName) {
+    SessionFixture fixture;
+    std::string text = "Name=" + std::string(600, 'n') + "\n";
+    for (int number = 0; number < 60; ++number) text += "Category=C\n";
+    ASSERT_TRUE(fixture.loadEngines(text));
+    EXPECT_EQ(fixture.lists.cboCustomEngines.size(), 2U);
+    EXPECT_THAT(fixture.logText(), testing::EndsWith(": " + std::string(500, 'n') + "\r\n"));
 }
 
 TEST(EngineCategories, tellsWhenTheFileCannotBeRead) {

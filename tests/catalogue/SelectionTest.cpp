@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "catalogue/EngineListPage.h"
 #include "core/FileStore.h"
 #include "support/SessionFixture.h"
 
@@ -10,7 +11,7 @@ namespace {
 
 constexpr std::string_view kEngines =
     "Name=Alpha\nType=ENG\nCountry=US\nSiteLevel=1\nAdults=Yes\n"
-    "Name=Beta\nType=DIR\nCountry=DE\nCategory=C\nAdults=No\n"
+    "Name=Beta\nType=DIR\nCountry=DE\nCategory=C\nSiteLevel=2\nAdults=No\n"
     "Name=Gamma\nType=FFA\nCountry=US\nCategory=N\nAdultOnlySites=Yes\n"
     "Name=Delta\nType=HOT\nCountry=GB\n"
     "Name=Paper\nType=NEWS\nSiteLevel=1\n"
@@ -214,9 +215,13 @@ TEST(EnginesMenu, savesThroughTheDialog) {
 
 TEST(EnginesMenu, loadsFilesAndFailedEngines) {
     SelectionFixture fixture;
-    fixture.selection.mnuEngineItems(6);
-    EXPECT_EQ(fixture.prompts.last().title, "Load Engines");
-    EXPECT_EQ(fixture.prompts.last().text, "Failed engine list is empty.");
+    for (const std::size_t boxes : {1U, 2U}) {  // without the file, and with an empty one
+        fixture.selection.mnuEngineItems(6);
+        ASSERT_EQ(fixture.prompts.shown.size(), boxes);
+        EXPECT_EQ(fixture.prompts.last().title, "Load Engines");
+        EXPECT_EQ(fixture.prompts.last().text, "Failed engine list is empty.");
+        fixture.home.write("fail.eng", "");
+    }
     fixture.home.write("fail.eng", "Gamma\r\n");
     fixture.selection.mnuEngineItems(6);
     EXPECT_EQ(fixture.selected(), "G");
@@ -231,7 +236,7 @@ TEST(EnginesMenu, exportsThePage) {
     SessionFixture fixture;
     ASSERT_TRUE(fixture.loadEngines(
         "Name=A <b>\nType=ENG\nName=M\nType=MALL\nName=N\nType=NEWS\nName=X\nName=F\nType=FFA\n"
-        "Name=A2\nType=eng\n"));
+        "Name=A2\nType=eng\nName=H\nType=HOT\n"));
     fixture.selection.mnuEngineItems(8);  // answered with No
     EXPECT_FALSE(fileExists(fixture.home.path("englist.htm")));
     EXPECT_EQ(fixture.prompts.last().text,
@@ -243,6 +248,9 @@ TEST(EnginesMenu, exportsThePage) {
     EXPECT_EQ(fixture.prompts.last().text, fixture.home.path("englist.htm"));
     const std::string page = fixture.home.read("englist.htm");
     EXPECT_EQ(page.substr(0, page.find("<hr ")), readFile(TEST_FOLDER "/englist.htm"));
+
+    const std::string empty = engineListPage(EngineCollection());  // the first three groups stay
+    EXPECT_EQ(empty.size() - replaceAll(empty, "<b>", "").size(), 9U);
 }
 
 }  // namespace
