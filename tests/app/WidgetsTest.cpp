@@ -176,6 +176,19 @@ TEST(QtPromptsTest, BoxesShowTheTextsAndTakeKeys) {
     prompts.message("Told", "Title", Icon::Critical);
     EXPECT_EQ(seen, QStringLiteral("Told"));
 
+    prompts.busy(true);
+    for (const bool ends : {false, true}) {
+        EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
+        whenModal([&](QWidget& box) {
+            EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+            if (ends) prompts.busy(false);
+            EXPECT_EQ(QApplication::overrideCursor(), nullptr) << "the box is still waiting for the user";
+            QTest::keyClick(&box, Qt::Key_Escape);
+        });
+        prompts.message("Work goes on, or ends behind the box", "Title");
+    }
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+
     const auto type = [](const char* text, Qt::Key key) {
         whenModal([text, key](QWidget& dialog) {
             auto* const edit = dialog.findChild<QLineEdit*>();
