@@ -28,7 +28,7 @@ Home::Home(Paths where, const Clock& clock, std::string_view commandLine, Prompt
       log(paths.inApp("Error.log"), clock, commandLine),
       settings(paths.settingsFile),
       preference(paths, settings, log, prompts) {
-    if (!preference.GetSettings()) log.WriteErrorLog("GetSettings Error.\r\n");
+    if (!preference.GetSettings(SettingsReader::CommandLine)) log.WriteErrorLog("GetSettings Error.\r\n");
 }
 
 CommandLineContext::CommandLineContext(Console& console, const std::vector<std::string>& arguments)
