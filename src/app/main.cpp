@@ -23,6 +23,15 @@ Paths choosePaths(const Options& options) {
     return Paths::fromEnvironment(environmentVariable);
 }
 
+// False when this home's window is another program's.
+bool claimHome(OneWindow& oneWindow, Prompts& prompts) {
+    const OneWindow::Claim claim = oneWindow.claim();
+    if (claim != OneWindow::Claim::Held) return claim == OneWindow::Claim::Granted;
+    if (!prompts.ask(oneWindow.question(), kApplication)) return false;
+    oneWindow.takeOver();
+    return true;
+}
+
 int runWindow(const Options& options) {
     const SystemClock clock;
     QtPrompts prompts;
@@ -31,7 +40,7 @@ int runWindow(const Options& options) {
         const Paths paths = choosePaths(options);
         makeFolder(paths.AppPath);
         OneWindow oneWindow(toScreen(paths.AppPath));
-        if (!oneWindow.claim()) return 0;
+        if (!claimHome(oneWindow, prompts)) return 0;
         program = std::make_unique<Program>(paths, options.commandLine, clock, prompts);
         QObject::connect(&oneWindow, &OneWindow::raiseWanted, &oneWindow,
                          [&program] { program->bringToFront(); });

@@ -399,13 +399,19 @@ TEST(OneWindowTest, TheSecondOnAHomeRaisesTheFirst) {
     const TestHome home;
     const QString folder = toScreen(home.paths().AppPath);
     OneWindow first(folder);
-    ASSERT_TRUE(first.claim());
+    ASSERT_EQ(first.claim(), OneWindow::Claim::Granted);
     int raised = 0;
     QObject::connect(&first, &OneWindow::raiseWanted, &first, [&raised] { ++raised; });
-    EXPECT_FALSE(OneWindow(folder).claim());
+    EXPECT_EQ(OneWindow(folder).claim(), OneWindow::Claim::Raised);
     EXPECT_TRUE(waitUntil([&] { return raised == 1; }));
     const TestHome other;
-    EXPECT_TRUE(OneWindow(toScreen(other.paths().AppPath)).claim());
+    other.write(".window.lock", "1234\nkorvel-relay\nelsewhere\n");
+    OneWindow later(toScreen(other.paths().AppPath));
+    EXPECT_EQ(later.claim(), OneWindow::Claim::Held);
+    EXPECT_THAT(later.question(), HasSubstr(other.path(".window.lock") + "\r\n"));
+    EXPECT_THAT(later.question(), HasSubstr("1234 on the computer 'elsewhere'"));
+    later.takeOver();
+    EXPECT_EQ(OneWindow(toScreen(other.paths().AppPath)).claim(), OneWindow::Claim::Raised);
 }
 
 TEST(OptionsTest, SwitchesStandAnywhere) {
