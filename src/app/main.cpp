@@ -2,13 +2,14 @@
 #include "app/OneWindow.h"
 #include "app/Options.h"
 #include "app/Program.h"
+#include "app/WindowApplication.h"
 #include "core/Paths.h"
 #include "core/ScreenText.h"
 #include "widgets/Look.h"
 #include "widgets/QtPrompts.h"
 
-#include <QApplication>
 #include <QFile>
+#include <QScopeGuard>
 
 #include <csignal>
 #include <cstdio>
@@ -32,10 +33,15 @@ bool claimHome(OneWindow& oneWindow, Prompts& prompts) {
     return true;
 }
 
-int runWindow(const Options& options) {
+int runWindow(const Options& options, WindowApplication& application) {
     const SystemClock clock;
     QtPrompts prompts;
     std::unique_ptr<Program> program;
+    application.failed = [&](std::string_view words) {
+        if (program) program->log().WriteErrorLog(words);
+        prompts.message(words, "Error", Icon::Critical);
+    };
+    const auto silent = qScopeGuard([&application] { application.failed = nullptr; });
     try {
         const Paths paths = choosePaths(options);
         makeFolder(paths.AppPath);
@@ -69,9 +75,9 @@ int main(int argc, char** argv) {
         return options.exitCode;
     }
     std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is a write that fails
-    QApplication application(argc, argv);
+    WindowApplication application(argc, argv);
     QApplication::setApplicationName(toScreen(kApplication));
     QApplication::setApplicationVersion(QStringLiteral(RELAY_VERSION));
     applyLook(application, qEnvironmentVariable("KORVEL_RELAY_PALETTE"));
-    return runWindow(options);
+    return runWindow(options, application);
 }

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/OneWindow.h"
 #include "app/Options.h"
+#include "app/WindowApplication.h"
 #include "app/WindowTest.h"
+#include "core/Failure.h"
 #include "core/FileStore.h"
 #include "core/ScreenText.h"
 #include "projects/QuickStart.h"
@@ -393,6 +395,25 @@ TEST_F(MainWindowTest, EveryControlHasANameAndAPlaceInTheTabOrder) {
         EXPECT_TRUE(reached.contains(widget)) << qPrintable(name);
     }
     EXPECT_GT(controls, 60);
+}
+
+TEST(WindowApplicationTest, WhatAHandlerLetsOutIsToldAndTheProgramGoesOn) {
+    auto& application = dynamic_cast<WindowApplication&>(*qApp);
+    std::vector<std::string> told;
+    QObject failing;
+    const auto fail = [&](const std::function<void()>& work) {
+        QMetaObject::invokeMethod(&failing, work, Qt::QueuedConnection);
+        QCoreApplication::processEvents();
+    };
+    application.failed = [&](std::string_view words) {
+        told.emplace_back(words);
+        fail([] { throw std::runtime_error("within the box"); });
+    };
+    fail([] { throw std::bad_alloc(); });
+    fail([] { throw 1; });
+    application.failed = nullptr;
+    fail([] { throw Failure("with nobody to tell"); });
+    EXPECT_THAT(told, ElementsAre("Main_Error: Out of memory", "Main_Error: Unknown failure"));
 }
 
 TEST(OneWindowTest, TheSecondOnAHomeRaisesTheFirst) {
