@@ -47,9 +47,13 @@ class frmMain final : public QMainWindow {
     // Where the border between tree and panel stands, in pixels from the left; 0 takes the usual place.
     int splitterPlace() const;
     void setSplitterPlace(int place);
+    // Where the window stands when it is neither maximised nor minimised: the corner of its frame, and its
+    // size without the frame.
+    QRect normalPlace() const;
 
   protected:
     void closeEvent(QCloseEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
@@ -85,6 +89,7 @@ class frmMain final : public QMainWindow {
 
     std::unique_ptr<Ui::frmMain> m_ui;
     MainParts m_parts;
+    QPoint m_frame;              // how far inside its frame the window stands when it is not maximised
     bool m_showingNode = false;  // the tree's current row follows the desk, not the user
     bool m_clickDone = false;    // the press already switched the panel
 };
