@@ -76,11 +76,17 @@ class frmMain final : public QMainWindow {
     void configure();
     void findEngines();
     QAction* command(const QString& name) const;
+    // Runs the operation when the command is given; what it lets out is told with these words.
+    void connectCommand(QAction* action, const char* words, const std::function<void()>& operation);
 
     // frmMainTree.cpp
     void connectTree();
     void nodeClicked(const QModelIndex& index);
     void showCurrentNode(ProjectNode* node);
+    // Highlights the node that commands act on, wherever a press has left the highlight.
+    void keepHighlight();
+    // The current node goes up to a node that was closed over it.
+    void leaveHiddenNode(const QModelIndex& collapsed);
     void editLabel(ProjectNode* node);
     void renameFromEditor(const QString& key, const std::string& text);
     void removeCurrentNode();
