@@ -45,11 +45,9 @@ std::string OneWindow::question() const {
     qint64 process = 0;
     QString computer;
     QString program;
-    std::string words = "The file\r\n" + fromScreen(m_lock.fileName()) + "\r\nsays that ";
+    std::string words = "The file\r\n" + fromScreen(m_lock.fileName()) + "\r\nsays that another program";
     if (m_lock.getLockInfo(&process, &computer, &program))
-        words += "the program " + std::to_string(process) + " on the computer '" + fromScreen(computer) + "'";
-    else
-        words += "another program";
+        words += " (process " + std::to_string(process) + " on the computer '" + fromScreen(computer) + "')";
     return words +
            " has this home open.\r\n\r\nTwo windows on one home undo each other's work. Do you want to go on "
            "all the same?";

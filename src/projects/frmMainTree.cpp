@@ -93,7 +93,8 @@ void frmMain::connectTree() {
     connect(view, &QTreeView::clicked, this, [this](const QModelIndex& index) {
         if (!m_clickDone) nodeClicked(index);
     });
-    // A press highlights what is under it at its very end, also where the click was refused.
+    // A press highlights what is under it at its very end, also where the click was refused, and with
+    // Control held takes the highlight away.
     connect(view, &QTreeView::pressed, this, &frmMain::keepHighlight);
     connect(view, &QTreeView::collapsed, this, &frmMain::leaveHiddenNode);
     connect(view, &QTreeView::doubleClicked, this, &frmMain::sortCurrentNode);

@@ -181,7 +181,7 @@ TEST_F(MainWindowTest, AClickThatIsRefusedLeavesTheHighlightWhereCommandsAct) {
     // The menu of a node is not opened over a node that it would not act on.
     Q_EMIT tree.customContextMenuRequested(shop);
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
-    QTest::mouseClick(tree.viewport(), Qt::LeftButton, Qt::ControlModifier,
+    QTest::mouseClick(tree.viewport(), Qt::RightButton, Qt::ControlModifier,
                       tree.visualRect(node("Shop/Home")).center());
     refused("click with Control");
     QTest::keyClick(&tree, Qt::Key_Up);
@@ -510,7 +510,7 @@ TEST(OneWindowTest, TheSecondOnAHomeRaisesTheFirst) {
     OneWindow later(toScreen(other.paths().AppPath));
     EXPECT_EQ(later.claim(), OneWindow::Claim::Held);
     EXPECT_THAT(later.question(), HasSubstr(other.path(".window.lock") + "\r\n"));
-    EXPECT_THAT(later.question(), HasSubstr("1234 on the computer 'elsewhere'"));
+    EXPECT_THAT(later.question(), HasSubstr("process 1234 on the computer 'elsewhere'"));
     later.takeOver();
     EXPECT_EQ(OneWindow(toScreen(other.paths().AppPath)).claim(), OneWindow::Claim::Raised);
 }
