@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/OneWindow.h"
 
+#include "core/ScreenText.h"
+
 #include <QCryptographicHash>
 #include <QDir>
 #include <QLocalSocket>
@@ -32,22 +34,41 @@ OneWindow::OneWindow(const QString& home, QObject* parent)
     });
 }
 
-bool OneWindow::claim() {
-    if (!m_lock.tryLock(0) && m_lock.error() == QLockFile::LockFailedError) {
-        askToRaise();
-        return false;
-    }
-    if (m_lock.isLocked()) {
-        QLocalServer::removeServer(m_socket);
-        m_server.listen(m_socket);
-    }
-    return true;
+OneWindow::Claim OneWindow::claim() {
+    if (!m_lock.tryLock(0) && m_lock.error() == QLockFile::LockFailedError)
+        return askToRaise() ? Claim::Raised : Claim::Held;
+    listen();
+    return Claim::Granted;
 }
 
-void OneWindow::askToRaise() const {
+std::string OneWindow::question() const {
+    qint64 process = 0;
+    QString computer;
+    QString program;
+    std::string words = "The file\r\n" + fromScreen(m_lock.fileName()) + "\r\nsays that another program";
+    if (m_lock.getLockInfo(&process, &computer, &program))
+        words += " (process " + std::to_string(process) + " on the computer '" + fromScreen(computer) + "')";
+    return words +
+           " has this home open.\r\n\r\nTwo windows on one home undo each other's work. Do you want to go on "
+           "all the same?";
+}
+
+void OneWindow::takeOver() {
+    QFile::remove(m_lock.fileName());
+    m_lock.tryLock(0);
+    listen();
+}
+
+void OneWindow::listen() {
+    if (!m_lock.isLocked()) return;
+    QLocalServer::removeServer(m_socket);
+    m_server.listen(m_socket);
+}
+
+bool OneWindow::askToRaise() const {
     QLocalSocket socket;
     socket.connectToServer(m_socket);
-    socket.waitForConnected(kPatienceMilliseconds);
+    return socket.waitForConnected(kPatienceMilliseconds);
 }
 
 }  // namespace relay

@@ -6,6 +6,8 @@
 #include <QObject>
 #include <QString>
 
+#include <string>
+
 namespace relay {
 
 // Keeps one window to a home: the first program on it holds a lock file inside the home, and listens; a later
@@ -13,17 +15,27 @@ namespace relay {
 class OneWindow final : public QObject {
     Q_OBJECT
   public:
+    enum class Claim {
+        Granted,  // or not guarded
+        Raised,   // another program holds the home, and was asked to come to the front
+        Held,     // somebody holds the home who cannot be asked: on another computer, most likely
+    };
+
     explicit OneWindow(const QString& home, QObject* parent = nullptr);
 
-    // False when another program holds the home; that one was then asked to come to the front.
-    bool claim();
+    Claim claim();
+    // After Held: the question whether to go on all the same, with the lock file's name and what it says.
+    std::string question() const;
+    // After Held: the home is taken from whoever holds it.
+    void takeOver();
 
   Q_SIGNALS:
     // Another program was started on this home.
     void raiseWanted();
 
   private:
-    void askToRaise() const;
+    bool askToRaise() const;
+    void listen();
 
     QString m_socket;
     QLockFile m_lock;

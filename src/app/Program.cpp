@@ -106,15 +106,11 @@ void Program::placeWindow() {
 
 bool Program::leave() {
     if (!m_startUp.confirmExit()) return false;
-    const bool normal = !m_window->isMaximized() && !m_window->isMinimized();
-    const QPoint corner = normal ? m_window->pos() : m_window->normalGeometry().topLeft();
-    const QSize size = normal ? m_window->size() : m_window->normalGeometry().size();
-    m_session.settings.setValue(kApplication, kWindowSection, kSplitterKey,
-                                std::to_string(m_window->splitterPlace()));
+    const QRectF place = m_window->normalPlace();
     trap(m_prompts, "Save_Setting_Error: ", [&] {
-        m_startUp.finish(
-            windowPositionText({static_cast<double>(corner.x()), static_cast<double>(corner.y()),
-                                static_cast<double>(size.width()), static_cast<double>(size.height())}));
+        m_session.settings.setValue(kApplication, kWindowSection, kSplitterKey,
+                                    std::to_string(m_window->splitterPlace()));
+        m_startUp.finish(windowPositionText({place.x(), place.y(), place.width(), place.height()}));
     });
     return true;
 }

@@ -197,6 +197,16 @@ void frmMain::showWebsite() {
     m_ui->SSTab1->showFields();
 }
 
+QRect frmMain::normalPlace() const {
+    const bool normal = !isMaximized() && !isMinimized();
+    return normal ? QRect(pos(), size()) : normalGeometry().translated(-m_frame);
+}
+
+void frmMain::moveEvent(QMoveEvent* event) {
+    QMainWindow::moveEvent(event);
+    if (!isMaximized() && !isMinimized()) m_frame = geometry().topLeft() - pos();
+}
+
 void frmMain::closeEvent(QCloseEvent* event) {
     if (closeAllowed && !closeAllowed())
         event->ignore();

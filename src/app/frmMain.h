@@ -36,9 +36,13 @@ class frmMain final : public QMainWindow {
     // Where the border between tree and panel stands, in pixels from the left; 0 takes the usual place.
     int splitterPlace() const;
     void setSplitterPlace(int place);
+    // Where the window stands when it is neither maximised nor minimised: the corner of its frame, and its
+    // size without the frame.
+    QRect normalPlace() const;
 
   protected:
     void closeEvent(QCloseEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
@@ -61,11 +65,17 @@ class frmMain final : public QMainWindow {
     void configure();
     void findEngines();
     QAction* command(const QString& name) const;
+    // Runs the operation when the command is given; what it lets out is told with these words.
+    void connectCommand(QAction* action, const char* words, const std::function<void()>& operation);
 
     // frmMainTree.cpp
     void connectTree();
     void nodeClicked(const QModelIndex& index);
     void showCurrentNode(ProjectNode* node);
+    // Highlights the node that commands act on, wherever a press has left the highlight.
+    void keepHighlight();
+    // The current node goes up to a node that was closed over it.
+    void leaveHiddenNode(const QModelIndex& collapsed);
     void editLabel(ProjectNode* node);
     void renameFromEditor(const QString& key, const std::string& text);
     void removeCurrentNode();
@@ -75,6 +85,7 @@ class frmMain final : public QMainWindow {
     std::unique_ptr<Ui::frmMain> m_ui;
     const Services& m_services;
     clsMain& m_main;
+    QPoint m_frame;              // how far inside its frame the window stands when it is not maximised
     bool m_showingNode = false;  // the tree's current row follows the desk, not the user
     bool m_clickDone = false;    // the press already switched the panel
 };

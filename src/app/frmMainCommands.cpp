@@ -9,6 +9,7 @@
 #include "core/Prompts.h"
 #include "core/ScreenText.h"
 #include "core/Services.h"
+#include "core/Trap.h"
 #include "core/clsPreference.h"
 #include "projects/SiteCommands.h"
 #include "projects/UrlList.h"
@@ -25,6 +26,8 @@ namespace relay {
 namespace {
 constexpr int kFileItems[] = {0, 1, 3, 4, 6, 7, 8};
 constexpr int kEngineItems[] = {0, 1, 3, 4, 6, 8};
+constexpr const char* kFileTrap = "Module: NewProject\r\n";
+constexpr const char* kHelpTrap = "Module: Help\r\n";
 
 QString numbered(const char* name, int index) {
     return QString::fromLatin1(name) + QLatin1Char('_') + QString::number(index);
@@ -35,25 +38,30 @@ QAction* frmMain::command(const QString& name) const {
     return findChild<QAction*>(name, Qt::FindDirectChildrenOnly);
 }
 
+void frmMain::connectCommand(QAction* action, const char* words, const std::function<void()>& operation) {
+    connect(action, &QAction::triggered, this,
+            [this, words, operation] { trap(m_services.prompts, words, operation); });
+}
+
 void frmMain::connectToolbar() {
     ProjectDesk& desk = m_main.desk;
-    connect(m_ui->NewProject, &QAction::triggered, this, [&desk] { desk.fileItem(0); });
-    connect(m_ui->NewWeb, &QAction::triggered, this, [&desk] { desk.fileItem(3); });
+    connectCommand(m_ui->NewProject, kFileTrap, [&desk] { desk.fileItem(0); });
+    connectCommand(m_ui->NewWeb, kFileTrap, [&desk] { desk.fileItem(3); });
     m_ui->Save->setShortcut(QKeySequence::Save);
-    connect(m_ui->Save, &QAction::triggered, this, [&desk] { desk.toolbarSave(); });
-    connect(m_ui->Engines, &QAction::triggered, this, [&desk] { desk.showEngines(); });
-    connect(m_ui->Submit, &QAction::triggered, this, &frmMain::submit);
+    connectCommand(m_ui->Save, kFileTrap, [&desk] { desk.toolbarSave(); });
+    connectCommand(m_ui->Engines, kFileTrap, [&desk] { desk.showEngines(); });
+    connectCommand(m_ui->Submit, kFileTrap, [this] { submit(); });
     connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, this, &frmMain::findEngines);
 }
 
 void frmMain::connectMenus() {
-    for (const int index : kFileItems) {
-        connect(command(numbered("mnuFileItems", index)), &QAction::triggered, this,
-                [this, index] { m_main.desk.fileItem(index); });
-    }
-    connect(m_ui->mnuImportItems_0, &QAction::triggered, this, [this] { m_main.desk.fileItem(6); });
-    connect(m_ui->mnuFileItems_13, &QAction::triggered, this, &frmMain::configure);
-    connect(m_ui->mnuFileItems_15, &QAction::triggered, this, [this] {
+    ProjectDesk& desk = m_main.desk;
+    for (const int index : kFileItems)
+        connectCommand(command(numbered("mnuFileItems", index)), kFileTrap,
+                       [&desk, index] { desk.fileItem(index); });
+    connectCommand(m_ui->mnuImportItems_0, kFileTrap, [&desk] { desk.fileItem(6); });
+    connectCommand(m_ui->mnuFileItems_13, kFileTrap, [this] { configure(); });
+    connectCommand(m_ui->mnuFileItems_15, kFileTrap, [this] {
         m_main.desk.autoSaveToLeave();
         close();
     });
@@ -61,16 +69,15 @@ void frmMain::connectMenus() {
         connect(command(numbered("mnuEngineItems", index)), &QAction::triggered, this,
                 [this, index] { m_main.catalogue.selection.mnuEngineItems(index); });
     }
-    const auto opens = [this](QAction* action, std::function<std::string()> address) {
-        connect(action, &QAction::triggered, this,
-                [this, address] { m_services.prompts.openWithSystem(address()); });
+    const auto opens = [this](QAction* action, const std::function<std::string()>& address) {
+        connectCommand(action, kHelpTrap, [this, address] { m_services.prompts.openWithSystem(address()); });
     };
-    connect(m_ui->mnuHelpItems_0, &QAction::triggered, this,
-            [this] { openHelp(m_services.paths, m_services.prompts); });
+    connectCommand(m_ui->mnuHelpItems_0, kHelpTrap,
+                   [this] { openHelp(m_services.paths, m_services.prompts); });
     opens(m_ui->mnuHelpItems_6, [] { return std::string(kWebAddress); });
     opens(m_ui->mnuHelpItems_7, [this] { return m_services.preference.UpdateURL; });
     opens(m_ui->mnuHelpItems_8, [this] { return m_services.preference.SupportURL; });
-    connect(m_ui->mnuHelpItems_10, &QAction::triggered, this, [this] { frmAbout(this).exec(); });
+    connectCommand(m_ui->mnuHelpItems_10, kHelpTrap, [this] { frmAbout(this).exec(); });
     connect(m_ui->mnuFile, &QMenu::aboutToShow, this, &frmMain::enableCommands);
     connect(m_ui->mnuEngine, &QMenu::aboutToShow, this, &frmMain::enableCommands);
 }

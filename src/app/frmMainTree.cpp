@@ -6,6 +6,7 @@
 #include "core/Prompts.h"
 #include "core/ScreenText.h"
 #include "core/Services.h"
+#include "core/Trap.h"
 #include "ui_frmMain.h"
 #include "widgets/IconTheme.h"
 
@@ -18,6 +19,21 @@ namespace relay {
 
 namespace {
 constexpr int kIconSize = 18;
+constexpr const char* kPopupTrap = "Menupopup_Error: ";
+
+constexpr auto kLabelEditor = "txtNodeLabel";
+
+// Keys pressed in it end here: the tree below has a use of its own for Return, Delete and F5.
+class NodeLabel final : public QLineEdit {
+  public:
+    using QLineEdit::QLineEdit;
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        QLineEdit::keyPressEvent(event);
+        event->accept();
+    }
+};
 
 class NodeDelegate final : public QStyledItemDelegate {
   public:
@@ -29,14 +45,25 @@ class NodeDelegate final : public QStyledItemDelegate {
     }
 
     QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem&, const QModelIndex&) const override {
-        auto* const edit = new QLineEdit(parent);
-        edit->setObjectName(QStringLiteral("txtNodeLabel"));
+        auto* const edit = new NodeLabel(parent);
+        edit->setObjectName(QLatin1String(kLabelEditor));
         edit->setAccessibleName(tr("New name"));
         edit->setMaxLength(1 << 24);
         return edit;
     }
 
   protected:
+    // Tab ends the edit as Return does; the toolkit would go on to edit the next node.
+    bool eventFilter(QObject* editor, QEvent* event) override {
+        const int key = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent*>(event)->key() : 0;
+        if (key != Qt::Key_Tab && key != Qt::Key_Backtab)
+            return QStyledItemDelegate::eventFilter(editor, event);
+        auto* const edit = qobject_cast<QWidget*>(editor);
+        Q_EMIT commitData(edit);
+        Q_EMIT closeEditor(edit);
+        return true;
+    }
+
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
         QStyledItemDelegate::initStyleOption(option, index);
         option->features |= QStyleOptionViewItem::HasDecoration;
@@ -68,15 +95,20 @@ void frmMain::connectTree() {
     connect(view, &QTreeView::clicked, this, [this](const QModelIndex& index) {
         if (!m_clickDone) nodeClicked(index);
     });
+    // A press highlights what is under it at its very end, also where the click was refused, and with
+    // Control held takes the highlight away.
+    connect(view, &QTreeView::pressed, this, &frmMain::keepHighlight);
+    connect(view, &QTreeView::collapsed, this, &frmMain::leaveHiddenNode);
     connect(view, &QTreeView::doubleClicked, this, &frmMain::sortCurrentNode);
     const QString keys =
         tr("Double click or F5 sorts what is under the current node, F2 renames it, Delete "
            "removes it.");
     view->setToolTip(keys);
     view->setAccessibleDescription(keys);
-    connect(view, &QTreeView::customContextMenuRequested, this, &frmMain::showTreePopup);
-    connect(m_ui->mnuPopupItems_10, &QAction::triggered, this,
-            [this] { editLabel(m_main.desk.currentNode()); });
+    connect(view, &QTreeView::customContextMenuRequested, this, [this](const QPoint& place) {
+        trap(m_services.prompts, kPopupTrap, [&] { showTreePopup(place); });
+    });
+    connectCommand(m_ui->mnuPopupItems_10, kPopupTrap, [this] { editLabel(m_main.desk.currentNode()); });
     connect(&desk, &ProjectDesk::currentChanged, this, &frmMain::showCurrentNode);
     connect(&desk, &ProjectDesk::labelEditWanted, this, &frmMain::editLabel, Qt::QueuedConnection);
     // The editor must be gone before a rename asks or tells anything.
@@ -92,7 +124,10 @@ void frmMain::nodeClicked(const QModelIndex& index) {
     ProjectDesk& desk = m_main.desk;
     ProjectNode* const node = desk.tree().nodeAt(index);
     if (node == nullptr) return;
-    if (!desk.nodeClick(*node)) showCurrentNode(desk.currentNode());
+    if (desk.nodeClick(*node)) return;
+    showCurrentNode(desk.currentNode());
+    // A key, too, moves the highlight when it is done.
+    QMetaObject::invokeMethod(this, &frmMain::keepHighlight, Qt::QueuedConnection);
 }
 
 void frmMain::showCurrentNode(ProjectNode* node) {
@@ -110,9 +145,29 @@ void frmMain::editLabel(ProjectNode* node) {
         m_services.prompts.beep();
         return;
     }
-    showCurrentNode(node);
+    if (focusWidget() != nullptr && focusWidget()->objectName() == QLatin1String(kLabelEditor)) return;
+    // The node need not be the current one: a name that will not do is asked for again wherever the user
+    // went meanwhile.
+    const QModelIndex index = m_main.desk.tree().indexOf(*node);
+    m_ui->TreeView1->scrollTo(index);
     m_ui->TreeView1->setFocus(Qt::OtherFocusReason);
-    m_ui->TreeView1->edit(m_main.desk.tree().indexOf(*node));
+    m_ui->TreeView1->edit(index);
+}
+
+void frmMain::keepHighlight() {
+    ProjectNode* const node = m_main.desk.currentNode();
+    if (node == nullptr) return;
+    const QModelIndex index = m_main.desk.tree().indexOf(*node);
+    if (!m_ui->TreeView1->selectionModel()->isSelected(index)) showCurrentNode(node);
+}
+
+void frmMain::leaveHiddenNode(const QModelIndex& collapsed) {
+    QTreeView& view = *m_ui->TreeView1;
+    QModelIndex above = view.currentIndex().parent();
+    while (above.isValid() && above != collapsed) above = above.parent();
+    if (!above.isValid()) return;
+    view.setCurrentIndex(collapsed);
+    if (view.currentIndex() == collapsed) view.collapse(collapsed);  // the click has opened it again
 }
 
 void frmMain::renameFromEditor(const QString& key, const std::string& text) {
@@ -136,7 +191,8 @@ void frmMain::sortCurrentNode() {
 void frmMain::showTreePopup(const QPoint& place) {
     // The menu key asks at the current node, which may be scrolled out of sight.
     const QTreeView& view = *m_ui->TreeView1;
-    if (!view.indexAt(place).isValid() && !view.visualRect(view.currentIndex()).contains(place)) return;
+    const QModelIndex current = view.currentIndex();
+    if (view.indexAt(place) != current && !view.visualRect(current).contains(place)) return;
     enableCommands();
     QMenu menu(this);
     menu.setObjectName(QStringLiteral("mnuPopupItems"));

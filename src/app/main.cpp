@@ -2,14 +2,15 @@
 #include "app/OneWindow.h"
 #include "app/Options.h"
 #include "app/Program.h"
+#include "app/WindowApplication.h"
 #include "core/Failure.h"
 #include "core/Paths.h"
 #include "core/ScreenText.h"
 #include "widgets/Look.h"
 #include "widgets/QtPrompts.h"
 
-#include <QApplication>
 #include <QFile>
+#include <QScopeGuard>
 
 #include <csignal>
 #include <cstdio>
@@ -33,15 +34,29 @@ QString nameForQt(const std::string& folder) {
     return number < 0 ? name : QStringLiteral("/proc/self/fd/%1").arg(number);
 }
 
-int runWindow(const Options& options) {
+// False when this home's window is another program's.
+bool claimHome(OneWindow& oneWindow, Prompts& prompts) {
+    const OneWindow::Claim claim = oneWindow.claim();
+    if (claim != OneWindow::Claim::Held) return claim == OneWindow::Claim::Granted;
+    if (!prompts.ask(oneWindow.question(), kApplication)) return false;
+    oneWindow.takeOver();
+    return true;
+}
+
+int runWindow(const Options& options, WindowApplication& application) {
     const SystemClock clock;
     QtPrompts prompts;
     std::unique_ptr<Program> program;
+    application.failed = [&](std::string_view words) {
+        if (program) program->log().WriteErrorLog(words);
+        prompts.message(words, "Error", Icon::Critical);
+    };
+    const auto silent = qScopeGuard([&application] { application.failed = nullptr; });
     try {
         const Paths paths = choosePaths(options);
         makeFolder(paths.AppPath);
         OneWindow oneWindow(nameForQt(paths.AppPath));
-        if (!oneWindow.claim()) return 0;
+        if (!claimHome(oneWindow, prompts)) return 0;
         program = std::make_unique<Program>(paths, options.commandLine, clock, prompts);
         QObject::connect(&oneWindow, &OneWindow::raiseWanted, &oneWindow,
                          [&program] { program->bringToFront(); });
@@ -70,9 +85,9 @@ int main(int argc, char** argv) {
         return options.exitCode;
     }
     std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is a write that fails
-    QApplication application(argc, argv);
+    WindowApplication application(argc, argv);
     QApplication::setApplicationName(toScreen(kApplication));
     QApplication::setApplicationVersion(QStringLiteral(RELAY_VERSION));
     applyLook(application, qEnvironmentVariable("KORVEL_RELAY_PALETTE"));
-    return runWindow(options);
+    return runWindow(options, application);
 }

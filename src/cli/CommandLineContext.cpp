@@ -70,7 +70,7 @@ Session& CommandLineContext::home() {
             throw Failure(std::string("The home cannot be made: ") + failure.what(), failure.number());
         warn(std::string("The home cannot be written, so nothing is kept there: ") + failure.what());
     }
-    home->readSettings();
+    home->readSettings(SettingsReader::CommandLine);
     m_home = std::move(home);
     return *m_home;
 }

@@ -115,8 +115,9 @@ int Rows::removeIf(const std::function<bool(const RowView&)>& test) {
 }
 
 void Rows::clear() {
-    if (m_rows.empty()) return;
+    if (m_rows.empty() && m_sortedColumn < 0) return;
     beginBatch();
+    m_sortedColumn = -1;
     m_keys.clear();
     m_rows.clear();
     m_numberedTo = 0;

@@ -47,6 +47,7 @@ class Rows final : public QAbstractTableModel {
     bool removeKey(std::string_view key);
     // Removes every row the test names, in one pass; gives their number.
     int removeIf(const std::function<bool(const RowView&)>& test);
+    // Empties the list, which is then in no order: the next click on a column title sorts ascending.
     void clear();
     // Makes room for so many rows in all, ahead of adding them.
     void reserve(int rows);
@@ -71,6 +72,7 @@ class Rows final : public QAbstractTableModel {
     // A click on a column title: sorts by it, ascending first, and flips at each further click on it.
     void sortByColumn(int column);
     bool sortedAscending() const noexcept { return m_ascending; }
+    int sortedColumn() const noexcept { return m_sortedColumn; }  // -1: in no order
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;

@@ -80,15 +80,15 @@ std::string siblingTool(const SettingsStore& store, std::string_view application
 clsPreference::clsPreference(const Paths& paths, SettingsStore& store, Log& log, Prompts& prompts)
     : m_paths(paths), m_store(store), m_log(log), m_prompts(prompts) {}
 
-bool clsPreference::GetSettings() {
-    const bool read = trap(m_prompts, "GetSetting_Error: ", [this] {
+bool clsPreference::GetSettings(SettingsReader reader) {
+    const bool read = trap(m_prompts, "GetSetting_Error: ", [this, reader] {
         m_log.startRun();
         readPreference();
         // Two of the three neighbours stood in a registry that this system does not have.
         KRWLocation.clear();
         KBKLocation.clear();
         KLBLocation = siblingTool(m_store, "Korvel Link Builder", "Version", "klink.exe");
-        readSetting();
+        readSetting(reader);
         readServiceLinks();
     });
     // What was not read will be written over with defaults.
@@ -123,10 +123,10 @@ void clsPreference::readPreference() {
     PromptConnection = from.number("PromptConnection", "1");
 }
 
-void clsPreference::readSetting() {
+void clsPreference::readSetting(SettingsReader reader) {
     const Section from(m_store, kSetting);
     Version = from.text("Version");
-    if (Version != kPresentVersion) {
+    if (reader == SettingsReader::Window && Version != kPresentVersion) {
         m_store.setValue(kApplication, kSetting, "Version", kPresentVersion);
         m_store.setValue(kApplication, kSetting, "Download", "1");
         m_store.trySave();  // a home that cannot be written can still be read

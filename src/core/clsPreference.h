@@ -13,6 +13,10 @@ struct Paths;
 
 inline constexpr const char* kApplication = "Korvel Relay";
 
+// Who reads the settings. The notice that follows an upgrade is the window's, so only the window notes the
+// version it was due for.
+enum class SettingsReader { Window, CommandLine };
+
 // The one settings object. Fields carry the settings' own names; GetSettings fills them from the per-user
 // store and the program's INI file (WindowsPath/korvel.ini), SaveSettings writes the section "Preference"
 // back.
@@ -22,7 +26,7 @@ class clsPreference final {
 
     // Also starts the log's run (size test and banner). A failure is shown as "GetSetting_Error: ", with the
     // key that cannot be read, and gives false; the file as it was is then kept beside before it is written.
-    bool GetSettings();
+    bool GetSettings(SettingsReader reader = SettingsReader::Window);
     // A failure is shown as "Save_Setting_Error: ".
     void SaveSettings();
 
@@ -72,7 +76,7 @@ class clsPreference final {
 
   private:
     void readPreference();
-    void readSetting();
+    void readSetting(SettingsReader reader);
     void readServiceLinks();
 
     const Paths& m_paths;

@@ -17,8 +17,8 @@ void Session::prepareHome(std::string_view installedData) const {
     relay::prepareHome(paths, installedData);
 }
 
-void Session::readSettings() {
-    if (!preference.GetSettings()) log.WriteErrorLog("GetSettings Error.\r\n");
+void Session::readSettings(SettingsReader reader) {
+    if (!preference.GetSettings(reader)) log.WriteErrorLog("GetSettings Error.\r\n");
 }
 
 }  // namespace relay

@@ -28,7 +28,7 @@ class Session final {
     // Failure when the home cannot be written.
     void prepareHome(std::string_view installedData) const;
     // Starts the log's run and reads the settings; a failure was told and is in the log.
-    void readSettings();
+    void readSettings(SettingsReader reader = SettingsReader::Window);
 
     const Paths paths;
     Log log;

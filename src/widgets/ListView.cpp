@@ -66,9 +66,9 @@ void ListView::setRows(Rows* rows, const std::vector<int>& columnCharacters) {
     m_columnCharacters = columnCharacters;
     setModel(rows);
     // Connected behind the selection model, which forgets everything at a reset.
-    connect(rows, &QAbstractItemModel::modelReset, this, &ListView::selectHighlighted);
+    connect(rows, &QAbstractItemModel::modelReset, this, &ListView::followReset);
     layOutColumns();
-    selectHighlighted();
+    followReset();
 }
 
 void ListView::layOutColumns() {
@@ -92,8 +92,20 @@ void ListView::setEmptyHint(const QString& hint) {
 void ListView::sortBy(int column) {
     if (m_rows == nullptr) return;
     m_rows->sortByColumn(column);
-    header()->setSortIndicatorShown(true);
-    header()->setSortIndicator(column, m_rows->sortedAscending() ? Qt::AscendingOrder : Qt::DescendingOrder);
+    showOrder();
+}
+
+void ListView::showOrder() {
+    const int column = m_rows->sortedColumn();
+    header()->setSortIndicatorShown(column >= 0);
+    if (column >= 0)
+        header()->setSortIndicator(column,
+                                   m_rows->sortedAscending() ? Qt::AscendingOrder : Qt::DescendingOrder);
+}
+
+void ListView::followReset() {
+    selectHighlighted();
+    showOrder();
 }
 
 void ListView::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {

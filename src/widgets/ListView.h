@@ -48,7 +48,9 @@ class ListView final : public QTreeView {
 
   private:
     void sortBy(int column);
+    void showOrder();
     void selectHighlighted();
+    void followReset();
     void layOutColumns();
 
     Rows* m_rows = nullptr;

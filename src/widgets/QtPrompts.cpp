@@ -38,22 +38,6 @@ QMessageBox::Icon toQtIcon(Icon icon) {
     return QMessageBox::NoIcon;
 }
 
-// Shows the ordinary pointer while a box waits for the user in the middle of long work.
-class PlainPointer final {
-  public:
-    explicit PlainPointer(bool busy) : m_busy(busy) {
-        if (m_busy) QApplication::setOverrideCursor(Qt::ArrowCursor);
-    }
-    ~PlainPointer() {
-        if (m_busy) QApplication::restoreOverrideCursor();
-    }
-    PlainPointer(const PlainPointer&) = delete;
-    PlainPointer& operator=(const PlainPointer&) = delete;
-
-  private:
-    bool m_busy;
-};
-
 // A label breaks its lines at blanks only: a long name without any gets places to break at that do not show.
 QString breakable(QString text) {
     constexpr int kLongestPiece = 40;
@@ -98,20 +82,38 @@ QStringList toQtFilters(std::string_view filter) {
     return filters;
 }
 
+// The ordinary pointer for as long as a box waits for the user in the middle of long work, which may end
+// meanwhile.
+class QtPrompts::PlainPointer final {
+  public:
+    explicit PlainPointer(QtPrompts& prompts) : m_prompts(prompts) { change(1); }
+    ~PlainPointer() { change(-1); }
+    PlainPointer(const PlainPointer&) = delete;
+    PlainPointer& operator=(const PlainPointer&) = delete;
+
+  private:
+    void change(int boxes) {
+        m_prompts.m_boxes += boxes;
+        m_prompts.showPointer();
+    }
+
+    QtPrompts& m_prompts;
+};
+
 QWidget* QtPrompts::parent() const {
     if (QApplication::activeModalWidget() != nullptr) return QApplication::activeModalWidget();
     return m_window.data();
 }
 
 void QtPrompts::message(std::string_view text, std::string_view title, Icon icon) {
-    const PlainPointer pointer(m_busyDepth > 0);
+    const PlainPointer pointer(*this);
     QMessageBox box(toQtIcon(icon), toScreen(title), QString(), QMessageBox::Ok, parent());
     prepare(box, text);
     box.exec();
 }
 
 bool QtPrompts::ask(std::string_view text, std::string_view title) {
-    const PlainPointer pointer(m_busyDepth > 0);
+    const PlainPointer pointer(*this);
     QMessageBox box(QMessageBox::Question, toScreen(title), QString(), QMessageBox::Yes | QMessageBox::No,
                     parent());
     prepare(box, text);
@@ -122,7 +124,7 @@ bool QtPrompts::ask(std::string_view text, std::string_view title) {
 
 std::optional<std::string> QtPrompts::input(std::string_view text, std::string_view title,
                                             std::string_view preset) {
-    const PlainPointer pointer(m_busyDepth > 0);
+    const PlainPointer pointer(*this);
     QInputDialog dialog(parent());
     dialog.setWindowTitle(toScreen(title));
     dialog.setLabelText(toBoxText(text));
@@ -148,14 +150,14 @@ std::optional<std::string> QtPrompts::input(std::string_view text, std::string_v
 }
 
 FileChoice QtPrompts::openFile(std::string_view filter, std::string_view folder) {
-    const PlainPointer pointer(m_busyDepth > 0);
+    const PlainPointer pointer(*this);
     QFileDialog dialog(parent(), QFileDialog::tr("Open"), folder.empty() ? m_lastFolder : toScreen(folder));
     dialog.setFileMode(QFileDialog::ExistingFile);
     return run(dialog, toQtFilters(filter), m_lastFolder);
 }
 
 FileChoice QtPrompts::saveFile(std::string_view filter, std::string_view folder, std::string_view name) {
-    const PlainPointer pointer(m_busyDepth > 0);
+    const PlainPointer pointer(*this);
     QFileDialog dialog(parent(), QFileDialog::tr("Save As"),
                        folder.empty() ? m_lastFolder : toScreen(folder));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
@@ -178,7 +180,13 @@ void QtPrompts::beep() {
 
 void QtPrompts::busy(bool on) {
     m_busyDepth += on ? 1 : -1;
-    if (on)
+    showPointer();
+}
+
+void QtPrompts::showPointer() {
+    const bool waits = m_busyDepth > 0 && m_boxes == 0;
+    if (waits == std::exchange(m_hourglass, waits)) return;
+    if (waits)
         QApplication::setOverrideCursor(Qt::WaitCursor);
     else
         QApplication::restoreOverrideCursor();

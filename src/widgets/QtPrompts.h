@@ -36,12 +36,17 @@ class QtPrompts final : public Prompts {
     void status(std::string_view text) override;
 
   private:
+    class PlainPointer;
+
     QWidget* parent() const;
+    void showPointer();
 
     QPointer<QWidget> m_window;
     std::function<void(const QString&)> m_statusSink;
     QString m_lastFolder;
     int m_busyDepth = 0;
+    int m_boxes = 0;           // open, one over another
+    bool m_hourglass = false;  // the pointer as it is
 };
 
 }  // namespace relay

@@ -37,19 +37,17 @@ class WalkTest : public WindowTest {
         QTest::keyClick(&window(), static_cast<Qt::Key>(Qt::Key_0 + number), Qt::AltModifier);
         EXPECT_EQ(find<QTabWidget>("SSTab1").currentIndex(), number - 1);
     }
-    void press(const char* button) { QTest::mouseClick(&find<QPushButton>(button), Qt::LeftButton); }
+    void push(const char* button) { QTest::mouseClick(&find<QPushButton>(button), Qt::LeftButton); }
     void tick(const char* box) { QTest::keyClick(&find<QCheckBox>(box), Qt::Key_Space); }
     std::vector<std::string> selected() { return rowTexts("lsvSelectedEngines"); }
     void renameCurrent(const QString& name) {
-        QTreeView& tree = find<QTreeView>("TreeView1");
         bringUp();
-        tree.setFocus();
-        QTest::keyClick(&tree, Qt::Key_F2);
-        ASSERT_TRUE(waitUntil([&] { return tree.findChild<QLineEdit*>(QStringLiteral("txtNodeLabel")); }));
-        auto* const editor = tree.findChild<QLineEdit*>(QStringLiteral("txtNodeLabel"));
-        QTest::keySequence(editor, QKeySequence::SelectAll);
-        QTest::keyClicks(editor, name);
-        QTest::keyClick(editor, Qt::Key_Return);
+        find<QTreeView>("TreeView1").setFocus();
+        press(Qt::Key_F2);
+        ASSERT_TRUE(waitUntil([&] { return labelEditor() != nullptr; }));
+        QTest::keySequence(labelEditor(), QKeySequence::SelectAll);
+        QTest::keyClicks(labelEditor(), name);
+        press(Qt::Key_Return);
         EXPECT_TRUE(waitUntil([&] { return current() == name.toStdString(); }));
     }
 
@@ -183,9 +181,9 @@ TEST_F(WalkTest, EnginesAreSelectedInEachOfTheWays) {
     EXPECT_THAT(selected(), ElementsAre("Alpha Search"));
     clickRow("lsvEngines", "Beta");
     clickRow("lsvEngines", "Delta", Qt::ControlModifier);
-    press("cmdSelectEngine_0");
+    push("cmdSelectEngine_0");
     EXPECT_THAT(selected(), ElementsAre("Alpha Search", "Beta Directory", "Delta Picks"));
-    press("cmdRemoveEngine_1");
+    push("cmdRemoveEngine_1");
     clickRow("lsvEngines", "Gamma");
     QTest::keyClick(&find<QWidget>("lsvEngines"), Qt::Key_Return);
     EXPECT_THAT(selected(), ElementsAre("Gamma Links"));
@@ -193,21 +191,21 @@ TEST_F(WalkTest, EnginesAreSelectedInEachOfTheWays) {
     EXPECT_THAT(selected(), ElementsAre("Alpha Search"));
     command("mnuEngineItems_4");
     EXPECT_THAT(selected(), ElementsAre("Beta Directory"));
-    press("cmdSelectEngine_1");
+    push("cmdSelectEngine_1");
     EXPECT_TRUE(find<QCheckBox>("chkType_6").isChecked()) << "the boxes follow the program";
-    QTest::mouseClick(&find<QRadioButton>("optAdultSite_1"), Qt::LeftButton);
+    QTest::keyClick(&find<QRadioButton>("optAdultSite_1"), Qt::Key_Space);
     EXPECT_THAT(selected(), ElementsAre("Alpha Search", "Gamma Links", "Delta Picks"));
 
     prompts.files = {{home.path("Engines/mine"), 1}};
     command("mnuEngineItems_0");
     EXPECT_EQ(home.read("Engines/mine.eng"), "Alpha Search\r\nGamma Links\r\nDelta Picks\r\n");
-    press("cmdRemoveEngine_1");
+    push("cmdRemoveEngine_1");
     bringUp();
     QTest::keySequence(&window(), QKeySequence::Find);
     EXPECT_TRUE(waitUntil([&] { return find<QLineEdit>("txtFindEngines").hasFocus(); }));
     QTest::keyClicks(&find<QWidget>("txtFindEngines"), QStringLiteral("picks\r"));
     EXPECT_THAT(selected(), ElementsAre("Delta Picks"));
-    press("cmdRemoveEngine_1");
+    push("cmdRemoveEngine_1");
     prompts.files = {{home.path("Engines/mine.eng"), 1}};
     command("mnuEngineItems_1");
     EXPECT_THAT(selected(), ElementsAre("Alpha Search", "Gamma Links", "Delta Picks"));

@@ -79,6 +79,11 @@ TEST_F(ListViewTest, TitlesSortAndFlipByMouseAndByMenu) {
     QContextMenuEvent byKey(QContextMenuEvent::Keyboard, place, view.viewport()->mapToGlobal(place));
     QApplication::sendEvent(view.viewport(), &byKey);
     EXPECT_EQ(order(), "abc");
+    rows.clear();
+    for (const char* name : {"e", "d"}) rows.add({.key = name, .text = name});
+    EXPECT_FALSE(view.header()->isSortIndicatorShown()) << "a list that was filled anew is in no order";
+    clickTitle(0);
+    EXPECT_EQ(order(), "de");
 }
 
 TEST_F(ListViewTest, SelectionAndHighlightsAreTheSame) {
@@ -106,7 +111,7 @@ TEST_F(ListViewTest, KeysDoWhatTheMouseDoes) {
     QSignalSpy entered(&view, &ListView::rowEntered);
     view.activateWindow();
     view.setFocus();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&view));
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&view, 30000));
     QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, view.visualRect(rows.index(1, 0)).center());
     QTest::keyClick(&view, Qt::Key_Down);
     QTest::keyClick(&view, Qt::Key_Return);
@@ -171,6 +176,19 @@ TEST(QtPromptsTest, BoxesShowTheTextsAndTakeKeys) {
     answer(Qt::Key_Escape, seen);
     prompts.message("Told", "Title", Icon::Critical);
     EXPECT_EQ(seen, QStringLiteral("Told"));
+
+    prompts.busy(true);
+    for (const bool ends : {false, true}) {
+        EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
+        whenModal([&](QWidget& box) {
+            EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+            if (ends) prompts.busy(false);
+            EXPECT_EQ(QApplication::overrideCursor(), nullptr) << "the box is still waiting for the user";
+            QTest::keyClick(&box, Qt::Key_Escape);
+        });
+        prompts.message("Work goes on, or ends behind the box", "Title");
+    }
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 
     const auto type = [](const char* text, Qt::Key key) {
         whenModal([text, key](QWidget& dialog) {

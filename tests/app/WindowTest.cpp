@@ -10,6 +10,11 @@
 
 namespace relay::test {
 
+namespace {
+// Only a broken program takes so long.
+constexpr int kLimitMilliseconds = 30000;
+}  // namespace
+
 const char* const kSmallCatalogue =
     "Name=Alpha Search\nCountry=US\nType=ENG\nCategory=N\nMethod=GET\nAction=http://a.test/\nQuery=u=<URL>\n"
     "SiteLevel=1\nAdults=Yes\n"
@@ -34,7 +39,7 @@ void WindowTest::start() {
     m_program.reset();
     m_program = std::make_unique<Program>(home.paths(), "", clock, prompts);
     m_program->start();
-    EXPECT_TRUE(QTest::qWaitForWindowExposed(&window()));
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(&window(), kLimitMilliseconds));
 }
 
 void WindowTest::quit() {
@@ -45,7 +50,7 @@ void WindowTest::quit() {
 
 void WindowTest::bringUp() {
     window().activateWindow();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(&window()));
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window(), kLimitMilliseconds));
 }
 
 void WindowTest::command(const char* name) {
@@ -109,6 +114,19 @@ std::vector<std::string> WindowTest::rowTexts(const char* list) {
 
 std::string WindowTest::current() {
     return program().main().desk.currentNode()->text;
+}
+
+std::string WindowTest::highlighted() {
+    const QModelIndexList selected = find<QTreeView>("TreeView1").selectionModel()->selectedIndexes();
+    return selected.size() == 1 ? selected.constFirst().data().toString().toStdString() : "not one node";
+}
+
+QLineEdit* WindowTest::labelEditor() {
+    return window().findChild<QLineEdit*>(QStringLiteral("txtNodeLabel"));
+}
+
+void WindowTest::press(Qt::Key key, Qt::KeyboardModifiers modifiers) {
+    QTest::keyClick(window().windowHandle(), key, modifiers);
 }
 
 }  // namespace relay::test

@@ -6,6 +6,7 @@
 #include "support/TestHome.h"
 
 #include <QApplication>
+#include <QLineEdit>
 #include <QTest>
 
 #include <functional>
@@ -63,6 +64,11 @@ class WindowTest : public ::testing::Test {
     void clickRow(const char* list, std::string_view text, Qt::KeyboardModifiers modifiers = {});
     std::vector<std::string> rowTexts(const char* list);
     std::string current();  // the text of the current node
+    std::string highlighted();
+    // The open editor of a node's label, or nullptr.
+    QLineEdit* labelEditor();
+    // To whatever has the focus, as a keyboard does.
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {});
 
     TestHome home;
     ScriptedPrompts prompts;

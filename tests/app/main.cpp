@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/WindowApplication.h"
 #include "widgets/Look.h"
-
-#include <QApplication>
 
 #include <gtest/gtest.h>
 
@@ -9,7 +8,7 @@ int main(int argc, char** argv) {
     ::testing::InitGoogleTest(&argc, argv);
     // No test needs a real screen; one that is asked for is used.
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
+    relay::WindowApplication application(argc, argv);
     relay::applyLook(application, QStringLiteral("light"));
     return RUN_ALL_TESTS();
 }

@@ -189,6 +189,8 @@ class PreferenceTest : public ::testing::Test, protected PreferenceFixture {
 };
 
 TEST_F(PreferenceTest, AnEmptyStoreGivesTheDefaults) {
+    ASSERT_TRUE(preference.GetSettings(SettingsReader::CommandLine));
+    EXPECT_EQ(stored("Setting", "Version"), "(absent)") << "the notice is still to be shown by the window";
     ASSERT_TRUE(load());
     EXPECT_EQ(preference.TimeOut, 30);
     EXPECT_EQ(preference.Connections, 9);
