@@ -104,7 +104,7 @@ TEST(Countries, readsNamesAndCodes) {
     EXPECT_FALSE(fixture.catalogue.countries.loadCountry());
     EXPECT_EQ(fixture.catalogue.countries.getCountryName("DE"), "");
     fixture.home.write("country.kws",
-                       "[Country Name]\n# note\nGermany=DE\nUnited States=US\n[Country Code]\nDE=Germany\n");
+                       "[Country Name]\n# note\nGermany=DE\nUnited States=US\n[COUNTRY CODE]\nDE=Germany\n");
     ASSERT_TRUE(fixture.catalogue.countries.loadCountry());
     EXPECT_EQ(fixture.catalogue.countries.cboCountry, (Names{"Germany", "United States"}));
     EXPECT_EQ(fixture.catalogue.countries.getCountryName("de"), "Germany");

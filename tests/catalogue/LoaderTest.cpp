@@ -127,6 +127,11 @@ TEST(EngineLoader, keepsLittleOfALongName) {
     ASSERT_TRUE(fixture.loadEngines(text));
     EXPECT_EQ(fixture.lists.cboCustomEngines.size(), 2U);
     EXPECT_THAT(fixture.logText(), testing::EndsWith(": " + std::string(500, 'n') + "\r\n"));
+
+    text = "Name=x\n";
+    for (int number = 0; number < 40000; ++number) text += "Category=C\n";
+    ASSERT_TRUE(fixture.loadEngines(text));
+    EXPECT_EQ(fixture.lists.cboCustomEngines.size(), 32767U);  // as far as their index goes
 }
 
 TEST(EngineCategories, tellsWhenTheFileCannotBeRead) {
