@@ -9,6 +9,7 @@
 #include "core/Prompts.h"
 #include "core/SettingsStore.h"
 #include "core/clsPreference.h"
+#include "transport/Descriptors.h"
 #include "transport/HttpNetwork.h"
 #include "transport/frmHTTPMX.h"
 
@@ -185,6 +186,7 @@ int main(int argc, char** argv) {
     std::optional<DelayServer> server;
     if (delayed) server.emplace();
 
+    relay::raiseDescriptorLimit();
     const QCoreApplication application(argc, argv);
     const QTemporaryDir home;
     const relay::Paths paths = relay::Paths::insideHome(home.path().toStdString());

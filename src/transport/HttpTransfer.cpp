@@ -37,6 +37,7 @@ HttpTransfer::HttpTransfer(const Authorities& authorities) : easy(curl_easy_init
     set(easy, CURLOPT_QUICK_EXIT, 1L);
     set(easy, CURLOPT_PATH_AS_IS, 1L);  // "a/../b" is the server's to judge
     set(easy, CURLOPT_PROTOCOLS_STR, "http,https");
+    set(easy, CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
     set(easy, CURLOPT_DISALLOW_USERNAME_IN_URL, 1L);  // for redirects; wireUrl refuses the rest
     set(easy, CURLOPT_PROXY, "");                     // nor one from the environment
     set(easy, CURLOPT_NOPROXY, "*");
@@ -72,8 +73,11 @@ void HttpTransfer::prepare(const std::string& url, bool post, bool followRedirec
     m_headerBytes = m_headerLines = 0;
     ended = reportedEnd = false;
     set(easy, CURLOPT_URL, url.c_str());
-    // What was sent under a cover is not sent on without.
-    set(easy, CURLOPT_REDIR_PROTOCOLS_STR, startsWithNoCase(url, "https:") ? "https" : "http,https");
+    // What was sent with TLS is not sent on without.
+    if (const bool secure = startsWithNoCase(url, "https:"); secure != m_redirectsSecure) {
+        set(easy, CURLOPT_REDIR_PROTOCOLS_STR, secure ? "https" : "http,https");
+        m_redirectsSecure = secure;
+    }
     set(easy, CURLOPT_FOLLOWLOCATION, followRedirects ? 1L : 0L);
     set(easy, CURLOPT_TIMEOUT_MS, static_cast<long>(timeoutMilliseconds));
     if (post) {

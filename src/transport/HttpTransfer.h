@@ -75,6 +75,7 @@ struct HttpTransfer final : std::enable_shared_from_this<HttpTransfer> {
 
     std::size_t m_headerBytes = 0;
     std::size_t m_headerLines = 0;
+    bool m_redirectsSecure = false;  // redirects must go to https
 };
 
 // Empties the text and gives back the memory of an unusually large one.
