@@ -1,18 +1,23 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Sourced by the benchmarks that need a server: start_nginx serves a short page at http://127.0.0.1:$port/ until
-# the script ends, with its files in $folder, which is removed then.
+# Sourced by the benchmarks that need a server: start_nginx serves a short page at http://127.0.0.1:$port/ and
+# https://127.0.0.1:$tls_port/ until the script ends, with its files in $folder, which is removed then. $bundle
+# is a bundle of certificates of the usual size that vouches for the server.
 nginx=$(PATH=$PATH:/usr/sbin command -v nginx) || {
     echo "nginx is missing: apt-get install nginx-light" >&2
     exit 1
 }
+certificates=$(cd "$(dirname "$0")/../tests/transport/certificates" && pwd)
 folder=$(mktemp -d)
+bundle=$folder/bundle.pem
 server=
 trap 'if [ -n "$server" ]; then kill "$server"; wait "$server" || true; fi; rm -rf "$folder"' EXIT
 trap 'exit 130' INT TERM
 
 start_nginx() {
+    cat /etc/ssl/certs/ca-certificates.crt "$certificates/authority.pem" >"$bundle"
     for attempt in 1 2 3 4 5; do
         port=$(shuf -i 20000-30000 -n 1)
+        tls_port=$((port + 1))
         cat >"$folder/nginx.conf" <<CONF
 daemon off;
 worker_processes 1;
@@ -28,6 +33,9 @@ http {
   scgi_temp_path $folder/scgi;
   server {
     listen 127.0.0.1:$port backlog=1024;
+    listen 127.0.0.1:$tls_port ssl backlog=1024;
+    ssl_certificate $certificates/good.pem;
+    ssl_certificate_key $certificates/server.key;
     location / { default_type text/html; return 200 "<html><body>Thank you, your page was added.</body></html>"; }
   }
 }

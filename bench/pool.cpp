@@ -9,6 +9,7 @@
 #include "core/Prompts.h"
 #include "core/SettingsStore.h"
 #include "core/clsPreference.h"
+#include "transport/Descriptors.h"
 #include "transport/HttpNetwork.h"
 #include "transport/frmHTTPMX.h"
 
@@ -68,7 +69,7 @@ class Run final {
     }
 
     void start() {
-        for (std::int16_t index = 1; index <= m_pool.Connections(); ++index) next(index);
+        for (int index = 1; index <= m_pool.Connections(); ++index) next(static_cast<std::int16_t>(index));
     }
     bool allGood() const noexcept { return m_classes[2] == m_requests; }
 
@@ -185,6 +186,7 @@ int main(int argc, char** argv) {
     std::optional<DelayServer> server;
     if (delayed) server.emplace();
 
+    relay::raiseDescriptorLimit();
     const QCoreApplication application(argc, argv);
     const QTemporaryDir home;
     const relay::Paths paths = relay::Paths::insideHome(home.path().toStdString());

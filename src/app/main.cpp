@@ -6,6 +6,7 @@
 #include "core/Failure.h"
 #include "core/Paths.h"
 #include "core/ScreenText.h"
+#include "transport/Descriptors.h"
 #include "widgets/Look.h"
 #include "widgets/QtPrompts.h"
 
@@ -85,6 +86,7 @@ int main(int argc, char** argv) {
         return options.exitCode;
     }
     std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is a write that fails
+    raiseDescriptorLimit();
     WindowApplication application(argc, argv);
     QApplication::setApplicationName(toScreen(kApplication));
     QApplication::setApplicationVersion(QStringLiteral(RELAY_VERSION));

@@ -6,6 +6,7 @@
 #include "cli/StopSignal.h"
 #include "core/Failure.h"
 #include "core/Paths.h"
+#include "transport/Descriptors.h"
 
 #include <QCoreApplication>
 
@@ -64,6 +65,7 @@ int main(int argc, char** argv) {
     occupyStandardStreams();
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is a write that fails
+    relay::raiseDescriptorLimit();
     try {
         return run(argc, argv);
     } catch (const std::exception& failure) {

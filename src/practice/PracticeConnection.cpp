@@ -8,7 +8,10 @@ namespace relay {
 namespace {
 
 constexpr qint64 kReadBuffer = qint64{256} * 1024;
-constexpr qint64 kEndlessAhead = qint64{256} * 1024;
+// Of a large answer, what one client and all clients may have been sent without taking it.
+constexpr qint64 kAhead = qint64{64} * 1024;
+constexpr qint64 kAllAhead = qint64{8} * 1024 * 1024;
+constexpr int kRetryMilliseconds = 50;
 // A refused client may still be sending; closing at once would reset the connection and lose the answer.
 constexpr int kRefusalLingerMilliseconds = 200;
 
@@ -33,10 +36,18 @@ PracticeConnection::PracticeConnection(QTcpSocket* socket, PracticeSite& site, i
     connect(socket, &QTcpSocket::disconnected, this, &QObject::deleteLater);
     m_deadline.setSingleShot(true);
     connect(&m_deadline, &QTimer::timeout, socket, &QTcpSocket::abort);
-    m_deadline.start(requestMilliseconds);
+    m_deadline.setInterval(requestMilliseconds);
+    m_deadline.start();
+    m_retry.setSingleShot(true);
+    m_retry.setInterval(kRetryMilliseconds);
+    connect(&m_retry, &QTimer::timeout, this, &PracticeConnection::keepSending);
     // Bytes, or the end, may have come before the signals were connected.
     if (socket->bytesAvailable() > 0) read();
     if (socket->state() == QAbstractSocket::UnconnectedState) deleteLater();
+}
+
+PracticeConnection::~PracticeConnection() {
+    m_site.ahead -= m_ahead;
 }
 
 void PracticeConnection::read() {
@@ -71,8 +82,7 @@ void PracticeConnection::play(const PracticeReply& reply) {
     using Ending = PracticeReply::Ending;
     switch (reply.ending) {
         case Ending::Whole:
-            sendAndClose(reply.head(reply.body.size()) +
-                         (m_reader.request().method == "HEAD" ? std::string() : reply.body));
+            sendWhole(reply);
             break;
         case Ending::Half:
             sendHalf(reply);
@@ -96,11 +106,22 @@ void PracticeConnection::play(const PracticeReply& reply) {
         case Ending::Never:
             break;
         case Ending::Endless:
-            m_socket->write(toBytes(reply.headWithoutLength()));
-            connect(m_socket, &QTcpSocket::bytesWritten, this, &PracticeConnection::keepSending);
-            keepSending();
+            stream(reply, [](std::string& piece) {
+                piece.assign(16384, 'x');
+                return true;
+            });
             break;
     }
+}
+
+void PracticeConnection::sendWhole(const PracticeReply& reply) {
+    const bool isHead = m_reader.request().method == "HEAD";
+    if (reply.more && !isHead)
+        stream(reply, reply.more);
+    else if (reply.more)
+        sendAndClose(reply.headWithoutLength());
+    else
+        sendAndClose(reply.head(reply.body.size()) + (isHead ? std::string() : reply.body));
 }
 
 void PracticeConnection::sendHalf(const PracticeReply& reply) {
@@ -112,11 +133,41 @@ void PracticeConnection::sendAndClose(const std::string& bytes) {
     m_socket->disconnectFromHost();
 }
 
+void PracticeConnection::stream(const PracticeReply& reply, std::function<bool(std::string&)> more) {
+    m_socket->write(toBytes(reply.headWithoutLength()));
+    m_more = std::move(more);
+    connect(m_socket, &QTcpSocket::bytesWritten, this, [this] {
+        m_deadline.start();
+        keepSending();
+    });
+    m_deadline.start();
+    keepSending();
+}
+
 void PracticeConnection::keepSending() {
-    static const QByteArray chunk(16384, 'x');
-    while (m_socket->state() == QAbstractSocket::ConnectedState && m_socket->bytesToWrite() < kEndlessAhead) {
-        m_socket->write(chunk);
+    std::string piece;
+    while (m_socket->state() == QAbstractSocket::ConnectedState && m_socket->bytesToWrite() < kAhead) {
+        if (m_site.ahead >= kAllAhead) {
+            // The others have to take theirs first; who has nothing to take is not late.
+            if (m_socket->bytesToWrite() == 0) m_deadline.stop();
+            m_retry.start();
+            break;
+        }
+        if (!m_deadline.isActive()) m_deadline.start();
+        piece.clear();
+        if (m_more(piece))
+            m_socket->write(toBytes(piece));
+        else
+            m_socket->disconnectFromHost();
+        countAhead();
     }
+    countAhead();
+}
+
+void PracticeConnection::countAhead() {
+    const qint64 now = m_socket->bytesToWrite();
+    m_site.ahead += now - m_ahead;
+    m_ahead = now;
 }
 
 }  // namespace relay

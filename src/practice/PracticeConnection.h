@@ -7,29 +7,40 @@
 #include <QTcpSocket>
 #include <QTimer>
 
+#include <functional>
+#include <string>
+
 namespace relay {
 
 // One client's connection: reads one request, plays the answer, closes. Deletes itself when the socket is
-// gone. Whoever has not sent a whole request within the limit is dropped.
+// gone. Whoever has not sent a whole request within the limit is dropped, and so is who takes nothing of a
+// large answer for as long. A large answer is made as fast as it is taken.
 class PracticeConnection final : public QObject {
     Q_OBJECT
   public:
     // Takes the socket over.
     PracticeConnection(QTcpSocket* socket, PracticeSite& site, int requestMilliseconds, QObject* parent);
+    ~PracticeConnection() override;
 
   private:
     void read();
     void refuse(int status);
     void play(const PracticeReply& reply);
+    void sendWhole(const PracticeReply& reply);
     void sendHalf(const PracticeReply& reply);
     void sendAndClose(const std::string& bytes);
+    void stream(const PracticeReply& reply, std::function<bool(std::string&)> more);
     void keepSending();
+    void countAhead();
 
     QTcpSocket* m_socket;
     PracticeSite& m_site;
     PracticeRequestReader m_reader;
     QTimer m_deadline;
+    QTimer m_retry;
     bool m_answered = false;
+    std::function<bool(std::string&)> m_more;
+    qint64 m_ahead = 0;  // this connection's part of PracticeSite::ahead
 };
 
 }  // namespace relay

@@ -16,6 +16,7 @@ struct PracticeSite final {
     std::string address;  // "http://127.0.0.1:PORT"
     ReceivedLog received;
     EngineForms forms;
+    qint64 ahead = 0;  // bytes of bodies that clients were sent and did not take yet, of all connections
 };
 
 // One kind of page: answers the requests that are its own, nullopt for any other.

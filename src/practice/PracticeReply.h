@@ -3,6 +3,7 @@
 
 #include "practice/PracticeRequest.h"
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -26,6 +27,9 @@ struct PracticeReply final {
     std::string type = "text/html; charset=utf-8";
     std::string location;  // of a redirect, else empty
     std::string body;
+    // For a body too large to be held: puts the next piece of it into the string; false at its end. Asked
+    // while the reply is on its way; the length is not told then.
+    std::function<bool(std::string& piece)> more;
     int delayMilliseconds = 0;
     Ending ending = Ending::Whole;
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "practice/ReceivedLog.h"
 
+#include <algorithm>
+
 namespace relay {
 
 namespace {
@@ -21,6 +23,10 @@ NamedValues fieldsOf(const PracticeRequest& request) {
 
 }  // namespace
 
+ReceivedSubmission ReceivedLog::Kept::decoded() const {
+    return {time, engine, request.method, request.target, request.body, request.headers, fieldsOf(request)};
+}
+
 void ReceivedLog::add(std::string_view engine, const PracticeRequest& request) {
     Kept kept{QDateTime::currentDateTime(), std::string(engine), request, sizeOf(request)};
     const std::lock_guard lock(m_mutex);
@@ -38,13 +44,21 @@ std::vector<ReceivedSubmission> ReceivedLog::newest(std::size_t count) const {
     std::vector<ReceivedSubmission> submissions;
     const std::size_t first = m_kept.size() > count ? m_kept.size() - count : 0;
     submissions.reserve(m_kept.size() - first);
-    for (std::size_t i = first; i < m_kept.size(); ++i) {
-        const Kept& kept = m_kept[i];
-        const PracticeRequest& request = kept.request;
-        submissions.push_back({kept.time, kept.engine, request.method, request.target, request.body,
-                               request.headers, fieldsOf(request)});
-    }
+    for (std::size_t i = first; i < m_kept.size(); ++i) submissions.push_back(m_kept[i].decoded());
     return submissions;
+}
+
+std::optional<ReceivedLog::Numbered> ReceivedLog::newestBefore(std::size_t before) const {
+    const std::lock_guard lock(m_mutex);
+    const std::size_t oldest = m_total - m_kept.size();
+    before = std::min(before, m_total);
+    if (before <= oldest) return std::nullopt;
+    return Numbered{before - 1, m_kept[before - 1 - oldest].decoded()};
+}
+
+std::size_t ReceivedLog::kept() const {
+    const std::lock_guard lock(m_mutex);
+    return m_kept.size();
 }
 
 std::size_t ReceivedLog::total() const {

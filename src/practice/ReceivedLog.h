@@ -6,6 +6,7 @@
 
 #include <deque>
 #include <mutex>
+#include <optional>
 
 namespace relay {
 
@@ -19,15 +20,24 @@ class ReceivedLog final {
     void add(std::string_view engine, const PracticeRequest& request);
     // At most the newest `count`, oldest first, fields decoded.
     std::vector<ReceivedSubmission> newest(std::size_t count = kMostSubmissions) const;
+    // Number `before` - 1 by order of arrival, or the newest where that is older; nullopt when it is not kept
+    // any more. Gives the number, too, so that all can be asked for one by one.
+    struct Numbered final {
+        std::size_t number = 0;
+        ReceivedSubmission submission;
+    };
+    std::optional<Numbered> newestBefore(std::size_t before) const;
+    std::size_t kept() const;
     std::size_t total() const;  // since the start, those no longer kept included
     void clear();
 
   private:
-    struct Kept {
+    struct Kept final {
         QDateTime time;
         std::string engine;
         PracticeRequest request;
         std::size_t bytes;
+        ReceivedSubmission decoded() const;
     };
 
     mutable std::mutex m_mutex;

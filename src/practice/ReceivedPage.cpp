@@ -7,6 +7,9 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
+#include <utility>
+
 namespace relay {
 
 namespace {
@@ -31,22 +34,49 @@ std::string tableRow(const ReceivedSubmission& submission) {
     return row + "</dl></td></tr>\n";
 }
 
-std::string tablePage(const ReceivedLog& received) {
-    const auto submissions = received.newest(kRowsShown);
+using Body = std::function<bool(std::string& piece)>;
+
+// `start`, each submission by `piece`, newest first and `most` of them, `end`.
+template <typename Piece>
+Body bodyOf(const ReceivedLog& received, std::string start, Piece pieceOf, std::string end,
+            std::size_t most) {
+    return [&received, start = std::move(start), pieceOf, end = std::move(end), most,
+            before = received.total(), begun = false, ended = false](std::string& piece) mutable {
+        if (ended) return false;
+        if (!std::exchange(begun, true)) {
+            piece = std::move(start);
+            return true;
+        }
+        auto next = most == 0 ? std::nullopt : received.newestBefore(before);
+        if (next) {
+            before = next->number;
+            --most;
+            piece = pieceOf(next->submission);
+        } else {
+            ended = true;
+            piece = std::move(end);
+        }
+        return true;
+    };
+}
+
+Body tablePage(const ReceivedLog& received) {
     const std::size_t total = received.total();
+    const std::size_t shown = std::min(received.kept(), kRowsShown);
     std::string content =
         "<p class=\"quiet\">Every engine here is a practice engine: what is submitted to it "
         "stays on this machine.</p>\n";
-    if (submissions.empty()) {
-        return htmlPage("Practice web", content + "<p>Nothing received yet.</p>\n");
+    if (shown == 0) content += "<p>Nothing received yet.</p>\n";
+    if (shown > 0) {
+        content += "<p>" + std::to_string(total) + " received, newest first";
+        if (total > shown) content += "; the last " + std::to_string(shown) + " shown";
+        content +=
+            ". <a href=\"/received.json\">As JSON</a></p>\n<table>\n<thead><tr><th>Time</th>"
+            "<th>Engine</th><th>Method</th><th>Fields</th></tr></thead>\n<tbody>\n</tbody>\n</table>\n";
     }
-    content += "<p>" + std::to_string(total) + " received, newest first";
-    if (total > submissions.size()) content += "; the last " + std::to_string(submissions.size()) + " shown";
-    content +=
-        ". <a href=\"/received.json\">As JSON</a></p>\n<table>\n<thead><tr><th>Time</th>"
-        "<th>Engine</th><th>Method</th><th>Fields</th></tr></thead>\n<tbody>\n";
-    for (auto row = submissions.rbegin(); row != submissions.rend(); ++row) content += tableRow(*row);
-    return htmlPage("Practice web", content + "</tbody>\n</table>\n");
+    const std::string page = htmlPage("Practice web", content);
+    const std::size_t rowsAt = std::min(page.rfind("</tbody>"), page.size());
+    return bodyOf(received, page.substr(0, rowsAt), tableRow, page.substr(rowsAt), shown);
 }
 
 QString jsonText(std::string_view bytes) {
@@ -59,19 +89,22 @@ QJsonArray jsonPairs(const NamedValues& pairs) {
     return array;
 }
 
-std::string jsonOf(const ReceivedLog& received) {
-    QJsonArray array;
-    const auto submissions = received.newest();
-    for (auto row = submissions.rbegin(); row != submissions.rend(); ++row) {
-        array.append(QJsonObject{{QStringLiteral("time"), row->time.toString(Qt::ISODateWithMs)},
-                                 {QStringLiteral("engine"), jsonText(row->engine)},
-                                 {QStringLiteral("method"), jsonText(row->method)},
-                                 {QStringLiteral("target"), jsonText(row->target)},
-                                 {QStringLiteral("body"), jsonText(row->body)},
-                                 {QStringLiteral("headers"), jsonPairs(row->headers)},
-                                 {QStringLiteral("fields"), jsonPairs(row->fields)}});
-    }
-    return QJsonDocument(array).toJson(QJsonDocument::Indented).toStdString();
+std::string jsonObject(const ReceivedSubmission& row) {
+    const QJsonObject object{{QStringLiteral("time"), row.time.toString(Qt::ISODateWithMs)},
+                             {QStringLiteral("engine"), jsonText(row.engine)},
+                             {QStringLiteral("method"), jsonText(row.method)},
+                             {QStringLiteral("target"), jsonText(row.target)},
+                             {QStringLiteral("body"), jsonText(row.body)},
+                             {QStringLiteral("headers"), jsonPairs(row.headers)},
+                             {QStringLiteral("fields"), jsonPairs(row.fields)}};
+    return QJsonDocument(object).toJson(QJsonDocument::Indented).trimmed().toStdString();
+}
+
+Body jsonPage(const ReceivedLog& received) {
+    const auto item = [first = true](const ReceivedSubmission& row) mutable {
+        return (std::exchange(first, false) ? "\n" : ",\n") + jsonObject(row);
+    };
+    return bodyOf(received, "[", item, "\n]\n", ReceivedLog::kMostSubmissions);
 }
 
 }  // namespace
@@ -86,7 +119,7 @@ std::optional<PracticeReply> receivedPage(const PracticeRequest& request, Practi
         return reply;
     }
     if (asJson) reply.type = "application/json";
-    reply.body = asJson ? jsonOf(site.received) : tablePage(site.received);
+    reply.more = asJson ? jsonPage(site.received) : tablePage(site.received);
     return reply;
 }
 

@@ -2,6 +2,7 @@
 #include "transport/HttpClient.h"
 
 #include "core/Failure.h"
+#include "core/Text.h"
 #include "transport/HttpNetwork.h"
 #include "transport/HttpTransfer.h"
 #include "transport/RequestUrl.h"
@@ -11,7 +12,7 @@
 namespace relay {
 
 namespace {
-// Its end will be nobody's.
+// Nobody hears of its end.
 void abandon(std::shared_ptr<HttpTransfer>& transfer) {
     if (transfer) transfer->client = nullptr;
     transfer.reset();
@@ -31,6 +32,7 @@ struct HttpClient::Data final {
     bool keepReply = true;
     std::int32_t timeout = 0;
     std::int32_t code = kNoStatus;
+    const char* failure = nullptr;
     qint32 reported = 0;
 };
 
@@ -93,8 +95,12 @@ void HttpClient::start(std::string* body, std::string& Response) {
     if (data.running) throw Failure("A request is already under way");
     abandon(data.aborted);
     data.code = kNoStatus;
+    data.failure = nullptr;
     const std::string url = wireUrl(data.url);
-    if (!data.transfer) data.transfer = std::make_shared<HttpTransfer>();
+    data.network.open();
+    const Authorities& authorities = data.network.authorities();
+    if (startsWithNoCase(url, "https:")) authorities.check();
+    if (!data.transfer) data.transfer = std::make_shared<HttpTransfer>(authorities);
     data.transfer->body = body == nullptr ? std::string() : std::move(*body);
     data.transfer->keepsText = data.keepReply;
     data.transfer->prepare(url, body != nullptr, data.followUp, data.timeout);
@@ -109,6 +115,10 @@ std::int32_t HttpClient::ResponseCode() const noexcept {
     return m_data->code;
 }
 
+const char* HttpClient::LocalFailure() const noexcept {
+    return m_data->failure;
+}
+
 void HttpClient::report(const std::shared_ptr<HttpTransfer>& transfer, qint32 bytes) {
     if (transfer != m_data->transfer || bytes == m_data->reported) return;
     m_data->reported = bytes;
@@ -121,6 +131,7 @@ void HttpClient::finish(const std::shared_ptr<HttpTransfer>& transfer) {
     data.running = false;
     data.aborted.reset();
     data.code = transfer->status;
+    data.failure = transfer->failure;
     data.response->swap(transfer->text);
     Q_EMIT Done();
 }

@@ -14,10 +14,10 @@ struct HttpTransfer;
 
 // One connection's HTTP client: the operations the pool and the fetcher need, and nothing else. Requests go
 // out as HTTP/1.0 with this program's identification, Host, and for a POST the form content type and its
-// length; no other header. http and https only, for redirects too; certificates are checked; no proxy, no
-// cookies, no credentials. A reply is bounded (kReplyLimit bytes as they arrive): beyond it the request ends
-// as if the reply were complete. All calls and signals belong to the thread that made the network; the
-// transfer itself runs on the network's thread.
+// length; no other header. http and https only, for redirects too, and from https to https only;
+// certificates are checked; no proxy, no cookies, no credentials. A reply is bounded (kReplyLimit bytes as
+// they arrive): beyond it the request ends as if the reply were complete. All calls and signals belong to the
+// thread that made the network; the transfer itself runs on the network's thread.
 class HttpClient final : public QObject {
     Q_OBJECT
   public:
@@ -47,13 +47,17 @@ class HttpClient final : public QObject {
     void setTimeout(std::int32_t milliseconds) noexcept;  // 0: none
 
     // Start the request. Response is filled before Done; it must live until then. Throw Failure when the
-    // request cannot start: busy, or a URL that wireUrl refuses (see RequestUrl.h).
+    // request cannot start: busy, a URL that wireUrl refuses (see RequestUrl.h), or https without the
+    // authorities' certificates.
     void Get(std::string& Response);
     void Post(std::string Data, std::string& Response);
 
     // Status of the last reply, or kNoStatus. Where a redirect could not be followed (more than 10, another
-    // scheme, a dead target) it is the status of the redirect itself.
+    // scheme, https to http, a dead target) it is the status of the redirect itself.
     std::int32_t ResponseCode() const noexcept;
+    // What this machine lacked to end the last request (memory, certificates), whatever its status; else
+    // null. What the other side did is no such failure.
+    const char* LocalFailure() const noexcept;
 
   Q_SIGNALS:
     void Done();

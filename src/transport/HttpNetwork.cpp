@@ -3,30 +3,30 @@
 
 #include "core/Failure.h"
 #include "transport/HttpTransfer.h"
+#include "transport/TransferQueue.h"
 
 #include <QCoreApplication>
 #include <QEvent>
 #include <QObject>
 #include <QTimer>
 
+#include <chrono>
 #include <mutex>
+#include <new>
+#include <pthread.h>
 #include <system_error>
 #include <thread>
 #include <utility>
-#include <vector>
 
 namespace relay {
 
 namespace {
 
+constexpr const char* kNetworkThread = "network";  // its name for debuggers and top
+
 using TransferPointer = std::shared_ptr<HttpTransfer>;
 
-struct Command final {
-    enum class Kind { Start, Abort } kind;
-    TransferPointer transfer;
-};
-
-// News of one transfer: progress, its end, or both.
+// What the clients are told of one transfer: progress, its end, or both.
 struct Report final {
     TransferPointer transfer;
     qint32 bytes = 0;
@@ -49,22 +49,25 @@ struct HttpNetwork::Data final : QObject {
     Data();
     ~Data() override;
 
-    void push(Command::Kind kind, TransferPointer transfer);
+    void push(bool HttpTransfer::*command, TransferPointer transfer) noexcept;
     bool event(QEvent* event) override;
 
   private:
     // Network thread.
-    void run();
-    bool exchange();
-    void takeCommands();
-    void handleCommands();
-    void begin(const TransferPointer& transfer);
-    void end(HttpTransfer& transfer);
-    void readMessages();
+    enum class Turn { Work, Poll, PollShortly, Stop };
+    void run() noexcept;
+    Turn exchange() noexcept;
+    bool postNotice() noexcept;
+    void poll(int milliseconds) noexcept;
+    void handleCommands() noexcept;
+    void begin(const TransferPointer& transfer) noexcept;
+    void end(HttpTransfer& transfer) noexcept;
+    void readMessages() noexcept;
 
     // Clients' thread.
     void deliver();
     void takeOutbox();
+    Report nextReport();
     void dispatch(const Report& report);
 
     // Handlers may run the event loop, and so be called inside each other. Beyond this depth news wait for
@@ -74,20 +77,18 @@ struct HttpNetwork::Data final : QObject {
     static constexpr int kNestedPatience = 100;  // milliseconds
 
     CURLM* const m_multi;
-    std::vector<TransferPointer> m_active;
-    std::vector<TransferPointer> m_news;
-    std::vector<Command> m_taken;
+    HttpTransfer* m_active = nullptr;  // first of the running transfers
+    TransferQueue<&HttpTransfer::nextNews> m_news;
+    bool m_noticeOwed = false;  // there was news that the event loop was not told of yet
 
     std::mutex m_lock;
-    std::vector<Command> m_commands;
-    std::vector<Report> m_outbox;
+    TransferQueue<&HttpTransfer::nextCommand> m_commands;
+    TransferQueue<&HttpTransfer::nextReport> m_outbox;
+    TransferQueue<&HttpTransfer::nextReport> m_inbox;  // reports under delivery
     bool m_polling = false;
     bool m_notified = false;
     bool m_stopping = false;
 
-    std::vector<Report> m_fresh;
-    std::vector<Report> m_inbox;
-    std::size_t m_next = 0;  // first report of the inbox that was not yet dispatched
     int m_depth = 0;
     bool m_deferred = false;
     QTimer m_patience;
@@ -114,27 +115,27 @@ HttpNetwork::Data::~Data() {
     }
     curl_multi_wakeup(m_multi);
     m_thread.join();
-    for (const TransferPointer& transfer : m_active) curl_multi_remove_handle(m_multi, transfer->easy);
+    while (m_active != nullptr) end(*m_active);
     curl_multi_cleanup(m_multi);
 }
 
-void HttpNetwork::Data::push(Command::Kind kind, TransferPointer transfer) {
+void HttpNetwork::Data::push(bool HttpTransfer::*command, TransferPointer transfer) noexcept {
     bool wake = false;
     {
         const std::lock_guard guard(m_lock);
-        m_commands.push_back({kind, std::move(transfer)});
+        (*transfer).*command = true;
+        if (!std::exchange(transfer->hasCommand, true)) m_commands.push(std::move(transfer));
         wake = std::exchange(m_polling, false);
     }
     if (wake) curl_multi_wakeup(m_multi);
 }
 
-void HttpNetwork::Data::run() {
+void HttpNetwork::Data::run() noexcept {
     static constexpr int kLongest = 60'000;  // milliseconds; a command ends the wait at once
-    while (exchange()) {
-        if (m_taken.empty()) {
-            curl_multi_poll(m_multi, nullptr, 0, kLongest, nullptr);
-            takeCommands();
-        }
+    static constexpr int kShort = 10;
+    ::pthread_setname_np(::pthread_self(), kNetworkThread);
+    for (Turn turn = exchange(); turn != Turn::Stop; turn = exchange()) {
+        if (turn != Turn::Work) poll(turn == Turn::Poll ? kLongest : kShort);
         handleCommands();
         int running = 0;
         curl_multi_perform(m_multi, &running);
@@ -142,74 +143,102 @@ void HttpNetwork::Data::run() {
     }
 }
 
-// Hands over the news and takes the commands; without any, the next step is to poll. False at the end.
-bool HttpNetwork::Data::exchange() {
+// Hands over the news, and tells what is next: without any command, to poll.
+HttpNetwork::Data::Turn HttpNetwork::Data::exchange() noexcept {
     bool notify = false;
+    Turn turn = Turn::Work;
     {
         const std::lock_guard guard(m_lock);
-        if (m_stopping) return false;
-        for (TransferPointer& transfer : m_news) {
-            HttpTransfer& source = *transfer;
-            source.hasNews = false;
-            if (source.outboxIndex == HttpTransfer::kNotListed) {
-                source.outboxIndex = m_outbox.size();
-                m_outbox.push_back({std::move(transfer), 0, false});
-            }
-            Report& report = m_outbox[source.outboxIndex];
-            report.bytes = static_cast<qint32>(source.received);
-            report.ended = source.ended;
+        if (m_stopping) return Turn::Stop;
+        m_noticeOwed = m_noticeOwed || !m_news.empty();
+        while (TransferPointer transfer = m_news.pop()) {
+            transfer->hasNews = false;
+            transfer->reportedBytes = static_cast<std::int32_t>(transfer->received);
+            transfer->reportedEnd = transfer->ended;
+            if (!std::exchange(transfer->hasReport, true)) m_outbox.push(std::move(transfer));
         }
-        notify = !m_news.empty() && !std::exchange(m_notified, true);
-        m_taken.swap(m_commands);
-        m_polling = m_taken.empty();
+        notify = m_noticeOwed && !std::exchange(m_notified, true);
+        m_noticeOwed = false;
+        m_polling = m_commands.empty();
+        if (m_polling) turn = Turn::Poll;
     }
-    m_news.clear();
-    if (notify) QCoreApplication::postEvent(this, new QEvent(QEvent::User));
-    return true;
-}
-
-void HttpNetwork::Data::takeCommands() {
+    if (!notify || postNotice()) return turn;
+    m_noticeOwed = true;
     const std::lock_guard guard(m_lock);
-    m_taken.swap(m_commands);
-    m_polling = false;
+    m_notified = false;
+    return turn == Turn::Poll ? Turn::PollShortly : turn;
 }
 
-void HttpNetwork::Data::handleCommands() {
-    for (const Command& command : m_taken) {
-        if (command.kind == Command::Kind::Start)
-            begin(command.transfer);
-        else if (command.transfer->activeIndex != HttpTransfer::kNotListed)
-            end(*command.transfer);
+// False for want of memory.
+bool HttpNetwork::Data::postNotice() noexcept {
+    try {
+        QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+        return true;
+    } catch (const std::bad_alloc&) {
+        return false;
     }
-    m_taken.clear();
 }
 
-void HttpNetwork::Data::begin(const TransferPointer& transfer) {
-    transfer->news = &m_news;
-    transfer->activeIndex = m_active.size();
-    m_active.push_back(transfer);
-    if (curl_multi_add_handle(m_multi, transfer->easy) != CURLM_OK) end(*transfer);
+void HttpNetwork::Data::poll(int milliseconds) noexcept {
+    static constexpr std::chrono::milliseconds kUntilMemory{10};
+    if (curl_multi_poll(m_multi, nullptr, 0, milliseconds, nullptr) != CURLM_OK)
+        std::this_thread::sleep_for(kUntilMemory);
 }
 
-void HttpNetwork::Data::end(HttpTransfer& transfer) {
+void HttpNetwork::Data::handleCommands() noexcept {
+    while (true) {
+        TransferPointer transfer;
+        bool starts = false;
+        bool ends = false;
+        {
+            const std::lock_guard guard(m_lock);
+            m_polling = false;
+            transfer = m_commands.pop();
+            if (!transfer) return;
+            transfer->hasCommand = false;
+            starts = std::exchange(transfer->startWanted, false);
+            ends = std::exchange(transfer->endWanted, false);
+        }
+        if (starts) begin(transfer);
+        if (ends && transfer->self) end(*transfer);
+    }
+}
+
+void HttpNetwork::Data::begin(const TransferPointer& transfer) noexcept {
+    HttpTransfer& started = *transfer;
+    started.self = transfer;
+    started.news = &m_news;
+    started.previousActive = nullptr;
+    started.nextActive = m_active;
+    if (m_active != nullptr) m_active->previousActive = &started;
+    m_active = &started;
+    const CURLMcode code = curl_multi_add_handle(m_multi, started.easy);
+    if (code == CURLM_OK) return;
+    started.failure = curl_multi_strerror(code);
+    end(started);
+}
+
+void HttpNetwork::Data::end(HttpTransfer& transfer) noexcept {
     transfer.ended = true;
     transfer.listNews();
     curl_multi_remove_handle(m_multi, transfer.easy);
     transfer.readStatus();
-    const std::size_t index = std::exchange(transfer.activeIndex, HttpTransfer::kNotListed);
-    std::swap(m_active[index], m_active.back());
-    m_active[index]->activeIndex = index;
-    m_active.pop_back();
-    transfer.activeIndex = HttpTransfer::kNotListed;
+    HttpTransfer*& before =
+        transfer.previousActive == nullptr ? m_active : transfer.previousActive->nextActive;
+    before = transfer.nextActive;
+    if (transfer.nextActive != nullptr) transfer.nextActive->previousActive = transfer.previousActive;
+    transfer.self.reset();
 }
 
-void HttpNetwork::Data::readMessages() {
+void HttpNetwork::Data::readMessages() noexcept {
     int left = 0;
     while (const CURLMsg* message = curl_multi_info_read(m_multi, &left)) {
         if (message->msg != CURLMSG_DONE) continue;
         char* transfer = nullptr;
         curl_easy_getinfo(message->easy_handle, CURLINFO_PRIVATE, &transfer);
-        end(*reinterpret_cast<HttpTransfer*>(transfer));
+        auto& ended = *reinterpret_cast<HttpTransfer*>(transfer);
+        ended.readFailure(message->data.result);
+        end(ended);
     }
 }
 
@@ -227,27 +256,29 @@ bool HttpNetwork::Data::event(QEvent* event) {
 void HttpNetwork::Data::deliver() {
     takeOutbox();
     ++m_depth;
-    while (m_next < m_inbox.size()) {
-        const Report report = std::move(m_inbox[m_next++]);
+    for (Report report = nextReport(); report.transfer; report = nextReport()) {
         m_patience.stop();
         dispatch(report);
     }
     --m_depth;
-    m_inbox.clear();
-    m_next = 0;
     m_patience.stop();
     if (std::exchange(m_deferred, false)) QCoreApplication::postEvent(this, new QEvent(QEvent::User));
 }
 
 void HttpNetwork::Data::takeOutbox() {
-    {
-        const std::lock_guard guard(m_lock);
-        m_notified = false;
-        m_fresh.swap(m_outbox);
-        for (const Report& report : m_fresh) report.transfer->outboxIndex = HttpTransfer::kNotListed;
-    }
-    std::move(m_fresh.begin(), m_fresh.end(), std::back_inserter(m_inbox));
-    m_fresh.clear();
+    const std::lock_guard guard(m_lock);
+    m_notified = false;
+    m_inbox.take(m_outbox);
+}
+
+// Without a transfer when all that was taken is dispatched.
+Report HttpNetwork::Data::nextReport() {
+    const std::lock_guard guard(m_lock);
+    TransferPointer transfer = m_inbox.pop();
+    if (!transfer) return {};
+    HttpTransfer& source = *transfer;
+    source.hasReport = false;
+    return {std::move(transfer), source.reportedBytes, source.reportedEnd};
 }
 
 void HttpNetwork::Data::dispatch(const Report& report) {
@@ -257,7 +288,7 @@ void HttpNetwork::Data::dispatch(const Report& report) {
     if (transfer.client != nullptr && report.ended) transfer.client->finish(report.transfer);
 }
 
-HttpNetwork::HttpNetwork() noexcept = default;
+HttpNetwork::HttpNetwork(Authorities authorities) : m_authorities(std::move(authorities)) {}
 
 HttpNetwork::~HttpNetwork() = default;
 
@@ -267,11 +298,11 @@ void HttpNetwork::open() {
 
 void HttpNetwork::start(TransferPointer transfer) {
     open();
-    m_data->push(Command::Kind::Start, std::move(transfer));
+    m_data->push(&HttpTransfer::startWanted, std::move(transfer));
 }
 
-void HttpNetwork::abort(TransferPointer transfer) {
-    if (m_data) m_data->push(Command::Kind::Abort, std::move(transfer));
+void HttpNetwork::abort(TransferPointer transfer) noexcept {
+    if (m_data) m_data->push(&HttpTransfer::endWanted, std::move(transfer));
 }
 
 }  // namespace relay

@@ -2,15 +2,19 @@
 #include "transport/HttpTransfer.h"
 
 #include "core/Failure.h"
+#include "core/Text.h"
+#include "transport/Authorities.h"
+#include "transport/TransferQueue.h"
 
 #include <algorithm>
-#include <new>
+#include <exception>
 
 namespace relay {
 
 namespace {
 
 constexpr long kRedirectLimit = 10;
+constexpr const char* kOutOfMemory = "Out of memory";
 
 // Removes the one header libcurl would add by itself. Shared by all handles, read only.
 curl_slist* headers() {
@@ -25,7 +29,7 @@ void set(CURL* easy, CURLoption option, Value value) {
 
 }  // namespace
 
-HttpTransfer::HttpTransfer() : easy(curl_easy_init()) {
+HttpTransfer::HttpTransfer(const Authorities& authorities) : easy(curl_easy_init()) {
     if (easy == nullptr) throw Failure("The HTTP client cannot be created");
     set(easy, CURLOPT_PRIVATE, this);
     set(easy, CURLOPT_NOSIGNAL, 1L);
@@ -42,6 +46,9 @@ HttpTransfer::HttpTransfer() : easy(curl_easy_init()) {
     set(easy, CURLOPT_USERAGENT, "Dart Communications PowerTCP");
     set(easy, CURLOPT_HTTPHEADER, headers());
     set(easy, CURLOPT_MAXREDIRS, kRedirectLimit);
+    // libcurl keeps what it read from a bundle only as long as there is no folder.
+    set(easy, CURLOPT_CAINFO, authorities.file.empty() ? nullptr : authorities.file.c_str());
+    set(easy, CURLOPT_CAPATH, authorities.folder.empty() ? nullptr : authorities.folder.c_str());
     set(easy, CURLOPT_SSL_VERIFYPEER, 1L);
     set(easy, CURLOPT_SSL_VERIFYHOST, 2L);
     // One request, one connection, as servers expect of HTTP/1.0: a kept connection that dies would make
@@ -62,9 +69,15 @@ void HttpTransfer::prepare(const std::string& url, bool post, bool followRedirec
     emptyBuffer(text);
     received = 0;
     status = HttpClient::kNoStatus;
-    m_headerBytes = 0;
-    ended = false;
+    failure = nullptr;
+    m_headerBytes = m_headerLines = 0;
+    ended = reportedEnd = false;
     set(easy, CURLOPT_URL, url.c_str());
+    // What was sent with TLS is not sent on without.
+    if (const bool secure = startsWithNoCase(url, "https:"); secure != m_redirectsSecure) {
+        set(easy, CURLOPT_REDIR_PROTOCOLS_STR, secure ? "https" : "http,https");
+        m_redirectsSecure = secure;
+    }
     set(easy, CURLOPT_FOLLOWLOCATION, followRedirects ? 1L : 0L);
     set(easy, CURLOPT_TIMEOUT_MS, static_cast<long>(timeoutMilliseconds));
     if (post) {
@@ -83,25 +96,37 @@ void HttpTransfer::readStatus() noexcept {
     status = code < 200 ? HttpClient::kNoStatus : static_cast<std::int32_t>(code);
 }
 
+void HttpTransfer::readFailure(CURLcode result) noexcept {
+    if (result == CURLE_OUT_OF_MEMORY) failure = kOutOfMemory;
+    if (result == CURLE_SSL_CACERT_BADFILE) failure = "The certificates for https cannot be read";
+}
+
+void HttpTransfer::listNews() noexcept {
+    if (!std::exchange(hasNews, true)) news->push(shared_from_this());
+}
+
 // Taking fewer bytes than were offered ends the transfer.
-std::size_t HttpTransfer::takeBody(char* bytes, std::size_t size, std::size_t count, void* self) noexcept {
-    auto& transfer = *static_cast<HttpTransfer*>(self);
+std::size_t HttpTransfer::takeBody(char* bytes, std::size_t size, std::size_t count, void* owner) noexcept {
+    auto& transfer = *static_cast<HttpTransfer*>(owner);
     const std::size_t offered = size * count;
     const std::size_t taken = std::min(offered, HttpClient::kReplyLimit - transfer.received);
     try {
         if (transfer.keepsText) transfer.text.append(bytes, taken);
-        transfer.received += taken;
-        transfer.listNews();
-    } catch (const std::bad_alloc&) {
+    } catch (const std::exception&) {
+        transfer.failure = kOutOfMemory;
         return 0;
     }
+    transfer.received += taken;
+    transfer.listNews();
     return taken;
 }
 
-std::size_t HttpTransfer::takeHeader(char*, std::size_t size, std::size_t count, void* self) noexcept {
-    auto& transfer = *static_cast<HttpTransfer*>(self);
+std::size_t HttpTransfer::takeHeader(char*, std::size_t size, std::size_t count, void* owner) noexcept {
+    auto& transfer = *static_cast<HttpTransfer*>(owner);
     transfer.m_headerBytes += size * count;
-    return transfer.m_headerBytes > kHeaderLimit ? 0 : size * count;
+    ++transfer.m_headerLines;
+    const bool tooMuch = transfer.m_headerBytes > kHeaderLimit || transfer.m_headerLines > kHeaderLines;
+    return tooMuch ? 0 : size * count;
 }
 
 void emptyBuffer(std::string& text) noexcept {

@@ -16,6 +16,7 @@
 
 #include <deque>
 #include <limits>
+#include <new>
 #include <utility>
 
 namespace relay {
@@ -193,9 +194,13 @@ void frmHTTPMX::send(std::int16_t index, const std::string& URL, const std::stri
 }
 
 void frmHTTPMX::fail(std::int16_t index, const std::string& URL, const Failure& failure) {
-    const std::string shown = m_data->logMask ? m_data->logMask(URL) : URL;
-    m_data->log.WriteErrorLog("frmRanking_Connect_Error: " + std::to_string(failure.number()) + " - " +
-                              failure.what() + "\r\nURL: " + loggableUrl(shown));
+    try {
+        const std::string shown = m_data->logMask ? m_data->logMask(URL) : URL;
+        m_data->log.WriteErrorLog("frmRanking_Connect_Error: " + std::to_string(failure.number()) + " - " +
+                                  failure.what() + "\r\nURL: " + loggableUrl(shown));
+    } catch (const std::bad_alloc&) {
+        // Where there is no memory for a line of the log, the request still gets its end.
+    }
     if (index >= 0 && static_cast<std::size_t>(index) < m_data->slots.size())
         m_data->tmrHttpTimeout.stop(static_cast<std::size_t>(index));
     const std::string nothing;
@@ -222,15 +227,10 @@ void frmHTTPMX::finish(std::int16_t index) {
         case SlotStatus::Cancelled:
         case SlotStatus::TimedOut:
             break;
-        case SlotStatus::Restart: {
+        case SlotStatus::Restart:
             slot.Status = SlotStatus::Running;
-            const HttpSlot& previous = slot;
-            const std::string url = previous.URL;
-            const std::string method = previous.Method;
-            const std::string postData = previous.PostData;
-            Connect(index, url, method, postData);
+            Connect(index, slot.URL, slot.Method, slot.PostData);
             break;
-        }
         case SlotStatus::Running:
             complete(index);
             break;
@@ -241,6 +241,10 @@ void frmHTTPMX::finish(std::int16_t index) {
 // goes back for the next reply.
 void frmHTTPMX::complete(std::int16_t index) {
     const auto place = static_cast<std::size_t>(index);
+    if (const char* const failure = m_data->slots[place].client.LocalFailure()) {
+        fail(index, m_data->slots[place].URL, Failure(failure));
+        return;
+    }
     const QPointer<frmHTTPMX> alive(this);
     std::string reply;
     reply.swap(m_data->slots[place].Response);
@@ -266,8 +270,7 @@ void frmHTTPMX::Disconnect() {
         // What runs in between may unload the pool.
         for (std::size_t index = 1; index < m_data->slots.size(); ++index) {
             HttpSlot& slot = m_data->slots[index];
-            if (slot.Status == SlotStatus::Restart) slot.Status = SlotStatus::Cancelled;
-            if (slot.client.State() == 0) continue;
+            if (slot.client.State() == 0 && slot.Status != SlotStatus::Restart) continue;
             slot.Status = SlotStatus::Cancelled;
             m_data->tmrHttpTimeout.stop(index);
             slot.client.Abort();

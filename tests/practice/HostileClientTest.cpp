@@ -3,6 +3,9 @@
 #include "practice/PracticeRequest.h"
 #include "practice/PracticeWeb.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+
 #include <deque>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -66,6 +69,19 @@ TEST(HostileClient, WhoNeverFinishesARequestIsDropped) {
     }
 }
 
+TEST(HostileClient, WhoTakesNothingOfALongPageIsDropped) {
+    PracticeWeb web({.requestMilliseconds = 200, .connections = 1});
+    web.start();
+    PlainClient client(web.address());
+    client.send("GET /endless HTTP/1.0\r\n\r\n");
+    std::string bytes;
+    client.read(bytes, 1);
+    // The one place is free again when the client is gone.
+    std::string reply;
+    while (reply.empty()) reply = get(web.address(), "/200");
+    EXPECT_THAT(reply, StartsWith("HTTP/1.1 200"));
+}
+
 TEST(HostileClient, ConnectionsAreBounded) {
     PracticeWeb web({.requestMilliseconds = 10000, .connections = 3});
     web.start();
@@ -95,6 +111,8 @@ TEST(HostileClient, ManyAtOnceAreAllServed) {
     }
     for (std::thread& thread : threads) thread.join();
     EXPECT_EQ(web.received().size(), 400U);
+    const std::string page = bodyOf(get(web.address(), "/received.json"));
+    EXPECT_EQ(QJsonDocument::fromJson(QByteArray::fromStdString(page)).array().size(), 400);
 }
 
 TEST(PracticeRequestReader, TakesTheBytesInAnyPieces) {

@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstring>
 #include <netinet/in.h>
+#include <optional>
 #include <stdexcept>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -15,14 +16,14 @@ namespace relay::test {
 
 namespace {
 
-// Reads a request with its body; what came when the client closes early.
-std::string readRequest(int descriptor) {
+// A request with its body, or the start of a TLS greeting; nothing when the client goes before it is whole.
+std::optional<std::string> readRequest(int descriptor) {
     std::string text;
     char buffer[4096];
     std::size_t whole = std::string::npos;
     while (text.size() < whole) {
         const ssize_t count = ::recv(descriptor, buffer, sizeof buffer, 0);
-        if (count <= 0) break;
+        if (count <= 0) return std::nullopt;
         text.append(buffer, static_cast<std::size_t>(count));
         if (text.front() == '\x16') break;  // a TLS greeting
         const std::size_t end = text.find("\r\n\r\n");
@@ -102,12 +103,14 @@ void FaultServer::accept() {
 }
 
 void FaultServer::serve(int descriptor) {
-    Peer peer(descriptor, readRequest(descriptor));
-    {
-        const std::lock_guard guard(m_lock);
-        m_requests.push_back(peer.request);
+    if (auto request = readRequest(descriptor)) {
+        Peer peer(descriptor, *std::move(request));
+        {
+            const std::lock_guard guard(m_lock);
+            m_requests.push_back(peer.request);
+        }
+        m_script(peer);
     }
-    m_script(peer);
     const std::lock_guard guard(m_lock);
     std::erase(m_open, descriptor);
     ::close(descriptor);

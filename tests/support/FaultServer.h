@@ -13,14 +13,13 @@
 namespace relay::test {
 
 // A web server on 127.0.0.1 and a random port that does what a test tells it, faults included. Each
-// connection runs the script on a thread of its own.
+// connection whose request has come whole runs the script on a thread of its own.
 class FaultServer final {
   public:
     // The server's end of one connection. The connection is closed when the script returns.
     class Peer final {
       public:
-        // The request as it came: head, empty line, and as much of a body as its Content-Length says;
-        // or the start of a TLS greeting.
+        // The request as it came: head, empty line and body; or the start of a TLS greeting.
         const std::string request;
         std::string path() const;  // "/x?y" of the request line
 

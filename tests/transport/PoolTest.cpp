@@ -2,6 +2,7 @@
 #include "core/Failure.h"
 #include "support/FaultServer.h"
 #include "support/PreferenceFixture.h"
+#include "transport/Descriptors.h"
 #include "transport/HttpNetwork.h"
 #include "transport/frmHTTPMX.h"
 
@@ -60,14 +61,16 @@ class PoolTest : public ::testing::Test, protected PreferenceFixture {
     bool waitForRequests(std::size_t count) {
         return waitUntil([&] { return server.requests().size() >= count; });
     }
-    // A request of its own, on a pool of its own, comes and goes: late news of this one have come, too.
-    void settle() {
+    // A request of its own, on a pool of its own, comes and goes: late news of this one have come, too. One
+    // that stalls ends by its watchdog after a second: so have earlier ones of a second.
+    void settle(const std::string& path = "/settle") {
         frmHTTPMX other(network, preference, log);
         other.setConnections(1);
         bool ended = false;
         QObject::connect(&other, &frmHTTPMX::Completed, &other, [&] { ended = true; });
         other.Load();
-        other.Connect(1, server.url("/settle"), "GET");
+        other.setTimeOut(1);
+        other.Connect(1, server.url(path), "GET");
         EXPECT_TRUE(waitUntil([&] { return ended; }));
     }
 
@@ -82,15 +85,25 @@ class PoolTest : public ::testing::Test, protected PreferenceFixture {
 };
 
 TEST_F(PoolTest, MakesAsManySlotsAsAskedFor) {
-    load(0);
-    EXPECT_EQ(pool->Connections(), 10);
-    pool->Connect(10, server.url("/last"), "GET");
-    EXPECT_TRUE(waitForEnds(1));
-    EXPECT_EQ(ends.front().code, 200);
-
+    for (const auto& [asked, made] : {std::pair<std::int16_t, std::int16_t>{0, 10}, {32767, 32767}}) {
+        ends.clear();
+        load(asked);
+        EXPECT_EQ(pool->Connections(), made);
+        pool->Connect(made, server.url("/last"), "GET");
+        EXPECT_TRUE(waitForEnds(1));
+        EXPECT_EQ(ends.front(), (End{made, 200, "GET /last|"}));
+    }
     ends.clear();
     load(-1);
     EXPECT_THAT(ends, ElementsAre(End{0, 10300, "Invalid Connection Value"}));
+}
+
+TEST(Descriptors, BearAThirdAsManyConnections) {
+    // Three for each connection, 64 to spare.
+    const std::array<int, 3> cases[] = {{1024, 10, 316}, {1024, 961, 1}, {0, 10, 1}, {200'000, 10, 32767}};
+    for (const auto& [limit, open, connections] : cases)
+        EXPECT_EQ(mostConnections(static_cast<std::size_t>(limit), static_cast<std::size_t>(open)),
+                  connections);
 }
 
 TEST_F(PoolTest, WatchdogInterval) {
@@ -236,16 +249,18 @@ TEST_F(PoolTest, DisconnectSwallowsWhatRunsAndReportsOnce) {
     pool->Disconnect();
     EXPECT_TRUE(waitUntil([&] { return cancelled == 1; }));
 
-    pool->Connect(1, server.url("/stall"), "GET");
     pool->Connect(2, server.url("/half"), "GET");
     pool->Connect(3, server.url("/done"), "GET");
-    EXPECT_TRUE(waitForRequests(3) && waitForEnds(1) && waitUntil([&] { return progress[2] == 1; }));
+    EXPECT_TRUE(waitForRequests(2) && waitForEnds(1) && waitUntil([&] { return progress[2] == 1; }));
+    pool->setTimeOut(1);
+    pool->Connect(1, server.url("/stall"), "GET");
+    pool->setTimeOut(0);
     pool->Connect(4, server.url("/stall"), "GET");
     pool->Connect(4, server.url("/stall"), "GET");  // starts again, if it were not for the next line
     pool->Disconnect();
     pool->Disconnect();
     EXPECT_TRUE(waitUntil([&] { return cancelled == 2; }));
-    settle();
+    settle("/stall");
     EXPECT_THAT(ends, ElementsAre(End{3, 200, "GET /done|"}));
 
     // The slots serve again.
