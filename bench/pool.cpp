@@ -68,7 +68,7 @@ class Run final {
     }
 
     void start() {
-        for (std::int16_t index = 1; index <= m_pool.Connections(); ++index) next(index);
+        for (int index = 1; index <= m_pool.Connections(); ++index) next(static_cast<std::int16_t>(index));
     }
     bool allGood() const noexcept { return m_classes[2] == m_requests; }
 

@@ -4,6 +4,7 @@
 #include "app/Program.h"
 #include "core/Paths.h"
 #include "core/ScreenText.h"
+#include "transport/Descriptors.h"
 #include "widgets/Look.h"
 #include "widgets/QtPrompts.h"
 
@@ -60,6 +61,7 @@ int main(int argc, char** argv) {
         return options.exitCode;
     }
     std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is a write that fails
+    raiseDescriptorLimit();
     QApplication application(argc, argv);
     QApplication::setApplicationName(toScreen(kApplication));
     QApplication::setApplicationVersion(QStringLiteral(RELAY_VERSION));

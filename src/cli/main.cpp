@@ -4,6 +4,7 @@
 #include "cli/DescriptorBuffer.h"
 #include "cli/StopSignal.h"
 #include "core/Paths.h"
+#include "transport/Descriptors.h"
 
 #include <QCoreApplication>
 
@@ -37,6 +38,7 @@ int main(int argc, char** argv) {
     occupyStandardStreams();
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is a write that fails
+    relay::raiseDescriptorLimit();
     const QCoreApplication application(argc, argv);
 
     relay::DescriptorBuffer outBuffer(STDOUT_FILENO);
