@@ -112,8 +112,8 @@ void EngineLoader::applyItem(clsEngines& engine, EngineKey key, std::string_view
             break;
         case EngineKey::Action:
             if (!startsWithNoCase(value, "http://") && !containsNoCase(value, "http://")) {
-                m_log.WriteErrorLog("Error_Engine_URL:" + std::string(engine.name) + " - " +
-                                    std::string(value));
+                m_log.WriteErrorLog("Error_Engine_URL:" + escapeControlCharacters(engine.name) + " - " +
+                                    escapeControlCharacters(value));
             }
             break;
         default:
@@ -128,7 +128,7 @@ void EngineLoader::applyCategory(clsEngines& engine) {
         m_lists.myCustomEngine.push_back({std::string(engine.name), {}, {}});
     }
     if (missesCategoryData(engine)) {
-        m_log.WriteErrorLog("CategoryData missing. Engine: " + std::string(engine.name));
+        m_log.WriteErrorLog("CategoryData missing. Engine: " + escapeControlCharacters(engine.name));
     }
 }
 
@@ -138,7 +138,7 @@ void EngineLoader::addEngineList(const clsEngines& engine) {
     if (m_lists.engines.add(engine)) {
         addEngineListView(m_lists.lsvEngines, engine, m_row);
     } else {
-        m_log.WriteErrorLog("Duplicate Engine: " + std::string(engine.name));
+        m_log.WriteErrorLog("Duplicate Engine: " + escapeControlCharacters(engine.name));
     }
 }
 

@@ -27,14 +27,15 @@ std::string bannerVersion() {
            revision;
 }
 
-// Names from catalogues and servers must not command the terminal on which somebody reads the log.
+// CR LF alone ends a line; whatever else commands a terminal is shown as the bytes it is.
 std::string harmless(std::string_view text) {
-    std::string line(text);
-    for (char& byte : line) {
-        const auto code = static_cast<unsigned char>(byte);
-        if ((code < 0x20 && byte != '\r' && byte != '\n' && byte != '\t') || code == 0x7f) byte = '?';
+    constexpr std::string_view kLineEnd = "\r\n";
+    std::string lines;
+    for (std::size_t end = text.find(kLineEnd); end != npos; end = text.find(kLineEnd)) {
+        lines.append(escapeControlCharacters(text.substr(0, end))).append(kLineEnd);
+        text.remove_prefix(end + kLineEnd.size());
     }
-    return line;
+    return lines.append(escapeControlCharacters(text));
 }
 
 }  // namespace

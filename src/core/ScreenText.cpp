@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/ScreenText.h"
 
+#include "core/Text.h"
+
 #include <QChar>
 
 namespace relay {
@@ -8,28 +10,6 @@ namespace relay {
 namespace {
 
 constexpr char16_t kByteEscape = 0xDC00;
-
-struct Character final {
-    char32_t code = 0;
-    std::size_t length = 0;  // in bytes; 0 when the text does not begin with valid UTF-8
-};
-
-// Refuses overlong forms, surrogates and codes over U+10FFFF.
-Character decode(std::string_view text) {
-    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const unsigned lead = byte(0);
-    if (lead < 0x80) return {lead, 1};
-    const std::size_t length = lead < 0xC2 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 0;
-    if (length == 0 || text.size() < length) return {};
-    char32_t code = lead & (0x7Fu >> length);
-    for (std::size_t i = 1; i < length; ++i) {
-        if ((byte(i) & 0xC0u) != 0x80) return {};
-        code = code << 6 | (byte(i) & 0x3Fu);
-    }
-    const bool overlong = (length == 3 && code < 0x800) || (length == 4 && code < 0x10000);
-    if (overlong || (code >= 0xD800 && code < 0xE000) || code > 0x10FFFF) return {};
-    return {code, length};
-}
 
 void appendUtf8(std::string& out, char32_t code) {
     const auto continuation = [&](int shift) { out += static_cast<char>(0x80 | (code >> shift & 0x3F)); };
@@ -56,7 +36,7 @@ QString toScreen(std::string_view bytes) {
     QString text;
     text.reserve(static_cast<qsizetype>(bytes.size()));
     while (!bytes.empty()) {
-        const Character character = decode(bytes);
+        const Utf8Character character = firstUtf8Character(bytes);
         if (character.length == 0) {
             text += QChar(static_cast<char16_t>(kByteEscape | static_cast<unsigned char>(bytes.front())));
         } else if (character.code >= 0x10000) {
@@ -92,7 +72,7 @@ std::string toPrintableUtf8(std::string_view bytes) {
     std::string text;
     text.reserve(bytes.size());
     while (!bytes.empty()) {
-        const std::size_t length = decode(bytes).length;
+        const std::size_t length = firstUtf8Character(bytes).length;
         if (length == 0) {
             const unsigned byte = static_cast<unsigned char>(bytes.front());
             text.append("\\x").append({kDigits[byte >> 4], kDigits[byte & 15]});

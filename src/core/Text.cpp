@@ -3,6 +3,7 @@
 
 #include "core/Failure.h"
 
+#include <algorithm>
 #include <array>
 #include <bitset>
 #include <charconv>
@@ -24,6 +25,13 @@ constexpr auto kLower = makeLowerTable();
 constexpr unsigned char lower(char c) noexcept {
     return kLower[static_cast<unsigned char>(c)];
 }
+
+struct Codes final {
+    char32_t first;
+    char32_t last;
+};
+constexpr Codes kControls[] = {{0x00, 0x1F},     {0x7F, 0x9F},     {0x061C, 0x061C}, {0x200E, 0x200F},
+                               {0x2028, 0x202E}, {0x2066, 0x206F}, {0xFFF9, 0xFFFB}};
 
 // What a closed tag appends to the plain text.
 std::string_view breakOfTag(std::string_view tag) {
@@ -207,6 +215,56 @@ std::string StripHTML(std::string_view html) {
 
 std::string CutAtNull(std::string_view text) {
     return std::string(text.substr(0, text.find('\0')));
+}
+
+Utf8Character firstUtf8Character(std::string_view text) noexcept {
+    if (text.empty()) return {};
+    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+    const unsigned lead = byte(0);
+    if (lead < 0x80) return {lead, 1};
+    const std::size_t length = lead < 0xC2 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 0;
+    if (length == 0 || text.size() < length) return {};
+    char32_t code = lead & (0x7Fu >> length);
+    for (std::size_t i = 1; i < length; ++i) {
+        if ((byte(i) & 0xC0u) != 0x80) return {};
+        code = code << 6 | (byte(i) & 0x3Fu);
+    }
+    const bool overlong = (length == 3 && code < 0x800) || (length == 4 && code < 0x10000);
+    if (overlong || (code >= 0xD800 && code < 0xE000) || code > 0x10FFFF) return {};
+    return {code, length};
+}
+
+bool isControlCharacter(char32_t code) noexcept {
+    for (const Codes& range : kControls) {
+        if (code <= range.last) return code >= range.first;
+    }
+    return false;
+}
+
+std::size_t findControlCharacter(std::string_view text, std::size_t from) noexcept {
+    while (from < text.size()) {
+        const Utf8Character character = firstUtf8Character(text.substr(from));
+        const bool loose = character.length == 0;
+        if (isControlCharacter(loose ? static_cast<unsigned char>(text[from]) : character.code)) return from;
+        from += loose ? 1 : character.length;
+    }
+    return npos;
+}
+
+std::string escapeControlCharacters(std::string_view text) {
+    static constexpr char kDigits[] = "0123456789ABCDEF";
+    std::string out;
+    out.reserve(text.size());
+    for (std::size_t at = findControlCharacter(text); at != npos; at = findControlCharacter(text)) {
+        out.append(text.substr(0, at));
+        const std::size_t length = std::max<std::size_t>(firstUtf8Character(text.substr(at)).length, 1);
+        for (const char c : text.substr(at, length)) {
+            const auto byte = static_cast<unsigned char>(c);
+            out.append("\\x").append({kDigits[byte >> 4], kDigits[byte & 15]});
+        }
+        text.remove_prefix(at + length);
+    }
+    return out.append(text);
 }
 
 std::string Base64Encode(std::string_view text) {

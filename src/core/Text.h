@@ -58,6 +58,26 @@ std::string StripHTML(std::string_view html);
 // The text before the first NUL.
 std::string CutAtNull(std::string_view text);
 
+// The first character of a text read as UTF-8: its code and its length in bytes. The length is 0 for an empty
+// text and for one that does not begin with valid UTF-8 (overlong forms, surrogates and codes over U+10FFFF
+// are not valid).
+struct Utf8Character final {
+    char32_t code = 0;
+    std::size_t length = 0;
+};
+Utf8Character firstUtf8Character(std::string_view text) noexcept;
+
+// The one test for characters that a terminal, a log or a table must not get as they stand: they command the
+// terminal, break the line, or turn the direction of what follows. Controls (U+0000 to U+001F, U+007F to
+// U+009F), line and paragraph separators, marks of direction, interlinear marks.
+bool isControlCharacter(char32_t code) noexcept;
+// Offset of the first such character at or after `from`, or npos. A byte 0x80 to 0x9F outside valid UTF-8 is
+// one too, as some terminals obey it; other bytes outside UTF-8 are not.
+std::size_t findControlCharacter(std::string_view text, std::size_t from = 0) noexcept;
+// Every byte of each such character as \xNN, all else as it stands: a name from a file, a page or a server as
+// a part of one line.
+std::string escapeControlCharacters(std::string_view text);
+
 // Base64 of the bytes in blocks of 54; a last group of one byte is filled with a blank, not with zero bits,
 // which is what servers have always received from this program.
 std::string Base64Encode(std::string_view text);

@@ -150,9 +150,10 @@ void clsSubmit::Submitting(std::int16_t Index, std::int16_t EngineIndex) {
         sendRequest(Index, EngineIndex, step);
     } catch (const std::exception& failure) {
         const SubmitSocket& work = socket(Index);
-        m_services.log.WriteTraceLog("Module : Submitting. \r\n" + std::string(failure.what()) +
+        m_services.log.WriteTraceLog("Module : Submitting. \r\n" + escapeControlCharacters(failure.what()) +
                                      " Line Number: " + std::to_string(step) +
-                                     " Socket : " + std::to_string(Index) + " Engine: " + work.EngineName);
+                                     " Socket : " + std::to_string(Index) +
+                                     " Engine: " + escapeControlCharacters(work.EngineName));
         // Nothing else would ever free this connection, and the run would wait for it.
         if (work.Busy == 1) endAtOnce(Index);
     }
@@ -184,9 +185,10 @@ void clsSubmit::sendRequest(std::int16_t Index, std::int16_t EngineIndex, int& s
         work.Action = std::move(request->URL);
         if (m_services.log.traceOn()) {
             m_services.log.WriteTraceLog(
-                maskPassword("Submitting: " + work.EngineName + "\r\n" + work.Method + " " + work.Action +
-                                 "\r\n" + (request->isPost() ? work.SubmitData : std::string()),
-                             m_web));
+                "Submitting: " + escapeControlCharacters(work.EngineName) + "\r\n" +
+                escapeControlCharacters(maskPassword(work.Method + " " + work.Action, m_web)) + "\r\n" +
+                escapeControlCharacters(
+                    maskPassword(request->isPost() ? work.SubmitData : std::string(), m_web)));
         }
         m_frmHTTPMX->Connect(Index, work.Action, work.Method, work.SubmitData);
         return;
@@ -196,8 +198,8 @@ void clsSubmit::sendRequest(std::int16_t Index, std::int16_t EngineIndex, int& s
     const std::string data = work.SubmitData;
     endAtOnce(Index);
     if (m_services.log.traceOn()) {
-        m_services.log.WriteTraceLog("Script Error.\r\n Engine: " + name +
-                                     "\r\nSubmitData: " + maskPassword(data, m_web));
+        m_services.log.WriteTraceLog("Script Error.\r\n Engine: " + escapeControlCharacters(name) +
+                                     "\r\nSubmitData: " + escapeControlCharacters(maskPassword(data, m_web)));
     }
 }
 

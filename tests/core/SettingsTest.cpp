@@ -191,12 +191,12 @@ TEST(Log, TracesOnlyWithTheSwitch) {
          {std::pair{"submit /D", true}, {"--home /data/x", true}, {"-d", false}}) {
         const TestHome home;
         Log log(home.path("Error.log"), clock, commandLine);
-        log.WriteErrorLog("err\x1b[2Jor");
+        log.WriteErrorLog("err\xC2\x9B[2J\nor");
         log.WriteTraceLog("trace");
         log.WriteErrorLog("again");
         const std::string time = shortDateTime(clock.now(), QLocale::system());
-        EXPECT_EQ(home.read("Error.log"),
-                  "err?[2Jor\r\n" + (traces ? time + "\r\ntrace\r\n" : std::string()) + "again\r\n")
+        EXPECT_EQ(home.read("Error.log"), "err\\xC2\\x9B[2J\\x0Aor\r\n" +
+                                              (traces ? time + "\r\ntrace\r\n" : std::string()) + "again\r\n")
             << commandLine;
     }
 }

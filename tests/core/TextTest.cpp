@@ -173,5 +173,23 @@ TEST(Base64, FillsALoneByteWithABlank) {
     EXPECT_EQ(longer.substr(72), "eC==");
 }
 
+TEST(Text, ShowsWhatATerminalWouldObeyAsItsBytes) {
+    const std::pair<std::string, std::string> cases[] = {
+        {"plain ~ \xC2\xA0 \xE2\x80\x8D caf\xE9 caf\xC3\xA9 \xF0\x9F\x98\x80", ""},
+        {"a\tb\r\nc\x1b[2J\x7f", "a\\x09b\\x0D\\x0Ac\\x1B[2J\\x7F"},
+        {"\0"s, "\\x00"},
+        {"\xC2\x9B"
+         "2J\x9B",
+         "\\xC2\\x9B2J\\x9B"},
+        {"\xE2\x80\xAEtxt.exe\xE2\x81\xA6", "\\xE2\\x80\\xAEtxt.exe\\xE2\\x81\\xA6"},
+        {"\xE2\x80\xA8\xD8\x9C", "\\xE2\\x80\\xA8\\xD8\\x9C"},
+        {"\xE2\x80", "\xE2\\x80"},  // cut short
+    };
+    for (const auto& [text, shown] : cases) {
+        EXPECT_EQ(escapeControlCharacters(text), shown.empty() ? text : shown);
+        EXPECT_EQ(findControlCharacter(text) == npos, shown.empty()) << shown;
+    }
+}
+
 }  // namespace
 }  // namespace relay::test
