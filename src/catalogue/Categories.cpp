@@ -9,6 +9,7 @@
 #include "core/Text.h"
 #include "core/clsPreference.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace relay {
@@ -22,6 +23,16 @@ int findRow(const Rows& list, Test&& test) {
         if (test(list.at(row).text)) return row;
     }
     return -1;
+}
+
+// Whether one of the sub-categories, which are joined by "|", passes the test; they are tried in their order.
+template <typename Test>
+bool findSub(std::string_view joined, Test&& test) {
+    for (std::size_t bar = joined.find('|'); bar != npos; bar = joined.find('|')) {
+        if (test(joined.substr(0, bar))) return true;
+        joined.remove_prefix(bar + 1);
+    }
+    return !joined.empty() && test(joined);
 }
 
 void selectRow(Rows& list, int row) {
@@ -102,12 +113,10 @@ void Categories::loadSubCategory(std::string_view mainName) {
         return;
     }
     const RowsBatch batch(lstCategory);
-    std::string_view rest = place->second->SubCategory;
-    for (std::size_t bar = rest.find('|'); bar != npos; bar = rest.find('|')) {
-        addTextRow(lstCategory, rest.substr(0, bar));
-        rest.remove_prefix(bar + 1);
-    }
-    if (!rest.empty()) addTextRow(lstCategory, rest);
+    findSub(place->second->SubCategory, [&](std::string_view name) {
+        addTextRow(lstCategory, name);
+        return false;
+    });
 }
 
 void Categories::selectMainCategory(int row) {
@@ -137,6 +146,16 @@ void Categories::setSelectedCategory(std::string_view main, std::string_view sub
 void Categories::getSelectedCategory(std::string& main, std::string& sub) const {
     if (const int row = lstMainCategory.firstHighlighted(); row >= 0) main = lstMainCategory.at(row).text;
     if (const int row = lstCategory.firstHighlighted(); row >= 0) sub = lstCategory.at(row).text;
+}
+
+bool Categories::has(std::string_view main, std::string_view sub) const {
+    const auto holds = [sub](const clsCategory& category) {
+        return sub.empty() || findSub(category.SubCategory,
+                                      [sub](std::string_view name) { return equalsNoCase(name, sub); });
+    };
+    if (main.empty()) return std::any_of(m_categories.begin(), m_categories.end(), holds);
+    const auto place = m_byName.find(main);
+    return place != m_byName.end() && holds(*place->second);
 }
 
 }  // namespace relay

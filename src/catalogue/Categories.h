@@ -42,6 +42,9 @@ class Categories final {
     void setSelectedCategory(std::string_view main, std::string_view sub);
     // A list without selection leaves its output as it was.
     void getSelectedCategory(std::string& main, std::string& sub) const;
+    // Whether the tree holds the sub-category below the main one, without regard to case. An empty main
+    // category stands for any of them, an empty sub-category asks for the main one alone.
+    bool has(std::string_view main, std::string_view sub) const;
 
     Rows lstMainCategory;
     Rows lstCategory;

@@ -81,6 +81,23 @@ TEST(Categories, findsAWebsitesCategoryAgain) {
     }
 }
 
+TEST(Categories, knowsWhatTheTreeHolds) {
+    const struct {
+        const char* main;
+        const char* sub;
+        bool held;
+    } cases[] = {{"arts", "FILM", true},   {"Arts", "Dance, Ballet", true},
+                 {"Arts", "Shops", false}, {"Arts", "Fil", false},
+                 {"Arts", "", true},       {"Gone", "", false},
+                 {"", "shops", true},      {"", "Shop", false},
+                 {"Empty", "Film", false}};
+    CategoriesFixture fixture;
+    ASSERT_TRUE(fixture.load(kTree));
+    for (const auto& example : cases)
+        EXPECT_EQ(fixture.tree.has(example.main, example.sub), example.held)
+            << example.main << "/" << example.sub;
+}
+
 TEST(Countries, readsNamesAndCodes) {
     CatalogueFixture fixture;
     EXPECT_FALSE(fixture.countries.loadCountry());
