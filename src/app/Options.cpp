@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Options.h"
 
+#include "core/ScreenText.h"
+
 #include <QCommandLineParser>
-#include <QFile>
 
 namespace relay {
 
@@ -22,7 +23,7 @@ Options readOptions(const QStringList& arguments) {
     const QCommandLineOption version(QStringLiteral("version"), QStringLiteral("Show the version."));
     parser.addOptions({home, help, version});
     Options options;
-    options.commandLine = QFile::encodeName(arguments.join(QLatin1Char(' '))).toStdString();
+    options.commandLine = fromScreen(arguments.join(QLatin1Char(' ')));
     if (!parser.parse(QStringList{QStringLiteral("korvel-relay")} + arguments)) {
         options.answer = parser.errorText();
         options.exitCode = kWrongUsage;
@@ -31,7 +32,7 @@ Options readOptions(const QStringList& arguments) {
     } else if (parser.isSet(help)) {
         options.answer = parser.helpText();
     }
-    options.home = QFile::encodeName(parser.value(home)).toStdString();
+    options.home = fromScreen(parser.value(home));
     return options;
 }
 

@@ -16,7 +16,8 @@ struct Options final {
     int exitCode = 0;         // with an answer
 };
 
-// `arguments` without the program's name. "/D" and "/U" may stand anywhere and in either case.
+// `arguments` without the program's name, as toScreen gives them. "/D" and "/U" may stand anywhere and in
+// either case.
 Options readOptions(const QStringList& arguments);
 
 }  // namespace relay

@@ -2,6 +2,7 @@
 #include "app/OneWindow.h"
 #include "app/Options.h"
 #include "app/Program.h"
+#include "core/Failure.h"
 #include "core/Paths.h"
 #include "core/ScreenText.h"
 #include "transport/Descriptors.h"
@@ -13,6 +14,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <fcntl.h>
 
 namespace {
 using namespace relay;
@@ -24,6 +26,14 @@ Paths choosePaths(const Options& options) {
     return Paths::fromEnvironment(environmentVariable);
 }
 
+// Qt opens files by names that are text. A folder whose name is none is reached through its number.
+QString nameForQt(const std::string& folder) {
+    const QString name = toScreen(folder);
+    if (QFile::encodeName(name).toStdString() == folder) return name;
+    const int number = ::open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);  // open to the end
+    return number < 0 ? name : QStringLiteral("/proc/self/fd/%1").arg(number);
+}
+
 int runWindow(const Options& options) {
     const SystemClock clock;
     QtPrompts prompts;
@@ -31,7 +41,7 @@ int runWindow(const Options& options) {
     try {
         const Paths paths = choosePaths(options);
         makeFolder(paths.AppPath);
-        OneWindow oneWindow(toScreen(paths.AppPath));
+        OneWindow oneWindow(nameForQt(paths.AppPath));
         if (!oneWindow.claim()) return 0;
         program = std::make_unique<Program>(paths, options.commandLine, clock, prompts);
         QObject::connect(&oneWindow, &OneWindow::raiseWanted, &oneWindow,
@@ -41,7 +51,7 @@ int runWindow(const Options& options) {
         prompts.setWindow(&program->window());
         return QApplication::exec();
     } catch (const std::exception& failure) {
-        const std::string words = std::string("Main_Error: ") + failure.what();
+        const std::string words = std::string("Main_Error: ") + failureText(failure);
         if (program) {
             program->closeSplash();
             program->log().WriteErrorLog(words);
@@ -54,7 +64,7 @@ int runWindow(const Options& options) {
 
 int main(int argc, char** argv) {
     QStringList arguments;
-    for (int argument = 1; argument < argc; ++argument) arguments << QFile::decodeName(argv[argument]);
+    for (int argument = 1; argument < argc; ++argument) arguments << toScreen(argv[argument]);
     const Options options = readOptions(arguments);
     if (!options.answer.isEmpty()) {
         std::fprintf(options.exitCode == 0 ? stdout : stderr, "%s\n", qPrintable(options.answer.trimmed()));

@@ -10,6 +10,7 @@
 #include "cli/PreviewCommand.h"
 #include "cli/SubmitCommand.h"
 #include "cli/WebsiteCommands.h"
+#include "core/Failure.h"
 #include "core/Text.h"
 
 #include <CLI/CLI.hpp>
@@ -144,7 +145,7 @@ int parseAndExecute(const std::vector<std::string>& arguments, CommandLineContex
     } catch (const UsageError& error) {
         return wrongUsage(context, parser, error.what());
     } catch (const std::exception& failure) {
-        context.warn(failure.what());
+        context.warn(failureText(failure));
         return kCouldNotRun;
     }
 }

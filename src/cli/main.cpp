@@ -2,13 +2,16 @@
 #include "cli/CommandLine.h"
 #include "cli/Console.h"
 #include "cli/DescriptorBuffer.h"
+#include "cli/ExitCode.h"
 #include "cli/StopSignal.h"
+#include "core/Failure.h"
 #include "core/Paths.h"
 #include "transport/Descriptors.h"
 
 #include <QCoreApplication>
 
 #include <csignal>
+#include <cstdio>
 #include <fcntl.h>
 #include <iostream>
 #include <sys/ioctl.h>
@@ -32,13 +35,7 @@ int terminalColumns() {
     return ::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-    occupyStandardStreams();
-    std::signal(SIGPIPE, SIG_IGN);
-    std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is a write that fails
-    relay::raiseDescriptorLimit();
+int run(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
 
     relay::DescriptorBuffer outBuffer(STDOUT_FILENO);
@@ -60,4 +57,19 @@ int main(int argc, char** argv) {
                            .errColumns = terminalColumns(),
                            .outError = [&outBuffer] { return outBuffer.error(); }};
     return relay::runCommandLine({argv + 1, argv + argc}, console);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    occupyStandardStreams();
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is a write that fails
+    relay::raiseDescriptorLimit();
+    try {
+        return run(argc, argv);
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "%s\n", relay::failureText(failure));
+        return relay::kCouldNotRun;
+    }
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <exception>
+#include <new>
 #include <stdexcept>
 #include <string>
 
@@ -18,5 +20,10 @@ class Failure final : public std::runtime_error {
   private:
     int m_number;
 };
+
+// The words for the user, of the standard library's failures too.
+inline const char* failureText(const std::exception& failure) noexcept {
+    return dynamic_cast<const std::bad_alloc*>(&failure) ? "Out of memory" : failure.what();
+}
 
 }  // namespace relay

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/Failure.h"
 #include "core/Prompts.h"
 
 #include <exception>
@@ -19,7 +20,7 @@ bool trap(Prompts& prompts, std::string_view words, Operation&& operation, std::
         operation();
         return true;
     } catch (const std::exception& failure) {
-        prompts.message(std::string(words) + failure.what(), title, icon);
+        prompts.message(std::string(words) + failureText(failure), title, icon);
         return false;
     }
 }
