@@ -27,6 +27,9 @@ Options readOptions(const QStringList& arguments) {
     if (!parser.parse(QStringList{QStringLiteral("korvel-relay")} + arguments)) {
         options.answer = parser.errorText();
         options.exitCode = kWrongUsage;
+    } else if (parser.isSet(home) && parser.value(home).isEmpty()) {
+        options.answer = QStringLiteral("--home: is empty");
+        options.exitCode = kWrongUsage;
     } else if (parser.isSet(version)) {
         options.answer = QStringLiteral("korvel-relay " RELAY_VERSION);
     } else if (parser.isSet(help)) {

@@ -66,6 +66,9 @@ class Parser final {
 
     // Throws CLI::ParseError, also where help or the version was asked for.
     Command& parse(std::vector<std::string> arguments) {
+        // The parser would take the next word for the folder.
+        if (std::find(arguments.begin(), arguments.end(), "--home=") != arguments.end())
+            throw UsageError("--home: is empty");
         std::reverse(arguments.begin(), arguments.end());
         m_app.parse(std::move(arguments));
         for (const std::unique_ptr<Command>& command : m_commands) {

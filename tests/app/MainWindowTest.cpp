@@ -416,6 +416,8 @@ TEST(OptionsTest, SwitchesStandAnywhere) {
     EXPECT_TRUE(options.answer.isEmpty());
     EXPECT_EQ(readOptions({QStringLiteral("--version")}).exitCode, 0);
     EXPECT_EQ(readOptions({QStringLiteral("--nonsense")}).exitCode, 2);
+    EXPECT_EQ(readOptions({QStringLiteral("--home"), QString()}).exitCode, 2);
+    EXPECT_EQ(readOptions({QStringLiteral("--home=")}).exitCode, 2);
 }
 
 }  // namespace
