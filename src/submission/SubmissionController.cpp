@@ -78,7 +78,7 @@ bool SubmissionController::StartSubmit() {
         m_active = false;
         m_TimerSubmit.stop();
         const auto* known = dynamic_cast<const Failure*>(&failure);
-        m_services.log.WriteErrorLog("StartSubmit_Error: " + std::string(failure.what()));
+        m_services.log.WriteErrorLog("StartSubmit_Error: " + std::string(failureText(failure)));
         m_services.prompts.message(
             "Module: StartSubmit\r\nErrorCode: " + std::to_string(known ? known->number() : 0), "Error",
             Icon::Critical);
@@ -189,12 +189,17 @@ void SubmissionController::handOutFree() {
 // After a failure: nobody else would end a run in which no connection is at work.
 void SubmissionController::endWhenIdle() {
     if (!m_active || !m_free.empty() || !isFinish()) return;
-    setSubmitComplete();
-    m_ended = true;
+    endRun();
     if (!m_handingOut) handOutLater();
 }
 
+void SubmissionController::endRun() {
+    setSubmitComplete();
+    m_ended = true;
+}
+
 void SubmissionController::giveNextEngine(std::int16_t Index) {
+    bool finishing = false;
     const bool given = trap(m_services.prompts, "Module : SubmitIt. ", [&] {
         // The counter is not raised past the last engine, which may be the last number of 16 bits.
         if (m_state.EngineCounter < m_clsSubmit.NumOfEngines()) {
@@ -204,10 +209,16 @@ void SubmissionController::giveNextEngine(std::int16_t Index) {
                                       " engines remaining ...");
             m_clsSubmit.Submitting(Index, m_state.EngineCounter);
         } else if (isFinish()) {
+            finishing = true;
             finishURL();
         }
     });
-    if (!given) endWhenIdle();
+    if (given) return;
+    // A URL is not finished twice.
+    if (finishing)
+        endRun();
+    else
+        endWhenIdle();
 }
 
 bool SubmissionController::isFinish() {
@@ -230,8 +241,7 @@ void SubmissionController::finishURL() {
         startConnections();
         return;
     }
-    setSubmitComplete();
-    m_ended = true;
+    endRun();
 }
 
 void SubmissionController::reportURL() {

@@ -78,6 +78,7 @@ class SubmissionController final : public QObject, private SubmissionScheduler {
     void handOutFree();
     void handOutLater();
     void endWhenIdle();
+    void endRun();
     void giveNextEngine(std::int16_t Index);
     void finishURL();
     void reportURL();

@@ -151,7 +151,7 @@ void clsSubmit::Submitting(std::int16_t Index, std::int16_t EngineIndex) {
     } catch (const std::exception& failure) {
         if (m_services.log.traceOn()) {
             m_services.log.WriteTraceLog(
-                "Module : Submitting. \r\n" + escapeControlCharacters(failure.what()) +
+                "Module : Submitting. \r\n" + escapeControlCharacters(failureText(failure)) +
                 " Line Number: " + std::to_string(step) + " Socket : " + std::to_string(Index) +
                 " Engine: " + escapeControlCharacters(socket(Index).EngineName));
         }
@@ -222,7 +222,7 @@ void clsSubmit::setSubmitResults(std::int16_t Index, std::string_view Caller, st
         tellEnded(Index);
     } catch (const std::exception& failure) {
         if (!m_services.log.traceOn()) return;
-        m_services.log.WriteTraceLog("setSubmitResults_Error: " + std::string(failure.what()) +
+        m_services.log.WriteTraceLog("setSubmitResults_Error: " + std::string(failureText(failure)) +
                                      " - Source: " + std::string(Caller) + " - " + std::string(Text));
     }
 }
@@ -244,7 +244,7 @@ void clsSubmit::m_frmHTTPMX_Completed(std::int16_t Index, std::int32_t Code) {
         setSubmitResults(Index, "m_frmHTTPMX_Completed");
         m_scheduler.SubmitIt(Index);
     } catch (const std::exception& failure) {
-        m_services.log.WriteErrorLog("m_frmHTTPMX_Completed_Error: " + std::string(failure.what()));
+        m_services.log.WriteErrorLog("m_frmHTTPMX_Completed_Error: " + std::string(failureText(failure)));
     }
 }
 
@@ -308,9 +308,9 @@ void clsSubmit::saveReport(const std::string& text, UrlReport& report) {
         appendFile(m_services.paths.inApp("fail.eng"), m_FailEngines.text());
         if (unnoted) std::rethrow_exception(unnoted);
     } catch (const std::exception& failure) {
-        m_services.log.WriteErrorLog("CreateReport_Error: " + std::string(failure.what()));
+        m_services.log.WriteErrorLog("CreateReport_Error: " + std::string(failureText(failure)));
         m_services.log.WriteErrorLog("ReportFile: " + path);
-        report.problem = failure.what();
+        report.problem = failureText(failure);
     }
 }
 
