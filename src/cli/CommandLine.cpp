@@ -169,10 +169,15 @@ int checkResults(CommandLineContext& context, int exitCode) {
 }  // namespace
 
 int runCommandLine(const std::vector<std::string>& arguments, Console& console) {
-    CommandLineContext context(console, arguments);
-    const int exitCode = checkResults(context, parseAndExecute(arguments, context));
-    context.finish(exitCode);
-    return exitCode;
+    try {
+        CommandLineContext context(console, arguments);
+        const int exitCode = checkResults(context, parseAndExecute(arguments, context));
+        context.finish(exitCode);
+        return exitCode;
+    } catch (const std::exception& failure) {
+        console.err << failureText(failure) << '\n' << std::flush;
+        return kCouldNotRun;
+    }
 }
 
 }  // namespace relay

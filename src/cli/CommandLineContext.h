@@ -14,6 +14,9 @@
 
 namespace relay {
 
+// What stands in a password's place where it is hidden.
+inline constexpr std::string_view kHiddenPassword = "********";
+
 // What the commands share: the console, the options that stand in front of every command, and the home.
 class CommandLineContext final {
   public:
@@ -35,6 +38,9 @@ class CommandLineContext final {
     std::ostream& out();
     // Whether results go to a terminal that takes colours.
     bool colours() const;
+    // Whether results go to a terminal, which has people behind one's back; a file and a script get passwords
+    // as they stand.
+    bool hidesPasswords() const noexcept { return m_console.outIsTerminal; }
     // A message that --quiet keeps back, and one that is always told.
     void note(std::string_view text);
     void warn(std::string_view text);

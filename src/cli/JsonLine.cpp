@@ -2,6 +2,7 @@
 #include "cli/JsonLine.h"
 
 #include "core/ScreenText.h"
+#include "core/Text.h"
 
 #include <cstdio>
 #include <nlohmann/json.hpp>
@@ -11,24 +12,19 @@ namespace relay {
 
 namespace {
 
-// DEL and the controls U+0080 to U+009F are legal in JSON as they stand, but a terminal obeys them.
-std::string withoutRawControls(const std::string& json) {
+// Many of these are legal in JSON as they stand, but a terminal obeys them.
+std::string withoutRawControls(std::string_view json) {
     std::string out;
     out.reserve(json.size());
-    for (std::size_t i = 0; i < json.size(); ++i) {
-        const auto byte = static_cast<unsigned char>(json[i]);
-        const auto next = static_cast<unsigned char>(i + 1 < json.size() ? json[i + 1] : 0);
-        const bool control = byte == 0xC2 && next >= 0x80 && next <= 0x9F;
-        if (byte != 0x7F && !control) {
-            out += json[i];
-            continue;
-        }
+    for (std::size_t at = findControlCharacter(json); at != npos; at = findControlCharacter(json)) {
+        out.append(json.substr(0, at));
+        const Utf8Character control = firstUtf8Character(json.substr(at));
         char escape[8];
-        std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(control ? next : byte));
+        std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(control.code));
         out += escape;
-        if (control) ++i;
+        json.remove_prefix(at + control.length);
     }
-    return out;
+    return out.append(json);
 }
 
 }  // namespace

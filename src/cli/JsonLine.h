@@ -9,7 +9,7 @@
 namespace relay {
 
 // One JSON object on a line of its own, its members in the order they were added. Texts are bytes; a byte
-// that is no valid UTF-8 appears as \xNN. The line holds no raw control character of any kind.
+// that is no valid UTF-8 appears as \xNN. What a terminal would obey appears as \uNNNN.
 class JsonLine final {
   public:
     JsonLine();

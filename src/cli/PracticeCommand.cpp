@@ -79,8 +79,8 @@ int PracticeCommand::execute() {
     tellAddress(web.address());
     QEventLoop loop;
     QObject::connect(&stop, &StopSignal::requested, &loop, &QEventLoop::quit);
-    if (!stop.poll()) loop.exec();
-    return kStopped;
+    const int failed = stop.poll() ? 0 : loop.exec();
+    return failed != 0 ? failed : kStopped;
 }
 
 }  // namespace relay

@@ -22,6 +22,7 @@ PreviewCommand::PreviewCommand(CLI::App& parent, CommandLineContext& context)
     app().add_option("--website", m_website, "The website file")->type_name("FILE")->required();
     app().add_option("--engine", m_engine, "An engine of the catalogue")->type_name("NAME")->required();
     app().add_option("--url", m_url, "The URL to submit (default: the website's first)")->type_name("URL");
+    app().add_flag("--show-password", m_showPassword, "Show the password on a terminal too");
 }
 
 std::string PreviewCommand::chosenUrl() const {
@@ -38,7 +39,9 @@ int PreviewCommand::execute() {
     Catalogue& catalogue = context().home().catalogue;
     const clsEngines& engine = catalogue.engine(m_engine);
     const IniFile website = IniFile::load(m_website);
-    const WebDetails details = readWebDetails(chosenUrl(), website);
+    WebDetails details = readWebDetails(chosenUrl(), website);
+    if (context().hidesPasswords() && !m_showPassword && !details.Password.empty())
+        details.Password = kHiddenPassword;
     const bool blockSpam = context().home().preference.BlockSpam != 0;
     const std::optional<SubmissionRequest> request =
         submissionRequest(engine.Method, engine.Action,

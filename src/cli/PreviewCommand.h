@@ -7,7 +7,7 @@
 
 namespace relay {
 
-// preview --website FILE --engine NAME [--url URL]
+// preview --website FILE --engine NAME [--url URL] [--show-password]
 class PreviewCommand final : public Command {
   public:
     PreviewCommand(CLI::App& parent, CommandLineContext& context);
@@ -19,6 +19,7 @@ class PreviewCommand final : public Command {
     std::string m_website;
     std::string m_engine;
     std::string m_url;
+    bool m_showPassword = false;
 };
 
 }  // namespace relay

@@ -79,6 +79,7 @@ void SubmissionWatcher::runDone(const RunSummary& summary) {
             .add("success", summary.success)
             .add("failed", summary.failed)
             .add("cancelled", summary.cancelled)
+            .add("shared", summary.sharedReports)
             .write(m_context.out());
     } else {
         writeSummary();
@@ -109,6 +110,12 @@ void SubmissionWatcher::writeSummary() {
     if (reports.empty()) return;
     out << '\n';
     reports.write(out, m_context.colours());
+    if (m_summary.sharedReports == 0) return;
+    out << '\n' << m_summary.sharedReports << " reports share ";
+    if (m_summary.sharedFiles == 1)
+        out << "one file, which holds the last of them.\n";
+    else
+        out << m_summary.sharedFiles << " files; each holds the last of its reports.\n";
 }
 
 int SubmissionWatcher::exitCode() const noexcept {

@@ -15,6 +15,7 @@
 #include <QEventLoop>
 #include <QLocale>
 
+#include <exception>
 #include <filesystem>
 
 namespace relay {
@@ -86,12 +87,22 @@ int SubmitCommand::run(Catalogue& catalogue) {
     SubmissionWatcher watcher(context(), controller.state().lsvSiteSubmitting.count(),
                               controller.submit().NumOfEngines());
     QEventLoop loop;
+    // What cannot be told ends the run; the run itself would go on as if it had been.
+    std::exception_ptr untold;
+    const auto tell = [&](const auto& telling) {
+        try {
+            if (!untold) telling();
+        } catch (...) {
+            untold = std::current_exception();
+            loop.quit();
+        }
+    };
     QObject::connect(&controller, &SubmissionController::engineEnded, &loop,
-                     [&](const EngineEnded& ended) { watcher.engineEnded(ended); });
+                     [&](const EngineEnded& ended) { tell([&] { watcher.engineEnded(ended); }); });
     QObject::connect(&controller, &SubmissionController::reportWritten, &loop,
-                     [&](const UrlReport& report) { watcher.reportWritten(report); });
+                     [&](const UrlReport& report) { tell([&] { watcher.reportWritten(report); }); });
     QObject::connect(&controller, &SubmissionController::runDone, &loop, [&](const RunSummary& summary) {
-        watcher.runDone(summary);
+        tell([&] { watcher.runDone(summary); });
         loop.quit();
     });
     QObject::connect(&console.stop, &StopSignal::requested, &loop, [&] {
@@ -100,8 +111,9 @@ int SubmitCommand::run(Catalogue& catalogue) {
     });
     if (console.stop.poll()) return kStopped;
     if (!controller.cmdSubmit()) return kCouldNotRun;
-    if (!watcher.isDone()) loop.exec();
-    return watcher.exitCode();
+    const int failed = watcher.isDone() || untold ? 0 : loop.exec();
+    if (untold) std::rethrow_exception(untold);
+    return failed != 0 ? failed : watcher.exitCode();
 }
 
 }  // namespace relay

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/WebsiteCommands.h"
 
+#include "catalogue/Categories.h"
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
 #include "cli/JsonLine.h"
@@ -11,9 +12,11 @@
 #include "core/Text.h"
 #include "projects/UrlList.h"
 #include "projects/WebsiteFile.h"
+#include "projects/WebsitePanel.h"
 
 #include <algorithm>
 #include <functional>
+#include <istream>
 #include <limits>
 #include <ostream>
 #include <string>
@@ -117,10 +120,9 @@ WebsiteShowCommand::WebsiteShowCommand(CLI::App& parent, CommandLineContext& con
     app().add_flag("--show-password", m_showPassword, "Show the password on a terminal too");
 }
 
-// A terminal has people behind one's back; a file and a script get the password as it stands.
 std::string WebsiteShowCommand::shownValue(const std::string& key, const std::string& value) {
-    const bool mask = key == "Password" && context().console().outIsTerminal && !m_showPassword;
-    return mask && !value.empty() ? "********" : value;
+    const bool hide = key == "Password" && context().hidesPasswords() && !m_showPassword;
+    return hide && !value.empty() ? std::string(kHiddenPassword) : value;
 }
 
 int WebsiteShowCommand::execute() {
@@ -169,12 +171,28 @@ int WebsiteShowCommand::execute() {
 WebsiteSetCommand::WebsiteSetCommand(CLI::App& parent, CommandLineContext& context)
     : Command(parent, context, "set", "Set fields of a website file; a missing file is made",
               "website set shop.kws Title='Paper Shop' Keyword='paper, pens' BlockFFA=1\n"
-              "website set shop.kws MainCategory='Business and Finance' Category=Accounting") {
+              "website set shop.kws MainCategory='Business and Finance' Category=Accounting\n"
+              "website set shop.kws --password-file secret.txt") {
     addFileOption(app(), m_file);
-    app().add_option("KEY=VALUE", m_assignments, "Keys: " + settableKeys())->required()->type_name("");
+    app().add_option("KEY=VALUE", m_assignments, "Keys: " + settableKeys())->type_name("");
+    app()
+        .add_option(
+            "--password-file", m_passwordFile,
+            "Take the password from the first line of this file (\"-\": the standard input), where no "
+            "list of processes shows it")
+        ->type_name("FILE");
 }
 
-int WebsiteSetCommand::execute() {
+std::string WebsiteSetCommand::readPassword() {
+    std::string text;
+    if (m_passwordFile == "-")
+        std::getline(context().console().in, text);
+    else
+        text = readFile(m_passwordFile);
+    return std::string(firstLine(text));
+}
+
+std::vector<KeyValue> WebsiteSetCommand::wantedValues() {
     std::vector<KeyValue> values;
     for (const std::string& assignment : m_assignments) {
         const std::size_t equals = assignment.find('=');
@@ -182,14 +200,41 @@ int WebsiteSetCommand::execute() {
         KeyValue entry{settableKey(assignment.substr(0, equals)), assignment.substr(equals + 1)};
         if (entry.key == "BlockFFA" && entry.value != "0" && entry.value != "1")
             throw UsageError("BlockFFA takes 0 or 1.");
-        noteLosses(entry);
+        if (entry.key == "Password" && !m_passwordFile.empty())
+            throw UsageError("The password is given twice.");
         values.push_back(std::move(entry));
     }
+    if (!m_passwordFile.empty()) values.push_back({"Password", readPassword()});
+    if (values.empty()) throw UsageError("KEY=VALUE is required");
+    return values;
+}
+
+int WebsiteSetCommand::execute() {
+    const std::vector<KeyValue> values = wantedValues();
+    for (const KeyValue& entry : values) noteLosses(entry);
     setKeys(m_file, values);
+    const bool filed = std::any_of(values.begin(), values.end(), [](const KeyValue& entry) {
+        return entry.key == "MainCategory" || entry.key == "Category";
+    });
+    if (filed) noteStrangeCategory();
     return kSucceeded;
 }
 
-// What the file does not keep of a value is told.
+// A category that the catalogue does not have is kept, but engines get another one in its place.
+void WebsiteSetCommand::noteStrangeCategory() {
+    const IniFile file = IniFile::load(m_file);
+    const std::string main = file.value(kWebsiteSection, "MainCategory");
+    const std::string sub = file.value(kWebsiteSection, "Category");
+    Categories& categories = context().home().catalogue.categories;
+    if (!categories.loadCategory() || categories.has(main, sub)) return;
+    if (!main.empty() && !categories.has(main, {}))
+        context().note("MainCategory: the catalogue has no \"" + main + "\".");
+    else
+        context().note("Category: the catalogue has no \"" + sub + "\"" +
+                       (main.empty() ? "." : " in \"" + main + "\"."));
+}
+
+// What the file does not keep of a value is told, and what engines do not take.
 void WebsiteSetCommand::noteLosses(const KeyValue& entry) {
     const bool joined = entry.key == "Keyword" || entry.key == "Description";
     const std::string line = joined ? removeCrLf(entry.value) : entry.value;
@@ -197,6 +242,7 @@ void WebsiteSetCommand::noteLosses(const KeyValue& entry) {
     if (line.size() > IniFile::kShortLimit)
         context().note(entry.key + ": only the first " + std::to_string(IniFile::kShortLimit) +
                        " bytes are used.");
+    if (breaksGet(line)) context().note(entry.key + std::string(kBreaksGet));
 }
 
 WebsiteAddUrlCommand::WebsiteAddUrlCommand(CLI::App& parent, CommandLineContext& context)

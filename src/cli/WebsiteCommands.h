@@ -23,17 +23,21 @@ class WebsiteShowCommand final : public Command {
     bool m_showPassword = false;
 };
 
-// website set FILE KEY=VALUE...
+// website set FILE [KEY=VALUE...] [--password-file FILE]
 class WebsiteSetCommand final : public Command {
   public:
     WebsiteSetCommand(CLI::App& parent, CommandLineContext& context);
     int execute() override;
 
   private:
+    std::vector<KeyValue> wantedValues();
+    std::string readPassword();
     void noteLosses(const KeyValue& entry);
+    void noteStrangeCategory();
 
     std::string m_file;
     std::vector<std::string> m_assignments;
+    std::string m_passwordFile;
 };
 
 // website add-url FILE URL...

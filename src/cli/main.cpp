@@ -35,8 +35,29 @@ int terminalColumns() {
     return ::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
 }
 
+int tellFailure(const std::exception& failure) noexcept {
+    std::fprintf(stderr, "%s\n", relay::failureText(failure));
+    return relay::kCouldNotRun;
+}
+
+// What the handler of an event lets out is told and ends the event loops: the end they wait for may never
+// come.
+class Application final : public QCoreApplication {
+  public:
+    using QCoreApplication::QCoreApplication;
+
+    bool notify(QObject* receiver, QEvent* event) override {
+        try {
+            return QCoreApplication::notify(receiver, event);
+        } catch (const std::exception& failure) {
+            exit(tellFailure(failure));
+            return false;
+        }
+    }
+};
+
 int run(int argc, char** argv) {
-    const QCoreApplication application(argc, argv);
+    const Application application(argc, argv);
 
     relay::DescriptorBuffer outBuffer(STDOUT_FILENO);
     relay::DescriptorBuffer errBuffer(STDERR_FILENO);
@@ -69,7 +90,6 @@ int main(int argc, char** argv) {
     try {
         return run(argc, argv);
     } catch (const std::exception& failure) {
-        std::fprintf(stderr, "%s\n", relay::failureText(failure));
-        return relay::kCouldNotRun;
+        return tellFailure(failure);
     }
 }

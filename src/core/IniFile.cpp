@@ -9,6 +9,7 @@
 #include <deque>
 #include <list>
 #include <unordered_map>
+#include <utility>
 
 namespace relay {
 

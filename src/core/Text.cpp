@@ -267,6 +267,15 @@ std::string escapeControlCharacters(std::string_view text) {
     return out.append(text);
 }
 
+std::uint32_t crc32(std::string_view bytes) noexcept {
+    std::uint32_t crc = 0xFFFFFFFF;
+    for (const char byte : bytes) {
+        crc ^= static_cast<unsigned char>(byte);
+        for (int bit = 0; bit < 8; ++bit) crc = crc >> 1 ^ (crc & 1 ? 0xEDB88320 : 0);
+    }
+    return ~crc;
+}
+
 std::string Base64Encode(std::string_view text) {
     static constexpr std::string_view kAlphabet =
         "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";

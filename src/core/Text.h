@@ -78,6 +78,9 @@ std::size_t findControlCharacter(std::string_view text, std::size_t from = 0) no
 // a part of one line.
 std::string escapeControlCharacters(std::string_view text);
 
+// CRC-32 as in ZIP and PNG files.
+std::uint32_t crc32(std::string_view bytes) noexcept;
+
 // Base64 of the bytes in blocks of 54; a last group of one byte is filled with a blank, not with zero bits,
 // which is what servers have always received from this program.
 std::string Base64Encode(std::string_view text);

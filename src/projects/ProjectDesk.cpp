@@ -282,7 +282,7 @@ void ProjectDesk::saveCheckedWebsite(const std::string& path) {
     m_website.takeSelectedCategory();
     const bool valid = isValidFields(m_website.fields, m_services.prompts,
                                      [this](const MissingField& missing) { Q_EMIT fieldMissing(missing); });
-    if (valid) saveWebSite(path);
+    if (valid && saveWebSite(path)) m_services.prompts.status(breaksGetNotice(m_website.fields));
 }
 
 bool ProjectDesk::fileItemEnabled(int index) const {

@@ -4,6 +4,7 @@
 #include "core/Prompts.h"
 #include "core/Text.h"
 #include "core/Trap.h"
+#include "transport/RequestUrl.h"
 
 #include <string>
 
@@ -72,6 +73,22 @@ void clearWebsiteFields(WebsiteFields& fields) {
     fields.clearCustomEngine();
     for (const ContactField& contact : kContactFields) (fields.*contact.field).clear();
     fields.clearWorkArea();
+}
+
+bool breaksGet(std::string_view value) {
+    return hasControlByte(replaceAll(replaceAll(value, "\r", ""), "\n", ""));
+}
+
+std::string breaksGetNotice(const WebsiteFields& fields) {
+    const auto notice = [](std::string_view name) { return std::string(name).append(kBreaksGet); };
+    if (breaksGet(fields.txtSiteTitle)) return notice("Title");
+    if (breaksGet(fields.txtSiteKeywords)) return notice("Keyword");
+    if (breaksGet(fields.txtSiteDescription)) return notice("Description");
+    for (const ContactField& contact : kContactFields)
+        if (breaksGet(fields.*contact.field)) return notice(contact.key);
+    for (int row = 0; row < fields.lsvSiteURLs.count(); ++row)
+        if (breaksGet(fields.lsvSiteURLs.at(row).text)) return notice("URL");
+    return {};
 }
 
 std::optional<MissingField> firstMissingField(const WebsiteFields& fields) {

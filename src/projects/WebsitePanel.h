@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace relay {
@@ -24,6 +25,14 @@ struct MissingField final {
     WebsiteTab tab;
     std::string_view message;
 };
+
+// A tab or another control character in a value ends every request that carries it in its URL before it is
+// sent. Line breaks do not count: none reaches a file. The words follow the field's name.
+bool breaksGet(std::string_view value);
+inline constexpr std::string_view kBreaksGet =
+    ": holds a tab or another control character, so no engine that takes it by GET can be sent anything.";
+// The words for the first such field of a website; empty when there is none.
+std::string breaksGetNotice(const WebsiteFields& fields);
 
 // The first field that fails the check before saving. Nothing is trimmed, so a blank passes.
 std::optional<MissingField> firstMissingField(const WebsiteFields& fields);

@@ -9,6 +9,7 @@
 #include "core/Prompts.h"
 #include "core/Trap.h"
 #include "core/clsPreference.h"
+#include "transport/Descriptors.h"
 
 #include <algorithm>
 
@@ -19,6 +20,18 @@ namespace {
 // Engines handed out before the event loop gets its turn: a run of engines that end at once (30,000 records
 // without an action) would hold it up else.
 constexpr int kHandOutsAtOnce = 200;
+
+// Sets a flag for the length of a block, however the block is left.
+class FlagGuard final {
+  public:
+    explicit FlagGuard(bool& flag) : m_flag(flag) { m_flag = true; }
+    ~FlagGuard() { m_flag = false; }
+    FlagGuard(const FlagGuard&) = delete;
+    FlagGuard& operator=(const FlagGuard&) = delete;
+
+  private:
+    bool& m_flag;
+};
 
 }  // namespace
 
@@ -62,8 +75,10 @@ bool SubmissionController::StartSubmit() {
     try {
         return startRun();
     } catch (const std::exception& failure) {
+        m_active = false;
+        m_TimerSubmit.stop();
         const auto* known = dynamic_cast<const Failure*>(&failure);
-        m_services.log.WriteErrorLog("StartSubmit_Error: " + std::string(failure.what()));
+        m_services.log.WriteErrorLog("StartSubmit_Error: " + std::string(failureText(failure)));
         m_services.prompts.message(
             "Module: StartSubmit\r\nErrorCode: " + std::to_string(known ? known->number() : 0), "Error",
             Icon::Critical);
@@ -92,10 +107,11 @@ bool SubmissionController::startRun() {
     m_state.EngineCounter = 0;
     m_state.URLIndex = 1;
     if (!setSiteSubmittingStatus(1)) return false;
-    m_state.ActiveConnections = std::min(m_clsSubmit.NumOfEngines(), Connections);
+    m_state.ActiveConnections = connectionsToOpen();
     m_clsSubmit.LoadHTTPMXSocket(m_state.ActiveConnections);
     m_TimerSubmit.start();
     m_summary = {};
+    m_reportsOfFile.clear();
     m_active = true;
     m_stopping = m_ended = false;
     startConnections();
@@ -104,23 +120,38 @@ bool SubmissionController::startRun() {
     return true;
 }
 
+std::int16_t SubmissionController::connectionsToOpen() {
+    const std::int16_t wanted = std::min(m_clsSubmit.NumOfEngines(), m_services.preference.Connections);
+    const std::int16_t most = mostConnections();
+    if (wanted <= most) return wanted;
+    if (!std::exchange(m_limitTold, true)) {
+        m_services.prompts.message("Of " + std::to_string(wanted) + " connections " + std::to_string(most) +
+                                       " are opened: the system does not allow this program more open files.",
+                                   "Submit", Icon::Information);
+    }
+    return most;
+}
+
 void SubmissionController::startConnections() {
     m_free.clear();
-    for (std::int16_t i = 1; i <= m_state.ActiveConnections; ++i) {
+    for (int i = 1; i <= m_state.ActiveConnections; ++i) {
         m_clsSubmit.socket(i).Busy = 0;
-        m_free.push_back(i);
+        m_free.push_back(static_cast<std::int16_t>(i));
     }
 }
 
 void SubmissionController::SubmitIt(std::int16_t Index) {
     if (!m_active || m_stopping) return;
-    // The connection in hand goes on before the others get their turn.
-    if (Index == m_inHand) {
-        m_free.push_front(Index);
-    } else {
-        m_free.push_back(Index);
-    }
-    handOut();
+    const bool handedOut = trap(m_services.prompts, "Module : SubmitIt. ", [&] {
+        // The connection in hand goes on before the others get their turn.
+        if (Index == m_inHand) {
+            m_free.push_front(Index);
+        } else {
+            m_free.push_back(Index);
+        }
+        handOut();
+    });
+    if (!handedOut) endWhenIdle();
 }
 
 void SubmissionController::handOutLater() {
@@ -137,7 +168,12 @@ void SubmissionController::handOutLater() {
 void SubmissionController::handOut() {
     // Engines that end at once come back here through SubmitIt: they queue up instead of nesting.
     if (m_handingOut) return;
-    m_handingOut = true;
+    handOutFree();
+    if (std::exchange(m_ended, false)) tellRunDone();
+}
+
+void SubmissionController::handOutFree() {
+    const FlagGuard handingOut(m_handingOut);
     for (int count = 0; !m_free.empty() && m_active && !m_stopping; ++count) {
         if (count == kHandOutsAtOnce) {
             handOutLater();
@@ -146,13 +182,24 @@ void SubmissionController::handOut() {
         m_inHand = m_free.front();
         m_free.pop_front();
         giveNextEngine(m_inHand);
-        m_inHand = 0;
     }
-    m_handingOut = false;
-    if (std::exchange(m_ended, false)) tellRunDone();
+    m_inHand = 0;
+}
+
+// After a failure: nobody else would end a run in which no connection is at work.
+void SubmissionController::endWhenIdle() {
+    if (!m_active || !m_free.empty() || !isFinish()) return;
+    endRun();
+    if (!m_handingOut) handOutLater();
+}
+
+void SubmissionController::endRun() {
+    setSubmitComplete();
+    m_ended = true;
 }
 
 void SubmissionController::giveNextEngine(std::int16_t Index) {
+    bool finishing = false;
     const bool given = trap(m_services.prompts, "Module : SubmitIt. ", [&] {
         // The counter is not raised past the last engine, which may be the last number of 16 bits.
         if (m_state.EngineCounter < m_clsSubmit.NumOfEngines()) {
@@ -162,20 +209,25 @@ void SubmissionController::giveNextEngine(std::int16_t Index) {
                                       " engines remaining ...");
             m_clsSubmit.Submitting(Index, m_state.EngineCounter);
         } else if (isFinish()) {
+            finishing = true;
             finishURL();
         }
     });
-    if (!given && isFinish()) {
-        setSubmitComplete();
-        m_ended = true;
-    }
+    if (given) return;
+    // A URL is not finished twice.
+    if (finishing)
+        endRun();
+    else
+        endWhenIdle();
 }
 
 bool SubmissionController::isFinish() {
-    for (std::int16_t i = 1; i <= m_state.ActiveConnections; ++i) {
-        if (m_clsSubmit.socket(i).Busy == 1) return false;
-    }
-    return true;
+    bool finished = true;
+    trap(m_services.prompts, "isFinish_Error: ", [&] {
+        for (int i = 1; finished && i <= m_state.ActiveConnections; ++i)
+            finished = m_clsSubmit.socket(i).Busy != 1;
+    });
+    return finished;
 }
 
 void SubmissionController::finishURL() {
@@ -189,8 +241,7 @@ void SubmissionController::finishURL() {
         startConnections();
         return;
     }
-    setSubmitComplete();
-    m_ended = true;
+    endRun();
 }
 
 void SubmissionController::reportURL() {
@@ -200,6 +251,11 @@ void SubmissionController::reportURL() {
     const int row = m_state.lsvReport.indexOf(site.key);
     if (row >= 0) m_state.lsvReport.setTag(row, report.path);
     ++m_summary.urls;
+    if (!report.path.empty()) {
+        const int reports = ++m_reportsOfFile[report.path];
+        if (reports == 2) ++m_summary.sharedFiles;
+        if (reports > 1) m_summary.sharedReports += reports == 2 ? 2 : 1;
+    }
     Q_EMIT reportWritten(report);
 }
 
@@ -216,35 +272,40 @@ bool SubmissionController::setSiteSubmittingStatus(std::int16_t Row) {
 }
 
 void SubmissionController::setSubmitComplete() {
+    // Whatever fails below, the run is over.
     m_state.Done = -1;
-    m_state.lsvSiteSubmitting.clear();
-    m_state.page = 3;
-    m_services.prompts.status("");
-    resetSubmitButton();
-    m_TimerSubmit.stop();
-    const QDateTime now = m_services.clock.now();
-    for (std::int16_t i = 1; i <= m_clsSubmit.socketCount(); ++i) m_clsSubmit.socket(i).LastDone = now;
     m_state.Running = 0;
+    m_state.page = 3;
     m_active = m_stopping = false;
     m_free.clear();
-    Q_EMIT stateChanged();
+    m_TimerSubmit.stop();
+    trap(m_services.prompts, "Module: setSubmitComplete\r\n", [&] {
+        resetSubmitButton();
+        m_state.lsvSiteSubmitting.clear();
+        m_services.prompts.status("");
+        const QDateTime now = m_services.clock.now();
+        for (int i = 1; i <= m_clsSubmit.socketCount(); ++i) m_clsSubmit.socket(i).LastDone = now;
+        Q_EMIT stateChanged();
+    });
 }
 
 void SubmissionController::tellRunDone() {
-    m_services.prompts.beep();
-    m_services.prompts.message("Submission done !", "Submit", Icon::Information);
+    trap(m_services.prompts, "Module : SubmitIt. ", [&] {
+        m_services.prompts.beep();
+        m_services.prompts.message("Submission done !", "Submit", Icon::Information);
+    });
     Q_EMIT runDone(m_summary);
 }
 
 void SubmissionController::stopSubmission() {
     if (!m_active) return;
     trap(m_services.prompts, "Module: stopSubmission\r\nError: ", [&] {
-        for (std::int16_t i = 1; i <= m_state.ActiveConnections; ++i) {
-            if (i > m_state.lsvConnections.count()) continue;
+        const int last = std::min<int>(m_state.ActiveConnections, m_state.lsvConnections.count());
+        for (int i = 1; i <= last; ++i) {
             if (m_state.lsvConnections.at(i - 1).icon == "Completed") continue;
             m_clsSubmit.socket(i).Result = Cancelled;
             m_clsSubmit.socket(i).Stopped = -1;
-            m_clsSubmit.setSubmitResults(i, "stopSubmission()", "Cancelled");
+            m_clsSubmit.setSubmitResults(static_cast<std::int16_t>(i), "stopSubmission()", "Cancelled");
         }
         m_services.prompts.status("Please wait while generating report ...");
         if (m_state.URLIndex < 1 || m_state.URLIndex > m_state.lsvSiteSubmitting.count()) return;

@@ -11,6 +11,7 @@
 #include <deque>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 
 namespace relay {
 
@@ -58,6 +59,7 @@ class SubmissionController final : public QObject, private SubmissionScheduler {
     bool closing();
 
     bool isRunning() const noexcept { return m_active; }
+    // No connection is at work. A failure is shown and gives true: the run must not wait for ever.
     bool isFinish();
 
   Q_SIGNALS:
@@ -70,11 +72,15 @@ class SubmissionController final : public QObject, private SubmissionScheduler {
   private:
     bool StartSubmit();
     bool startRun();
+    std::int16_t connectionsToOpen();
     void startConnections();
     void SubmitIt(std::int16_t Index) override;
     void stopSubmission() override;
     void handOut();
+    void handOutFree();
     void handOutLater();
+    void endWhenIdle();
+    void endRun();
     void giveNextEngine(std::int16_t Index);
     void finishURL();
     void reportURL();
@@ -93,10 +99,12 @@ class SubmissionController final : public QObject, private SubmissionScheduler {
     std::int16_t m_inHand = 0;        // the connection that is being given an engine
     bool m_handingOut = false;
     bool m_handOutQueued = false;
-    bool m_active = false;    // from StartSubmit to the end of the run
-    bool m_stopping = false;  // the stop was asked for: no engine is handed out any more
-    bool m_ended = false;     // the last URL is done, and nobody was told yet
+    bool m_limitTold = false;  // that the system allows fewer connections than the settings ask for
+    bool m_active = false;     // from StartSubmit to the end of the run
+    bool m_stopping = false;   // the stop was asked for: no engine is handed out any more
+    bool m_ended = false;      // the last URL is done, and nobody was told yet
     RunSummary m_summary;
+    std::unordered_map<std::string, int> m_reportsOfFile;  // of this run, by path
 };
 
 }  // namespace relay

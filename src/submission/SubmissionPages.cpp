@@ -213,7 +213,7 @@ bool SubmissionController::closing() {
     m_active = false;
     m_state.Running = 0;
     m_TimerSubmit.stop();
-    for (std::int16_t i = 1; i <= m_clsSubmit.socketCount(); ++i) {
+    for (int i = 1; i <= m_clsSubmit.socketCount(); ++i) {
         if (m_clsSubmit.socket(i).Stopped != 0) m_clsSubmit.Disconnect();
     }
     return true;

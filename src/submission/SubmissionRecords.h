@@ -78,6 +78,8 @@ struct RunSummary final {
     int success = 0;
     int failed = 0;
     int cancelled = 0;
+    int sharedReports = 0;  // reports whose file another report of the run has too
+    int sharedFiles = 0;    // those files; each holds the last of its reports
     bool stopped = false;
 };
 

@@ -10,6 +10,7 @@
 #include "core/Url.h"
 #include "projects/WebsiteFile.h"
 
+#include <cstdio>
 #include <limits>
 
 namespace relay {
@@ -17,6 +18,9 @@ namespace relay {
 namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";
+// Longer names keep their beginning, and a check sum of the whole tells them apart.
+constexpr std::size_t kLongestName = 200;  // bytes
+constexpr std::size_t kKeptOfLongName = 180;
 constexpr std::string_view kDark = "#CCD8EA";
 constexpr std::string_view kLight = "#E8E8E8";
 
@@ -155,8 +159,14 @@ std::string buildReport(std::string_view URL, const IniFile& websiteFile, std::s
 }
 
 std::string reportFileName(std::string_view URL, const QDateTime& time) {
-    const std::string cleaned = URLToFileName(URL);
-    return (cleaned.empty() ? cleaned : mendedFileName(cleaned)) + "(" + fileDate(time) + ").html";
+    std::string name = URLToFileName(URL);
+    if (name.size() > kLongestName) {
+        char sum[10];
+        std::snprintf(sum, sizeof sum, "~%08x", static_cast<unsigned>(crc32(name)));
+        name.resize(kKeptOfLongName);
+        name += sum;
+    }
+    return (name.empty() ? name : mendedFileName(name)) + "(" + fileDate(time) + ").html";
 }
 
 void noteReport(const std::string& websiteFile, std::string_view URL, const QDateTime& time,

@@ -51,7 +51,8 @@ struct ReportMaker final {
 std::string buildReport(std::string_view URL, const IniFile& websiteFile, std::string_view date,
                         const SubmitResults& results, const ReportMaker& maker);
 
-// "a.test_b_c(2002-Apr-01-1305).html": never a path, whatever the URL holds.
+// "a.test_b_c(2002-Apr-01-1305).html": never a path, whatever the URL holds. Of a name over 200 bytes the
+// first 180 stay, and "~" with the CRC-32 of all of it in hex digits keeps long URLs apart.
 std::string reportFileName(std::string_view URL, const QDateTime& time);
 
 // Notes a report in the website file: raises LastReport and writes URL, Date and ReportFile under the new

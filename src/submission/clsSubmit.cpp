@@ -115,7 +115,7 @@ std::int16_t clsSubmit::NumOfEngines() const noexcept {
     return static_cast<std::int16_t>(m_EngineTable.size());
 }
 
-std::size_t clsSubmit::place(std::int16_t Index) const {
+std::size_t clsSubmit::place(int Index) const {
     if (Index < 1 || Index > socketCount()) throw Failure("Subscript out of range", 9);
     return static_cast<std::size_t>(Index - 1);
 }
@@ -149,13 +149,14 @@ void clsSubmit::Submitting(std::int16_t Index, std::int16_t EngineIndex) {
     try {
         sendRequest(Index, EngineIndex, step);
     } catch (const std::exception& failure) {
-        const SubmitSocket& work = socket(Index);
-        m_services.log.WriteTraceLog("Module : Submitting. \r\n" + escapeControlCharacters(failure.what()) +
-                                     " Line Number: " + std::to_string(step) +
-                                     " Socket : " + std::to_string(Index) +
-                                     " Engine: " + escapeControlCharacters(work.EngineName));
+        if (m_services.log.traceOn()) {
+            m_services.log.WriteTraceLog(
+                "Module : Submitting. \r\n" + escapeControlCharacters(failureText(failure)) +
+                " Line Number: " + std::to_string(step) + " Socket : " + std::to_string(Index) +
+                " Engine: " + escapeControlCharacters(socket(Index).EngineName));
+        }
         // Nothing else would ever free this connection, and the run would wait for it.
-        if (work.Busy == 1) endAtOnce(Index);
+        if (socket(Index).Busy == 1) endAtOnce(Index);
     }
 }
 
@@ -220,7 +221,8 @@ void clsSubmit::setSubmitResults(std::int16_t Index, std::string_view Caller, st
         result.Result = work.Result;
         tellEnded(Index);
     } catch (const std::exception& failure) {
-        m_services.log.WriteTraceLog("setSubmitResults_Error: " + std::string(failure.what()) +
+        if (!m_services.log.traceOn()) return;
+        m_services.log.WriteTraceLog("setSubmitResults_Error: " + std::string(failureText(failure)) +
                                      " - Source: " + std::string(Caller) + " - " + std::string(Text));
     }
 }
@@ -242,7 +244,7 @@ void clsSubmit::m_frmHTTPMX_Completed(std::int16_t Index, std::int32_t Code) {
         setSubmitResults(Index, "m_frmHTTPMX_Completed");
         m_scheduler.SubmitIt(Index);
     } catch (const std::exception& failure) {
-        m_services.log.WriteErrorLog("m_frmHTTPMX_Completed_Error: " + std::string(failure.what()));
+        m_services.log.WriteErrorLog("m_frmHTTPMX_Completed_Error: " + std::string(failureText(failure)));
     }
 }
 
@@ -306,9 +308,9 @@ void clsSubmit::saveReport(const std::string& text, UrlReport& report) {
         appendFile(m_services.paths.inApp("fail.eng"), m_FailEngines.text());
         if (unnoted) std::rethrow_exception(unnoted);
     } catch (const std::exception& failure) {
-        m_services.log.WriteErrorLog("CreateReport_Error: " + std::string(failure.what()));
+        m_services.log.WriteErrorLog("CreateReport_Error: " + std::string(failureText(failure)));
         m_services.log.WriteErrorLog("ReportFile: " + path);
-        report.problem = failure.what();
+        report.problem = failureText(failure);
     }
 }
 

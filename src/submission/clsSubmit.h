@@ -86,7 +86,7 @@ class clsSubmit final : public QObject {
     // the log and into the result.
     UrlReport CreateReport(const std::string& URL, const std::string& WebsiteFile);
 
-    SubmitSocket& socket(std::int16_t Index) { return m_SubmitSocket[place(Index)]; }
+    SubmitSocket& socket(int Index) { return m_SubmitSocket[place(Index)]; }
     std::int16_t socketCount() const noexcept { return static_cast<std::int16_t>(m_SubmitSocket.size()); }
     const std::vector<EngineResult>& EngineTable() const noexcept { return m_EngineTable; }
     const std::string& failEngines() const noexcept { return m_FailEngines.text(); }
@@ -113,7 +113,7 @@ class clsSubmit final : public QObject {
     void showConnection(std::int16_t Index, std::string_view status, std::string_view icon);
     void getSubmitResults();
     void saveReport(const std::string& text, UrlReport& report);
-    std::size_t place(std::int16_t Index) const;
+    std::size_t place(int Index) const;
 
     const SubmissionServices& m_services;
     SubmissionState& m_state;

@@ -15,6 +15,24 @@ bool isControl(char byte) noexcept {
     return code < 0x20 || code == 0x7f;
 }
 
+constexpr char kUpperDigits[] = "0123456789ABCDEF";
+constexpr char kLowerDigits[] = "0123456789abcdef";
+
+void appendEscape(std::string& out, char byte, const char* digits) {
+    const auto code = static_cast<unsigned char>(byte);
+    out += '%';
+    out += digits[code >> 4];
+    out += digits[code & 15];
+}
+
+std::size_t authorityStart(std::string_view url) noexcept {
+    const std::size_t scheme = url.find("://");
+    std::size_t start = scheme == npos ? 0 : scheme + 3;
+    // Servers behind "http:///name" are reached too: further slashes do not end the authority.
+    while (start < url.size() && url[start] == '/') ++start;
+    return start;
+}
+
 // Offset and length of "user:password@" in the URL; length 0 when there is none.
 struct Credentials final {
     std::size_t offset = 0;
@@ -22,10 +40,7 @@ struct Credentials final {
 };
 
 Credentials findCredentials(std::string_view url) noexcept {
-    const std::size_t scheme = url.find("://");
-    std::size_t start = scheme == npos ? 0 : scheme + 3;
-    // Servers behind "http:///name" are reached too: further slashes do not end the authority.
-    while (start < url.size() && url[start] == '/') ++start;
+    const std::size_t start = authorityStart(url);
     const std::string_view authority = url.substr(start, url.find_first_of("/?#", start) - start);
     const std::size_t at = authority.rfind('@');
     return at == npos ? Credentials() : Credentials{start, at + 1};
@@ -43,25 +58,30 @@ std::string wireUrl(std::string_view url) {
     if (!startsWithNoCase(url, "http://") && !startsWithNoCase(url, "https://"))
         throw Failure("Only http:// and https:// addresses can be requested");
     if (findCredentials(url).length > 0) throw Failure("The URL holds a user name or password");
-    return replaceAll(url.substr(0, url.find('#')), " ", "%20");
+    url = url.substr(0, url.find('#'));
+    const std::size_t query = std::min(url.find('?'), url.size());
+    const std::size_t path = std::min(url.find('/', authorityStart(url)), query);
+    std::string wire(url.substr(0, path));
+    for (const char byte : url.substr(path, query - path)) {
+        if (static_cast<unsigned char>(byte) < 0x80)
+            wire += byte;
+        else
+            appendEscape(wire, byte, kLowerDigits);
+    }
+    return replaceAll(wire.append(url.substr(query)), " ", "%20");
 }
 
 std::string loggableUrl(std::string_view url) {
-    static constexpr char kDigits[] = "0123456789ABCDEF";
     std::string masked(url);
     const Credentials credentials = findCredentials(masked);
     if (credentials.length > 0) masked.replace(credentials.offset, credentials.length, "***@");
     std::string line;
     line.reserve(masked.size());
     for (const char byte : masked) {
-        if (isControl(byte)) {
-            const auto code = static_cast<unsigned char>(byte);
-            line += '%';
-            line += kDigits[code >> 4];
-            line += kDigits[code & 15];
-        } else {
+        if (isControl(byte))
+            appendEscape(line, byte, kUpperDigits);
+        else
             line += byte;
-        }
     }
     return line;
 }

@@ -63,6 +63,16 @@ TEST(Terminal, BoldHeadingsAndAHiddenPasswordAreForTerminals) {
     EXPECT_THAT(show(), Not(HasSubstr("secret")));
     EXPECT_THAT(show({"--json"}), Not(HasSubstr("secret")));
     EXPECT_THAT(show({"--show-password"}), HasSubstr("secret"));
+    cli.home.write("data/catkws.dat", "[General For All Links]\r\nEND\r\n");
+    cli.home.write("data/krveng5.dat",
+                   "Name=E\r\nMethod=GET\r\nAction=http://e.test/\r\nQuery=t=<PASSWORD>\r\n");
+    cli.typed = "new one\nand more";
+    EXPECT_EQ(cli.run({"website", "set", file, "--password-file", "-"}).code, 0);
+    const std::vector<std::string> preview = {"preview", "--website", file, "--engine", "E"};
+    EXPECT_THAT(cli.run(preview).out, HasSubstr("http://e.test/?t=********\n"));
+    cli.outIsTerminal = false;
+    EXPECT_THAT(cli.run(preview).out, HasSubstr("http://e.test/?t=new+one\n"));
+    cli.outIsTerminal = true;
     cli.environment["NO_COLOR"] = "1";
     EXPECT_THAT(show(), Not(HasSubstr("\033")));
 }

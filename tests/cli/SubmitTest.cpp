@@ -65,19 +65,20 @@ class SubmitTest : public testing::Test {
 TEST_F(SubmitTest, SubmitsTheUrlsOfAllWebsitesInOrderAndTellsTheOutcome) {
     useEngines({"submit", "404"});
     const std::string first = website("first", {"http://a.test/", "http://a.test/b"});
-    const std::string second = website("second", {"http://c.test/"});
+    const std::string second = website("second", {"http://c.test/", "http://c.test?"});
 
     const CommandResult result =
         m_cli.run({"submit", "--website", first, second, "--all", "--connections", "1"});
 
     EXPECT_EQ(result.code, 0) << result.err;
-    EXPECT_THAT(receivedUrls(), ElementsAre("http://a.test/", "http://a.test/", "http://a.test/b",
-                                            "http://a.test/b", "http://c.test/", "http://c.test/"));
+    EXPECT_THAT(receivedUrls(),
+                ElementsAre("http://a.test/", "http://a.test/", "http://a.test/b", "http://a.test/b",
+                            "http://c.test/", "http://c.test/", "http://c.test?", "http://c.test?"));
     const std::string reports = m_cli.home.path("Reports/Submition/");
     EXPECT_EQ(result.out,
               "Result   Requests\n"
-              "Success  6\n"
-              "All      6\n"
+              "Success  8\n"
+              "All      8\n"
               "\n"
               "URL              Succeeded  Failed  Report\n"
               "http://a.test/   2          0       " +
@@ -87,7 +88,13 @@ TEST_F(SubmitTest, SubmitsTheUrlsOfAllWebsitesInOrderAndTellsTheOutcome) {
                   reports +
                   "a.test_b(2002-Apr-01-1305).html\n"
                   "http://c.test/   2          0       " +
-                  reports + "c.test_(2002-Apr-01-1305).html\n");
+                  reports +
+                  "c.test_(2002-Apr-01-1305).html\n"
+                  "http://c.test?   2          0       " +
+                  reports +
+                  "c.test_(2002-Apr-01-1305).html\n"
+                  "\n"
+                  "2 reports share one file, which holds the last of them.\n");
     EXPECT_THAT(m_cli.home.read("Reports/Submition/a.test_b(2002-Apr-01-1305).html"), HasSubstr("submit"));
     EXPECT_THAT(m_cli.home.read("first.kws"), HasSubstr("LastReport=2\r\n"));
 }
@@ -123,8 +130,8 @@ TEST_F(SubmitTest, WritesOneJsonObjectForEachEvent) {
     EXPECT_THAT(report["path"].get<std::string>(), StartsWith(m_cli.home.path("Reports/Submition/")));
     EXPECT_EQ(report["success"], 1);
     EXPECT_EQ(report["failed"], 2);
-    EXPECT_EQ(events[4],
-              nlohmann::json::parse(R"({"event":"done","urls":1,"success":1,"failed":2,"cancelled":0})"));
+    EXPECT_EQ(events[4], nlohmann::json::parse(
+                             R"({"event":"done","urls":1,"success":1,"failed":2,"cancelled":0,"shared":0})"));
 }
 
 TEST_F(SubmitTest, SendsAgainWhatFailed) {

@@ -24,7 +24,9 @@ TEST(Report, makesAFileNameOfAnyURL) {
              {"http://a.test/\r\nb\x01", "a.test___b_"},
              {"http://", ""},
              {".htm", "_htm"},
-             {"http://" + std::string(4000, 'a'), std::string(200, 'a')},
+             {"http://" + std::string(200, 'a') + ".html", std::string(200, 'a')},
+             {"http://" + std::string(200, 'a') + "b", std::string(180, 'a') + "~1457accf"},
+             {"http://" + std::string(4000, 'a') + "/", std::string(180, 'a') + "~1e761da6"},
          }) {
         EXPECT_EQ(reportFileName(n.url, time), n.expected + "(2002-Apr-01-1305).html") << n.url;
     }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "SubmissionFixture.h"
+#include "core/Failure.h"
 
 #include <QTimer>
 
@@ -103,13 +104,48 @@ TEST(Run, goesOnWithTheConnectionWhoseEngineEndedAtOnce) {
 
 TEST(Run, endsWhenNothingCanBeSent) {
     SubmissionFixture fixture;
-    fixture.preference.Connections = 2;
+    fixture.preference.Connections = 32767;
     fixture.selectEngines(SubmissionFixture::records("E", 5, ""));
     fixture.run({fixture.website("Shop", {"http://a.test/1", "http://a.test/2"})});
     EXPECT_EQ(fixture.reports.size(), 2U);
     EXPECT_EQ(fixture.done->failed, 10);
     EXPECT_EQ(cell(fixture.controller->state().lsvConnections, 0, 2), "Invalid SubmitData");
     EXPECT_EQ(fixture.controller->state().lsvConnections.at(0).icon, "Completed");
+}
+
+TEST(Run, comesToItsEndWhateverFails) {
+    const auto fail = [] { throw Failure("broken"); };
+    struct Case final {
+        std::function<void(SubmissionController&)> sabotage;
+        std::string box;
+    };
+    for (const Case& given : std::vector<Case>{
+             {[](SubmissionController& c) { c.submit().sizeSockets(1); },
+              "Error|isFinish_Error: Subscript out of range"},
+             {[&](SubmissionController& c) {
+                  QObject::connect(&c, &SubmissionController::reportWritten, &c, fail);
+              },
+              "Error|Module : SubmitIt. broken"},
+             {[&](SubmissionController& c) {
+                  QObject::connect(&c, &SubmissionController::stateChanged, &c, fail);
+              },
+              "Error|Module: setSubmitComplete\r\nbroken"},
+             {[&](SubmissionController& c) {
+                  QObject::connect(&c, &SubmissionController::engineEnded, &c, fail);
+              },
+              "Submit|Submission done !"},
+         }) {
+        SubmissionFixture fixture;
+        fixture.preference.Connections = 2;
+        fixture.selectEngines(SubmissionFixture::records("E", 2, ""));
+        fixture.start({fixture.website("Shop", {"http://a.test/"})});
+        given.sabotage(*fixture.controller);
+        EXPECT_TRUE(fixture.waitForEnd()) << given.box;
+        EXPECT_THAT(fixture.boxes(), testing::Contains(given.box));
+        EXPECT_FALSE(fixture.controller->isRunning());
+        EXPECT_EQ(fixture.controller->state().Running, 0);
+        EXPECT_EQ(fixture.reports.size(), 1U);
+    }
 }
 
 TEST(Run, stopsBeforeAnyReply) {
@@ -120,6 +156,9 @@ TEST(Run, stopsBeforeAnyReply) {
                           SubmissionFixture::records("Slow", 3, server.url("/never")));
     fixture.start({fixture.website("Shop", {"http://a.test/1", "http://a.test/2"})});
     ASSERT_TRUE(waitUntil([&] { return server.connections() == 3; }));
+    fixture.clock.time = fixture.clock.time.addSecs(3 * 3600 + 2 * 60 + 1);
+    const auto& statuses = fixture.prompts.statuses;
+    EXPECT_TRUE(waitUntil([&] { return statuses.back() == "3 :2 :1"; })) << statuses.back();
     EXPECT_TRUE(fixture.controller->cmdSubmit());
     EXPECT_EQ(fixture.controller->state().cmdSubmit, "&Submit");
     // The stop is still under way: the button does nothing.

@@ -110,6 +110,16 @@ TEST(Wizard, refusesWhatCannotBeCountedOrBegun) {
     SubmissionController& wizard = *fixture.controller;
     Rows& selected = fixture.lists.lsvSelectedEngines;
     wizard.addSite(fixture.website("A", {"http://a.test/1"}), "A", "P");
+    // Each website may hold as many URLs, but not all of them together.
+    std::vector<std::string> urls;
+    for (int i = 1; i <= 16384; ++i) urls.push_back("http://b.test/" + std::to_string(i));
+    for (const char* name : {"B", "C"}) wizard.addSite(fixture.website(name, urls), name, "P");
+    ASSERT_TRUE(wizard.cmdNext());
+    EXPECT_EQ(wizard.state().lblNumOfURLs, "32769");
+    EXPECT_FALSE(wizard.cmdStart());
+    EXPECT_TRUE(wizard.state().lsvSiteSubmitting.empty());
+    wizard.selectAllSites(false);
+    wizard.state().lsvSiteSelection.setChecked(0, true);
     ASSERT_TRUE(wizard.cmdNext());
     {
         const RowsBatch batch(selected);
@@ -125,6 +135,7 @@ TEST(Wizard, refusesWhatCannotBeCountedOrBegun) {
     EXPECT_EQ(wizard.state().cmdSubmit, "&Submit");
     EXPECT_FALSE(wizard.cmdNext());
     EXPECT_THAT(fixture.boxes(), ElementsAre("Error|createSubmissionData_Error:\r\nOverflow",
+                                             "Error|createSubmissionData_Error:\r\nOverflow",
                                              "Error|setSiteSubmittingStatus_Error: Index out of bounds",
                                              "Error|Module: StartSubmit\r\nErrorCode: 9",
                                              "Error|getSubmitSummary_Error: Overflow"));

@@ -6,11 +6,12 @@
 
 namespace relay::test {
 
-TEST(RequestUrl, GoesToTheWireWithBlanksEncodedAndAllElseAsItStands) {
+TEST(RequestUrl, GoesToTheWireWithBlanksAndThePathsHighBytesEncoded) {
     const std::pair<std::string, std::string> cases[] = {
         {"http://host/a b?c= d", "http://host/a%20b?c=%20d"},
         {"  HTTPS://host/ ", "HTTPS://host/"},
-        {"http://host/caf\xE9?a=@&b=%41#x?c", "http://host/caf\xE9?a=@&b=%41"},
+        {"http://host/caf\xE9/%C3\xA9?a=@&b=%41\xE9#x?c", "http://host/caf%e9/%C3%a9?a=@&b=%41\xE9"},
+        {"http://b\xC3\xBC.example?\xE9/\xE9", "http://b\xC3\xBC.example?\xE9/\xE9"},
         {"http://host?mail=me@example.com", "http://host?mail=me@example.com"},
     };
     for (const auto& [url, wire] : cases) EXPECT_EQ(wireUrl(url), wire);
