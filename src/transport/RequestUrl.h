@@ -10,8 +10,8 @@ namespace relay {
 bool hasControlByte(std::string_view text) noexcept;
 
 // The URL as it goes to the wire: blanks at both ends dropped, blanks inside as "%20", bytes above 127 in the
-// path as "%xx" and elsewhere as they stand, a fragment dropped. Throws Failure on a control byte, another scheme than http and https, and
-// a user name or password in the URL: no credential is ever sent from there.
+// path as "%xx" and elsewhere as they stand, a fragment dropped. Throws Failure on a control byte, another
+// scheme than http and https, and a user name or password in the URL: no credential is ever sent from there.
 std::string wireUrl(std::string_view url);
 
 // The URL for a log line: control bytes as "%XX", user name and password as "***".
