@@ -143,6 +143,21 @@ TEST_F(ProgramTest, ThePracticeWebServesUntilItIsStoppedAndIsFoundThroughTheHome
     EXPECT_THAT(m_err, HasSubstr("does not answer"));
 }
 
+TEST_F(ProgramTest, OpensNoMoreConnectionsThanItMayOpenFiles) {
+    m_web.start();
+    m_home.write("data/catkws.dat", "[General For All Links]\r\nEND\r\n");
+    std::string engines;
+    for (int i = 1; i <= 300; ++i)
+        engines += "Name=E" + std::to_string(i) +
+                   "\r\nMethod=GET\r\nQuery=u=<URL>\r\nAction=" + m_web.address() +
+                   "/engines/submit/submit\r\n";
+    m_home.write("data/krveng5.dat", engines);
+    const std::string site = m_home.writeWebsite("site.kws", {"http://a.test/"});
+    EXPECT_EQ(run("ulimit -n 128 && \"$PROGRAM\" submit --all --connections 300 --website " + site), 0)
+        << m_out;
+    EXPECT_THAT(m_err, StartsWith("Submit: Of 300 connections "));
+}
+
 TEST_F(ProgramTest, ResultsThatNobodyGotAreAFailure) {
     EXPECT_EQ(run("\"$PROGRAM\" engines install"), 0);
     const struct {

@@ -68,6 +68,10 @@ TEST(WebsitePanelTest, TheCheckWarnsAndDoesNotForbid) {
     EXPECT_TRUE(isValidFields(fields, prompts, nullptr));
     EXPECT_TRUE(prompts.shown.empty());
 
+    fields.txtSiteDescription = "Two\r\nlines";
+    EXPECT_EQ(breaksGetNotice(fields), "");
+    fields.txtFax = "1\t2";
+    EXPECT_EQ(breaksGetNotice(fields), "Fax" + std::string(kBreaksGet));
     fields.txtFax.clear();
     WebsiteTab shown = WebsiteTab::SiteInfo;
     prompts.answers = {false, true};
