@@ -20,7 +20,7 @@ namespace {
 constexpr std::string_view kWindowSection = "Window";
 constexpr std::string_view kSplitterKey = "Splitter";
 
-// What no screen reaches is beyond what the windowing system can hold, too.
+// Larger numbers overflow the coordinates of the windowing system.
 int pixels(double saved) {
     constexpr double kFarthest = 16383;
     return qRound(std::clamp(saved, 0.0, kFarthest));

@@ -25,7 +25,7 @@ QString socketPath(const QString& home) {
 
 SingleInstance::SingleInstance(const QString& home, QObject* parent)
     : QObject(parent), m_socket(socketPath(home)), m_lock(home + QStringLiteral("/.window.lock")) {
-    // A lock is never too old while its program runs; one of a program that is gone does not count.
+    // Age alone never makes a lock stale; it is stale when its program is gone.
     m_lock.setStaleLockTime(0);
     m_server.setSocketOptions(QLocalServer::UserAccessOption);
     connect(&m_server, &QLocalServer::newConnection, this, [this] {

@@ -27,11 +27,12 @@ Paths choosePaths(const Options& options) {
     return Paths::fromEnvironment(environmentVariable);
 }
 
-// Qt opens files by names that are text. A folder whose name is none is reached through its number.
+// Qt opens files by names that are valid text. A folder with another name is reached through its descriptor.
 QString nameForQt(const std::string& folder) {
     const QString name = toScreen(folder);
     if (QFile::encodeName(name).toStdString() == folder) return name;
-    const int number = ::open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);  // open to the end
+    const int number =
+        ::open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);  // stays open until the program ends
     return number < 0 ? name : QStringLiteral("/proc/self/fd/%1").arg(number);
 }
 

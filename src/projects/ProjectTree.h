@@ -19,8 +19,7 @@ enum class NodeKind { Root, Project, Website };
 // A node of the project tree.
 struct ProjectNode final {
     NodeKind kind = NodeKind::Root;
-    std::string
-        key;  // "Root", "Root\\project" or "Root\\project\\website", whatever the platform's separator
+    std::string key;  // "Root", "Root\project" or "Root\project\website", whatever the platform's separator
     std::string text;
     std::string description;  // of a project
     bool inUse = false;       // the project that was clicked last; its folder is drawn open

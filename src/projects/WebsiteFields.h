@@ -76,8 +76,7 @@ struct WebsiteKey final {
     const char* control = nullptr;                // of texts that are typed
 };
 
-// All of them, in the order of writing. The file, its check before a save, the command line and the panel go
-// by this table.
+// All of them, in the order of writing. The file, the panel and the command line go by this table.
 inline constexpr WebsiteKey kWebsiteKeys[] = {
     {"Version", WebsiteKeyKind::Kept},
     {"Title", WebsiteKeyKind::Text, &WebsiteFields::txtSiteTitle, "txtSiteTitle"},

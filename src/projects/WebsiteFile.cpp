@@ -154,8 +154,8 @@ ReportCounts countReports(const Rows& reports) {
     return counts;
 }
 
-// Brings the list, which held `before` until rows were removed, up to what the file holds:
-// rows that the file has no more go, entries that the list never held come behind it.
+// Brings the list up to what the file holds: rows that have gone from the file go, entries that are new in it
+// are added. `before` counts what the list held before the user's rows were removed.
 void followFile(Rows& reports, ReportCounts before, const Rows& inFile) {
     const RowsBatch batch(reports);
     ReportCounts left = countReports(inFile);

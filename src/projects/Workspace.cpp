@@ -177,7 +177,7 @@ void Workspace::newWebsite() {
         const std::optional<int> slot = addToIndex(project.text, name, path);
         if (!slot) return;
         if (m_services.preference.DontClearFields == 0) m_website.clearWebsiteFields();
-        // Not a click with its save: the fields in the panel are not those of the new node's file, which may
+        // Nothing is saved first: the fields in the panel are not those of the new node's file, which may
         // be there from an earlier website of that name.
         showNode(m_tree.addWebsite(project, {*slot, name, path}), Fields::AsTheyAre);
     });
@@ -219,7 +219,7 @@ void Workspace::removeSelectedNode(ProjectNode& node) {
                        "removeProject_Error: ", [&] { m_store.removeProject(node.text); }))
             return;
         ProjectNode& next = m_tree.neighbour(node);
-        // What the panel holds of a node that goes is not saved any more.
+        // The panel of a removed node is not saved.
         if (m_CurrentNode == &node || m_CurrentNode->parent == &node) m_CurrentNode = &m_tree.root();
         m_tree.remove(node);
         nodeClick(next);

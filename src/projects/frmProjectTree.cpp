@@ -19,7 +19,7 @@ namespace {
 constexpr int kIconSize = 18;
 constexpr auto kLabelEditor = "txtNodeLabel";
 
-// Keys pressed in it end here: the tree below has a use of its own for Return, Delete and F5.
+// Keeps its keys from the tree, which has uses of its own for Return, Delete and F5.
 class NodeLabel final : public QLineEdit {
   public:
     using QLineEdit::QLineEdit;
@@ -84,8 +84,8 @@ void frmProjectTree::connectTo(Workspace& workspace, Prompts& prompts) {
     connect(this, &QTreeView::clicked, this, [this](const QModelIndex& index) {
         if (!m_clickDone) clickNode(index);
     });
-    // A press highlights what is under it at its very end, also where the click was refused, and with
-    // Control held takes the highlight away.
+    // A press highlights the row under it even where the click was refused; with Control held it takes the
+    // highlight away.
     connect(this, &QTreeView::pressed, this, &frmProjectTree::keepHighlight);
     connect(this, &QTreeView::collapsed, this, &frmProjectTree::leaveHiddenNode);
     connect(this, &QTreeView::doubleClicked, this, &frmProjectTree::sortCurrentNode);
@@ -101,8 +101,7 @@ void frmProjectTree::connectTo(Workspace& workspace, Prompts& prompts) {
 
 void frmProjectTree::connectWorkspace() {
     ProjectTree& tree = m_workspace->tree();
-    // While a node goes, the view looks for another current row; where to go next is for the workspace to
-    // say.
+    // While a node is removed, the view picks another current row; the workspace decides which it is to be.
     connect(&tree, &ProjectTree::rowsAboutToBeRemoved, this, [this] { m_following = true; });
     setModel(&tree);
     connect(&tree, &ProjectTree::rowsRemoved, this, [this] { m_following = false; });

@@ -16,7 +16,7 @@
 namespace relay {
 
 namespace {
-// A label's text with a letter underlined that its text names.
+// The text with the first occurrence of the letter underlined.
 QString withMnemonic(const QString& text, QChar letter) {
     QString marked = text;
     const qsizetype place = marked.indexOf(letter);
