@@ -11,7 +11,7 @@
 #include "support/ScriptedPrompts.h"
 #include "support/TestHome.h"
 #include "widgets/ListView.h"
-#include "widgets/Look.h"
+#include "widgets/Appearance.h"
 
 #include <QAction>
 #include <QApplication>
@@ -176,13 +176,13 @@ void engineLists(Opened& opened) {
 }
 
 void clickNode(Opened& opened) {
-    ProjectDesk& desk = opened.program.main().desk;
-    ProjectNode& project = *desk.tree().root().children.at(0);
-    desk.nodeClick(*project.children.at(0));
+    Workspace& workspace = opened.program.main().workspace;
+    ProjectNode& project = *workspace.tree().root().children.at(0);
+    workspace.nodeClick(*project.children.at(0));
     paint(opened.program.window());
     QElapsedTimer timer;
     timer.start();
-    opened.find<QTreeView>("TreeView1")->setCurrentIndex(desk.tree().indexOf(*project.children.at(1)));
+    opened.find<QTreeView>("TreeView1")->setCurrentIndex(workspace.tree().indexOf(*project.children.at(1)));
     paint(opened.program.window());
     report("node", timer);
 }
@@ -221,7 +221,7 @@ int main(int argc, char** argv) {
         return 0;
     }
     QApplication application(argc, argv);
-    applyLook(application, QStringLiteral("light"));
+    applyAppearance(application, QStringLiteral("light"));
     if (words.size() == 1 && words[0] == "empty") {
         emptyWindow();
     } else if (words.size() == 2 && words[0] == "start") {

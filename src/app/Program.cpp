@@ -3,7 +3,6 @@
 
 #include "app/frmPreference.h"
 #include "app/frmSplash.h"
-#include "core/Failure.h"
 #include "core/Prompts.h"
 #include "core/ScreenText.h"
 #include "core/Text.h"
@@ -21,10 +20,10 @@ namespace {
 constexpr std::string_view kWindowSection = "Window";
 constexpr std::string_view kSplitterKey = "Splitter";
 
-// What no screen reaches is beyond what the windowing system can hold, too.
-int pixels(double told) {
+// Larger numbers overflow the coordinates of the windowing system.
+int pixels(double saved) {
     constexpr double kFarthest = 16383;
-    return qRound(std::clamp(told, 0.0, kFarthest));
+    return qRound(std::clamp(saved, 0.0, kFarthest));
 }
 
 // Whether enough of the window's upper edge lies on a screen to take hold of it.
@@ -59,16 +58,16 @@ void Program::closeSplash() {
     if (std::exchange(m_busy, false)) m_prompts.busy(false);
 }
 
-// A home that cannot be prepared is told and used all the same: what is there can still be read.
+// A home that cannot be prepared is used all the same: what is there can still be read.
 void Program::prepare() {
-    try {
+    const auto failure = failureOf([this] {
         m_session.prepareHome(
             installedDataFolder(fromScreen(QCoreApplication::applicationDirPath()), environmentVariable));
-    } catch (const Failure& failure) {
-        log().WriteErrorLog(failure.what());
-        closeSplash();
-        m_prompts.message(failure.what(), kApplication, Icon::Critical);
-    }
+    });
+    if (!failure) return;
+    log().WriteErrorLog(*failure);
+    closeSplash();
+    m_prompts.message(*failure, kApplication, Icon::Critical);
 }
 
 void Program::start() {
@@ -89,13 +88,13 @@ void Program::start() {
     closeSplash();
     m_window->showCatalogue();
     m_window->show();
-    // Taken as told first; only a window nobody could get hold of is brought back.
+    // Taken as it was saved; only a window nobody could get hold of is brought back.
     if (!m_window->isMaximized() && !isReachable(*m_window)) CenterForm(*m_window);
 }
 
 void Program::placeWindow() {
-    const std::string told = m_session.settings.value(kApplication, "Preference", "MainFormPos");
-    const std::optional<WindowPosition> place = parseWindowPosition(told);
+    const std::string saved = m_session.settings.value(kApplication, "Preference", "MainFormPos");
+    const std::optional<WindowPosition> place = parseWindowPosition(saved);
     if (place && !m_window->isMaximized() && !m_window->isMinimized()) {
         m_window->move(pixels(place->left), pixels(place->top));
         m_window->resize(pixels(place->width), pixels(place->height));

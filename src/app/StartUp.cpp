@@ -9,6 +9,7 @@
 #include "core/Services.h"
 #include "core/SettingsStore.h"
 #include "core/Text.h"
+#include "core/Trap.h"
 #include "core/clsPreference.h"
 
 #include <array>
@@ -48,18 +49,15 @@ bool StartUp::run() {
 }
 
 bool StartUp::attempt(const std::function<void()>& step) {
-    try {
-        step();
-        return true;
-    } catch (const std::exception& failure) {
-        const std::string words = "Formload_Error: " + std::string(m_step) + " " + failure.what() +
-                                  "\r\nYour program may not work properly. Please report this error to '" +
-                                  kSupportAddress + "'";
-        closeSplash();
-        m_services.prompts.message(words, "Error", Icon::Critical);
-        m_services.log.WriteErrorLog(words);
-        return false;
-    }
+    const auto failure = failureOf(step);
+    if (!failure) return true;
+    const std::string words = "Formload_Error: " + std::string(m_step) + " " + *failure +
+                              "\r\nYour program may not work properly. Please report this error to '" +
+                              kSupportAddress + "'";
+    closeSplash();
+    m_services.prompts.message(words, "Error", Icon::Critical);
+    m_services.log.WriteErrorLog(words);
+    return false;
 }
 
 bool StartUp::makeFolders() {
@@ -84,7 +82,7 @@ void StartUp::closeSplash() {
     if (m_screens.closeSplash) m_screens.closeSplash();
 }
 
-void StartUp::tell(bool succeeded, std::string_view words, std::string_view title) {
+void StartUp::showUnless(bool succeeded, std::string_view words, std::string_view title) {
     if (succeeded) return;
     closeSplash();
     m_services.prompts.message(words, title, Icon::Critical);
@@ -92,16 +90,18 @@ void StartUp::tell(bool succeeded, std::string_view words, std::string_view titl
 
 void StartUp::loadCountries() {
     m_step = "load country file";
-    tell(m_main.catalogue.countries.loadCountry(),
-         "The country file is missing ! You need to re-install the full installation program and try again.",
-         "Load Country File");
+    showUnless(
+        m_main.catalogue.countries.loadCountry(),
+        "The country file is missing ! You need to re-install the full installation program and try again.",
+        "Load Country File");
 }
 
 void StartUp::loadCategories() {
     m_step = "load category file";
-    tell(m_main.catalogue.categories.loadCategory(),
-         "The category file is missing ! You need to re-install the full installation program and try again.",
-         "Load Category File");
+    showUnless(
+        m_main.catalogue.categories.loadCategory(),
+        "The category file is missing ! You need to re-install the full installation program and try again.",
+        "Load Category File");
 }
 
 void StartUp::firstRunSettings() {
@@ -137,13 +137,13 @@ void StartUp::loadEngines() {
 
 void StartUp::loadProjects() {
     m_step = "load default project";
-    if (fileExists(m_services.paths.ProjectFilePath)) m_main.desk.loadProject();
+    if (fileExists(m_services.paths.ProjectFilePath)) m_main.workspace.loadProject();
 }
 
 void StartUp::selectFirst() {
     m_step = "set first select item";
-    ProjectNode& root = m_main.desk.tree().root();
-    m_main.desk.nodeClick(root.children.empty() ? root : *root.children.front());
+    ProjectNode& root = m_main.workspace.tree().root();
+    m_main.workspace.nodeClick(root.children.empty() ? root : *root.children.front());
 }
 
 bool StartUp::confirmExit() {

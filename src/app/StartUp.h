@@ -26,8 +26,8 @@ class StartUp final {
   public:
     StartUp(const Services& services, clsMain& main, StartUpScreens screens);
 
-    // False when a step failed. The user and the log are told of each step that fails, and the others are
-    // done all the same.
+    // False when a step failed. Each step that fails is shown and logged, and the others are done all the
+    // same.
     bool run();
     // Asks; false: the window stays.
     bool confirmExit();
@@ -44,7 +44,7 @@ class StartUp final {
     void loadEngines();
     void loadProjects();
     void selectFirst();
-    void tell(bool succeeded, std::string_view words, std::string_view title);
+    void showUnless(bool succeeded, std::string_view words, std::string_view title);
     void closeSplash();
 
     const Services& m_services;

@@ -12,24 +12,24 @@ bool WindowApplication::notify(QObject* receiver, QEvent* event) {
     try {
         return QApplication::notify(receiver, event);
     } catch (const std::bad_alloc&) {
-        tell("Out of memory");
+        show("Out of memory");
     } catch (const std::exception& failure) {
-        tell(failure.what());
+        show(failure.what());
     } catch (...) {
-        tell("Unknown failure");
+        show("Unknown failure");
     }
     return false;
 }
 
-void WindowApplication::tell(const char* reason) noexcept {
-    if (!m_telling && failed) {
-        m_telling = true;
+void WindowApplication::show(const char* reason) noexcept {
+    if (!m_showing && failed) {
+        m_showing = true;
         try {
             failed(std::string("Main_Error: ") + reason);
-            m_telling = false;
+            m_showing = false;
             return;
         } catch (...) {
-            m_telling = false;
+            m_showing = false;
         }
     }
     std::fprintf(stderr, "Main_Error: %s\n", reason);

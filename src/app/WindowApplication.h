@@ -9,20 +9,20 @@
 namespace relay {
 
 // The application object of the window program: what an event handler lets out, lack of memory among it, is
-// told, and the program goes on.
+// shown, and the program goes on.
 class WindowApplication final : public QApplication {
   public:
     using QApplication::QApplication;
 
-    // Tells the user of a failure. What it throws itself goes to standard error.
+    // Shows a failure to the user. What it throws itself goes to standard error.
     std::function<void(std::string_view words)> failed;
 
     bool notify(QObject* receiver, QEvent* event) override;
 
   private:
-    void tell(const char* reason) noexcept;
+    void show(const char* reason) noexcept;
 
-    bool m_telling = false;  // a handler that fails at each repaint must not pile up boxes
+    bool m_showing = false;  // a handler that fails at each repaint must not pile up boxes
 };
 
 }  // namespace relay

@@ -11,7 +11,7 @@ namespace relay {
 clsMain::clsMain(const Services& services, Catalogue& ownCatalogue)
     : catalogue(ownCatalogue),
       website(catalogue, services.prompts),
-      desk(services, website),
+      workspace(services, website),
       m_services(services) {}
 
 std::vector<std::string> clsMain::webTypes() const {
@@ -26,12 +26,12 @@ std::vector<std::string> clsMain::languages() {
 }
 
 bool clsMain::readyToSubmit() {
-    desk.autoSave();
+    workspace.autoSave();
     if (catalogue.lists.lsvSelectedEngines.empty()) {
         m_services.prompts.message(
             "There is no engine selected.\r\n\r\nPlease select the engines before start submitting.",
             "Submit", Icon::Critical);
-        desk.showEngines();
+        workspace.showEngines();
         return false;
     }
     if (catalogue.selection.isThereFFASites() && m_services.preference.BlockSpam == 0 &&

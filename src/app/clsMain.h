@@ -2,7 +2,7 @@
 #pragma once
 
 #include "projects/OpenWebsite.h"
-#include "projects/ProjectDesk.h"
+#include "projects/Workspace.h"
 
 #include <string>
 #include <vector>
@@ -20,7 +20,7 @@ class clsMain final {
 
     Catalogue& catalogue;
     OpenWebsite website;
-    ProjectDesk desk;
+    Workspace workspace;
 
     // Items of cboWebType; adult sites are among them unless they are refused.
     std::vector<std::string> webTypes() const;

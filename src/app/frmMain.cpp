@@ -3,15 +3,20 @@
 
 #include "app/QuickStart.h"
 #include "app/clsMain.h"
+#include "app/frmAbout.h"
+#include "app/frmPreference.h"
 #include "catalogue/Catalogue.h"
+#include "core/Paths.h"
 #include "core/ScreenText.h"
 #include "core/Services.h"
 #include "core/clsPreference.h"
+#include "projects/frmAddURL.h"
 #include "ui_frmMain.h"
 #include "widgets/Forms.h"
 #include "widgets/IconTheme.h"
 
 #include <QCloseEvent>
+#include <QMenu>
 #include <QShortcut>
 #include <QSignalBlocker>
 
@@ -21,55 +26,21 @@ namespace {
 constexpr int kUsualTreeWidth = 225;
 constexpr int kSplitterStep = 24;
 
-struct CommandIcon final {
-    const char* command;
-    const char* icon;
+// The screens that commands open.
+struct Screen final {
+    std::string_view name;
+    void (*show)(const CommandTarget& target, QWidget* parent);
 };
-
-constexpr CommandIcon kCommandIcons[] = {
-    {"NewProject", "NewProject"},
-    {"NewWeb", "NewWeb"},
-    {"Save", "Save"},
-    {"Engines", "Engines"},
-    {"Submit", "Submit"},
-    {"MetaTag", "MetaTag"},
-    {"Optimizer", "Optimizer"},
-    {"Ranking", "Ranking"},
-    {"Search", "Search"},
-    {"News", "News"},
-    {"mnuFileItems_0", "NewProject"},
-    {"mnuFileItems_1", "Remove"},
-    {"mnuFileItems_3", "NewWeb"},
-    {"mnuFileItems_4", "RemoveWeb"},
-    {"mnuFileItems_6", "AddWebsite"},
-    {"mnuFileItems_7", "Save"},
-    {"mnuFileItems_8", "SaveAs"},
-    {"mnuFileItems_12", "UpdateEngines"},
-    {"mnuFileItems_13", "Configuration"},
-    {"mnuFileItems_15", "Exit"},
-    {"mnuImportItems_0", "Import"},
-    {"mnuImportItems_2", "Import"},
-    {"mnuEngineItems_0", "Save"},
-    {"mnuEngineItems_1", "Open"},
-    {"mnuEngineItems_3", "Top"},
-    {"mnuEngineItems_4", "Custom"},
-    {"mnuEngineItems_6", "Failed"},
-    {"mnuEngineItems_8", "Export"},
-    {"mnuToolsItems_0", "MetaTag"},
-    {"mnuToolsItems_1", "Optimizer"},
-    {"mnuToolsItems_2", "Ranking"},
-    {"mnuToolsItems_3", "Search"},
-    {"mnuToolsItems_5", "Doorway"},
-    {"mnuToolsItems_6", "Keyword"},
-    {"mnuToolsItems_7", "FTP"},
-    {"mnuToolsItems_9", "EngineBuilder"},
-    {"mnuAddInsItems_0", "AddIn"},
-    {"mnuHelpItems_0", "Help"},
-    {"mnuHelpItems_6", "Web"},
-    {"mnuHelpItems_7", "UpdateEngines"},
-    {"mnuHelpItems_8", "Support"},
-    {"mnuHelpItems_10", "About"},
-    {"mnuPopupItems_10", "Rename"},
+constexpr Screen kScreens[] = {
+    {"frmAbout", [](const CommandTarget&, QWidget* parent) { frmAbout(parent).exec(); }},
+    {"frmPreference",
+     [](const CommandTarget& target, QWidget* parent) { frmPreference(target.services, parent).exec(); }},
+    {"frmAddURL",
+     [](const CommandTarget& target, QWidget* parent) {
+         frmAddURL(target.main.website.fields.lsvSiteURLs, target.services.prompts,
+                   target.services.paths.AppPath, parent)
+             .exec();
+     }},
 };
 
 // One line of the quick start text, with the words that name a command as a link to it.
@@ -82,9 +53,12 @@ QString toHtml(const QuickStartLine& line) {
 }  // namespace
 
 frmMain::frmMain(const Services& services, clsMain& main, QWidget* parent)
-    : QMainWindow(parent), m_ui(std::make_unique<Ui::frmMain>()), m_services(services), m_main(main) {
+    : QMainWindow(parent),
+      m_ui(std::make_unique<Ui::frmMain>()),
+      m_main(main),
+      m_target{services, main, [this](std::string_view screen) { showScreen(screen); }, [this] { close(); }} {
     m_ui->setupUi(this);
-    drawIcons();
+    enlargeTitle();
     makeToolbarReachable();
     makeSplitterReachable();
     m_ui->SSTab1->connectTo(main.website.fields, main.catalogue.categories);
@@ -92,28 +66,85 @@ frmMain::frmMain(const Services& services, clsMain& main, QWidget* parent)
                             !services.preference.refusesAdultSites());
     setSplitterPlace(0);
     showQuickStart();
-    connectToolbar();
-    connectMenus();
+    wireCommands(mainCommands(), *this);
+    wireCommands(urlCommands(), *m_ui->SSTab1);
+    connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, this, &frmMain::findEngines);
     connectWebsitePanel();
-    connectTree();
-    connect(&main.desk, &ProjectDesk::panelsChanged, this, &frmMain::showPanels);
-    connect(&main.desk, &ProjectDesk::websiteChanged, this, &frmMain::showWebsite);
+    m_ui->TreeView1->connectTo(main.workspace, services.prompts);
+    connect(&main.workspace, &Workspace::panelsChanged, this, &frmMain::showPanels);
     showPanels();
     CenterForm(*this);
 }
 
 frmMain::~frmMain() = default;
 
-void frmMain::drawIcons() {
-    for (const CommandIcon& entry : kCommandIcons) {
-        if (QAction* action = command(QString::fromLatin1(entry.command)); action != nullptr)
-            action->setIcon(themedIcon(entry.icon));
-    }
-    m_ui->mnuFileItems_10->setIcon(themedIcon("Import"));
+void frmMain::enlargeTitle() {
     QFont large = font();
     large.setPointSizeF(large.pointSizeF() * 1.35);
     large.setBold(true);
     m_ui->lblProjectTitle->setFont(large);
+}
+
+QAction* frmMain::actionOf(std::string_view name, const QWidget& owner) {
+    const QString text = toScreen(name);
+    auto* const action = owner.findChild<QAction*>(text, Qt::FindDirectChildrenOnly);
+    if (action != nullptr) return action;
+    const auto* const menu = owner.findChild<QMenu*>(text);
+    return menu == nullptr ? nullptr : menu->menuAction();
+}
+
+void frmMain::wireCommands(std::span<const Command> commands, const QWidget& owner) {
+    for (const Command& command : commands) {
+        QAction* const action = actionOf(command.name, owner);
+        if (action == nullptr) continue;
+        action->setIcon(themedIcon(command.icon));
+        const QString toolTip = toScreen(command.shownToolTip());
+        if (!toolTip.isEmpty()) action->setToolTip(toolTip);
+        if (!command.shortcut.empty()) action->setShortcut(QKeySequence(toScreen(command.shortcut)));
+        connect(action, &QAction::triggered, this, [this, &command] { command.run(m_target); });
+        m_commands.emplace_back(action, &command);
+    }
+}
+
+void frmMain::enableCommands() {
+    const PanelState& panels = m_main.workspace.panels();
+    for (const auto& [action, command] : m_commands)
+        action->setEnabled(command->isEnabled({panels.node, panels.panel}));
+}
+
+void frmMain::showScreen(std::string_view name) {
+    for (const Screen& screen : kScreens)
+        if (screen.name == name) screen.show(m_target, this);
+}
+
+void frmMain::connectWebsitePanel() {
+    frmWebsitePanel* const panel = m_ui->SSTab1;
+    OpenWebsite& website = m_main.website;
+    connect(&website, &OpenWebsite::fieldsChanged, panel, &frmWebsitePanel::showFields);
+    connect(panel, &frmWebsitePanel::urlChosen, &website, &OpenWebsite::chooseURL);
+    connect(panel, &frmWebsitePanel::browseForLocalFile, &website, &OpenWebsite::openFileLocation);
+    connect(panel, &frmWebsitePanel::viewReport, &website, &OpenWebsite::viewReport);
+    connect(panel, &frmWebsitePanel::deleteReport, &m_main.workspace, &Workspace::deleteReports);
+    connect(&m_main.workspace, &Workspace::fieldMissing, panel, &frmWebsitePanel::showMissing);
+    connect(m_ui->txtProjectDescr, &QPlainTextEdit::textChanged, this, [this] {
+        const QString text =
+            typedText(*m_ui->txtProjectDescr).replace(QLatin1Char('\n'), QStringLiteral("\r\n"));
+        m_main.workspace.setProjectDescription(fromScreen(text));
+    });
+}
+
+void frmMain::runQuickStartLink(const QString& name) {
+    QAction* const action = actionOf(fromScreen(name), *this);
+    if (action == nullptr) return;
+    if (action->isEnabled())
+        action->trigger();
+    else
+        showStatus(tr("Select a website in the tree first, or create one with 'New Web'."));
+}
+
+void frmMain::findEngines() {
+    m_ui->Engines->trigger();
+    if (m_main.workspace.panels().panel == MainPanel::Engines) m_ui->SSTab3->focusFindBox();
 }
 
 // Toolbar buttons leave the focus alone by default, which keeps people without a mouse from them.
@@ -152,7 +183,7 @@ void frmMain::showQuickStart() {
 void frmMain::showCatalogue() {
     m_ui->SSTab1->setChoices(m_main.webTypes(), clsMain::languages(), m_main.catalogue.countries.cboCountry);
     m_ui->SSTab3->showTypeBoxes();
-    showWebsite();
+    m_ui->SSTab1->showFields();
 }
 
 void frmMain::showStatus(const QString& text) {
@@ -174,12 +205,12 @@ void frmMain::setSplitterPlace(int place) {
 }
 
 void frmMain::showPanels() {
-    const PanelState& panels = m_main.desk.panels();
-    m_ui->lblProjectTitle->setText(toScreen(panels.lblProjectTitle));
-    m_ui->fraSiteInfo->setTitle(
-        toScreen(panels.siteInfoCaption).replace(QLatin1Char('&'), QStringLiteral("&&")));
-    m_ui->fraSiteInfo->setVisible(panels.siteInfoVisible);
-    m_ui->lblQuickStartTips->setVisible(panels.quickStartVisible);
+    const PanelState& panels = m_main.workspace.panels();
+    const QString title = toScreen(panels.title);
+    m_ui->lblProjectTitle->setText(title);
+    m_ui->fraSiteInfo->setTitle(QString(title).replace(QLatin1Char('&'), QStringLiteral("&&")));
+    m_ui->fraSiteInfo->setVisible(panels.node != NodeKind::Root);
+    m_ui->lblQuickStartTips->setVisible(panels.node == NodeKind::Root);
     const QString description =
         toScreen(panels.txtProjectDescr).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
     if (typedText(*m_ui->txtProjectDescr) != description) {
@@ -191,10 +222,6 @@ void frmMain::showPanels() {
                                                                 : m_ui->SSTab2;
     m_ui->panels->setCurrentWidget(shown);
     enableCommands();
-}
-
-void frmMain::showWebsite() {
-    m_ui->SSTab1->showFields();
 }
 
 QRect frmMain::normalPlace() const {

@@ -1,11 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/Commands.h"
+
 #include <QMainWindow>
 
 #include <functional>
 #include <memory>
-#include <string>
+#include <span>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 class QAction;
 
@@ -14,9 +19,6 @@ namespace relay {
 namespace Ui {
 class frmMain;
 }
-class clsMain;
-struct ProjectNode;
-struct Services;
 
 // The main window: the tree of projects at the left, the panel of the current node at the right, the toolbar,
 // the menus and the status bar.
@@ -43,51 +45,27 @@ class frmMain final : public QMainWindow {
   protected:
     void closeEvent(QCloseEvent* event) override;
     void moveEvent(QMoveEvent* event) override;
-    bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
-    // frmMain.cpp: building and showing
-    void drawIcons();
-    void showQuickStart();
-    void showPanels();
-    void showWebsite();
+    void enlargeTitle();
     void makeToolbarReachable();
     void makeSplitterReachable();
-
-    // frmMainCommands.cpp: toolbar, menus, website panel
-    void connectToolbar();
-    void connectMenus();
-    void connectWebsitePanel();
-    void enableCommands();
+    void showQuickStart();
     void runQuickStartLink(const QString& command);
-    void runUrlCommand(const QString& key);
-    void submit();
-    void configure();
+    // Ties the commands to the actions of the same names that belong to `owner`.
+    void wireCommands(std::span<const Command> commands, const QWidget& owner);
+    static QAction* actionOf(std::string_view name, const QWidget& owner);
+    void enableCommands();
+    void showScreen(std::string_view name);
+    void connectWebsitePanel();
+    void showPanels();
     void findEngines();
-    QAction* command(const QString& name) const;
-    // Runs the operation when the command is given; what it lets out is told with these words.
-    void connectCommand(QAction* action, const char* words, const std::function<void()>& operation);
-
-    // frmMainTree.cpp
-    void connectTree();
-    void nodeClicked(const QModelIndex& index);
-    void showCurrentNode(ProjectNode* node);
-    // Highlights the node that commands act on, wherever a press has left the highlight.
-    void keepHighlight();
-    // The current node goes up to a node that was closed over it.
-    void leaveHiddenNode(const QModelIndex& collapsed);
-    void editLabel(ProjectNode* node);
-    void renameFromEditor(const QString& key, const std::string& text);
-    void removeCurrentNode();
-    void sortCurrentNode();
-    void showTreePopup(const QPoint& place);
 
     std::unique_ptr<Ui::frmMain> m_ui;
-    const Services& m_services;
     clsMain& m_main;
-    QPoint m_frame;              // how far inside its frame the window stands when it is not maximised
-    bool m_showingNode = false;  // the tree's current row follows the desk, not the user
-    bool m_clickDone = false;    // the press already switched the panel
+    CommandTarget m_target;
+    std::vector<std::pair<QAction*, const Command*>> m_commands;
+    QPoint m_frame;  // how far inside its frame the window stands when it is not maximised
 };
 
 }  // namespace relay

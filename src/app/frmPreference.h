@@ -28,7 +28,6 @@ class frmPreference final : public QDialog {
     void accept() override;
 
   private:
-    void showEntry();
     void bind(QLineEdit* edit, std::string PreferenceEntry::*member);
     void bind(QCheckBox* box, bool PreferenceEntry::*member);
     void bindFields();

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/OneWindow.h"
 #include "app/Options.h"
 #include "app/Program.h"
+#include "app/SingleInstance.h"
 #include "app/WindowApplication.h"
-#include "core/Failure.h"
 #include "core/Paths.h"
 #include "core/ScreenText.h"
+#include "core/Trap.h"
 #include "transport/Descriptors.h"
-#include "widgets/Look.h"
+#include "widgets/Appearance.h"
 #include "widgets/QtPrompts.h"
 
 #include <QFile>
@@ -27,20 +27,21 @@ Paths choosePaths(const Options& options) {
     return Paths::fromEnvironment(environmentVariable);
 }
 
-// Qt opens files by names that are text. A folder whose name is none is reached through its number.
+// Qt opens files by names that are valid text. A folder with another name is reached through its descriptor.
 QString nameForQt(const std::string& folder) {
     const QString name = toScreen(folder);
     if (QFile::encodeName(name).toStdString() == folder) return name;
-    const int number = ::open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);  // open to the end
+    const int number =
+        ::open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);  // stays open until the program ends
     return number < 0 ? name : QStringLiteral("/proc/self/fd/%1").arg(number);
 }
 
 // False when this home's window is another program's.
-bool claimHome(OneWindow& oneWindow, Prompts& prompts) {
-    const OneWindow::Claim claim = oneWindow.claim();
-    if (claim != OneWindow::Claim::Held) return claim == OneWindow::Claim::Granted;
-    if (!prompts.ask(oneWindow.question(), kApplication)) return false;
-    oneWindow.takeOver();
+bool claimHome(SingleInstance& instance, Prompts& prompts) {
+    const SingleInstance::Claim claim = instance.claim();
+    if (claim != SingleInstance::Claim::Held) return claim == SingleInstance::Claim::Granted;
+    if (!prompts.ask(instance.question(), kApplication)) return false;
+    instance.takeOver();
     return true;
 }
 
@@ -53,27 +54,28 @@ int runWindow(const Options& options, WindowApplication& application) {
         prompts.message(words, "Error", Icon::Critical);
     };
     const auto silent = qScopeGuard([&application] { application.failed = nullptr; });
-    try {
+    int exitCode = 0;
+    const auto failure = failureOf([&] {
         const Paths paths = choosePaths(options);
         makeFolder(paths.AppPath);
-        OneWindow oneWindow(nameForQt(paths.AppPath));
-        if (!claimHome(oneWindow, prompts)) return 0;
+        SingleInstance instance(nameForQt(paths.AppPath));
+        if (!claimHome(instance, prompts)) return;
         program = std::make_unique<Program>(paths, options.commandLine, clock, prompts);
-        QObject::connect(&oneWindow, &OneWindow::raiseWanted, &oneWindow,
+        QObject::connect(&instance, &SingleInstance::raiseWanted, &instance,
                          [&program] { program->bringToFront(); });
         prompts.setStatusSink([&program](const QString& text) { program->showStatus(text); });
         program->start();
         prompts.setWindow(&program->window());
-        return QApplication::exec();
-    } catch (const std::exception& failure) {
-        const std::string words = std::string("Main_Error: ") + failureText(failure);
-        if (program) {
-            program->closeSplash();
-            program->log().WriteErrorLog(words);
-        }
-        prompts.message(words, "Error", Icon::Critical);
-        return kCouldNotRun;
+        exitCode = QApplication::exec();
+    });
+    if (!failure) return exitCode;
+    const std::string words = "Main_Error: " + *failure;
+    if (program) {
+        program->closeSplash();
+        program->log().WriteErrorLog(words);
     }
+    prompts.message(words, "Error", Icon::Critical);
+    return kCouldNotRun;
 }
 }  // namespace
 
@@ -90,6 +92,6 @@ int main(int argc, char** argv) {
     WindowApplication application(argc, argv);
     QApplication::setApplicationName(toScreen(kApplication));
     QApplication::setApplicationVersion(QStringLiteral(RELAY_VERSION));
-    applyLook(application, qEnvironmentVariable("KORVEL_RELAY_PALETTE"));
+    applyAppearance(application, qEnvironmentVariable("KORVEL_RELAY_PALETTE"));
     return runWindow(options, application);
 }

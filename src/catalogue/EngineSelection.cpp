@@ -16,8 +16,9 @@ namespace relay {
 
 namespace {
 
-constexpr std::string_view kFileFilter =
-    "Korvel Engine Files (*.eng)|*.eng|Text Files(*.txt)|*.txt|All Files(*.*)|*.*";
+constexpr SaveQuestion kSaveQuestion = {
+    "Korvel Engine Files (*.eng)|*.eng|Text Files(*.txt)|*.txt|All Files(*.*)|*.*", "The file '",
+    "' already exists.\r\nDo you want to replace it?", "Save Selected Engines"};
 
 // The code in a row of lstCountry.
 std::string_view countryCode(std::string_view rowText) noexcept {
@@ -225,73 +226,60 @@ void EngineSelection::exportEngineList() const {
     m_services.prompts.openWithSystem(path);
 }
 
-void EngineSelection::mnuEngineItems(int index) {
+void EngineSelection::inEnginesFolder(const std::function<void(const std::string& folder)>& operation) {
     trap(m_services.prompts, "EngineItems_Error: ", [&] {
         const std::string folder = m_services.paths.inApp("Engines");
         makeFolder(folder);
-        switch (index) {
-            case 0:
-                saveThroughDialog(folder);
-                break;
-            case 1:
-                loadThroughDialog(folder);
-                break;
-            case 3:
-                SelectByMode("MajorSite");
-                break;
-            case 4:
-                SelectByMode("CustomEngine");
-                break;
-            case 6:
-                loadFailedEngines();
-                break;
-            case 8:
-                if (m_services.prompts.ask(
-                        "Create a list of all the search engines. Do you want to continue?",
-                        "Export Engine List")) {
-                    exportEngineList();
-                }
-                break;
-            default:
-                break;
-        }
+        operation(folder);
     });
 }
 
-void EngineSelection::saveThroughDialog(const std::string& folder) {
-    constexpr std::string_view kTitle = "Save Selected Engines";
-    if (m_lists.lsvSelectedEngines.empty()) {
-        m_services.prompts.message(
-            "No engines have been selected. Please select the engines you would like to save.", kTitle,
-            Icon::Information);
-        return;
-    }
-    int filter = 1;
-    std::string path = ShowFileDialog(m_services.prompts, true, kFileFilter, folder, {}, filter);
-    if (path.empty()) return;
-    if (filter == 1 && !endsWithNoCase(path, ".eng")) path += ".eng";
-    if (filter == 2 && !endsWithNoCase(path, ".txt")) path += ".txt";
-    if (fileExists(path) &&
-        !m_services.prompts.ask("The file '" + path + "' already exists.\r\nDo you want to replace it?",
-                                kTitle)) {
-        return;
-    }
-    saveSelectedEngine(path);
+void EngineSelection::saveSelection() {
+    inEnginesFolder([this](const std::string& folder) {
+        if (m_lists.lsvSelectedEngines.empty()) {
+            m_services.prompts.message(
+                "No engines have been selected. Please select the engines you would like to save.",
+                kSaveQuestion.title, Icon::Information);
+            return;
+        }
+        const std::string path = askWhereToSave(m_services.prompts, kSaveQuestion, folder);
+        if (!path.empty()) saveSelectedEngine(path);
+    });
 }
 
-void EngineSelection::loadThroughDialog(const std::string& folder) {
-    int filter = 1;
-    const std::string path = ShowFileDialog(m_services.prompts, false, kFileFilter, folder, {}, filter);
-    if (!path.empty()) loadSelectedEngine(path);
+void EngineSelection::loadSelection() {
+    inEnginesFolder([this](const std::string& folder) {
+        int filter = 1;
+        const std::string path =
+            ShowFileDialog(m_services.prompts, false, kSaveQuestion.filter, folder, {}, filter);
+        if (!path.empty()) loadSelectedEngine(path);
+    });
 }
 
-void EngineSelection::loadFailedEngines() {
-    const std::string path = m_services.paths.inApp("fail.eng");
-    if (fileExists(path) && !readFile(path).empty()) {
-        loadSelectedEngine(path);
-    } else {
-        m_services.prompts.message("Failed engine list is empty.", "Load Engines", Icon::Information);
-    }
+void EngineSelection::selectTopEngines() {
+    inEnginesFolder([this](const std::string&) { SelectByMode("MajorSite"); });
+}
+
+void EngineSelection::selectCustomEngines() {
+    inEnginesFolder([this](const std::string&) { SelectByMode("CustomEngine"); });
+}
+
+void EngineSelection::selectFailedEngines() {
+    inEnginesFolder([this](const std::string&) {
+        const std::string path = m_services.paths.inApp("fail.eng");
+        if (fileExists(path) && !readFile(path).empty())
+            loadSelectedEngine(path);
+        else
+            m_services.prompts.message("Failed engine list is empty.", "Load Engines", Icon::Information);
+    });
+}
+
+void EngineSelection::offerEngineList() {
+    inEnginesFolder([this](const std::string&) {
+        if (m_services.prompts.ask("Create a list of all the search engines. Do you want to continue?",
+                                   "Export Engine List"))
+            exportEngineList();
+    });
 }
 
 bool EngineSelection::isThereFFASites() const {

@@ -51,9 +51,14 @@ class EngineSelection final {
     // written.
     void exportEngineList() const;
 
-    // The entries of the Engines menu, by index: 0 save, 1 load, 3 top engines, 4 customised engines, 6 the
-    // failed engines of earlier runs, 8 export. Other indexes do nothing.
-    void mnuEngineItems(int index);
+    // The entries of the Engines menu: save, load, top engines, customised engines, the failed engines of
+    // earlier runs, export.
+    void saveSelection();
+    void loadSelection();
+    void selectTopEngines();
+    void selectCustomEngines();
+    void selectFailedEngines();
+    void offerEngineList();
 
     // A selected engine shows the FFA icon.
     bool isThereFFASites() const;
@@ -68,9 +73,7 @@ class EngineSelection final {
     clsEngines& engineOf(std::string_view rowKey) const;
     void tickAllTypes(bool on);
     void renewTitle();
-    void saveThroughDialog(const std::string& folder);
-    void loadThroughDialog(const std::string& folder);
-    void loadFailedEngines();
+    void inEnginesFolder(const std::function<void(const std::string& folder)>& operation);
 
     const Services& m_services;
     EngineLists& m_lists;

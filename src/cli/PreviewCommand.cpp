@@ -9,6 +9,7 @@
 #include "core/Failure.h"
 #include "core/IniFile.h"
 #include "projects/WebsiteFile.h"
+#include "projects/WebsiteKeys.h"
 #include "submission/SubmissionData.h"
 #include "submission/SubmissionRecords.h"
 #include "transport/RequestUrl.h"

@@ -99,7 +99,7 @@ void SelectionOptions::addTo(CLI::App& app) {
                  };
              });
     addFlag(app, "--failed", "The engines that failed in the last run",
-            [](Catalogue& catalogue) { catalogue.selection.mnuEngineItems(6); });
+            [](Catalogue& catalogue) { catalogue.selection.selectFailedEngines(); });
     app.add_option("--save-selection", m_saveTo, "Write the chosen engines to a file, replacing it")
         ->type_name("FILE")
         ->group(kGroup);

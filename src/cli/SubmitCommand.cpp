@@ -8,7 +8,7 @@
 #include "cli/SubmissionWatcher.h"
 #include "core/Failure.h"
 #include "core/Paths.h"
-#include "projects/WebsiteFile.h"
+#include "projects/WebsiteKeys.h"
 #include "submission/SubmissionController.h"
 #include "submission/SubmissionRecords.h"
 

@@ -11,8 +11,9 @@
 #include "core/IniFile.h"
 #include "core/Text.h"
 #include "projects/UrlList.h"
+#include "projects/WebsiteCheck.h"
 #include "projects/WebsiteFile.h"
-#include "projects/WebsitePanel.h"
+#include "projects/WebsiteKeys.h"
 
 #include <algorithm>
 #include <functional>
@@ -35,29 +36,22 @@ void requireFile(const std::string& file) {
     requireWebsite(file, " \"website set\" makes one.");
 }
 
-// Keys that the program keeps by itself.
-bool isKept(std::string_view key) {
-    return key == "Version" || key == "LastURL" || key == "LastReport";
-}
-
 std::string settableKeys() {
     std::string names;
-    for (const std::string_view key : websiteKeys()) {
-        if (isKept(key)) continue;
+    for (const WebsiteKey& key : kWebsiteKeys) {
+        if (key.kind == WebsiteKeyKind::Kept) continue;
         if (!names.empty()) names += ", ";
-        names += key;
+        names += key.name;
     }
     return names;
 }
 
-// The key as the file spells it.
-std::string settableKey(const std::string& text) {
-    for (const std::string_view key : websiteKeys()) {
-        if (!equalsNoCase(key, text)) continue;
-        if (isKept(key)) throw UsageError("The key \"" + text + "\" is kept by the program itself.");
-        return std::string(key);
-    }
-    throw UsageError("A website file has no key \"" + text + "\". The keys are: " + settableKeys());
+const WebsiteKey& settableKey(const std::string& text) {
+    const WebsiteKey* const key = findWebsiteKey(text);
+    if (!key) throw UsageError("A website file has no key \"" + text + "\". The keys are: " + settableKeys());
+    if (key->kind == WebsiteKeyKind::Kept)
+        throw UsageError("The key \"" + text + "\" is kept by the program itself.");
+    return *key;
 }
 
 std::string numbered(std::string_view name, int number) {
@@ -137,8 +131,8 @@ int WebsiteShowCommand::execute() {
 
     Table fields({});
     JsonLine line;
-    for (const std::string_view name : websiteKeys()) {
-        const std::string key(name);
+    for (const WebsiteKey& known : kWebsiteKeys) {
+        const std::string key(known.name);
         const std::string value = shownValue(key, file.value(kWebsiteSection, key));
         fields.add({key, value});
         line.add(key, value);
@@ -197,9 +191,10 @@ std::vector<KeyValue> WebsiteSetCommand::wantedValues() {
     for (const std::string& assignment : m_assignments) {
         const std::size_t equals = assignment.find('=');
         if (equals == std::string::npos) throw UsageError("\"" + assignment + "\" is no KEY=VALUE.");
-        KeyValue entry{settableKey(assignment.substr(0, equals)), assignment.substr(equals + 1)};
-        if (entry.key == "BlockFFA" && entry.value != "0" && entry.value != "1")
-            throw UsageError("BlockFFA takes 0 or 1.");
+        const WebsiteKey& key = settableKey(assignment.substr(0, equals));
+        KeyValue entry{std::string(key.name), assignment.substr(equals + 1)};
+        if (key.kind == WebsiteKeyKind::Flag && entry.value != "0" && entry.value != "1")
+            throw UsageError(entry.key + " takes 0 or 1.");
         if (entry.key == "Password" && !m_passwordFile.empty())
             throw UsageError("The password is given twice.");
         values.push_back(std::move(entry));
@@ -236,7 +231,7 @@ void WebsiteSetCommand::noteStrangeCategory() {
 
 // What the file does not keep of a value is told, and what engines do not take.
 void WebsiteSetCommand::noteLosses(const KeyValue& entry) {
-    const bool joined = entry.key == "Keyword" || entry.key == "Description";
+    const bool joined = settableKey(entry.key).kind == WebsiteKeyKind::OneLine;
     const std::string line = joined ? removeCrLf(entry.value) : entry.value;
     if (firstLine(line).size() < line.size()) context().note(entry.key + ": only the first line is used.");
     if (line.size() > IniFile::kShortLimit)

@@ -52,4 +52,15 @@ class BusyPointer final {
 std::string ShowFileDialog(Prompts& prompts, bool save, std::string_view filter, std::string_view folder,
                            std::string_view file, int& filterIndex);
 
+// What is asked where a file is to be saved.
+struct SaveQuestion final {
+    std::string_view filter;
+    std::string_view beforeName;  // "The file ": the question whether an existing file may be replaced ...
+    std::string_view behindName;  // ... with the file's name in its middle
+    std::string_view title;
+};
+// The path to save to, or empty when the user steps back. The extension of the chosen filter ("*.kws") is
+// added to a name that does not end in it.
+std::string askWhereToSave(Prompts& prompts, const SaveQuestion& question, std::string_view folder = {});
+
 }  // namespace relay

@@ -5,10 +5,23 @@
 #include "core/Prompts.h"
 
 #include <exception>
+#include <optional>
 #include <string>
 #include <string_view>
 
 namespace relay {
+
+// What the user would read of the operation's failure; nothing when it succeeded. For the few places where a
+// box is not the answer to a failure.
+template <typename Operation>
+std::optional<std::string> failureOf(Operation&& operation) {
+    try {
+        operation();
+        return std::nullopt;
+    } catch (const std::exception& failure) {
+        return failureText(failure);
+    }
+}
 
 // The one trap at the end of a user-level operation: runs `operation`, and on a failure shows `words` with
 // the failure's text behind them in a box titled `title`. False when the operation failed. `words` carries
@@ -16,13 +29,9 @@ namespace relay {
 template <typename Operation>
 bool trap(Prompts& prompts, std::string_view words, Operation&& operation, std::string_view title = "Error",
           Icon icon = Icon::Critical) {
-    try {
-        operation();
-        return true;
-    } catch (const std::exception& failure) {
-        prompts.message(std::string(words) + failureText(failure), title, icon);
-        return false;
-    }
+    const std::optional<std::string> failure = failureOf(operation);
+    if (failure) prompts.message(std::string(words) + *failure, title, icon);
+    return !failure;
 }
 
 }  // namespace relay

@@ -2,13 +2,83 @@
 #include "projects/OpenWebsite.h"
 
 #include "catalogue/Catalogue.h"
-#include "projects/WebsitePanel.h"
+#include "core/Paths.h"
+#include "core/Prompts.h"
+#include "core/Text.h"
+#include "core/Trap.h"
 
 #include <functional>
 
 namespace relay {
 
-OpenWebsite::OpenWebsite(Catalogue& catalogue, Prompts& prompts) : m_catalogue(catalogue), m_file(prompts) {}
+namespace {
+constexpr std::string_view kHtmlFilter =
+    "HTML files (*.htm;*.html)|*.htm;*.html|Text files (*.txt)|*.txt|All Files (*.*)|*.*|";
+}  // namespace
+
+OpenWebsite::OpenWebsite(Catalogue& catalogue, Prompts& prompts)
+    : m_catalogue(catalogue), m_prompts(prompts), m_file(prompts) {}
+
+void OpenWebsite::open(const std::string& path) {
+    noteFilled(load(path));
+    Q_EMIT fieldsChanged();
+}
+
+void OpenWebsite::openNew() {
+    noteFilled(true);
+    Q_EMIT fieldsChanged();
+}
+
+bool OpenWebsite::isTouched() {
+    return fingerprint() != m_filled;
+}
+
+void OpenWebsite::noteFilled(bool whole) {
+    m_whole = whole;
+    m_filled = fingerprint();
+}
+
+bool OpenWebsite::save(const std::string& path, SaveWish wish) {
+    if (!m_whole || !write(path, SaveOver::WhatWasSeen)) {
+        const bool leaving = wish == SaveWish::Leaving;
+        if (!isTouched()) {
+            if (m_whole) open(path);
+            if (m_whole || leaving) return true;
+        }
+        if (!askToSaveOver(path)) return leaving && giveUpTyped(path);
+        write(path, SaveOver::Anything);
+    }
+    noteFilled(true);
+    return true;
+}
+
+void OpenWebsite::saveOver(const std::string& path) {
+    write(path, SaveOver::Anything);
+    noteFilled(true);
+}
+
+bool OpenWebsite::write(const std::string& path, SaveOver over) {
+    takeSelectedCategory();
+    return m_file.save(path, fields, m_catalogue.lists.myCustomEngine, over);
+}
+
+bool OpenWebsite::askToSaveOver(const std::string& path) const {
+    const std::string_view reason =
+        m_whole ? " was changed by another program since this window read it."
+                : " could not be read to its end. A save writes over what was not read.";
+    return m_prompts.ask("The file " + path + std::string(reason) +
+                             "\r\n\r\nDo you want to save what this window shows over it?",
+                         "Save Web Site");
+}
+
+bool OpenWebsite::giveUpTyped(const std::string& path) {
+    const bool gaveUp =
+        m_prompts.ask("What you typed is not saved.\r\n\r\nDo you want to drop it and leave the file " +
+                          path + " as it is?",
+                      "Save Web Site");
+    if (gaveUp) open(path);
+    return gaveUp;
+}
 
 void OpenWebsite::takeSelectedCategory() {
     fields.mainCategory.clear();
@@ -16,18 +86,13 @@ void OpenWebsite::takeSelectedCategory() {
     m_catalogue.categories.getSelectedCategory(fields.mainCategory, fields.category);
 }
 
-bool OpenWebsite::save(const std::string& path, SaveOver over) {
-    takeSelectedCategory();
-    return m_file.save(path, fields, m_catalogue.lists.myCustomEngine, over);
-}
-
 void OpenWebsite::emptyFields() {
-    relay::clearWebsiteFields(fields);
+    fields.clear();
     m_catalogue.categories.lstMainCategory.clearHighlights();
     m_catalogue.categories.lstCategory.clear();
 }
 
-bool OpenWebsite::loadWebsiteFile(const std::string& path) {
+bool OpenWebsite::load(const std::string& path) {
     emptyFields();
     fields.chkBlockFFA = 0;
     return m_file.loadWebsiteFile(path, fields, m_catalogue.lists.myCustomEngine,
@@ -51,11 +116,9 @@ std::size_t OpenWebsite::fingerprint() {
     const auto add = [&result](std::string_view text) {
         result = result * 1099511628211u + std::hash<std::string_view>()(text) + text.size();
     };
-    for (const std::string* text :
-         {&fields.txtSiteTitle, &fields.txtSiteKeywords, &fields.txtSiteDescription, &fields.cboWebType,
-          &fields.cboLanguage, &fields.mainCategory, &fields.category, &fields.txtCustomCategory})
-        add(*text);
-    for (const ContactField& contact : kContactFields) add(fields.*contact.field);
+    for (const WebsiteKey& key : kWebsiteKeys)
+        if (key.field) add(fields.*key.field);
+    add(fields.txtCustomCategory);
     add(fields.chkBlockFFA == 0 ? "0" : "1");
     for (int i = 0; i < fields.lsvSiteURLs.count(); ++i) {
         const RowView row = fields.lsvSiteURLs.at(i);
@@ -63,6 +126,39 @@ std::size_t OpenWebsite::fingerprint() {
         add(row.tag);
     }
     return result;
+}
+
+void OpenWebsite::chooseURL(int row) {
+    fields.txtURLFileLocation = std::string(fields.lsvSiteURLs.at(row).tag);
+    fields.txtURLTitle.clear();
+    fields.txtURLKeyword.clear();
+    fields.txtURLDescription.clear();
+    Q_EMIT fieldsChanged();
+}
+
+void OpenWebsite::openFileLocation() {
+    trap(m_prompts, "OpenFileLocation_Error: ", [this] {
+        int filterIndex = 1;
+        const std::string file = ShowFileDialog(m_prompts, false, kHtmlFilter, {}, {}, filterIndex);
+        if (file.empty() || !fileExists(file)) return;
+        fields.txtURLFileLocation = file;
+        const int row = fields.lsvSiteURLs.firstHighlighted();
+        if (row >= 0) fields.lsvSiteURLs.setTag(row, file);
+    });
+    Q_EMIT fieldsChanged();
+}
+
+void OpenWebsite::viewReport() {
+    trap(m_prompts, "viewReport_Error: ", [this] {
+        const int row = fields.lsvReports.firstHighlighted();
+        const std::string file = row < 0 ? std::string() : std::string(fields.lsvReports.at(row).tag);
+        const std::string name = file.substr(file.find_last_of("/\\") + 1);
+        if (containsNoCase(name, ".htm") && fileExists(file))
+            m_prompts.openWithSystem(file);
+        else
+            m_prompts.message("Report file is missing and corrupt. Please re-submit and try again.",
+                              "View Report", Icon::Critical);
+    });
 }
 
 bool OpenWebsite::DeleteReportFile(const std::string& path) {

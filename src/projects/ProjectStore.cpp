@@ -107,9 +107,8 @@ void ProjectStore::setDescription(std::string_view project, std::string_view des
     setValue(project, "Description", descriptionLine(description));
 }
 
-void ProjectStore::setSlot(std::string_view project, int slot, std::string_view website,
-                           std::string_view websiteFile) const {
-    setValue(project, std::to_string(slot), slotValue(website, websiteFile));
+void ProjectStore::setSlot(std::string_view project, const WebsiteSlot& website) const {
+    setValue(project, std::to_string(website.slot), slotValue(website.name, website.file));
 }
 
 void ProjectStore::clearSlot(std::string_view project, int slot) const {

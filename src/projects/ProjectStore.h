@@ -7,7 +7,7 @@
 
 namespace relay {
 
-// A website of a project as the index tells it.
+// A website of a project as it stands in the index.
 struct WebsiteSlot final {
     int slot = 0;  // from 1
     std::string name;
@@ -39,8 +39,7 @@ class ProjectStore final {
     int addNewProject(std::string_view project, std::string_view website, std::string_view websiteFile) const;
     // As its descriptionLine.
     void setDescription(std::string_view project, std::string_view description) const;
-    void setSlot(std::string_view project, int slot, std::string_view website,
-                 std::string_view websiteFile) const;
+    void setSlot(std::string_view project, const WebsiteSlot& website) const;
     // The slot is free afterwards; "Last" stays.
     void clearSlot(std::string_view project, int slot) const;
     // Renames by replacing the first occurrence of the old name anywhere in the file, be it in a description

@@ -8,15 +8,22 @@
 
 namespace relay {
 
+namespace {
 std::string childKey(const ProjectNode& parent, std::string_view text) {
     return parent.key + "\\" + std::string(text);
+}
+}  // namespace
+
+std::string_view ProjectNode::image() const noexcept {
+    if (isRoot()) return "RootProject";
+    if (isWebsite()) return "WebFile";
+    return inUse ? "ProjectFolderOpen" : "ProjectFolder";
 }
 
 ProjectTree::ProjectTree(QObject* parent)
     : QAbstractItemModel(parent), m_root(std::make_unique<ProjectNode>()) {
     m_root->key = "Root";
     m_root->text = "Web Project";
-    m_root->image = kRootProject;
     m_places.emplace(m_root->key, m_root.get());
 }
 
@@ -25,14 +32,29 @@ ProjectNode* ProjectTree::find(std::string_view key) const {
     return place == m_places.end() ? nullptr : place->second;
 }
 
-ProjectNode& ProjectTree::add(ProjectNode& parent, std::string key, std::string text, std::string_view image,
-                              std::string tag) {
-    if (IsNodeExist(key)) throw Failure("Key is not unique in collection", 457);
+bool ProjectTree::isTaken(const ProjectNode& parent, std::string_view name) const {
+    return IsNodeExist(childKey(parent, name));
+}
+
+ProjectNode& ProjectTree::addProject(const std::string& name, std::string description) {
+    ProjectNode& project = add(*m_root, NodeKind::Project, name);
+    project.description = std::move(description);
+    return project;
+}
+
+ProjectNode& ProjectTree::addWebsite(ProjectNode& project, const WebsiteSlot& website) {
+    ProjectNode& node = add(project, NodeKind::Website, website.name);
+    node.slot = website.slot;
+    node.file = website.file;
+    return node;
+}
+
+ProjectNode& ProjectTree::add(ProjectNode& parent, NodeKind kind, const std::string& text) {
+    if (isTaken(parent, text)) throw Failure("Key is not unique in collection", 457);
     auto node = std::make_unique<ProjectNode>();
-    node->key = std::move(key);
-    node->text = std::move(text);
-    node->image = image;
-    node->tag = std::move(tag);
+    node->kind = kind;
+    node->key = childKey(parent, text);
+    node->text = text;
     node->parent = &parent;
     ProjectNode& added = *node;
     const int row = static_cast<int>(parent.children.size());
@@ -66,9 +88,9 @@ void ProjectTree::clear() {
     endResetModel();
 }
 
-void ProjectTree::setImage(ProjectNode& node, std::string_view image) {
-    node.image = image;
-    changed(node);
+void ProjectTree::setInUse(ProjectNode& project, bool inUse) {
+    project.inUse = inUse;
+    changed(project);
 }
 
 void ProjectTree::rename(ProjectNode& node, const std::string& text) {
@@ -98,12 +120,11 @@ void ProjectTree::sortChildren(ProjectNode& node) {
     Q_EMIT layoutChanged();
 }
 
-ProjectNode* ProjectTree::neighbour(const ProjectNode& node) const {
-    if (!node.parent) return nullptr;
+ProjectNode& ProjectTree::neighbour(const ProjectNode& node) const {
     const auto& siblings = node.parent->children;
     const std::size_t place = placeOf(node);
-    if (place + 1 < siblings.size()) return siblings[place + 1].get();
-    return place > 0 ? siblings[place - 1].get() : node.parent;
+    if (place + 1 < siblings.size()) return *siblings[place + 1];
+    return place > 0 ? *siblings[place - 1] : *node.parent;
 }
 
 std::size_t ProjectTree::placeOf(const ProjectNode& node) const {
@@ -156,9 +177,7 @@ QVariant ProjectTree::data(const QModelIndex& index, int role) const {
         case Qt::EditRole:
             return toScreen(node->text);
         case ImageRole:
-            return toScreen(node->image);
-        case KeyRole:
-            return toScreen(node->key);
+            return toScreen(node->image());
         default:
             return {};
     }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/Keys.h"
+#include "projects/ProjectStore.h"
 
 #include <QAbstractItemModel>
 
@@ -13,22 +14,25 @@
 
 namespace relay {
 
-inline constexpr std::string_view kRootProject = "RootProject";
-inline constexpr std::string_view kProjectFolder = "ProjectFolder";
-inline constexpr std::string_view kProjectFolderOpen = "ProjectFolderOpen";
-inline constexpr std::string_view kWebFile = "WebFile";
+enum class NodeKind { Root, Project, Website };
 
-// A node of the project tree. Its kind is the key of its image.
+// A node of the project tree.
 struct ProjectNode final {
+    NodeKind kind = NodeKind::Root;
     std::string key;  // "Root", "Root\project" or "Root\project\website", whatever the platform's separator
     std::string text;
-    std::string image;
-    std::string tag;  // of a project its description, of a website "slot|file"
+    std::string description;  // of a project
+    bool inUse = false;       // the project that was clicked last; its folder is drawn open
+    int slot = 0;             // of a website, from 1: its place in the project's section of the index
+    std::string file;         // of a website, or empty: it has no file yet
     ProjectNode* parent = nullptr;
     std::vector<std::unique_ptr<ProjectNode>> children;
 
-    bool isWebsite() const noexcept { return image == kWebFile; }
-    bool isProject() const noexcept { return image == kProjectFolder || image == kProjectFolderOpen; }
+    bool isWebsite() const noexcept { return kind == NodeKind::Website; }
+    bool isProject() const noexcept { return kind == NodeKind::Project; }
+    bool isRoot() const noexcept { return kind == NodeKind::Root; }
+    // The key of its picture.
+    std::string_view image() const noexcept;
 };
 
 // The tree of projects and websites. It needs no Widgets; a view shows it as it is. Node keys are unique
@@ -36,7 +40,7 @@ struct ProjectNode final {
 class ProjectTree final : public QAbstractItemModel {
     Q_OBJECT
   public:
-    enum Role { ImageRole = Qt::UserRole + 1, KeyRole };
+    enum Role { ImageRole = Qt::UserRole + 1 };
 
     // With the root node "Web Project" and nothing under it.
     explicit ProjectTree(QObject* parent = nullptr);
@@ -45,21 +49,22 @@ class ProjectTree final : public QAbstractItemModel {
     // nullptr when there is none.
     ProjectNode* find(std::string_view key) const;
     bool IsNodeExist(std::string_view key) const { return find(key) != nullptr; }
+    bool isTaken(const ProjectNode& parent, std::string_view name) const;
     // The root counts.
     std::size_t count() const noexcept { return m_places.size(); }
 
-    // Adds a node behind the parent's other children. Throws Failure 457 when the key is taken.
-    ProjectNode& add(ProjectNode& parent, std::string key, std::string text, std::string_view image,
-                     std::string tag);
+    // Each adds a node behind its siblings, and throws Failure 457 when the name is taken.
+    ProjectNode& addProject(const std::string& name, std::string description);
+    ProjectNode& addWebsite(ProjectNode& project, const WebsiteSlot& website);
     // Removes the node and all under it. The root stays.
     void remove(ProjectNode& node);
     void clear();
-    void setImage(ProjectNode& node, std::string_view image);
+    void setInUse(ProjectNode& project, bool inUse);
     // Renames the node; the keys of its children follow. Throws Failure 457 when the key is taken.
     void rename(ProjectNode& node, const std::string& text);
     void sortChildren(ProjectNode& node);
-    // The next sibling, else the previous one, else the parent; nullptr for the root.
-    ProjectNode* neighbour(const ProjectNode& node) const;
+    // The next sibling, else the previous one, else the parent. The node is not the root.
+    ProjectNode& neighbour(const ProjectNode& node) const;
 
     QModelIndex indexOf(const ProjectNode& node) const;
     ProjectNode* nodeAt(const QModelIndex& index) const;
@@ -77,6 +82,7 @@ class ProjectTree final : public QAbstractItemModel {
     void labelEdited(relay::ProjectNode* node, const std::string& text);
 
   private:
+    ProjectNode& add(ProjectNode& parent, NodeKind kind, const std::string& text);
     std::size_t placeOf(const ProjectNode& node) const;
     void forget(const ProjectNode& node);
     void changed(const ProjectNode& node);
@@ -84,8 +90,5 @@ class ProjectTree final : public QAbstractItemModel {
     std::unique_ptr<ProjectNode> m_root;
     std::unordered_map<std::string, ProjectNode*, KeyHash, KeyEqual> m_places;
 };
-
-// A node's key: its parent's, a backslash, its text.
-std::string childKey(const ProjectNode& parent, std::string_view text);
 
 }  // namespace relay

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "projects/UrlList.h"
 
-#include "core/Failure.h"
 #include "core/FileStore.h"
 #include "core/ItemReader.h"
 #include "core/Paths.h"
@@ -66,25 +65,16 @@ bool UrlList::saveURLToFile(const std::string& file) {
         text += firstLine(m_list.at(i).text);
         text += "\r\n";
     }
-    try {
-        writeFile(file, text);
-        return true;
-    } catch (const Failure&) {
-        // The user is told these words alone, whatever the reason.
-        m_prompts.message(kInvalidFile, "Save URL List", Icon::Information);
-        return false;
-    }
+    if (!failureOf([&] { writeFile(file, text); })) return true;
+    // These words alone, whatever the reason.
+    m_prompts.message(kInvalidFile, "Save URL List", Icon::Information);
+    return false;
 }
 
 bool UrlList::saveURLs() {
-    int filter = 1;
-    std::string file = ShowFileDialog(m_prompts, true, kTextFilter, {}, {}, filter);
-    if (file.empty()) return false;
-    if (filter == 1 && !endsWithNoCase(file, ".txt")) file += ".txt";
-    if (fileExists(file) &&
-        !m_prompts.ask("The file " + file + " already exists, do you want to replace it?", "Save URL"))
-        return false;
-    return saveURLToFile(file);
+    const std::string file = askWhereToSave(
+        m_prompts, {kTextFilter, "The file ", " already exists, do you want to replace it?", "Save URL"});
+    return !file.empty() && saveURLToFile(file);
 }
 
 }  // namespace relay

@@ -18,7 +18,7 @@ bool addNewItem(Rows& list, std::string_view url, std::string_view localFile = {
 // The text of the first highlighted row, or empty.
 std::string getFirstSelectedItem(const Rows& list);
 
-// The operations on a website's URL list: the ways in and out that a user drives. Each tells the user of its
+// The operations on a website's URL list: the ways in and out that a user drives. Each shows its
 // failure and gives false.
 class UrlList final {
   public:

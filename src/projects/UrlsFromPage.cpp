@@ -91,7 +91,7 @@ std::string UrlsFromPage::getParentURL(std::string_view link) const {
     std::size_t climbs = 0;
     for (std::size_t next; (next = link.find(kParent)) != npos; ++climbs)
         link.remove_prefix(next + kParent.size());
-    // The base's last segment is a file, so one slash more than there are climbs.
+    // The base's last segment is a file, so one segment more goes than there are "../".
     std::string_view base = m_WebURL;
     for (std::size_t slashes = 0; slashes <= climbs; ++slashes) {
         const std::size_t slash = base.rfind('/');

@@ -1,22 +1,35 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "projects/WebsiteFields.h"
 
+#include "core/Text.h"
+
+#include <algorithm>
+#include <iterator>
+
 namespace relay {
 
-const ContactField kContactFields[11] = {
-    {"YourName", &WebsiteFields::txtName},     {"Email", &WebsiteFields::txtEmail},
-    {"Company", &WebsiteFields::txtCompany},   {"Address", &WebsiteFields::txtAddress},
-    {"City", &WebsiteFields::txtCity},         {"postcode", &WebsiteFields::txtPostcode},
-    {"State", &WebsiteFields::txtState},       {"Country", &WebsiteFields::cboCountry},
-    {"Phone", &WebsiteFields::txtPhone},       {"Fax", &WebsiteFields::txtFax},
-    {"Password", &WebsiteFields::txtPassword},
-};
+const WebsiteKey* findWebsiteKey(std::string_view name) noexcept {
+    const auto* const found =
+        std::find_if(std::begin(kWebsiteKeys), std::end(kWebsiteKeys),
+                     [name](const WebsiteKey& key) { return equalsNoCase(key.name, name); });
+    return found == std::end(kWebsiteKeys) ? nullptr : found;
+}
 
 WebsiteFields::WebsiteFields() {
     lsvSiteURLs.setColumns({"Site URLs"});
     lsvReports.setColumns({"URLs", "Date Submitted"});
     lsvCustomMainCategory.setColumns({"Main Category"});
     lsvCustomSubCategory.setColumns({"Sub-Category"});
+}
+
+void WebsiteFields::clear() {
+    for (const WebsiteKey& key : kWebsiteKeys)
+        if (key.field) (this->*key.field).clear();
+    cboLanguage = "English";
+    lsvSiteURLs.clear();
+    lsvReports.clear();
+    clearCustomEngine();
+    clearWorkArea();
 }
 
 void WebsiteFields::clearWorkArea() {

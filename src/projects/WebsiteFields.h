@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace relay {
 
@@ -51,18 +52,56 @@ struct WebsiteFields final {
     // Gives the lists their column titles.
     WebsiteFields();
 
+    // As for a new website. chkBlockFFA and txtURLFileLocation keep their state.
+    void clear();
     // Empties the texts of the work area and sets its labels to rest; txtURLFileLocation stays.
     void clearWorkArea();
     // Drops what stands on the custom engines tab.
     void clearCustomEngine();
 };
 
-// A website's contact details in the order of the panel and of the file. One table for both, so that no field
-// can be told in one place and forgotten in another.
-struct ContactField final {
-    const char* key;  // in section "Web Site Info"
-    std::string WebsiteFields::*field;
+// What a key of section "Web Site Info" holds.
+enum class WebsiteKeyKind {
+    Text,
+    OneLine,  // text whose line breaks become blanks
+    Flag,     // 0 or 1
+    Kept,     // what the program keeps by itself; nobody sets it
 };
-extern const ContactField kContactFields[11];
+
+// A key of the website file with its field and the control that shows it.
+struct WebsiteKey final {
+    std::string_view name;
+    WebsiteKeyKind kind = WebsiteKeyKind::Text;
+    std::string WebsiteFields::*field = nullptr;  // of texts
+    const char* control = nullptr;                // of texts that are typed
+};
+
+// All of them, in the order of writing. The file, the panel and the command line go by this table.
+inline constexpr WebsiteKey kWebsiteKeys[] = {
+    {"Version", WebsiteKeyKind::Kept},
+    {"Title", WebsiteKeyKind::Text, &WebsiteFields::txtSiteTitle, "txtSiteTitle"},
+    {"Keyword", WebsiteKeyKind::OneLine, &WebsiteFields::txtSiteKeywords, "txtSiteKeywords"},
+    {"Description", WebsiteKeyKind::OneLine, &WebsiteFields::txtSiteDescription, "txtSiteDescription"},
+    {"WebType", WebsiteKeyKind::Text, &WebsiteFields::cboWebType, "cboWebType"},
+    {"Language", WebsiteKeyKind::Text, &WebsiteFields::cboLanguage, "cboLanguage"},
+    {"LastURL", WebsiteKeyKind::Kept},
+    {"MainCategory", WebsiteKeyKind::Text, &WebsiteFields::mainCategory},
+    {"Category", WebsiteKeyKind::Text, &WebsiteFields::category},
+    {"YourName", WebsiteKeyKind::Text, &WebsiteFields::txtName, "txtName"},
+    {"Email", WebsiteKeyKind::Text, &WebsiteFields::txtEmail, "txtEmail"},
+    {"Company", WebsiteKeyKind::Text, &WebsiteFields::txtCompany, "txtCompany"},
+    {"Address", WebsiteKeyKind::Text, &WebsiteFields::txtAddress, "txtAddress"},
+    {"City", WebsiteKeyKind::Text, &WebsiteFields::txtCity, "txtCity"},
+    {"postcode", WebsiteKeyKind::Text, &WebsiteFields::txtPostcode, "txtPostcode"},
+    {"State", WebsiteKeyKind::Text, &WebsiteFields::txtState, "txtState"},
+    {"Country", WebsiteKeyKind::Text, &WebsiteFields::cboCountry, "cboCountry"},
+    {"Phone", WebsiteKeyKind::Text, &WebsiteFields::txtPhone, "txtPhone"},
+    {"Fax", WebsiteKeyKind::Text, &WebsiteFields::txtFax, "txtFax"},
+    {"Password", WebsiteKeyKind::Text, &WebsiteFields::txtPassword, "txtPassword"},
+    {"BlockFFA", WebsiteKeyKind::Flag},
+    {"LastReport", WebsiteKeyKind::Kept},
+};
+// By name without regard to case; nullptr when there is no such key.
+const WebsiteKey* findWebsiteKey(std::string_view name) noexcept;
 
 }  // namespace relay

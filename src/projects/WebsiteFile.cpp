@@ -42,25 +42,13 @@ void writeInfo(IniFile& file, const WebsiteFields& fields) {
     const auto put = [&file](std::string_view key, std::string_view value) {
         file.setValue(kWebsiteSection, key, value);
     };
-    put("Version", kFileVersion);
-    put("Title", fields.txtSiteTitle);
-    put("Keyword", removeCrLf(fields.txtSiteKeywords));
-    put("Description", removeCrLf(fields.txtSiteDescription));
-    put("WebType", fields.cboWebType);
-    put("Language", fields.cboLanguage);
-    writeUrls(file, fields.lsvSiteURLs);
-    put("MainCategory", fields.mainCategory);
-    put("Category", fields.category);
-    for (const ContactField& contact : kContactFields) put(contact.key, fields.*contact.field);
-    put("BlockFFA", std::to_string(fields.chkBlockFFA));
-}
-
-void readSite(const IniFile& file, WebsiteFields& fields) {
-    fields.txtSiteTitle = file.value(kWebsiteSection, "Title");
-    fields.txtSiteKeywords = file.value(kWebsiteSection, "Keyword");
-    fields.txtSiteDescription = file.value(kWebsiteSection, "Description");
-    fields.cboWebType = file.value(kWebsiteSection, "WebType");
-    fields.cboLanguage = file.value(kWebsiteSection, "Language");
+    for (const WebsiteKey& key : kWebsiteKeys) {
+        if (key.field && key.kind == WebsiteKeyKind::OneLine) put(key.name, removeCrLf(fields.*key.field));
+        if (key.field && key.kind == WebsiteKeyKind::Text) put(key.name, fields.*key.field);
+        if (key.name == "Version") put(key.name, kFileVersion);
+        if (key.name == "LastURL") writeUrls(file, fields.lsvSiteURLs);
+        if (key.name == "BlockFFA") put(key.name, std::to_string(fields.chkBlockFFA));
+    }
 }
 
 // Behind the rows that are there.
@@ -80,15 +68,7 @@ void readReports(const IniFile& file, Rows& reports) {
     }
 }
 
-void readContact(const IniFile& file, WebsiteFields& fields) {
-    for (const ContactField& contact : kContactFields)
-        fields.*contact.field = file.value(kWebsiteSection, contact.key);
-    fields.chkBlockFFA = toInt16(leadingNumber(file.value(kWebsiteSection, "BlockFFA")));
-}
-
-void readWebsite(const IniFile& file, WebsiteFields& fields, CustomEngines& customEngines,
-                 const SelectCategory& selectCategory) {
-    readSite(file, fields);
+void readLists(const IniFile& file, WebsiteFields& fields) {
     {
         const RowsBatch batch(fields.lsvSiteURLs);
         fields.lsvSiteURLs.clear();
@@ -96,16 +76,21 @@ void readWebsite(const IniFile& file, WebsiteFields& fields, CustomEngines& cust
     }
     fields.lsvReports.clear();
     readReports(file, fields.lsvReports);
-    std::string mainCategory = file.value(kWebsiteSection, "MainCategory");
-    std::string category = file.value(kWebsiteSection, "Category");
-    if (selectCategory) selectCategory(mainCategory, category);
-    fields.mainCategory = mainCategory;
-    fields.category = category;
+}
+
+// A count that overflows ends the reading, so the keys are read in their order.
+void readWebsite(const IniFile& file, WebsiteFields& fields, CustomEngines& customEngines,
+                 const SelectCategory& selectCategory) {
+    for (const WebsiteKey& key : kWebsiteKeys) {
+        if (key.field) fields.*key.field = file.value(kWebsiteSection, key.name);
+        if (key.name == "LastURL") readLists(file, fields);
+        if (key.name == "Category" && selectCategory) selectCategory(fields.mainCategory, fields.category);
+    }
     // Not the section that the save writes: the chosen category is read when the user picks its engine.
     for (EngineCategoryEntry& engine : customEngines)
         engine.Data = file.value("CustomEngine", engine.EngineName);
     fields.clearCustomEngine();
-    readContact(file, fields);
+    fields.chkBlockFFA = toInt16(leadingNumber(file.value(kWebsiteSection, "BlockFFA")));
     fields.txtURLFileLocation.clear();
     fields.clearWorkArea();
 }
@@ -169,8 +154,8 @@ ReportCounts countReports(const Rows& reports) {
     return counts;
 }
 
-// Brings the list, of which `before` tells what it held before rows were removed, up to what the file holds:
-// rows that the file has no more go, entries that the list never held come behind it.
+// Brings the list up to what the file holds: rows that have gone from the file go, entries that are new in it
+// are added. `before` counts what the list held before the user's rows were removed.
 void followFile(Rows& reports, ReportCounts before, const Rows& inFile) {
     const RowsBatch batch(reports);
     ReportCounts left = countReports(inFile);

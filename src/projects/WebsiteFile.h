@@ -37,22 +37,22 @@ class WebsiteFile final {
     explicit WebsiteFile(Prompts& prompts) : m_prompts(prompts) {}
 
     // An empty path does nothing. The category the user is choosing on the custom engines tab goes to the
-    // table first. False when it failed and the user was told; the file is then as it was.
+    // table first. False when it failed, which was shown; the file is then as it was.
     bool saveWebsiteFile(const std::string& path, const WebsiteFields& fields, CustomEngines& customEngines);
-    // The same, but throws Failure and tells nobody. False, with nothing written, when only what was seen may
+    // The same, but throws Failure. False, with nothing written, when only what was seen may
     // be written over and the file holds other bytes than this object read from it or wrote to it last. A
     // file that has gone is written anew.
     bool save(const std::string& path, const WebsiteFields& fields, CustomEngines& customEngines,
               SaveOver over);
     // The fields hold no file from here on.
     void forget() { m_seen.reset(); }
-    // A missing file reads as empty. False when it failed and the user was told; the fields are then loaded
+    // A missing file reads as empty. False when it failed, which was shown; the fields are then loaded
     // as far as it had come (LastURL and LastReport beyond 16 bits overflow).
     bool loadWebsiteFile(const std::string& path, WebsiteFields& fields, CustomEngines& customEngines,
                          const SelectCategory& selectCategory);
     // Asks, then removes the highlighted report entries, their files, and their lines of the website file.
     // Entries that came into the file meanwhile join the list, those that went from it leave it. False when
-    // it failed and the user was told.
+    // it failed, which was shown.
     bool DeleteReportFile(const std::string& path, Rows& reports);
 
   private:
@@ -74,24 +74,6 @@ void readUrls(const IniFile& file, Rows& urls);
 // The bytes of a website file after its report entries became `reports`. Its last line is never copied: the
 // section Report, normally the last, is written anew behind the rest.
 std::string replaceReports(std::string_view text, const Rows& reports);
-
-// A website file by its keys, for the command line.
-
-// The keys of section "Web Site Info" in the order of writing, LastReport the last.
-const std::vector<std::string_view>& websiteKeys();
-// Throws Failure, with `hint` behind its words, when there is no such file, and with the reason when its
-// folder may not be entered.
-void requireWebsite(const std::string& path, std::string_view hint = {});
-// One key's text; empty when the file or the key is absent. Throws Failure on a key nobody knows.
-std::string getKey(const std::string& path, std::string_view key);
-struct KeyValue final {
-    std::string key;
-    std::string value;
-};
-// Sets keys in one save; a missing file is made with all its keys. Line breaks go as in a save. Throws
-// Failure, with nothing written, on an unknown key, on one the program keeps itself (Version, LastURL,
-// LastReport) and on a BlockFFA that is neither 0 nor 1.
-void setKeys(const std::string& path, const std::vector<KeyValue>& values);
 // A website file's URL list alone: what the file holds behind the rows that are there, and back into the
 // file.
 void loadUrlList(const std::string& path, Rows& urls);

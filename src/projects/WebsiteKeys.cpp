@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "projects/WebsiteKeys.h"
+
 #include "core/Failure.h"
 #include "core/FileStore.h"
 #include "core/Paths.h"
-#include "core/Text.h"
 #include "projects/WebsiteFile.h"
-#include "projects/WebsitePanel.h"
 
 #include <algorithm>
 
@@ -12,36 +12,22 @@ namespace relay {
 
 namespace {
 
-// The key as the file spells it.
-std::string_view knownKey(std::string_view key) {
-    for (const std::string_view known : websiteKeys())
-        if (equalsNoCase(known, key)) return known;
-    throw Failure("A website file has no key \"" + std::string(key) + "\".", 5);
+const WebsiteKey& knownKey(std::string_view name) {
+    if (const WebsiteKey* const key = findWebsiteKey(name)) return *key;
+    throw Failure("A website file has no key \"" + std::string(name) + "\".", 5);
 }
 
 KeyValue checked(const KeyValue& wanted) {
-    const std::string_view key = knownKey(wanted.key);
-    if (key == "Version" || key == "LastURL" || key == "LastReport")
-        throw Failure("The key \"" + std::string(key) + "\" is kept by the program itself.");
-    if (key == "BlockFFA" && wanted.value != "0" && wanted.value != "1")
-        throw Failure("The key \"BlockFFA\" takes 0 or 1.");
-    const bool onOneLine = key == "Keyword" || key == "Description";
-    return {std::string(key), onOneLine ? removeCrLf(wanted.value) : wanted.value};
+    const WebsiteKey& key = knownKey(wanted.key);
+    const std::string name(key.name);
+    if (key.kind == WebsiteKeyKind::Kept)
+        throw Failure("The key \"" + name + "\" is kept by the program itself.");
+    if (key.kind == WebsiteKeyKind::Flag && wanted.value != "0" && wanted.value != "1")
+        throw Failure("The key \"" + name + "\" takes 0 or 1.");
+    return {name, key.kind == WebsiteKeyKind::OneLine ? removeCrLf(wanted.value) : wanted.value};
 }
 
 }  // namespace
-
-const std::vector<std::string_view>& websiteKeys() {
-    static const std::vector<std::string_view> keys = [] {
-        std::vector<std::string_view> list = {"Version",  "Title",   "Keyword",      "Description", "WebType",
-                                              "Language", "LastURL", "MainCategory", "Category"};
-        for (const ContactField& contact : kContactFields) list.emplace_back(contact.key);
-        list.emplace_back("BlockFFA");
-        list.emplace_back("LastReport");
-        return list;
-    }();
-    return keys;
-}
 
 void requireWebsite(const std::string& path, std::string_view hint) {
     if (fileExists(path)) return;
@@ -54,7 +40,7 @@ void requireWebsite(const std::string& path, std::string_view hint) {
 }
 
 std::string getKey(const std::string& path, std::string_view key) {
-    return IniFile::load(path).value(kWebsiteSection, knownKey(key));
+    return IniFile::load(path).value(kWebsiteSection, knownKey(key).name);
 }
 
 void setKeys(const std::string& path, const std::vector<KeyValue>& values) {
@@ -64,7 +50,7 @@ void setKeys(const std::string& path, const std::vector<KeyValue>& values) {
     IniFile file = IniFile::load(path);
     if (!fileExists(path)) {
         WebsiteFields fields;
-        clearWebsiteFields(fields);
+        fields.clear();
         writeWebsite(file, fields, {});
     }
     for (const KeyValue& accept : accepted) file.setValue(kWebsiteSection, accept.key, accept.value);

@@ -6,6 +6,7 @@
 #include "ui_frmWebsitePanel.h"
 #include "widgets/Forms.h"
 #include "widgets/IconTheme.h"
+#include "widgets/ListView.h"
 
 #include <QAction>
 #include <QShortcut>
@@ -15,30 +16,7 @@
 namespace relay {
 
 namespace {
-struct UrlCommand final {
-    const char* key;
-    const char* caption;
-    const char* toolTip;
-    bool ready;  // false: the command comes with a later version
-};
-
-constexpr UrlCommand kUrlCommands[] = {
-    {"AddURL", "Add URL", "Type a URL", true},
-    {"AddFromLocalFolder", "Local Folder", "Make URLs from the HTML files of a folder on this computer",
-     true},
-    {"AddFromWeb", "From Web", "Collect the links of a live page", false},
-    {"LoadURL", "Load", "Load URLs from a text file", true},
-    {"LocalURL", "Local List", "Load URLs from a text file on this computer", true},
-    {"SaveURL", "Save", "Save the URLs to a text file", true},
-    {"DeleteURL", "Delete", "Delete the selected URLs", true},
-    {nullptr, nullptr, nullptr, true},
-    {"GetMetaTag", "Get Meta Tag", "Read title, keywords and description of the page", false},
-    {"InsertMetaTag", "Insert Meta Tag", "Write the meta tags into the local file", false},
-    {"ReplaceMetaTag", "Replace Meta Tag", "Replace the meta tags of the local file", false},
-    {"Optimizer", "Optimizer", "Judge the page", false},
-};
-
-// A label's text with a letter underlined that its text names.
+// The text with the first occurrence of the letter underlined.
 QString withMnemonic(const QString& text, QChar letter) {
     QString marked = text;
     const qsizetype place = marked.indexOf(letter);
@@ -55,54 +33,33 @@ frmWebsitePanel::frmWebsitePanel(QWidget* parent)
         connect(new QShortcut(keys, this), &QShortcut::activated, this,
                 [this, tab] { setCurrentIndex(tab); });
     }
-    addUrlCommands();
+    makeToolbarReachable();
     drawIcons();
 }
 
 frmWebsitePanel::~frmWebsitePanel() = default;
 
-ListView* frmWebsitePanel::urlList() const {
-    return m_ui->lsvSiteURLs;
-}
-
-ListView* frmWebsitePanel::reportList() const {
-    return m_ui->lsvReports;
-}
-
 void frmWebsitePanel::drawIcons() {
     setIconSize(QSize(16, 16));
-    const char* const tabIcons[] = {"SiteInfo", "AddURL", "Category", "Custom", "Report"};
-    setTabIcon(0, themedIcon("SiteInfo"));
-    setTabIcon(1, themedIcon("WebFile"));
-    for (int tab = 2; tab < count(); ++tab) setTabIcon(tab, themedIcon(tabIcons[tab]));
+    int tab = 0;
+    for (const char* icon : {"SiteInfo", "WebFile", "Category", "Custom", "Report"})
+        setTabIcon(tab++, themedIcon(icon));
     m_ui->cmdGetSiteInfo->setIcon(themedIcon("AddFromWeb"));
     m_ui->cmdFileLocation->setIcon(themedIcon("Browse"));
     m_ui->cmdViewReport->setIcon(themedIcon("Report"));
     m_ui->cmdDeleteReport->setIcon(themedIcon("DeleteURL"));
 }
 
-void frmWebsitePanel::addUrlCommands() {
+void frmWebsitePanel::makeToolbarReachable() {
     // The buttons come before the list in the tab order, as in the window. Nothing is placed behind a widget
     // without a focus policy, so the toolbar has one for as long as that takes.
     m_ui->ToolbarSiteURL->setFocusPolicy(Qt::TabFocus);
     QWidget* before = m_ui->ToolbarSiteURL;
-    for (const UrlCommand& command : kUrlCommands) {
-        if (command.key == nullptr) {
-            m_ui->ToolbarSiteURL->addSeparator();
-            continue;
-        }
-        const QString key = QString::fromLatin1(command.key);
-        auto* action = new QAction(themedIcon(command.key), tr(command.caption), this);
-        action->setObjectName(key);
-        action->setEnabled(command.ready);
-        action->setToolTip(command.ready
-                               ? tr(command.toolTip)
-                               : tr(command.toolTip) + tr(". Comes with a later version of this program."));
-        connect(action, &QAction::triggered, this, [this, key] { Q_EMIT urlCommand(key); });
-        m_ui->ToolbarSiteURL->addAction(action);
-        m_ui->lsvSiteURLs->addAction(action);
+    for (QAction* action : m_ui->ToolbarSiteURL->actions()) {
         QWidget* const button = m_ui->ToolbarSiteURL->widgetForAction(action);
-        if (button == nullptr) continue;
+        if (button == nullptr || action->isSeparator()) continue;
+        connect(action, &QAction::triggered, m_ui->lsvSiteURLs,
+                [this] { m_ui->lsvSiteURLs->setFocus(Qt::OtherFocusReason); });
         button->setFocusPolicy(Qt::TabFocus);
         setTabOrder(before, button);
         before = button;
@@ -180,22 +137,13 @@ void frmWebsitePanel::bindLabel(QLabel* label, TextMember member) {
 }
 
 void frmWebsitePanel::bindFields() {
-    bind(m_ui->txtSiteTitle, &WebsiteFields::txtSiteTitle);
-    bind(m_ui->txtSiteKeywords, &WebsiteFields::txtSiteKeywords);
-    bind(m_ui->txtSiteDescription, &WebsiteFields::txtSiteDescription);
-    bind(m_ui->cboWebType, &WebsiteFields::cboWebType);
-    bind(m_ui->cboLanguage, &WebsiteFields::cboLanguage);
-    bind(m_ui->txtName, &WebsiteFields::txtName);
-    bind(m_ui->txtEmail, &WebsiteFields::txtEmail);
-    bind(m_ui->txtCompany, &WebsiteFields::txtCompany);
-    bind(m_ui->txtAddress, &WebsiteFields::txtAddress);
-    bind(m_ui->txtCity, &WebsiteFields::txtCity);
-    bind(m_ui->txtState, &WebsiteFields::txtState);
-    bind(m_ui->txtPostcode, &WebsiteFields::txtPostcode);
-    bind(m_ui->cboCountry, &WebsiteFields::cboCountry);
-    bind(m_ui->txtPhone, &WebsiteFields::txtPhone);
-    bind(m_ui->txtFax, &WebsiteFields::txtFax);
-    bind(m_ui->txtPassword, &WebsiteFields::txtPassword);
+    for (const WebsiteKey& key : kWebsiteKeys) {
+        if (!key.control) continue;
+        auto* const control = findChild<QWidget*>(QString::fromLatin1(key.control));
+        if (auto* const edit = qobject_cast<QLineEdit*>(control)) bind(edit, key.field);
+        if (auto* const edit = qobject_cast<QPlainTextEdit*>(control)) bind(edit, key.field);
+        if (auto* const box = qobject_cast<QComboBox*>(control)) bind(box, key.field);
+    }
     bind(m_ui->txtURLTitle, &WebsiteFields::txtURLTitle);
     bind(m_ui->txtURLKeyword, &WebsiteFields::txtURLKeyword);
     bind(m_ui->txtURLDescription, &WebsiteFields::txtURLDescription);
@@ -220,8 +168,7 @@ void frmWebsitePanel::connectLists(Categories& categories) {
 
     connect(m_ui->lsvSiteURLs, &ListView::rowClicked, this, &frmWebsitePanel::urlChosen);
     connect(m_ui->lsvSiteURLs, &ListView::rowEntered, this, &frmWebsitePanel::urlChosen);
-    connect(m_ui->lsvSiteURLs, &ListView::deletePressed, this,
-            [this] { Q_EMIT urlCommand(QStringLiteral("DeleteURL")); });
+    connect(m_ui->lsvSiteURLs, &ListView::deletePressed, this, [this] { m_ui->DeleteURL->trigger(); });
     connect(m_ui->cmdFileLocation, &QPushButton::clicked, this, &frmWebsitePanel::browseForLocalFile);
     connect(m_ui->lsvReports, &ListView::rowActivated, this, &frmWebsitePanel::viewReport);
     connect(m_ui->cmdViewReport, &QPushButton::clicked, this, &frmWebsitePanel::viewReport);
@@ -237,11 +184,6 @@ void frmWebsitePanel::showMissing(const MissingField& missing) {
     if (missing.tab == WebsiteTab::Category) m_ui->tabCategory->setCurrentIndex(0);
     if (auto* control = findChild<QWidget*>(toScreen(missing.control)); control != nullptr)
         control->setFocus(Qt::OtherFocusReason);
-}
-
-void frmWebsitePanel::showFirstTab() {
-    setCurrentIndex(0);
-    m_ui->tabCategory->setCurrentIndex(0);
 }
 
 }  // namespace relay

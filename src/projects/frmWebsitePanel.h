@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "projects/WebsitePanel.h"
+#include "projects/WebsiteCheck.h"
 
 #include <QTabWidget>
 
@@ -20,11 +20,10 @@ namespace Ui {
 class frmWebsitePanel;
 }
 class Categories;
-class ListView;
 
 // The website panel, SSTab1: the fields of one website. What is typed goes into the fields at once;
-// showFields brings the controls up to date after the fields were changed by the program. Commands leave as
-// signals.
+// showFields brings the controls up to date after the fields were changed by the program. Its commands are
+// QActions of the form, which the window wires.
 class frmWebsitePanel final : public QTabWidget {
     Q_OBJECT
   public:
@@ -38,14 +37,9 @@ class frmWebsitePanel final : public QTabWidget {
     void showFields();
     // Brings the field of a failed check to the front and puts the cursor into it.
     void showMissing(const MissingField& missing);
-    void showFirstTab();
-
-    ListView* urlList() const;
-    ListView* reportList() const;
 
   Q_SIGNALS:
-    void urlCommand(const QString& key);  // AddURL, AddFromLocalFolder, ... by the toolbar's keys
-    void urlChosen(int row);              // the row of lsvSiteURLs the user moved to
+    void urlChosen(int row);  // the row of lsvSiteURLs the user moved to
     void browseForLocalFile();
     void viewReport();
     void deleteReport();
@@ -53,7 +47,7 @@ class frmWebsitePanel final : public QTabWidget {
   private:
     using TextMember = std::string WebsiteFields::*;
 
-    void addUrlCommands();
+    void makeToolbarReachable();
     void drawIcons();
     void bind(QLineEdit* edit, TextMember member);
     void bind(QPlainTextEdit* edit, TextMember member);

@@ -64,7 +64,7 @@ void giveWords(const TestHome& home) {
 
 }  // namespace
 
-TEST(StartUpTest, AnEmptyHomeIsToldAllThatIsMissing) {
+TEST(StartUpTest, AnEmptyHomeShowsAllThatIsMissing) {
     const TestHome home;
     ProgramRun run(home);
     EXPECT_TRUE(run.startUp.run());
@@ -92,8 +92,8 @@ TEST(StartUpTest, AnEmptyHomeIsToldAllThatIsMissing) {
     EXPECT_GE(run.splashClosed, 1);
     for (const char* folder : {"Reports/Submition", "Reports/Ranking", "Projects", "Engines"})
         EXPECT_TRUE(folderExists(home.path(folder))) << folder;
-    EXPECT_EQ(run.main.desk.tree().count(), 1u);
-    EXPECT_EQ(run.main.desk.currentNode(), &run.main.desk.tree().root());
+    EXPECT_EQ(run.main.workspace.tree().count(), 1u);
+    EXPECT_EQ(run.main.workspace.currentNode(), &run.main.workspace.tree().root());
     EXPECT_TRUE(run.main.catalogue.lists.lsvEngines.empty());
 }
 
@@ -126,14 +126,14 @@ TEST(StartUpTest, LaterStartsShowTheFirstProjectAndNothingElse) {
     ProgramRun run(home);
     EXPECT_TRUE(run.startUp.run());
     EXPECT_THAT(run.shown(), ElementsAre());
-    EXPECT_EQ(run.main.desk.currentNode()->text, "Shop");
-    EXPECT_EQ(run.main.desk.panels().txtProjectDescr, "d");
+    EXPECT_EQ(run.main.workspace.currentNode()->text, "Shop");
+    EXPECT_EQ(run.main.workspace.panels().txtProjectDescr, "d");
     EXPECT_EQ(run.main.webTypes().size(), 4u);
     run.preference.AcceptAdultSite = "NO";
     EXPECT_THAT(run.main.webTypes(), ElementsAre("Commercial Site", "Personal Site", "General"));
 }
 
-TEST(StartUpTest, AStepThatFailsIsToldAndTheOthersAreDone) {
+TEST(StartUpTest, AStepThatFailsIsShownAndTheOthersAreDone) {
     const TestHome home;
     giveWords(home);
     giveEngineData(home);
@@ -155,10 +155,10 @@ TEST(StartUpTest, AStepThatFailsIsToldAndTheOthersAreDone) {
     EXPECT_GE(run.splashClosed, 2) << "or it covers the messages";
     EXPECT_TRUE(folderExists(home.path("Projects")));
     EXPECT_EQ(run.main.catalogue.lists.lsvEngines.count(), 1);
-    EXPECT_EQ(run.main.desk.currentNode()->text, "Shop");
+    EXPECT_EQ(run.main.workspace.currentNode()->text, "Shop");
 }
 
-TEST(StartUpTest, TheQuickStartReadsAsItIsKnown) {
+TEST(StartUpTest, TheQuickStartReadsLineByLine) {
     std::vector<std::string> lines;
     for (const QuickStartLine& line : quickStartLines()) lines.emplace_back(line.text);
     EXPECT_THAT(
@@ -193,7 +193,7 @@ TEST(StartUpTest, TheEndAsksAndSavesTheSettings) {
     EXPECT_EQ(store.value(kApplication, "Preference", "MainFormPos"), "10,20.5,800,600");
 }
 
-TEST(ReadyToSubmit, AsksForEnginesAndOffersToBlockTheMailOfFreeForAllSites) {
+TEST(ReadyToSubmitTest, AsksForEnginesAndOffersToBlockTheMailOfFreeForAllSites) {
     const TestHome home;
     ProgramRun run(home);
     clsMain& main = run.main;
@@ -202,7 +202,7 @@ TEST(ReadyToSubmit, AsksForEnginesAndOffersToBlockTheMailOfFreeForAllSites) {
     EXPECT_EQ(prompts.last().text,
               "There is no engine selected.\r\n\r\nPlease select the engines before start submitting.");
     EXPECT_EQ(prompts.last().icon, Icon::Critical);
-    EXPECT_EQ(main.desk.panels().panel, MainPanel::Engines);
+    EXPECT_EQ(main.workspace.panels().panel, MainPanel::Engines);
 
     struct Case {
         const char* type;
@@ -230,7 +230,7 @@ TEST(ReadyToSubmit, AsksForEnginesAndOffersToBlockTheMailOfFreeForAllSites) {
         "spam ads from FFA sites?");
 }
 
-TEST(WindowPositions, TakeExactlyFourFields) {
+TEST(WindowPositionTest, TakeExactlyFourFields) {
     struct Case {
         const char* text;
         const char* position;  // as text again

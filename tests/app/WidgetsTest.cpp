@@ -5,9 +5,9 @@
 #include "core/Rows.h"
 #include "core/ScreenText.h"
 #include "support/SessionFixture.h"
+#include "widgets/Appearance.h"
 #include "widgets/IconTheme.h"
 #include "widgets/ListView.h"
-#include "widgets/Look.h"
 #include "widgets/QtPrompts.h"
 
 #include <QFileDialog>
@@ -174,8 +174,8 @@ TEST(QtPromptsTest, BoxesShowTheTextsAndTakeKeys) {
     answer(Qt::Key_Return, seen);
     EXPECT_TRUE(prompts.ask("Sure?", "Title"));
     answer(Qt::Key_Escape, seen);
-    prompts.message("Told", "Title", Icon::Critical);
-    EXPECT_EQ(seen, QStringLiteral("Told"));
+    prompts.message("Shown", "Title", Icon::Critical);
+    EXPECT_EQ(seen, QStringLiteral("Shown"));
 
     prompts.busy(true);
     for (const bool ends : {false, true}) {
@@ -244,7 +244,7 @@ TEST_F(PreferenceTest, TheFirstFieldThatWillNotDoStopsOK) {
         std::string PreferenceEntry::*field;
         const char* text;
         const char* control;
-        const char* told;
+        const char* words;
     };
     const char* const timeOut = "Time out setting must be between 1 to 200 seconds !";
     const char* const few =
@@ -269,7 +269,7 @@ TEST_F(PreferenceTest, TheFirstFieldThatWillNotDoStopsOK) {
         entry.*(c.field) = c.text;
         prompts.shown.clear();
         EXPECT_EQ(confirm(entry), c.control) << c.text;
-        EXPECT_EQ(prompts.last().text, c.told) << c.text;
+        EXPECT_EQ(prompts.last().text, c.words) << c.text;
     }
 }
 

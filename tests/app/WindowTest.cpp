@@ -113,7 +113,7 @@ std::vector<std::string> WindowTest::rowTexts(const char* list) {
 }
 
 std::string WindowTest::current() {
-    return program().main().desk.currentNode()->text;
+    return program().main().workspace.currentNode()->text;
 }
 
 std::string WindowTest::highlighted() {

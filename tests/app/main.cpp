@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/WindowApplication.h"
-#include "widgets/Look.h"
+#include "widgets/Appearance.h"
 
 #include <gtest/gtest.h>
 
@@ -9,6 +9,6 @@ int main(int argc, char** argv) {
     // No test needs a real screen; one that is asked for is used.
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     relay::WindowApplication application(argc, argv);
-    relay::applyLook(application, QStringLiteral("light"));
+    relay::applyAppearance(application, QStringLiteral("light"));
     return RUN_ALL_TESTS();
 }

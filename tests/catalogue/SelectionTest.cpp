@@ -66,8 +66,8 @@ TEST(EngineSelection, selectsAsEachOperationSays) {
         {"a bare code", "", [](auto& f) { f.selection.EngineSelectByCountry("GB"); }, "D"},
         {"all countries", "", [](auto& f) { f.selection.EngineSelectByCountry("all"); }, "ABGDPSO"},
         {"major sites replace", "BG", [](auto& f) { f.selection.SelectByMode("MajorSite"); }, "AP"},
-        {"custom engines", "A", [](auto& f) { f.selection.mnuEngineItems(4); }, "B"},
-        {"top engines", "G", [](auto& f) { f.selection.mnuEngineItems(3); }, "AP"},
+        {"custom engines", "A", [](auto& f) { f.selection.selectCustomEngines(); }, "B"},
+        {"top engines", "G", [](auto& f) { f.selection.selectTopEngines(); }, "AP"},
         {"adult only", "A", [](auto& f) { f.selection.SelectByMode("AdultOnlySite"); }, "G"},
         {"no such mode", "AB", [](auto& f) { f.selection.SelectByMode("Nothing"); }, ""},
         {"no adult sites only shrinks", "ABG", [](auto& f) { f.selection.EngineSelectNoAdultSites(); }, "A"},
@@ -174,7 +174,7 @@ TEST(SelectionFiles, saveAndLoad) {
 
 TEST(EnginesMenu, savesThroughTheDialog) {
     SelectionFixture fixture;
-    fixture.selection.mnuEngineItems(0);
+    fixture.selection.saveSelection();
     EXPECT_EQ(fixture.prompts.last().title, "Save Selected Engines");
     EXPECT_EQ(fixture.prompts.last().text,
               "No engines have been selected. Please select the engines you would like to save.");
@@ -191,7 +191,7 @@ TEST(EnginesMenu, savesThroughTheDialog) {
                  {"four", 3, "four"}};
     for (const auto& example : cases) {
         fixture.prompts.files.push_back({fixture.home.path(example.chosen), example.filter});
-        fixture.selection.mnuEngineItems(0);
+        fixture.selection.saveSelection();
         EXPECT_EQ(fixture.home.read(example.written), "Alpha\r\n");
     }
     EXPECT_EQ(fixture.prompts.last().text,
@@ -201,14 +201,14 @@ TEST(EnginesMenu, savesThroughTheDialog) {
     for (const bool replace : {false, true}) {
         fixture.prompts.files.push_back({fixture.home.path("one.eng"), 1});
         fixture.prompts.answers.push_back(replace);
-        fixture.selection.mnuEngineItems(0);
+        fixture.selection.saveSelection();
         EXPECT_EQ(fixture.prompts.last().text, "The file '" + fixture.home.path("one.eng") +
                                                    "' already exists.\r\nDo you want to replace it?");
         EXPECT_EQ(fixture.home.read("one.eng"), replace ? "Alpha\r\nBeta\r\n" : "Alpha\r\n");
     }
 
     fixture.prompts.files.push_back({fixture.home.path("absent/deep.eng"), 1});
-    fixture.selection.mnuEngineItems(0);
+    fixture.selection.saveSelection();
     EXPECT_EQ(fixture.prompts.last().title, "Error");
     EXPECT_EQ(fixture.prompts.last().text.rfind("EngineItems_Error: ", 0), 0u);
 }
@@ -216,19 +216,19 @@ TEST(EnginesMenu, savesThroughTheDialog) {
 TEST(EnginesMenu, loadsFilesAndFailedEngines) {
     SelectionFixture fixture;
     for (const std::size_t boxes : {1U, 2U}) {  // without the file, and with an empty one
-        fixture.selection.mnuEngineItems(6);
+        fixture.selection.selectFailedEngines();
         ASSERT_EQ(fixture.prompts.shown.size(), boxes);
         EXPECT_EQ(fixture.prompts.last().title, "Load Engines");
         EXPECT_EQ(fixture.prompts.last().text, "Failed engine list is empty.");
         fixture.home.write("fail.eng", "");
     }
     fixture.home.write("fail.eng", "Gamma\r\n");
-    fixture.selection.mnuEngineItems(6);
+    fixture.selection.selectFailedEngines();
     EXPECT_EQ(fixture.selected(), "G");
 
     fixture.prompts.files.push_back({fixture.home.write("mine.eng", "Odd\r\n"), 1});
-    fixture.selection.mnuEngineItems(1);
-    fixture.selection.mnuEngineItems(1);  // cancelled
+    fixture.selection.loadSelection();
+    fixture.selection.loadSelection();  // cancelled
     EXPECT_EQ(fixture.selected(), "GO");
 }
 
@@ -237,13 +237,13 @@ TEST(EnginesMenu, exportsThePage) {
     ASSERT_TRUE(fixture.loadEngines(
         "Name=A <b>\nType=ENG\nName=M\nType=MALL\nName=N\nType=NEWS\nName=X\nName=F\nType=FFA\n"
         "Name=A2\nType=eng\nName=H\nType=HOT\n"));
-    fixture.selection.mnuEngineItems(8);  // answered with No
+    fixture.selection.offerEngineList();  // answered with No
     EXPECT_FALSE(fileExists(fixture.home.path("englist.htm")));
     EXPECT_EQ(fixture.prompts.last().text,
               "Create a list of all the search engines. Do you want to continue?");
 
     fixture.prompts.answers.push_back(true);
-    fixture.selection.mnuEngineItems(8);
+    fixture.selection.offerEngineList();
     EXPECT_EQ(fixture.prompts.last().kind, "system");
     EXPECT_EQ(fixture.prompts.last().text, fixture.home.path("englist.htm"));
     const std::string page = fixture.home.read("englist.htm");

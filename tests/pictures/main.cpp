@@ -8,7 +8,7 @@
 #include "projects/frmAddURL.h"
 #include "support/ScriptedPrompts.h"
 #include "support/TestHome.h"
-#include "widgets/Look.h"
+#include "widgets/Appearance.h"
 
 #include <QAction>
 #include <QApplication>
@@ -81,15 +81,15 @@ void drawWindow(Program& program, const QString& folder) {
     const auto trigger = [&window](const char* command) {
         window.findChild<QAction*>(QString::fromLatin1(command), Qt::FindDirectChildrenOnly)->trigger();
     };
-    ProjectDesk& desk = program.main().desk;
-    desk.nodeClick(desk.tree().root());
+    Workspace& workspace = program.main().workspace;
+    workspace.nodeClick(workspace.tree().root());
     save(window, folder, "root");
-    desk.nodeClick(*desk.tree().root().children.at(0));
+    workspace.nodeClick(*workspace.tree().root().children.at(0));
     save(window, folder, "project");
-    desk.nodeClick(*desk.tree().root().children.at(0)->children.at(1));
+    workspace.nodeClick(*workspace.tree().root().children.at(0)->children.at(1));
     window.findChild<QTabWidget*>(QStringLiteral("SSTab1"))->setCurrentIndex(1);
     save(window, folder, "website-empty-urls");
-    desk.nodeClick(*desk.tree().root().children.at(0)->children.at(0));
+    workspace.nodeClick(*workspace.tree().root().children.at(0)->children.at(0));
     auto* const tabs = window.findChild<QTabWidget*>(QStringLiteral("SSTab1"));
     const char* const names[] = {"website-info", "website-urls", "website-category", "website-contact",
                                  "website-reports"};
@@ -110,7 +110,7 @@ void drawWindow(Program& program, const QString& folder) {
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
-    applyLook(application, qEnvironmentVariable("KORVEL_RELAY_PALETTE"));
+    applyAppearance(application, qEnvironmentVariable("KORVEL_RELAY_PALETTE"));
     const QString folder = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral(".");
     QDir().mkpath(folder);
     const test::TestHome home;

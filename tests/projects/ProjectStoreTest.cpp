@@ -10,7 +10,7 @@ namespace relay::test {
 namespace {
 
 // "name=description{slot:website>file,...}" for each project.
-std::string told(const std::vector<ProjectRecord>& projects) {
+std::string textOf(const std::vector<ProjectRecord>& projects) {
     std::string text;
     for (const ProjectRecord& project : projects) {
         text += project.name + "=" + project.description + "{";
@@ -53,13 +53,13 @@ TEST_F(ProjectStoreTest, LoadsWhatTheFileHoldsAndSurvivesTheRest) {
     for (const Case& test : cases) {
         SCOPED_TRACE(test.text);
         given(test.text);
-        const std::string projects = told(store.loadProject());
+        const std::string projects = textOf(store.loadProject());
         if (test.projects) {
             EXPECT_EQ(projects, test.projects);
         }
     }
     removeFile(store.file());
-    EXPECT_EQ(told(store.loadProject()), "");
+    EXPECT_EQ(textOf(store.loadProject()), "");
 }
 
 TEST_F(ProjectStoreTest, SlotsAreReused) {
@@ -69,7 +69,7 @@ TEST_F(ProjectStoreTest, SlotsAreReused) {
     store.clearSlot("Shop", 1);
     EXPECT_EQ(file(), "[Shop]\r\nDescription=\r\nLast=2\r\n1=\r\n2=Sale|\r\n");
     EXPECT_EQ(store.addNewProject("Shop", "News", "/n"), 1);
-    store.setSlot("Shop", 2, "Big sale\r\n[Evil]", "/s\n3=x|");
+    store.setSlot("Shop", {2, "Big sale\r\n[Evil]", "/s\n3=x|"});
     store.setDescription("Shop", "one\r\nLast=9\rand\ntwo\r\n\r\nthree");
     EXPECT_EQ(file(),
               "[Shop]\r\nDescription=one Last=9 and two  three\r\nLast=2\r\n1=News|/n\r\n2=Big sale\r\n");
@@ -133,7 +133,7 @@ TEST_F(ProjectStoreTest, AFailedWriteLeavesTheOldIndex) {
     EXPECT_EQ(file(), "[Shop]\r\nLast=0\r\n");
 }
 
-TEST(FileNames, TheNameIsBehindTheLastSeparator) {
+TEST(FileNameTest, TheNameIsBehindTheLastSeparator) {
     EXPECT_EQ(getFileNameFromFile("/a/b c.kws"), "b c.kws");
     EXPECT_EQ(getFileNameFromFile("b.kws"), "b.kws");
     EXPECT_EQ(getFileNameFromFile("/a/"), "");

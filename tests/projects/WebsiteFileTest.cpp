@@ -5,6 +5,7 @@
 #include "core/Text.h"
 #include "projects/UrlList.h"
 #include "projects/WebsiteFile.h"
+#include "projects/WebsiteKeys.h"
 #include "support/ScriptedPrompts.h"
 #include "support/TestHome.h"
 
@@ -26,7 +27,7 @@ struct GoldenSite final {
     CustomEngines customEngines;
 
     void set(const std::string& key, std::string value) {
-        std::string* text = textOf(key);
+        const WebsiteKey* const known = findWebsiteKey(key);
         std::string rest;
         if (key == "BlockFFA") {
             fields.chkBlockFFA = toInt16(leadingNumber(value));
@@ -41,25 +42,11 @@ struct GoldenSite final {
             SplitAtPipe(value, rest);
             SplitAtPipe(rest, space);
             customEngines.push_back({value, rest, space});
-        } else if (text) {
-            *text = value;
+        } else if (known && known->field) {
+            fields.*known->field = value;
         } else {
             throw std::runtime_error("no field for " + key);
         }
-    }
-
-    std::string* textOf(const std::string& key) {
-        for (const ContactField& contact : kContactFields)
-            if (key == contact.key) return &(fields.*contact.field);
-        const std::map<std::string, std::string*> site = {{"Title", &fields.txtSiteTitle},
-                                                          {"Keyword", &fields.txtSiteKeywords},
-                                                          {"Description", &fields.txtSiteDescription},
-                                                          {"WebType", &fields.cboWebType},
-                                                          {"Language", &fields.cboLanguage},
-                                                          {"MainCategory", &fields.mainCategory},
-                                                          {"Category", &fields.category}};
-        const auto found = site.find(key);
-        return found == site.end() ? nullptr : found->second;
     }
 
     void read(const std::string& file) {
@@ -204,7 +191,7 @@ TEST_F(WebsiteFileTest, CountsBeyondSixteenBitsOverflow) {
     EXPECT_EQ(getKey(path, "LastURL"), "32767");
 }
 
-TEST_F(WebsiteFileTest, AFailedSaveTellsAndLeavesTheOldFile) {
+TEST_F(WebsiteFileTest, AFailedSaveShowsItAndLeavesTheOldFile) {
     const std::string path = home.write("site.kws", "[Web Site Info]\r\nTitle=old\r\n");
     fields.txtSiteTitle = "new";
     for (int failing = 0; failing < 4; ++failing) {
@@ -291,7 +278,9 @@ TEST_F(WebsiteFileTest, KeysOfTheCommandLine) {
     EXPECT_EQ(getKey(home.path("missing.kws"), "Title"), "");
     std::vector<std::string> written = IniFile::load(path).keys(kWebsiteSection);
     written.emplace_back("LastReport");
-    EXPECT_EQ(written, Strings(websiteKeys().begin(), websiteKeys().end()));
+    Strings keys;
+    for (const WebsiteKey& key : kWebsiteKeys) keys.emplace_back(key.name);
+    EXPECT_EQ(written, keys);
 
     const std::string before = home.read("site.kws");
     for (const KeyValue& refused : {KeyValue{"Colour", "red"},

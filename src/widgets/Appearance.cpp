@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "widgets/Look.h"
+#include "widgets/Appearance.h"
 
 #include "widgets/IconTheme.h"
 
@@ -91,7 +91,7 @@ QPalette darkPalette() {
     return palette;
 }
 
-void applyLook(QApplication& application, const QString& wish) {
+void applyAppearance(QApplication& application, const QString& wish) {
     QApplication::setStyle(new PlainButtonStyle(QStyleFactory::create(QStringLiteral("Fusion"))));
     if (wish == QStringLiteral("dark")) application.setPalette(darkPalette());
     if (wish == QStringLiteral("light")) application.setPalette(lightPalette());

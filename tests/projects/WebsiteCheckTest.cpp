@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "projects/UrlList.h"
-#include "projects/WebsitePanel.h"
+#include "projects/WebsiteCheck.h"
 #include "support/ScriptedPrompts.h"
 
 #include <gmock/gmock.h>
@@ -11,12 +11,9 @@ namespace relay::test {
 namespace {
 
 void fillAll(WebsiteFields& fields) {
-    for (std::string WebsiteFields::*text :
-         {&WebsiteFields::txtSiteTitle, &WebsiteFields::txtSiteKeywords, &WebsiteFields::txtSiteDescription,
-          &WebsiteFields::cboWebType, &WebsiteFields::cboLanguage, &WebsiteFields::mainCategory,
-          &WebsiteFields::category, &WebsiteFields::txtURLTitle, &WebsiteFields::txtURLFileLocation})
-        fields.*text = " ";
-    for (const ContactField& contact : kContactFields) fields.*contact.field = " ";
+    for (const WebsiteKey& key : kWebsiteKeys)
+        if (key.field) fields.*key.field = " ";
+    fields.txtURLTitle = fields.txtURLFileLocation = " ";
     fields.txtEmail = "a@";
     fields.chkBlockFFA = 1;
     addNewItem(fields.lsvSiteURLs, "http://a.test/");
@@ -24,7 +21,7 @@ void fillAll(WebsiteFields& fields) {
 
 }  // namespace
 
-TEST(WebsitePanelTest, TheCheckWalksTheFieldsInTheirOrder) {
+TEST(WebsiteCheckTest, TheCheckWalksTheFieldsInTheirOrder) {
     using F = WebsiteFields;
     const std::pair<const char*, std::string F::*> order[] = {{"txtSiteTitle", &F::txtSiteTitle},
                                                               {"txtSiteKeywords", &F::txtSiteKeywords},
@@ -61,7 +58,7 @@ TEST(WebsitePanelTest, TheCheckWalksTheFieldsInTheirOrder) {
     EXPECT_FALSE(firstMissingField(fields));
 }
 
-TEST(WebsitePanelTest, TheCheckWarnsAndDoesNotForbid) {
+TEST(WebsiteCheckTest, TheCheckWarnsAndDoesNotForbid) {
     WebsiteFields fields;
     fillAll(fields);
     ScriptedPrompts prompts;
@@ -87,19 +84,19 @@ TEST(WebsitePanelTest, TheCheckWarnsAndDoesNotForbid) {
               "Do you want to save anyway ?");
 }
 
-TEST(WebsitePanelTest, AResetKeepsTheBlockBoxAndTheLocalFile) {
+TEST(WebsiteCheckTest, AResetKeepsTheBlockBoxAndTheLocalFile) {
     WebsiteFields fields;
     fillAll(fields);
     fields.lblURLKeyword = "Keywords: (3 chars)";
-    clearWebsiteFields(fields);
+    fields.clear();
     EXPECT_EQ(fields.cboLanguage, "English");
     EXPECT_EQ(fields.chkBlockFFA, 1);
     EXPECT_EQ(fields.txtURLFileLocation, " ");
     EXPECT_EQ(fields.lblURLKeyword, "Keywords:");
     EXPECT_TRUE(fields.lsvSiteURLs.empty());
-    std::string rest = fields.txtSiteTitle + fields.txtSiteKeywords + fields.txtSiteDescription +
-                       fields.cboWebType + fields.mainCategory + fields.category + fields.txtURLTitle;
-    for (const ContactField& contact : kContactFields) rest += fields.*contact.field;
+    std::string rest = fields.txtURLTitle;
+    for (const WebsiteKey& key : kWebsiteKeys)
+        if (key.field && key.name != "Language") rest += fields.*key.field;
     EXPECT_EQ(rest, "");
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/OneWindow.h"
+#include "app/SingleInstance.h"
 
 #include "core/ScreenText.h"
 
@@ -23,9 +23,9 @@ QString socketPath(const QString& home) {
 }
 }  // namespace
 
-OneWindow::OneWindow(const QString& home, QObject* parent)
+SingleInstance::SingleInstance(const QString& home, QObject* parent)
     : QObject(parent), m_socket(socketPath(home)), m_lock(home + QStringLiteral("/.window.lock")) {
-    // A lock is never too old while its program runs; one of a program that is gone does not count.
+    // Age alone never makes a lock stale; it is stale when its program is gone.
     m_lock.setStaleLockTime(0);
     m_server.setSocketOptions(QLocalServer::UserAccessOption);
     connect(&m_server, &QLocalServer::newConnection, this, [this] {
@@ -34,14 +34,14 @@ OneWindow::OneWindow(const QString& home, QObject* parent)
     });
 }
 
-OneWindow::Claim OneWindow::claim() {
+SingleInstance::Claim SingleInstance::claim() {
     if (!m_lock.tryLock(0) && m_lock.error() == QLockFile::LockFailedError)
         return askToRaise() ? Claim::Raised : Claim::Held;
     listen();
     return Claim::Granted;
 }
 
-std::string OneWindow::question() const {
+std::string SingleInstance::question() const {
     qint64 process = 0;
     QString computer;
     QString program;
@@ -53,19 +53,19 @@ std::string OneWindow::question() const {
            "all the same?";
 }
 
-void OneWindow::takeOver() {
+void SingleInstance::takeOver() {
     QFile::remove(m_lock.fileName());
     m_lock.tryLock(0);
     listen();
 }
 
-void OneWindow::listen() {
+void SingleInstance::listen() {
     if (!m_lock.isLocked()) return;
     QLocalServer::removeServer(m_socket);
     m_server.listen(m_socket);
 }
 
-bool OneWindow::askToRaise() const {
+bool SingleInstance::askToRaise() const {
     QLocalSocket socket;
     socket.connectToServer(m_socket);
     return socket.waitForConnected(kPatienceMilliseconds);

@@ -14,6 +14,6 @@ QPalette darkPalette();
 
 // Qt's Fusion style on the desktop's palette. `wish` is "light" or "dark" to have a palette of ours instead,
 // or anything else to follow the desktop.
-void applyLook(QApplication& application, const QString& wish);
+void applyAppearance(QApplication& application, const QString& wish);
 
 }  // namespace relay

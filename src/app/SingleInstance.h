@@ -12,7 +12,7 @@ namespace relay {
 
 // Keeps one window to a home: the first program on it holds a lock file inside the home, and listens; a later
 // one asks the first to come to the front. A home that cannot be written is not guarded.
-class OneWindow final : public QObject {
+class SingleInstance final : public QObject {
     Q_OBJECT
   public:
     enum class Claim {
@@ -21,7 +21,7 @@ class OneWindow final : public QObject {
         Held,     // somebody holds the home who cannot be asked: on another computer, most likely
     };
 
-    explicit OneWindow(const QString& home, QObject* parent = nullptr);
+    explicit SingleInstance(const QString& home, QObject* parent = nullptr);
 
     Claim claim();
     // After Held: the question whether to go on all the same, with the lock file's name and what it says.

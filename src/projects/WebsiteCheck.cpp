@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "projects/WebsitePanel.h"
+#include "projects/WebsiteCheck.h"
 
 #include "core/Prompts.h"
 #include "core/Text.h"
@@ -13,7 +13,7 @@ namespace relay {
 namespace {
 
 struct FieldCheck final {
-    MissingField told;
+    MissingField field;
     bool (*missing)(const WebsiteFields&);
 };
 
@@ -60,32 +60,14 @@ constexpr std::string_view kSaveAnyway =
 
 }  // namespace
 
-void clearWebsiteFields(WebsiteFields& fields) {
-    fields.txtSiteTitle.clear();
-    fields.txtSiteKeywords.clear();
-    fields.txtSiteDescription.clear();
-    fields.cboLanguage = "English";
-    fields.cboWebType.clear();
-    fields.lsvSiteURLs.clear();
-    fields.lsvReports.clear();
-    fields.mainCategory.clear();
-    fields.category.clear();
-    fields.clearCustomEngine();
-    for (const ContactField& contact : kContactFields) (fields.*contact.field).clear();
-    fields.clearWorkArea();
-}
-
 bool breaksGet(std::string_view value) {
     return hasControlByte(replaceAll(replaceAll(value, "\r", ""), "\n", ""));
 }
 
 std::string breaksGetNotice(const WebsiteFields& fields) {
     const auto notice = [](std::string_view name) { return std::string(name).append(kBreaksGet); };
-    if (breaksGet(fields.txtSiteTitle)) return notice("Title");
-    if (breaksGet(fields.txtSiteKeywords)) return notice("Keyword");
-    if (breaksGet(fields.txtSiteDescription)) return notice("Description");
-    for (const ContactField& contact : kContactFields)
-        if (breaksGet(fields.*contact.field)) return notice(contact.key);
+    for (const WebsiteKey& key : kWebsiteKeys)
+        if (key.control && breaksGet(fields.*key.field)) return notice(key.name);
     for (int row = 0; row < fields.lsvSiteURLs.count(); ++row)
         if (breaksGet(fields.lsvSiteURLs.at(row).text)) return notice("URL");
     return {};
@@ -93,7 +75,7 @@ std::string breaksGetNotice(const WebsiteFields& fields) {
 
 std::optional<MissingField> firstMissingField(const WebsiteFields& fields) {
     for (const FieldCheck& check : kChecks)
-        if (check.missing(fields)) return check.told;
+        if (check.missing(fields)) return check.field;
     return std::nullopt;
 }
 

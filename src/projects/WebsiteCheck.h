@@ -12,14 +12,10 @@ namespace relay {
 
 class Prompts;
 
-// Resets the website panel for a new website. chkBlockFFA and txtURLFileLocation keep their state; the
-// selected engines, which are cleared with the panel, belong to the caller.
-void clearWebsiteFields(WebsiteFields& fields);
-
 // The tabs of the website panel, SSTab1, in their order.
 enum class WebsiteTab { SiteInfo, Urls, Category, Contact, Reports };
 
-// A field that is not filled in: its control, the tab it stands on, and what the user is told.
+// A field that is not filled in: its control, the tab it stands on, and the words for the user.
 struct MissingField final {
     std::string_view control;
     WebsiteTab tab;

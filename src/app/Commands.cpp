@@ -1,0 +1,188 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/Commands.h"
+
+#include "app/clsMain.h"
+#include "catalogue/Catalogue.h"
+#include "core/Paths.h"
+#include "core/Prompts.h"
+#include "core/Services.h"
+#include "core/Trap.h"
+#include "core/clsPreference.h"
+#include "projects/UrlList.h"
+
+namespace relay {
+
+namespace {
+
+using Target = const CommandTarget&;
+using State = const CommandState&;
+
+// The rules.
+bool always(State) {
+    return true;
+}
+bool inProject(State state) {
+    return state.node != NodeKind::Root;
+}
+bool onWebsite(State state) {
+    return state.node == NodeKind::Website;
+}
+bool canSave(State state) {
+    return inProject(state) && state.panel != MainPanel::Engines;
+}
+bool canSaveWebsite(State state) {
+    return onWebsite(state) && state.panel != MainPanel::Engines;
+}
+
+// The operations, where they are more than a call.
+template <auto Operation>
+void onWorkspace(Target target) {
+    (target.main.workspace.*Operation)();
+}
+// Ends where the open website cannot be saved.
+template <auto Operation>
+void afterSave(Target target) {
+    if (target.main.workspace.autoSave()) (target.main.workspace.*Operation)();
+}
+void removeCurrent(Target target) {
+    Workspace& workspace = target.main.workspace;
+    if (workspace.autoSave()) workspace.removeSelectedNode(*workspace.currentNode());
+}
+template <auto Operation>
+void onSelection(Target target) {
+    (target.main.catalogue.selection.*Operation)();
+}
+template <auto Operation>
+void onUrls(Target target) {
+    (UrlList(target.main.website.fields.lsvSiteURLs, target.services.prompts).*Operation)();
+}
+void configure(Target target) {
+    if (target.main.workspace.autoSave()) target.show("frmPreference");
+}
+void leave(Target target) {
+    target.main.workspace.autoSaveToLeave();
+    target.close();
+}
+void submit(Target target) {
+    if (!target.main.readyToSubmit()) return;
+    target.services.prompts.message(
+        "Submitting from this window comes with a later version.\r\n\r\n"
+        "Until then \"korvel-relay-cli submit\" submits websites to the engines of a saved selection.",
+        "Submit", Icon::Information);
+}
+void openHelp(Target target) {
+    const std::string file = target.services.paths.inApp("korvel.hlp");
+    if (fileExists(file))
+        target.services.prompts.openWithSystem(file);
+    else
+        target.services.prompts.message("Help file is missing or could not be found.", "Help File",
+                                        Icon::Information);
+}
+
+constexpr std::string_view kFile = "Module: NewProject\r\n";
+constexpr std::string_view kHelp = "Module: Help\r\n";
+constexpr std::string_view kPopup = "Menupopup_Error: ";
+
+constexpr Command kMainCommands[] = {
+    // The toolbar.
+    {"NewProject", "NewProject", "Create a new project (Ctrl+N)", "", always, kFile,
+     afterSave<&Workspace::newProject>},
+    {"NewWeb", "NewWeb", "Create a new website in the current project (Ctrl+Shift+N)", "", always, kFile,
+     afterSave<&Workspace::newWebsite>},
+    {"Save", "Save", "Save the website or the project (Ctrl+S)", "Ctrl+S", canSave, kFile,
+     onWorkspace<&Workspace::save>},
+    {"Engines", "Engines", "Select the engines to submit to (Ctrl+E)", "Ctrl+E", always, kFile,
+     onWorkspace<&Workspace::showEngines>},
+    {"Submit", "Submit", "Submit the websites to the selected engines (Ctrl+Return)", "Ctrl+Return", always,
+     kFile, submit},
+    {"MetaTag", "MetaTag"},
+    {"Optimizer", "Optimizer"},
+    {"Ranking", "Ranking"},
+    {"Search", "Search"},
+    {"News", "News"},
+    // File.
+    {"mnuFileItems_0", "NewProject", "Create a new project", "Ctrl+N", always, kFile,
+     afterSave<&Workspace::newProject>},
+    {"mnuFileItems_1", "Remove", "", "", inProject, kFile, removeCurrent},
+    {"mnuFileItems_3", "NewWeb", "Create a new website in the current project", "Ctrl+Shift+N", inProject,
+     kFile, afterSave<&Workspace::newWebsite>},
+    {"mnuFileItems_4", "RemoveWeb", "", "", onWebsite, kFile, removeCurrent},
+    {"mnuFileItems_6", "AddWebsite", "", "Ctrl+O", inProject, kFile, afterSave<&Workspace::addWebSite>},
+    {"mnuFileItems_7", "Save", "", "", canSaveWebsite, kFile, onWorkspace<&Workspace::saveWebsite>},
+    {"mnuFileItems_8", "SaveAs", "", "Ctrl+Shift+S", canSaveWebsite, kFile,
+     onWorkspace<&Workspace::saveWebsiteAs>},
+    {"mnuFileItems_10", "Import", "", "", inProject},
+    {"mnuImportItems_0", "Import", "", "", inProject, kFile, afterSave<&Workspace::addWebSite>},
+    {"mnuImportItems_2", "Import"},
+    {"mnuFileItems_12", "UpdateEngines"},
+    {"mnuFileItems_13", "Configuration", "", "Ctrl+,", always, kFile, configure},
+    {"mnuFileItems_15", "Exit", "", "Ctrl+Q", always, kFile, leave},
+    // Engines. Each of their failures has its words already.
+    {"mnuEngineItems_0", "Save", "", "", inProject, "", onSelection<&EngineSelection::saveSelection>},
+    {"mnuEngineItems_1", "Open", "", "", inProject, "", onSelection<&EngineSelection::loadSelection>},
+    {"mnuEngineItems_3", "Top", "", "", inProject, "", onSelection<&EngineSelection::selectTopEngines>},
+    {"mnuEngineItems_4", "Custom", "", "", inProject, "", onSelection<&EngineSelection::selectCustomEngines>},
+    {"mnuEngineItems_6", "Failed", "", "", inProject, "", onSelection<&EngineSelection::selectFailedEngines>},
+    {"mnuEngineItems_8", "Export", "", "", inProject, "", onSelection<&EngineSelection::offerEngineList>},
+    // Tools.
+    {"mnuToolsItems_0", "MetaTag"},
+    {"mnuToolsItems_1", "Optimizer"},
+    {"mnuToolsItems_2", "Ranking"},
+    {"mnuToolsItems_3", "Search"},
+    {"mnuToolsItems_5", "Doorway"},
+    {"mnuToolsItems_6", "Keyword"},
+    {"mnuToolsItems_7", "FTP"},
+    {"mnuToolsItems_9", "EngineBuilder"},
+    // Add-Ins.
+    {"mnuAddInsItems_0", "AddIn"},
+    // Help.
+    {"mnuHelpItems_0", "Help", "", "F1", always, kHelp, openHelp},
+    {"mnuHelpItems_6", "Web", "", "", always, kHelp,
+     [](Target target) { target.services.prompts.openWithSystem(kWebAddress); }},
+    {"mnuHelpItems_7", "UpdateEngines", "", "", always, kHelp,
+     [](Target target) { target.services.prompts.openWithSystem(target.services.preference.UpdateURL); }},
+    {"mnuHelpItems_8", "Support", "", "", always, kHelp,
+     [](Target target) { target.services.prompts.openWithSystem(target.services.preference.SupportURL); }},
+    {"mnuHelpItems_10", "About", "", "", always, kHelp, [](Target target) { target.show("frmAbout"); }},
+    // The tree's popup, beside items of the File menu.
+    {"mnuPopupItems_10", "Rename", "", "F2", inProject, kPopup, onWorkspace<&Workspace::editLabel>},
+};
+
+constexpr Command kUrlCommands[] = {
+    {"AddURL", "AddURL", "Type a URL", "", always, "", onUrls<&UrlList::addTypedURL>},
+    {"AddFromLocalFolder", "AddFromLocalFolder", "Make URLs from the HTML files of a folder on this computer",
+     "", always, "", [](Target target) { target.show("frmAddURL"); }},
+    {"AddFromWeb", "AddFromWeb", "Collect the links of a live page"},
+    {"LoadURL", "LoadURL", "Load URLs from a text file", "", always, "", onUrls<&UrlList::loadURLs>},
+    {"LocalURL", "LocalURL", "Load URLs from a text file on this computer", "", always, "",
+     onUrls<&UrlList::loadURLs>},
+    {"SaveURL", "SaveURL", "Save the URLs to a text file", "", always, "", onUrls<&UrlList::saveURLs>},
+    {"DeleteURL", "DeleteURL", "Delete the selected URLs", "", always, "", onUrls<&UrlList::DeleteURL>},
+    {"GetMetaTag", "GetMetaTag", "Read title, keywords and description of the page"},
+    {"InsertMetaTag", "InsertMetaTag", "Write the meta tags into the local file"},
+    {"ReplaceMetaTag", "ReplaceMetaTag", "Replace the meta tags of the local file"},
+    {"Optimizer", "Optimizer", "Judge the page"},
+};
+
+}  // namespace
+
+std::span<const Command> mainCommands() {
+    return kMainCommands;
+}
+
+std::span<const Command> urlCommands() {
+    return kUrlCommands;
+}
+
+std::string Command::shownToolTip() const {
+    std::string text(toolTip);
+    if (!comesLater()) return text;
+    if (!text.empty()) text += ". ";
+    return text + "Comes with a later version of this program.";
+}
+
+void Command::run(const CommandTarget& target) const {
+    if (operation) trap(target.services.prompts, trapWords, [&] { operation(target); });
+}
+
+}  // namespace relay

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/Commands.h"
+
+#include <gmock/gmock.h>
+
+namespace relay::test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::Pair;
+
+TEST(CommandsTest, EachCommandIsThereForTheNodesAndThePanelsItServes) {
+    constexpr CommandState kStates[] = {{NodeKind::Root, MainPanel::Project},
+                                        {NodeKind::Project, MainPanel::Project},
+                                        {NodeKind::Project, MainPanel::Engines},
+                                        {NodeKind::Website, MainPanel::Website},
+                                        {NodeKind::Website, MainPanel::Engines}};
+    std::map<std::string, std::string> names;  // of the commands that are enabled in the same states
+    for (const Command& command : mainCommands()) {
+        std::string enabled;
+        for (const CommandState& state : kStates) enabled += command.isEnabled(state) ? '1' : '0';
+        if (!command.comesLater()) names[enabled].append(" ").append(command.name);
+    }
+    EXPECT_THAT(names,
+                ElementsAre(Pair("00010", " mnuFileItems_7 mnuFileItems_8"), Pair("00011", " mnuFileItems_4"),
+                            Pair("01010", " Save"),
+                            Pair("01111",
+                                 " mnuFileItems_1 mnuFileItems_3 mnuFileItems_6 mnuFileItems_10 "
+                                 "mnuImportItems_0 mnuEngineItems_0 mnuEngineItems_1 mnuEngineItems_3 "
+                                 "mnuEngineItems_4 mnuEngineItems_6 mnuEngineItems_8 mnuPopupItems_10"),
+                            Pair("11111",
+                                 " NewProject NewWeb Engines Submit mnuFileItems_0 mnuFileItems_13 "
+                                 "mnuFileItems_15 mnuHelpItems_0 mnuHelpItems_6 mnuHelpItems_7 "
+                                 "mnuHelpItems_8 mnuHelpItems_10")));
+}
+
+}  // namespace
+}  // namespace relay::test
