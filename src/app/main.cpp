@@ -5,6 +5,7 @@
 #include "app/WindowApplication.h"
 #include "core/Paths.h"
 #include "core/ScreenText.h"
+#include "core/Text.h"
 #include "core/Trap.h"
 #include "transport/Descriptors.h"
 #include "widgets/Appearance.h"
@@ -84,7 +85,9 @@ int main(int argc, char** argv) {
     for (int argument = 1; argument < argc; ++argument) arguments << toScreen(argv[argument]);
     const Options options = readOptions(arguments);
     if (!options.answer.isEmpty()) {
-        std::fprintf(options.exitCode == 0 ? stdout : stderr, "%s\n", qPrintable(options.answer.trimmed()));
+        for (const QString& line : options.answer.trimmed().split(QLatin1Char('\n')))
+            std::fprintf(options.exitCode == 0 ? stdout : stderr, "%s\n",
+                         escapeControlCharacters(fromScreen(line)).c_str());
         return options.exitCode;
     }
     std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is a write that fails

@@ -41,12 +41,12 @@ int PreviewCommand::execute() {
     const clsEngines& engine = catalogue.engine(m_engine);
     const IniFile website = IniFile::load(m_website);
     WebDetails details = readWebDetails(chosenUrl(), website);
-    if (context().hidesPasswords() && !m_showPassword && !details.Password.empty())
-        details.Password = kHiddenPassword;
     const bool blockSpam = context().home().preference.BlockSpam != 0;
-    const std::optional<SubmissionRequest> request =
-        submissionRequest(engine.Method, engine.Action,
-                          expandQuery({engine, details, website, catalogue.countries, blockSpam}));
+    const auto build = [&] {
+        return submissionRequest(engine.Method, engine.Action,
+                                 expandQuery({engine, details, website, catalogue.countries, blockSpam}));
+    };
+    std::optional<SubmissionRequest> request = build();
     if (!request) {
         context().warn("Nothing would be sent: the engine \"" + std::string(engine.name) +
                        "\" has no action, or its template holds no macro. It would count as failed.");
@@ -58,6 +58,11 @@ int PreviewCommand::execute() {
     } catch (const Failure& refused) {
         context().warn(std::string("Nothing would be sent: ") + refused.what() + ".");
         return kSomeFailed;
+    }
+    if (context().hidesPasswords() && !m_showPassword && !details.Password.empty()) {
+        details.Password = kHiddenPassword;
+        request = build();
+        url = wireUrl(request->URL);
     }
     const char* method = request->isPost() ? "POST" : "GET";
     const std::string body = request->isPost() ? request->data : std::string();

@@ -16,17 +16,42 @@
 #include "projects/WebsiteKeys.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
 #include <functional>
 #include <istream>
 #include <limits>
 #include <ostream>
 #include <string>
+#include <termios.h>
+#include <unistd.h>
 
 namespace relay {
 
 namespace {
 
+constexpr std::size_t kLongestPassword = 4096;  // bytes that are read of a pipe
 constexpr int kMostUrls = std::numeric_limits<std::int16_t>::max();
+
+// What is typed at the terminal does not show while this lives.
+class HiddenInput final {
+  public:
+    explicit HiddenInput(bool isTerminal)
+        : m_hidden(isTerminal && ::tcgetattr(STDIN_FILENO, &m_before) == 0) {
+        termios silent = m_before;
+        silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+        if (m_hidden) ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &silent);
+    }
+    ~HiddenInput() {
+        if (m_hidden) ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &m_before);
+    }
+    HiddenInput(const HiddenInput&) = delete;
+    HiddenInput& operator=(const HiddenInput&) = delete;
+
+  private:
+    termios m_before{};
+    bool m_hidden;
+};
 
 void addFileOption(CLI::App& app, std::string& file, const char* about = "The website file") {
     app.add_option("FILE", file, about)->required()->type_name("");
@@ -179,10 +204,19 @@ WebsiteSetCommand::WebsiteSetCommand(CLI::App& parent, CommandLineContext& conte
 
 std::string WebsiteSetCommand::readPassword() {
     std::string text;
-    if (m_passwordFile == "-")
+    if (m_passwordFile == "-") {
+        const HiddenInput hidden(context().console().inIsTerminal);
+        if (context().console().inIsTerminal) context().warn("Password:");
         std::getline(context().console().in, text);
-    else
+    } else if (std::filesystem::is_fifo(m_passwordFile)) {
+        // A shell hands on what another program writes as a pipe.
+        std::ifstream pipe(m_passwordFile, std::ios::binary);
+        text.resize(kLongestPassword);
+        pipe.read(text.data(), kLongestPassword);
+        text.resize(static_cast<std::size_t>(pipe.gcount()));
+    } else {
         text = readFile(m_passwordFile);
+    }
     return std::string(firstLine(text));
 }
 

@@ -2,6 +2,7 @@
 #include "core/FileStore.h"
 
 #include "core/Failure.h"
+#include "core/Text.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -32,7 +33,7 @@ SaveFault& saveFault() {
     if (error == ENOENT) number = 53;
     if (error == ENOSPC || error == EDQUOT) number = 61;
     if (error == EACCES || error == EPERM || error == EROFS || error == ELOOP) number = 70;
-    throw Failure(path + ": " + std::generic_category().message(error), number);
+    throw fileFailure(path, std::generic_category().message(error), number);
 }
 
 class Descriptor final {
@@ -93,11 +94,11 @@ mode_t permissionsFor(const std::string& path, Readable readable, bool& keep) {
     return keep ? status.st_mode & 07777 : 0644;
 }
 
-constexpr std::string_view kTemporaryStart = ".relay-";
+// Random digits follow.
+constexpr std::string_view kTemporaryStart = ".relay-00000000";
 
 bool isTemporaryName(std::string_view name) {
-    constexpr std::size_t kFewestDigits = 8;
-    return name.size() >= kTemporaryStart.size() + kFewestDigits && name.starts_with(kTemporaryStart) &&
+    return name.size() > kTemporaryStart.size() && name.starts_with(kTemporaryStart) &&
            name.find_first_not_of("0123456789", kTemporaryStart.size()) == std::string_view::npos;
 }
 
@@ -157,7 +158,7 @@ class TemporaryFile final {
         step(SaveStep::Create, path);
         for (int attempt = 0; attempt < 100; ++attempt) {
             const std::string digits = std::to_string(random()) + std::to_string(random());
-            m_name = folderOf(path) + "/" + std::string(kTemporaryStart) + std::string(8, '0').append(digits);
+            m_name = folderOf(path) + "/" + std::string(kTemporaryStart) + digits;
             m_descriptor = ::open(m_name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
             if (m_descriptor < 0 && errno != EEXIST) fail(path, errno);
             if (m_descriptor >= 0 && isKept()) return;
@@ -257,7 +258,7 @@ class HeldFolder final {
             while (::flock(file, LOCK_EX | LOCK_NB) != 0) {
                 if (errno != EWOULDBLOCK && errno != EINTR) return;
                 if (std::chrono::steady_clock::now() > limit)
-                    throw Failure(shown + ": In use by another program", 70);
+                    throw fileFailure(shown, "In use by another program", 70);
                 std::this_thread::sleep_for(std::chrono::milliseconds(5));
             }
             // Who held it before has removed it: the lock that counts is on the file that has the name now.
@@ -278,14 +279,18 @@ thread_local std::map<std::pair<dev_t, ino_t>, HeldFolder> heldFolders;
 
 }  // namespace
 
+Failure fileFailure(const std::string& path, const std::string& reason, int number) {
+    return Failure(escapeControlCharacters(path) + ": " + reason, number);
+}
+
 std::string readFile(const std::string& path, std::size_t limit) {
     // Without O_NONBLOCK the opening of a pipe would wait for its other end.
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     if (file < 0) fail(path, errno);
     struct stat status {};
     if (::fstat(file, &status) != 0) fail(path, errno);
-    if (!S_ISREG(status.st_mode)) throw Failure(path + ": Not a regular file", 75);
-    const auto tooLarge = [&] { return Failure(path + ": File too large", 75); };
+    if (!S_ISREG(status.st_mode)) throw fileFailure(path, "Not a regular file", 75);
+    const auto tooLarge = [&] { return fileFailure(path, "File too large", 75); };
     const std::size_t expected = static_cast<std::size_t>(status.st_size);
     if (expected > limit) throw tooLarge();
     // One byte more than expected shows the end of the file without growing the text.
@@ -326,7 +331,7 @@ void appendFile(const std::string& path, std::string_view bytes, Readable readab
     if (file < 0) fail(path, errno);
     struct stat status {};
     if (::fstat(file, &status) != 0) fail(path, errno);
-    if (!S_ISREG(status.st_mode)) throw Failure(path + ": Not a regular file", 75);
+    if (!S_ISREG(status.st_mode)) throw fileFailure(path, "Not a regular file", 75);
     if (ownerOnly && (status.st_mode & 077) != 0 && ::fchmod(file, 0600) != 0) fail(path, errno);
     writeAll(file, bytes, path, false);
     if (file.close() != 0) fail(path, errno);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/Failure.h"
+
 #include <functional>
 #include <string>
 #include <string_view>
@@ -13,6 +15,9 @@
 namespace relay {
 
 enum class Readable { Everyone, OwnerOnly };
+
+// A failure of the file system: the path, shown so that it stays on one line, and the reason.
+Failure fileFailure(const std::string& path, const std::string& reason, int number);
 
 // The whole file as bytes. Throws Failure (53 when absent; over `limit` bytes; unreadable; not a regular
 // file).

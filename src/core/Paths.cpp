@@ -110,7 +110,7 @@ void makeFolder(const std::string& folder, unsigned mode) {
     if (::mkdir(path.c_str(), mode) == 0 || (errno == EEXIST && folderExists(path))) return;
     const int error = errno;
     const int number = error == EACCES || error == EPERM || error == EROFS ? 70 : error == ENOSPC ? 61 : 75;
-    throw Failure(path + ": " + std::generic_category().message(error), number);
+    throw fileFailure(path, std::generic_category().message(error), number);
 }
 
 bool fileExists(std::string_view path) noexcept {

@@ -10,6 +10,7 @@
 #include <map>
 #include <optional>
 #include <sys/stat.h>
+#include <unordered_map>
 #include <utility>
 
 namespace relay {
@@ -32,21 +33,29 @@ void makePrivate(const std::string& file) {
         ::chmod(file.c_str(), status.st_mode & 0700);
 }
 
-// A person may have written a name with fewer escapes than the program does.
-std::string writtenName(const std::vector<std::string>& names, const std::string& written) {
-    const std::string meant = nameFromSettings(written);
-    for (const std::string& name : names) {
-        if (nameFromSettings(name) == meant) return name;
+// Names by what they mean: a person may have written one with fewer escapes than the program does.
+class WrittenNames final {
+  public:
+    WrittenNames() = default;
+    explicit WrittenNames(const std::vector<std::string>& names) {
+        for (const std::string& name : names) m_names.try_emplace(nameFromSettings(name), name);
     }
-    return written;
-}
+    std::string of(const std::string& written) const {
+        const auto known = m_names.find(nameFromSettings(written));
+        return known == m_names.end() ? written : known->second;
+    }
+
+  private:
+    std::unordered_map<std::string, std::string> m_names;
+};
 
 class Document final {
   public:
     Document() : Document(std::string_view()) {}
     explicit Document(std::string_view text)
         : m_mark(text.starts_with(kByteOrderMark)),
-          m_ini(IniFile::parse(text.substr(m_mark ? kByteOrderMark.size() : 0), IniFile::Style::Settings)) {}
+          m_ini(IniFile::parse(text.substr(m_mark ? kByteOrderMark.size() : 0), IniFile::Style::Settings)),
+          m_sections(m_ini.sections()) {}
 
     std::optional<std::string> value(const Place& wanted) const {
         const Place place = placeOf(wanted);
@@ -62,12 +71,16 @@ class Document final {
   private:
     Place placeOf(const Place& wanted) const {
         if (m_ini.has(wanted.first, wanted.second)) return wanted;
-        const std::string section = writtenName(m_ini.sections(), wanted.first);
-        return {section, writtenName(m_ini.keys(section), wanted.second)};
+        const std::string section = m_sections.of(wanted.first);
+        const auto [keys, isNew] = m_keys.try_emplace(section);
+        if (isNew) keys->second = WrittenNames(m_ini.keys(section));
+        return {section, keys->second.of(wanted.second)};
     }
 
     bool m_mark;
     IniFile m_ini;
+    WrittenNames m_sections;
+    mutable std::unordered_map<std::string, WrittenNames> m_keys;  // by section, once it was asked for
 };
 
 }  // namespace

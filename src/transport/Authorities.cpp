@@ -3,6 +3,7 @@
 
 #include "core/Failure.h"
 #include "core/FileStore.h"
+#include "core/Paths.h"
 #include "core/Text.h"
 
 #include <algorithm>
@@ -38,9 +39,9 @@ void addFolder(std::string_view folder, std::string& bundle) {
     }
 }
 
-// Bundle and folders as one file in memory; the folders alone when the bundle cannot be read.
+// Bundle and folders as one file in memory; the folders alone when the bundle is no file that can be read.
 Authorities inMemory(const std::string& file, const std::string& folders) {
-    if (::access(file.c_str(), R_OK) != 0) return {{}, folders, {}};
+    if (!fileExists(file) || ::access(file.c_str(), R_OK) != 0) return {{}, folders, {}, {}};
     std::string bundle = readFile(file);
     for (std::size_t start = 0; start <= folders.size();) {
         const std::size_t end = std::min(folders.find(':', start), folders.size());
@@ -48,11 +49,11 @@ Authorities inMemory(const std::string& file, const std::string& folders) {
         start = end + 1;
     }
     const int descriptor = ::memfd_create("certificates", MFD_CLOEXEC);
-    if (descriptor < 0) throw Failure(std::string("The certificates for https: ") + std::strerror(errno));
+    if (descriptor < 0) throw Failure(std::strerror(errno));
     std::shared_ptr<void> memory(nullptr, [descriptor](void*) { ::close(descriptor); });
     if (::write(descriptor, bundle.data(), bundle.size()) != static_cast<ssize_t>(bundle.size()))
-        throw Failure(std::string("The certificates for https: ") + std::strerror(errno));
-    return {"/proc/self/fd/" + std::to_string(descriptor), {}, std::move(memory)};
+        throw Failure(std::strerror(errno));
+    return {"/proc/self/fd/" + std::to_string(descriptor), {}, std::move(memory), {}};
 }
 
 }  // namespace
@@ -61,17 +62,31 @@ Authorities Authorities::fromEnvironment(
     const std::function<std::optional<std::string>(const char*)>& environment) {
     std::string file = environment("SSL_CERT_FILE").value_or("");
     std::string folder = environment("SSL_CERT_DIR").value_or("");
-    if (!file.empty() && !folder.empty()) return inMemory(file, folder);
-    if (!file.empty() || !folder.empty()) return {std::move(file), std::move(folder), {}};
+    if (!file.empty() && !folder.empty()) {
+        try {
+            return inMemory(file, folder);
+        } catch (const std::exception& failure) {
+            // Only a request by https is in want of it.
+            return {std::move(file), std::move(folder), {}, failureText(failure)};
+        }
+    }
+    if (!file.empty() || !folder.empty()) return {std::move(file), std::move(folder), {}, {}};
     // The folder that a system has beside its bundle holds the same certificates.
     const curl_version_info_data& built = *curl_version_info(CURLVERSION_NOW);
-    if (built.cainfo != nullptr) return {built.cainfo, {}, {}};
-    return {{}, built.capath == nullptr ? "" : built.capath, {}};
+    if (built.cainfo != nullptr) return {built.cainfo, {}, {}, {}};
+    return {{}, built.capath == nullptr ? "" : built.capath, {}, {}};
 }
 
 void Authorities::check() const {
-    if (file.empty() || ::access(file.c_str(), R_OK) == 0) return;
-    throw Failure("The certificates for https cannot be read: " + file + ": " + std::strerror(errno));
+    std::string why = problem;
+    if (why.empty() && !file.empty()) {
+        // Opening a pipe would wait for its other end.
+        if (::access(file.c_str(), R_OK) != 0)
+            why = file + ": " + std::strerror(errno);
+        else if (!fileExists(file) && memory == nullptr)
+            why = file + ": Not a regular file";
+    }
+    if (!why.empty()) throw Failure("The certificates for https cannot be read: " + why);
 }
 
 }  // namespace relay

@@ -14,12 +14,13 @@ struct Authorities final {
     std::string file;
     std::string folder;            // of files named by their hashes, several parted by ":"
     std::shared_ptr<void> memory;  // of a file that stands in memory only
+    std::string problem;           // why there is none, or empty
 
     // What SSL_CERT_FILE and SSL_CERT_DIR of the environment name, where both are set as one bundle in
     // memory; without either, the system's bundle.
     static Authorities fromEnvironment(
         const std::function<std::optional<std::string>(const char*)>& environment);
-    // Throws Failure when the bundle cannot be read: every server would be refused.
+    // Throws Failure when the bundle cannot be read, or is no file: every server would be refused.
     void check() const;
 };
 

@@ -73,11 +73,7 @@ void HttpTransfer::prepare(const std::string& url, bool post, bool followRedirec
     m_headerBytes = m_headerLines = 0;
     ended = reportedEnd = false;
     set(easy, CURLOPT_URL, url.c_str());
-    // What was sent with TLS is not sent on without.
-    if (const bool secure = startsWithNoCase(url, "https:"); secure != m_redirectsSecure) {
-        set(easy, CURLOPT_REDIR_PROTOCOLS_STR, secure ? "https" : "http,https");
-        m_redirectsSecure = secure;
-    }
+    redirectOnly(startsWithNoCase(url, "https:"));
     set(easy, CURLOPT_FOLLOWLOCATION, followRedirects ? 1L : 0L);
     set(easy, CURLOPT_TIMEOUT_MS, static_cast<long>(timeoutMilliseconds));
     if (post) {
@@ -121,8 +117,19 @@ std::size_t HttpTransfer::takeBody(char* bytes, std::size_t size, std::size_t co
     return taken;
 }
 
+// What was sent with TLS is not sent on without.
+void HttpTransfer::redirectOnly(bool secure) {
+    if (secure == m_redirectsSecure) return;
+    set(easy, CURLOPT_REDIR_PROTOCOLS_STR, secure ? "https" : "http,https");
+    m_redirectsSecure = secure;
+}
+
 std::size_t HttpTransfer::takeHeader(char*, std::size_t size, std::size_t count, void* owner) noexcept {
     auto& transfer = *static_cast<HttpTransfer*>(owner);
+    // A redirect may have led from http to https.
+    const char* scheme = nullptr;
+    curl_easy_getinfo(transfer.easy, CURLINFO_SCHEME, &scheme);
+    if (scheme != nullptr && equalsNoCase(scheme, "https")) transfer.redirectOnly(true);
     transfer.m_headerBytes += size * count;
     ++transfer.m_headerLines;
     const bool tooMuch = transfer.m_headerBytes > kHeaderLimit || transfer.m_headerLines > kHeaderLines;

@@ -75,6 +75,8 @@ struct HttpTransfer final : std::enable_shared_from_this<HttpTransfer> {
 
     std::size_t m_headerBytes = 0;
     std::size_t m_headerLines = 0;
+    void redirectOnly(bool secure);
+
     bool m_redirectsSecure = false;  // redirects must go to https
 };
 

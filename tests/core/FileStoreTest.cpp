@@ -144,18 +144,18 @@ TEST(FileStore, TakesNoLockFromOthersAndClearsWhatTheKilledLeft) {
     EXPECT_EQ(WriteIniValue(home.path("file"), "S", "k", "v"), "1");
     EXPECT_EQ(home.read("target"), "mine");
 
-    const char* const kept[] = {".relay-notes", ".relay-12345678x", ".relay-1", "relay-123456789"};
+    const char* const kept[] = {".relay-notes", ".relay-00000000x", ".relay-123456789012", "relay-123456789"};
     for (const char* const name : kept) home.write(name, "mine");
-    home.write(".relay-123456789012", "left");
-    const int live = ::open(home.write(".relay-987654321098", "live").c_str(), O_RDWR | O_CLOEXEC);
+    home.write(".relay-00000000123", "left");
+    const int live = ::open(home.write(".relay-00000000987", "live").c_str(), O_RDWR | O_CLOEXEC);
     ASSERT_EQ(::flock(live, LOCK_EX), 0);
     writeFile(home.path("file"), "x");
     for (const char* const name : kept) EXPECT_TRUE(fs::exists(home.path(name))) << name;
-    EXPECT_FALSE(fs::exists(home.path(".relay-123456789012")));
-    EXPECT_TRUE(fs::exists(home.path(".relay-987654321098")));
+    EXPECT_FALSE(fs::exists(home.path(".relay-00000000123")));
+    EXPECT_TRUE(fs::exists(home.path(".relay-00000000987")));
     ::close(live);
     writeFile(home.path("file"), "y");
-    EXPECT_FALSE(fs::exists(home.path(".relay-987654321098")));
+    EXPECT_FALSE(fs::exists(home.path(".relay-00000000987")));
 }
 
 TEST(Paths, LieInOneHomeOrInTheDesktopsFolders) {
