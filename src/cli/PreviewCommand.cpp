@@ -30,7 +30,7 @@ std::string PreviewCommand::chosenUrl() const {
     Rows urls;
     loadUrlList(m_website, urls);
     if (urls.empty()) throw Failure(std::string(kNoURL));
-    return urls.at(0).text;
+    return std::string(urls.at(0).text);
 }
 
 int PreviewCommand::execute() {
@@ -44,10 +44,10 @@ int PreviewCommand::execute() {
         details.Password = kHiddenPassword;
     const bool blockSpam = context().home().preference.BlockSpam != 0;
     const std::optional<SubmissionRequest> request =
-        submissionRequest(engine.Method, engine.Action,
+        submissionRequest(engine.Method(), engine.Action(),
                           expandQuery({engine, details, website, catalogue.countries, blockSpam}));
     if (!request) {
-        context().warn("Nothing would be sent: the engine \"" + std::string(engine.name) +
+        context().warn("Nothing would be sent: the engine \"" + std::string(engine.name()) +
                        "\" has no action, or its template holds no macro. It would count as failed.");
         return kSomeFailed;
     }
