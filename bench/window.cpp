@@ -8,6 +8,7 @@
 //   bench_window node HOME           a click on a website of 1,000 URLs, up to its painting
 //   bench_window engines HOME        sort, filter, select all and remove all on the engine screen
 #include "app/Program.h"
+#include "catalogue/Catalogue.h"
 #include "support/ScriptedPrompts.h"
 #include "support/TestHome.h"
 #include "widgets/ListView.h"
@@ -161,15 +162,15 @@ void engineLists(Opened& opened) {
     QElapsedTimer timer;
     timer.start();
     {
-        RowsBatch left(main.engines.lsvEngines);
-        main.engines.lsvEngines.clear();
-        for (const clsEngines& engine : main.engines.engines)
-            addEngineListView(main.engines.lsvEngines, engine);
+        RowsBatch left(main.catalogue.lists.lsvEngines);
+        main.catalogue.lists.lsvEngines.clear();
+        for (const clsEngines& engine : main.catalogue.lists.engines)
+            addEngineListView(main.catalogue.lists.lsvEngines, engine);
     }
     {
-        RowsBatch right(main.engines.lsvSelectedEngines);
-        for (const clsEngines& engine : main.engines.engines)
-            addEngineListView(main.engines.lsvSelectedEngines, engine);
+        RowsBatch right(main.catalogue.lists.lsvSelectedEngines);
+        for (const clsEngines& engine : main.catalogue.lists.engines)
+            addEngineListView(main.catalogue.lists.lsvSelectedEngines, engine);
     }
     paint(opened.program.window());
     report("lists", timer);

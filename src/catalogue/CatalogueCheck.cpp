@@ -14,6 +14,7 @@
 #include <array>
 #include <cstdint>
 #include <deque>
+#include <memory>
 #include <utility>
 
 namespace relay {
@@ -40,7 +41,10 @@ bool isLetter(char c) noexcept {
 class CatalogueCheck final {
   public:
     CatalogueCheck(const EngineCategories& categories, bool refusesAdultSites)
-        : m_rule(categories), m_refusesAdultSites(refusesAdultSites) {}
+        : m_rule(categories),
+          m_refusesAdultSites(refusesAdultSites),
+          m_tables(categories.storage()),
+          m_texts{{}, *m_tables} {}
 
     std::vector<Finding> check(std::string_view text);
 
@@ -49,7 +53,7 @@ class CatalogueCheck final {
     void checkField(EngineKey key, std::string_view value, std::size_t line);
     void checkQuery(std::string_view query, std::size_t line);
     void checkCategory(std::size_t line);
-    void checkQueryOfGet();
+    void checkGet();
     void noteCut(CatalogueReader& reader);
     void closeRecord();
     void reportDuplicates();
@@ -59,7 +63,7 @@ class CatalogueCheck final {
     void report(std::size_t line, std::string_view record, FindingKind kind, Text&& text);
     template <typename Text>
     void report(std::size_t line, FindingKind kind, Text&& text) {
-        report(line, m_engine.name, kind, std::forward<Text>(text));
+        report(line, m_engine.name(), kind, std::forward<Text>(text));
     }
 
     // What is found of one kind.
@@ -76,17 +80,21 @@ class CatalogueCheck final {
 
     CategoryRule m_rule;
     const bool m_refusesAdultSites;
+    const std::shared_ptr<const std::string> m_tables;
     std::vector<Finding> m_findings;
     std::array<Tally, kKinds> m_tallies{};
     std::deque<Name> m_names;
-    clsEngines m_engine;
+    EngineTexts m_texts;
+    clsEngines m_engine{m_texts};
     std::size_t m_recordLine = 0;  // 0 while no key was read
+    std::size_t m_actionLine = 0;  // of the action that counts
     std::size_t m_queryLine = 0;   // of the query that counts
     std::string_view m_cutItem;    // the last item, when a comma closed it
     std::size_t m_cutLine = 0;
 };
 
 std::vector<Finding> CatalogueCheck::check(std::string_view text) {
+    m_texts.file = text;
     CatalogueReader reader(text);
     while (reader.next()) {
         noteCut(reader);
@@ -116,7 +124,7 @@ void CatalogueCheck::noteCut(CatalogueReader& reader) {
         }
         m_cutItem = {};
     }
-    if (reader.key() > EngineKey::Unknown && reader.closedByComma() && !reader.quoted()) {
+    if (reader.key() < EngineKey::None && reader.closedByComma() && !reader.quoted()) {
         m_cutItem = item;
         m_cutLine = reader.line();
     }
@@ -133,16 +141,17 @@ void CatalogueCheck::readItem(CatalogueReader& reader) {
     }
     if (key == EngineKey::Name) {
         closeRecord();
-        m_engine = {};
+        m_engine = clsEngines(m_texts);
     }
     if (key == EngineKey::Name || m_recordLine == 0) m_recordLine = line;
-    storeField(m_engine, key, reader.value());
+    m_engine.set(key, reader.value());
     checkField(key, reader.value(), line);
 }
 
 void CatalogueCheck::checkField(EngineKey key, std::string_view value, std::size_t line) {
     switch (key) {
         case EngineKey::Action:
+            m_actionLine = line;
             if (!value.empty() && !startsWithNoCase(value, "http://") &&
                 !startsWithNoCase(value, "https://")) {
                 report(line, FindingKind::ActionWithoutScheme, [&] {
@@ -197,7 +206,7 @@ void CatalogueCheck::checkQuery(std::string_view query, std::size_t line) {
             return;
         }
         const std::string_view macro = query.substr(open + 1, close - open - 1);
-        if (!isKnownMacro(macro)) {
+        if (!macroOf(macro)) {
             report(line, FindingKind::UnknownMacro,
                    [&] { return "The macro \"" + shown(macro) + "\" is unknown and stands for itself"; });
         }
@@ -205,18 +214,20 @@ void CatalogueCheck::checkQuery(std::string_view query, std::size_t line) {
     }
 }
 
-// Only a whole record tells by which method its query goes.
-void CatalogueCheck::checkQueryOfGet() {
-    const std::string_view query = m_engine.Query;
-    if (!equalsNoCase(m_engine.Method, "GET")) return;
-    if (const std::size_t hash = query.find('#'); hash != npos) {
-        report(m_queryLine, FindingKind::NotForGet, [&] {
-            return "A GET loses all from \"" + shown(query.substr(hash)) + "\" on; %23 stands for the mark";
-        });
-    }
-    if (query.find(' ') != npos) {
-        report(m_queryLine, FindingKind::NotForGet,
-               [&] { return "A GET sends the blanks in \"" + shown(query) + "\" as %20; a form sends +"; });
+// Only a whole record tells by which method its action and its query go.
+void CatalogueCheck::checkGet() {
+    if (!equalsNoCase(m_engine.Method(), "GET")) return;
+    for (const auto& [text, line] :
+         {std::pair(m_engine.Action(), m_actionLine), {m_engine.Query(), m_queryLine}}) {
+        if (const std::size_t hash = text.find('#'); hash != npos)
+            report(line, FindingKind::NotForGet, [&, text = text] {
+                return "A GET loses all from \"" + shown(text.substr(hash)) +
+                       "\" on; %23 stands for the mark";
+            });
+        if (text.find(' ') != npos)
+            report(line, FindingKind::NotForGet, [&, text = text] {
+                return "A GET sends the blanks in \"" + shown(text) + "\" as %20; a form sends +";
+            });
     }
 }
 
@@ -228,24 +239,24 @@ void CatalogueCheck::checkCategory(std::size_t line) {
     }
     if (missesCategoryData(m_engine)) {
         report(line, FindingKind::MissingTable,
-               [&] { return "The category rule \"" + shown(m_engine.Category) + "\" finds no table"; });
+               [&] { return "The category rule \"" + shown(m_engine.Category()) + "\" finds no table"; });
     }
 }
 
 void CatalogueCheck::closeRecord() {
     if (m_recordLine == 0) return;
-    if (m_engine.name.empty()) {
+    if (m_engine.name().empty()) {
         report(m_recordLine, FindingKind::NoName, [&] { return "The record has no name and is not loaded"; });
         return;
     }
-    if (m_engine.Action.empty()) {
+    if (m_engine.Action().empty()) {
         report(m_recordLine, FindingKind::NoAction, [&] { return "The record has no action"; });
     }
-    if (m_engine.Query.empty())
+    if (m_engine.Query().empty())
         report(m_recordLine, FindingKind::NoQuery, [&] { return "The record has no query"; });
-    checkQueryOfGet();
+    checkGet();
     if (isAdultOnly(m_engine) && m_refusesAdultSites) return;
-    m_names.push_back({m_engine.name, static_cast<std::uint32_t>(KeyHash()(m_engine.name)),
+    m_names.push_back({m_engine.name(), static_cast<std::uint32_t>(KeyHash()(m_engine.name())),
                        static_cast<std::uint32_t>(m_recordLine)});
 }
 

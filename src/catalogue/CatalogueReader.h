@@ -1,39 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "catalogue/EngineFields.h"
 #include "core/ItemReader.h"
 
 #include <cstddef>
-#include <cstdint>
 #include <string_view>
 
 namespace relay {
-
-// The keys of an engine record. Keys with several spellings are one.
-enum class EngineKey : std::uint8_t {
-    None,     // an item without "="
-    Unknown,  // a key nobody knows
-    Name,
-    Home,
-    AddURL,
-    Country,
-    CountryOnly,
-    EngineType,
-    Category,
-    Method,
-    Action,
-    Query,
-    AdultOnlySites,
-    Adults,
-    Language,
-    MaxTitle,
-    MaxKeywords,
-    MaxDescriptions,
-    SiteLevel,
-};
-
-// The key without regard to case, with no blank forgiven; Unknown when it is none.
-EngineKey engineKey(std::string_view text) noexcept;
 
 // Walks the engine file item by item, past empty items and comments, to the terminator or the end. The loader
 // and the check read through it, so they see the same file. The views point into the text given.

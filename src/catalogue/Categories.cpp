@@ -78,8 +78,7 @@ void Categories::readCategories(std::string_view text, std::string& strayItems) 
         clsCategory category;
         ItemReader reader(text);
         std::string_view item;
-        while (reader.next(item)) {
-            if (item.empty() || item.front() == '#') continue;
+        while (reader.nextEntry(item)) {
             if (item.size() > 1 && item.front() == '[' && item.back() == ']') {
                 addCategoryList(std::exchange(category, {}));
                 category.MainCategory = item.substr(1, item.size() - 2);
@@ -124,7 +123,7 @@ void Categories::loadSubCategory(std::string_view mainName) {
 
 void Categories::selectMainCategory(int row) {
     selectRow(lstMainCategory, row);
-    const std::string name = lstMainCategory.at(row).text;
+    const std::string_view name = lstMainCategory.at(row).text;
     if (!name.empty()) loadSubCategory(name);
 }
 
@@ -135,14 +134,14 @@ void Categories::setSelectedCategory(std::string_view main, std::string_view sub
     }
     if (wanted.empty()) wanted = "Business and Finance";
 
-    int row = findRow(lstMainCategory, [&](const std::string& text) { return equalsNoCase(text, wanted); });
+    int row = findRow(lstMainCategory, [&](std::string_view text) { return equalsNoCase(text, wanted); });
     if (row >= 0) {
         selectMainCategory(row);
-        row = findRow(lstCategory, [&](const std::string& text) { return equalsNoCase(text, sub); });
+        row = findRow(lstCategory, [&](std::string_view text) { return equalsNoCase(text, sub); });
         if (row >= 0) selectRow(lstCategory, row);
         return;
     }
-    row = findRow(lstMainCategory, [](const std::string& text) { return containsNoCase(text, "Business"); });
+    row = findRow(lstMainCategory, [](std::string_view text) { return containsNoCase(text, "Business"); });
     if (row >= 0) selectMainCategory(row);
 }
 

@@ -27,8 +27,7 @@ bool Countries::loadCountry() {
     m_file = IniFile::parse(text);
     ItemReader reader(text);
     std::string_view item;
-    while (reader.next(item) && !equalsNoCase(item, "[Country Code]")) {
-        if (item.empty() || item.front() == '#') continue;
+    while (reader.nextEntry(item) && !equalsNoCase(item, "[Country Code]")) {
         const std::size_t equals = item.find('=');
         if (equals != npos) cboCountry.emplace_back(item.substr(0, equals));
     }

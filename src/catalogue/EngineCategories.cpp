@@ -8,8 +8,8 @@
 #include "core/Paths.h"
 #include "core/Text.h"
 
-#include <deque>
 #include <utility>
+#include <vector>
 
 namespace relay {
 
@@ -18,16 +18,16 @@ struct EngineCategories::Tables final {
         std::string_view name;
         std::string_view data;
     };
-    struct NameOf final {
-        std::string_view operator()(const Table& table) const noexcept { return table.name; }
-    };
-
     explicit Tables(std::string file);
 
-    std::string text;          // the file; names are views of it
-    std::string data;          // of all tables, one behind the other; never longer than the file and one byte
-    std::deque<Table> tables;  // a deque, so that the pointers to them hold
-    KeySet<const Table, NameOf> byName;
+    std::string text;  // the file; names are views of it
+    std::string data;  // of all tables, one behind the other; never longer than the file and one byte
+    std::vector<Table> tables;
+    KeySet byName;
+
+    auto names() const {
+        return [this](std::uint32_t place) { return tables[place].name; };
+    }
 };
 
 EngineCategories::Tables::Tables(std::string file) : text(std::move(file)) {
@@ -35,15 +35,15 @@ EngineCategories::Tables::Tables(std::string file) : text(std::move(file)) {
     bool reading = false;  // the section is the first of its name
     ItemReader reader(text);
     std::string_view item;
-    while (reader.next(item)) {
-        if (trim(item).empty() || item.front() == '#') continue;
+    while (reader.nextEntry(item)) {
+        if (trim(item).empty()) continue;
         if (equalsNoCase(item, "END")) break;
         if (item.front() == '[') {
             const std::size_t close = item.find(']');
             if (close == npos) continue;
-            tables.push_back({item.substr(1, close - 1), {}});
-            reading = byName.insert(&tables.back());
-            if (!reading) tables.pop_back();
+            const std::string_view name = item.substr(1, close - 1);
+            reading = byName.insert(static_cast<std::uint32_t>(tables.size()), name, names());
+            if (reading) tables.push_back({name, {}});
         } else if (reading) {
             std::string_view& table = tables.back().data;
             const std::size_t start = data.size() - table.size();
@@ -64,12 +64,12 @@ void EngineCategories::load() {
 
 std::string_view EngineCategories::getEngineCategoryData(std::string_view name) const {
     if (m_tables->tables.empty()) throw Failure("Subscript out of range", 9);
-    const Tables::Table* table = m_tables->byName.find(name);
-    return table == nullptr ? std::string_view() : table->data;
+    const std::uint32_t place = m_tables->byName.find(name, m_tables->names());
+    return place == KeySet::kNone ? std::string_view() : m_tables->tables[place].data;
 }
 
-std::shared_ptr<const void> EngineCategories::storage() const noexcept {
-    return m_tables;
+std::shared_ptr<const std::string> EngineCategories::storage() const noexcept {
+    return {m_tables, &m_tables->data};
 }
 
 }  // namespace relay

@@ -26,12 +26,12 @@ class EngineCategories final {
     // stay.
     void load();
     // The table of the first section with the name, without regard to case: label=value entries, each ended
-    // by ">". Empty when there is none. The
-    // view lives as long as storage(). Throws Failure 9 when the file held no section at all.
+    // by ">". Empty when there is none. The view lives as long as storage(). Throws Failure 9 when the file
+    // held no section at all.
     std::string_view getEngineCategoryData(std::string_view name) const;
 
-    // The tables, for those who keep views of them beyond a reload.
-    std::shared_ptr<const void> storage() const noexcept;
+    // What the views point into, for those who keep them beyond a reload.
+    std::shared_ptr<const std::string> storage() const noexcept;
 
   private:
     struct Tables;

@@ -5,21 +5,33 @@
 
 namespace relay {
 
+namespace {
+constexpr std::size_t kUsualRecordBytes = 250;  // a guess to make room by
+}
+
+void EngineCollection::start(std::string file, std::shared_ptr<const std::string> tables) {
+    m_store = std::make_unique<Store>();
+    m_store->file = std::move(file);
+    m_store->tables = std::move(tables);
+    m_store->texts = {m_store->file, *m_store->tables};
+    m_store->byName.reserve(m_store->file.size() / kUsualRecordBytes);
+}
+
 bool EngineCollection::add(const clsEngines& engine) {
-    m_engines.push_back(engine);
-    if (m_byName.insert(&m_engines.back())) return true;
-    m_engines.pop_back();
-    return false;
+    if (!m_store->byName.insert(static_cast<std::uint32_t>(m_store->engines.size()), engine.name(), names()))
+        return false;
+    m_store->engines.push_back(engine);
+    return true;
 }
 
-void EngineCollection::keep(std::shared_ptr<const void> storage) {
-    m_storage.push_back(std::move(storage));
+clsEngines* EngineCollection::find(std::string_view name) noexcept {
+    const std::uint32_t place = m_store->byName.find(name, names());
+    return place == KeySet::kNone ? nullptr : &m_store->engines[place];
 }
 
-void EngineCollection::clear() {
-    m_byName.clear();
-    m_engines.clear();
-    m_storage.clear();
+const clsEngines* EngineCollection::find(std::string_view name) const noexcept {
+    const std::uint32_t place = m_store->byName.find(name, names());
+    return place == KeySet::kNone ? nullptr : &m_store->engines[place];
 }
 
 }  // namespace relay

@@ -7,42 +7,46 @@
 #include <cstddef>
 #include <deque>
 #include <memory>
+#include <memory_resource>
+#include <string>
 #include <string_view>
-#include <vector>
 
 namespace relay {
 
 // The loaded engines in the order of the file, keyed by name without regard to case. Look-up does not depend
-// on their number.
+// on their number; a record stays where it is.
 class EngineCollection final {
   public:
-    // Adds a record; false when the name is already there. The record's texts must live in storage handed to
-    // keep() or in static storage.
+    // Drops all engines and takes over what the next ones point into: the engine file and the category
+    // tables.
+    void start(std::string file, std::shared_ptr<const std::string> tables);
+    std::string& file() noexcept { return m_store->file; }
+    const EngineTexts& texts() const noexcept { return m_store->texts; }
+    // Adds a record of texts(); false when the name is already there.
     bool add(const clsEngines& engine);
-    // Keeps storage alive until clear().
-    void keep(std::shared_ptr<const void> storage);
-    void clear();
-    // Makes room for so many engines in all, ahead of adding them.
-    void reserve(std::size_t count) { m_byName.reserve(count); }
-    // A hint that an engine with the name will be added a little later.
-    void expect(std::string_view name) const noexcept { m_byName.expect(name); }
 
-    std::size_t count() const noexcept { return m_engines.size(); }
-    clsEngines* find(std::string_view name) noexcept { return m_byName.find(name); }
-    const clsEngines* find(std::string_view name) const noexcept { return m_byName.find(name); }
-    auto begin() noexcept { return m_engines.begin(); }
-    auto end() noexcept { return m_engines.end(); }
-    auto begin() const noexcept { return m_engines.begin(); }
-    auto end() const noexcept { return m_engines.end(); }
+    std::size_t count() const noexcept { return m_store->engines.size(); }
+    clsEngines* find(std::string_view name) noexcept;
+    const clsEngines* find(std::string_view name) const noexcept;
+    auto begin() noexcept { return m_store->engines.begin(); }
+    auto end() noexcept { return m_store->engines.end(); }
+    auto begin() const noexcept { return m_store->engines.begin(); }
+    auto end() const noexcept { return m_store->engines.end(); }
 
   private:
-    struct NameOf final {
-        std::string_view operator()(const clsEngines& engine) const noexcept { return engine.name; }
-    };
+    auto names() const {
+        return [this](std::uint32_t place) { return m_store->engines[place].name(); };
+    }
 
-    std::deque<clsEngines> m_engines;
-    KeySet<clsEngines, NameOf> m_byName;
-    std::vector<std::shared_ptr<const void>> m_storage;
+    struct Store final {
+        std::string file;
+        std::shared_ptr<const std::string> tables;
+        EngineTexts texts{};
+        std::pmr::monotonic_buffer_resource memory{};
+        std::pmr::deque<clsEngines> engines{&memory};
+        KeySet byName{};
+    };
+    std::unique_ptr<Store> m_store = std::make_unique<Store>();
 };
 
 }  // namespace relay

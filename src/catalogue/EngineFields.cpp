@@ -6,7 +6,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <limits>
+#include <vector>
 
 namespace relay {
 
@@ -14,6 +16,58 @@ namespace {
 
 constexpr std::string_view kSharedFFA = "Free For All Links";
 constexpr std::string_view kSharedGeneral = "General For All Links";
+
+// A key as two numbers that are equal for equal keys of one length, whatever their case: its first and its
+// last bytes (which may overlap), with the bit set that tells small letters from capitals. Keys are letters
+// only, so no other byte can pass for one of theirs.
+struct Signature final {
+    std::uint64_t first = 0;
+    std::uint64_t last = 0;
+    bool operator==(const Signature&) const = default;
+};
+
+constexpr std::size_t kShortestKey = 4;
+constexpr std::size_t kLongestKey = 14;
+
+// Of a text from kShortestKey to kLongestKey long.
+Signature signatureOf(std::string_view text) noexcept {
+    const auto load = [](const char* from, auto word) {
+        std::memcpy(&word, from, sizeof word);
+        return static_cast<std::uint64_t>(word) | 0x2020202020202020u;
+    };
+    const char* const end = text.data() + text.size();
+    if (text.size() < 8) return {load(text.data(), std::uint32_t()), load(end - 4, std::uint32_t())};
+    return {load(text.data(), std::uint64_t()), load(end - 8, std::uint64_t())};
+}
+
+struct KeyRow final {
+    KeyRow(std::string_view text, EngineKey meaning)
+        : length(text.size()), signature(signatureOf(text)), key(meaning) {}
+
+    std::size_t length;
+    Signature signature;
+    EngineKey key;
+};
+
+// Every spelling of every key, the shortest first.
+const std::vector<KeyRow> kKeys = [] {
+    std::vector<KeyRow> keys;
+    for (const EngineField& field : EngineFields) {
+        for (const std::string_view spelling : field.spellings)
+            if (!spelling.empty()) keys.emplace_back(spelling, field.key);
+    }
+    std::sort(keys.begin(), keys.end(), [](const KeyRow& a, const KeyRow& b) { return a.length < b.length; });
+    return keys;
+}();
+
+// Place of the first key of each length; one more for the end.
+const auto kFirstOfLength = [] {
+    std::array<std::size_t, kLongestKey + 2> first{};
+    for (std::size_t length = 0; length < first.size(); ++length) {
+        while (first[length] < kKeys.size() && kKeys[first[length]].length < length) ++first[length];
+    }
+    return first;
+}();
 
 // Every byte once, A to Z for the small letters, as storage for one-letter fields.
 constexpr auto kUpperBytes = [] {
@@ -23,11 +77,6 @@ constexpr auto kUpperBytes = [] {
     }
     return bytes;
 }();
-
-std::string_view firstLetter(std::string_view value) noexcept {
-    if (value.empty()) return {};
-    return {&kUpperBytes[static_cast<unsigned char>(value.front())], 1};
-}
 
 // Whole numbers of a few digits are what the file is full of; all else takes the long way.
 int number(std::string_view value) noexcept {
@@ -47,86 +96,57 @@ std::int16_t siteLevel(std::string_view value) noexcept {
 
 }  // namespace
 
-void storeField(clsEngines& engine, EngineKey key, std::string_view value) {
-    switch (key) {
-        case EngineKey::Name:
-            engine.name = value;
-            break;
-        case EngineKey::Home:
-            engine.Home = value;
-            break;
-        case EngineKey::AddURL:
-            engine.AddURL = value;
-            break;
-        case EngineKey::Country:
-            engine.Country = equalsNoCase(value, "NN") ? std::string_view("US") : value;
-            break;
-        case EngineKey::CountryOnly:
-            engine.CountryOnly = value;
-            break;
-        case EngineKey::EngineType:
-            engine.EngineType = value;
-            break;
-        case EngineKey::Category:
-            engine.Category = value;
-            break;
-        case EngineKey::Method:
-            engine.Method = value;
-            break;
-        case EngineKey::Action:
-            engine.Action = value;
-            break;
-        case EngineKey::Query:
-            engine.Query = value;
-            break;
-        case EngineKey::AdultOnlySites:
-            engine.AdultOnlySites = firstLetter(value);
-            break;
-        case EngineKey::Adults:
-            engine.Adults = firstLetter(value);
-            break;
-        case EngineKey::Language:
-            engine.Language = value;
-            break;
-        case EngineKey::MaxTitle:
-            engine.MaxTitle = number(value);
-            break;
-        case EngineKey::MaxKeywords:
-            engine.MaxKeywords = number(value);
-            break;
-        case EngineKey::MaxDescriptions:
-            engine.MaxDescriptions = number(value);
-            break;
-        case EngineKey::SiteLevel:
-            engine.SiteLevel = siteLevel(value);
-            break;
-        case EngineKey::None:
-        case EngineKey::Unknown:
-            break;
+EngineKey engineKey(std::string_view text) noexcept {
+    if (text.size() < kShortestKey || text.size() > kLongestKey) return EngineKey::Unknown;
+    const Signature signature = signatureOf(text);
+    const std::size_t end = kFirstOfLength[text.size() + 1];
+    for (std::size_t place = kFirstOfLength[text.size()]; place < end; ++place) {
+        if (signature == kKeys[place].signature) return kKeys[place].key;
+    }
+    return EngineKey::Unknown;
+}
+
+std::string_view clsEngines::letter(std::uint16_t code) noexcept {
+    return code == 0 ? std::string_view() : std::string_view(&kUpperBytes[code - 1u], 1);
+}
+
+void clsEngines::set(EngineKey key, std::string_view value) noexcept {
+    const auto place = static_cast<std::size_t>(key);
+    if (place < kTexts) {
+        const std::string_view& from = key == EngineKey::CategoryData ? m_texts->tables : m_texts->file;
+        m_parts[place] = value.empty() ? Part()
+                                       : Part{static_cast<std::uint32_t>(value.data() - from.data()),
+                                              static_cast<std::uint32_t>(value.size())};
+    } else if (place < kTexts + kLetters) {
+        m_letters[place - kTexts] =
+            static_cast<std::uint16_t>(value.empty() ? 0 : static_cast<unsigned char>(value.front()) + 1);
+    } else if (key < EngineKey::None) {
+        m_numbers[place - kTexts - kLetters] =
+            key == EngineKey::SiteLevel ? siteLevel(value) : relay::number(value);
     }
 }
 
 void CategoryRule::resolve(clsEngines& engine) {
-    const std::string_view rule = engine.Category;
-    if (equalsNoCase(rule, "F") || (equalsNoCase(rule, "N") && equalsNoCase(engine.EngineType, "FFA"))) {
-        engine.CategoryData = m_categories.getEngineCategoryData(kSharedFFA);
+    const std::string_view rule = engine.Category();
+    if (equalsNoCase(rule, "F") || (equalsNoCase(rule, "N") && equalsNoCase(engine.EngineType(), "FFA"))) {
+        engine.set(EngineKey::CategoryData, m_categories.getEngineCategoryData(kSharedFFA));
     } else if (equalsNoCase(rule, "G")) {
-        engine.CategoryData = m_categories.getEngineCategoryData(kSharedGeneral);
+        engine.set(EngineKey::CategoryData, m_categories.getEngineCategoryData(kSharedGeneral));
     } else if (equalsNoCase(rule, "Y") || equalsNoCase(rule, "C")) {
-        if (engine.name.data() != m_name.data()) {
-            m_ownData = m_categories.getEngineCategoryData(engine.name);
-            m_name = engine.name;
+        if (engine.name().data() != m_name.data()) {
+            m_ownData = m_categories.getEngineCategoryData(engine.name());
+            m_name = engine.name();
         }
-        engine.CategoryData = m_ownData;
+        engine.set(EngineKey::CategoryData, m_ownData);
     }
 }
 
 bool missesCategoryData(const clsEngines& engine) noexcept {
-    return engine.CategoryData.empty() && !equalsNoCase(engine.Category, "N");
+    return engine.CategoryData().empty() && !equalsNoCase(engine.Category(), "N");
 }
 
 bool isAdultOnly(const clsEngines& engine) noexcept {
-    return engine.AdultOnlySites == "Y";
+    return engine.AdultOnlySites() == "Y";
 }
 
 }  // namespace relay

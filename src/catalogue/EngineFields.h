@@ -1,20 +1,46 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "catalogue/CatalogueReader.h"
 #include "catalogue/clsEngines.h"
 
+#include <array>
 #include <string_view>
 
 namespace relay {
 
 class EngineCategories;
 
-// The rules by which an item of the engine file becomes a field of its record.
-//
-// Stores the value under its key; a key of another kind changes nothing. The texts point into the value or
-// into static storage; Country and EngineType are not in upper case yet.
-void storeField(clsEngines& engine, EngineKey key, std::string_view value);
+// A field of the record: its name where a person or a program reads it, and its key in the engine file in all
+// spellings, the first of which is written. A new field is one row here and an accessor in clsEngines.
+struct EngineField final {
+    EngineKey key;
+    std::string_view name;
+    std::array<std::string_view, 4> spellings{};
+};
+
+inline constexpr std::array<EngineField, 18> EngineFields{{
+    {EngineKey::Name, "name", {"Name"}},
+    {EngineKey::Home, "Home", {"Home"}},
+    {EngineKey::AddURL, "AddURL", {"AddURL"}},
+    {EngineKey::Country, "Country", {"Country"}},
+    {EngineKey::CountryOnly, "CountryOnly", {"CountryOnly"}},
+    {EngineKey::EngineType, "EngineType", {"Type", "EngineType"}},
+    {EngineKey::Category, "Category", {"Category", "CategoryType"}},
+    {EngineKey::CategoryData, "CategoryData", {}},
+    {EngineKey::Method, "Method", {"Method"}},
+    {EngineKey::Action, "Action", {"Action"}},
+    {EngineKey::Query, "Query", {"Query"}},
+    {EngineKey::AdultOnlySites, "AdultOnlySites", {"AdultOnlySites", "AdultOnlySite"}},
+    {EngineKey::Adults, "Adults", {"Adults", "Adult", "AdultSite", "AdultSites"}},
+    {EngineKey::Language, "Language", {"Language"}},
+    {EngineKey::MaxTitle, "MaxTitle", {"MaxTitle"}},
+    {EngineKey::MaxKeywords, "MaxKeywords", {"MaxKeywords", "MaxKeyword"}},
+    {EngineKey::MaxDescriptions, "MaxDescriptions", {"MaxDescription", "MaxDescr"}},
+    {EngineKey::SiteLevel, "SiteLevel", {"SiteLevel"}},
+}};
+
+// The key without regard to case, with no blank forgiven; Unknown when it is none.
+EngineKey engineKey(std::string_view text) noexcept;
 
 // Looks up CategoryData by a record's category rule. It remembers the last name, so that a record that gives
 // its rule a million times does not have its name searched for as often.

@@ -41,7 +41,7 @@ std::size_t groupOf(std::string_view type) noexcept {
 std::string engineListPage(const EngineCollection& engines) {
     std::array<std::string, kGroups.size()> items;
     for (const clsEngines& engine : engines) {
-        items[groupOf(engine.EngineType)].append("<li>").append(engine.name).append("</li>\r\n");
+        items[groupOf(engine.EngineType())].append("<li>").append(engine.name()).append("</li>\r\n");
     }
     std::string page =
         "<html><body>\r\n"

@@ -3,6 +3,26 @@
 
 namespace relay {
 
+namespace {
+
+class EngineRows final : public RowSource {
+    static const clsEngines& engine(const void* record) { return *static_cast<const clsEngines*>(record); }
+
+    std::string_view key(const void* record) const override { return engine(record).name(); }
+    std::size_t columns(const void*) const override { return 3; }
+    std::string_view text(const void* record, std::size_t column) const override {
+        const clsEngines& shown = engine(record);
+        return column == 0 ? shown.name() : column == 1 ? shown.EngineType() : shown.Country();
+    }
+    std::string_view icon(const void* record) const override {
+        return EngineTypes[engineTypeIndex(engine(record).EngineType())].icon;
+    }
+};
+
+const EngineRows kEngineRows;
+
+}  // namespace
+
 EngineLists::EngineLists() {
     lsvEngines.setColumns({"All Engines", "Type", "Country"});
     lsvSelectedEngines.setColumns({"Selected Engines", "Type", "Country"});
@@ -12,18 +32,11 @@ EngineLists::EngineLists() {
 }
 
 void addEngineListView(Rows& list, const clsEngines& engine) {
-    Row row;
-    addEngineListView(list, engine, row);
+    list.add(kEngineRows, &engine);
 }
 
-void addEngineListView(Rows& list, const clsEngines& engine, Row& scratch) {
-    scratch.key = engine.name;
-    scratch.text = engine.name;
-    scratch.subItems.resize(2);
-    scratch.subItems[0] = engine.EngineType;
-    scratch.subItems[1] = engine.Country;
-    scratch.icon = EngineTypes[engineTypeIndex(engine.EngineType)].icon;
-    list.add(scratch);
+void addEngineListView(Rows& list, const EngineCollection& engines) {
+    list.addAll(kEngineRows, engines);
 }
 
 }  // namespace relay

@@ -44,7 +44,7 @@ struct EngineLists final {
 // Adds the engine's row: key and text its name, its type and country beside it, the type's icon. Throws
 // Failure 457 when the name has a row already.
 void addEngineListView(Rows& list, const clsEngines& engine);
-// The same with a row lent by the caller, whose texts keep their room from one engine to the next.
-void addEngineListView(Rows& list, const clsEngines& engine, Row& scratch);
+// Adds the rows of all engines, none of which may have one yet.
+void addEngineListView(Rows& list, const EngineCollection& engines);
 
 }  // namespace relay

@@ -13,7 +13,6 @@
 #include "core/clsPreference.h"
 
 #include <limits>
-#include <memory>
 #include <string>
 #include <utility>
 
@@ -21,9 +20,8 @@ namespace relay {
 
 namespace {
 
-constexpr std::size_t kUsualRecordBytes = 250;  // a guess to make room by
-constexpr std::size_t kMostRemarks = 1000;      // of one kind in one load
-constexpr std::size_t kRemarkedBytes = 500;     // of a name or a value
+constexpr std::size_t kMostRemarks = 1000;   // of one kind in one load
+constexpr std::size_t kRemarkedBytes = 500;  // of a name or a value
 constexpr std::size_t kMostCustomEngines = std::numeric_limits<std::int16_t>::max();  // as their index goes
 constexpr std::array<std::string_view, 3> kRemarks{
     "Error_Engine_URL:", "CategoryData missing. Engine: ", "Duplicate Engine: "};
@@ -32,13 +30,12 @@ std::string countText(std::uint16_t count) {
     return std::to_string(static_cast<std::int16_t>(count)) + ")";
 }
 
-// Turns a part of the text into upper case where it stands; any other text must be upper case already.
-std::string_view upperCase(std::string& text, std::string_view part) {
+// Turns a part of the text into upper case where it stands.
+void upperCase(std::string& text, std::string_view part) {
     const auto start = static_cast<std::size_t>(part.data() - text.data());
     for (std::size_t i = 0; i < part.size(); ++i) {
         if (part[i] >= 'a' && part[i] <= 'z') text[start + i] = static_cast<char>(part[i] - 'a' + 'A');
     }
-    return part;
 }
 
 }  // namespace
@@ -68,45 +65,48 @@ void EngineLoader::emptySelection() {
 }
 
 void EngineLoader::readEngines() {
-    const auto text = std::make_shared<std::string>(readFile(m_services.paths.inWindows("krveng5.dat")));
-    if (text->empty()) throw Failure("The file is empty");
-    Load load{*text, CategoryRule(m_categories)};
-    {
-        const RowsBatch batch(m_lists.lsvEngines);
-        m_lists.engines.clear();
-        m_lists.engines.keep(text);
-        m_lists.engines.keep(m_categories.storage());
-        const std::size_t expected = text->size() / kUsualRecordBytes;
-        m_lists.engines.reserve(expected);
-        m_lists.lsvEngines.reserve(static_cast<int>(expected));
-
-        clsEngines engine;
-        CatalogueReader reader(*text);
-        while (reader.next()) {
-            if (reader.key() == EngineKey::Name) {
-                addEngineList(engine);
-                engine = {};
-                m_lists.engines.expect(reader.value());
-                m_lists.lsvEngines.expect(reader.value());
-                ++load.engines;
-            }
-            applyItem(engine, reader.key(), reader.value(), load);
-        }
-        addEngineList(engine);
+    std::string text = readFile(m_services.paths.inWindows("krveng5.dat"));
+    if (text.empty()) throw Failure("The file is empty");
+    EngineCollection& engines = m_lists.engines;
+    engines.start(std::move(text), m_categories.storage());
+    Load load{engines.file(), CategoryRule(m_categories)};
+    try {
+        readRecords(load);
+    } catch (const std::exception&) {
+        addEngineListView(m_lists.lsvEngines, engines);
+        throw;
     }
+    addEngineListView(m_lists.lsvEngines, engines);
     showCounts(load);
 }
 
+void EngineLoader::readRecords(Load& load) {
+    const clsEngines blank(m_lists.engines.texts());
+    clsEngines engine = blank;
+    CatalogueReader reader(load.text);
+    while (reader.next()) {
+        if (reader.key() == EngineKey::Name) {
+            addEngineList(engine);
+            engine = blank;
+            ++load.engines;
+        }
+        applyItem(engine, reader.key(), reader.value(), load);
+    }
+    addEngineList(engine);
+}
+
 void EngineLoader::applyItem(clsEngines& engine, EngineKey key, std::string_view value, Load& load) {
-    storeField(engine, key, value);
+    engine.set(key, value);
     switch (key) {
         case EngineKey::Country:
-            engine.Country = upperCase(load.text, engine.Country);
-            if (!m_lists.countryFilter.contains(engine.Country)) addCountryFilterList(engine.Country);
+            upperCase(load.text, value);
+            if (value == "NN")
+                load.text.replace(static_cast<std::size_t>(value.data() - load.text.data()), 2, "US");
+            if (!m_lists.countryFilter.contains(value)) addCountryFilterList(value);
             break;
         case EngineKey::EngineType:
-            engine.EngineType = upperCase(load.text, engine.EngineType);
-            ++load.types[engineTypeIndex(engine.EngineType)];
+            upperCase(load.text, value);
+            ++load.types[engineTypeIndex(value)];
             break;
         case EngineKey::Category:
             applyCategory(engine, load);
@@ -122,27 +122,23 @@ void EngineLoader::applyItem(clsEngines& engine, EngineKey key, std::string_view
 
 void EngineLoader::applyCategory(clsEngines& engine, Load& load) {
     load.rule.resolve(engine);
-    if (equalsNoCase(engine.Category, "C")) addCustomEngine(engine, load);
+    if (equalsNoCase(engine.Category(), "C")) addCustomEngine(engine, load);
     if (missesCategoryData(engine)) remark(Remark::NoCategoryData, engine);
 }
 
 // A record that gives its rule again and again adds its name as often, but not without end.
 void EngineLoader::addCustomEngine(const clsEngines& engine, Load& load) {
-    load.customNameBytes += engine.name.size();
+    load.customNameBytes += engine.name().size();
     if (load.customNameBytes > load.text.size() || m_lists.myCustomEngine.size() >= kMostCustomEngines)
         return;
-    m_lists.cboCustomEngines.emplace_back(engine.name);
-    m_lists.myCustomEngine.push_back({std::string(engine.name), {}, {}});
+    m_lists.cboCustomEngines.emplace_back(engine.name());
+    m_lists.myCustomEngine.push_back({std::string(engine.name()), {}, {}});
 }
 
 void EngineLoader::addEngineList(const clsEngines& engine) {
-    if (engine.name.empty()) return;
+    if (engine.name().empty()) return;
     if (isAdultOnly(engine) && m_services.preference.refusesAdultSites()) return;
-    if (m_lists.engines.add(engine)) {
-        addEngineListView(m_lists.lsvEngines, engine, m_row);
-    } else {
-        remark(Remark::Duplicate, engine);
-    }
+    if (!m_lists.engines.add(engine)) remark(Remark::Duplicate, engine);
 }
 
 void EngineLoader::addCountryFilterList(std::string_view code) {
@@ -156,9 +152,9 @@ void EngineLoader::remark(Remark kind, const clsEngines& engine) {
     const auto place = static_cast<std::size_t>(kind);
     if (++m_remarks[place] > kMostRemarks) return;
     std::string line(kRemarks[place]);
-    line.append(escapeControlCharacters(left(engine.name, kRemarkedBytes)));
+    line.append(escapeControlCharacters(left(engine.name(), kRemarkedBytes)));
     if (kind == Remark::UnknownAction)
-        line.append(" - ").append(escapeControlCharacters(left(engine.Action, kRemarkedBytes)));
+        line.append(" - ").append(escapeControlCharacters(left(engine.Action(), kRemarkedBytes)));
     m_services.log.WriteErrorLog(line);
 }
 

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "catalogue/EngineFields.h"
-#include "core/Row.h"
+#include "catalogue/CatalogueReader.h"
 
 #include <array>
 #include <cstddef>
@@ -27,8 +26,8 @@ class EngineLoader final {
     // read. Replaces the engines and empties the selection; the country filter and the custom engines only
     // ever grow. The log is told a thousand remarks of a kind, and the number of those beyond.
     void load();
-    // Adds a finished record and its row. One without a name, or for adult sites only where these are
-    // refused, is dropped in silence; one whose name is taken goes to the log.
+    // Adds a finished record, whose row the end of the load adds. One without a name, or for adult sites only
+    // where these are refused, is dropped in silence; one whose name is taken goes to the log.
     void addEngineList(const clsEngines& engine);
     void addCountryFilterList(std::string_view code);
 
@@ -47,6 +46,7 @@ class EngineLoader final {
 
     void emptySelection();
     void readEngines();
+    void readRecords(Load& load);
     void applyItem(clsEngines& engine, EngineKey key, std::string_view value, Load& load);
     void applyCategory(clsEngines& engine, Load& load);
     void addCustomEngine(const clsEngines& engine, Load& load);
@@ -59,7 +59,6 @@ class EngineLoader final {
     const EngineCategories& m_categories;
     const Countries& m_countries;
     std::array<std::size_t, 3> m_remarks{};  // of each kind, in the load that runs
-    Row m_row;                               // scratch of addEngineList
 };
 
 }  // namespace relay

@@ -43,7 +43,7 @@ void EngineSelection::bulk(std::string_view words, const std::function<void()>& 
 void EngineSelection::select(clsEngines& engine) {
     engine.Selected = true;
     // The row may have outlived a deletion from lsvEngines.
-    if (!m_lists.lsvSelectedEngines.contains(engine.name))
+    if (!m_lists.lsvSelectedEngines.contains(engine.name()))
         addEngineListView(m_lists.lsvSelectedEngines, engine);
 }
 
@@ -55,7 +55,7 @@ void EngineSelection::selectWhere(const std::function<bool(const clsEngines&)>& 
 
 // Walks the rows once, so that thousands of them go as quickly as one.
 void EngineSelection::unselectWhere(const std::function<bool(const clsEngines&)>& qualifies) {
-    m_lists.lsvSelectedEngines.removeIf([&](const Row& row) {
+    m_lists.lsvSelectedEngines.removeIf([&](const RowView& row) {
         clsEngines& engine = engineOf(row.key);
         if (!qualifies(engine)) return false;
         engine.Selected = false;
@@ -89,7 +89,7 @@ void EngineSelection::tickAllTypes(bool on) {
 void EngineSelection::EngineSelectByType(std::string_view type, bool on) {
     bulk("EngineSelectByType_Error: ", [&] {
         const auto qualifies = [&](const clsEngines& engine) {
-            return equalsNoCase(engine.EngineType, type) || containsNoCase(engine.EngineType, "HOT");
+            return equalsNoCase(engine.EngineType(), type) || containsNoCase(engine.EngineType(), "HOT");
         };
         if (on) {
             selectWhere(qualifies);
@@ -103,7 +103,7 @@ void EngineSelection::EngineSelectByCountry(std::string_view rowText) {
     bulk("EngineSelectByCountry_Error: ", [&] {
         const std::string_view code = countryCode(rowText);
         const bool every = equalsNoCase(code, "ALL");
-        selectWhere([&](const clsEngines& engine) { return every || equalsNoCase(code, engine.Country); });
+        selectWhere([&](const clsEngines& engine) { return every || equalsNoCase(code, engine.Country()); });
     });
 }
 
@@ -111,11 +111,11 @@ void EngineSelection::SelectByMode(std::string_view mode) {
     bulk("EngineSelection_Error: ", [&] {
         unselectWhere([](const clsEngines&) { return true; });
         if (equalsNoCase(mode, "MajorSite")) {
-            selectWhere([](const clsEngines& engine) { return engine.SiteLevel == 1; });
+            selectWhere([](const clsEngines& engine) { return engine.SiteLevel() == 1; });
         } else if (equalsNoCase(mode, "CustomEngine")) {
-            selectWhere([](const clsEngines& engine) { return equalsNoCase(engine.Category, "C"); });
+            selectWhere([](const clsEngines& engine) { return equalsNoCase(engine.Category(), "C"); });
         } else if (equalsNoCase(mode, "AdultOnlySite")) {
-            selectWhere([](const clsEngines& engine) { return equalsNoCase(engine.AdultOnlySites, "Y"); });
+            selectWhere([](const clsEngines& engine) { return equalsNoCase(engine.AdultOnlySites(), "Y"); });
         }
     });
 }
@@ -123,7 +123,7 @@ void EngineSelection::SelectByMode(std::string_view mode) {
 void EngineSelection::EngineSelectNoAdultSites() {
     bulk("EngineSelectNoAdultSites_Error: ", [&] {
         unselectWhere([](const clsEngines& engine) {
-            return startsWithNoCase(engine.Adults, "N") || startsWithNoCase(engine.AdultOnlySites, "Y");
+            return startsWithNoCase(engine.Adults(), "N") || startsWithNoCase(engine.AdultOnlySites(), "Y");
         });
     });
 }
@@ -131,7 +131,7 @@ void EngineSelection::EngineSelectNoAdultSites() {
 void EngineSelection::EngineSelect(bool all) {
     bulk("Module: EngineSelect_Error: ", [&] {
         for (int place = 0; place < m_lists.lsvEngines.count(); ++place) {
-            const Row& row = m_lists.lsvEngines.at(place);
+            const RowView row = m_lists.lsvEngines.at(place);
             if (!all && !row.highlighted) continue;
             clsEngines& engine = engineOf(row.key);
             if (!engine.Selected) select(engine);
@@ -142,7 +142,7 @@ void EngineSelection::EngineSelect(bool all) {
 
 void EngineSelection::EngineRemove(bool all) {
     bulk("Module: EngineRemove_Error: ", [&] {
-        m_lists.lsvSelectedEngines.removeIf([&](const Row& row) {
+        m_lists.lsvSelectedEngines.removeIf([&](const RowView& row) {
             if (!all && !row.highlighted) return false;
             engineOf(row.key).Selected = false;
             return true;
@@ -178,7 +178,7 @@ void EngineSelection::findEnginesByKeyword(std::string_view text) {
 
 void EngineSelection::deleteListedEngines() {
     trap(m_services.prompts, "lsvEngines_KeyDown_Error: ", [&] {
-        m_lists.lsvEngines.removeIf([&](const Row& row) {
+        m_lists.lsvEngines.removeIf([&](const RowView& row) {
             if (!row.highlighted) return false;
             engineOf(row.key).Selected = false;
             return true;

@@ -3,20 +3,50 @@
 
 #include "core/Text.h"
 
-#include <algorithm>
 #include <array>
+#include <utility>
 
 namespace relay {
 
-bool isKnownMacro(std::string_view name) noexcept {
-    static constexpr std::array<std::string_view, 28> kMacros{
-        "title",          "keyword", "keywords", "description", "url",       "category", "subcategory",
-        "customcategory", "spaceid", "name",     "fullname",    "firstname", "lastname", "email",
-        "company",        "address", "city",     "postcode",    "state",     "country",  "countrycode",
-        "phone",          "fax",     "language", "webtype",     "password",  "entryby",  "entryurl",
-    };
-    return std::any_of(kMacros.begin(), kMacros.end(),
-                       [&](std::string_view macro) { return equalsNoCase(name, macro); });
+namespace {
+
+constexpr std::array<std::pair<std::string_view, Macro>, 28> kMacros{{
+    {"title", Macro::Title},
+    {"keyword", Macro::Keyword},
+    {"keywords", Macro::Keyword},
+    {"description", Macro::Description},
+    {"url", Macro::URL},
+    {"category", Macro::Category},
+    {"subcategory", Macro::Category},
+    {"customcategory", Macro::CustomCategory},
+    {"spaceid", Macro::SpaceID},
+    {"name", Macro::Name},
+    {"fullname", Macro::Name},
+    {"firstname", Macro::FirstName},
+    {"lastname", Macro::LastName},
+    {"email", Macro::Email},
+    {"company", Macro::Company},
+    {"address", Macro::Address},
+    {"city", Macro::City},
+    {"postcode", Macro::Postcode},
+    {"state", Macro::State},
+    {"country", Macro::Country},
+    {"countrycode", Macro::CountryCode},
+    {"phone", Macro::Phone},
+    {"fax", Macro::Fax},
+    {"language", Macro::Language},
+    {"webtype", Macro::WebType},
+    {"password", Macro::Password},
+    {"entryby", Macro::EntryBy},
+    {"entryurl", Macro::EntryURL},
+}};
+
+}  // namespace
+
+std::optional<Macro> macroOf(std::string_view name) noexcept {
+    for (const auto& [known, macro] : kMacros)
+        if (equalsNoCase(name, known)) return macro;
+    return std::nullopt;
 }
 
 }  // namespace relay

@@ -1,13 +1,43 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string_view>
 
 namespace relay {
 
-// A name that a Query template may hold in angle brackets and that is replaced by a value of the website,
-// without regard to case. Any other text in brackets stands for itself. The values come
-// from submission/SubmissionData.
-bool isKnownMacro(std::string_view name) noexcept;
+// What a name in angle brackets stands for in a Query template. The values come from
+// submission/SubmissionData.
+enum class Macro : std::uint8_t {
+    Title,
+    Keyword,
+    Description,
+    URL,
+    Category,
+    CustomCategory,
+    SpaceID,
+    Name,
+    FirstName,
+    LastName,
+    Email,
+    Company,
+    Address,
+    City,
+    Postcode,
+    State,
+    Country,
+    CountryCode,
+    Phone,
+    Fax,
+    Language,
+    WebType,
+    Password,
+    EntryBy,
+    EntryURL,
+};
+
+// Without regard to case; nothing for a name that is no macro and stands for itself.
+std::optional<Macro> macroOf(std::string_view name) noexcept;
 
 }  // namespace relay

@@ -1,36 +1,109 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
-#include <string>
 #include <string_view>
 
 namespace relay {
 
-// One engine: a plain record. The texts are views into storage that the EngineCollection keeps for as long as
-// its records live (the catalogue file itself and the category tables), so a hundred thousand records stay
-// small.
-struct clsEngines final {
-    std::string_view name;  // key in the collection, in the lists and in selection files
-    std::string_view Home;
-    std::string_view AddURL;
-    std::string_view Country;  // two letters, upper case
-    std::string_view CountryOnly;
-    std::string_view EngineType;    // ENG, DIR, FFA, NEWS, MALL, HOT, MIS, or other text as it stood
-    std::string_view Category;      // category rule, as written: F, G, Y, C, N
-    std::string_view CategoryData;  // label=value entries, each ended by ">"
-    std::string_view Method;
-    std::string_view Action;
-    std::string_view Query;           // template with macros in angle brackets
-    std::string_view AdultOnlySites;  // "Y", "N" or empty
-    std::string_view Adults;
-    std::string_view WebType;  // no key of the file fills it
-    std::string_view Language;
-    std::int32_t MaxTitle = 0;
-    std::int32_t MaxKeywords = 0;
-    std::int32_t MaxDescriptions = 0;
-    std::int16_t SiteLevel = 0;  // 1: a major site
-    bool Selected = false;       // stands in the selected list; never in the file
+// The keys of an engine's record; those with several spellings are one. Texts come first, then single
+// letters, then numbers.
+enum class EngineKey : std::uint8_t {
+    Name,
+    Home,
+    AddURL,
+    Country,
+    CountryOnly,
+    EngineType,
+    Category,
+    Method,
+    Action,
+    Query,
+    Language,
+    CategoryData,  // found by the category rule; no key of the file
+    AdultOnlySites,
+    Adults,
+    MaxTitle,
+    MaxKeywords,
+    MaxDescriptions,
+    SiteLevel,
+    None,     // an item without "="
+    Unknown,  // a key nobody knows
+};
+
+// What the records of one load point into; no longer than 4 GiB each.
+struct EngineTexts final {
+    std::string_view file;    // the engine file
+    std::string_view tables;  // the category tables
+};
+
+// One engine: a plain record of places in EngineTexts, which must outlive it, so that a hundred thousand
+// records stay small.
+class clsEngines final {
+  public:
+    explicit clsEngines(const EngineTexts& texts) noexcept : m_texts(&texts) {}
+
+    // Key in the collection, in the lists and in selection files.
+    std::string_view name() const noexcept { return text(EngineKey::Name); }
+    std::string_view Home() const noexcept { return text(EngineKey::Home); }
+    std::string_view AddURL() const noexcept { return text(EngineKey::AddURL); }
+    std::string_view Country() const noexcept { return text(EngineKey::Country); }  // two letters, upper case
+    std::string_view CountryOnly() const noexcept { return text(EngineKey::CountryOnly); }
+    // ENG, DIR, FFA, NEWS, MALL, HOT, MIS, or other text as it stood.
+    std::string_view EngineType() const noexcept { return text(EngineKey::EngineType); }
+    // Category rule, as written: F, G, Y, C, N.
+    std::string_view Category() const noexcept { return text(EngineKey::Category); }
+    // label=value entries, each ended by ">".
+    std::string_view CategoryData() const noexcept { return text(EngineKey::CategoryData); }
+    std::string_view Method() const noexcept { return text(EngineKey::Method); }
+    std::string_view Action() const noexcept { return text(EngineKey::Action); }
+    // Template with macros in angle brackets.
+    std::string_view Query() const noexcept { return text(EngineKey::Query); }
+    // "Y", "N" or empty.
+    std::string_view AdultOnlySites() const noexcept { return text(EngineKey::AdultOnlySites); }
+    std::string_view Adults() const noexcept { return text(EngineKey::Adults); }
+    std::string_view WebType() const noexcept { return {}; }  // no key of the file fills it
+    std::string_view Language() const noexcept { return text(EngineKey::Language); }
+    std::int32_t MaxTitle() const noexcept { return number(EngineKey::MaxTitle); }
+    std::int32_t MaxKeywords() const noexcept { return number(EngineKey::MaxKeywords); }
+    std::int32_t MaxDescriptions() const noexcept { return number(EngineKey::MaxDescriptions); }
+    std::int32_t SiteLevel() const noexcept { return number(EngineKey::SiteLevel); }  // 1: a major site
+
+    bool Selected = false;  // stands in the selected list; never in the file
+
+    static constexpr bool isNumber(EngineKey key) noexcept { return key >= EngineKey::MaxTitle; }
+    // Of a key that is no number.
+    std::string_view text(EngineKey key) const noexcept {
+        const auto place = static_cast<std::size_t>(key);
+        if (place >= kTexts) return letter(m_letters[place - kTexts]);
+        const Part& part = m_parts[place];
+        return {(key == EngineKey::CategoryData ? m_texts->tables : m_texts->file).data() + part.offset,
+                part.length};
+    }
+    std::int32_t number(EngineKey key) const noexcept {
+        return m_numbers[static_cast<std::size_t>(key) - kTexts - kLetters];
+    }
+    // Stores the value under its key, by the rules of the file; None and Unknown change nothing. A text must
+    // be part of EngineTexts, or empty.
+    void set(EngineKey key, std::string_view value) noexcept;
+
+  private:
+    struct Part final {
+        std::uint32_t offset = 0;
+        std::uint32_t length = 0;
+    };
+
+    static constexpr auto kTexts = static_cast<std::size_t>(EngineKey::AdultOnlySites);
+    static constexpr std::size_t kLetters = 2;
+
+    static std::string_view letter(std::uint16_t code) noexcept;
+
+    const EngineTexts* m_texts;
+    std::array<Part, kTexts> m_parts{};
+    std::array<std::int32_t, 4> m_numbers{};
+    std::array<std::uint16_t, kLetters> m_letters{};  // the byte and one; 0 for none
 };
 
 }  // namespace relay

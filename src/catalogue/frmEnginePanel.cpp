@@ -74,15 +74,12 @@ void frmEnginePanel::connectLists() {
     m_ui->lsvSelectedEngines->setRows(&m_lists->lsvSelectedEngines, {6, 7});
     m_ui->lstCountry->setRows(&m_lists->lstCountry);
     const auto selectCountry = [this](int row) {
-        const std::string text = m_lists->lstCountry.at(row).text;
-        m_selection->EngineSelectByCountry(text);
+        m_selection->EngineSelectByCountry(m_lists->lstCountry.at(row).text);
     };
     connect(m_ui->lstCountry, &ListView::rowClicked, this, selectCountry);
     connect(m_ui->lstCountry, &ListView::rowActivated, this, selectCountry);
-    connect(m_ui->lsvEngines, &ListView::rowActivated, this, [this](int row) {
-        const std::string name = m_lists->lsvEngines.at(row).key;
-        m_selection->EngineSingleSelect(name);
-    });
+    connect(m_ui->lsvEngines, &ListView::rowActivated, this,
+            [this](int row) { m_selection->EngineSingleSelect(m_lists->lsvEngines.at(row).key); });
     connect(m_ui->lsvEngines, &ListView::deletePressed, this, [this] { m_selection->deleteListedEngines(); });
     connect(m_ui->lsvSelectedEngines, &ListView::deletePressed, this,
             [this] { m_selection->EngineRemove(false); });

@@ -2,6 +2,7 @@
 #include "cli/EnginesCommands.h"
 
 #include "catalogue/CatalogueCheck.h"
+#include "catalogue/EngineFields.h"
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
 #include "cli/JsonLine.h"
@@ -17,26 +18,15 @@ namespace relay {
 namespace {
 
 void writeJson(const clsEngines& engine, std::ostream& out) {
-    JsonLine()
-        .add("name", engine.name)
-        .add("Home", engine.Home)
-        .add("AddURL", engine.AddURL)
-        .add("Country", engine.Country)
-        .add("CountryOnly", engine.CountryOnly)
-        .add("EngineType", engine.EngineType)
-        .add("Category", engine.Category)
-        .add("CategoryData", engine.CategoryData)
-        .add("Method", engine.Method)
-        .add("Action", engine.Action)
-        .add("Query", engine.Query)
-        .add("AdultOnlySites", engine.AdultOnlySites)
-        .add("Adults", engine.Adults)
-        .add("Language", engine.Language)
-        .add("MaxTitle", engine.MaxTitle)
-        .add("MaxKeywords", engine.MaxKeywords)
-        .add("MaxDescriptions", engine.MaxDescriptions)
-        .add("SiteLevel", engine.SiteLevel)
-        .write(out);
+    JsonLine line;
+    for (const EngineField& field : EngineFields) {
+        if (clsEngines::isNumber(field.key)) {
+            line.add(field.name, std::int64_t{engine.number(field.key)});
+        } else {
+            line.add(field.name, engine.text(field.key));
+        }
+    }
+    line.write(out);
 }
 
 }  // namespace
@@ -62,8 +52,8 @@ int EnginesListCommand::execute() {
         if (context().json) {
             writeJson(engine, out);
         } else {
-            table.add({engine.name, engine.EngineType, engine.Country, engine.Category, engine.Method,
-                       std::to_string(engine.SiteLevel)});
+            table.add({engine.name(), engine.EngineType(), engine.Country(), engine.Category(),
+                       engine.Method(), std::to_string(engine.SiteLevel())});
         }
     }
     if (!table.empty()) table.write(out, context().colours());

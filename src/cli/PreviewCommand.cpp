@@ -31,7 +31,7 @@ std::string PreviewCommand::chosenUrl() const {
     Rows urls;
     loadUrlList(m_website, urls);
     if (urls.empty()) throw Failure(std::string(kNoURL));
-    return urls.at(0).text;
+    return std::string(urls.at(0).text);
 }
 
 int PreviewCommand::execute() {
@@ -43,12 +43,12 @@ int PreviewCommand::execute() {
     WebDetails details = readWebDetails(chosenUrl(), website);
     const bool blockSpam = context().home().preference.BlockSpam != 0;
     const auto build = [&] {
-        return submissionRequest(engine.Method, engine.Action,
+        return submissionRequest(engine.Method(), engine.Action(),
                                  expandQuery({engine, details, website, catalogue.countries, blockSpam}));
     };
     std::optional<SubmissionRequest> request = build();
     if (!request) {
-        context().warn("Nothing would be sent: the engine \"" + std::string(engine.name) +
+        context().warn("Nothing would be sent: the engine \"" + std::string(engine.name()) +
                        "\" has no action, or its template holds no macro. It would count as failed.");
         return kSomeFailed;
     }

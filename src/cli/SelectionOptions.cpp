@@ -88,7 +88,7 @@ void SelectionOptions::addTo(CLI::App& app) {
             [](Catalogue& catalogue) { catalogue.selection.EngineSelectNoAdultSites(); });
     addValue(app, "--engine", "NAME", "One engine; may be given again", [](const std::string& name) -> Step {
         return [name](Catalogue& catalogue) {
-            catalogue.selection.EngineSingleSelect(catalogue.engine(name).name);
+            catalogue.selection.EngineSingleSelect(catalogue.engine(name).name());
         };
     });
     addValue(app, "--engines", "FILE", "The engines named in a file, one a line",

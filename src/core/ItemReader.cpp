@@ -56,6 +56,12 @@ bool ItemReader::next(std::string_view& item) noexcept {
     return true;
 }
 
+bool ItemReader::nextEntry(std::string_view& item) noexcept {
+    while (next(item))
+        if (!item.empty() && item.front() != '#') return true;
+    return false;
+}
+
 std::size_t ItemReader::line() noexcept {
     for (; m_countedTo < m_itemOffset; ++m_countedTo) {
         const char c = m_text[m_countedTo];

@@ -16,6 +16,8 @@ class ItemReader final {
 
     // False at the end of the text. Empty items are handed out too.
     bool next(std::string_view& item) noexcept;
+    // The next item that is neither empty nor a comment, which begins with "#".
+    bool nextEntry(std::string_view& item) noexcept;
     // Of the item last handed out: the offset of its first byte, its 1-based line, and whether a comma (and
     // not a line end or the end of the text) closed it.
     std::size_t offset() const noexcept { return m_itemOffset; }

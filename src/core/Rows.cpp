@@ -5,22 +5,41 @@
 #include "core/ScreenText.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace relay {
 
 namespace {
 
-std::string_view columnText(const RowView& row, int column) {
-    if (column == 0) return row.text;
-    const std::size_t item = static_cast<std::size_t>(column) - 1;
-    return item < row.subItems.size() ? std::string_view(row.subItems[item]) : std::string_view();
+const Row& own(const void* record) {
+    return *static_cast<const Row*>(record);
 }
+
+// Rows that a list keeps itself.
+class OwnRows final : public RowSource {
+    std::string_view key(const void* record) const override { return own(record).key; }
+    std::size_t columns(const void* record) const override { return own(record).subItems.size() + 1; }
+    std::string_view text(const void* record, std::size_t column) const override {
+        return column == 0 ? own(record).text : own(record).subItems[column - 1];
+    }
+    std::string_view icon(const void* record) const override { return own(record).icon; }
+    std::string_view tag(const void* record) const override { return own(record).tag; }
+    void release(const void* record) const noexcept override { delete &own(record); }
+};
 
 [[noreturn]] void failTakenKey() {
     throw Failure("This key is already associated with an element of this collection", 457);
 }
 
 }  // namespace
+
+RowsBatch::RowsBatch(Rows& rows) : m_rows(rows) {
+    m_rows.beginBatch();
+}
+
+RowsBatch::~RowsBatch() {
+    m_rows.endBatch();
+}
 
 Rows::Rows(QObject* parent) : QAbstractTableModel(parent) {}
 
@@ -39,51 +58,74 @@ const std::string& Rows::columnTitle(int column) const {
     return m_titles.at(static_cast<std::size_t>(column));
 }
 
+std::string_view Rows::Entry::text(std::size_t column) const {
+    return column < source().columns(record.get()) ? source().text(record.get(), column) : std::string_view();
+}
+
+RowView Rows::Entry::view() const {
+    const RowSource& from = source();
+    const void* const shown = record.get();
+    return {from.key(shown), from.text(shown, 0), {from, shown}, from.icon(shown), from.tag(shown),
+            checked,         highlighted};
+}
+
+Rows::Entry Rows::ownEntry(Row row) {
+    static const OwnRows source;
+    const bool checked = row.checked;
+    const bool highlighted = row.highlighted;
+    Entry made(source, new Row(std::move(row)));
+    made.checked = checked;
+    made.highlighted = highlighted;
+    return made;
+}
+
+// Brings the rows that were added since into the set of keys.
+void Rows::findKeys() const {
+    for (; m_keyed < m_rows.size(); ++m_keyed) {
+        const std::string_view key = m_rows[m_keyed].key();
+        if (!key.empty()) m_keys.insert(static_cast<std::uint32_t>(m_keyed), key, keys());
+    }
+}
+
+void Rows::forgetKeys() noexcept {
+    m_keys.clear();
+    m_keyed = 0;
+}
+
 int Rows::indexOf(std::string_view key) const {
     if (key.empty()) return -1;
-    const PackedHead* const found = m_keys.find(key);
-    if (found == nullptr) return -1;
-    const std::size_t place = found->place;
-    if (place < m_numberedTo && m_rows[place].head() == found) return static_cast<int>(place);
-    for (; m_numberedTo < m_rows.size(); ++m_numberedTo)
-        m_rows[m_numberedTo].head()->place = static_cast<std::uint32_t>(m_numberedTo);
-    return static_cast<int>(found->place);
+    findKeys();
+    return static_cast<int>(m_keys.find(key, keys()));
 }
 
 bool Rows::contains(std::string_view key) const {
-    return !key.empty() && m_keys.find(key) != nullptr;
+    return indexOf(key) >= 0;
 }
 
-void Rows::add(const Row& row) {
-    insert(count(), row);
+void Rows::insert(int position, Row row) {
+    insert(position, ownEntry(std::move(row)));
 }
 
-void Rows::insert(int position, const Row& row) {
-    const std::size_t place = static_cast<std::size_t>(std::clamp(position, 0, count()));
-    PackedRow packedRow(row);
-    packedRow->place = static_cast<std::uint32_t>(place);
-    // Room first, so that nothing can fail once the key is in.
-    if (m_rows.size() == m_rows.capacity()) m_rows.reserve(std::max<std::size_t>(16, m_rows.size() * 2));
-    if (!row.key.empty() && !m_keys.insert(packedRow.head())) failTakenKey();
-    if (told()) beginInsertRows({}, static_cast<int>(place), static_cast<int>(place));
-    const bool numbered = place == m_rows.size() && place == m_numberedTo;
-    m_rows.insert(m_rows.begin() + static_cast<std::ptrdiff_t>(place), std::move(packedRow));
-    m_numberedTo = numbered ? m_rows.size() : std::min(m_numberedTo, place);
+void Rows::insert(int position, Entry row) {
+    const int place = std::clamp(position, 0, count());
+    if (contains(row.key())) failTakenKey();
+    if (told()) beginInsertRows({}, place, place);
+    if (place < count()) forgetKeys();
+    m_rows.insert(m_rows.begin() + place, std::move(row));
     if (told()) endInsertRows();
 }
 
-bool Rows::tryAdd(const Row& row) {
+bool Rows::tryAdd(Row row) {
     if (contains(row.key)) return false;
-    add(row);
+    add(std::move(row));
     return true;
 }
 
 void Rows::removeAt(int row) {
-    const PackedRow& gone = packed(row);
+    entry(row);
     if (told()) beginRemoveRows({}, row, row);
-    if (gone->keyLength > 0) m_keys.erase(gone.head());
+    forgetKeys();
     m_rows.erase(m_rows.begin() + row);
-    m_numberedTo = std::min(m_numberedTo, static_cast<std::size_t>(row));
     if (told()) endRemoveRows();
 }
 
@@ -97,48 +139,30 @@ int Rows::removeIf(const std::function<bool(const RowView&)>& test) {
     // The tests come first, all of them: they may throw, and they may look at the list.
     std::vector<bool> named(m_rows.size());
     for (std::size_t i = 0; i < m_rows.size(); ++i) named[i] = test(m_rows[i].view());
-    const auto first = std::find(named.begin(), named.end(), true);
-    if (first == named.end()) return 0;
-    beginBatch();
-    std::size_t kept = static_cast<std::size_t>(first - named.begin());
-    m_numberedTo = std::min(m_numberedTo, kept);
-    for (std::size_t i = kept; i < m_rows.size(); ++i) {
-        if (!named[i])
-            m_rows[kept++] = std::move(m_rows[i]);
-        else if (m_rows[i]->keyLength > 0)
-            m_keys.erase(m_rows[i].head());
-    }
-    const int removed = static_cast<int>(m_rows.size() - kept);
-    m_rows.erase(m_rows.begin() + static_cast<std::ptrdiff_t>(kept), m_rows.end());
-    endBatch();
+    if (std::find(named.begin(), named.end(), true) == named.end()) return 0;
+    const RowsBatch batch(*this);
+    forgetKeys();
+    const auto gone = [&](const Entry& row) { return named[static_cast<std::size_t>(&row - m_rows.data())]; };
+    const auto kept = std::remove_if(m_rows.begin(), m_rows.end(), gone);
+    const auto removed = static_cast<int>(m_rows.end() - kept);
+    m_rows.erase(kept, m_rows.end());
     return removed;
 }
 
 void Rows::clear() {
     if (m_rows.empty() && m_sortedColumn < 0) return;
-    beginBatch();
+    const RowsBatch batch(*this);
     m_sortedColumn = -1;
-    m_keys.clear();
+    forgetKeys();
     m_rows.clear();
-    m_numberedTo = 0;
-    endBatch();
-}
-
-void Rows::reserve(int rows) {
-    m_rows.reserve(static_cast<std::size_t>(rows));
-    m_keys.reserve(static_cast<std::size_t>(rows));
 }
 
 template <typename Edit>
 void Rows::change(int row, Edit&& edit) {
-    PackedRow& old = packed(row);
-    Row edited = old.view();
+    Row edited(entry(row).view());
     edit(edited);
-    PackedRow fresh(edited);
-    fresh->place = old->place;
-    if (old->keyLength > 0) m_keys.erase(old.head());
-    old = std::move(fresh);
-    if (old->keyLength > 0) m_keys.insert(old.head());
+    if (edited.key != entry(row).key()) forgetKeys();
+    entry(row) = ownEntry(std::move(edited));
     changed(row);
 }
 
@@ -164,28 +188,28 @@ void Rows::setTag(int row, std::string tag) {
 }
 
 void Rows::setChecked(int row, bool on) {
-    packed(row)->checked = on;
+    entry(row).checked = on;
     changed(row);
 }
 
 void Rows::setHighlighted(int row, bool on) {
-    packed(row)->highlighted = on;
+    entry(row).highlighted = on;
     changed(row);
 }
 
 void Rows::setKey(int row, std::string key) {
-    if (!equalsNoCase(packed(row)->key(), key) && contains(key)) failTakenKey();
+    if (!equalsNoCase(entry(row).key(), key) && contains(key)) failTakenKey();
     change(row, [&](Row& edited) { edited.key = std::move(key); });
 }
 
 void Rows::clearHighlights() {
     for (int row = 0; row < count(); ++row)
-        if (packed(row)->highlighted) setHighlighted(row, false);
+        if (entry(row).highlighted) setHighlighted(row, false);
 }
 
 int Rows::firstHighlighted() const {
     const auto found =
-        std::find_if(m_rows.begin(), m_rows.end(), [](const PackedRow& row) { return row->highlighted; });
+        std::find_if(m_rows.begin(), m_rows.end(), [](const Entry& row) { return row.highlighted; });
     return found == m_rows.end() ? -1 : static_cast<int>(found - m_rows.begin());
 }
 
@@ -207,23 +231,26 @@ void Rows::sort(int column, Qt::SortOrder order) {
     m_sortedColumn = column;
     m_ascending = order == Qt::AscendingOrder;
     if (told()) Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
-    const QModelIndexList before = persistentIndexList();
-    std::vector<const PackedHead*> rowsBefore;
-    for (const QModelIndex& index : before) rowsBefore.push_back(packed(index.row()).head());
-
-    const auto precedes = [&](const PackedRow& a, const PackedRow& b) {
-        const int compared = compareNoCase(columnText(a.view(), column), columnText(b.view(), column));
-        return m_ascending ? compared < 0 : compared > 0;
-    };
-    std::stable_sort(m_rows.begin(), m_rows.end(), precedes);
-    for (m_numberedTo = 0; m_numberedTo < m_rows.size(); ++m_numberedTo)
-        m_rows[m_numberedTo]->place = static_cast<std::uint32_t>(m_numberedTo);
-
-    QModelIndexList after;
-    for (qsizetype i = 0; i < before.size(); ++i) {
-        const std::uint32_t place = rowsBefore[static_cast<std::size_t>(i)]->place;
-        after.append(index(static_cast<int>(place), before[i].column()));
+    std::vector<std::size_t> places(m_rows.size());
+    std::iota(places.begin(), places.end(), std::size_t{0});
+    std::stable_sort(places.begin(), places.end(),
+                     [this, by = static_cast<std::size_t>(column)](auto a, auto b) {
+                         const int compared = compareNoCase(m_rows[a].text(by), m_rows[b].text(by));
+                         return m_ascending ? compared < 0 : compared > 0;
+                     });
+    forgetKeys();
+    std::vector<Entry> sorted;
+    sorted.reserve(places.size());
+    std::vector<int> placeOf(places.size());
+    for (const std::size_t from : places) {
+        placeOf[from] = static_cast<int>(sorted.size());
+        sorted.push_back(std::move(m_rows[from]));
     }
+    m_rows = std::move(sorted);
+    const QModelIndexList before = persistentIndexList();
+    QModelIndexList after;
+    for (const QModelIndex& moved : before)
+        after.append(index(placeOf[static_cast<std::size_t>(moved.row())], moved.column()));
     changePersistentIndexList(before, after);
     if (told()) Q_EMIT layoutChanged({}, QAbstractItemModel::VerticalSortHint);
 }
@@ -238,19 +265,19 @@ int Rows::columnCount(const QModelIndex& parent) const {
 
 QVariant Rows::data(const QModelIndex& index, int role) const {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid)) return {};
-    const RowView row = at(index.row());
+    const Entry& row = entry(index.row());
     switch (role) {
         case Qt::DisplayRole:
-            return toScreen(columnText(row, index.column()));
+            return toScreen(row.text(static_cast<std::size_t>(index.column())));
         case Qt::CheckStateRole:
             if (!m_checkable || index.column() != 0) return {};
             return row.checked ? Qt::Checked : Qt::Unchecked;
         case IconRole:
-            return toScreen(row.icon);
+            return toScreen(row.source().icon(row.record.get()));
         case KeyRole:
-            return toScreen(row.key);
+            return toScreen(row.key());
         case TagRole:
-            return toScreen(row.tag);
+            return toScreen(row.source().tag(row.record.get()));
         case HighlightRole:
             return row.highlighted;
         default:

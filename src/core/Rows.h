@@ -6,18 +6,35 @@
 
 #include <QAbstractTableModel>
 
+#include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace relay {
 
+class Rows;
+
+// Keeps a batch of changes to a list open for the length of a block.
+class RowsBatch final {
+  public:
+    explicit RowsBatch(Rows& rows);
+    ~RowsBatch();
+    RowsBatch(const RowsBatch&) = delete;
+    RowsBatch& operator=(const RowsBatch&) = delete;
+
+  private:
+    Rows& m_rows;
+};
+
 // Every list of the program: keyed rows in order, with column titles. It needs no Widgets; a view shows it as
 // it is, sorted by itself or through its own sort(). Bytes go to the screen through ScreenText. Row numbers
 // count from 0; one that does not exist throws std::out_of_range. Finding a key does not depend on the number
-// of rows; removing many rows at once is linear. After a row was taken out of the middle, the next indexOf of
-// a key behind it numbers the rows anew: loops that remove belong into removeIf.
+// of rows; removing many rows at once is linear. The first search for a key after rows changed their places
+// goes through all rows: loops that remove belong into removeIf.
 class Rows final : public QAbstractTableModel {
     Q_OBJECT
   public:
@@ -33,26 +50,30 @@ class Rows final : public QAbstractTableModel {
 
     int count() const noexcept { return static_cast<int>(m_rows.size()); }
     bool empty() const noexcept { return m_rows.empty(); }
-    RowView at(int row) const { return packed(row).view(); }
+    RowView at(int row) const { return entry(row).view(); }
     // -1 when no row has the key.
     int indexOf(std::string_view key) const;
     bool contains(std::string_view key) const;
 
     // Throws Failure 457 "This key is already associated with an element of this collection" when taken.
-    void add(const Row& row);
-    void insert(int position, const Row& row);
+    void add(Row row) { insert(count(), std::move(row)); }
+    void add(const RowSource& source, const void* record) { insert(count(), {source, record}); }
+    void insert(int position, Row row);
     // False, and nothing happens, when the key is taken: duplicates are kept out in silence.
-    bool tryAdd(const Row& row);
+    bool tryAdd(Row row);
+    // Adds a row for each of the records, whose keys must all be new to the list.
+    template <typename Records>
+    void addAll(const RowSource& source, const Records& records) {
+        const RowsBatch batch(*this);
+        m_rows.reserve(m_rows.size() + records.count());
+        for (const auto& record : records) m_rows.emplace_back(source, &record);
+    }
     void removeAt(int row);
     bool removeKey(std::string_view key);
     // Removes every row the test names, in one pass; gives their number.
     int removeIf(const std::function<bool(const RowView&)>& test);
     // Empties the list, which is then in no order: the next click on a column title sorts ascending.
     void clear();
-    // Makes room for so many rows in all, ahead of adding them.
-    void reserve(int rows);
-    // A hint that a row with the key will be added a little later.
-    void expect(std::string_view key) const noexcept { m_keys.expect(key); }
 
     void setText(int row, std::string text);
     void setSubItem(int row, int column, std::string text);  // column 1 and up
@@ -88,37 +109,47 @@ class Rows final : public QAbstractTableModel {
     void checkToggled(int row, bool on);
 
   private:
-    struct KeyOf final {
-        std::string_view operator()(const PackedHead& row) const noexcept { return row.key(); }
+    // A row: the record it shows and what the list itself knows of it.
+    struct Entry final {
+        struct Release final {
+            const RowSource* source;
+            void operator()(const void* record) const noexcept { source->release(record); }
+        };
+
+        Entry(const RowSource& source, const void* shown) : record(shown, Release{&source}) {}
+
+        const RowSource& source() const noexcept { return *record.get_deleter().source; }
+        std::string_view key() const { return source().key(record.get()); }
+        std::string_view text(std::size_t column) const;  // empty behind the last column
+        RowView view() const;
+
+        std::unique_ptr<const void, Release> record;
+        bool checked = false;
+        bool highlighted = false;
     };
 
-    const PackedRow& packed(int row) const { return m_rows.at(static_cast<std::size_t>(row)); }
-    PackedRow& packed(int row) { return m_rows.at(static_cast<std::size_t>(row)); }
+    static Entry ownEntry(Row row);
+    const Entry& entry(int row) const { return m_rows.at(static_cast<std::size_t>(row)); }
+    Entry& entry(int row) { return m_rows.at(static_cast<std::size_t>(row)); }
+    void insert(int position, Entry row);
     template <typename Edit>
     void change(int row, Edit&& edit);
+    auto keys() const {
+        return [this](std::uint32_t row) { return m_rows[row].key(); };
+    }
+    void findKeys() const;
+    void forgetKeys() noexcept;
     void changed(int row);
     bool told() const noexcept { return m_batch == 0; }
 
-    std::vector<PackedRow> m_rows;
+    std::vector<Entry> m_rows;
     std::vector<std::string> m_titles;
-    KeySet<const PackedHead, KeyOf> m_keys;
-    mutable std::size_t m_numberedTo = 0;  // rows before this one know their place
+    mutable KeySet m_keys;  // of the first m_keyed rows, by their places
+    mutable std::size_t m_keyed = 0;
     bool m_checkable = false;
     int m_batch = 0;
     int m_sortedColumn = -1;
     bool m_ascending = true;
-};
-
-// Keeps a batch open for the length of a block.
-class RowsBatch final {
-  public:
-    explicit RowsBatch(Rows& rows) : m_rows(rows) { m_rows.beginBatch(); }
-    ~RowsBatch() { m_rows.endBatch(); }
-    RowsBatch(const RowsBatch&) = delete;
-    RowsBatch& operator=(const RowsBatch&) = delete;
-
-  private:
-    Rows& m_rows;
 };
 
 }  // namespace relay

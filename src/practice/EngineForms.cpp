@@ -17,10 +17,6 @@ constexpr std::string_view kUsualFields =
     "title=<TITLE>&url=<URL>&description=<DESCRIPTION>&keywords=<KEYWORD>&category=<CATEGORY>&name=<NAME>"
     "&email=<EMAIL>&company=<COMPANY>&city=<CITY>&country=<COUNTRY>";
 
-bool isSkipped(std::string_view item) {
-    return trim(item).empty() || item.starts_with('#');
-}
-
 std::pair<std::string, std::string> splitAtEquals(std::string_view item) {
     const std::size_t equals = item.find('=');
     if (equals == npos) return {};
@@ -31,8 +27,7 @@ CategoryTables readTables(std::string_view text) {
     CategoryTables tables;
     NamedValues* open = nullptr;
     ItemReader reader(text);
-    for (std::string_view item; reader.next(item);) {
-        if (isSkipped(item)) continue;
+    for (std::string_view item; reader.nextEntry(item);) {
         if (equalsNoCase(item, "END")) break;
         if (item.starts_with('[')) {
             open = &tables[toLower(item.substr(1, item.find(']') - 1))];
@@ -92,9 +87,8 @@ void EngineForms::read(std::string_view engines, std::string_view categories) {
         record.clear();
     };
     ItemReader reader(engines);
-    for (std::string_view item; reader.next(item);) {
+    for (std::string_view item; reader.nextEntry(item);) {
         if (equalsNoCase(item, "END:Version 6.0")) break;
-        if (isSkipped(item)) continue;
         auto [key, value] = splitAtEquals(item);
         key = toUpper(key);
         if (key == "NAME") close();

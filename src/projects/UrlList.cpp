@@ -26,7 +26,7 @@ bool addNewItem(Rows& list, std::string_view url, std::string_view localFile) {
 
 std::string getFirstSelectedItem(const Rows& list) {
     const int row = list.firstHighlighted();
-    return row < 0 ? std::string() : list.at(row).text;
+    return row < 0 ? std::string() : std::string(list.at(row).text);
 }
 
 void UrlList::addTypedURL() {

@@ -130,7 +130,8 @@ void deleteHighlightedReports(Rows& reports) {
         for (int i = 0; i < reports.count(); ++i) {
             const RowView row = reports.at(i);
             if (!row.highlighted) continue;
-            if (fileExists(row.tag)) removeFile(row.tag);
+            const std::string path(row.tag);
+            if (fileExists(path)) removeFile(path);
             ++deleted;
         }
     } catch (const Failure&) {
@@ -161,7 +162,7 @@ void followFile(Rows& reports, ReportCounts before, const Rows& inFile) {
     ReportCounts left = countReports(inFile);
     reports.removeIf([&left](const RowView& row) { return left[reportEntry(row)]-- <= 0; });
     for (int i = 0; i < inFile.count(); ++i)
-        if (before[reportEntry(inFile.at(i))]-- <= 0) reports.add(inFile.at(i));
+        if (before[reportEntry(inFile.at(i))]-- <= 0) reports.add(Row(inFile.at(i)));
 }
 
 }  // namespace

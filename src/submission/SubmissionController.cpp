@@ -245,7 +245,7 @@ void SubmissionController::finishURL() {
 }
 
 void SubmissionController::reportURL() {
-    const Row site = m_state.lsvSiteSubmitting.at(m_state.URLIndex - 1);
+    const Row site(m_state.lsvSiteSubmitting.at(m_state.URLIndex - 1));
     m_state.lsvReport.tryAdd({site.key, site.text, site.subItems, "HTMLFile", {}});
     const UrlReport report = m_clsSubmit.CreateReport(site.text, site.tag);
     const int row = m_state.lsvReport.indexOf(site.key);

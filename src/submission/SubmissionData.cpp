@@ -2,6 +2,7 @@
 #include "submission/SubmissionData.h"
 
 #include "catalogue/Countries.h"
+#include "catalogue/Macros.h"
 #include "catalogue/clsEngines.h"
 #include "core/Failure.h"
 #include "core/IniFile.h"
@@ -10,7 +11,6 @@
 #include "projects/WebsiteFile.h"
 
 #include <algorithm>
-#include <array>
 #include <limits>
 
 namespace relay {
@@ -31,9 +31,10 @@ std::string_view cut(std::string_view text, std::int32_t limit) {
 
 std::string title(const TemplateSource& source) {
     const clsEngines& engine = source.engine;
-    const std::string& text = equalsNoCase(engine.Category, "C") ? source.web.Company : source.web.Title;
-    if (engine.MaxTitle <= 0 && equalsNoCase(engine.EngineType, "FFA")) return std::string(left(text, 60));
-    return std::string(cut(text, engine.MaxTitle));
+    const std::string& text = equalsNoCase(engine.Category(), "C") ? source.web.Company : source.web.Title;
+    if (engine.MaxTitle() <= 0 && equalsNoCase(engine.EngineType(), "FFA"))
+        return std::string(left(text, 60));
+    return std::string(cut(text, engine.MaxTitle()));
 }
 
 std::string disguised(const std::string& email) {
@@ -44,76 +45,77 @@ std::string disguised(const std::string& email) {
 
 std::string email(const TemplateSource& source) {
     const bool blocks = source.blockSpam || source.web.BlockFFA != 0;
-    if (blocks && equalsNoCase(source.engine.EngineType, "FFA")) return disguised(source.web.Email);
+    if (blocks && equalsNoCase(source.engine.EngineType(), "FFA")) return disguised(source.web.Email);
     return source.web.Email;
 }
 
 std::string category(const TemplateSource& source) {
     return EncodeURLValue(
-        getSearchString(source.engine.CategoryData, source.web.Category, '>', source.web.MainCategory));
+        getSearchString(source.engine.CategoryData(), source.web.Category, '>', source.web.MainCategory));
 }
 
 std::string fromWebsiteFile(const TemplateSource& source, std::string_view suffix) {
-    return source.websiteFile.value(kCustomCategorySection, std::string(source.engine.name).append(suffix));
+    return source.websiteFile.value(kCustomCategorySection, std::string(source.engine.name()).append(suffix));
 }
-
-using MacroValue = std::string (*)(const TemplateSource&);
-
-struct Macro final {
-    std::string_view name;
-    MacroValue value;
-};
-
-template <std::string WebDetails::*field>
-std::string plain(const TemplateSource& source) {
-    return source.web.*field;
-}
-
-const std::array<Macro, 28> kMacros = {{
-    {"title", title},
-    {"keyword",
-     [](const TemplateSource& s) { return std::string(cut(s.web.Keyword, s.engine.MaxKeywords)); }},
-    {"keywords",
-     [](const TemplateSource& s) { return std::string(cut(s.web.Keyword, s.engine.MaxKeywords)); }},
-    {"description",
-     [](const TemplateSource& s) { return std::string(cut(s.web.Description, s.engine.MaxDescriptions)); }},
-    {"url", plain<&WebDetails::URL>},
-    {"category", category},
-    {"subcategory", category},
-    {"customcategory", [](const TemplateSource& s) { return EncodeURLValue(fromWebsiteFile(s, "")); }},
-    {"spaceid", [](const TemplateSource& s) { return fromWebsiteFile(s, "SpaceID"); }},
-    {"name", plain<&WebDetails::Name>},
-    {"fullname", plain<&WebDetails::Name>},
-    {"firstname", [](const TemplateSource& s) { return s.web.Name.substr(0, s.web.Name.find('+')); }},
-    {"lastname",
-     [](const TemplateSource& s) {
-         const std::size_t plus = s.web.Name.find('+');
-         return plus == npos ? s.web.Name : s.web.Name.substr(plus + 1);
-     }},
-    {"email", email},
-    {"company", plain<&WebDetails::Company>},
-    {"address", plain<&WebDetails::Address>},
-    {"city", plain<&WebDetails::City>},
-    {"postcode", plain<&WebDetails::Postcode>},
-    {"state", plain<&WebDetails::State>},
-    {"country", plain<&WebDetails::Country>},
-    {"countrycode", [](const TemplateSource& s) { return s.countries.getCountryCode(s.web.Country); }},
-    {"phone", plain<&WebDetails::Phone>},
-    {"fax", plain<&WebDetails::Fax>},
-    {"language", plain<&WebDetails::Language>},
-    {"webtype",
-     [](const TemplateSource& s) {
-         return EncodeURLValue(getSearchString(s.engine.WebType, s.web.WebType, '|', {}));
-     }},
-    {"password", plain<&WebDetails::Password>},
-    {"entryby", plain<&WebDetails::EntryBy>},
-    {"entryurl", plain<&WebDetails::EntryURL>},
-}};
 
 std::string macroValue(std::string_view name, const TemplateSource& source) {
-    const auto* const macro = std::find_if(kMacros.begin(), kMacros.end(),
-                                           [&](const Macro& m) { return equalsNoCase(m.name, name); });
-    return macro == kMacros.end() ? std::string(name) : macro->value(source);
+    const WebDetails& web = source.web;
+    const clsEngines& engine = source.engine;
+    const std::optional<Macro> macro = macroOf(name);
+    if (!macro) return std::string(name);
+    switch (*macro) {
+        case Macro::Title:
+            return title(source);
+        case Macro::Keyword:
+            return std::string(cut(web.Keyword, engine.MaxKeywords()));
+        case Macro::Description:
+            return std::string(cut(web.Description, engine.MaxDescriptions()));
+        case Macro::URL:
+            return web.URL;
+        case Macro::Category:
+            return category(source);
+        case Macro::CustomCategory:
+            return EncodeURLValue(fromWebsiteFile(source, ""));
+        case Macro::SpaceID:
+            return fromWebsiteFile(source, "SpaceID");
+        case Macro::Name:
+            return web.Name;
+        case Macro::FirstName:
+            return web.Name.substr(0, web.Name.find('+'));
+        case Macro::LastName:
+            return web.Name.substr(web.Name.find('+') + 1);  // the whole name when there is no "+"
+        case Macro::Email:
+            return email(source);
+        case Macro::Company:
+            return web.Company;
+        case Macro::Address:
+            return web.Address;
+        case Macro::City:
+            return web.City;
+        case Macro::Postcode:
+            return web.Postcode;
+        case Macro::State:
+            return web.State;
+        case Macro::Country:
+            return web.Country;
+        case Macro::CountryCode:
+            return source.countries.getCountryCode(web.Country);
+        case Macro::Phone:
+            return web.Phone;
+        case Macro::Fax:
+            return web.Fax;
+        case Macro::Language:
+            return web.Language;
+        case Macro::WebType:
+            return EncodeURLValue(getSearchString(engine.WebType(), web.WebType, '|', {}));
+        case Macro::Password:
+            return web.Password;
+        case Macro::EntryBy:
+            return web.EntryBy;
+        case Macro::EntryURL:
+            return web.EntryURL;
+    }
+    return {};
 }
 
 }  // namespace
@@ -149,7 +151,7 @@ WebDetails readWebDetails(std::string_view URL, const IniFile& websiteFile) {
 }
 
 std::string expandQuery(const TemplateSource& source) {
-    const std::string_view query = source.engine.Query;
+    const std::string_view query = source.engine.Query();
     if (query.find('<') == npos) return {};
 
     std::string result;  // what holds no "<" any more

@@ -66,8 +66,8 @@ bool SubmissionController::hasSite(std::string_view websiteFile) const {
 
 void SubmissionController::siteChecked(int row, bool on) {
     if (!on) return;
-    const Row site = m_state.lsvSiteSelection.at(row);
-    const std::string count = site.subItems.size() > 1 ? site.subItems[1] : std::string();
+    const RowView site = m_state.lsvSiteSelection.at(row);
+    const std::string_view count = site.subItems.size() > 1 ? site.subItems[1] : std::string_view();
     if (site.key.empty()) {
         m_services.prompts.message("Web site file is empty, please save the web site details before submit.",
                                    "Select Website\"", Icon::Critical);
@@ -82,7 +82,7 @@ void SubmissionController::siteChecked(int row, bool on) {
 void SubmissionController::selectAllSites(bool on) {
     const RowsBatch batch(m_state.lsvSiteSelection);
     for (int row = 0; row < m_state.lsvSiteSelection.count(); ++row) {
-        const Row site = m_state.lsvSiteSelection.at(row);
+        const RowView site = m_state.lsvSiteSelection.at(row);
         const bool hasURLs =
             !site.key.empty() && site.subItems.size() > 1 && leadingNumber(site.subItems[1]) > 0;
         m_state.lsvSiteSelection.setChecked(row, on && hasURLs);
@@ -101,7 +101,7 @@ bool SubmissionController::cmdNext() {
 void SubmissionController::getNumOfSelectedSites(int& Sites, int& URLs) const {
     Sites = URLs = 0;
     for (int row = 0; row < m_state.lsvSiteSelection.count(); ++row) {
-        const Row site = m_state.lsvSiteSelection.at(row);
+        const RowView site = m_state.lsvSiteSelection.at(row);
         if (!site.checked) continue;
         ++Sites;
         if (site.subItems.size() > 1) URLs += toInt16(leadingNumber(site.subItems[1]));
@@ -192,7 +192,7 @@ void SubmissionController::viewReport() {
                 "View Report", Icon::Information);
             return;
         }
-        const std::string path = reports.at(found).tag;
+        const std::string path(reports.at(found).tag);
         if (path.empty() || !fileExists(path)) {
             m_services.log.WriteErrorLog("ReportFile: " + path);
             m_services.prompts.message(

@@ -83,7 +83,7 @@ void clsSubmit::listSiteURLs() {
     const RowsBatch batch(list);
     list.clear();
     for (int site = 0; site < m_state.lsvSiteSelection.count(); ++site) {
-        const Row row = m_state.lsvSiteSelection.at(site);
+        const Row row(m_state.lsvSiteSelection.at(site));
         if (!row.checked) continue;
         const IniFile file = loadQuietly(row.tag);
         const int last = toInt16(leadingNumber(file.value(kWebsiteSection, "LastURL")));
@@ -174,11 +174,11 @@ void clsSubmit::sendRequest(std::int16_t Index, std::int16_t EngineIndex, int& s
     m_watch[place(Index)] = {std::chrono::steady_clock::now(), 0};
     step = 2;
     const clsEngines& engine = engineNamed(m_services.engines, result.Name);
-    work.Home = engine.Home;
-    work.EngineName = engine.name;
-    work.Method = engine.Method;
-    work.Action = engine.Action;
-    result.AddURL = engine.AddURL;
+    work.Home = engine.Home();
+    work.EngineName = engine.name();
+    work.Method = engine.Method();
+    work.Action = engine.Action();
+    result.AddURL = engine.AddURL();
     step = 3;
     work.SubmitData = getSubmitData(work.EngineName);
     step = 4;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "catalogue/CatalogueCheck.h"
+#include "catalogue/EngineFields.h"
 #include "core/FileStore.h"
 #include "core/IniFile.h"
 #include "support/GoldenCases.h"
@@ -13,29 +14,16 @@ namespace relay::test {
 namespace {
 
 void dumpEngine(std::ostream& out, const clsEngines& engine) {
-    const std::pair<const char*, std::string_view> fields[] = {{"Home", engine.Home},
-                                                               {"AddURL", engine.AddURL},
-                                                               {"Country", engine.Country},
-                                                               {"CountryOnly", engine.CountryOnly},
-                                                               {"EngineType", engine.EngineType},
-                                                               {"Category", engine.Category},
-                                                               {"CategoryData", engine.CategoryData},
-                                                               {"Method", engine.Method},
-                                                               {"Action", engine.Action},
-                                                               {"Query", engine.Query},
-                                                               {"AdultOnlySites", engine.AdultOnlySites},
-                                                               {"Adults", engine.Adults},
-                                                               {"WebType", engine.WebType},
-                                                               {"Language", engine.Language}};
-    const std::pair<const char*, long> numbers[] = {{"MaxTitle", engine.MaxTitle},
-                                                    {"MaxKeywords", engine.MaxKeywords},
-                                                    {"MaxDescriptions", engine.MaxDescriptions},
-                                                    {"SiteLevel", engine.SiteLevel}};
-    out << engine.name << "\n";
-    for (const auto& [name, value] : fields)
-        if (!value.empty()) out << "  " << name << "=" << value << "\n";
-    for (const auto& [name, value] : numbers)
-        if (value != 0) out << "  " << name << "=" << value << "\n";
+    out << engine.name() << "\n";
+    for (const EngineField& field : EngineFields) {
+        if (field.key == EngineKey::Name) continue;
+        if (!clsEngines::isNumber(field.key)) {
+            if (const auto text = engine.text(field.key); !text.empty())
+                out << "  " << field.name << "=" << text << "\n";
+        } else if (const auto number = engine.number(field.key); number != 0) {
+            out << "  " << field.name << "=" << number << "\n";
+        }
+    }
 }
 
 std::string dump(const SessionFixture& fixture, bool loaded, const std::vector<Finding>& findings) {
@@ -50,7 +38,7 @@ std::string dump(const SessionFixture& fixture, bool loaded, const std::vector<F
     for (const std::string& name : fixture.lists.cboCustomEngines) out << "custom " << name << "\n";
     for (const clsEngines& engine : fixture.lists.engines) dumpEngine(out, engine);
     for (int place = 0; place < fixture.lists.lsvEngines.count(); ++place) {
-        const Row& row = fixture.lists.lsvEngines.at(place);
+        const RowView row = fixture.lists.lsvEngines.at(place);
         out << "row " << row.text << "|" << row.subItems.at(0) << "|" << row.subItems.at(1) << "|" << row.icon
             << "\n";
     }

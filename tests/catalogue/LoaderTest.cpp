@@ -66,7 +66,7 @@ TEST(EngineLoader, replacesEnginesButKeepsFilterAndCustomEngines) {
     SessionFixture fixture;
     ASSERT_TRUE(fixture.loadEngines("Name=Old\nCategory=C\nCountry=US\n", "[Old]\nURL=http://o.example/\n"));
     fixture.selection.EngineSelect(true);
-    const std::string_view heldData = fixture.lists.engines.find("old")->CategoryData;
+    const std::string_view heldData = fixture.lists.engines.find("old")->CategoryData();
     ASSERT_TRUE(fixture.catalogue.loadEngineCategory());
     EXPECT_EQ(heldData, "URL=http://o.example/>");  // a reload of the tables leaves loaded engines alone
 
@@ -104,7 +104,7 @@ TEST(EngineLoader, countsWhatIsTooMany) {
     EXPECT_EQ(fixture.lists.lsvEngines.columnTitle(0), "Engines(-25536)");
     EXPECT_EQ(fixture.lists.chkType[6].caption, "&Miscellaneous(-25536)");
     EXPECT_EQ(fixture.lists.lsvEngines.count(), 1);
-    EXPECT_EQ(fixture.lists.engines.find("SAME")->EngineType, "ZINE");
+    EXPECT_EQ(fixture.lists.engines.find("SAME")->EngineType(), "ZINE");
     EXPECT_THAT(fixture.logText(),
                 testing::EndsWith("Duplicate Engine: Same\r\nDuplicate Engine: ... 38999 more\r\n"));
     EXPECT_LT(fixture.logText().size(), 1002U * 24);

@@ -24,7 +24,7 @@ struct SelectionFixture final : SessionFixture {
     void select(std::string_view names) {
         for (std::size_t place = 0; place < names.size(); ++place) {
             for (const clsEngines& engine : lists.engines) {
-                if (engine.name.front() == names[place]) selection.EngineSingleSelect(engine.name);
+                if (engine.name().front() == names[place]) selection.EngineSingleSelect(engine.name());
             }
         }
     }
@@ -39,7 +39,8 @@ struct SelectionFixture final : SessionFixture {
         const Rows& rows = lists.lsvSelectedEngines;
         for (int row = 0; row < rows.count(); ++row) initials += rows.at(row).text.front();
         EXPECT_EQ(rows.columnTitle(0), "Selected Engines (" + std::to_string(rows.count()) + ")");
-        for (const clsEngines& engine : lists.engines) EXPECT_EQ(engine.Selected, rows.contains(engine.name));
+        for (const clsEngines& engine : lists.engines)
+            EXPECT_EQ(engine.Selected, rows.contains(engine.name()));
         EXPECT_EQ(prompts.busyDepth, 0);
         return initials;
     }

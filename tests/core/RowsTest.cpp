@@ -47,7 +47,7 @@ TEST(Rows, RowsGiveBackWhatTheyWereGiven) {
     rows.setSubItem(0, 4, "four");
     rows.setIcon(0, std::string("\0i", 2));
     rows.setHighlighted(0, true);
-    const Row row = rows.at(0);
+    const Row row(rows.at(0));
     EXPECT_EQ(row.key, "k");
     EXPECT_EQ(row.text, "text");
     EXPECT_EQ(row.subItems, (std::vector<std::string>{"", "two", "", "four"}));

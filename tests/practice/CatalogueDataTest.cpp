@@ -4,6 +4,7 @@
 #include "core/Text.h"
 #include "practice/PracticeCatalogue.h"
 #include "practice/PracticeWeb.h"
+#include "support/SessionFixture.h"
 
 #include <algorithm>
 #include <fstream>
@@ -21,7 +22,6 @@ namespace {
 
 using ::testing::HasSubstr;
 
-using Record = std::map<std::string, std::string>;
 using Table = std::vector<std::pair<std::string, std::string>>;
 
 std::string readData(const std::string& name) {
@@ -35,24 +35,11 @@ std::vector<std::string> itemsOf(const std::string& name) {
     const std::string text = readData(name);
     std::vector<std::string> items;
     ItemReader reader(text);
-    for (std::string_view item; reader.next(item);) {
+    for (std::string_view item; reader.nextEntry(item);) {
         EXPECT_FALSE(reader.closedByComma()) << name << ": " << item;
-        if (!item.empty() && !item.starts_with('#')) items.emplace_back(item);
+        items.emplace_back(item);
     }
     return items;
-}
-
-std::vector<Record> practiceRecords() {
-    std::vector<Record> records;
-    auto items = itemsOf("practice/krveng5.dat");
-    EXPECT_EQ(items.back(), "END:Version 6.0");
-    items.pop_back();
-    for (const std::string& item : items) {
-        const std::size_t equals = item.find('=');
-        if (item.starts_with("Name=")) records.emplace_back();
-        EXPECT_TRUE(records.back().emplace(item.substr(0, equals), item.substr(equals + 1)).second) << item;
-    }
-    return records;
 }
 
 std::map<std::string, Table> tablesOf(const std::string& name) {
@@ -85,13 +72,6 @@ std::vector<std::vector<std::string>> categoryTree() {
         }
     }
     return tree;
-}
-
-std::string ownTable(const Record& record) {
-    const std::string& rule = record.at("Category");
-    if (rule == "F") return "Free For All Links";
-    if (rule == "G") return "General For All Links";
-    return rule == "N" ? "" : record.at("Name");
 }
 
 // The program's look-up: the first place of the word anywhere in the table counts, up to the next "=".
@@ -157,10 +137,21 @@ TEST(Countries, BothSectionsAgreeAndSurviveASubmissionsEscapes) {
         });
         EXPECT_TRUE(plain) << name;
     }
-    for (const Record& record : practiceRecords()) {
-        EXPECT_TRUE(record.at("Country") == "NN" || names.contains(record.at("Country")))
-            << record.at("Name");
+    SessionFixture fixture;
+    ASSERT_TRUE(fixture.loadEngines(readData("practice/krveng5.dat")));
+    for (const clsEngines& engine : fixture.lists.engines)
+        EXPECT_TRUE(names.contains(std::string(engine.Country()))) << engine.name();
+}
+
+TEST(PracticeCatalogue, NoRecordGivesAKeyTwice) {
+    std::set<std::string> keys;
+    const auto items = itemsOf("practice/krveng5.dat");
+    for (const std::string& item : items) {
+        const std::string key = item.substr(0, item.find('='));
+        if (key == "Name") keys.clear();
+        EXPECT_TRUE(keys.insert(key).second) << item;
     }
+    EXPECT_EQ(items.back(), "END:Version 6.0");
 }
 
 TEST(PracticeCatalogue, EveryEngineHasItsPagesAndItsTarget) {
@@ -168,27 +159,28 @@ TEST(PracticeCatalogue, EveryEngineHasItsPagesAndItsTarget) {
     web.describeEngines(readData("practice/krveng5.dat"), readData("practice/catkws.dat"));
     web.start();
     const std::size_t addressLength = web.address().size();
-    const auto records = practiceRecords();
-    for (Record record : records) {
-        for (auto& [key, value] : record) value = pointAtPracticeWeb(value, web.address());
-        const std::string& name = record["Name"];
-        const auto page = [&](const std::string& url) {
-            return get(web.address(), url.substr(addressLength));
+    SessionFixture fixture;
+    ASSERT_TRUE(fixture.loadEngines(pointAtPracticeWeb(readData("practice/krveng5.dat"), web.address()),
+                                    readData("practice/catkws.dat")));
+    for (const clsEngines& engine : fixture.lists.engines) {
+        const std::string name(engine.name());
+        const auto page = [&](std::string_view url) {
+            return get(web.address(), std::string(url.substr(addressLength)));
         };
-        EXPECT_THAT(page(record["Home"]), HasSubstr("<h1>" + name + "</h1>"));
-        const std::string form = page(record["AddURL"]);
-        EXPECT_THAT(form, HasSubstr("<form action=\"" + record["Action"] + "\" method=\"" +
-                                    toLower(record["Method"]) + "\">"));
-        const std::string& query = record["Query"];
+        EXPECT_THAT(page(engine.Home()), HasSubstr("<h1>" + name + "</h1>"));
+        const std::string form = page(engine.AddURL());
+        EXPECT_THAT(form, HasSubstr("<form action=\"" + std::string(engine.Action()) + "\" method=\"" +
+                                    toLower(engine.Method()) + "\">"));
+        const std::string query(engine.Query());
         EXPECT_THAT(form, HasSubstr(" name=\"" + query.substr(0, query.find('=')) + "\"")) << name;
         EXPECT_EQ(form.find("<select") != std::string::npos,
-                  ownTable(record) != "" &&
+                  engine.Category() != "N" &&
                       (containsNoCase(query, "<category>") || containsNoCase(query, "<subcategory>")))
             << name;
-        if (!record["Action"].ends_with("/slow")) page(record["Action"]);
+        if (!engine.Action().ends_with("/slow")) page(engine.Action());
     }
     const auto received = web.received();
-    EXPECT_EQ(received.size(), records.size() - 2) << "two take their time";
+    EXPECT_EQ(received.size(), fixture.lists.engines.count() - 2) << "two take their time";
     std::set<std::string> engines;
     for (const auto& submission : received) engines.insert(submission.engine);
     EXPECT_EQ(engines.size(), received.size()) << "two engines share a word in their paths";

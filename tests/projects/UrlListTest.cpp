@@ -16,7 +16,7 @@ using Strings = std::vector<std::string>;
 
 Strings texts(const Rows& list) {
     Strings result;
-    for (int i = 0; i < list.count(); ++i) result.push_back(list.at(i).text);
+    for (int i = 0; i < list.count(); ++i) result.emplace_back(list.at(i).text);
     return result;
 }
 

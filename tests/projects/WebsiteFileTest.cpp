@@ -72,7 +72,8 @@ class WebsiteFileTest : public ::testing::Test {
     }
     std::vector<std::string> urls() const {
         std::vector<std::string> texts;
-        for (int i = 0; i < fields.lsvSiteURLs.count(); ++i) texts.push_back(fields.lsvSiteURLs.at(i).text);
+        for (int i = 0; i < fields.lsvSiteURLs.count(); ++i)
+            texts.emplace_back(fields.lsvSiteURLs.at(i).text);
         return texts;
     }
 };

@@ -16,7 +16,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 
 std::string cell(const Rows& rows, int row, std::size_t column) {
-    return rows.at(row).subItems.at(column - 1);
+    return std::string(rows.at(row).subItems.at(column - 1));
 }
 
 TEST(Run, opensNoMoreConnectionsThanEngines) {

@@ -12,7 +12,7 @@ using testing::ElementsAre;
 
 std::vector<std::string> texts(const Rows& rows) {
     std::vector<std::string> all;
-    for (int row = 0; row < rows.count(); ++row) all.push_back(rows.at(row).text);
+    for (int row = 0; row < rows.count(); ++row) all.emplace_back(rows.at(row).text);
     return all;
 }
 
@@ -28,7 +28,7 @@ TEST(Wizard, listsTheWebsitesOfTheProjects) {
     wizard.loadProject();
     Rows& sites = wizard.state().lsvSiteSelection;
     EXPECT_THAT(texts(sites), ElementsAre("Home", "Blank"));
-    const Row first = sites.at(0);
+    const Row first(sites.at(0));
     EXPECT_EQ(first.tag, shop);
     EXPECT_THAT(first.subItems, ElementsAre("Spring", "2"));
     EXPECT_TRUE(first.checked);

@@ -40,7 +40,7 @@ struct SessionFixture {
 
 inline std::vector<std::string> texts(const Rows& rows) {
     std::vector<std::string> all;
-    for (int row = 0; row < rows.count(); ++row) all.push_back(rows.at(row).text);
+    for (int row = 0; row < rows.count(); ++row) all.emplace_back(rows.at(row).text);
     return all;
 }
 
