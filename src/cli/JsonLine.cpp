@@ -27,27 +27,32 @@ std::string withoutRawControls(std::string_view json) {
     return out.append(json);
 }
 
+void appendText(std::string& line, std::string_view text) {
+    line += nlohmann::json(toPrintableUtf8(text)).dump();
+}
+
 }  // namespace
 
-struct JsonLine::Data final {
-    nlohmann::ordered_json object = nlohmann::ordered_json::object();
-};
-
-JsonLine::JsonLine() : m_data(std::make_unique<Data>()) {}
-JsonLine::~JsonLine() = default;
+void JsonLine::addKey(std::string_view key) {
+    m_line += m_line.empty() ? '{' : ',';
+    appendText(m_line, key);
+    m_line += ':';
+}
 
 JsonLine& JsonLine::add(std::string_view key, std::string_view text) {
-    m_data->object[toPrintableUtf8(key)] = toPrintableUtf8(text);
+    addKey(key);
+    appendText(m_line, text);
     return *this;
 }
 
 JsonLine& JsonLine::add(std::string_view key, std::int64_t number) {
-    m_data->object[toPrintableUtf8(key)] = number;
+    addKey(key);
+    m_line += std::to_string(number);
     return *this;
 }
 
 void JsonLine::write(std::ostream& out) const {
-    out << withoutRawControls(m_data->object.dump()) << '\n';
+    out << (m_line.empty() ? "{" : withoutRawControls(m_line)) << "}\n";
 }
 
 }  // namespace relay

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 #include <iosfwd>
-#include <memory>
+#include <string>
 #include <string_view>
 
 namespace relay {
@@ -12,19 +12,15 @@ namespace relay {
 // that is no valid UTF-8 appears as \xNN. What a terminal would obey appears as \uNNNN.
 class JsonLine final {
   public:
-    JsonLine();
-    ~JsonLine();
-    JsonLine(const JsonLine&) = delete;
-    JsonLine& operator=(const JsonLine&) = delete;
-
     JsonLine& add(std::string_view key, std::string_view text);
     JsonLine& add(std::string_view key, std::int64_t number);
     // Writes the object and a line end.
     void write(std::ostream& out) const;
 
   private:
-    struct Data;
-    std::unique_ptr<Data> m_data;
+    void addKey(std::string_view key);
+
+    std::string m_line;  // without its closing brace
 };
 
 }  // namespace relay

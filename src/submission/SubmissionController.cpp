@@ -155,7 +155,7 @@ void SubmissionController::SubmitIt(std::int16_t Index) {
 }
 
 void SubmissionController::handOutLater() {
-    if (std::exchange(m_handOutQueued, true)) return;
+    if (m_handOutQueued) return;
     QMetaObject::invokeMethod(
         this,
         [this] {
@@ -163,6 +163,7 @@ void SubmissionController::handOutLater() {
             handOut();
         },
         Qt::QueuedConnection);
+    m_handOutQueued = true;
 }
 
 void SubmissionController::handOut() {

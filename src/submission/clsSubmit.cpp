@@ -133,14 +133,21 @@ void clsSubmit::LoadHTTPMXSocket(std::int16_t Count) {
         m_frmHTTPMX.release()->deleteLater();
     }
     m_frmHTTPMX = std::make_unique<frmHTTPMX>(m_services.network, m_services.preference, m_services.log);
+    m_frmHTTPMX->setLogMask([this](std::string_view URL) { return maskPassword(URL, m_web); });
+    m_frmHTTPMX->setKeepReplies(false);  // a result is the status alone
+    m_frmHTTPMX->setConnections(Count);
+    // A run on half a pool would wait for requests that never end.
+    std::string failed;
+    const auto loading =
+        connect(m_frmHTTPMX.get(), &frmHTTPMX::Completed, this,
+                [&failed](qint16, qint32, const std::string& Response) { failed = Response; });
+    m_frmHTTPMX->Load();
+    disconnect(loading);
+    if (!failed.empty()) throw Failure(failed);
     connect(m_frmHTTPMX.get(), &frmHTTPMX::Completed, this,
             [this](qint16 Index, qint32 Code, const std::string&) { m_frmHTTPMX_Completed(Index, Code); });
     connect(m_frmHTTPMX.get(), &frmHTTPMX::Progress, this, &clsSubmit::m_frmHTTPMX_Progress);
     connect(m_frmHTTPMX.get(), &frmHTTPMX::Cancelled, this, &clsSubmit::m_frmHTTPMX_Cancelled);
-    m_frmHTTPMX->setLogMask([this](std::string_view URL) { return maskPassword(URL, m_web); });
-    m_frmHTTPMX->setKeepReplies(false);  // a result is the status alone
-    m_frmHTTPMX->setConnections(Count);
-    m_frmHTTPMX->Load();
 }
 
 void clsSubmit::Submitting(std::int16_t Index, std::int16_t EngineIndex) {
@@ -214,11 +221,13 @@ void clsSubmit::setSubmitResults(std::int16_t Index, std::string_view Caller, st
     try {
         SubmitSocket& work = socket(Index);
         work.Busy = 0;
+        EngineResult* const result = work.EngineIndex < 1
+                                         ? nullptr
+                                         : &m_EngineTable.at(static_cast<std::size_t>(work.EngineIndex - 1));
+        if (result != nullptr) result->Result = work.Result;
         showConnection(Index, Text, "Completed");
-        if (work.EngineIndex < 1) return;
-        EngineResult& result = m_EngineTable.at(static_cast<std::size_t>(work.EngineIndex - 1));
-        result.Home = work.Home;
-        result.Result = work.Result;
+        if (result == nullptr) return;
+        result->Home = work.Home;
         tellEnded(Index);
     } catch (const std::exception& failure) {
         if (!m_services.log.traceOn()) return;

@@ -73,6 +73,7 @@ class clsSubmit final : public QObject {
 
     // Failure 9 "Subscript out of range" below 1.
     void sizeSockets(std::int16_t Count);
+    // Throws Failure when the pool cannot be loaded.
     void LoadHTTPMXSocket(std::int16_t Count);
     // Starts the engine on the connection. An engine that ends at once (nothing to send, a start that failed)
     // has its result stored and the scheduler's SubmitIt called before this returns.
