@@ -11,8 +11,8 @@
 #include "catalogue/Catalogue.h"
 #include "support/ScriptedPrompts.h"
 #include "support/TestHome.h"
-#include "widgets/ListView.h"
 #include "widgets/Appearance.h"
+#include "widgets/ListView.h"
 
 #include <QAction>
 #include <QApplication>
