@@ -72,15 +72,6 @@ TEST_F(MainWindowTest, AnEmptyHomeShowsTheSettingsOnceAndEndsInTheNotice) {
     EXPECT_EQ(settingsShown, 1);
 }
 
-TEST_F(MainWindowTest, NoToTheExitQuestionKeepsTheWindow) {
-    settleHome(kSmallCatalogue);
-    start();
-    prompts.answers = {false};
-    EXPECT_FALSE(window().close());
-    EXPECT_TRUE(window().isVisible());
-    EXPECT_EQ(prompts.last().text, "Are you sure you want to exit?");
-}
-
 TEST_F(MainWindowTest, TheWindowTakesItsSavedPlaceButStaysInReach) {
     settleHome(kSmallCatalogue);
     const auto placed = [this](const char* saved) {
