@@ -40,10 +40,10 @@ class HiddenInput final {
         : m_hidden(isTerminal && ::tcgetattr(STDIN_FILENO, &m_before) == 0) {
         termios silent = m_before;
         silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
-        if (m_hidden) ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &silent);
+        if (m_hidden) ::tcsetattr(STDIN_FILENO, TCSADRAIN, &silent);
     }
     ~HiddenInput() {
-        if (m_hidden) ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &m_before);
+        if (m_hidden) ::tcsetattr(STDIN_FILENO, TCSADRAIN, &m_before);
     }
     HiddenInput(const HiddenInput&) = delete;
     HiddenInput& operator=(const HiddenInput&) = delete;
