@@ -70,6 +70,10 @@ Authorities Authorities::fromEnvironment(
             return {std::move(file), std::move(folder), {}, failureText(failure)};
         }
     }
+    // libcurl would wait for the other end of a pipe.
+    std::error_code failure;
+    if (!file.empty() && std::filesystem::exists(file, failure) && !fileExists(file))
+        return {{}, {}, {}, file + ": Not a regular file"};
     if (!file.empty() || !folder.empty()) return {std::move(file), std::move(folder), {}, {}};
     // The folder that a system has beside its bundle holds the same certificates.
     const curl_version_info_data& built = *curl_version_info(CURLVERSION_NOW);
@@ -79,13 +83,8 @@ Authorities Authorities::fromEnvironment(
 
 void Authorities::check() const {
     std::string why = problem;
-    if (why.empty() && !file.empty()) {
-        // Opening a pipe would wait for its other end.
-        if (::access(file.c_str(), R_OK) != 0)
-            why = file + ": " + std::strerror(errno);
-        else if (!fileExists(file) && memory == nullptr)
-            why = file + ": Not a regular file";
-    }
+    if (why.empty() && !file.empty() && ::access(file.c_str(), R_OK) != 0)
+        why = file + ": " + std::strerror(errno);
     if (!why.empty()) throw Failure("The certificates for https cannot be read: " + why);
 }
 
