@@ -27,7 +27,7 @@ struct Signature final {
 };
 
 constexpr std::size_t kShortestKey = 4;
-constexpr std::size_t kLongestKey = 14;
+constexpr std::size_t kLongestKey = 16;
 
 // Of a text from kShortestKey to kLongestKey long.
 Signature signatureOf(std::string_view text) noexcept {

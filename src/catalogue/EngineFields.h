@@ -11,11 +11,12 @@ namespace relay {
 class EngineCategories;
 
 // A field of the record: its name where a person or a program reads it, and its key in the engine file in all
-// spellings, the first of which is written. A new field is one row here and an accessor in clsEngines.
+// spellings, the first of which is written. A spelling has 4 to 16 letters, and nothing else. A new field is
+// a row here, and its key and accessor in clsEngines.
 struct EngineField final {
     EngineKey key;
     std::string_view name;
-    std::array<std::string_view, 4> spellings{};
+    std::array<std::string_view, 4> spellings;
 };
 
 inline constexpr std::array<EngineField, 18> EngineFields{{

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -36,6 +37,7 @@ enum class Macro : std::uint8_t {
     EntryBy,
     EntryURL,
 };
+inline constexpr auto kMacroCount = static_cast<std::size_t>(Macro::EntryURL) + 1;
 
 // Without regard to case; nothing for a name that is no macro and stands for itself.
 std::optional<Macro> macroOf(std::string_view name) noexcept;

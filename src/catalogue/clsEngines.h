@@ -33,7 +33,7 @@ enum class EngineKey : std::uint8_t {
     Unknown,  // a key nobody knows
 };
 
-// What the records of one load point into; no longer than 4 GiB each.
+// What the records of one load point into; less than 4 GiB each, as no larger file is read.
 struct EngineTexts final {
     std::string_view file;    // the engine file
     std::string_view tables;  // the category tables
@@ -96,13 +96,14 @@ class clsEngines final {
     };
 
     static constexpr auto kTexts = static_cast<std::size_t>(EngineKey::AdultOnlySites);
-    static constexpr std::size_t kLetters = 2;
+    static constexpr auto kLetters = static_cast<std::size_t>(EngineKey::MaxTitle) - kTexts;
+    static constexpr auto kNumbers = static_cast<std::size_t>(EngineKey::None) - kTexts - kLetters;
 
     static std::string_view letter(std::uint16_t code) noexcept;
 
     const EngineTexts* m_texts;
     std::array<Part, kTexts> m_parts{};
-    std::array<std::int32_t, 4> m_numbers{};
+    std::array<std::int32_t, kNumbers> m_numbers{};
     std::array<std::uint16_t, kLetters> m_letters{};  // the byte and one; 0 for none
 };
 

@@ -102,16 +102,10 @@ bool Rows::contains(std::string_view key) const {
     return indexOf(key) >= 0;
 }
 
-void Rows::insert(int position, Row row) {
-    insert(position, ownEntry(std::move(row)));
-}
-
-void Rows::insert(int position, Entry row) {
-    const int place = std::clamp(position, 0, count());
+void Rows::add(Entry row) {
     if (contains(row.key())) failTakenKey();
-    if (told()) beginInsertRows({}, place, place);
-    if (place < count()) forgetKeys();
-    m_rows.insert(m_rows.begin() + place, std::move(row));
+    if (told()) beginInsertRows({}, count(), count());
+    m_rows.push_back(std::move(row));
     if (told()) endInsertRows();
 }
 
@@ -119,20 +113,6 @@ bool Rows::tryAdd(Row row) {
     if (contains(row.key)) return false;
     add(std::move(row));
     return true;
-}
-
-void Rows::removeAt(int row) {
-    entry(row);
-    if (told()) beginRemoveRows({}, row, row);
-    forgetKeys();
-    m_rows.erase(m_rows.begin() + row);
-    if (told()) endRemoveRows();
-}
-
-bool Rows::removeKey(std::string_view key) {
-    const int row = indexOf(key);
-    if (row >= 0) removeAt(row);
-    return row >= 0;
 }
 
 int Rows::removeIf(const std::function<bool(const RowView&)>& test) {
@@ -161,13 +141,8 @@ template <typename Edit>
 void Rows::change(int row, Edit&& edit) {
     Row edited(entry(row).view());
     edit(edited);
-    if (edited.key != entry(row).key()) forgetKeys();
     entry(row) = ownEntry(std::move(edited));
     changed(row);
-}
-
-void Rows::setText(int row, std::string text) {
-    change(row, [&](Row& edited) { edited.text = std::move(text); });
 }
 
 void Rows::setSubItem(int row, int column, std::string text) {
@@ -195,11 +170,6 @@ void Rows::setChecked(int row, bool on) {
 void Rows::setHighlighted(int row, bool on) {
     entry(row).highlighted = on;
     changed(row);
-}
-
-void Rows::setKey(int row, std::string key) {
-    if (!equalsNoCase(entry(row).key(), key) && contains(key)) failTakenKey();
-    change(row, [&](Row& edited) { edited.key = std::move(key); });
 }
 
 void Rows::clearHighlights() {

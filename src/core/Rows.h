@@ -56,9 +56,8 @@ class Rows final : public QAbstractTableModel {
     bool contains(std::string_view key) const;
 
     // Throws Failure 457 "This key is already associated with an element of this collection" when taken.
-    void add(Row row) { insert(count(), std::move(row)); }
-    void add(const RowSource& source, const void* record) { insert(count(), {source, record}); }
-    void insert(int position, Row row);
+    void add(Row row) { add(ownEntry(std::move(row))); }
+    void add(const RowSource& source, const void* record) { add(Entry(source, record)); }
     // False, and nothing happens, when the key is taken: duplicates are kept out in silence.
     bool tryAdd(Row row);
     // Adds a row for each of the records, whose keys must all be new to the list.
@@ -68,20 +67,16 @@ class Rows final : public QAbstractTableModel {
         m_rows.reserve(m_rows.size() + records.count());
         for (const auto& record : records) m_rows.emplace_back(source, &record);
     }
-    void removeAt(int row);
-    bool removeKey(std::string_view key);
     // Removes every row the test names, in one pass; gives their number.
     int removeIf(const std::function<bool(const RowView&)>& test);
     // Empties the list, which is then in no order: the next click on a column title sorts ascending.
     void clear();
 
-    void setText(int row, std::string text);
     void setSubItem(int row, int column, std::string text);  // column 1 and up
     void setIcon(int row, std::string icon);
     void setTag(int row, std::string tag);
     void setChecked(int row, bool on);
     void setHighlighted(int row, bool on);
-    void setKey(int row, std::string key);  // throws Failure 457 when taken
     void clearHighlights();
     // First highlighted row, or -1.
     int firstHighlighted() const;
@@ -131,7 +126,7 @@ class Rows final : public QAbstractTableModel {
     static Entry ownEntry(Row row);
     const Entry& entry(int row) const { return m_rows.at(static_cast<std::size_t>(row)); }
     Entry& entry(int row) { return m_rows.at(static_cast<std::size_t>(row)); }
-    void insert(int position, Entry row);
+    void add(Entry row);
     template <typename Edit>
     void change(int row, Edit&& edit);
     auto keys() const {

@@ -11,6 +11,7 @@
 #include "projects/WebsiteFile.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 
 namespace relay {
@@ -58,64 +59,53 @@ std::string fromWebsiteFile(const TemplateSource& source, std::string_view suffi
     return source.websiteFile.value(kCustomCategorySection, std::string(source.engine.name()).append(suffix));
 }
 
+template <std::string WebDetails::*field>
+std::string plain(const TemplateSource& source) {
+    return source.web.*field;
+}
+
+struct MacroRow final {
+    Macro macro;
+    std::string (*value)(const TemplateSource&);
+};
+
+// In the order of Macro.
+constexpr std::array<MacroRow, kMacroCount> kMacroValues = {{
+    {Macro::Title, title},
+    {Macro::Keyword, [](auto& s) { return std::string(cut(s.web.Keyword, s.engine.MaxKeywords())); }},
+    {Macro::Description,
+     [](auto& s) { return std::string(cut(s.web.Description, s.engine.MaxDescriptions())); }},
+    {Macro::URL, plain<&WebDetails::URL>},
+    {Macro::Category, category},
+    {Macro::CustomCategory, [](auto& s) { return EncodeURLValue(fromWebsiteFile(s, "")); }},
+    {Macro::SpaceID, [](auto& s) { return fromWebsiteFile(s, "SpaceID"); }},
+    {Macro::Name, plain<&WebDetails::Name>},
+    {Macro::FirstName, [](auto& s) { return s.web.Name.substr(0, s.web.Name.find('+')); }},
+    // The whole name when there is no "+".
+    {Macro::LastName, [](auto& s) { return s.web.Name.substr(s.web.Name.find('+') + 1); }},
+    {Macro::Email, email},
+    {Macro::Company, plain<&WebDetails::Company>},
+    {Macro::Address, plain<&WebDetails::Address>},
+    {Macro::City, plain<&WebDetails::City>},
+    {Macro::Postcode, plain<&WebDetails::Postcode>},
+    {Macro::State, plain<&WebDetails::State>},
+    {Macro::Country, plain<&WebDetails::Country>},
+    {Macro::CountryCode, [](auto& s) { return s.countries.getCountryCode(s.web.Country); }},
+    {Macro::Phone, plain<&WebDetails::Phone>},
+    {Macro::Fax, plain<&WebDetails::Fax>},
+    {Macro::Language, plain<&WebDetails::Language>},
+    {Macro::WebType,
+     [](auto& s) { return EncodeURLValue(getSearchString(s.engine.WebType(), s.web.WebType, '|', {})); }},
+    {Macro::Password, plain<&WebDetails::Password>},
+    {Macro::EntryBy, plain<&WebDetails::EntryBy>},
+    {Macro::EntryURL, plain<&WebDetails::EntryURL>},
+}};
+static_assert(std::adjacent_find(kMacroValues.begin(), kMacroValues.end(),
+                                 [](auto& a, auto& b) { return a.macro >= b.macro; }) == kMacroValues.end());
+
 std::string macroValue(std::string_view name, const TemplateSource& source) {
-    const WebDetails& web = source.web;
-    const clsEngines& engine = source.engine;
     const std::optional<Macro> macro = macroOf(name);
-    if (!macro) return std::string(name);
-    switch (*macro) {
-        case Macro::Title:
-            return title(source);
-        case Macro::Keyword:
-            return std::string(cut(web.Keyword, engine.MaxKeywords()));
-        case Macro::Description:
-            return std::string(cut(web.Description, engine.MaxDescriptions()));
-        case Macro::URL:
-            return web.URL;
-        case Macro::Category:
-            return category(source);
-        case Macro::CustomCategory:
-            return EncodeURLValue(fromWebsiteFile(source, ""));
-        case Macro::SpaceID:
-            return fromWebsiteFile(source, "SpaceID");
-        case Macro::Name:
-            return web.Name;
-        case Macro::FirstName:
-            return web.Name.substr(0, web.Name.find('+'));
-        case Macro::LastName:
-            return web.Name.substr(web.Name.find('+') + 1);  // the whole name when there is no "+"
-        case Macro::Email:
-            return email(source);
-        case Macro::Company:
-            return web.Company;
-        case Macro::Address:
-            return web.Address;
-        case Macro::City:
-            return web.City;
-        case Macro::Postcode:
-            return web.Postcode;
-        case Macro::State:
-            return web.State;
-        case Macro::Country:
-            return web.Country;
-        case Macro::CountryCode:
-            return source.countries.getCountryCode(web.Country);
-        case Macro::Phone:
-            return web.Phone;
-        case Macro::Fax:
-            return web.Fax;
-        case Macro::Language:
-            return web.Language;
-        case Macro::WebType:
-            return EncodeURLValue(getSearchString(engine.WebType(), web.WebType, '|', {}));
-        case Macro::Password:
-            return web.Password;
-        case Macro::EntryBy:
-            return web.EntryBy;
-        case Macro::EntryURL:
-            return web.EntryURL;
-    }
-    return {};
+    return macro ? kMacroValues[static_cast<std::size_t>(*macro)].value(source) : std::string(name);
 }
 
 }  // namespace

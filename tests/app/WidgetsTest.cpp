@@ -99,7 +99,7 @@ TEST_F(ListViewTest, SelectionAndHighlightsAreTheSame) {
     rows.add({.key = "d", .text = "d", .highlighted = true});
     {
         const RowsBatch batch(rows);
-        rows.setText(0, "cc");
+        rows.setSubItem(0, 1, "cc");
     }
     EXPECT_EQ(selected(), "d") << "a view that was reset looks at the flags again";
 }
