@@ -39,8 +39,12 @@ struct EngineResult final {
     std::int16_t Result = NotReached;
 };
 
+// How far a connection has come with its engine, and the icon that shows it.
+enum class ConnectionStage { Waiting, Connecting, Connected, Completed };
+
 // The work record beside one connection of the pool.
 struct SubmitSocket final {
+    ConnectionStage Stage = ConnectionStage::Waiting;
     std::int16_t Stopped = 0;  // -1 once stopSubmission has cancelled it
     std::int16_t Flags = 0;
     std::int16_t Busy = 0;  // 1 from Submitting until the result is stored

@@ -4,6 +4,7 @@
 #include "core/Failure.h"
 #include "core/Log.h"
 #include "core/Text.h"
+#include "core/Trap.h"
 #include "core/clsPreference.h"
 #include "transport/HttpClient.h"
 #include "transport/HttpTransfer.h"
@@ -266,7 +267,7 @@ void frmHTTPMX::timeOut(std::int16_t index) {
 
 void frmHTTPMX::Disconnect() {
     const QPointer<frmHTTPMX> alive(this);
-    try {
+    const auto failure = failureOf([&] {
         // What runs in between may unload the pool.
         for (std::size_t index = 1; index < m_data->slots.size(); ++index) {
             HttpSlot& slot = m_data->slots[index];
@@ -278,9 +279,8 @@ void frmHTTPMX::Disconnect() {
             if (!alive) return;
         }
         if (m_data->loaded && !m_data->tmrCancel.isActive()) m_data->tmrCancel.start();
-    } catch (const std::exception& failure) {
-        m_data->log.WriteErrorLog(std::string("frmRanking_Disconnect_error: 0 - ") + failure.what());
-    }
+    });
+    if (failure) m_data->log.WriteErrorLog("frmRanking_Disconnect_error: 0 - " + *failure);
 }
 
 void frmHTTPMX::cancelTick() {

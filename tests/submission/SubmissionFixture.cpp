@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "SubmissionFixture.h"
 
+#include "core/Text.h"
+
 namespace relay::test {
 
 FaultServer::Script statusByPath() {
@@ -16,9 +18,8 @@ FaultServer::Script statusByPath() {
 
 SubmissionFixture::SubmissionFixture(std::string ownCommandLine) : SessionFixture(ownCommandLine) {
     preference.GetSettings();
-    controller.emplace(SubmissionServices{session.paths, preference, log, prompts, clock, session.network,
-                                          lists.engines, lists.lsvSelectedEngines, catalogue.countries,
-                                          QLocale(QLocale::English), ownCommandLine});
+    controller.emplace(services, catalogue,
+                       SubmissionOptions{QLocale(QLocale::English), containsNoCase(ownCommandLine, "/U")});
     QObject::connect(&*controller, &SubmissionController::engineEnded, &*controller,
                      [this](const EngineEnded& e) {
                          ended.push_back({std::string(e.URL), std::string(e.engine), e.code, e.result});

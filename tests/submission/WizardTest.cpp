@@ -43,7 +43,7 @@ TEST(Wizard, listsTheWebsitesOfTheProjects) {
     // A path of other case is another website, with URLs of its own; one that cannot be read says why.
     EXPECT_TRUE(wizard.addSite(fixture.website("shop", {"http://a.test/1"}), "shop", ""));
     EXPECT_FALSE(wizard.addSite(fixture.website("shop", {"http://a.test/1"}), "shop", ""));
-    EXPECT_TRUE(wizard.submit().createSubmissionData());
+    EXPECT_TRUE(wizard.createSubmissionData());
     EXPECT_EQ(wizard.state().lsvSiteSubmitting.count(), 3);
     EXPECT_THROW(wizard.addSite(fixture.home.path("Projects"), "", ""), Failure);
     wizard.selectAllSites(false);
