@@ -261,13 +261,12 @@ void SubmissionController::TimerSubmit() {
 }
 
 void SubmissionController::countEnded(const EngineEnded& ended) {
-    if (ended.result == Success) {
+    if (ended.result == Success)
         ++m_summary.success;
-    } else if (ended.result == Cancelled) {
+    else if (ended.result == Cancelled)
         ++m_summary.cancelled;
-    } else {
+    else
         ++m_summary.failed;
-    }
     Q_EMIT engineEnded(ended);
 }
 

@@ -234,9 +234,8 @@ bool SubmissionController::closing() {
     m_dispatcher.stop();
     m_state.Running = 0;
     m_TimerSubmit.stop();
-    for (int i = 1; i <= m_clsSubmit.socketCount(); ++i) {
+    for (int i = 1; i <= m_clsSubmit.socketCount(); ++i)
         if (m_clsSubmit.socket(i).Stopped != 0) m_clsSubmit.Disconnect();
-    }
     return true;
 }
 
