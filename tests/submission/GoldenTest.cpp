@@ -25,9 +25,9 @@ std::string requestText(const std::vector<std::string>& requests) {
 // case.ini (CommandLine, BlockSpam) go in; the reports in their order (report1.html and on), the website file
 // (website-after.kws, {home} for the home), fail.eng and what the server got (requests.txt, request line and
 // body) must come out, to the byte. It is April 1 of 2002, 13:05, and one connection is used.
-class SubmissionGolden : public testing::TestWithParam<std::string> {};
+class SubmissionGoldenTest : public testing::TestWithParam<std::string> {};
 
-TEST_P(SubmissionGolden, submitsAndReports) {
+TEST_P(SubmissionGoldenTest, SubmitsAndReports) {
     const auto file = [&](const std::string& name) {
         return TEST_FOLDER "/golden/" + GetParam() + "/" + name;
     };
@@ -55,7 +55,7 @@ TEST_P(SubmissionGolden, submitsAndReports) {
     EXPECT_EQ(rights, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
 }
 
-INSTANTIATE_TEST_SUITE_P(Golden, SubmissionGolden, testing::ValuesIn(goldenCases(TEST_FOLDER "/golden")),
+INSTANTIATE_TEST_SUITE_P(Golden, SubmissionGoldenTest, testing::ValuesIn(goldenCases(TEST_FOLDER "/golden")),
                          goldenName);
 
 }  // namespace

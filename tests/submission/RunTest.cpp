@@ -19,7 +19,7 @@ std::string cell(const Rows& rows, int row, std::size_t column) {
     return std::string(rows.at(row).subItems.at(column - 1));
 }
 
-TEST(Run, opensNoMoreConnectionsThanEngines) {
+TEST(RunTest, OpensNoMoreConnectionsThanEngines) {
     const FaultServer server(statusByPath());
     SubmissionFixture fixture;
     fixture.preference.Connections = 10;
@@ -64,7 +64,7 @@ TEST(Run, opensNoMoreConnectionsThanEngines) {
 }
 
 // Records that end at once, in a number that nested calls would not survive, around one that is sent.
-TEST(Run, passesOverEnginesThatCannotBeSent) {
+TEST(RunTest, PassesOverEnginesThatCannotBeSent) {
     const FaultServer server(statusByPath());
     SubmissionFixture fixture;
     fixture.preference.Connections = 2;
@@ -90,7 +90,7 @@ TEST(Run, passesOverEnginesThatCannotBeSent) {
     EXPECT_EQ(table[30001].Result, StartFailed);
 }
 
-TEST(Run, goesOnWithTheConnectionWhoseEngineEndedAtOnce) {
+TEST(RunTest, GoesOnWithTheConnectionWhoseEngineEndedAtOnce) {
     const FaultServer server(statusByPath());
     SubmissionFixture fixture;
     fixture.selectEngines(SubmissionFixture::records("None", 2, "") +
@@ -102,7 +102,7 @@ TEST(Run, goesOnWithTheConnectionWhoseEngineEndedAtOnce) {
     EXPECT_EQ(cell(connections, 1, 1), "Slow2");
 }
 
-TEST(Run, endsWhenNothingCanBeSent) {
+TEST(RunTest, EndsWhenNothingCanBeSent) {
     SubmissionFixture fixture;
     fixture.preference.Connections = 32767;
     fixture.selectEngines(SubmissionFixture::records("E", 5, ""));
@@ -113,7 +113,7 @@ TEST(Run, endsWhenNothingCanBeSent) {
     EXPECT_EQ(fixture.controller->state().lsvConnections.at(0).icon, "Completed");
 }
 
-TEST(Run, comesToItsEndWhateverFails) {
+TEST(RunTest, ComesToItsEndWhateverFails) {
     const auto fail = [] { throw Failure("broken"); };
     struct Case final {
         std::function<void(SubmissionController&)> sabotage;
@@ -148,7 +148,7 @@ TEST(Run, comesToItsEndWhateverFails) {
     }
 }
 
-TEST(Run, stopsBeforeAnyReply) {
+TEST(RunTest, StopsBeforeAnyReply) {
     const FaultServer server(statusByPath());
     SubmissionFixture fixture;
     fixture.preference.Connections = 2;
@@ -186,7 +186,7 @@ TEST(Run, stopsBeforeAnyReply) {
 }
 
 // The stop falls between two chunks of engines that end at once, with no request under way.
-TEST(Run, stopsWhileNothingIsSent) {
+TEST(RunTest, StopsWhileNothingIsSent) {
     SubmissionFixture fixture;
     fixture.preference.Connections = 2;
     fixture.selectEngines(SubmissionFixture::records("E", 30000, ""));
@@ -201,7 +201,7 @@ TEST(Run, stopsWhileNothingIsSent) {
     EXPECT_EQ(fixture.reports.size(), 1U);
 }
 
-TEST(Run, canBeRunAgainWithMoreEngines) {
+TEST(RunTest, CanBeRunAgainWithMoreEngines) {
     const FaultServer server(statusByPath());
     SubmissionFixture fixture;
     const std::string site = fixture.website("Shop", {"http://a.test/"});
@@ -219,7 +219,7 @@ TEST(Run, canBeRunAgainWithMoreEngines) {
     EXPECT_EQ(fixture.home.read("fail.eng"), "");
 }
 
-TEST(Run, goesOnWhenTheReportCannotBeWritten) {
+TEST(RunTest, GoesOnWhenTheReportCannotBeWritten) {
     const FaultServer server(statusByPath());
     SubmissionFixture fixture;
     fixture.selectEngines(SubmissionFixture::records("E", 1, server.url("/200/s")));
@@ -240,7 +240,7 @@ TEST(Run, goesOnWhenTheReportCannotBeWritten) {
               "Report file is corrupted or missing, please re-run the submission again.");
 }
 
-TEST(Run, keepsThePasswordOutOfTheLog) {
+TEST(RunTest, KeepsThePasswordOutOfTheLog) {
     const FaultServer server(statusByPath());
     SubmissionFixture fixture("submit /d");
     fixture.selectEngines(

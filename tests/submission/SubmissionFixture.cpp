@@ -8,11 +8,10 @@ namespace relay::test {
 FaultServer::Script statusByPath() {
     return [](FaultServer::Peer& peer) {
         const int status = std::atoi(peer.path().c_str() + 1);
-        if (status == 0) {
+        if (status == 0)
             peer.waitForClose();
-        } else {
+        else
             peer.send(FaultServer::answer(status));
-        }
     };
 }
 
@@ -66,9 +65,8 @@ bool SubmissionFixture::waitForEnd() {
 
 std::vector<std::string> SubmissionFixture::boxes() const {
     std::vector<std::string> all;
-    for (const auto& shown : prompts.shown) {
+    for (const auto& shown : prompts.shown)
         if (shown.kind == "message") all.push_back(shown.title + "|" + shown.text);
-    }
     return all;
 }
 

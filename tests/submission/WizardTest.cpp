@@ -16,7 +16,7 @@ std::vector<std::string> texts(const Rows& rows) {
     return all;
 }
 
-TEST(Wizard, listsTheWebsitesOfTheProjects) {
+TEST(WizardTest, ListsTheWebsitesOfTheProjects) {
     SubmissionFixture fixture;
     const std::string shop = fixture.website("Shop", {"http://a.test/1", "http://a.test/2"});
     const std::string empty = fixture.website("Empty", {});
@@ -53,7 +53,7 @@ TEST(Wizard, listsTheWebsitesOfTheProjects) {
     EXPECT_FALSE(sites.at(1).checked);
 }
 
-TEST(Wizard, sumsUpAndRefuses) {
+TEST(WizardTest, SumsUpAndRefuses) {
     SubmissionFixture fixture;
     SubmissionController& wizard = *fixture.controller;
     EXPECT_FALSE(wizard.cmdNext());
@@ -84,7 +84,7 @@ TEST(Wizard, sumsUpAndRefuses) {
     EXPECT_THAT(texts(state.lsvSiteSubmitting), ElementsAre("http://a.test/same"));
 }
 
-TEST(Wizard, dropsTheURLsThatTheUserRemoves) {
+TEST(WizardTest, DropsTheURLsThatTheUserRemoves) {
     SubmissionFixture fixture;
     const FaultServer server(statusByPath());
     fixture.selectEngines(SubmissionFixture::records("E", 1, server.url("/200/s")));
@@ -104,7 +104,7 @@ TEST(Wizard, dropsTheURLsThatTheUserRemoves) {
     EXPECT_EQ(fixture.reports.size(), 1U);
 }
 
-TEST(Wizard, refusesWhatCannotBeCountedOrBegun) {
+TEST(WizardTest, RefusesWhatCannotBeCountedOrBegun) {
     SubmissionFixture fixture;
     fixture.selectEngines(SubmissionFixture::records("E", 1, ""));
     SubmissionController& wizard = *fixture.controller;
@@ -141,7 +141,7 @@ TEST(Wizard, refusesWhatCannotBeCountedOrBegun) {
                                              "Error|getSubmitSummary_Error: Overflow"));
 }
 
-TEST(Wizard, viewsTheReportThatIsChosen) {
+TEST(WizardTest, ViewsTheReportThatIsChosen) {
     SubmissionFixture fixture;
     SubmissionController& wizard = *fixture.controller;
     wizard.viewReport();
@@ -158,7 +158,7 @@ TEST(Wizard, viewsTheReportThatIsChosen) {
     EXPECT_THAT(fixture.logText(), testing::HasSubstr("ReportFile: /nowhere.html\r\n"));
 }
 
-TEST(Wizard, asksBeforeItClosesDuringARun) {
+TEST(WizardTest, AsksBeforeItClosesDuringARun) {
     const FaultServer server(statusByPath());
     SubmissionFixture fixture;
     EXPECT_TRUE(fixture.controller->closing());
