@@ -6,7 +6,6 @@
 #include "core/Text.h"
 #include "projects/ProjectTree.h"
 
-
 namespace relay {
 
 namespace {

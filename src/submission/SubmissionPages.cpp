@@ -69,7 +69,7 @@ bool SubmissionController::hasSite(std::string_view websiteFile) const {
 void SubmissionController::siteChecked(int row, bool on) {
     if (!on) return;
     const RowView site = m_state.lsvSiteSelection.at(row);
-    const std::string_view count = site.subItems.size() > 1 ? site.subItems[1] : std::string_view();
+    const std::string_view count = site.subItems.at(1);
     if (site.key.empty()) {
         m_services.prompts.message("Web site file is empty, please save the web site details before submit.",
                                    "Select Website\"", Icon::Critical);
@@ -85,8 +85,7 @@ void SubmissionController::selectAllSites(bool on) {
     const RowsBatch batch(m_state.lsvSiteSelection);
     for (int row = 0; row < m_state.lsvSiteSelection.count(); ++row) {
         const RowView site = m_state.lsvSiteSelection.at(row);
-        const bool hasURLs =
-            !site.key.empty() && site.subItems.size() > 1 && leadingNumber(site.subItems[1]) > 0;
+        const bool hasURLs = !site.key.empty() && leadingNumber(site.subItems.at(1)) > 0;
         m_state.lsvSiteSelection.setChecked(row, on && hasURLs);
     }
 }
@@ -106,7 +105,7 @@ void SubmissionController::getNumOfSelectedSites(int& Sites, int& URLs) const {
         const RowView site = m_state.lsvSiteSelection.at(row);
         if (!site.checked) continue;
         ++Sites;
-        if (site.subItems.size() > 1) URLs += toInt16(leadingNumber(site.subItems[1]));
+        URLs += toInt16(leadingNumber(site.subItems.at(1)));
     }
 }
 
@@ -145,16 +144,14 @@ bool SubmissionController::getSubmitSummary() {
 
 bool SubmissionController::ConfirmSubmit() {
     std::string_view refusal;
-    if (m_state.lblNumOfWebsites.empty()) {
+    if (m_state.lblNumOfWebsites.empty())
         refusal =
             "There is no web site to be submitted. Please make sure to select the web site you want to "
-            "submit "
-            "and try again.";
-    } else if (m_state.lblNumOfEngines.empty()) {
+            "submit and try again.";
+    else if (m_state.lblNumOfEngines.empty())
         refusal =
-            "There is no engine has been submitted. Please select the engines you want to submit and try "
-            "again.";
-    }
+            "There is no engine has been submitted. Please select the engines you want to submit and "
+            "try again.";
     if (refusal.empty()) return true;
     m_services.prompts.message(refusal, "Confirm Submit", Icon::Critical);
     return false;

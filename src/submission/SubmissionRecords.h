@@ -3,6 +3,7 @@
 
 #include <QDateTime>
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -56,6 +57,8 @@ struct SubmitSocket final {
     std::string SubmitData;
     std::int16_t Result = NotReached;
     std::int16_t EngineIndex = 0;  // place in EngineTable from 1; 0: none yet
+    std::chrono::steady_clock::time_point Started{};
+    std::int32_t Code = 0;  // the pool's answer
 };
 
 // What is told to those who watch a run.

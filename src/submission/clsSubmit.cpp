@@ -64,7 +64,6 @@ std::size_t clsSubmit::place(int Index) const {
 void clsSubmit::sizeSockets(std::int16_t Count) {
     if (Count < 1) throw Failure("Subscript out of range", 9);
     m_SubmitSocket.assign(static_cast<std::size_t>(Count), {});
-    m_watch.assign(static_cast<std::size_t>(Count), {});
 }
 
 void clsSubmit::LoadHTTPMXSocket(std::int16_t Count) {
@@ -97,7 +96,8 @@ void clsSubmit::sendRequest(std::int16_t Index, std::int16_t EngineIndex, int& s
     work.EngineIndex = EngineIndex;
     EngineResult& result = m_EngineTable.at(static_cast<std::size_t>(EngineIndex - 1));
     work.EngineName = result.Name;
-    m_watch[place(Index)] = {std::chrono::steady_clock::now(), 0};
+    work.Started = std::chrono::steady_clock::now();
+    work.Code = 0;
     show(Index, ConnectionStage::Connecting, "Connecting ...");
     step = 2;
     const clsEngines& engine = engineNamed(m_catalogue, result.Name);
@@ -147,7 +147,9 @@ void clsSubmit::setSubmitResults(std::int16_t Index, std::string_view Caller, co
         result.Result = work.Result;
         show(Index, ConnectionStage::Completed, Text);
         result.Home = work.Home;
-        tellEnded(Index);
+        const auto taken = std::chrono::steady_clock::now() - work.Started;
+        Q_EMIT engineEnded({m_URL, work.EngineName, work.Code, work.Result,
+                            std::chrono::duration_cast<std::chrono::milliseconds>(taken).count()});
     } catch (const std::exception& failure) {
         if (!m_services.log.traceOn()) return;
         m_services.log.WriteTraceLog("setSubmitResults_Error: " + std::string(failureText(failure)) +
@@ -163,14 +165,6 @@ void clsSubmit::cancel(std::int16_t Index) {
     setSubmitResults(Index, "stopSubmission()", "Cancelled");
 }
 
-void clsSubmit::tellEnded(std::int16_t Index) {
-    const SubmitSocket& work = socket(Index);
-    const Watch& watch = m_watch[place(Index)];
-    const auto taken = std::chrono::steady_clock::now() - watch.started;
-    Q_EMIT engineEnded({m_URL, work.EngineName, watch.code, work.Result,
-                        std::chrono::duration_cast<std::chrono::milliseconds>(taken).count()});
-}
-
 void clsSubmit::show(std::int16_t Index, ConnectionStage stage, const std::string& words) {
     socket(Index).Stage = stage;
     Q_EMIT connectionChanged(Index, words);
@@ -181,7 +175,7 @@ void clsSubmit::m_frmHTTPMX_Completed(std::int16_t Index, std::int32_t Code) {
         SubmitSocket& work = socket(Index);
         work.Stopped = work.Busy = 0;
         work.Result = classifyReply(Code);
-        m_watch[place(Index)].code = Code;
+        work.Code = Code;
         setSubmitResults(Index, "m_frmHTTPMX_Completed");
         Q_EMIT connectionFree(Index);
     });

@@ -8,7 +8,6 @@
 
 #include <QObject>
 
-#include <chrono>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -63,18 +62,11 @@ class clsSubmit final : public QObject {
     void cancelled();
 
   private:
-    // Beside a SubmitSocket: what only the watchers of a run are told.
-    struct Watch final {
-        std::chrono::steady_clock::time_point started;
-        std::int32_t code = 0;
-    };
-
     void m_frmHTTPMX_Completed(std::int16_t Index, std::int32_t Code);
     void m_frmHTTPMX_Progress(std::int16_t Index, std::int32_t Bytes);
     void m_frmHTTPMX_Cancelled();
     void sendRequest(std::int16_t Index, std::int16_t EngineIndex, int& step);
     void endAtOnce(std::int16_t Index);
-    void tellEnded(std::int16_t Index);
     void show(std::int16_t Index, ConnectionStage stage, const std::string& words);
     std::size_t place(int Index) const;
 
@@ -82,7 +74,6 @@ class clsSubmit final : public QObject {
     const Catalogue& m_catalogue;
     RunPool m_pool;
     std::vector<SubmitSocket> m_SubmitSocket;
-    std::vector<Watch> m_watch;  // in step with m_SubmitSocket
     std::vector<EngineResult> m_EngineTable;
     std::string m_URL;
     WebDetails m_web;

@@ -28,13 +28,4 @@ void RunPool::open(Options options) {
     connect(m_frmHTTPMX.get(), &frmHTTPMX::Cancelled, this, &RunPool::Cancelled);
 }
 
-void RunPool::Connect(std::int16_t Index, const std::string& URL, const std::string& Method,
-                      const std::string& PostData) {
-    m_frmHTTPMX->Connect(Index, URL, Method, PostData);
-}
-
-void RunPool::Disconnect() {
-    if (m_frmHTTPMX) m_frmHTTPMX->Disconnect();
-}
-
 }  // namespace relay

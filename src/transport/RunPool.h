@@ -27,8 +27,12 @@ class RunPool final : public QObject {
     void open(Options options);
     // As those of frmHTTPMX. Connect needs an open pool.
     void Connect(std::int16_t Index, const std::string& URL, const std::string& Method,
-                 const std::string& PostData);
-    void Disconnect();
+                 const std::string& PostData) {
+        m_frmHTTPMX->Connect(Index, URL, Method, PostData);
+    }
+    void Disconnect() {
+        if (m_frmHTTPMX) m_frmHTTPMX->Disconnect();
+    }
 
   Q_SIGNALS:
     void Completed(qint16 Index, qint32 Code, const std::string& Response);

@@ -32,12 +32,11 @@ TEST_P(SubmissionGoldenTest, SubmitsAndReports) {
         return TEST_FOLDER "/golden/" + GetParam() + "/" + name;
     };
     const IniFile options = IniFile::load(file("case.ini"));
-    const FaultServer server(statusByPath());
     SubmissionFixture fixture(options.value("Case", "CommandLine"));
     fixture.preference.BlockSpam =
         static_cast<std::int16_t>(leadingInteger(options.value("Case", "BlockSpam")));
     fixture.preference.Connections = 1;
-    fixture.selectEngines(replaceAll(readFile(file("krveng5.dat")), "{web}", server.url("")),
+    fixture.selectEngines(replaceAll(readFile(file("krveng5.dat")), "{web}", fixture.server.url("")),
                           readFile(file("catkws.dat")));
     fixture.run({fixture.home.write("Projects/website.kws", readFile(file("website.kws")))});
 
@@ -49,7 +48,7 @@ TEST_P(SubmissionGoldenTest, SubmitsAndReports) {
     EXPECT_EQ(replaceAll(fixture.home.read("Projects/website.kws"), fixture.home.path(""), "{home}/"),
               readFile(file("website-after.kws")));
     EXPECT_EQ(fixture.home.read("fail.eng"), readFile(file("fail.eng")));
-    EXPECT_EQ(requestText(server.requests()), readFile(file("requests.txt")));
+    EXPECT_EQ(requestText(fixture.server.requests()), readFile(file("requests.txt")));
     // The website file holds a password.
     const auto rights = std::filesystem::status(fixture.home.path("Projects/website.kws")).permissions();
     EXPECT_EQ(rights, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);

@@ -5,14 +5,12 @@
 
 namespace relay::test {
 
-FaultServer::Script statusByPath() {
-    return [](FaultServer::Peer& peer) {
-        const int status = std::atoi(peer.path().c_str() + 1);
-        if (status == 0)
-            peer.waitForClose();
-        else
-            peer.send(FaultServer::answer(status));
-    };
+void statusByPath(FaultServer::Peer& peer) {
+    const int status = std::atoi(peer.path().c_str() + 1);
+    if (status == 0)
+        peer.waitForClose();
+    else
+        peer.send(FaultServer::answer(status));
 }
 
 SubmissionFixture::SubmissionFixture(std::string ownCommandLine) : SessionFixture(ownCommandLine) {
@@ -34,11 +32,12 @@ void SubmissionFixture::selectEngines(std::string_view records, std::string_view
     for (const clsEngines& engine : lists.engines) addEngineListView(lists.lsvSelectedEngines, engine);
 }
 
-std::string SubmissionFixture::records(std::string_view prefix, int count, std::string_view action) {
+std::string SubmissionFixture::records(std::string_view prefix, int count, std::string_view action) const {
+    const std::string whole = action.starts_with('/') ? server.url(action) : std::string(action);
     std::string text;
     for (int number = 1; number <= count; ++number) {
         text.append("Name=").append(prefix).append(std::to_string(number)).append("\n");
-        text.append("Type=ENG\nMethod=GET\nQuery=u=<url>\nAction=").append(action).append("\n");
+        text.append("Type=ENG\nMethod=GET\nQuery=u=<url>\nAction=").append(whole).append("\n");
     }
     return text;
 }
