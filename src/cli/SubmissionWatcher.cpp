@@ -97,9 +97,8 @@ void SubmissionWatcher::writeSummary() {
     Table counts({"Result", "Requests"});
     const auto addCount = [&](std::string_view word) { counts.add({word, std::to_string(byWord[word])}); };
     addCount(resultWord(Success));
-    for (const auto& [word, count] : byWord) {
+    for (const auto& [word, count] : byWord)
         if (word != resultWord(Success)) addCount(word);
-    }
     counts.add({"All", std::to_string(total)});
     counts.write(out, m_context.colours());
 

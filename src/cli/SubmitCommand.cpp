@@ -77,10 +77,7 @@ int SubmitCommand::run(Catalogue& catalogue) {
     Session& home = context().home();
     Console& console = context().console();
     home.network.open();
-    SubmissionController controller({home.paths, home.preference, home.log, context().prompts(),
-                                     console.clock, home.network, catalogue.lists.engines,
-                                     catalogue.lists.lsvSelectedEngines, catalogue.countries,
-                                     QLocale::system(), context().linksEngines() ? "/U" : ""});
+    SubmissionController controller(home.services, catalogue, {QLocale::system(), context().linksEngines()});
     addSites(controller, context(), m_websites);
     if (!controller.cmdNext() || !controller.cmdStart()) return kCouldNotRun;
 

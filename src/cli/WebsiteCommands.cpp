@@ -126,7 +126,7 @@ void changeUrls(const std::string& path, const std::function<void(Rows& urls)>& 
 
 void checkUrl(const std::string& url) {
     if (trim(url).empty()) throw UsageError("A URL is empty.");
-    if (std::any_of(url.begin(), url.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20; }))
+    if (hasControlByte(url))
         throw UsageError("A URL holds a line break or another control character: " + url);
 }
 

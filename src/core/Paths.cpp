@@ -3,6 +3,7 @@
 
 #include "core/Failure.h"
 #include "core/FileStore.h"
+#include "core/Text.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -37,12 +38,8 @@ bool statusOf(std::string_view path, struct stat& status) noexcept {
     }
 }
 
-bool isControl(char c) {
-    return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
-}
-
-bool isSeparator(char c) {
-    return c == '/' || c == '\\';
+bool isUnsafe(char c) {
+    return isControlByte(c) || c == '/' || c == '\\';
 }
 
 }  // namespace
@@ -137,17 +134,15 @@ void prepareHome(const Paths& paths, std::string_view installedData) {
 }
 
 std::string safeFileName(std::string_view name) {
-    const bool refused =
-        name.empty() || name == "." || name == ".." || name.size() > 255 ||
-        std::any_of(name.begin(), name.end(), [](char c) { return isControl(c) || isSeparator(c); });
+    const bool refused = name.empty() || name == "." || name == ".." || name.size() > 255 ||
+                         std::any_of(name.begin(), name.end(), isUnsafe);
     if (refused) throw Failure("Bad file name: " + mendedFileName(name), 75);
     return std::string(name);
 }
 
 std::string mendedFileName(std::string_view name, std::size_t limit) {
     std::string mended(name.substr(0, std::max<std::size_t>(limit, 1)));
-    std::replace_if(
-        mended.begin(), mended.end(), [](char c) { return isControl(c) || isSeparator(c); }, '_');
+    std::replace_if(mended.begin(), mended.end(), isUnsafe, '_');
     for (std::size_t i = 0; i < mended.size() && mended[i] == '.'; ++i) mended[i] = '_';
     return mended.empty() ? "_" : mended;
 }

@@ -68,17 +68,14 @@ std::string fromScreen(QStringView text) {
 }
 
 std::string toPrintableUtf8(std::string_view bytes) {
-    static constexpr char kDigits[] = "0123456789ABCDEF";
     std::string text;
     text.reserve(bytes.size());
     while (!bytes.empty()) {
         const std::size_t length = firstUtf8Character(bytes).length;
-        if (length == 0) {
-            const unsigned byte = static_cast<unsigned char>(bytes.front());
-            text.append("\\x").append({kDigits[byte >> 4], kDigits[byte & 15]});
-        } else {
+        if (length == 0)
+            appendHex(text.append("\\x"), bytes.front());
+        else
             text.append(bytes.substr(0, length));
-        }
         bytes.remove_prefix(length == 0 ? 1 : length);
     }
     return text;

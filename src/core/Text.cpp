@@ -252,19 +252,29 @@ std::size_t findControlCharacter(std::string_view text, std::size_t from) noexce
 }
 
 std::string escapeControlCharacters(std::string_view text) {
-    static constexpr char kDigits[] = "0123456789ABCDEF";
     std::string out;
     out.reserve(text.size());
     for (std::size_t at = findControlCharacter(text); at != npos; at = findControlCharacter(text)) {
         out.append(text.substr(0, at));
         const std::size_t length = std::max<std::size_t>(firstUtf8Character(text.substr(at)).length, 1);
-        for (const char c : text.substr(at, length)) {
-            const auto byte = static_cast<unsigned char>(c);
-            out.append("\\x").append({kDigits[byte >> 4], kDigits[byte & 15]});
-        }
+        for (const char byte : text.substr(at, length)) appendHex(out.append("\\x"), byte);
         text.remove_prefix(at + length);
     }
     return out.append(text);
+}
+
+bool isControlByte(char byte) noexcept {
+    return static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F;
+}
+
+bool hasControlByte(std::string_view text) noexcept {
+    return std::any_of(text.begin(), text.end(), isControlByte);
+}
+
+void appendHex(std::string& out, char byte, std::string_view digits) {
+    const auto code = static_cast<unsigned char>(byte);
+    out += digits[code >> 4];
+    out += digits[code & 15];
 }
 
 std::uint32_t crc32(std::string_view bytes) noexcept {

@@ -78,6 +78,13 @@ std::size_t findControlCharacter(std::string_view text, std::size_t from = 0) no
 // a part of one line.
 std::string escapeControlCharacters(std::string_view text);
 
+// True for a byte below 0x20, or 0x7F: what no request line, log line or file name may hold.
+bool isControlByte(char byte) noexcept;
+bool hasControlByte(std::string_view text) noexcept;
+
+// Appends the byte as two hex digits.
+void appendHex(std::string& out, char byte, std::string_view digits = "0123456789ABCDEF");
+
 // CRC-32 as in ZIP and PNG files.
 std::uint32_t crc32(std::string_view bytes) noexcept;
 

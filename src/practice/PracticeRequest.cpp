@@ -15,10 +15,6 @@ std::string_view withoutCarriageReturn(std::string_view line) {
     return line;
 }
 
-bool isControl(char c) {
-    return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
-}
-
 int hexDigit(char c) {
     if (c >= '0' && c <= '9') return c - '0';
     if (c >= 'a' && c <= 'f') return c - 'a' + 10;
@@ -111,13 +107,13 @@ bool PracticeRequestReader::readRequestLine(std::string_view line) {
     m_request.target = line.substr(methodEnd + 1, targetEnd - methodEnd - 1);
     const bool methodIsWord = m_request.method.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ") == npos;
     return methodIsWord && m_request.target.starts_with('/') && version.starts_with("HTTP/") &&
-           std::none_of(line.begin(), line.end(), isControl);
+           !hasControlByte(line);
 }
 
 bool PracticeRequestReader::readHeader(std::string_view line) {
     const std::size_t colon = line.find(':');
     if (colon == npos || colon == 0 || line.front() == ' ' || line.front() == '\t') return false;
-    const auto isBad = [](char c) { return isControl(c) && c != '\t'; };
+    const auto isBad = [](char c) { return isControlByte(c) && c != '\t'; };
     if (std::any_of(line.begin(), line.end(), isBad)) return false;
     m_request.headers.emplace_back(line.substr(0, colon), trim(line.substr(colon + 1)));
     return true;

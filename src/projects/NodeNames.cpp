@@ -6,8 +6,6 @@
 #include "core/Text.h"
 #include "projects/ProjectTree.h"
 
-#include <algorithm>
-
 namespace relay {
 
 namespace {
@@ -30,7 +28,7 @@ bool refusesFileName(Prompts& prompts, std::string_view name) {
 }
 
 void requireOneLine(std::string_view text) {
-    if (std::any_of(text.begin(), text.end(), [](unsigned char c) { return c < 0x20 || c == 0x7f; }))
+    if (hasControlByte(text))
         throw Failure("A name cannot contain line breaks or other control characters.");
 }
 

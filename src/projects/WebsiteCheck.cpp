@@ -4,7 +4,6 @@
 #include "core/Prompts.h"
 #include "core/Text.h"
 #include "core/Trap.h"
-#include "transport/RequestUrl.h"
 
 #include <string>
 

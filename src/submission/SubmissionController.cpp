@@ -7,6 +7,7 @@
 #include "core/Log.h"
 #include "core/Paths.h"
 #include "core/Prompts.h"
+#include "core/Services.h"
 #include "core/Trap.h"
 #include "core/clsPreference.h"
 #include "transport/Descriptors.h"
@@ -15,40 +16,27 @@
 
 namespace relay {
 
-namespace {
-
-// Engines handed out before the event loop gets its turn: a run of engines that end at once (30,000 records
-// without an action) would hold it up else.
-constexpr int kHandOutsAtOnce = 200;
-
-// Sets a flag for the length of a block, however the block is left.
-class FlagGuard final {
-  public:
-    explicit FlagGuard(bool& flag) : m_flag(flag) { m_flag = true; }
-    ~FlagGuard() { m_flag = false; }
-    FlagGuard(const FlagGuard&) = delete;
-    FlagGuard& operator=(const FlagGuard&) = delete;
-
-  private:
-    bool& m_flag;
-};
-
-}  // namespace
-
-SubmissionController::SubmissionController(const SubmissionServices& services)
-    : m_services(services), m_clsSubmit(m_services, m_state, *this) {
+SubmissionController::SubmissionController(const Services& services, const Catalogue& catalogue,
+                                           SubmissionOptions options)
+    : m_services(services),
+      m_catalogue(catalogue),
+      m_clsSubmit(services, catalogue),
+      m_reports(services, std::move(options)) {
     m_TimerSubmit.setInterval(1000);
     connect(&m_TimerSubmit, &QTimer::timeout, this, &SubmissionController::TimerSubmit);
     connect(&m_clsSubmit, &clsSubmit::engineEnded, this, &SubmissionController::countEnded);
+    connect(&m_clsSubmit, &clsSubmit::connectionChanged, this, &SubmissionController::showConnection);
+    connect(&m_clsSubmit, &clsSubmit::connectionFree, this, &SubmissionController::SubmitIt);
+    connect(&m_clsSubmit, &clsSubmit::cancelled, this, &SubmissionController::stopSubmission);
+    connect(&m_dispatcher, &EngineDispatcher::engineDue, this, &SubmissionController::submitEngine);
+    connect(&m_dispatcher, &EngineDispatcher::noEngineLeft, this, &SubmissionController::finishURL);
     connect(&m_state.lsvSiteSelection, &Rows::checkToggled, this, &SubmissionController::siteChecked);
 }
 
-SubmissionController::~SubmissionController() = default;
-
 bool SubmissionController::cmdSubmit() {
     if (m_state.cmdSubmit == "&Submit") {
-        // The last run's stop is still on its way.
-        if (m_active) return false;
+        // The last run's end is still on its way.
+        if (isRunning() || m_ended) return false;
         m_state.lblSubmit = "Please wait while submitting ..... ";
         m_state.cmdSubmit = "&Stop";
         m_state.cmdCancelEnabled = false;
@@ -60,7 +48,7 @@ bool SubmissionController::cmdSubmit() {
     resetSubmitButton();
     // A connection that ends by itself from here on must not get another engine, or the pool would never be
     // found idle.
-    m_stopping = true;
+    m_dispatcher.stop();
     m_clsSubmit.Disconnect();
     Q_EMIT stateChanged();
     return true;
@@ -75,7 +63,7 @@ bool SubmissionController::StartSubmit() {
     try {
         return startRun();
     } catch (const std::exception& failure) {
-        m_active = false;
+        m_held.reset();
         m_TimerSubmit.stop();
         const auto* known = dynamic_cast<const Failure*>(&failure);
         m_services.log.WriteErrorLog("StartSubmit_Error: " + std::string(failureText(failure)));
@@ -98,13 +86,12 @@ bool SubmissionController::startRun() {
     m_state.Done = 0;
     m_state.StartTime = m_services.clock.now();
     m_state.lsvReport.clear();
-    m_clsSubmit.setFailEngine();
+    m_reports.setFailEngine();
     {
         const RowsBatch batch(m_state.lsvConnections);
         m_state.lsvConnections.clear();
         for (int row = 0; row < Connections; ++row) m_state.lsvConnections.add({{}, {}, {"", ""}, {}, {}});
     }
-    m_state.EngineCounter = 0;
     m_state.URLIndex = 1;
     if (!setSiteSubmittingStatus(1)) return false;
     m_state.ActiveConnections = connectionsToOpen();
@@ -112,11 +99,8 @@ bool SubmissionController::startRun() {
     m_TimerSubmit.start();
     m_summary = {};
     m_reportsOfFile.clear();
-    m_active = true;
-    m_stopping = m_ended = false;
-    startConnections();
-    // Through the event loop, so that even a run that ends at once ends after its start has returned.
-    handOutLater();
+    m_held = m_catalogue.hold();
+    beginURL();
     return true;
 }
 
@@ -132,94 +116,44 @@ std::int16_t SubmissionController::connectionsToOpen() {
     return most;
 }
 
-void SubmissionController::startConnections() {
-    m_free.clear();
-    for (int i = 1; i <= m_state.ActiveConnections; ++i) {
-        m_clsSubmit.socket(i).Busy = 0;
-        m_free.push_back(static_cast<std::int16_t>(i));
-    }
+void SubmissionController::beginURL() {
+    m_state.EngineCounter = 0;
+    for (int i = 1; i <= m_state.ActiveConnections; ++i) m_clsSubmit.socket(i).Busy = 0;
+    m_dispatcher.begin(m_state.ActiveConnections, m_clsSubmit.NumOfEngines());
 }
 
 void SubmissionController::SubmitIt(std::int16_t Index) {
-    if (!m_active || m_stopping) return;
-    const bool handedOut = trap(m_services.prompts, "Module : SubmitIt. ", [&] {
-        // The connection in hand goes on before the others get their turn.
-        if (Index == m_inHand) {
-            m_free.push_front(Index);
-        } else {
-            m_free.push_back(Index);
-        }
-        handOut();
+    if (!isRunning()) return;
+    if (!trap(m_services.prompts, "Module : SubmitIt. ", [&] { m_dispatcher.connectionFree(Index); }))
+        endWhenIdle();
+}
+
+void SubmissionController::submitEngine(std::int16_t Index, std::int16_t EngineIndex) {
+    const bool given = trap(m_services.prompts, "Module : SubmitIt. ", [&] {
+        m_state.EngineCounter = EngineIndex;
+        m_state.Running = -1;
+        m_services.prompts.status(std::to_string(m_clsSubmit.NumOfEngines() - EngineIndex) +
+                                  " engines remaining ...");
+        if (Index <= m_state.lsvConnections.count()) m_clsSubmit.Submitting(Index, EngineIndex);
     });
-    if (!handedOut) endWhenIdle();
-}
-
-void SubmissionController::handOutLater() {
-    if (m_handOutQueued) return;
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            m_handOutQueued = false;
-            handOut();
-        },
-        Qt::QueuedConnection);
-    m_handOutQueued = true;
-}
-
-void SubmissionController::handOut() {
-    // Engines that end at once come back here through SubmitIt: they queue up instead of nesting.
-    if (m_handingOut) return;
-    handOutFree();
-    if (std::exchange(m_ended, false)) tellRunDone();
-}
-
-void SubmissionController::handOutFree() {
-    const FlagGuard handingOut(m_handingOut);
-    for (int count = 0; !m_free.empty() && m_active && !m_stopping; ++count) {
-        if (count == kHandOutsAtOnce) {
-            handOutLater();
-            break;
-        }
-        m_inHand = m_free.front();
-        m_free.pop_front();
-        giveNextEngine(m_inHand);
-    }
-    m_inHand = 0;
+    if (!given) endWhenIdle();
 }
 
 // After a failure: nobody else would end a run in which no connection is at work.
 void SubmissionController::endWhenIdle() {
-    if (!m_active || !m_free.empty() || !isFinish()) return;
-    endRun();
-    if (!m_handingOut) handOutLater();
+    if (isRunning() && m_dispatcher.isDry() && isFinish()) endRun();
 }
 
+// The end is told through the event loop: its box is not to stand inside the last reply's signal.
 void SubmissionController::endRun() {
     setSubmitComplete();
     m_ended = true;
-}
-
-void SubmissionController::giveNextEngine(std::int16_t Index) {
-    bool finishing = false;
-    const bool given = trap(m_services.prompts, "Module : SubmitIt. ", [&] {
-        // The counter is not raised past the last engine, which may be the last number of 16 bits.
-        if (m_state.EngineCounter < m_clsSubmit.NumOfEngines()) {
-            ++m_state.EngineCounter;
-            m_state.Running = -1;
-            m_services.prompts.status(std::to_string(m_clsSubmit.NumOfEngines() - m_state.EngineCounter) +
-                                      " engines remaining ...");
-            m_clsSubmit.Submitting(Index, m_state.EngineCounter);
-        } else if (isFinish()) {
-            finishing = true;
-            finishURL();
-        }
-    });
-    if (given) return;
-    // A URL is not finished twice.
-    if (finishing)
-        endRun();
-    else
-        endWhenIdle();
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (std::exchange(m_ended, false)) tellRunDone();
+        },
+        Qt::QueuedConnection);
 }
 
 bool SubmissionController::isFinish() {
@@ -232,23 +166,24 @@ bool SubmissionController::isFinish() {
 }
 
 void SubmissionController::finishURL() {
-    m_state.lsvSiteSubmitting.setSubItem(m_state.URLIndex - 1, 2, "Finish");
-    m_state.lsvSiteSubmitting.setIcon(m_state.URLIndex - 1, "Finish");
-    reportURL();
-    if (m_state.URLIndex < m_state.lsvSiteSubmitting.count()) {
+    if (!isFinish()) return;
+    const bool finished = trap(m_services.prompts, "Module : SubmitIt. ", [&] {
+        m_state.lsvSiteSubmitting.setSubItem(m_state.URLIndex - 1, 2, "Finish");
+        m_state.lsvSiteSubmitting.setIcon(m_state.URLIndex - 1, "Finish");
+        reportURL();
+        if (m_state.URLIndex >= m_state.lsvSiteSubmitting.count()) return endRun();
         ++m_state.URLIndex;
         setSiteSubmittingStatus(m_state.URLIndex);
-        m_state.EngineCounter = 0;
-        startConnections();
-        return;
-    }
-    endRun();
+        beginURL();
+    });
+    // A URL is not finished twice.
+    if (!finished) endRun();
 }
 
 void SubmissionController::reportURL() {
     const Row site(m_state.lsvSiteSubmitting.at(m_state.URLIndex - 1));
     m_state.lsvReport.tryAdd({site.key, site.text, site.subItems, "HTMLFile", {}});
-    const UrlReport report = m_clsSubmit.CreateReport(site.text, site.tag);
+    const UrlReport report = m_reports.CreateReport(site.text, site.tag, m_clsSubmit.EngineTable());
     const int row = m_state.lsvReport.indexOf(site.key);
     if (row >= 0) m_state.lsvReport.setTag(row, report.path);
     ++m_summary.urls;
@@ -277,8 +212,8 @@ void SubmissionController::setSubmitComplete() {
     m_state.Done = -1;
     m_state.Running = 0;
     m_state.page = 3;
-    m_active = m_stopping = false;
-    m_free.clear();
+    m_held.reset();
+    m_dispatcher.stop();
     m_TimerSubmit.stop();
     trap(m_services.prompts, "Module: setSubmitComplete\r\n", [&] {
         resetSubmitButton();
@@ -299,15 +234,10 @@ void SubmissionController::tellRunDone() {
 }
 
 void SubmissionController::stopSubmission() {
-    if (!m_active) return;
+    if (!isRunning()) return;
     trap(m_services.prompts, "Module: stopSubmission\r\nError: ", [&] {
         const int last = std::min<int>(m_state.ActiveConnections, m_state.lsvConnections.count());
-        for (int i = 1; i <= last; ++i) {
-            if (m_state.lsvConnections.at(i - 1).icon == "Completed") continue;
-            m_clsSubmit.socket(i).Result = Cancelled;
-            m_clsSubmit.socket(i).Stopped = -1;
-            m_clsSubmit.setSubmitResults(static_cast<std::int16_t>(i), "stopSubmission()", "Cancelled");
-        }
+        for (int i = 1; i <= last; ++i) m_clsSubmit.cancel(static_cast<std::int16_t>(i));
         m_services.prompts.status("Please wait while generating report ...");
         if (m_state.URLIndex < 1 || m_state.URLIndex > m_state.lsvSiteSubmitting.count()) return;
         m_state.lsvSiteSubmitting.setSubItem(m_state.URLIndex - 1, 2, "Canceled");
@@ -331,14 +261,23 @@ void SubmissionController::TimerSubmit() {
 }
 
 void SubmissionController::countEnded(const EngineEnded& ended) {
-    if (ended.result == Success) {
+    if (ended.result == Success)
         ++m_summary.success;
-    } else if (ended.result == Cancelled) {
+    else if (ended.result == Cancelled)
         ++m_summary.cancelled;
-    } else {
+    else
         ++m_summary.failed;
-    }
     Q_EMIT engineEnded(ended);
+}
+
+void SubmissionController::showConnection(std::int16_t Index, const std::string& words) {
+    static constexpr const char* kIcons[] = {"", "Connecting", "Connected", "Completed"};
+    Rows& list = m_state.lsvConnections;
+    if (Index > list.count()) return;
+    const SubmitSocket& work = m_clsSubmit.socket(Index);
+    if (work.Stage == ConnectionStage::Connecting) list.setSubItem(Index - 1, 1, work.EngineName);
+    list.setSubItem(Index - 1, 2, words);
+    list.setIcon(Index - 1, kIcons[static_cast<int>(work.Stage)]);
 }
 
 }  // namespace relay

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "catalogue/Catalogue.h"
+#include "submission/EngineDispatcher.h"
+#include "submission/ReportWriter.h"
 #include "submission/SubmissionState.h"
 #include "submission/clsSubmit.h"
 
@@ -8,7 +11,6 @@
 #include <QTimer>
 
 #include <cstdint>
-#include <deque>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -19,11 +21,12 @@ namespace relay {
 // of a URL are spread over the connections, and a connection that ends takes the next engine. Driven by the
 // form, the command line and the tests in the same way:
 //   addSite()... or loadProject(); cmdNext(); cmdStart(); cmdSubmit(); the event loop until runDone.
-class SubmissionController final : public QObject, private SubmissionScheduler {
+// A run holds the catalogue, whose lsvSelectedEngines are its engines. Everything that is handed in outlives
+// the controller.
+class SubmissionController final : public QObject {
     Q_OBJECT
   public:
-    explicit SubmissionController(const SubmissionServices& services);
-    ~SubmissionController() override;
+    SubmissionController(const Services& services, const Catalogue& catalogue, SubmissionOptions options);
 
     SubmissionState& state() noexcept { return m_state; }
     const SubmissionState& state() const noexcept { return m_state; }
@@ -46,6 +49,9 @@ class SubmissionController final : public QObject, private SubmissionScheduler {
     // Page 1.
     bool ConfirmSubmit();
     bool cmdStart();
+    // Fills lsvSiteSubmitting from the checked sites and EngineTable from the selected engines. False, with
+    // both lists empty, after a failure: more than 32767 URLs or engines are "Overflow".
+    bool createSubmissionData();
 
     // Page 2. cmdRemove drops the highlighted URLs, during a run only those not begun. cmdSubmit starts a run
     // or stops the one that runs, by its caption; false when a run could not start.
@@ -58,7 +64,7 @@ class SubmissionController final : public QObject, private SubmissionScheduler {
     // False: the user wants to stay. True: nothing of the run reaches the user any more.
     bool closing();
 
-    bool isRunning() const noexcept { return m_active; }
+    bool isRunning() const noexcept { return m_held != nullptr; }
     // No connection is at work. A failure is shown and gives true: the run must not wait for ever.
     bool isFinish();
 
@@ -73,36 +79,32 @@ class SubmissionController final : public QObject, private SubmissionScheduler {
     bool StartSubmit();
     bool startRun();
     std::int16_t connectionsToOpen();
-    void startConnections();
-    void SubmitIt(std::int16_t Index) override;
-    void stopSubmission() override;
-    void handOut();
-    void handOutFree();
-    void handOutLater();
-    void endWhenIdle();
-    void endRun();
-    void giveNextEngine(std::int16_t Index);
+    void beginURL();
+    void SubmitIt(std::int16_t Index);
+    void submitEngine(std::int16_t Index, std::int16_t EngineIndex);
     void finishURL();
     void reportURL();
+    void stopSubmission();
+    void endWhenIdle();
+    void endRun();
     bool setSiteSubmittingStatus(std::int16_t Row);
     void setSubmitComplete();
     void tellRunDone();
     void TimerSubmit();
     void countEnded(const EngineEnded& ended);
+    void showConnection(std::int16_t Index, const std::string& words);
     void resetSubmitButton();
 
-    SubmissionServices m_services;
+    const Services& m_services;
+    const Catalogue& m_catalogue;
     SubmissionState m_state;
     clsSubmit m_clsSubmit;
+    EngineDispatcher m_dispatcher;
+    ReportWriter m_reports;
     QTimer m_TimerSubmit;
-    std::deque<std::int16_t> m_free;  // connections that wait for an engine, in the order they get one
-    std::int16_t m_inHand = 0;        // the connection that is being given an engine
-    bool m_handingOut = false;
-    bool m_handOutQueued = false;
-    bool m_limitTold = false;  // that the system allows fewer connections than the settings ask for
-    bool m_active = false;     // from StartSubmit to the end of the run
-    bool m_stopping = false;   // the stop was asked for: no engine is handed out any more
+    Catalogue::Hold m_held;    // from StartSubmit to the end of the run
     bool m_ended = false;      // the last URL is done, and nobody was told yet
+    bool m_limitTold = false;  // that the system allows fewer connections than the settings ask for
     RunSummary m_summary;
     std::unordered_map<std::string, int> m_reportsOfFile;  // of this run, by path
 };

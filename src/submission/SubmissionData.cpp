@@ -110,6 +110,14 @@ std::string macroValue(std::string_view name, const TemplateSource& source) {
 
 }  // namespace
 
+IniFile loadWebsiteQuietly(const std::string& path) {
+    try {
+        return IniFile::load(path);
+    } catch (const Failure&) {
+        return {};
+    }
+}
+
 WebDetails readWebDetails(std::string_view URL, const IniFile& websiteFile) {
     const auto raw = [&](std::string_view key) { return websiteFile.value(kWebsiteSection, key); };
     const auto encoded = [&](std::string_view key) { return EncodeURLValue(raw(key)); };

@@ -40,6 +40,9 @@ struct WebDetails final {
     std::string EntryURL;
 };
 
+// A website file that cannot be read reads as empty, as every reader of single keys has it.
+IniFile loadWebsiteQuietly(const std::string& path);
+
 // Fills the details from the section "Web Site Info"; an absent key reads as empty.
 WebDetails readWebDetails(std::string_view URL, const IniFile& websiteFile);
 

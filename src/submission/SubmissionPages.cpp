@@ -5,6 +5,7 @@
 #include "core/Log.h"
 #include "core/Paths.h"
 #include "core/Prompts.h"
+#include "core/Services.h"
 #include "core/Text.h"
 #include "core/Trap.h"
 #include "core/clsPreference.h"
@@ -12,6 +13,7 @@
 #include "projects/WebsiteFile.h"
 #include "submission/SubmissionController.h"
 #include "submission/SubmissionRecords.h"
+#include "submission/WorkList.h"
 
 #include <cmath>
 
@@ -67,7 +69,7 @@ bool SubmissionController::hasSite(std::string_view websiteFile) const {
 void SubmissionController::siteChecked(int row, bool on) {
     if (!on) return;
     const RowView site = m_state.lsvSiteSelection.at(row);
-    const std::string_view count = site.subItems.size() > 1 ? site.subItems[1] : std::string_view();
+    const std::string_view count = site.subItems.at(1);
     if (site.key.empty()) {
         m_services.prompts.message("Web site file is empty, please save the web site details before submit.",
                                    "Select Website\"", Icon::Critical);
@@ -83,8 +85,7 @@ void SubmissionController::selectAllSites(bool on) {
     const RowsBatch batch(m_state.lsvSiteSelection);
     for (int row = 0; row < m_state.lsvSiteSelection.count(); ++row) {
         const RowView site = m_state.lsvSiteSelection.at(row);
-        const bool hasURLs =
-            !site.key.empty() && site.subItems.size() > 1 && leadingNumber(site.subItems[1]) > 0;
+        const bool hasURLs = !site.key.empty() && leadingNumber(site.subItems.at(1)) > 0;
         m_state.lsvSiteSelection.setChecked(row, on && hasURLs);
     }
 }
@@ -104,7 +105,7 @@ void SubmissionController::getNumOfSelectedSites(int& Sites, int& URLs) const {
         const RowView site = m_state.lsvSiteSelection.at(row);
         if (!site.checked) continue;
         ++Sites;
-        if (site.subItems.size() > 1) URLs += toInt16(leadingNumber(site.subItems[1]));
+        URLs += toInt16(leadingNumber(site.subItems.at(1)));
     }
 }
 
@@ -114,7 +115,7 @@ bool SubmissionController::getSubmitSummary() {
         int sites = 0;
         int urls = 0;
         getNumOfSelectedSites(sites, urls);
-        m_state.EngineCount = toInt16(m_services.lsvSelectedEngines.count());
+        m_state.EngineCount = toInt16(m_catalogue.lists.lsvSelectedEngines.count());
         if (m_state.EngineCount == 0) {
             m_services.prompts.message(
                 "There is no engine selected, please select the engines you want to submit and try again.",
@@ -143,16 +144,14 @@ bool SubmissionController::getSubmitSummary() {
 
 bool SubmissionController::ConfirmSubmit() {
     std::string_view refusal;
-    if (m_state.lblNumOfWebsites.empty()) {
+    if (m_state.lblNumOfWebsites.empty())
         refusal =
             "There is no web site to be submitted. Please make sure to select the web site you want to "
-            "submit "
-            "and try again.";
-    } else if (m_state.lblNumOfEngines.empty()) {
+            "submit and try again.";
+    else if (m_state.lblNumOfEngines.empty())
         refusal =
-            "There is no engine has been submitted. Please select the engines you want to submit and try "
-            "again.";
-    }
+            "There is no engine has been submitted. Please select the engines you want to submit and "
+            "try again.";
     if (refusal.empty()) return true;
     m_services.prompts.message(refusal, "Confirm Submit", Icon::Critical);
     return false;
@@ -166,16 +165,33 @@ bool SubmissionController::cmdStart() {
                               leadingInteger(m_state.lblNumOfURLs) + leadingInteger(m_state.lblNumOfEngines);
     m_state.lsvConnections.clear();
     Q_EMIT stateChanged();
-    const bool made = m_clsSubmit.createSubmissionData();
+    const bool made = createSubmissionData();
     resetSubmitButton();
     m_state.page = 2;
     Q_EMIT stateChanged();
     return made;
 }
 
+bool SubmissionController::createSubmissionData() {
+    const bool made = trap(m_services.prompts, "createSubmissionData_Error:\r\n", [&] {
+        int progress = 0;
+        const auto advance = [&] {
+            if (++progress <= m_state.progressMaximum) m_state.progressValue = progress;
+        };
+        listSiteURLs(m_state.lsvSiteSelection, m_state.lsvSiteSubmitting, advance);
+        m_clsSubmit.listEngines(m_catalogue.lists.lsvSelectedEngines);
+        for (int engine = 0; engine < m_clsSubmit.NumOfEngines(); ++engine) advance();
+    });
+    if (!made) {
+        m_state.lsvSiteSubmitting.clear();
+        m_clsSubmit.forgetEngines();
+    }
+    return made;
+}
+
 void SubmissionController::cmdRemove() {
     // A run counts rows: those it has begun must stay where they are.
-    const int kept = m_active ? m_state.URLIndex : 0;
+    const int kept = isRunning() ? m_state.URLIndex : 0;
     int place = 0;
     m_state.lsvSiteSubmitting.removeIf([&](const RowView& row) { return ++place > kept && row.highlighted; });
 }
@@ -210,12 +226,13 @@ bool SubmissionController::closing() {
         if (!m_services.prompts.ask("Are you sure you want to exit?", "Exit Submit")) return false;
         m_services.log.WriteErrorLog("Cancel submit by user.");
     }
-    m_active = false;
+    m_held.reset();
+    m_ended = false;
+    m_dispatcher.stop();
     m_state.Running = 0;
     m_TimerSubmit.stop();
-    for (int i = 1; i <= m_clsSubmit.socketCount(); ++i) {
+    for (int i = 1; i <= m_clsSubmit.socketCount(); ++i)
         if (m_clsSubmit.socket(i).Stopped != 0) m_clsSubmit.Disconnect();
-    }
     return true;
 }
 

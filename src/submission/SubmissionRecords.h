@@ -3,6 +3,7 @@
 
 #include <QDateTime>
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -39,8 +40,12 @@ struct EngineResult final {
     std::int16_t Result = NotReached;
 };
 
+// How far a connection has come with its engine, and the icon that shows it.
+enum class ConnectionStage { Waiting, Connecting, Connected, Completed };
+
 // The work record beside one connection of the pool.
 struct SubmitSocket final {
+    ConnectionStage Stage = ConnectionStage::Waiting;
     std::int16_t Stopped = 0;  // -1 once stopSubmission has cancelled it
     std::int16_t Flags = 0;
     std::int16_t Busy = 0;  // 1 from Submitting until the result is stored
@@ -52,6 +57,8 @@ struct SubmitSocket final {
     std::string SubmitData;
     std::int16_t Result = NotReached;
     std::int16_t EngineIndex = 0;  // place in EngineTable from 1; 0: none yet
+    std::chrono::steady_clock::time_point Started{};
+    std::int32_t Code = 0;  // the pool's answer
 };
 
 // What is told to those who watch a run.

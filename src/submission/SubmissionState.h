@@ -11,9 +11,15 @@
 namespace relay {
 
 // What the submission wizard shows and what a run remembers, as plain values; each member is named after its
-// control. The controller changes it, a form or a test reads it.
+// control. The controller alone changes it; a form shows it and passes on what the user ticks and highlights.
 struct SubmissionState final {
-    SubmissionState();
+    SubmissionState() {
+        lsvSiteSelection.setColumns({"Web Site", "Project", "Number of URLs"});
+        lsvSiteSelection.setCheckable(true);
+        lsvSiteSubmitting.setColumns({"URL", "Web site", "Status"});
+        lsvConnections.setColumns({" ", "Engines", "Status"});
+        lsvReport.setColumns({"URL", "Web Site", "Status"});
+    }
 
     Rows lsvSiteSelection;   // key and tag the website file; "Web Site", "Project", "Number of URLs"
     Rows lsvSiteSubmitting;  // tag the website file; "URL", "Web site", "Status"

@@ -1,114 +1,55 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "submission/clsSubmit.h"
 
-#include "catalogue/EngineCollection.h"
-#include "core/Clock.h"
+#include "catalogue/Catalogue.h"
 #include "core/Failure.h"
-#include "core/FileStore.h"
-#include "core/IniFile.h"
 #include "core/Log.h"
-#include "core/Paths.h"
-#include "core/Prompts.h"
-#include "core/Rows.h"
+#include "core/Services.h"
 #include "core/Text.h"
 #include "core/Trap.h"
 #include "core/clsPreference.h"
-#include "projects/WebsiteFile.h"
-#include "submission/SubmissionState.h"
-#include "transport/frmHTTPMX.h"
+#include "submission/WorkList.h"
 
 #include <exception>
-#include <limits>
 #include <utility>
 
 namespace relay {
 
 namespace {
-
-constexpr int kMostEngines = std::numeric_limits<std::int16_t>::max();
-
-// A website file that cannot be read reads as empty, as every reader of single keys has it.
-IniFile loadQuietly(const std::string& path) {
-    try {
-        return IniFile::load(path);
-    } catch (const Failure&) {
-        return {};
-    }
-}
-
-const clsEngines& engineNamed(const EngineCollection& engines, std::string_view name) {
-    const clsEngines* engine = engines.find(name);
+const clsEngines& engineNamed(const Catalogue& catalogue, std::string_view name) {
+    const clsEngines* engine = catalogue.lists.engines.find(name);
     if (!engine) throw Failure("Invalid procedure call or argument", 5);
     return *engine;
 }
-
 }  // namespace
 
-clsSubmit::clsSubmit(const SubmissionServices& services, SubmissionState& state,
-                     SubmissionScheduler& scheduler)
-    : m_services(services), m_state(state), m_scheduler(scheduler), m_website(std::make_unique<IniFile>()) {}
-
-clsSubmit::~clsSubmit() = default;
+clsSubmit::clsSubmit(const Services& services, const Catalogue& catalogue)
+    : m_services(services), m_catalogue(catalogue), m_pool(services) {
+    connect(&m_pool, &RunPool::Completed, this, &clsSubmit::m_frmHTTPMX_Completed);
+    connect(&m_pool, &RunPool::Progress, this, &clsSubmit::m_frmHTTPMX_Progress);
+    connect(&m_pool, &RunPool::Cancelled, this, &clsSubmit::m_frmHTTPMX_Cancelled);
+}
 
 void clsSubmit::setWebDetails(const std::string& URL, const std::string& WebsiteFile) {
-    *m_website = loadQuietly(WebsiteFile);
-    m_web = readWebDetails(URL, *m_website);
-    m_results = {};
+    m_URL = URL;
+    m_website = loadWebsiteQuietly(WebsiteFile);
+    m_web = readWebDetails(URL, m_website);
 }
 
 std::string clsSubmit::getSubmitData(std::string_view EngineName) {
     std::string data;
     trap(m_services.prompts, "Module: getSubmitData\r\n", [&] {
-        data = expandQuery({engineNamed(m_services.engines, EngineName), m_web, *m_website,
-                            m_services.countries, m_services.preference.BlockSpam != 0});
+        data = expandQuery({engineNamed(m_catalogue, EngineName), m_web, m_website, m_catalogue.countries,
+                            m_services.preference.BlockSpam != 0});
     });
     return data;
 }
 
-bool clsSubmit::createSubmissionData() {
-    m_progress = 0;
-    const bool made = trap(m_services.prompts, "createSubmissionData_Error:\r\n", [&] {
-        listSiteURLs();
-        listEngines();
-    });
-    if (!made) {
-        m_state.lsvSiteSubmitting.clear();
-        m_EngineTable.clear();
-    }
-    return made;
-}
-
-void clsSubmit::listSiteURLs() {
-    Rows& list = m_state.lsvSiteSubmitting;
-    const RowsBatch batch(list);
-    list.clear();
-    for (int site = 0; site < m_state.lsvSiteSelection.count(); ++site) {
-        const Row row(m_state.lsvSiteSelection.at(site));
-        if (!row.checked) continue;
-        const IniFile file = loadQuietly(row.tag);
-        const int last = toInt16(leadingNumber(file.value(kWebsiteSection, "LastURL")));
-        for (int number = 1; number <= last; ++number) {
-            const std::string url = file.value(kUrlSection, "URL" + std::to_string(number));
-            // The same URL may go out for two websites, but not twice for one.
-            if (!url.empty()) list.tryAdd({row.key + "|" + url, url, {row.text, ""}, "URL", row.tag});
-            if (list.count() > kMostEngines) throw Failure("Overflow", 6);
-            advanceProgress();
-        }
-    }
-}
-
-void clsSubmit::listEngines() {
-    const Rows& selected = m_services.lsvSelectedEngines;
-    if (selected.count() > kMostEngines) throw Failure("Overflow", 6);
-    m_EngineTable.resize(static_cast<std::size_t>(selected.count()));
-    for (int row = 0; row < selected.count(); ++row) {
-        m_EngineTable[static_cast<std::size_t>(row)].Name = selected.at(row).text;
-        advanceProgress();
-    }
-}
-
-void clsSubmit::advanceProgress() {
-    if (++m_progress <= m_state.progressMaximum) m_state.progressValue = m_progress;
+void clsSubmit::listEngines(const Rows& lsvSelectedEngines) {
+    if (lsvSelectedEngines.count() > kMostOfWork) throw Failure("Overflow", 6);
+    m_EngineTable.resize(static_cast<std::size_t>(lsvSelectedEngines.count()));
+    for (int row = 0; row < lsvSelectedEngines.count(); ++row)
+        m_EngineTable[static_cast<std::size_t>(row)].Name = lsvSelectedEngines.at(row).text;
 }
 
 std::int16_t clsSubmit::NumOfEngines() const noexcept {
@@ -123,35 +64,14 @@ std::size_t clsSubmit::place(int Index) const {
 void clsSubmit::sizeSockets(std::int16_t Count) {
     if (Count < 1) throw Failure("Subscript out of range", 9);
     m_SubmitSocket.assign(static_cast<std::size_t>(Count), {});
-    m_watch.assign(static_cast<std::size_t>(Count), {});
 }
 
 void clsSubmit::LoadHTTPMXSocket(std::int16_t Count) {
-    // A loaded pool keeps its size, so each run has its own.
-    if (m_frmHTTPMX) {
-        m_frmHTTPMX->disconnect(this);
-        m_frmHTTPMX.release()->deleteLater();
-    }
-    m_frmHTTPMX = std::make_unique<frmHTTPMX>(m_services.network, m_services.preference, m_services.log);
-    m_frmHTTPMX->setLogMask([this](std::string_view URL) { return maskPassword(URL, m_web); });
-    m_frmHTTPMX->setKeepReplies(false);  // a result is the status alone
-    m_frmHTTPMX->setConnections(Count);
-    // A run on half a pool would wait for requests that never end.
-    std::string failed;
-    const auto loading =
-        connect(m_frmHTTPMX.get(), &frmHTTPMX::Completed, this,
-                [&failed](qint16, qint32, const std::string& Response) { failed = Response; });
-    m_frmHTTPMX->Load();
-    disconnect(loading);
-    if (!failed.empty()) throw Failure(failed);
-    connect(m_frmHTTPMX.get(), &frmHTTPMX::Completed, this,
-            [this](qint16 Index, qint32 Code, const std::string&) { m_frmHTTPMX_Completed(Index, Code); });
-    connect(m_frmHTTPMX.get(), &frmHTTPMX::Progress, this, &clsSubmit::m_frmHTTPMX_Progress);
-    connect(m_frmHTTPMX.get(), &frmHTTPMX::Cancelled, this, &clsSubmit::m_frmHTTPMX_Cancelled);
+    // No reply is kept: a result is the status alone.
+    m_pool.open({Count, false, [this](std::string_view URL) { return maskPassword(URL, m_web); }});
 }
 
 void clsSubmit::Submitting(std::int16_t Index, std::int16_t EngineIndex) {
-    if (Index > m_state.lsvConnections.count()) return;
     int step = 0;
     try {
         sendRequest(Index, EngineIndex, step);
@@ -168,19 +88,19 @@ void clsSubmit::Submitting(std::int16_t Index, std::int16_t EngineIndex) {
 }
 
 void clsSubmit::sendRequest(std::int16_t Index, std::int16_t EngineIndex, int& step) {
-    EngineResult& result = m_EngineTable.at(static_cast<std::size_t>(EngineIndex - 1));
     SubmitSocket& work = socket(Index);
-    m_state.lsvConnections.setSubItem(Index - 1, 1, result.Name);
-    showConnection(Index, "Connecting ...", "Connecting");
     step = 1;
     work.Stopped = work.Flags = 0;
     work.Result = NotReached;
     work.Busy = 1;
     work.EngineIndex = EngineIndex;
+    EngineResult& result = m_EngineTable.at(static_cast<std::size_t>(EngineIndex - 1));
     work.EngineName = result.Name;
-    m_watch[place(Index)] = {std::chrono::steady_clock::now(), 0};
+    work.Started = std::chrono::steady_clock::now();
+    work.Code = 0;
+    show(Index, ConnectionStage::Connecting, "Connecting ...");
     step = 2;
-    const clsEngines& engine = engineNamed(m_services.engines, result.Name);
+    const clsEngines& engine = engineNamed(m_catalogue, result.Name);
     work.Home = engine.Home();
     work.EngineName = engine.name();
     work.Method = engine.Method();
@@ -198,7 +118,7 @@ void clsSubmit::sendRequest(std::int16_t Index, std::int16_t EngineIndex, int& s
                 escapeControlCharacters(
                     maskPassword(request->isPost() ? work.SubmitData : std::string(), m_web)));
         }
-        m_frmHTTPMX->Connect(Index, work.Action, work.Method, work.SubmitData);
+        m_pool.Connect(Index, work.Action, work.Method, work.SubmitData);
         return;
     }
     step = 5;
@@ -214,113 +134,62 @@ void clsSubmit::sendRequest(std::int16_t Index, std::int16_t EngineIndex, int& s
 void clsSubmit::endAtOnce(std::int16_t Index) {
     socket(Index).Result = Failed;
     setSubmitResults(Index, "clsSubmit_Submitting", "Invalid SubmitData");
-    m_scheduler.SubmitIt(Index);
+    Q_EMIT connectionFree(Index);
 }
 
-void clsSubmit::setSubmitResults(std::int16_t Index, std::string_view Caller, std::string_view Text) {
+void clsSubmit::setSubmitResults(std::int16_t Index, std::string_view Caller, const std::string& Text) {
     try {
         SubmitSocket& work = socket(Index);
         work.Busy = 0;
-        EngineResult* const result = work.EngineIndex < 1
-                                         ? nullptr
-                                         : &m_EngineTable.at(static_cast<std::size_t>(work.EngineIndex - 1));
-        if (result != nullptr) result->Result = work.Result;
-        showConnection(Index, Text, "Completed");
-        if (result == nullptr) return;
-        result->Home = work.Home;
-        tellEnded(Index);
+        if (work.EngineIndex < 1) return show(Index, ConnectionStage::Completed, Text);
+        // Kept even where the row cannot be shown.
+        EngineResult& result = m_EngineTable.at(static_cast<std::size_t>(work.EngineIndex - 1));
+        result.Result = work.Result;
+        show(Index, ConnectionStage::Completed, Text);
+        result.Home = work.Home;
+        const auto taken = std::chrono::steady_clock::now() - work.Started;
+        Q_EMIT engineEnded({m_URL, work.EngineName, work.Code, work.Result,
+                            std::chrono::duration_cast<std::chrono::milliseconds>(taken).count()});
     } catch (const std::exception& failure) {
         if (!m_services.log.traceOn()) return;
         m_services.log.WriteTraceLog("setSubmitResults_Error: " + std::string(failureText(failure)) +
-                                     " - Source: " + std::string(Caller) + " - " + std::string(Text));
+                                     " - Source: " + std::string(Caller) + " - " + Text);
     }
 }
 
-void clsSubmit::tellEnded(std::int16_t Index) {
-    const SubmitSocket& work = socket(Index);
-    const Watch& watch = m_watch[place(Index)];
-    const auto taken = std::chrono::steady_clock::now() - watch.started;
-    Q_EMIT engineEnded({m_state.URL, work.EngineName, watch.code, work.Result,
-                        std::chrono::duration_cast<std::chrono::milliseconds>(taken).count()});
+void clsSubmit::cancel(std::int16_t Index) {
+    SubmitSocket& work = socket(Index);
+    if (work.Stage == ConnectionStage::Completed) return;
+    work.Result = Cancelled;
+    work.Stopped = -1;
+    setSubmitResults(Index, "stopSubmission()", "Cancelled");
+}
+
+void clsSubmit::show(std::int16_t Index, ConnectionStage stage, const std::string& words) {
+    socket(Index).Stage = stage;
+    Q_EMIT connectionChanged(Index, words);
 }
 
 void clsSubmit::m_frmHTTPMX_Completed(std::int16_t Index, std::int32_t Code) {
-    try {
+    const auto failure = failureOf([&] {
         SubmitSocket& work = socket(Index);
         work.Stopped = work.Busy = 0;
         work.Result = classifyReply(Code);
-        m_watch[place(Index)].code = Code;
+        work.Code = Code;
         setSubmitResults(Index, "m_frmHTTPMX_Completed");
-        m_scheduler.SubmitIt(Index);
-    } catch (const std::exception& failure) {
-        m_services.log.WriteErrorLog("m_frmHTTPMX_Completed_Error: " + std::string(failureText(failure)));
-    }
+        Q_EMIT connectionFree(Index);
+    });
+    if (failure) m_services.log.WriteErrorLog("m_frmHTTPMX_Completed_Error: " + *failure);
 }
 
 void clsSubmit::m_frmHTTPMX_Progress(std::int16_t Index, std::int32_t Bytes) {
-    if (Index < 1 || Index > m_state.lsvConnections.count()) return;
-    showConnection(Index, std::to_string(Bytes) + " bytes received", "Connected");
+    if (Index < 1 || Index > socketCount()) return;
+    show(Index, ConnectionStage::Connected, std::to_string(Bytes) + " bytes received");
 }
 
 void clsSubmit::m_frmHTTPMX_Cancelled() {
     m_services.log.WriteErrorLog("HTTPMX_Cancelled");
-    m_scheduler.stopSubmission();
-}
-
-void clsSubmit::showConnection(std::int16_t Index, std::string_view status, std::string_view icon) {
-    m_state.lsvConnections.setSubItem(Index - 1, 2, std::string(status));
-    m_state.lsvConnections.setIcon(Index - 1, std::string(icon));
-}
-
-void clsSubmit::Disconnect() {
-    if (m_frmHTTPMX) m_frmHTTPMX->Disconnect();
-}
-
-void clsSubmit::setFailEngine() {
-    m_FailEngines.clear();
-}
-
-void clsSubmit::getSubmitResults() {
-    m_results = buildResultRows(m_EngineTable, containsNoCase(m_services.commandLine, "/U"), m_FailEngines);
-}
-
-UrlReport clsSubmit::CreateReport(const std::string& URL, const std::string& WebsiteFile) {
-    const BusyPointer busy(m_services.prompts);
-    UrlReport report{URL, WebsiteFile, {}, {}, 0, 0};
-    getSubmitResults();
-    report.success = m_results.successCount;
-    report.failed = m_results.failCount;
-    const clsPreference& preference = m_services.preference;
-    std::string text =
-        buildReport(URL, loadQuietly(WebsiteFile), longDate(m_services.clock.now(), m_services.locale),
-                    m_results, {preference.DealerName, preference.DealerEmail, preference.DealerURL});
-    saveReport(std::move(text.append("\r\n")), report);
-    return report;
-}
-
-void clsSubmit::saveReport(const std::string& text, UrlReport& report) {
-    const QDateTime now = m_services.clock.now();
-    std::string path;
-    try {
-        makeFolder(m_services.paths.inApp("Reports"));
-        const std::string folder = m_services.paths.inApp("Reports/Submition");
-        makeFolder(folder);
-        path = folder + "/" + reportFileName(report.URL, now);
-        writeFile(path, text);
-        report.path = path;
-        std::exception_ptr unnoted;
-        try {
-            noteReport(report.website, report.URL, now, path);
-        } catch (...) {
-            unnoted = std::current_exception();  // the failed engines are offered again all the same
-        }
-        appendFile(m_services.paths.inApp("fail.eng"), m_FailEngines.text());
-        if (unnoted) std::rethrow_exception(unnoted);
-    } catch (const std::exception& failure) {
-        m_services.log.WriteErrorLog("CreateReport_Error: " + std::string(failureText(failure)));
-        m_services.log.WriteErrorLog("ReportFile: " + path);
-        report.problem = failureText(failure);
-    }
+    Q_EMIT cancelled();
 }
 
 }  // namespace relay

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace relay {
 
@@ -31,33 +32,33 @@ class HttpClient final : public QObject {
 
     // 0 when idle; non-zero while a request is under way. An abort takes effect at once, so that the client
     // can take its next request before the Done of the aborted one.
-    std::int32_t State() const noexcept;
+    std::int32_t State() const noexcept { return m_running ? 1 : 0; }
     // True while a transfer is active.
-    bool Busy() const noexcept;
+    bool Busy() const noexcept { return m_running; }
     // Ends the transfer; Done follows through the event loop with the text that had come, unless a new
     // request is started before: then the aborted one ends without a word. Nothing when idle.
     void Abort();
 
-    void setFollowUp(bool on) noexcept;  // follow redirects, at most 10
+    void setFollowUp(bool on) noexcept { m_followUp = on; }  // follow redirects, at most 10
     // false: replies are bounded and counted as ever, but their text is let go and Response stays empty. An
     // owner that reads statuses only need not hold kReplyLimit bytes for each connection.
-    void setKeepReply(bool on) noexcept;
-    void setURL(std::string url);
-    void setBlocking(bool on);                            // only false is supported; true throws Failure
-    void setTimeout(std::int32_t milliseconds) noexcept;  // 0: none
+    void setKeepReply(bool on) noexcept { m_keepReply = on; }
+    void setURL(std::string url) { m_url = std::move(url); }
+    void setBlocking(bool on);  // only false is supported; true throws Failure
+    void setTimeout(std::int32_t milliseconds) noexcept { m_timeout = milliseconds; }  // 0: none
 
     // Start the request. Response is filled before Done; it must live until then. Throw Failure when the
     // request cannot start: busy, a URL that wireUrl refuses (see RequestUrl.h), or https without the
     // authorities' certificates.
-    void Get(std::string& Response);
-    void Post(std::string Data, std::string& Response);
+    void Get(std::string& Response) { start(nullptr, Response); }
+    void Post(std::string Data, std::string& Response) { start(&Data, Response); }
 
     // Status of the last reply, or kNoStatus. Where a redirect could not be followed (more than 10, another
     // scheme, https to http, a dead target) it is the status of the redirect itself.
-    std::int32_t ResponseCode() const noexcept;
+    std::int32_t ResponseCode() const noexcept { return m_code; }
     // What this machine lacked to end the last request (memory, certificates), whatever its status; else
     // null. What the other side did is no such failure.
-    const char* LocalFailure() const noexcept;
+    const char* LocalFailure() const noexcept { return m_failure; }
 
   Q_SIGNALS:
     void Done();
@@ -66,14 +67,24 @@ class HttpClient final : public QObject {
 
   private:
     friend class HttpNetwork;
-    struct Data;
 
     void start(std::string* body, std::string& Response);
     // News from the network. The handlers that these call may delete the client.
     void report(const std::shared_ptr<HttpTransfer>& transfer, qint32 bytes);
     void finish(const std::shared_ptr<HttpTransfer>& transfer);
 
-    std::unique_ptr<Data> m_data;
+    HttpNetwork& m_network;
+    std::shared_ptr<HttpTransfer> m_transfer;  // of the running request, or kept for the next
+    std::shared_ptr<HttpTransfer> m_aborted;   // its Done is still to come
+    std::string* m_response = nullptr;
+    std::string m_url;
+    bool m_running = false;
+    bool m_followUp = false;
+    bool m_keepReply = true;
+    std::int32_t m_timeout = 0;
+    std::int32_t m_code = kNoStatus;
+    const char* m_failure = nullptr;
+    qint32 m_reported = 0;
 };
 
 }  // namespace relay

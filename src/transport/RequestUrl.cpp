@@ -10,21 +10,6 @@ namespace relay {
 
 namespace {
 
-bool isControl(char byte) noexcept {
-    const auto code = static_cast<unsigned char>(byte);
-    return code < 0x20 || code == 0x7f;
-}
-
-constexpr char kUpperDigits[] = "0123456789ABCDEF";
-constexpr char kLowerDigits[] = "0123456789abcdef";
-
-void appendEscape(std::string& out, char byte, const char* digits) {
-    const auto code = static_cast<unsigned char>(byte);
-    out += '%';
-    out += digits[code >> 4];
-    out += digits[code & 15];
-}
-
 std::size_t authorityStart(std::string_view url) noexcept {
     const std::size_t scheme = url.find("://");
     std::size_t start = scheme == npos ? 0 : scheme + 3;
@@ -48,10 +33,6 @@ Credentials findCredentials(std::string_view url) noexcept {
 
 }  // namespace
 
-bool hasControlByte(std::string_view text) noexcept {
-    return std::any_of(text.begin(), text.end(), isControl);
-}
-
 std::string wireUrl(std::string_view url) {
     url = trim(url);
     if (hasControlByte(url)) throw Failure("The URL holds a control character");
@@ -62,12 +43,11 @@ std::string wireUrl(std::string_view url) {
     const std::size_t query = std::min(url.find('?'), url.size());
     const std::size_t path = std::min(url.find('/', authorityStart(url)), query);
     std::string wire(url.substr(0, path));
-    for (const char byte : url.substr(path, query - path)) {
+    for (const char byte : url.substr(path, query - path))
         if (static_cast<unsigned char>(byte) < 0x80)
             wire += byte;
         else
-            appendEscape(wire, byte, kLowerDigits);
-    }
+            appendHex(wire += '%', byte, "0123456789abcdef");
     return replaceAll(wire.append(url.substr(query)), " ", "%20");
 }
 
@@ -77,12 +57,11 @@ std::string loggableUrl(std::string_view url) {
     if (credentials.length > 0) masked.replace(credentials.offset, credentials.length, "***@");
     std::string line;
     line.reserve(masked.size());
-    for (const char byte : masked) {
-        if (isControl(byte))
-            appendEscape(line, byte, kUpperDigits);
+    for (const char byte : masked)
+        if (isControlByte(byte))
+            appendHex(line += '%', byte);
         else
             line += byte;
-    }
     return line;
 }
 

@@ -6,9 +6,6 @@
 
 namespace relay {
 
-// True for a byte that must not reach a request line or a log line: below 0x20, or 0x7f.
-bool hasControlByte(std::string_view text) noexcept;
-
 // The URL as it goes to the wire: blanks at both ends dropped, blanks inside as "%20", bytes above 127 in the
 // path as "%xx" and elsewhere as they stand, a fragment dropped. Throws Failure on a control byte, another
 // scheme than http and https, and a user name or password in the URL: no credential is ever sent from there.

@@ -4,17 +4,14 @@
 #include "core/Failure.h"
 #include "core/Log.h"
 #include "core/Text.h"
+#include "core/Trap.h"
 #include "core/clsPreference.h"
-#include "transport/HttpClient.h"
 #include "transport/HttpTransfer.h"
 #include "transport/RequestUrl.h"
-#include "transport/Watchdogs.h"
 
 #include <QCoreApplication>
 #include <QPointer>
-#include <QTimer>
 
-#include <deque>
 #include <limits>
 #include <new>
 #include <utility>
@@ -30,99 +27,38 @@ constexpr std::int32_t kFallbackTimeOut = 30000;
 // long row of unusable requests must not use up the stack. Further ones end through the event loop.
 constexpr int kNestedFailures = 16;
 
-// What the end of a slot's request is to do.
-enum class SlotStatus : std::int16_t { Running = -1, Closing = 0, Cancelled = 1, TimedOut = 2, Restart = 3 };
-
 }  // namespace
 
-// One connection of the pool.
-struct HttpSlot final {
-    explicit HttpSlot(HttpNetwork& network) : client(network) {}
-
-    std::string URL;
-    std::string Method;
-    std::string Response;
-    std::string PostData;
-    SlotStatus Status = SlotStatus::Running;
-    HttpClient client;
-};
-
-struct frmHTTPMX::Data final {
-    Data(HttpNetwork& ownNetwork, clsPreference& ownPreference, Log& ownLog)
-        : network(ownNetwork), preference(ownPreference), log(ownLog) {}
-
-    HttpNetwork& network;
-    clsPreference& preference;
-    Log& log;
-    std::int16_t Connections = 0;
-    std::int32_t TimeOut = 0;
-    bool loaded = false;
-    std::function<std::string(std::string_view)> logMask;
-    bool keepReplies = true;
-    int failures = 0;  // nested, see kNestedFailures
-    // Index 0 exists from design and is never used. A deque, so that a slot stays where it is.
-    std::deque<HttpSlot> slots;
-    Watchdogs tmrHttpTimeout;
-    QTimer tmrCancel;
-};
-
 frmHTTPMX::frmHTTPMX(HttpNetwork& network, clsPreference& preference, Log& log, QObject* parent)
-    : QObject(parent), m_data(std::make_unique<Data>(network, preference, log)) {
-    m_data->tmrCancel.setInterval(kCancelInterval);
-    connect(&m_data->tmrCancel, &QTimer::timeout, this, &frmHTTPMX::cancelTick);
-    connect(&m_data->tmrHttpTimeout, &Watchdogs::expired, this,
+    : QObject(parent), m_network(network), m_preference(preference), m_log(log) {
+    m_tmrCancel.setInterval(kCancelInterval);
+    connect(&m_tmrCancel, &QTimer::timeout, this, &frmHTTPMX::cancelTick);
+    connect(&m_tmrHttpTimeout, &Watchdogs::expired, this,
             [this](std::size_t index) { timeOut(static_cast<std::int16_t>(index)); });
 }
 
-frmHTTPMX::~frmHTTPMX() = default;
-
-void frmHTTPMX::setConnections(std::int16_t count) {
-    m_data->Connections = count;
-}
-
-std::int16_t frmHTTPMX::Connections() const noexcept {
-    return m_data->Connections;
-}
-
-std::int32_t frmHTTPMX::TimeOut() const noexcept {
-    return m_data->TimeOut;
-}
-
-void frmHTTPMX::setTimeOut(std::int32_t seconds) noexcept {
-    m_data->TimeOut = seconds;
-}
-
-void frmHTTPMX::setLogMask(std::function<std::string(std::string_view)> mask) {
-    m_data->logMask = std::move(mask);
-}
-
-void frmHTTPMX::setKeepReplies(bool on) noexcept {
-    m_data->keepReplies = on;
-}
-
 void frmHTTPMX::Load() {
-    if (std::exchange(m_data->loaded, true)) return;
+    if (std::exchange(m_loaded, true)) return;
     try {
         getSocketSetting();
-        if (m_data->Connections == 0) m_data->Connections = kDefaultConnections;
-        if (m_data->Connections < 1) {
-            const std::string words = "Invalid Connection Value";
-            Q_EMIT Completed(0, kInvalidCount, words);
+        if (m_Connections == 0) m_Connections = kDefaultConnections;
+        if (m_Connections < 1) {
+            Q_EMIT Completed(0, kInvalidCount, "Invalid Connection Value");
             return;
         }
-        for (int index = 0; index <= m_data->Connections; ++index) addSlot();
+        for (int index = 0; index <= m_Connections; ++index) addSlot();
     } catch (const std::exception& failure) {
         const std::string words = std::string("frmRanking_Load_Error: ") + failure.what();
-        m_data->log.WriteErrorLog(words);
+        m_log.WriteErrorLog(words);
         Q_EMIT Completed(0, kLoadFailed, words);
     }
 }
 
 void frmHTTPMX::addSlot() {
-    const auto index = static_cast<std::int16_t>(m_data->slots.size());
-    HttpClient& client = m_data->slots.emplace_back(m_data->network).client;
-    client.setKeepReply(m_data->keepReplies);
-    m_data->tmrHttpTimeout.resize(m_data->slots.size());
+    const auto index = static_cast<std::int16_t>(m_slots.size());
+    HttpClient& client = m_slots.emplace_back(m_network).client;
+    client.setKeepReply(m_keepReplies);
+    m_tmrHttpTimeout.resize(m_slots.size());
     connect(&client, &HttpClient::Done, this, [this, index] { finish(index); });
     connect(&client, &HttpClient::Progress, this,
             [this, index](qint32 bytes) { Q_EMIT Progress(index, bytes); });
@@ -131,14 +67,13 @@ void frmHTTPMX::addSlot() {
 // The proxy of the settings is for a mode of access that is never chosen: every connection is direct. All
 // that is taken from the settings is the time-out.
 void frmHTTPMX::getSocketSetting() {
-    const clsPreference& preference = m_data->preference;
-    m_data->TimeOut = 0;
-    if (preference.AccessType != 2) return;
-    m_data->TimeOut = preference.TimeOut < 1 ? kFallbackTimeOut : preference.TimeOut;
+    m_TimeOut = 0;
+    if (m_preference.AccessType != 2) return;
+    m_TimeOut = m_preference.TimeOut < 1 ? kFallbackTimeOut : m_preference.TimeOut;
 }
 
 std::int32_t frmHTTPMX::watchdogInterval() const {
-    const std::int64_t interval = std::int64_t{m_data->TimeOut} * 1000;
+    const std::int64_t interval = std::int64_t{m_TimeOut} * 1000;
     if (interval > std::numeric_limits<std::int32_t>::max() ||
         interval < std::numeric_limits<std::int32_t>::min())
         throw Failure("Overflow", 6);
@@ -149,9 +84,9 @@ std::int32_t frmHTTPMX::watchdogInterval() const {
 }
 
 HttpSlot& frmHTTPMX::slotAt(std::int16_t index) {
-    if (index < 1 || static_cast<std::size_t>(index) >= m_data->slots.size())
+    if (index < 1 || static_cast<std::size_t>(index) >= m_slots.size())
         throw Failure("Subscript out of range", 9);
-    return m_data->slots[static_cast<std::size_t>(index)];
+    return m_slots[static_cast<std::size_t>(index)];
 }
 
 void frmHTTPMX::Connect(std::int16_t Index, const std::string& URL, const std::string& Method,
@@ -186,7 +121,7 @@ void frmHTTPMX::send(std::int16_t index, const std::string& URL, const std::stri
     client.setURL(slot.URL);
     client.setBlocking(false);
     client.setTimeout(0);
-    m_data->tmrHttpTimeout.start(static_cast<std::size_t>(index), interval);
+    m_tmrHttpTimeout.start(static_cast<std::size_t>(index), interval);
     if (equalsNoCase(slot.Method, "POST"))
         client.Post(slot.PostData, slot.Response);
     else
@@ -195,31 +130,29 @@ void frmHTTPMX::send(std::int16_t index, const std::string& URL, const std::stri
 
 void frmHTTPMX::fail(std::int16_t index, const std::string& URL, const Failure& failure) {
     try {
-        const std::string shown = m_data->logMask ? m_data->logMask(URL) : URL;
-        m_data->log.WriteErrorLog("frmRanking_Connect_Error: " + std::to_string(failure.number()) + " - " +
-                                  failure.what() + "\r\nURL: " + loggableUrl(shown));
+        const std::string shown = m_logMask ? m_logMask(URL) : URL;
+        m_log.WriteErrorLog("frmRanking_Connect_Error: " + std::to_string(failure.number()) + " - " +
+                            failure.what() + "\r\nURL: " + loggableUrl(shown));
     } catch (const std::bad_alloc&) {
         // Where there is no memory for a line of the log, the request still gets its end.
     }
-    if (index >= 0 && static_cast<std::size_t>(index) < m_data->slots.size())
-        m_data->tmrHttpTimeout.stop(static_cast<std::size_t>(index));
-    const std::string nothing;
-    if (m_data->failures >= kNestedFailures) {
+    if (index >= 0 && static_cast<std::size_t>(index) < m_slots.size())
+        m_tmrHttpTimeout.stop(static_cast<std::size_t>(index));
+    if (m_failures >= kNestedFailures) {
         QMetaObject::invokeMethod(
-            this, [this, index] { Q_EMIT Completed(index, kStartFailed, std::string()); },
-            Qt::QueuedConnection);
+            this, [this, index] { Q_EMIT Completed(index, kStartFailed, {}); }, Qt::QueuedConnection);
         return;
     }
     const QPointer<frmHTTPMX> alive(this);
-    ++m_data->failures;
-    Q_EMIT Completed(index, kStartFailed, nothing);
-    if (alive) --m_data->failures;
+    ++m_failures;
+    Q_EMIT Completed(index, kStartFailed, {});
+    if (alive) --m_failures;
 }
 
 void frmHTTPMX::finish(std::int16_t index) {
-    HttpSlot& slot = m_data->slots[static_cast<std::size_t>(index)];
+    HttpSlot& slot = m_slots[static_cast<std::size_t>(index)];
     if (slot.client.State() != 0) return;
-    m_data->tmrHttpTimeout.stop(static_cast<std::size_t>(index));
+    m_tmrHttpTimeout.stop(static_cast<std::size_t>(index));
     switch (slot.Status) {
         case SlotStatus::Closing:
             Unload();
@@ -241,68 +174,66 @@ void frmHTTPMX::finish(std::int16_t index) {
 // goes back for the next reply.
 void frmHTTPMX::complete(std::int16_t index) {
     const auto place = static_cast<std::size_t>(index);
-    if (const char* const failure = m_data->slots[place].client.LocalFailure()) {
-        fail(index, m_data->slots[place].URL, Failure(failure));
+    if (const char* const failure = m_slots[place].client.LocalFailure()) {
+        fail(index, m_slots[place].URL, Failure(failure));
         return;
     }
     const QPointer<frmHTTPMX> alive(this);
     std::string reply;
-    reply.swap(m_data->slots[place].Response);
-    Q_EMIT Completed(index, m_data->slots[place].client.ResponseCode(), reply);
-    if (!alive || place >= m_data->slots.size()) return;
-    std::string& next = m_data->slots[place].Response;
+    reply.swap(m_slots[place].Response);
+    Q_EMIT Completed(index, m_slots[place].client.ResponseCode(), reply);
+    if (!alive || place >= m_slots.size()) return;
+    std::string& next = m_slots[place].Response;
     if (!next.empty() || next.capacity() >= reply.capacity()) return;
     emptyBuffer(reply);
     next.swap(reply);
 }
 
 void frmHTTPMX::timeOut(std::int16_t index) {
-    HttpSlot& slot = m_data->slots[static_cast<std::size_t>(index)];
+    HttpSlot& slot = m_slots[static_cast<std::size_t>(index)];
     slot.Status = SlotStatus::TimedOut;
     if (slot.client.State() != 0) slot.client.Abort();
-    const std::string words = "Time out";
-    Q_EMIT Completed(index, kTimedOut, words);
+    Q_EMIT Completed(index, kTimedOut, "Time out");
 }
 
 void frmHTTPMX::Disconnect() {
     const QPointer<frmHTTPMX> alive(this);
-    try {
+    const auto failure = failureOf([&] {
         // What runs in between may unload the pool.
-        for (std::size_t index = 1; index < m_data->slots.size(); ++index) {
-            HttpSlot& slot = m_data->slots[index];
+        for (std::size_t index = 1; index < m_slots.size(); ++index) {
+            HttpSlot& slot = m_slots[index];
             if (slot.client.State() == 0 && slot.Status != SlotStatus::Restart) continue;
             slot.Status = SlotStatus::Cancelled;
-            m_data->tmrHttpTimeout.stop(index);
+            m_tmrHttpTimeout.stop(index);
             slot.client.Abort();
             QCoreApplication::processEvents();
             if (!alive) return;
         }
-        if (m_data->loaded && !m_data->tmrCancel.isActive()) m_data->tmrCancel.start();
-    } catch (const std::exception& failure) {
-        m_data->log.WriteErrorLog(std::string("frmRanking_Disconnect_error: 0 - ") + failure.what());
-    }
+        if (m_loaded && !m_tmrCancel.isActive()) m_tmrCancel.start();
+    });
+    if (failure) m_log.WriteErrorLog("frmRanking_Disconnect_error: 0 - " + *failure);
 }
 
 void frmHTTPMX::cancelTick() {
-    for (const HttpSlot& slot : m_data->slots)
+    for (const HttpSlot& slot : m_slots)
         if (slot.client.State() != 0) return;
-    m_data->tmrCancel.stop();
+    m_tmrCancel.stop();
     Q_EMIT Cancelled();
 }
 
 bool frmHTTPMX::Unload() {
-    for (std::size_t index = 0; index < m_data->slots.size(); ++index) {
-        HttpSlot& slot = m_data->slots[index];
+    for (std::size_t index = 0; index < m_slots.size(); ++index) {
+        HttpSlot& slot = m_slots[index];
         if (!slot.client.Busy()) continue;
-        m_data->tmrHttpTimeout.stop(index);
+        m_tmrHttpTimeout.stop(index);
         slot.client.Abort();
         slot.Status = SlotStatus::Closing;
         return false;
     }
-    m_data->tmrCancel.stop();
-    m_data->tmrHttpTimeout.resize(0);
-    m_data->slots.clear();
-    m_data->loaded = false;
+    m_tmrCancel.stop();
+    m_tmrHttpTimeout.resize(0);
+    m_slots.clear();
+    m_loaded = false;
     Q_EMIT Unloaded();
     return true;
 }

@@ -1,13 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "transport/HttpClient.h"
+#include "transport/Watchdogs.h"
+
 #include <QObject>
+#include <QTimer>
 
 #include <cstdint>
+#include <deque>
 #include <functional>
-#include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace relay {
 
@@ -15,7 +20,21 @@ class Failure;
 class HttpNetwork;
 class Log;
 class clsPreference;
-struct HttpSlot;
+
+// What the end of a slot's request is to do.
+enum class SlotStatus : std::int16_t { Running = -1, Closing = 0, Cancelled = 1, TimedOut = 2, Restart = 3 };
+
+// One connection of the pool.
+struct HttpSlot final {
+    explicit HttpSlot(HttpNetwork& network) : client(network) {}
+
+    std::string URL;
+    std::string Method;
+    std::string Response;
+    std::string PostData;
+    SlotStatus Status = SlotStatus::Running;
+    HttpClient client;
+};
 
 // The connection pool, a form without a window: an array of HTTP clients with one watchdog timer and one
 // HttpSlot each, addressed by index from 1. It has no queue: the owner calls Connect on an index it knows to
@@ -31,15 +50,14 @@ class frmHTTPMX final : public QObject {
     static constexpr std::int32_t kLoadFailed = 10400;
 
     frmHTTPMX(HttpNetwork& network, clsPreference& preference, Log& log, QObject* parent = nullptr);
-    ~frmHTTPMX() override;
 
-    void setConnections(std::int16_t count);  // before Load; 0 means 10
-    std::int16_t Connections() const noexcept;
+    void setConnections(std::int16_t count) { m_Connections = count; }  // before Load; 0 means 10
+    std::int16_t Connections() const noexcept { return m_Connections; }
     // Covers what a URL must not tell the log, such as a password of the owner's; without one, URLs are
     // logged whole.
-    void setLogMask(std::function<std::string(std::string_view)> mask);
+    void setLogMask(std::function<std::string(std::string_view)> mask) { m_logMask = std::move(mask); }
     // Before Load; false for an owner that does not read the pages: Response of Completed then stays empty.
-    void setKeepReplies(bool on) noexcept;
+    void setKeepReplies(bool on) noexcept { m_keepReplies = on; }
     // Makes the slots and reads the settings; nothing when it was done before. A failure is a Completed with
     // index 0.
     void Load();
@@ -57,8 +75,8 @@ class frmHTTPMX final : public QObject {
 
     // Seconds; filled by Load from the settings where AccessType is 2, else 0, which
     // the watchdog takes for 30 seconds.
-    std::int32_t TimeOut() const noexcept;
-    void setTimeOut(std::int32_t seconds) noexcept;
+    std::int32_t TimeOut() const noexcept { return m_TimeOut; }
+    void setTimeOut(std::int32_t seconds) noexcept { m_TimeOut = seconds; }
     // The watchdog's interval in milliseconds for the time-out now in force, or Failure 6 "Overflow".
     std::int32_t watchdogInterval() const;
 
@@ -69,8 +87,6 @@ class frmHTTPMX final : public QObject {
     void Unloaded();  // whichever call of Unload closed the pool
 
   private:
-    struct Data;
-
     void getSocketSetting();
     void addSlot();
     HttpSlot& slotAt(std::int16_t index);
@@ -82,7 +98,19 @@ class frmHTTPMX final : public QObject {
     void timeOut(std::int16_t index);
     void cancelTick();
 
-    std::unique_ptr<Data> m_data;
+    HttpNetwork& m_network;
+    clsPreference& m_preference;
+    Log& m_log;
+    std::int16_t m_Connections = 0;
+    std::int32_t m_TimeOut = 0;
+    bool m_loaded = false;
+    std::function<std::string(std::string_view)> m_logMask;
+    bool m_keepReplies = true;
+    int m_failures = 0;  // failed starts that end inside each other
+    // Index 0 exists from design and is never used. A deque, so that a slot stays where it is.
+    std::deque<HttpSlot> m_slots;
+    Watchdogs m_tmrHttpTimeout;
+    QTimer m_tmrCancel;
 };
 
 }  // namespace relay

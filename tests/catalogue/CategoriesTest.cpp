@@ -31,7 +31,7 @@ struct CategoriesFixture final : SessionFixture {
     }
 };
 
-TEST(Categories, loadsTheTreeAndSelectsItsFirstRow) {
+TEST(CategoriesTest, LoadsTheTreeAndSelectsItsFirstRow) {
     CategoriesFixture fixture;
     EXPECT_FALSE(fixture.tree.loadCategory());
     EXPECT_EQ(fixture.selected(), "-/-");
@@ -50,7 +50,7 @@ TEST(Categories, loadsTheTreeAndSelectsItsFirstRow) {
     EXPECT_TRUE(fixture.prompts.shown.empty());
 }
 
-TEST(Categories, tellsWhatItCannotRead) {
+TEST(CategoriesTest, TellsWhatItCannotRead) {
     CategoriesFixture fixture;
     EXPECT_FALSE(fixture.load("stray, item\n[One]\na\n[ONE]\nb\n[Two]\n"));
     EXPECT_EQ(fixture.prompts.last().title, "Load Category");
@@ -63,7 +63,7 @@ TEST(Categories, tellsWhatItCannotRead) {
     EXPECT_EQ(fixture.prompts.last().text, "Invalid procedure call or argument\r\nModule: loadSubCategory");
 }
 
-TEST(Categories, findsAWebsitesCategoryAgain) {
+TEST(CategoriesTest, FindsAWebsitesCategoryAgain) {
     const struct {
         const char* main;
         const char* sub;
@@ -82,7 +82,7 @@ TEST(Categories, findsAWebsitesCategoryAgain) {
     }
 }
 
-TEST(Categories, knowsWhatTheTreeHolds) {
+TEST(CategoriesTest, KnowsWhatTheTreeHolds) {
     const struct {
         const char* main;
         const char* sub;
@@ -99,7 +99,7 @@ TEST(Categories, knowsWhatTheTreeHolds) {
             << example.main << "/" << example.sub;
 }
 
-TEST(Countries, readsNamesAndCodes) {
+TEST(CountriesTest, ReadsNamesAndCodes) {
     SessionFixture fixture;
     EXPECT_FALSE(fixture.catalogue.countries.loadCountry());
     EXPECT_EQ(fixture.catalogue.countries.getCountryName("DE"), "");

@@ -29,9 +29,8 @@ void dumpEngine(std::ostream& out, const clsEngines& engine) {
 std::string dump(const SessionFixture& fixture, bool loaded, const std::vector<Finding>& findings) {
     std::ostringstream out;
     out << (loaded ? "loaded" : "failed") << ", " << fixture.lists.lsvEngines.columnTitle(0) << "\n";
-    for (const auto& shown : fixture.prompts.shown) {
+    for (const auto& shown : fixture.prompts.shown)
         out << "box " << shown.title << ": " << shown.text.substr(0, 34) << "\n";
-    }
     for (const TypeBox& box : fixture.lists.chkType) out << box.caption << "\n";
     out << "filter " << fixture.lists.countryFilter.text() << "\n";
     for (const std::string& country : texts(fixture.lists.lstCountry)) out << "country " << country << "\n";
@@ -52,9 +51,9 @@ std::string dump(const SessionFixture& fixture, bool loaded, const std::vector<F
 
 // Every folder holds the files of a home (krveng5.dat, and catkws.dat, korvel.ini, country.kws where the case
 // needs them) and what a load of it must give: expected.txt.
-class CatalogueGolden : public testing::TestWithParam<std::string> {};
+class CatalogueGoldenTest : public testing::TestWithParam<std::string> {};
 
-TEST_P(CatalogueGolden, loadsAsWritten) {
+TEST_P(CatalogueGoldenTest, LoadsAsWritten) {
     const std::filesystem::path folder = std::filesystem::path(TEST_FOLDER "/golden") / GetParam();
     SessionFixture fixture;
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {
@@ -71,7 +70,7 @@ TEST_P(CatalogueGolden, loadsAsWritten) {
     EXPECT_EQ(dump(fixture, loaded, findings), readFile((folder / "expected.txt").string()));
 }
 
-INSTANTIATE_TEST_SUITE_P(Golden, CatalogueGolden, testing::ValuesIn(goldenCases(TEST_FOLDER "/golden")),
+INSTANTIATE_TEST_SUITE_P(Golden, CatalogueGoldenTest, testing::ValuesIn(goldenCases(TEST_FOLDER "/golden")),
                          goldenName);
 
 }  // namespace

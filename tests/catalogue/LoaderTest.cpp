@@ -19,7 +19,7 @@ constexpr std::string_view kCorrupted =
     "screen.";
 
 // A catalogue that cannot be read ends in the one message and false, whatever is wrong with it.
-TEST(EngineLoader, tellsWhenTheFileCannotBeRead) {
+TEST(EngineLoaderTest, TellsWhenTheFileCannotBeRead) {
     using Spoil = void (*)(const std::string& path);
     const std::pair<const char*, Spoil> cases[] = {
         {"missing", [](const std::string&) {}},
@@ -52,7 +52,7 @@ TEST(EngineLoader, tellsWhenTheFileCannotBeRead) {
     }
 }
 
-TEST(EngineLoader, readsBinaryRubbishAsAnEmptyCatalogue) {
+TEST(EngineLoaderTest, ReadsBinaryRubbishAsAnEmptyCatalogue) {
     SessionFixture fixture;
     std::string rubbish;
     for (unsigned byte = 0; byte < 4096; ++byte) rubbish += static_cast<char>(byte * 7919 >> 3);
@@ -62,7 +62,7 @@ TEST(EngineLoader, readsBinaryRubbishAsAnEmptyCatalogue) {
     EXPECT_TRUE(fixture.prompts.shown.empty());
 }
 
-TEST(EngineLoader, replacesEnginesButKeepsFilterAndCustomEngines) {
+TEST(EngineLoaderTest, ReplacesEnginesButKeepsFilterAndCustomEngines) {
     SessionFixture fixture;
     ASSERT_TRUE(fixture.loadEngines("Name=Old\nCategory=C\nCountry=US\n", "[Old]\nURL=http://o.example/\n"));
     fixture.selection.EngineSelect(true);
@@ -82,7 +82,7 @@ TEST(EngineLoader, replacesEnginesButKeepsFilterAndCustomEngines) {
     EXPECT_EQ(fixture.lists.myCustomEngine[1].EngineName, "Old");
 }
 
-TEST(CountryFilter, findsWhatAPlainSearchFinds) {
+TEST(CountryFilterTest, FindsWhatAPlainSearchFinds) {
     std::mt19937 random(7);
     CountryFilter filter;
     for (int number = 0; number < 20000; ++number) {
@@ -96,7 +96,7 @@ TEST(CountryFilter, findsWhatAPlainSearchFinds) {
 }
 
 // Sixteen bits wrap around, and what is said of one kind is only counted after the first thousand.
-TEST(EngineLoader, countsWhatIsTooMany) {
+TEST(EngineLoaderTest, CountsWhatIsTooMany) {
     SessionFixture fixture;
     std::string text;
     for (int number = 0; number < 40000; ++number) text += "Name=Same\nType=ZINE\n";
@@ -120,7 +120,7 @@ TEST(EngineLoader, countsWhatIsTooMany) {
 }
 
 // A name costs no more than its bytes, however often its record gives a rule.
-TEST(EngineLoader, keepsLittleOfALongName) {
+TEST(EngineLoaderTest, KeepsLittleOfALongName) {
     SessionFixture fixture;
     std::string text = "Name=" + std::string(600, 'n') + "\n";
     for (int number = 0; number < 60; ++number) text += "Category=C\n";
@@ -134,7 +134,7 @@ TEST(EngineLoader, keepsLittleOfALongName) {
     EXPECT_EQ(fixture.lists.cboCustomEngines.size(), 32767U);  // as far as their index goes
 }
 
-TEST(EngineCategories, tellsWhenTheFileCannotBeRead) {
+TEST(EngineCategoriesTest, TellsWhenTheFileCannotBeRead) {
     SessionFixture fixture;
     ASSERT_TRUE(fixture.loadEngines("Name=One\n", "[One]\na=b\n"));
     fixture.home.write("data/catkws.dat", "");

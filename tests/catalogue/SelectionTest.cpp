@@ -23,15 +23,13 @@ struct SelectionFixture final : SessionFixture {
 
     void select(std::string_view names) {
         for (std::size_t place = 0; place < names.size(); ++place) {
-            for (const clsEngines& engine : lists.engines) {
+            for (const clsEngines& engine : lists.engines)
                 if (engine.name().front() == names[place]) selection.EngineSingleSelect(engine.name());
-            }
         }
     }
     void highlight(Rows& rows, std::string_view initials) {
-        for (int row = 0; row < rows.count(); ++row) {
+        for (int row = 0; row < rows.count(); ++row)
             rows.setHighlighted(row, initials.find(rows.at(row).text.front()) != npos);
-        }
     }
     // The initials of the selected rows; the title and the engines' own fields must agree with them.
     std::string selected() const {
@@ -46,7 +44,7 @@ struct SelectionFixture final : SessionFixture {
     }
 };
 
-TEST(EngineSelection, selectsAsEachOperationSays) {
+TEST(EngineSelectionTest, SelectsAsEachOperationSays) {
     using Operation = void (*)(SelectionFixture&);
     const struct {
         const char* what;
@@ -101,7 +99,7 @@ TEST(EngineSelection, selectsAsEachOperationSays) {
     }
 }
 
-TEST(EngineSelection, findHighlightsOrSaysThatNothingMatched) {
+TEST(EngineSelectionTest, FindHighlightsOrSaysThatNothingMatched) {
     SelectionFixture fixture;
     fixture.selection.findEnginesByKeyword("elt");
     EXPECT_EQ(fixture.lists.lsvEngines.at(fixture.lists.lsvEngines.firstHighlighted()).text, "Delta");
@@ -110,15 +108,14 @@ TEST(EngineSelection, findHighlightsOrSaysThatNothingMatched) {
     EXPECT_EQ(fixture.prompts.last().text, "No matches found.");
 }
 
-TEST(EngineSelection, holdsTypeClicksBackWhileItTicksTheBoxes) {
+TEST(EngineSelectionTest, HoldsTypeClicksBackWhileItTicksTheBoxes) {
     SelectionFixture fixture;
     int changes = 0;
     // A form answers the change by setting its check boxes, which reports each as a click.
     fixture.lists.typeBoxesChanged = [&] {
         ++changes;
-        for (std::size_t index = 0; index < EngineTypes.size(); ++index) {
+        for (std::size_t index = 0; index < EngineTypes.size(); ++index)
             fixture.selection.clickType(index, fixture.lists.chkType[index].checked);
-        }
     };
     fixture.selection.EngineSelect(true);
     EXPECT_EQ(fixture.selected().size(), 7u);
@@ -133,7 +130,7 @@ TEST(EngineSelection, holdsTypeClicksBackWhileItTicksTheBoxes) {
     EXPECT_FALSE(fixture.selection.isThereFFASites());
 }
 
-TEST(EngineSelection, deletingListedEnginesLeavesTheirSelectedRows) {
+TEST(EngineSelectionTest, DeletingListedEnginesLeavesTheirSelectedRows) {
     SelectionFixture fixture;
     fixture.select("AB");
     fixture.highlight(fixture.lists.lsvEngines, "BG");
@@ -149,7 +146,7 @@ TEST(EngineSelection, deletingListedEnginesLeavesTheirSelectedRows) {
     EXPECT_TRUE(fixture.prompts.shown.empty());
 }
 
-TEST(SelectionFiles, saveAndLoad) {
+TEST(SelectionFilesTest, SaveAndLoad) {
     SelectionFixture fixture;
     fixture.select("BSA");
     const std::string path = fixture.home.path("set.eng");
@@ -173,7 +170,7 @@ TEST(SelectionFiles, saveAndLoad) {
               "Module: Load Selected Engine");
 }
 
-TEST(EnginesMenu, savesThroughTheDialog) {
+TEST(EnginesMenuTest, SavesThroughTheDialog) {
     SelectionFixture fixture;
     fixture.selection.saveSelection();
     EXPECT_EQ(fixture.prompts.last().title, "Save Selected Engines");
@@ -214,7 +211,7 @@ TEST(EnginesMenu, savesThroughTheDialog) {
     EXPECT_EQ(fixture.prompts.last().text.rfind("EngineItems_Error: ", 0), 0u);
 }
 
-TEST(EnginesMenu, loadsFilesAndFailedEngines) {
+TEST(EnginesMenuTest, LoadsFilesAndFailedEngines) {
     SelectionFixture fixture;
     for (const std::size_t boxes : {1U, 2U}) {  // without the file, and with an empty one
         fixture.selection.selectFailedEngines();
@@ -233,7 +230,7 @@ TEST(EnginesMenu, loadsFilesAndFailedEngines) {
     EXPECT_EQ(fixture.selected(), "GO");
 }
 
-TEST(EnginesMenu, exportsThePage) {
+TEST(EnginesMenuTest, ExportsThePage) {
     SessionFixture fixture;
     ASSERT_TRUE(fixture.loadEngines(
         "Name=A <b>\nType=ENG\nName=M\nType=MALL\nName=N\nType=NEWS\nName=X\nName=F\nType=FFA\n"

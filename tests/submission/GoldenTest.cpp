@@ -25,19 +25,18 @@ std::string requestText(const std::vector<std::string>& requests) {
 // case.ini (CommandLine, BlockSpam) go in; the reports in their order (report1.html and on), the website file
 // (website-after.kws, {home} for the home), fail.eng and what the server got (requests.txt, request line and
 // body) must come out, to the byte. It is April 1 of 2002, 13:05, and one connection is used.
-class SubmissionGolden : public testing::TestWithParam<std::string> {};
+class SubmissionGoldenTest : public testing::TestWithParam<std::string> {};
 
-TEST_P(SubmissionGolden, submitsAndReports) {
+TEST_P(SubmissionGoldenTest, SubmitsAndReports) {
     const auto file = [&](const std::string& name) {
         return TEST_FOLDER "/golden/" + GetParam() + "/" + name;
     };
     const IniFile options = IniFile::load(file("case.ini"));
-    const FaultServer server(statusByPath());
     SubmissionFixture fixture(options.value("Case", "CommandLine"));
     fixture.preference.BlockSpam =
         static_cast<std::int16_t>(leadingInteger(options.value("Case", "BlockSpam")));
     fixture.preference.Connections = 1;
-    fixture.selectEngines(replaceAll(readFile(file("krveng5.dat")), "{web}", server.url("")),
+    fixture.selectEngines(replaceAll(readFile(file("krveng5.dat")), "{web}", fixture.server.url("")),
                           readFile(file("catkws.dat")));
     fixture.run({fixture.home.write("Projects/website.kws", readFile(file("website.kws")))});
 
@@ -49,13 +48,13 @@ TEST_P(SubmissionGolden, submitsAndReports) {
     EXPECT_EQ(replaceAll(fixture.home.read("Projects/website.kws"), fixture.home.path(""), "{home}/"),
               readFile(file("website-after.kws")));
     EXPECT_EQ(fixture.home.read("fail.eng"), readFile(file("fail.eng")));
-    EXPECT_EQ(requestText(server.requests()), readFile(file("requests.txt")));
+    EXPECT_EQ(requestText(fixture.server.requests()), readFile(file("requests.txt")));
     // The website file holds a password.
     const auto rights = std::filesystem::status(fixture.home.path("Projects/website.kws")).permissions();
     EXPECT_EQ(rights, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
 }
 
-INSTANTIATE_TEST_SUITE_P(Golden, SubmissionGolden, testing::ValuesIn(goldenCases(TEST_FOLDER "/golden")),
+INSTANTIATE_TEST_SUITE_P(Golden, SubmissionGoldenTest, testing::ValuesIn(goldenCases(TEST_FOLDER "/golden")),
                          goldenName);
 
 }  // namespace

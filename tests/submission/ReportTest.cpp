@@ -11,7 +11,7 @@ namespace relay::test {
 
 namespace {
 
-TEST(Report, makesAFileNameOfAnyURL) {
+TEST(ReportTest, MakesAFileNameOfAnyURL) {
     const QDateTime time = FixedClock().now();
     struct Name final {
         std::string url, expected;
@@ -27,12 +27,11 @@ TEST(Report, makesAFileNameOfAnyURL) {
              {"http://" + std::string(200, 'a') + ".html", std::string(200, 'a')},
              {"http://" + std::string(200, 'a') + "b", std::string(180, 'a') + "~1457accf"},
              {"http://" + std::string(4000, 'a') + "/", std::string(180, 'a') + "~1e761da6"},
-         }) {
+         })
         EXPECT_EQ(reportFileName(n.url, time), n.expected + "(2002-Apr-01-1305).html") << n.url;
-    }
 }
 
-TEST(Report, keepsEachFailedEngineOnce) {
+TEST(ReportTest, KeepsEachFailedEngineOnce) {
     FailEngines engines;
     for (const std::string_view name : {"Big Search", "Two", "two", "search", "BIG SEARCH", "Big Search 2"})
         engines.add(name);
@@ -42,7 +41,7 @@ TEST(Report, keepsEachFailedEngineOnce) {
     EXPECT_EQ(engines.text(), "Two\r\n");
 }
 
-TEST(Report, isNotedInTheWebsiteFileOrNotAtAll) {
+TEST(ReportTest, IsNotedInTheWebsiteFileOrNotAtAll) {
     const TestHome home;
     const QDateTime time = FixedClock().now();
     const std::string text = "[Web Site Info]\r\nLastReport=2147483647\r\n";

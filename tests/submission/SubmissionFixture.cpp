@@ -1,24 +1,22 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "SubmissionFixture.h"
 
+#include "core/Text.h"
+
 namespace relay::test {
 
-FaultServer::Script statusByPath() {
-    return [](FaultServer::Peer& peer) {
-        const int status = std::atoi(peer.path().c_str() + 1);
-        if (status == 0) {
-            peer.waitForClose();
-        } else {
-            peer.send(FaultServer::answer(status));
-        }
-    };
+void statusByPath(FaultServer::Peer& peer) {
+    const int status = std::atoi(peer.path().c_str() + 1);
+    if (status == 0)
+        peer.waitForClose();
+    else
+        peer.send(FaultServer::answer(status));
 }
 
 SubmissionFixture::SubmissionFixture(std::string ownCommandLine) : SessionFixture(ownCommandLine) {
     preference.GetSettings();
-    controller.emplace(SubmissionServices{session.paths, preference, log, prompts, clock, session.network,
-                                          lists.engines, lists.lsvSelectedEngines, catalogue.countries,
-                                          QLocale(QLocale::English), ownCommandLine});
+    controller.emplace(services, catalogue,
+                       SubmissionOptions{QLocale(QLocale::English), containsNoCase(ownCommandLine, "/U")});
     QObject::connect(&*controller, &SubmissionController::engineEnded, &*controller,
                      [this](const EngineEnded& e) {
                          ended.push_back({std::string(e.URL), std::string(e.engine), e.code, e.result});
@@ -34,11 +32,12 @@ void SubmissionFixture::selectEngines(std::string_view records, std::string_view
     for (const clsEngines& engine : lists.engines) addEngineListView(lists.lsvSelectedEngines, engine);
 }
 
-std::string SubmissionFixture::records(std::string_view prefix, int count, std::string_view action) {
+std::string SubmissionFixture::records(std::string_view prefix, int count, std::string_view action) const {
+    const std::string whole = action.starts_with('/') ? server.url(action) : std::string(action);
     std::string text;
     for (int number = 1; number <= count; ++number) {
         text.append("Name=").append(prefix).append(std::to_string(number)).append("\n");
-        text.append("Type=ENG\nMethod=GET\nQuery=u=<url>\nAction=").append(action).append("\n");
+        text.append("Type=ENG\nMethod=GET\nQuery=u=<url>\nAction=").append(whole).append("\n");
     }
     return text;
 }
@@ -65,9 +64,8 @@ bool SubmissionFixture::waitForEnd() {
 
 std::vector<std::string> SubmissionFixture::boxes() const {
     std::vector<std::string> all;
-    for (const auto& shown : prompts.shown) {
+    for (const auto& shown : prompts.shown)
         if (shown.kind == "message") all.push_back(shown.title + "|" + shown.text);
-    }
     return all;
 }
 

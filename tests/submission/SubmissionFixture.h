@@ -15,12 +15,13 @@
 namespace relay::test {
 
 // "/200/..." answers 200, and so with any status; any other path waits until the client goes away.
-FaultServer::Script statusByPath();
+void statusByPath(FaultServer::Peer& peer);
 
-// A home with a catalogue and a submission wizard on it, and what a run of it told.
+// A home with a catalogue, a submission wizard on it and a server for its engines, and what a run told.
 struct SubmissionFixture : SessionFixture {
     explicit SubmissionFixture(std::string ownCommandLine = {});
 
+    const FaultServer server{statusByPath};
     std::optional<SubmissionController> controller;
 
     struct Ended final {
@@ -35,8 +36,8 @@ struct SubmissionFixture : SessionFixture {
 
     // Loads the records and selects them all.
     void selectEngines(std::string_view records, std::string_view tables = "[Free For All Links]\n");
-    // "Name=<prefix>1" and so on, all with one action and the query "u=<url>".
-    static std::string records(std::string_view prefix, int count, std::string_view action);
+    // "Name=<prefix>1" and so on, all with one action and the query "u=<url>"; a path is one of the server's.
+    std::string records(std::string_view prefix, int count, std::string_view action) const;
     // A website file of the projects; gives its path.
     std::string website(const std::string& name, const std::vector<std::string>& urls,
                         std::string_view fields = {}) const {

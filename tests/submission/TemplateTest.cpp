@@ -54,7 +54,7 @@ struct Case final {
     std::string_view expected;
 };
 
-TEST(Template, fillsInEveryMacro) {
+TEST(TemplateTest, FillsInEveryMacro) {
     Expansion expansion;
     expansion.set(EngineKey::Name, "cat");
     for (const Case& c : std::vector<Case>{
@@ -80,12 +80,11 @@ TEST(Template, fillsInEveryMacro) {
              {"x>y<city>", "x>yHull"},
              // A "<" inside a macro's text makes it another one.
              {"<a<city>", "a<city"},
-         }) {
+         })
         EXPECT_EQ(expansion.of(c.query), c.expected) << c.query;
-    }
 }
 
-TEST(Template, cutsTheEncodedText) {
+TEST(TemplateTest, CutsTheEncodedText) {
     Expansion expansion;
     expansion.set(EngineKey::MaxTitle, "5");
     expansion.set(EngineKey::MaxKeywords, "4");
@@ -102,7 +101,7 @@ TEST(Template, cutsTheEncodedText) {
     EXPECT_EQ(expansion.of("<title>"), "Tea+%2B+Co");
 }
 
-TEST(Template, disguisesTheMailboxForFreeForAllPages) {
+TEST(TemplateTest, DisguisesTheMailboxForFreeForAllPages) {
     struct Disguise final {
         bool blockSpam;
         int blockFFA;
@@ -126,7 +125,7 @@ TEST(Template, disguisesTheMailboxForFreeForAllPages) {
     }
 }
 
-TEST(Template, endsWhenValuesHoldMacros) {
+TEST(TemplateTest, EndsWhenValuesHoldMacros) {
     Expansion expansion;
     expansion.set(EngineKey::Name, "Open");  // its macro is closed by what stands behind it
     EXPECT_EQ(expansion.of("<spaceid>tle>"), expansion.of("<title>"));
@@ -136,7 +135,7 @@ TEST(Template, endsWhenValuesHoldMacros) {
     }
 }
 
-TEST(Template, looksUpCodedLists) {
+TEST(TemplateTest, LooksUpCodedLists) {
     struct Lookup final {
         std::string_view data, key, fallback, expected;
     };
@@ -155,15 +154,14 @@ TEST(Template, looksUpCodedLists) {
              {"Arts=1>", "Cars", "", "Other"},
              {"Arts=1", "Arts", "", "Arts"},  // the entry is not closed
              {"Arts>Cars=2>", "Arts", "", "Arts"},
-         }) {
+         })
         EXPECT_EQ(getSearchString(l.data, l.key, '>', l.fallback), l.expected) << l.data << " " << l.key;
-    }
     Expansion expansion;
     expansion.set(EngineKey::CategoryData, "Business=Trade & Co>");
     EXPECT_EQ(expansion.of("<category>"), "Trade+%26+Co");
 }
 
-TEST(Result, classAndWordOfEveryCode) {
+TEST(ResultTest, ClassAndWordOfEveryCode) {
     struct Reply final {
         int code, result;
         std::string_view word;
@@ -186,11 +184,6 @@ TEST(Result, classAndWordOfEveryCode) {
         EXPECT_EQ(classifyReply(r.code), r.result) << r.code;
         EXPECT_EQ(resultWord(classifyReply(r.code)), r.word) << r.code;
     }
-    const std::vector<std::string_view> words = {"Cancelled",          "Close",         "Exception Error",
-                                                 "Script Error",       "Invalid Host",  "Server Error",
-                                                 "Connection Timeout", "File Not Found"};
-    for (std::size_t i = 0; i < words.size(); ++i)
-        EXPECT_EQ(resultWord(static_cast<std::int16_t>(i + 5)), words[i]);
     for (const std::int16_t outside : {std::int16_t{-1}, std::int16_t{0}, std::int16_t{1}, std::int16_t{15}})
         EXPECT_EQ(resultWord(outside), "Unknown Error");
 }

@@ -10,21 +10,16 @@ namespace {
 
 using testing::ElementsAre;
 
-std::vector<std::string> texts(const Rows& rows) {
-    std::vector<std::string> all;
-    for (int row = 0; row < rows.count(); ++row) all.emplace_back(rows.at(row).text);
-    return all;
-}
+struct WizardTest : testing::Test, SubmissionFixture {};
 
-TEST(Wizard, listsTheWebsitesOfTheProjects) {
-    SubmissionFixture fixture;
-    const std::string shop = fixture.website("Shop", {"http://a.test/1", "http://a.test/2"});
-    const std::string empty = fixture.website("Empty", {});
-    fixture.home.write("Projects/Unsaved.kws", "[Web Site Info]\r\nTitle=x\r\n");
-    fixture.home.write("project.kwj", "[Spring]\r\nLast=4\r\n1=Home|" + shop + "\r\n2=\r\n3=Blank|" + empty +
-                                          "\r\n4=New|\r\n[Autumn]\r\nLast=2\r\n1=Again|" + shop + "\r\n2=U|" +
-                                          fixture.home.path("Projects/Unsaved.kws") + "\r\n");
-    SubmissionController& wizard = *fixture.controller;
+TEST_F(WizardTest, ListsTheWebsitesOfTheProjects) {
+    const std::string shop = website("Shop", {"http://a.test/1", "http://a.test/2"});
+    const std::string empty = website("Empty", {});
+    home.write("Projects/Unsaved.kws", "[Web Site Info]\r\nTitle=x\r\n");
+    home.write("project.kwj", "[Spring]\r\nLast=4\r\n1=Home|" + shop + "\r\n2=\r\n3=Blank|" + empty +
+                                  "\r\n4=New|\r\n[Autumn]\r\nLast=2\r\n1=Again|" + shop + "\r\n2=U|" +
+                                  home.path("Projects/Unsaved.kws") + "\r\n");
+    SubmissionController& wizard = *controller;
     wizard.loadProject();
     Rows& sites = wizard.state().lsvSiteSelection;
     EXPECT_THAT(texts(sites), ElementsAre("Home", "Blank"));
@@ -37,15 +32,15 @@ TEST(Wizard, listsTheWebsitesOfTheProjects) {
     sites.setChecked(1, true);
     Q_EMIT sites.checkToggled(1, true);
     EXPECT_FALSE(sites.at(1).checked);
-    EXPECT_THAT(fixture.boxes(),
+    EXPECT_THAT(boxes(),
                 ElementsAre("Submit|There is not URL in current selected web site, please enter the web site "
                             "URL before submit."));
     // A path of other case is another website, with URLs of its own; one that cannot be read says why.
-    EXPECT_TRUE(wizard.addSite(fixture.website("shop", {"http://a.test/1"}), "shop", ""));
-    EXPECT_FALSE(wizard.addSite(fixture.website("shop", {"http://a.test/1"}), "shop", ""));
-    EXPECT_TRUE(wizard.submit().createSubmissionData());
+    EXPECT_TRUE(wizard.addSite(website("shop", {"http://a.test/1"}), "shop", ""));
+    EXPECT_FALSE(wizard.addSite(website("shop", {"http://a.test/1"}), "shop", ""));
+    EXPECT_TRUE(wizard.createSubmissionData());
     EXPECT_EQ(wizard.state().lsvSiteSubmitting.count(), 3);
-    EXPECT_THROW(wizard.addSite(fixture.home.path("Projects"), "", ""), Failure);
+    EXPECT_THROW(wizard.addSite(home.path("Projects"), "", ""), Failure);
     wizard.selectAllSites(false);
     EXPECT_FALSE(sites.at(0).checked);
     wizard.selectAllSites(true);
@@ -53,16 +48,15 @@ TEST(Wizard, listsTheWebsitesOfTheProjects) {
     EXPECT_FALSE(sites.at(1).checked);
 }
 
-TEST(Wizard, sumsUpAndRefuses) {
-    SubmissionFixture fixture;
-    SubmissionController& wizard = *fixture.controller;
+TEST_F(WizardTest, SumsUpAndRefuses) {
+    SubmissionController& wizard = *controller;
     EXPECT_FALSE(wizard.cmdNext());
     EXPECT_FALSE(wizard.cmdStart());
-    fixture.selectEngines(SubmissionFixture::records("E", 1234, ""));
+    selectEngines(records("E", 1234, ""));
     EXPECT_FALSE(wizard.cmdNext());
     EXPECT_EQ(wizard.state().page, 0);
     EXPECT_THAT(
-        fixture.boxes(),
+        boxes(),
         ElementsAre("Submit|There is no engine selected, please select the engines you want to submit and "
                     "try again.",
                     "Confirm Submit|There is no web site to be submitted. Please make sure to select the "
@@ -70,7 +64,7 @@ TEST(Wizard, sumsUpAndRefuses) {
                     "Submit|There is no web site selected, please select the web site you want to submit "
                     "and press the 'Next' button."));
 
-    wizard.addSite(fixture.website("Shop", std::vector<std::string>(90, "http://a.test/same")), "Shop", "P");
+    wizard.addSite(website("Shop", std::vector<std::string>(90, "http://a.test/same")), "Shop", "P");
     ASSERT_TRUE(wizard.cmdNext());
     const SubmissionState& state = wizard.state();
     EXPECT_EQ(state.lblNumOfEngines + " " + state.lblNumOfWebsites + " " + state.lblNumOfURLs + " " +
@@ -84,13 +78,10 @@ TEST(Wizard, sumsUpAndRefuses) {
     EXPECT_THAT(texts(state.lsvSiteSubmitting), ElementsAre("http://a.test/same"));
 }
 
-TEST(Wizard, dropsTheURLsThatTheUserRemoves) {
-    SubmissionFixture fixture;
-    const FaultServer server(statusByPath());
-    fixture.selectEngines(SubmissionFixture::records("E", 1, server.url("/200/s")));
-    fixture.prepare({fixture.website("A", {"http://a.test/1", "", "http://a.test/2"}),
-                     fixture.website("B", {"http://a.test/1"})});
-    SubmissionController& wizard = *fixture.controller;
+TEST_F(WizardTest, DropsTheURLsThatTheUserRemoves) {
+    selectEngines(records("E", 1, "/200/s"));
+    prepare({website("A", {"http://a.test/1", "", "http://a.test/2"}), website("B", {"http://a.test/1"})});
+    SubmissionController& wizard = *controller;
     Rows& urls = wizard.state().lsvSiteSubmitting;
     EXPECT_THAT(texts(urls), ElementsAre("http://a.test/1", "http://a.test/2", "http://a.test/1"));
     urls.setHighlighted(1, true);
@@ -100,20 +91,19 @@ TEST(Wizard, dropsTheURLsThatTheUserRemoves) {
     for (int row = 0; row < urls.count(); ++row) urls.setHighlighted(row, true);
     wizard.cmdRemove();
     EXPECT_THAT(texts(urls), ElementsAre("http://a.test/1"));
-    ASSERT_TRUE(fixture.waitForEnd());
-    EXPECT_EQ(fixture.reports.size(), 1U);
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(reports.size(), 1U);
 }
 
-TEST(Wizard, refusesWhatCannotBeCountedOrBegun) {
-    SubmissionFixture fixture;
-    fixture.selectEngines(SubmissionFixture::records("E", 1, ""));
-    SubmissionController& wizard = *fixture.controller;
-    Rows& selected = fixture.lists.lsvSelectedEngines;
-    wizard.addSite(fixture.website("A", {"http://a.test/1"}), "A", "P");
+TEST_F(WizardTest, RefusesWhatCannotBeCountedOrBegun) {
+    selectEngines(records("E", 1, ""));
+    SubmissionController& wizard = *controller;
+    Rows& selected = lists.lsvSelectedEngines;
+    wizard.addSite(website("A", {"http://a.test/1"}), "A", "P");
     // Each website may hold as many URLs, but not all of them together.
     std::vector<std::string> urls;
     for (int i = 1; i <= 16384; ++i) urls.push_back("http://b.test/" + std::to_string(i));
-    for (const char* name : {"B", "C"}) wizard.addSite(fixture.website(name, urls), name, "P");
+    for (const char* name : {"B", "C"}) wizard.addSite(website(name, urls), name, "P");
     ASSERT_TRUE(wizard.cmdNext());
     EXPECT_EQ(wizard.state().lblNumOfURLs, "32769");
     EXPECT_FALSE(wizard.cmdStart());
@@ -130,49 +120,47 @@ TEST(Wizard, refusesWhatCannotBeCountedOrBegun) {
     EXPECT_EQ(wizard.submit().NumOfEngines(), 0);
     // Nothing is there to be submitted, and no connection to submit it with.
     EXPECT_FALSE(wizard.cmdSubmit());
-    fixture.preference.Connections = 0;
+    preference.Connections = 0;
     EXPECT_FALSE(wizard.cmdSubmit());
     EXPECT_EQ(wizard.state().cmdSubmit, "&Submit");
     EXPECT_FALSE(wizard.cmdNext());
-    EXPECT_THAT(fixture.boxes(), ElementsAre("Error|createSubmissionData_Error:\r\nOverflow",
-                                             "Error|createSubmissionData_Error:\r\nOverflow",
-                                             "Error|setSiteSubmittingStatus_Error: Index out of bounds",
-                                             "Error|Module: StartSubmit\r\nErrorCode: 9",
-                                             "Error|getSubmitSummary_Error: Overflow"));
+    EXPECT_THAT(boxes(), ElementsAre("Error|createSubmissionData_Error:\r\nOverflow",
+                                     "Error|createSubmissionData_Error:\r\nOverflow",
+                                     "Error|setSiteSubmittingStatus_Error: Index out of bounds",
+                                     "Error|Module: StartSubmit\r\nErrorCode: 9",
+                                     "Error|getSubmitSummary_Error: Overflow"));
 }
 
-TEST(Wizard, viewsTheReportThatIsChosen) {
-    SubmissionFixture fixture;
-    SubmissionController& wizard = *fixture.controller;
+TEST_F(WizardTest, ViewsTheReportThatIsChosen) {
+    SubmissionController& wizard = *controller;
     wizard.viewReport();
-    EXPECT_EQ(fixture.prompts.last().title, "View Report");
-    Rows& reports = wizard.state().lsvReport;
-    reports.add({"a", "a", {}, {}, "/nowhere.html"});
-    reports.add({"b", "b", {}, {}, fixture.home.write("b.html", "x"), true});
+    EXPECT_EQ(prompts.last().title, "View Report");
+    Rows& list = wizard.state().lsvReport;
+    list.add({"a", "a", {}, {}, "/nowhere.html"});
+    list.add({"b", "b", {}, {}, home.write("b.html", "x"), true});
     wizard.viewReport();
-    EXPECT_EQ(fixture.prompts.last().kind, "system");
-    EXPECT_EQ(fixture.prompts.last().text, fixture.home.path("b.html"));
-    reports.setHighlighted(0, true);
+    EXPECT_EQ(prompts.last().kind, "system");
+    EXPECT_EQ(prompts.last().text, home.path("b.html"));
+    list.setHighlighted(0, true);
     wizard.viewReport();
-    EXPECT_EQ(fixture.prompts.last().kind, "message");
-    EXPECT_THAT(fixture.logText(), testing::HasSubstr("ReportFile: /nowhere.html\r\n"));
+    EXPECT_EQ(prompts.last().text,
+              "Report file is corrupted or missing, please re-run the submission again.");
+    EXPECT_THAT(logText(), testing::HasSubstr("ReportFile: /nowhere.html\r\n"));
 }
 
-TEST(Wizard, asksBeforeItClosesDuringARun) {
-    const FaultServer server(statusByPath());
-    SubmissionFixture fixture;
-    EXPECT_TRUE(fixture.controller->closing());
-    fixture.selectEngines(SubmissionFixture::records("E", 2, server.url("/never")));
-    fixture.start({fixture.website("A", {"http://a.test/1"})});
+TEST_F(WizardTest, AsksBeforeItClosesDuringARun) {
+    EXPECT_TRUE(controller->closing());
+    selectEngines(records("E", 2, "/never"));
+    start({website("A", {"http://a.test/1"})});
     ASSERT_TRUE(waitUntil([&] { return server.connections() == 2; }));
-    fixture.prompts.answers = {false, true};
-    EXPECT_FALSE(fixture.controller->closing());
-    EXPECT_TRUE(fixture.controller->isRunning());
-    EXPECT_TRUE(fixture.controller->closing());
-    EXPECT_FALSE(fixture.controller->isRunning());
-    EXPECT_THAT(fixture.logText(), testing::HasSubstr("Cancel submit by user.\r\n"));
-    fixture.controller.reset();
-    EXPECT_FALSE(fixture.done);
+    prompts.answers = {false, true};
+    EXPECT_FALSE(controller->closing());
+    EXPECT_TRUE(controller->isRunning());
+    EXPECT_TRUE(controller->closing());
+    EXPECT_FALSE(controller->isRunning());
+    EXPECT_THAT(logText(), testing::HasSubstr("Cancel submit by user.\r\n"));
+    controller.reset();
+    EXPECT_FALSE(done);
 }
 
 }  // namespace

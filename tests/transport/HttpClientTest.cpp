@@ -9,46 +9,28 @@
 #include "transport/HttpTransfer.h"
 
 #include <atomic>
-#include <condition_variable>
 #include <cstdlib>
 #include <dlfcn.h>
 #include <gtest/gtest.h>
-#include <mutex>
 #include <netdb.h>
 #include <new>
 #include <optional>
 #include <pthread.h>
 #include <thread>
 
-namespace {
-
-// Stands in for a name server: "stalled.test" is answered when the gate opens, "unknown.test" never.
-struct NameServer final {
-    std::mutex lock;
-    std::condition_variable changed;
-    bool open = false;
-    int asked = 0;
-    int answered = 0;
-};
-
-NameServer& nameServer() {
-    static NameServer server;
-    return server;
-}
-
-}  // namespace
+// A name server: "stalled.test" is looked up when it answers, "unknown.test" never.
+static std::atomic<bool> nameServerAnswers = false;
+static std::atomic<int> lookUpsBegun = 0;
+static std::atomic<int> lookUpsEnded = 0;
 
 // Takes the place of the C library's function in this program.
 extern "C" int getaddrinfo(const char* node, const char* service, const addrinfo* hints, addrinfo** result) {
     const std::string_view name = node == nullptr ? "" : node;
     if (name == "unknown.test") return EAI_NONAME;
     if (name == "stalled.test") {
-        std::unique_lock guard(nameServer().lock);
-        ++nameServer().asked;
-        nameServer().changed.notify_all();
-        nameServer().changed.wait(guard, [] { return nameServer().open; });
-        ++nameServer().answered;
-        nameServer().changed.notify_all();
+        ++lookUpsBegun;
+        nameServerAnswers.wait(false);
+        ++lookUpsEnded;
         return EAI_NONAME;
     }
     using Function = int (*)(const char*, const char*, const addrinfo*, addrinfo**);
@@ -153,23 +135,18 @@ TEST_F(HttpClientTest, SendsExactlyTheHeadersOfItsContract) {
     const std::string large(2'000'000, 'x');
     client.Post(large, response);
     ending();
-    client.Post("", response);
-    ending();
-    EXPECT_EQ(fetch(server.url("")).text, "ok");
     EXPECT_EQ(fetch(server.url("/a/../b/./c")).text, "ok");
 
     const std::string target = "/add?url=a%20b&\xE9=%20";
     const std::string type = "Content-Type: application/x-www-form-urlencoded\r\n\r\n";
     const std::vector<std::string> requests = server.requests();
-    ASSERT_EQ(requests.size(), 6U);
+    ASSERT_EQ(requests.size(), 4U);
     EXPECT_EQ(requests[0], requestText(server, "GET " + target));
     EXPECT_EQ(requests[1], requestText(server, "POST " + target, "Content-Length: 10\r\n" + type + form));
     EXPECT_TRUE(requests[2] ==
                 requestText(server, "POST " + target, "Content-Length: 2000000\r\n" + type + large));
-    EXPECT_EQ(requests[3], requestText(server, "POST " + target, "Content-Length: 0\r\n" + type));
-    EXPECT_EQ(requests[4], requestText(server, "GET /"));
-    EXPECT_EQ(requests[5], requestText(server, "GET /a/../b/./c"));
-    EXPECT_EQ(server.connections(), 6);
+    EXPECT_EQ(requests[3], requestText(server, "GET /a/../b/./c"));
+    EXPECT_EQ(server.connections(), 4);
 }
 
 TEST_F(HttpClientTest, EndsEveryReplyWithItsStatusAndTheTextThatCame) {
@@ -181,12 +158,6 @@ TEST_F(HttpClientTest, EndsEveryReplyWithItsStatusAndTheTextThatCame) {
         };
     };
     const auto bytes = [](std::string text) { return [text](Peer& peer) { peer.send(text); }; };
-    const auto abrupt = [](std::string text) {
-        return [text](Peer& peer) {
-            peer.send(text);
-            peer.reset();
-        };
-    };
     const std::string head = "HTTP/1.0 200 OK\r\n";
     // The status line and the empty line count among the lines.
     const auto lines = [&](std::size_t count) {
@@ -202,36 +173,27 @@ TEST_F(HttpClientTest, EndsEveryReplyWithItsStatusAndTheTextThatCame) {
     };
     const Case cases[] = {
         {"with a length", bytes(FaultServer::answer(404, "gone")), 404, "gone"},
-        {"to the end of the connection", bytes(head + "\r\nall of it"), 200, "all of it"},
-        {"no body", bytes("HTTP/1.1 204 No Content\r\n\r\n"), 204, ""},
-        {"600", bytes(FaultServer::answer(600)), 600, "ok"},
-        {"999", bytes(FaultServer::answer(999)), 999, "ok"},
-        {"in chunks", bytes("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n2\r\nok\r\n0\r\n\r\n"), 200,
-         "ok"},
         {"kept open",
          [&](Peer& peer) {
-             peer.send(FaultServer::answer(200));
+             peer.send(FaultServer::answer(600));
              peer.waitForClose();
          },
-         200, "ok"},
-        {"after an interim answer", bytes("HTTP/1.1 100 Continue\r\n\r\n" + FaultServer::answer(200)), 200,
-         "ok"},
-        {"shorter than its length", bytes(head + "Content-Length: 100\r\n\r\nhalf"), 200, "half"},
-        {"longer than its length", bytes(head + "Content-Length: 4\r\n\r\nhalf of it"), 200, "half"},
-        {"negative length", bytes(head + "Content-Length: -5\r\n\r\nhalf"), 200, ""},
+         600, "ok"},
         {"broken chunks", bytes(head + "Transfer-Encoding: chunked\r\n\r\n4\r\nhalf\r\nzz\r\n"), 200, "half"},
-        {"half, then a reset", abrupt(head + "Content-Length: 100\r\n\r\nhalf"), 200, "half"},
+        {"half, then a reset",
+         [&](Peer& peer) {
+             peer.send(head + "Content-Length: 100\r\n\r\nhalf");
+             peer.reset();
+         },
+         200, "half"},
         {"cut in the headers", bytes(head + "Content-Le"), 200, ""},
         {"header flood", flood(head, "X-Flood: " + std::string(1000, 'x') + "\r\n"), 200, ""},
         {"most header lines", lines(HttpTransfer::kHeaderLines), 200, "ok"},
         {"too many header lines", lines(HttpTransfer::kHeaderLines + 1), 200, ""},
         {"endless header", flood(head, std::string(1000, 'x')), 200, ""},
-        {"cut in the status line", bytes("HTTP/1.0 20"), HttpClient::kNoStatus, ""},
         {"interim answer only", bytes("HTTP/1.1 100 Continue\r\n\r\n"), HttpClient::kNoStatus, ""},
         {"nothing", bytes(""), HttpClient::kNoStatus, ""},
-        {"reset at once", abrupt(""), HttpClient::kNoStatus, ""},
         {"no status line", bytes("<html>page</html>"), HttpClient::kNoStatus, ""},
-        {"garbage", flood("\x01\x02\xff", "\x01\n"), HttpClient::kNoStatus, ""},
     };
     for (const Case& one : cases) {
         SCOPED_TRACE(one.name);
@@ -254,43 +216,6 @@ TEST_F(HttpClientTest, EndsAnEndlessReplyAtTheBound) {
         EXPECT_EQ(end.code, 200);
         EXPECT_EQ(end.text.size(), keep ? HttpClient::kReplyLimit : 0);
         EXPECT_EQ(progress, static_cast<qint32>(HttpClient::kReplyLimit));
-    }
-}
-
-TEST_F(HttpClientTest, EndsWithoutStatusWhereNoServerAnswers) {
-    std::string dead;
-    {
-        FaultServer gone([](Peer&) {});
-        dead = gone.url("/");
-    }
-    FaultServer plain([](Peer& peer) { peer.send("no TLS here"); });
-    for (const std::string& url : {dead, "https://" + plain.host() + "/", std::string("http://unknown.test/"),
-                                   std::string("http://:80/"), std::string("http://[::bad/")}) {
-        EXPECT_EQ(fetch(url).code, HttpClient::kNoStatus) << url;
-        EXPECT_EQ(response, "");
-    }
-}
-
-TEST_F(HttpClientTest, FollowsRedirectsAsABrowserDoes) {
-    struct Case final {
-        int status;
-        bool staysPost;
-    };
-    for (const Case one :
-         {Case{301, false}, Case{302, false}, Case{303, false}, Case{307, true}, Case{308, true}}) {
-        SCOPED_TRACE(one.status);
-        FaultServer server([&](Peer& peer) {
-            peer.send(peer.path() == "/form"
-                          ? FaultServer::answer(one.status, "moved", "Location: thanks\r\n")
-                          : FaultServer::answer(200, "thank you"));
-        });
-        client.setURL(server.url("/form"));
-        client.Post("a=1", response);
-        EXPECT_EQ(ending().text, "thank you");
-        const std::string form =
-            "Content-Length: 3\r\nContent-Type: application/x-www-form-urlencoded\r\n\r\na=1";
-        EXPECT_EQ(server.requests().back(), one.staysPost ? requestText(server, "POST /thanks", form)
-                                                          : requestText(server, "GET /thanks"));
     }
 }
 
@@ -406,20 +331,6 @@ TEST_F(HttpClientTest, ARequestFailsForWantOfMemoryAndTheNextIsServed) {
     EXPECT_EQ(client.LocalFailure(), nullptr);
 }
 
-TEST_F(HttpClientTest, RefusesToStartWithoutTouchingTheWire) {
-    FaultServer server([](Peer& peer) { peer.waitForClose(); });
-    client.setURL(server.url("/\r\nX-Forged: 1"));
-    EXPECT_THROW(client.Get(response), Failure);
-    EXPECT_EQ(client.State(), 0);
-    EXPECT_THROW(client.setBlocking(true), Failure);
-    get(server.url("/"));
-    EXPECT_TRUE(client.Busy());
-    EXPECT_THROW(client.Get(response), Failure);
-    client.Abort();
-    ending();
-    EXPECT_LE(server.connections(), 1);
-}
-
 TEST_F(HttpClientTest, AbortEndsAtEveryStageWithOneDone) {
     FaultServer server([](Peer& peer) {
         if (peer.path() == "/half") peer.send("HTTP/1.0 200 OK\r\nContent-Length: 100\r\n\r\nhalf");
@@ -437,17 +348,13 @@ TEST_F(HttpClientTest, AbortEndsAtEveryStageWithOneDone) {
         {server.url("/"), [] { return true; }, HttpClient::kNoStatus, ""},
         {server.url("/"), [&] { return server.requests().size() > seen; }, HttpClient::kNoStatus, ""},
         {server.url("/half"), [&] { return progress == 4; }, 200, "half"},
-        {"http://stalled.test/",
-         [&] {
-             const std::lock_guard guard(nameServer().lock);
-             return nameServer().asked > 0;
-         },
-         HttpClient::kNoStatus, ""},
+        {"http://stalled.test/", [] { return lookUpsBegun > 0; }, HttpClient::kNoStatus, ""},
     };
     for (const Stage& stage : stages) {
         SCOPED_TRACE(stage.url);
         seen = server.requests().size();
         get(stage.url);
+        EXPECT_THROW(client.Get(response), Failure);
         EXPECT_TRUE(waitUntil(stage.reached));
         client.Abort();
         EXPECT_EQ(client.State(), 0);
@@ -456,50 +363,9 @@ TEST_F(HttpClientTest, AbortEndsAtEveryStageWithOneDone) {
         EXPECT_EQ(end.text, stage.text);
     }
     // The look-up that was left behind ends when the name server answers.
-    NameServer& names = nameServer();
-    std::unique_lock guard(names.lock);
-    names.open = true;
-    names.changed.notify_all();
-    names.changed.wait(guard, [&] { return names.answered == names.asked; });
-}
-
-TEST_F(HttpClientTest, ANewRequestSilencesTheAbortedOne) {
-    FaultServer server([](Peer& peer) {
-        if (peer.path() == "/stall") peer.waitForClose();
-        peer.send(FaultServer::answer(200, peer.path()));
-    });
-    for (int round = 0; round < 20; ++round) {
-        get(server.url("/stall"));
-        client.Abort();
-        EXPECT_EQ(fetch(server.url("/next")).text, "/next");
-    }
-    // A start that fails silences it too.
-    const int before = done;
-    get(server.url("/stall"));
-    client.Abort();
-    client.setURL("ftp://127.0.0.1/");
-    EXPECT_THROW(client.Get(response), Failure);
-    turnOnce();
-    EXPECT_EQ(done, before);
-}
-
-TEST_F(HttpClientTest, MayBeDeletedWhileRunningAndInsideItsSignals) {
-    FaultServer server([](Peer& peer) {
-        peer.send(FaultServer::answer(200));
-        if (peer.path() == "/stall") peer.waitForClose();
-    });
-    for (const int way : {0, 1, 2}) {
-        auto doomed = std::make_unique<HttpClient>(network);
-        const auto kill = [&] { doomed.reset(); };
-        if (way == 1) QObject::connect(doomed.get(), &HttpClient::Progress, &client, kill);
-        if (way == 2) QObject::connect(doomed.get(), &HttpClient::Done, &client, kill);
-        std::string text;
-        doomed->setURL(server.url(way == 0 ? "/stall" : "/"));
-        doomed->Get(text);
-        if (way == 0) doomed.reset();
-        EXPECT_TRUE(waitUntil([&] { return !doomed; }));
-        turnOnce();
-    }
+    nameServerAnswers = true;
+    nameServerAnswers.notify_all();
+    EXPECT_TRUE(waitUntil([] { return lookUpsEnded == lookUpsBegun; }));
 }
 
 TEST_F(HttpClientTest, TheNetworkEndsWithRequestsUnderWay) {
@@ -535,9 +401,7 @@ TEST_F(HttpClientTest, NestedHandlersStayShallowAndAlive) {
                 // A handler so slow that there is always news to be had.
                 std::this_thread::sleep_for(std::chrono::milliseconds(2));
                 QCoreApplication::processEvents();
-                if (waits && now < kClients) {
-                    EXPECT_TRUE(waitUntil([&] { return ended > now; }));
-                }
+                EXPECT_TRUE(!waits || now >= kClients || waitUntil([&] { return ended > now; }));
                 --depth;
             });
             one.Get(text);

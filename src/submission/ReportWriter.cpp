@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "submission/ReportWriter.h"
+
+#include "core/Clock.h"
+#include "core/Failure.h"
+#include "core/FileStore.h"
+#include "core/IniFile.h"
+#include "core/Log.h"
+#include "core/Paths.h"
+#include "core/Prompts.h"
+#include "core/Services.h"
+#include "core/Trap.h"
+#include "core/clsPreference.h"
+#include "submission/SubmissionData.h"
+
+#include <utility>
+
+namespace relay {
+
+ReportWriter::ReportWriter(const Services& services, SubmissionOptions options)
+    : m_services(services), m_options(std::move(options)) {}
+
+void ReportWriter::setFailEngine() {
+    m_FailEngines.clear();
+}
+
+UrlReport ReportWriter::CreateReport(const std::string& URL, const std::string& WebsiteFile,
+                                     const std::vector<EngineResult>& engines) {
+    const BusyPointer busy(m_services.prompts);
+    const SubmitResults results = buildResultRows(engines, m_options.linkEngines, m_FailEngines);
+    UrlReport report{URL, WebsiteFile, {}, {}, results.successCount, results.failCount};
+    const clsPreference& preference = m_services.preference;
+    std::string text =
+        buildReport(URL, loadWebsiteQuietly(WebsiteFile), longDate(m_services.clock.now(), m_options.locale),
+                    results, {preference.DealerName, preference.DealerEmail, preference.DealerURL});
+    save(text.append("\r\n"), report);
+    return report;
+}
+
+void ReportWriter::save(const std::string& text, UrlReport& report) const {
+    const QDateTime now = m_services.clock.now();
+    std::string path;
+    const auto failure = failureOf([&] {
+        makeFolder(m_services.paths.inApp("Reports"));
+        const std::string folder = m_services.paths.inApp("Reports/Submition");
+        makeFolder(folder);
+        path = folder + "/" + reportFileName(report.URL, now);
+        writeFile(path, text);
+        report.path = path;
+        // A report that cannot be noted does not keep the failed engines from being offered again.
+        const auto unnoted = failureOf([&] { noteReport(report.website, report.URL, now, path); });
+        appendFile(m_services.paths.inApp("fail.eng"), m_FailEngines.text());
+        if (unnoted) throw Failure(*unnoted);
+    });
+    if (!failure) return;
+    m_services.log.WriteErrorLog("CreateReport_Error: " + *failure);
+    m_services.log.WriteErrorLog("ReportFile: " + path);
+    report.problem = *failure;
+}
+
+}  // namespace relay

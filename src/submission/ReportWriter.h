@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "submission/SubmissionRecords.h"
+#include "submission/SubmissionReport.h"
+
+#include <QLocale>
+
+#include <string>
+#include <vector>
+
+namespace relay {
+
+struct Services;
+
+// How reports are written.
+struct SubmissionOptions final {
+    QLocale locale;            // of their dates
+    bool linkEngines = false;  // names of engines as links; the switch "/U"
+};
+
+// Writes the reports of a run and gathers the engines that failed in it.
+class ReportWriter final {
+  public:
+    ReportWriter(const Services& services, SubmissionOptions options);
+
+    // Empties the list of failed engines; at the start of a run.
+    void setFailEngine();
+    // Writes the report of one URL, notes it in the website file and appends to fail.eng. A failure goes to
+    // the log and into the result.
+    UrlReport CreateReport(const std::string& URL, const std::string& WebsiteFile,
+                           const std::vector<EngineResult>& engines);
+
+  private:
+    void save(const std::string& text, UrlReport& report) const;
+
+    const Services& m_services;
+    SubmissionOptions m_options;
+    FailEngines m_FailEngines;
+};
+
+}  // namespace relay
