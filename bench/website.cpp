@@ -44,8 +44,10 @@ void saveWebsite(benchmark::State& state) {
     WebsiteFields fields;
     fill(fields, state.range(0));
     CustomEngines customEngines;
+    NoPrompts prompts;
+    WebsiteFile website(prompts);
     for ([[maybe_unused]] auto _ : state) {
-        WebsiteFile::save(path, fields, customEngines);
+        website.save(path, fields, customEngines, SaveOver::Anything);
         if (state.range(1) == 0) removeFile(path);
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));
@@ -59,9 +61,9 @@ void loadWebsite(benchmark::State& state) {
     WebsiteFields fields;
     fill(fields, state.range(0));
     CustomEngines customEngines;
-    WebsiteFile::save(path, fields, customEngines);
     NoPrompts prompts;
     WebsiteFile website(prompts);
+    website.save(path, fields, customEngines, SaveOver::Anything);
     for ([[maybe_unused]] auto _ : state) website.loadWebsiteFile(path, fields, customEngines, nullptr);
     state.SetItemsProcessed(state.iterations() * fields.lsvSiteURLs.count());
 }
@@ -73,7 +75,8 @@ void readWebsiteBytes(benchmark::State& state) {
     WebsiteFields fields;
     fill(fields, state.range(0));
     CustomEngines customEngines;
-    WebsiteFile::save(path, fields, customEngines);
+    NoPrompts prompts;
+    WebsiteFile(prompts).save(path, fields, customEngines, SaveOver::Anything);
     for ([[maybe_unused]] auto _ : state) benchmark::DoNotOptimize(readFile(path));
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }

@@ -129,7 +129,12 @@ std::size_t HttpTransfer::takeHeader(char*, std::size_t size, std::size_t count,
     // A redirect may have led from http to https.
     const char* scheme = nullptr;
     curl_easy_getinfo(transfer.easy, CURLINFO_SCHEME, &scheme);
-    if (scheme != nullptr && equalsNoCase(scheme, "https")) transfer.redirectOnly(true);
+    try {
+        if (scheme != nullptr && equalsNoCase(scheme, "https")) transfer.redirectOnly(true);
+    } catch (const std::exception&) {
+        transfer.failure = kOutOfMemory;
+        return 0;
+    }
     transfer.m_headerBytes += size * count;
     ++transfer.m_headerLines;
     const bool tooMuch = transfer.m_headerBytes > kHeaderLimit || transfer.m_headerLines > kHeaderLines;
