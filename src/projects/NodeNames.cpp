@@ -28,8 +28,7 @@ bool refusesFileName(Prompts& prompts, std::string_view name) {
 }
 
 void requireOneLine(std::string_view text) {
-    if (hasControlByte(text))
-        throw Failure("A name cannot contain line breaks or other control characters.");
+    if (hasControlByte(text)) throw Failure("A name cannot contain line breaks or other control characters.");
 }
 
 std::string askNewName(Prompts& prompts, NodeKind kind,
