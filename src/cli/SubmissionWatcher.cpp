@@ -36,8 +36,7 @@ void SubmissionWatcher::showCount() {
     if (!m_context.progress().isOn()) return;
     int ended = 0;
     for (const auto& [result, count] : m_byResult) ended += count;
-    const auto succeeded = m_byResult.find(Success);
-    const int successes = succeeded == m_byResult.end() ? 0 : succeeded->second;
+    const int successes = m_byResult[Success];
     m_context.progress().show("URL " + std::to_string(m_url) + " of " + std::to_string(m_urls) + ", engine " +
                               std::to_string(m_endedOfUrl) + " of " + std::to_string(m_engines) + "   " +
                               std::to_string(successes) + " succeeded, " + std::to_string(ended - successes) +

@@ -6,8 +6,7 @@
 namespace relay {
 
 namespace {
-// Engines handed out before the event loop gets its turn: 30,000 records without an action, which end at
-// once, would hold it up else.
+// Engines handed out before the event loop gets its turn: thousands that end at once would hold it up.
 constexpr int kHandOutsAtOnce = 200;
 }  // namespace
 
@@ -42,17 +41,11 @@ void EngineDispatcher::handOut() {
         if (count == kHandOutsAtOnce) return handOutLater();
         m_inHand = m_free.front();
         m_free.pop_front();
-        giveNext();
-    }
-}
-
-void EngineDispatcher::giveNext() {
-    // The number is not raised past the last engine, which may be the last number of 16 bits.
-    if (m_last < m_engines) {
-        ++m_last;
-        Q_EMIT engineDue(m_inHand, m_last);
-    } else {
-        Q_EMIT noEngineLeft();
+        // The number is not raised past the last engine, which may be the last number of 16 bits.
+        if (m_last < m_engines)
+            Q_EMIT engineDue(m_inHand, ++m_last);
+        else
+            Q_EMIT noEngineLeft();
     }
 }
 

@@ -14,7 +14,7 @@ namespace relay {
 class EngineDispatcher final : public QObject {
     Q_OBJECT
   public:
-    // A URL begins: all connections wait. The first engines go out through the event loop.
+    // A URL begins: all connections wait. Its first engines go out through the event loop.
     void begin(std::int16_t connections, std::int16_t engines);
     // The connection waits for its next engine, which it may be given before this returns.
     void connectionFree(std::int16_t connection);
@@ -30,7 +30,6 @@ class EngineDispatcher final : public QObject {
   private:
     void handOut();
     void handOutLater();
-    void giveNext();
 
     std::deque<std::int16_t> m_free;
     std::int16_t m_inHand = 0;  // the connection that is being given an engine

@@ -76,11 +76,8 @@ bool SubmissionController::StartSubmit() {
 
 bool SubmissionController::startRun() {
     const std::int16_t Connections = m_services.preference.Connections;
-    try {
-        removeFile(m_services.paths.inApp("fail.eng"));
-    } catch (const Failure&) {
-        // Left as it is: the list of failed engines is no reason not to submit.
-    }
+    // Left as it is where it cannot go: the list of failed engines is no reason not to submit.
+    failureOf([&] { removeFile(m_services.paths.inApp("fail.eng")); });
     m_services.prompts.status("Start submitting ...");
     m_clsSubmit.sizeSockets(Connections);
     m_state.Done = 0;

@@ -10,7 +10,6 @@
 #include "core/clsPreference.h"
 #include "submission/WorkList.h"
 
-#include <exception>
 #include <utility>
 
 namespace relay {
@@ -73,18 +72,16 @@ void clsSubmit::LoadHTTPMXSocket(std::int16_t Count) {
 
 void clsSubmit::Submitting(std::int16_t Index, std::int16_t EngineIndex) {
     int step = 0;
-    try {
-        sendRequest(Index, EngineIndex, step);
-    } catch (const std::exception& failure) {
-        if (m_services.log.traceOn()) {
-            m_services.log.WriteTraceLog(
-                "Module : Submitting. \r\n" + escapeControlCharacters(failureText(failure)) +
-                " Line Number: " + std::to_string(step) + " Socket : " + std::to_string(Index) +
-                " Engine: " + escapeControlCharacters(socket(Index).EngineName));
-        }
-        // Nothing else would ever free this connection, and the run would wait for it.
-        if (socket(Index).Busy == 1) endAtOnce(Index);
+    const auto failure = failureOf([&] { sendRequest(Index, EngineIndex, step); });
+    if (!failure) return;
+    if (m_services.log.traceOn()) {
+        m_services.log.WriteTraceLog("Module : Submitting. \r\n" + escapeControlCharacters(*failure) +
+                                     " Line Number: " + std::to_string(step) +
+                                     " Socket : " + std::to_string(Index) +
+                                     " Engine: " + escapeControlCharacters(socket(Index).EngineName));
     }
+    // Nothing else would ever free this connection, and the run would wait for it.
+    if (socket(Index).Busy == 1) endAtOnce(Index);
 }
 
 void clsSubmit::sendRequest(std::int16_t Index, std::int16_t EngineIndex, int& step) {
@@ -138,7 +135,7 @@ void clsSubmit::endAtOnce(std::int16_t Index) {
 }
 
 void clsSubmit::setSubmitResults(std::int16_t Index, std::string_view Caller, const std::string& Text) {
-    try {
+    const auto failure = failureOf([&] {
         SubmitSocket& work = socket(Index);
         work.Busy = 0;
         if (work.EngineIndex < 1) return show(Index, ConnectionStage::Completed, Text);
@@ -150,9 +147,9 @@ void clsSubmit::setSubmitResults(std::int16_t Index, std::string_view Caller, co
         const auto taken = std::chrono::steady_clock::now() - work.Started;
         Q_EMIT engineEnded({m_URL, work.EngineName, work.Code, work.Result,
                             std::chrono::duration_cast<std::chrono::milliseconds>(taken).count()});
-    } catch (const std::exception& failure) {
-        if (!m_services.log.traceOn()) return;
-        m_services.log.WriteTraceLog("setSubmitResults_Error: " + std::string(failureText(failure)) +
+    });
+    if (failure && m_services.log.traceOn()) {
+        m_services.log.WriteTraceLog("setSubmitResults_Error: " + *failure +
                                      " - Source: " + std::string(Caller) + " - " + Text);
     }
 }

@@ -75,7 +75,6 @@ class frmHTTPMX final : public QObject {
 
     // Seconds; filled by Load from the settings where AccessType is 2, else 0, which
     // the watchdog takes for 30 seconds.
-    std::int32_t TimeOut() const noexcept { return m_TimeOut; }
     void setTimeOut(std::int32_t seconds) noexcept { m_TimeOut = seconds; }
     // The watchdog's interval in milliseconds for the time-out now in force, or Failure 6 "Overflow".
     std::int32_t watchdogInterval() const;
