@@ -15,7 +15,7 @@ const Row& own(const void* record) {
     return *static_cast<const Row*>(record);
 }
 
-// Rows that a list keeps itself.
+// Rows that the list itself owns.
 class OwnRows final : public RowSource {
     std::string_view key(const void* record) const override { return own(record).key; }
     std::size_t columns(const void* record) const override { return own(record).subItems.size() + 1; }
@@ -79,7 +79,7 @@ Rows::Entry Rows::ownEntry(Row row) {
     return made;
 }
 
-// Brings the rows that were added since into the set of keys.
+// Adds the rows that are not yet in the key set.
 void Rows::findKeys() const {
     for (; m_keyed < m_rows.size(); ++m_keyed) {
         const std::string_view key = m_rows[m_keyed].key();
@@ -116,7 +116,7 @@ bool Rows::tryAdd(Row row) {
 }
 
 int Rows::removeIf(const std::function<bool(const RowView&)>& test) {
-    // The tests come first, all of them: they may throw, and they may look at the list.
+    // All tests run first: they may throw, and they may look at the list.
     std::vector<bool> named(m_rows.size());
     for (std::size_t i = 0; i < m_rows.size(); ++i) named[i] = test(m_rows[i].view());
     if (std::find(named.begin(), named.end(), true) == named.end()) return 0;
@@ -197,7 +197,7 @@ void Rows::sortByColumn(int column) {
 }
 
 void Rows::sort(int column, Qt::SortOrder order) {
-    if (column < 0) return;  // a view's way of saying "unsorted"
+    if (column < 0) return;  // how views say "unsorted"
     m_sortedColumn = column;
     m_ascending = order == Qt::AscendingOrder;
     if (told()) Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
