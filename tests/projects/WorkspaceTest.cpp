@@ -339,11 +339,12 @@ TEST_F(WorkspaceTest, WhatAnotherProgramWroteIsNotUndone) {
             std::size_t asked = 0;
             for (const auto& box : prompts.shown) asked += box.kind == "ask";
             EXPECT_EQ(asked, test.asked);
-            EXPECT_EQ(prompts.shown.front().text,
-                      "The file " + kwsPath("Sale") +
-                          (damaged ? " could not be read to its end. A save writes over what was not read."
-                                   : " was changed by another program since this window read it.") +
-                          "\r\n\r\nDo you want to save what this window shows over it?");
+            EXPECT_EQ(
+                prompts.shown.front().text,
+                "The file " + kwsPath("Sale") +
+                    (damaged ? " could not be read completely. Saving overwrites the part that was not read."
+                             : " was changed by another program since this window read it.") +
+                    "\r\n\r\nDo you want to overwrite it with what this window shows?");
             if (!test.leaves) {
                 EXPECT_EQ(fields.txtSiteTitle, "typed");
                 prompts.answers = {false, true};
