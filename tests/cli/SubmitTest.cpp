@@ -94,7 +94,7 @@ TEST_F(SubmitTest, SubmitsTheUrlsOfAllWebsitesInOrderAndTellsTheOutcome) {
                   reports +
                   "c.test_(2002-Apr-01-1305).html\n"
                   "\n"
-                  "2 reports share one file, which holds the last of them.\n");
+                  "2 reports share one file, which contains the last of them.\n");
     EXPECT_THAT(m_cli.home.read("Reports/Submition/a.test_b(2002-Apr-01-1305).html"), HasSubstr("submit"));
     EXPECT_THAT(m_cli.home.read("first.kws"), HasSubstr("LastReport=2\r\n"));
 }
@@ -189,8 +189,8 @@ TEST_F(SubmitTest, TellsAReportThatIsThereFromOneThatIsNot) {
     const CommandResult result = m_cli.run({"submit", "--website", file, "--all"});
 
     EXPECT_EQ(result.code, 1);
-    EXPECT_THAT(result.err, HasSubstr("was written, but not everything that goes with it: " +
-                                      m_cli.home.path("fail.eng") + ": Is a directory"));
+    EXPECT_THAT(result.err, HasSubstr("was written, but with an error: " + m_cli.home.path("fail.eng") +
+                                      ": Is a directory"));
     EXPECT_THAT(result.out, Not(HasSubstr("(not written)")));
     EXPECT_THAT(m_cli.home.read("site.kws"), HasSubstr("LastReport=1"));
 }
