@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The pool's yardstick: the same requests in a bare libcurl multi_poll loop on one thread, with the same
+// The pool's reference: the same requests in a bare libcurl multi_poll loop on one thread, with the same
 // protocol settings and reused handles; SSL_CERT_FILE names the bundle for https.
 // Usage: bench_bare_loop URL SLOTS REQUESTS; prints "requests/s  CPU microseconds/request  peak KiB".
 #include <chrono>

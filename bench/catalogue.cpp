@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// How fast the engine file loads beside a bare loop over the same file, how the time grows with the file, and
-// how much memory a load takes. Every run is a process of its own that starts with little memory; times are
-// processor time; runs are interleaved, and the figures are medians of ratios, so they hold on any machine.
+// How fast the engine file loads compared with a bare loop over the same file, how the time grows with the
+// file, and how much memory a load takes. Every run is a process of its own that starts with little memory;
+// times are processor time; runs are interleaved, and the figures are medians of ratios, so they hold on any
+// machine.
 //
 //   bench_catalogue [rounds]
 #include "Ratios.h"

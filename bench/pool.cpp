@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The connection pool with the classification of its replies, beside bench/bare_loop.cpp.
+// The connection pool with the classification of its replies, to compare with bench/bare_loop.cpp.
 // Usage: bench_pool URL SLOTS REQUESTS; prints "requests/s  CPU microseconds/request  peak KiB".
-//        bench_pool delay SLOTS REQUESTS; against a server of its own that answers after 50 ms; prints
+//        bench_pool delay SLOTS REQUESTS; uses a server of its own that answers after 50 ms; prints
 //        "requests/s  share of the ideal rate".
 #include "core/Clock.h"
 #include "core/Log.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// How fast the search without regard to case walks a page-like text of 100 MB, beside memchr counting the
-// lines of the same text, and beside the C library's strcasestr.
+// How fast the case-insensitive search goes through a page-like text of 100 MB, compared with memchr counting
+// the lines of the same text and with the C library's strcasestr.
 //
 //   bench_search
 #include "Ratios.h"

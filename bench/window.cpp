@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the window costs, one measurement a run, in milliseconds on stdout:
+// The speed of the window, one measurement per run, in milliseconds on stdout:
 //   bench_window home HOME ENGINES   makes a home with that many engines and 200 websites
 //   bench_window empty               an empty main window, up to its first painting
 //   bench_window start HOME          the program's window on the home, up to its first painting
