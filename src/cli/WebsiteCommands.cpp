@@ -188,7 +188,7 @@ int WebsiteShowCommand::execute() {
 }
 
 WebsiteSetCommand::WebsiteSetCommand(CLI::App& parent, CommandLineContext& context)
-    : Command(parent, context, "set", "Set fields of a website file; a missing file is made",
+    : Command(parent, context, "set", "Set fields of a website file, which is created if missing",
               "website set shop.kws Title='Paper Shop' Keyword='paper, pens' BlockFFA=1\n"
               "website set shop.kws MainCategory='Business and Finance' Category=Accounting\n"
               "website set shop.kws --password-file secret.txt") {

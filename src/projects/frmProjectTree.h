@@ -33,7 +33,7 @@ class frmProjectTree final : public QTreeView {
     void showCurrentNode();
     // Highlights the node that commands act on, whatever a press highlighted.
     void keepHighlight();
-    // When a node is closed, a current node below it gives way to it.
+    // If closing a node hides the current node, the closed one becomes current.
     void leaveHiddenNode(const QModelIndex& closed);
     void editLabel(const ProjectNode* node);
     void renameFromEditor(const std::string& key, const std::string& text);

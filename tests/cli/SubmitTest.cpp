@@ -37,7 +37,7 @@ class SubmitTest : public testing::Test {
         m_cli.home.write("data/catkws.dat", "[General For All Links]\r\nOther=1\r\nEND\r\n");
     }
 
-    // Engines of type ENG, named after the outcome they play, with an ending where the case wants one.
+    // Engines of type ENG, named after the outcome they play, with an optional ending.
     void useEngines(const std::vector<std::string>& outcomes, const std::string& ending = {}) {
         std::string text;
         for (const std::string& outcome : outcomes)
