@@ -56,10 +56,10 @@ class Rows final : public QAbstractTableModel {
     bool contains(std::string_view key) const;
 
     // Throws Failure 457 "This key is already associated with an element of this collection" when taken.
-    void add(Row row) { add(ownEntry(std::move(row))); }
+    void add(const Row& row) { add(ownEntry(row)); }
     void add(const RowSource& source, const void* record) { add(Entry(source, record)); }
     // False, and nothing happens, when the key is taken: duplicates are kept out in silence.
-    bool tryAdd(Row row);
+    bool tryAdd(const Row& row);
     // Adds a row for each of the records, whose keys must all be new to the list.
     template <typename Records>
     void addAll(const RowSource& source, const Records& records) {
@@ -123,10 +123,13 @@ class Rows final : public QAbstractTableModel {
         bool highlighted = false;
     };
 
-    static Entry ownEntry(Row row);
+    static Entry ownEntry(const Row& row);
     const Entry& entry(int row) const { return m_rows.at(static_cast<std::size_t>(row)); }
     Entry& entry(int row) { return m_rows.at(static_cast<std::size_t>(row)); }
     void add(Entry row);
+    // Keeps the key for the row that append() brings next; false when it is taken.
+    bool takeKey(std::string_view key);
+    void append(Entry row);
     template <typename Edit>
     void change(int row, Edit&& edit);
     auto keys() const {
