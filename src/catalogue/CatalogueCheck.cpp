@@ -22,11 +22,11 @@ namespace relay {
 namespace {
 
 constexpr std::size_t kShownLength = 80;
-constexpr std::size_t kRecordLength = 200;  // of a record's name
+constexpr std::size_t kRecordLength = 200;  // longest record name shown
 constexpr std::size_t kMostOfAKind = 1000;
 constexpr std::size_t kKinds = static_cast<std::size_t>(FindingKind::NotForGet) + 1;
 
-// The words at fault, cut to what fits a line.
+// The faulty text, cut to fit on a line.
 std::string shown(std::string_view words) {
     std::string text(left(firstLine(words), kShownLength));
     if (text.size() < words.size()) text += "...";
@@ -58,7 +58,7 @@ class CatalogueCheck final {
     void closeRecord();
     void reportDuplicates();
     void reportTheRest();
-    // `text` gives the words; it is not asked for those of a finding that is only counted.
+    // `text` makes the message; it is not called for a finding that is only counted.
     template <typename Text>
     void report(std::size_t line, std::string_view record, FindingKind kind, Text&& text);
     template <typename Text>
@@ -66,12 +66,12 @@ class CatalogueCheck final {
         report(line, m_engine.name(), kind, std::forward<Text>(text));
     }
 
-    // What is found of one kind.
+    // The findings of one kind.
     struct Tally final {
         std::size_t count = 0;
-        std::size_t firstUntold = 0;  // its line
+        std::size_t firstUntold = 0;  // line of the first finding that is only counted
     };
-    // The name of a record that would be loaded. Kept small: a file may hold millions.
+    // The name of a record that would be loaded. Kept small, as a file may hold millions.
     struct Name final {
         std::string_view text;  // in the file
         std::uint32_t hash;
@@ -86,10 +86,10 @@ class CatalogueCheck final {
     std::deque<Name> m_names;
     EngineTexts m_texts;
     clsEngines m_engine{m_texts};
-    std::size_t m_recordLine = 0;  // 0 while no key was read
-    std::size_t m_actionLine = 0;  // of the action that counts
-    std::size_t m_queryLine = 0;   // of the query that counts
-    std::string_view m_cutItem;    // the last item, when a comma closed it
+    std::size_t m_recordLine = 0;  // 0 until a key is read
+    std::size_t m_actionLine = 0;  // of the action in force
+    std::size_t m_queryLine = 0;   // of the query in force
+    std::string_view m_cutItem;    // the last item, if a comma ended it
     std::size_t m_cutLine = 0;
 };
 
@@ -108,8 +108,8 @@ std::vector<Finding> CatalogueCheck::check(std::string_view text) {
     return std::move(m_findings);
 }
 
-// Several items on one line are in order as long as each is a key; anything else behind a comma was meant to
-// belong to the value in front of it.
+// Several items on one line are fine as long as each is a key; anything else after a comma was meant to be
+// part of the value before it.
 void CatalogueCheck::noteCut(CatalogueReader& reader) {
     const std::string_view item = reader.item();
     if (!m_cutItem.empty()) {
@@ -136,7 +136,7 @@ void CatalogueCheck::readItem(CatalogueReader& reader) {
     if (key == EngineKey::None) return;
     if (key == EngineKey::Unknown) {
         report(line, FindingKind::UnknownKey,
-               [&] { return "Nobody knows the key \"" + shown(reader.keyText()) + "\""; });
+               [&] { return "The key \"" + shown(reader.keyText()) + "\" is unknown"; });
         return;
     }
     if (key == EngineKey::Name) {
@@ -155,7 +155,7 @@ void CatalogueCheck::checkField(EngineKey key, std::string_view value, std::size
             if (!value.empty() && !startsWithNoCase(value, "http://") &&
                 !startsWithNoCase(value, "https://")) {
                 report(line, FindingKind::ActionWithoutScheme, [&] {
-                    return "The action \"" + shown(value) + "\" begins with neither http:// nor https://";
+                    return "The action \"" + shown(value) + "\" does not begin with http:// or https://";
                 });
             }
             break;
@@ -175,7 +175,7 @@ void CatalogueCheck::checkField(EngineKey key, std::string_view value, std::size
         case EngineKey::Country:
             if (!value.empty() && (value.size() != 2 || !isLetter(value[0]) || !isLetter(value[1]))) {
                 report(line, FindingKind::BadCountry,
-                       [&] { return "The country \"" + shown(value) + "\" is no two letters"; });
+                       [&] { return "The country \"" + shown(value) + "\" is not two letters"; });
             }
             break;
         case EngineKey::Method:
@@ -201,28 +201,27 @@ void CatalogueCheck::checkQuery(std::string_view query, std::size_t line) {
         const std::size_t close = query.find('>', open);
         if (close == npos || close == open + 1) {
             report(line, FindingKind::BrokenMacro, [&] {
-                return "The macro at \"" + shown(query.substr(open)) + "\" has no name or no end";
+                return "The macro at \"" + shown(query.substr(open)) + "\" has no name or no \">\"";
             });
             return;
         }
         const std::string_view macro = query.substr(open + 1, close - open - 1);
         if (!macroOf(macro)) {
             report(line, FindingKind::UnknownMacro,
-                   [&] { return "The macro \"" + shown(macro) + "\" is unknown and stands for itself"; });
+                   [&] { return "The macro \"" + shown(macro) + "\" is unknown; its name is sent"; });
         }
         open = query.find('<', close);
     }
 }
 
-// Only a whole record tells by which method its action and its query go.
+// Run when the record is complete, as the method is known only then.
 void CatalogueCheck::checkGet() {
     if (!equalsNoCase(m_engine.Method(), "GET")) return;
     for (const auto& [text, line] :
          {std::pair(m_engine.Action(), m_actionLine), {m_engine.Query(), m_queryLine}}) {
         if (const std::size_t hash = text.find('#'); hash != npos)
             report(line, FindingKind::NotForGet, [&, text = text] {
-                return "A GET loses all from \"" + shown(text.substr(hash)) +
-                       "\" on; %23 stands for the mark";
+                return "A GET loses everything from \"" + shown(text.substr(hash)) + "\" on; write # as %23";
             });
         if (text.find(' ') != npos)
             report(line, FindingKind::NotForGet, [&, text = text] {
@@ -235,7 +234,7 @@ void CatalogueCheck::checkCategory(std::size_t line) {
     try {
         m_rule.resolve(m_engine);
     } catch (const Failure&) {
-        // No table at all: the load ends here, and the record's table is missing just the same.
+        // The file has no tables at all, so the load would end here; the table of this record is missing too.
     }
     if (missesCategoryData(m_engine)) {
         report(line, FindingKind::MissingTable,
@@ -260,8 +259,7 @@ void CatalogueCheck::closeRecord() {
                        static_cast<std::uint32_t>(m_recordLine)});
 }
 
-// The names are brought beside their like, those of one name in the order of the file, and all but the first
-// of each are told.
+// Sorts equal names together, in file order, and reports all but the first of each.
 void CatalogueCheck::reportDuplicates() {
     const auto before = [](const Name& a, const Name& b) { return a.text.data() < b.text.data(); };
     std::sort(m_names.begin(), m_names.end(), [&](const Name& a, const Name& b) {

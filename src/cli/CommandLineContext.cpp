@@ -67,8 +67,8 @@ Session& CommandLineContext::home() {
         home->prepareHome(installedDataFolder(m_console.programFolder, m_console.environment));
     } catch (const Failure& failure) {
         if (!folderExists(home->paths.AppPath))
-            throw Failure(std::string("The home cannot be made: ") + failure.what(), failure.number());
-        warn(std::string("The home cannot be written, so nothing is kept there: ") + failure.what());
+            throw Failure(std::string("The home cannot be created: ") + failure.what(), failure.number());
+        warn(std::string("The home cannot be written, so nothing is saved there: ") + failure.what());
     }
     home->readSettings(SettingsReader::CommandLine);
     m_home = std::move(home);

@@ -9,7 +9,7 @@ namespace {
 bool toldHowToInstall(CommandLineContext& context, bool loaded) {
     if (!loaded)
         context.warn("No engines could be loaded from " + context.home().paths.WindowsPath +
-                     "\nThe catalogue that comes with the program is put there by: engines install");
+                     "\nTo install the program's catalogue, run: engines install");
     return loaded;
 }
 }  // namespace

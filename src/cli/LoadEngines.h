@@ -5,8 +5,8 @@ namespace relay {
 
 class CommandLineContext;
 
-// Loads the home's engines, or their category tables alone. False when the files are missing or unusable; the
-// user was told, and what to do about it.
+// Loads the home's engines, or just their category tables. When the files are missing or unusable, returns
+// false after a message that says what to do.
 bool loadEngines(CommandLineContext& context);
 bool loadEngineCategories(CommandLineContext& context);
 

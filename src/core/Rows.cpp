@@ -12,8 +12,8 @@ namespace relay {
 
 namespace {
 
-// A row that a list keeps itself, in one block: the number of its fields, their places, then their bytes. The
-// fields are key, text, icon, tag and the sub-items; a text that is the key shares its bytes.
+// A row that the list itself owns, in one block: the number of fields, the places of the fields, their bytes.
+// The fields are key, text, icon, tag and the sub-items; a text equal to the key shares its bytes.
 struct Place final {
     std::uint32_t from, length;
 };
@@ -112,7 +112,7 @@ Rows::Entry Rows::ownEntry(const Row& row) {
     return made;
 }
 
-// Brings the rows that were added since into the set of keys.
+// Adds the rows that are not yet in the key set.
 void Rows::findKeys() const {
     for (; m_keyed < m_rows.size(); ++m_keyed) {
         const std::string_view key = m_rows[m_keyed].key();
@@ -162,7 +162,7 @@ void Rows::append(Entry row) {
 }
 
 int Rows::removeIf(const std::function<bool(const RowView&)>& test) {
-    // The tests come first, all of them: they may throw, and they may look at the list.
+    // All tests run first: they may throw, and they may look at the list.
     std::vector<bool> named(m_rows.size());
     for (std::size_t i = 0; i < m_rows.size(); ++i) named[i] = test(m_rows[i].view());
     if (std::find(named.begin(), named.end(), true) == named.end()) return 0;
@@ -243,7 +243,7 @@ void Rows::sortByColumn(int column) {
 }
 
 void Rows::sort(int column, Qt::SortOrder order) {
-    if (column < 0) return;  // a view's way of saying "unsorted"
+    if (column < 0) return;  // how views say "unsorted"
     m_sortedColumn = column;
     m_ascending = order == Qt::AscendingOrder;
     if (told()) Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);

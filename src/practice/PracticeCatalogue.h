@@ -6,7 +6,7 @@
 
 namespace relay {
 
-// The practice catalogue's text with its placeholder http://@PRACTICE@ replaced by the address of a running
+// Replaces the placeholder http://@PRACTICE@ in the practice catalogue's text by the address of a running
 // practice web ("http://127.0.0.1:PORT").
 std::string pointAtPracticeWeb(std::string_view catalogue, std::string_view address);
 

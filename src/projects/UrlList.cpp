@@ -66,7 +66,7 @@ bool UrlList::saveURLToFile(const std::string& file) {
         text += "\r\n";
     }
     if (!failureOf([&] { writeFile(file, text); })) return true;
-    // These words alone, whatever the reason.
+    // The same message for every reason.
     m_prompts.message(kInvalidFile, "Save URL List", Icon::Information);
     return false;
 }

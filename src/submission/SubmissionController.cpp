@@ -35,7 +35,7 @@ SubmissionController::SubmissionController(const Services& services, const Catal
 
 bool SubmissionController::cmdSubmit() {
     if (m_state.cmdSubmit == "&Submit") {
-        // The last run's end is still on its way.
+        // The previous run has not reported its end yet.
         if (isRunning() || m_ended) return false;
         m_state.lblSubmit = "Please wait while submitting ..... ";
         m_state.cmdSubmit = "&Stop";
@@ -46,8 +46,7 @@ bool SubmissionController::cmdSubmit() {
         return started;
     }
     resetSubmitButton();
-    // A connection that ends by itself from here on must not get another engine, or the pool would never be
-    // found idle.
+    // A connection that ends from here on must not get another engine, or the pool would never become idle.
     m_dispatcher.stop();
     m_clsSubmit.Disconnect();
     Q_EMIT stateChanged();
@@ -76,7 +75,7 @@ bool SubmissionController::StartSubmit() {
 
 bool SubmissionController::startRun() {
     const std::int16_t Connections = m_services.preference.Connections;
-    // Left as it is where it cannot go: the list of failed engines is no reason not to submit.
+    // A list of failed engines that cannot be removed must not prevent a run.
     failureOf([&] { removeFile(m_services.paths.inApp("fail.eng")); });
     m_services.prompts.status("Start submitting ...");
     m_clsSubmit.sizeSockets(Connections);
@@ -106,8 +105,8 @@ std::int16_t SubmissionController::connectionsToOpen() {
     const std::int16_t most = mostConnections();
     if (wanted <= most) return wanted;
     if (!std::exchange(m_limitTold, true)) {
-        m_services.prompts.message("Of " + std::to_string(wanted) + " connections " + std::to_string(most) +
-                                       " are opened: the system does not allow this program more open files.",
+        m_services.prompts.message("Opening " + std::to_string(most) + " of " + std::to_string(wanted) +
+                                       " connections: the system limits the files this program may open.",
                                    "Submit", Icon::Information);
     }
     return most;
@@ -136,12 +135,13 @@ void SubmissionController::submitEngine(std::int16_t Index, std::int16_t EngineI
     if (!given) endWhenIdle();
 }
 
-// After a failure: nobody else would end a run in which no connection is at work.
+// After a failure: nothing else ends a run without active connections.
 void SubmissionController::endWhenIdle() {
     if (isRunning() && m_dispatcher.isDry() && isFinish()) endRun();
 }
 
-// The end is told through the event loop: its box is not to stand inside the last reply's signal.
+// The end is reported through the event loop, so that its box does not open inside a signal of the last
+// reply.
 void SubmissionController::endRun() {
     setSubmitComplete();
     m_ended = true;
@@ -173,7 +173,7 @@ void SubmissionController::finishURL() {
         setSiteSubmittingStatus(m_state.URLIndex);
         beginURL();
     });
-    // A URL is not finished twice.
+    // After a failure the URL is not finished again.
     if (!finished) endRun();
 }
 

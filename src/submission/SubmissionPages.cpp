@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The wizard's pages before and after a run; the run itself stands in SubmissionController.cpp.
+// The wizard's pages before and after a run; the run itself is in SubmissionController.cpp.
 #include "core/Failure.h"
 #include "core/IniFile.h"
 #include "core/Log.h"
@@ -28,7 +28,7 @@ std::string grouped(double number) {
     return digits;
 }
 
-// A row's key for a file. Keys compare without regard to case and paths do not, so every capital is marked.
+// The row key for a file. Every capital is marked, because keys ignore case and paths do not.
 std::string siteKey(std::string_view path) {
     std::string key;
     for (const char c : path) {
@@ -135,7 +135,7 @@ bool SubmissionController::getSubmitSummary() {
         m_state.lblNumOfWebsites = std::to_string(sites);
         m_state.lblNumOfURLs = std::to_string(urls);
         m_state.lblNumOfConnections = std::to_string(connections);
-        // The label calls this minutes.
+        // The label says minutes.
         m_state.lblEstimatedTime = grouped(200.0 * urls * m_state.EngineCount / (connections * 1000.0));
         complete = true;
     });
@@ -190,7 +190,7 @@ bool SubmissionController::createSubmissionData() {
 }
 
 void SubmissionController::cmdRemove() {
-    // A run counts rows: those it has begun must stay where they are.
+    // A run counts rows, so those it has started must stay in place.
     const int kept = isRunning() ? m_state.URLIndex : 0;
     int place = 0;
     m_state.lsvSiteSubmitting.removeIf([&](const RowView& row) { return ++place > kept && row.highlighted; });

@@ -7,12 +7,11 @@ namespace relay {
 
 class Rows;
 
-// URLs of a run and engines of a URL: both are counted in 16 bits.
+// The limit for URLs of a run and for engines: both are counted in 16 bits.
 inline constexpr int kMostOfWork = 32767;
 
-// Fills lsvSiteSubmitting with the URLs of the checked rows of lsvSiteSelection, in their order: a URL may go
-// out for two websites, but not twice for one. Calls `listed` for every URL of the files. Throws Failure 6
-// "Overflow" where there are too many.
+// Fills lsvSiteSubmitting with the URLs of the checked rows of lsvSiteSelection, in order; the same URL once
+// per website. Calls `listed` for every URL in the files. Throws Failure 6 "Overflow" if there are too many.
 void listSiteURLs(const Rows& lsvSiteSelection, Rows& lsvSiteSubmitting, const std::function<void()>& listed);
 
 }  // namespace relay
