@@ -57,10 +57,10 @@ class Rows final : public QAbstractTableModel {
 
     // Throws Failure 457 "This key is already associated with an element of this collection" when the key is
     // taken.
-    void add(Row row) { add(ownEntry(std::move(row))); }
+    void add(const Row& row) { add(ownEntry(row)); }
     void add(const RowSource& source, const void* record) { add(Entry(source, record)); }
     // Does nothing and returns false when the key is taken.
-    bool tryAdd(Row row);
+    bool tryAdd(const Row& row);
     // Adds a row for each record; their keys must all be new to the list.
     template <typename Records>
     void addAll(const RowSource& source, const Records& records) {
@@ -124,10 +124,13 @@ class Rows final : public QAbstractTableModel {
         bool highlighted = false;
     };
 
-    static Entry ownEntry(Row row);
+    static Entry ownEntry(const Row& row);
     const Entry& entry(int row) const { return m_rows.at(static_cast<std::size_t>(row)); }
     Entry& entry(int row) { return m_rows.at(static_cast<std::size_t>(row)); }
     void add(Entry row);
+    // Registers the key for the row that append() adds next; false when the key is taken.
+    bool takeKey(std::string_view key);
+    void append(Entry row);
     template <typename Edit>
     void change(int row, Edit&& edit);
     auto keys() const {

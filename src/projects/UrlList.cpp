@@ -21,7 +21,7 @@ bool addNewItem(Rows& list, std::string_view url, std::string_view localFile) {
     row.text = url;
     row.icon = kUrlIcon;
     row.tag = localFile;
-    return list.tryAdd(std::move(row));
+    return list.tryAdd(row);
 }
 
 std::string getFirstSelectedItem(const Rows& list) {
