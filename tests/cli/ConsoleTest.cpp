@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// ¶ Output to a terminal, and what differs there.
+//
+// Output to a terminal, and what differs there.
 #include "CommandLineFixture.h"
 #include "cli/Console.h"
 #include "cli/ConsolePrompts.h"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// ¶ Every folder under golden/ is a case: home/ is copied into a fresh home, then the commands of the file
+//
+// Every folder under golden/ is a case: home/ is copied into a fresh home, then the commands of the file
 // "transcript" run in it, and their output must match it. In a transcript "$" begins a command, "| " a line
 // of results, "! " a line of messages, "= " an exit code other than 0. Double quotes group an argument; \n,
 // \r and \xNN stand for bytes. HOME is the home's path. Two commands exist only in transcripts: "cat FILE"
