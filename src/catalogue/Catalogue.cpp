@@ -2,6 +2,7 @@
 #include "catalogue/Catalogue.h"
 
 #include "core/Failure.h"
+#include "core/FileSystem.h"
 #include "core/Paths.h"
 #include "core/Prompts.h"
 #include "core/Services.h"

@@ -7,7 +7,7 @@
 #include "cli/StopSignal.h"
 #include "cli/SubmissionWatcher.h"
 #include "core/Failure.h"
-#include "core/Paths.h"
+#include "core/FileSystem.h"
 #include "projects/WebsiteKeys.h"
 #include "submission/SubmissionController.h"
 #include "submission/SubmissionRecords.h"

@@ -57,7 +57,5 @@ class ProjectStore final {
 
 // The description as it stands on its one line of the index: each CR LF, lone CR or lone LF is one blank.
 std::string descriptionLine(std::string_view description);
-// The part behind the last separator, extension included.
-std::string getFileNameFromFile(std::string_view path);
 
 }  // namespace relay

@@ -24,9 +24,6 @@ class Session final {
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    // Makes the home's folders and copies the word files that are absent from the installed data. Throws
-    // Failure when the home cannot be written.
-    void prepareHome(std::string_view installedData) const;
     // Starts the log's run and reads the settings; a failure was told and is in the log.
     void readSettings(SettingsReader reader = SettingsReader::Window);
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The wizard's pages before and after a run; the run itself stands in SubmissionController.cpp.
 #include "core/Failure.h"
+#include "core/FileSystem.h"
 #include "core/IniFile.h"
 #include "core/Log.h"
 #include "core/Paths.h"
