@@ -1,27 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "catalogue/Catalogue.h"
-#include "submission/EngineDispatcher.h"
-#include "submission/ReportWriter.h"
-#include "submission/SubmissionState.h"
-#include "submission/clsSubmit.h"
+#include "submission/SubmissionRun.h"
 
-#include <QObject>
-#include <QTimer>
-
-#include <cstdint>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 
 namespace relay {
 
-// The submission wizard's operations and the scheduler of a run: the URLs go one after the other, the engines
-// of a URL are spread over the connections, and a connection that ends takes the next engine. Driven by the
-// form, the command line and the tests in the same way:
+// The submission wizard's operations. Driven by the form, the command line and the tests in the same way:
 //   addSite()... or loadProject(); cmdNext(); cmdStart(); cmdSubmit(); the event loop until runDone.
-// A run holds the catalogue, whose lsvSelectedEngines are its engines. Everything that is handed in outlives
+// The engines of a run are the catalogue's lsvSelectedEngines. Everything that is handed in outlives
 // the controller.
 class SubmissionController final : public QObject {
     Q_OBJECT
@@ -30,7 +19,7 @@ class SubmissionController final : public QObject {
 
     SubmissionState& state() noexcept { return m_state; }
     const SubmissionState& state() const noexcept { return m_state; }
-    clsSubmit& submit() noexcept { return m_clsSubmit; }
+    clsSubmit& submit() noexcept { return m_run.submit(); }
 
     // Page 0. loadProject adds the websites of the project file; addSite one website file, checked when it
     // has URLs. addSite gives false when the file has no LastURL or is in the list already, and throws
@@ -64,9 +53,7 @@ class SubmissionController final : public QObject {
     // False: the user wants to stay. True: nothing of the run reaches the user any more.
     bool closing();
 
-    bool isRunning() const noexcept { return m_held != nullptr; }
-    // No connection is at work. A failure is shown and gives true: the run must not wait for ever.
-    bool isFinish();
+    bool isRunning() const noexcept { return m_run.isRunning(); }
 
   Q_SIGNALS:
     void engineEnded(const relay::EngineEnded& ended);
@@ -76,37 +63,10 @@ class SubmissionController final : public QObject {
     void stateChanged();
 
   private:
-    bool StartSubmit();
-    bool startRun();
-    std::int16_t connectionsToOpen();
-    void beginURL();
-    void SubmitIt(std::int16_t Index);
-    void submitEngine(std::int16_t Index, std::int16_t EngineIndex);
-    void finishURL();
-    void reportURL();
-    void stopSubmission();
-    void endWhenIdle();
-    void endRun();
-    bool setSiteSubmittingStatus(std::int16_t Row);
-    void setSubmitComplete();
-    void tellRunDone();
-    void TimerSubmit();
-    void countEnded(const EngineEnded& ended);
-    void showConnection(std::int16_t Index, const std::string& words);
-    void resetSubmitButton();
-
     const Services& m_services;
     const Catalogue& m_catalogue;
     SubmissionState m_state;
-    clsSubmit m_clsSubmit;
-    EngineDispatcher m_dispatcher;
-    ReportWriter m_reports;
-    QTimer m_TimerSubmit;
-    Catalogue::Hold m_held;    // from StartSubmit to the end of the run
-    bool m_ended = false;      // the last URL is done, and nobody was told yet
-    bool m_limitTold = false;  // that the system allows fewer connections than the settings ask for
-    RunSummary m_summary;
-    std::unordered_map<std::string, int> m_reportsOfFile;  // of this run, by path
+    SubmissionRun m_run;
 };
 
 }  // namespace relay

@@ -10,6 +10,9 @@
 
 namespace relay {
 
+// URLs of a run and engines of a URL: both are counted in 16 bits.
+inline constexpr int kMostOfWork = 32767;
+
 // Result classes of a submission. They travel as 16-bit numbers; 0 is an engine that was never reached.
 // Classes 6 to 9, 11 and 12 have words for the report, but nothing sets them.
 enum SubmissionResult : std::int16_t {

@@ -21,6 +21,12 @@ struct SubmissionState final {
         lsvReport.setColumns({"URL", "Web Site", "Status"});
     }
 
+    // The button starts a run again.
+    void offerSubmit() {
+        cmdSubmit = "&Submit";
+        cmdCancelEnabled = true;
+    }
+
     Rows lsvSiteSelection;   // key and tag the website file; "Web Site", "Project", "Number of URLs"
     Rows lsvSiteSubmitting;  // tag the website file; "URL", "Web site", "Status"
     Rows lsvConnections;     // one row a connection; " ", "Engines", "Status"
