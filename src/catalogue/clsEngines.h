@@ -71,8 +71,6 @@ class clsEngines final {
     std::int32_t MaxDescriptions() const noexcept { return number(EngineKey::MaxDescriptions); }
     std::int32_t SiteLevel() const noexcept { return number(EngineKey::SiteLevel); }  // 1: a major site
 
-    bool Selected = false;  // stands in the selected list; never in the file
-
     static constexpr bool isNumber(EngineKey key) noexcept { return key >= EngineKey::MaxTitle; }
     // Of a key that is no number.
     std::string_view text(EngineKey key) const noexcept {
@@ -105,6 +103,9 @@ class clsEngines final {
     std::array<Part, kTexts> m_parts{};
     std::array<std::int32_t, kNumbers> m_numbers{};
     std::array<std::uint16_t, kLetters> m_letters{};  // the byte and one; 0 for none
+
+  public:
+    bool Selected = false;  // stands in the selected list; never in the file; last, where it costs no room
 };
 
 }  // namespace relay
