@@ -21,7 +21,6 @@ constexpr std::string_view kDownload =
 Catalogue::Catalogue(const Services& services)
     : countries(services.paths),
       categories(services),
-      engineCategories(services.paths),
       engineLoader(services, lists, engineCategories, countries),
       selection(services, lists),
       m_services(services),
@@ -56,7 +55,8 @@ bool Catalogue::load(std::string_view words, std::string_view title, Load&& load
 }
 
 bool Catalogue::loadEngineCategory() {
-    return load("Category", "Error", [this] { engineCategories.load(); });
+    return load("Category", "Error",
+                [this] { engineCategories.load(m_services.paths.inWindows("catkws.dat")); });
 }
 
 bool Catalogue::loadEngines() {

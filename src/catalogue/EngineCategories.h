@@ -7,8 +7,6 @@
 
 namespace relay {
 
-struct Paths;
-
 // One place of the list myCustomEngine.
 struct EngineCategoryEntry final {
     std::string EngineName;
@@ -16,15 +14,15 @@ struct EngineCategoryEntry final {
     std::string SpaceID;
 };
 
-// The tables that turn the program's categories into each engine's own values, from WindowsPath/catkws.dat.
+// The tables that turn the program's categories into each engine's own values: the text of a catkws.dat.
 // Must be loaded before the engines, which look their table up while they are read.
 class EngineCategories final {
   public:
-    explicit EngineCategories(const Paths& paths);
+    explicit EngineCategories(std::string text = {});
 
-    // Reads the file anew. Throws Failure when it is missing, empty or unreadable; the tables that stood then
-    // stay.
-    void load();
+    // Reads the file instead. Throws Failure when it is missing, empty or unreadable; the tables that stood
+    // then stay.
+    void load(const std::string& path);
     // The table of the first section with the name, without regard to case: label=value entries, each ended
     // by ">". Empty when there is none. The view lives as long as storage(). Throws Failure 9 when the file
     // held no section at all.
@@ -36,7 +34,6 @@ class EngineCategories final {
   private:
     struct Tables;
 
-    const Paths& m_paths;
     std::shared_ptr<const Tables> m_tables;
 };
 

@@ -82,4 +82,11 @@ void CommandLineContext::finish(int exitCode) {
     if (exitCode == kCouldNotRun) m_prompts.showHeld();
 }
 
+bool CommandLineContext::loaded(bool success) {
+    if (!success)
+        warn("No engines could be loaded from " + home().paths.WindowsPath +
+             "\nThe catalogue that comes with the program is put there by: engines install");
+    return success;
+}
+
 }  // namespace relay

@@ -51,11 +51,16 @@ class CommandLineContext final {
     // absent, starts the log. A home that is there but cannot be written is told and used all the same.
     // Throws Failure when there is none and none can be made.
     Session& home();
+    // Loads the home's engines, or their category tables alone. False when the files are missing or unusable;
+    // the user was told, and what to do about it.
+    bool loadEngines() { return loaded(home().catalogue.loadEngineData()); }
+    bool loadEngineCategories() { return loaded(home().catalogue.loadEngineCategory()); }
     // At the end: messages that --quiet held back are told when the command could not run.
     void finish(int exitCode);
 
   private:
     Paths choosePaths() const;
+    bool loaded(bool success);
 
     Console& m_console;
     std::string m_commandLine;  // all arguments joined by blanks

@@ -11,7 +11,7 @@
 #include "core/FileSystem.h"
 #include "core/Paths.h"
 #include "core/Text.h"
-#include "practice/PracticeCatalogue.h"
+#include "practice/PracticeWeb.h"
 #include "session/InstalledData.h"
 
 #include <algorithm>

@@ -23,6 +23,10 @@ struct ReceivedSubmission final {
     std::vector<std::pair<std::string, std::string>> fields;   // of query and body, decoded
 };
 
+// The practice catalogue's text with its placeholder http://@PRACTICE@ replaced by the address of a running
+// practice web.
+std::string pointAtPracticeWeb(std::string_view catalogue, std::string_view address);
+
 // What one client may take of the practice web.
 struct PracticeLimits final {
     int requestMilliseconds = 10000;  // until the whole request must be there
