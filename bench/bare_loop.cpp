@@ -63,7 +63,7 @@ void start(CURLM* multi, Slot& slot, const std::string& url, long number) {
     curl_multi_add_handle(multi, slot.easy);
 }
 
-// Takes the ended requests and starts the next; the number of successes among them.
+// Takes the ended requests and starts the next ones; returns the number of successes.
 long advance(CURLM* multi, const std::string& url, long& started, long requests, long& ended) {
     long good = 0;
     int left = 0;

@@ -55,7 +55,7 @@ class SilentPrompts final : public relay::Prompts {
     void status(std::string_view) override {}
 };
 
-// Gives each index its next request when the last one ended, and counts the replies by class.
+// Gives each index its next request when the last one has ended, and counts the replies by class.
 class Run final {
   public:
     Run(relay::frmHTTPMX& pool, std::string url, long requests)
@@ -102,7 +102,7 @@ class Run final {
     long m_classes[15] = {};
 };
 
-// A server in a process of its own that answers every connection kDelay after its request came.
+// A server in a process of its own that answers every request after kDelay.
 class DelayServer final {
   public:
     DelayServer() {

@@ -16,7 +16,7 @@ namespace {
 using namespace relay;
 
 constexpr std::size_t kSize = 100u * 1000 * 1000;
-// Both stand at the end of the text only: "z" is rare, "e" and "t" are the commonest letters of English.
+// Both occur only at the end of the text: "z" is rare, "e" and "t" are the most common letters of English.
 constexpr const char* kRare = "Zugzwang";
 constexpr const char* kCommon = "Escapement";
 

@@ -75,7 +75,7 @@ void makeHome(const std::string& home, int engines) {
     store.setValue(kApplication, "Setting", "Version", "6.0");
 }
 
-// Ends the event loop once the window was painted.
+// Ends the event loop when the window has been painted.
 class FirstPaint final : public QObject {
   public:
     bool eventFilter(QObject*, QEvent* event) override {
@@ -114,7 +114,7 @@ void startProgram(const std::string& home) {
     QCoreApplication::exec();
 }
 
-// The least a list can be: texts in a vector.
+// The simplest possible list: texts in a vector.
 class BareModel final : public QAbstractTableModel {
   public:
     explicit BareModel(int rows) {

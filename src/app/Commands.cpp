@@ -35,12 +35,12 @@ bool canSaveWebsite(State state) {
     return onWebsite(state) && state.panel != MainPanel::Engines;
 }
 
-// The operations, where they are more than a call.
+// Operations that are more than one call.
 template <auto Operation>
 void onWorkspace(Target target) {
     (target.main.workspace.*Operation)();
 }
-// Ends where the open website cannot be saved.
+// Does nothing more if the open website cannot be saved.
 template <auto Operation>
 void afterSave(Target target) {
     if (target.main.workspace.autoSave()) (target.main.workspace.*Operation)();
@@ -67,8 +67,8 @@ void leave(Target target) {
 void submit(Target target) {
     if (!target.main.readyToSubmit()) return;
     target.services.prompts.message(
-        "Submitting from this window comes with a later version.\r\n\r\n"
-        "Until then \"korvel-relay-cli submit\" submits websites to the engines of a saved selection.",
+        "A later version will submit from this window.\r\n\r\n"
+        "Until then use \"korvel-relay-cli submit\" with a saved selection of engines.",
         "Submit", Icon::Information);
 }
 void openHelp(Target target) {
@@ -118,7 +118,7 @@ constexpr Command kMainCommands[] = {
     {"mnuFileItems_12", "UpdateEngines"},
     {"mnuFileItems_13", "Configuration", "", "Ctrl+,", always, kFile, configure},
     {"mnuFileItems_15", "Exit", "", "Ctrl+Q", always, kFile, leave},
-    // Engines. Each of their failures has its words already.
+    // Engines. Their failures are complete messages.
     {"mnuEngineItems_0", "Save", "", "", inProject, "", onSelection<&EngineSelection::saveSelection>},
     {"mnuEngineItems_1", "Open", "", "", inProject, "", onSelection<&EngineSelection::loadSelection>},
     {"mnuEngineItems_3", "Top", "", "", inProject, "", onSelection<&EngineSelection::selectTopEngines>},
@@ -145,14 +145,14 @@ constexpr Command kMainCommands[] = {
     {"mnuHelpItems_8", "Support", "", "", always, kHelp,
      [](Target target) { target.services.prompts.openWithSystem(target.services.preference.SupportURL); }},
     {"mnuHelpItems_10", "About", "", "", always, kHelp, [](Target target) { target.show("frmAbout"); }},
-    // The tree's popup, beside items of the File menu.
+    // The tree's popup, which also has items of the File menu.
     {"mnuPopupItems_10", "Rename", "", "F2", inProject, kPopup, onWorkspace<&Workspace::editLabel>},
 };
 
 constexpr Command kUrlCommands[] = {
     {"AddURL", "AddURL", "Type a URL", "", always, "", onUrls<&UrlList::addTypedURL>},
-    {"AddFromLocalFolder", "AddFromLocalFolder", "Make URLs from the HTML files of a folder on this computer",
-     "", always, "", [](Target target) { target.show("frmAddURL"); }},
+    {"AddFromLocalFolder", "AddFromLocalFolder", "Make URLs from the HTML files of a local folder", "",
+     always, "", [](Target target) { target.show("frmAddURL"); }},
     {"AddFromWeb", "AddFromWeb", "Collect the links of a live page"},
     {"LoadURL", "LoadURL", "Load URLs from a text file", "", always, "", onUrls<&UrlList::loadURLs>},
     {"LocalURL", "LocalURL", "Load URLs from a text file on this computer", "", always, "",
@@ -162,7 +162,7 @@ constexpr Command kUrlCommands[] = {
     {"GetMetaTag", "GetMetaTag", "Read title, keywords and description of the page"},
     {"InsertMetaTag", "InsertMetaTag", "Write the meta tags into the local file"},
     {"ReplaceMetaTag", "ReplaceMetaTag", "Replace the meta tags of the local file"},
-    {"Optimizer", "Optimizer", "Judge the page"},
+    {"Optimizer", "Optimizer", "Rate the page"},
 };
 
 }  // namespace
@@ -179,7 +179,7 @@ std::string Command::shownToolTip() const {
     std::string text(toolTip);
     if (!comesLater()) return text;
     if (!text.empty()) text += ". ";
-    return text + "Comes with a later version of this program.";
+    return text + "Available in a later version.";
 }
 
 void Command::run(const CommandTarget& target) const {

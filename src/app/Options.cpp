@@ -14,9 +14,9 @@ constexpr int kWrongUsage = 2;
 Options readOptions(const QStringList& arguments) {
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        QStringLiteral("Workbench with which a webmaster promotes web sites.\n\n"
-                       "  /D  write a trace of what is sent and received to the log\n"
-                       "  /U  let report rows lead to the engines' own submission pages"));
+        QStringLiteral("A workbench for promoting web sites.\n\n"
+                       "  /D  log what is sent and received\n"
+                       "  /U  link report rows to the engines' submission pages"));
     const QCommandLineOption home(QStringLiteral("home"), QStringLiteral("Keep everything in <folder>."),
                                   QStringLiteral("folder"));
     const QCommandLineOption help(QStringLiteral("help"), QStringLiteral("Show this help."));

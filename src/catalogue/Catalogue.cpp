@@ -46,7 +46,7 @@ bool Catalogue::load(std::string_view words, std::string_view title, Load&& load
         load();
         return true;
     } catch (const std::bad_alloc&) {
-        throw;  // says nothing of the file
+        throw;  // not a fault of the file
     } catch (const std::exception&) {
         if (beforeFailure) beforeFailure();
         m_services.prompts.message(std::string(words).append(kDownload), title, Icon::Information);

@@ -21,11 +21,11 @@ namespace relay {
 namespace {
 
 constexpr std::size_t kShownLength = 80;
-constexpr std::size_t kRecordLength = 200;  // of a record's name
+constexpr std::size_t kRecordLength = 200;  // longest record name shown
 constexpr std::size_t kMostOfAKind = 1000;
 constexpr std::size_t kKinds = static_cast<std::size_t>(FindingKind::NotForGet) + 1;
 
-// The words at fault, cut to what fits a line.
+// The faulty text, cut to fit on a line.
 std::string shown(std::string_view words) {
     std::string text(left(firstLine(words), kShownLength));
     if (text.size() < words.size()) text += "...";
@@ -56,14 +56,14 @@ class CatalogueCheck final {
     void noteCut(CatalogueReader& reader);
     void closeRecord();
     void reportTheRest();
-    // The words at fault stand between `before` and `behind`, cut to what fits a line.
+    // The message is `before`, `words` cut to fit a line, and `behind`.
     void report(std::size_t line, FindingKind kind, std::string_view before, std::string_view words = {},
                 std::string_view behind = {});
 
-    // What is found of one kind.
+    // The findings of one kind.
     struct Tally final {
         std::size_t count = 0;
-        std::size_t firstUntold = 0;  // its line
+        std::size_t firstUntold = 0;  // line of the first finding that is only counted
     };
 
     CategoryRule m_rule;
@@ -75,10 +75,10 @@ class CatalogueCheck final {
     KeySet m_byName;
     EngineTexts m_texts;
     clsEngines m_engine{m_texts};
-    std::size_t m_recordLine = 0;  // 0 while no key was read
-    std::size_t m_actionLine = 0;  // of the action that counts
-    std::size_t m_queryLine = 0;   // of the query that counts
-    std::string_view m_cutItem;    // the last item, when a comma closed it
+    std::size_t m_recordLine = 0;  // 0 until a key is read
+    std::size_t m_actionLine = 0;  // of the action in force
+    std::size_t m_queryLine = 0;   // of the query in force
+    std::string_view m_cutItem;    // the last item, if a comma ended it
     std::size_t m_cutLine = 0;
 };
 
@@ -96,8 +96,8 @@ std::vector<Finding> CatalogueCheck::check(std::string_view text) {
     return std::move(m_findings);
 }
 
-// Several items on one line are in order as long as each is a key; anything else behind a comma was meant to
-// belong to the value in front of it.
+// Several items on one line are fine as long as each is a key; anything else after a comma was meant to be
+// part of the value before it.
 void CatalogueCheck::noteCut(CatalogueReader& reader) {
     const std::string_view item = reader.item();
     if (!m_cutItem.empty()) {
@@ -122,7 +122,7 @@ void CatalogueCheck::readItem(CatalogueReader& reader) {
     const std::size_t line = reader.line();
     if (key == EngineKey::None) return;
     if (key == EngineKey::Unknown) {
-        report(line, FindingKind::UnknownKey, "Nobody knows the key \"", reader.keyText(), "\"");
+        report(line, FindingKind::UnknownKey, "The key \"", reader.keyText(), "\" is unknown");
         return;
     }
     if (key == EngineKey::Name) {
@@ -140,7 +140,7 @@ void CatalogueCheck::checkField(EngineKey key, std::string_view value, std::size
             m_actionLine = line;
             if (!value.empty() && !startsWithNoCase(value, "http://") && !startsWithNoCase(value, "https://"))
                 report(line, FindingKind::ActionWithoutScheme, "The action \"", value,
-                       "\" begins with neither http:// nor https://");
+                       "\" does not begin with http:// or https://");
             break;
         case EngineKey::Query:
             m_queryLine = line;
@@ -156,7 +156,7 @@ void CatalogueCheck::checkField(EngineKey key, std::string_view value, std::size
             break;
         case EngineKey::Country:
             if (!value.empty() && (value.size() != 2 || !isLetter(value[0]) || !isLetter(value[1])))
-                report(line, FindingKind::BadCountry, "The country \"", value, "\" is no two letters");
+                report(line, FindingKind::BadCountry, "The country \"", value, "\" is not two letters");
             break;
         case EngineKey::Method:
             if (!equalsNoCase(value, "GET") && !equalsNoCase(value, "POST"))
@@ -177,25 +177,24 @@ void CatalogueCheck::checkQuery(std::string_view query, std::size_t line) {
         const std::size_t close = query.find('>', open);
         if (close == npos || close == open + 1) {
             report(line, FindingKind::BrokenMacro, "The macro at \"", query.substr(open),
-                   "\" has no name or no end");
+                   "\" has no name or no \">\"");
             return;
         }
         const std::string_view macro = query.substr(open + 1, close - open - 1);
         if (!macroOf(macro))
-            report(line, FindingKind::UnknownMacro, "The macro \"", macro,
-                   "\" is unknown and stands for itself");
+            report(line, FindingKind::UnknownMacro, "The macro \"", macro, "\" is unknown; its name is sent");
         open = query.find('<', close);
     }
 }
 
-// Only a whole record tells by which method its action and its query go.
+// Run when the record is complete, as the method is known only then.
 void CatalogueCheck::checkGet() {
     if (!equalsNoCase(m_engine.Method(), "GET")) return;
     for (const auto& [text, line] :
          {std::pair(m_engine.Action(), m_actionLine), {m_engine.Query(), m_queryLine}}) {
         if (const std::size_t hash = text.find('#'); hash != npos)
-            report(line, FindingKind::NotForGet, "A GET loses all from \"", text.substr(hash),
-                   "\" on; %23 stands for the mark");
+            report(line, FindingKind::NotForGet, "A GET loses everything from \"", text.substr(hash),
+                   "\" on; write # as %23");
         if (text.find(' ') != npos)
             report(line, FindingKind::NotForGet, "A GET sends the blanks in \"", text,
                    "\" as %20; a form sends +");
@@ -206,7 +205,7 @@ void CatalogueCheck::checkCategory(std::size_t line) {
     try {
         m_rule.resolve(m_engine);
     } catch (const Failure&) {
-        // No table at all: the load ends here, and the record's table is missing just the same.
+        // The file has no tables at all, so the load would end here; the table of this record is missing too.
     }
     if (missesCategoryData(m_engine))
         report(line, FindingKind::MissingTable, "The category rule \"", m_engine.Category(),

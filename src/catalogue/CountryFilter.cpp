@@ -41,7 +41,7 @@ void CountryFilter::setEdge(Place state, char byte, Place target) {
     }
 }
 
-// The new byte goes on from every part that ends the text, the longest first.
+// The new byte extends every part that ends the text, the longest first.
 void CountryFilter::append(char byte) {
     const auto added = static_cast<Place>(m_states.size());
     m_states.push_back({m_states[m_last].length + 1, 0, 0});
@@ -58,7 +58,7 @@ void CountryFilter::append(char byte) {
     m_states[added].shorter = shorter;
 }
 
-// The shorter parts of a state end at a new place as well, so they get a state of their own.
+// The shorter parts of a state now also end at the new place, so they get a state of their own.
 CountryFilter::Place CountryFilter::split(Place state, Place from, char byte) {
     const auto shorter = static_cast<Place>(m_states.size());
     m_states.push_back({m_states[from].length + 1, m_states[state].shorter, 0});

@@ -20,7 +20,7 @@ struct EngineCategories::Tables final {
     explicit Tables(std::string file);
 
     std::string text;  // the file; names are views of it
-    std::string data;  // of all tables, one behind the other; never longer than the file and one byte
+    std::string data;  // of all tables, concatenated; at most one byte longer than the file
     std::vector<Table> tables;
     KeySet byName;
 
@@ -31,7 +31,7 @@ struct EngineCategories::Tables final {
 
 EngineCategories::Tables::Tables(std::string file) : text(std::move(file)) {
     data.reserve(text.size() + 1);
-    bool reading = false;  // the section is the first of its name
+    bool reading = false;  // false for a repeated section name
     ItemReader reader(text);
     std::string_view item;
     while (reader.nextEntry(item)) {

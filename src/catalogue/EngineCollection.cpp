@@ -6,7 +6,7 @@
 namespace relay {
 
 namespace {
-constexpr std::size_t kUsualRecordBytes = 250;  // a guess to make room by
+constexpr std::size_t kUsualRecordBytes = 250;  // estimate for reserving space
 }
 
 void EngineCollection::start(std::string file, std::shared_ptr<const std::string> tables) {

@@ -21,7 +21,7 @@ constexpr SaveQuestion kSaveQuestion = {
     "Korvel Engine Files (*.eng)|*.eng|Text Files(*.txt)|*.txt|All Files(*.*)|*.*", "The file '",
     "' already exists.\r\nDo you want to replace it?", "Save Selected Engines"};
 
-// The code in a row of lstCountry.
+// The country code in a row of lstCountry.
 std::string_view countryCode(std::string_view rowText) noexcept {
     const std::size_t open = rowText.find('(');
     return open == npos ? rowText : rowText.substr(open + 1, 2);
@@ -43,7 +43,7 @@ void EngineSelection::bulk(std::string_view words, const std::function<void()>& 
 
 void EngineSelection::select(clsEngines& engine) {
     engine.Selected = true;
-    // The row may have outlived a deletion from lsvEngines.
+    // Deleting from lsvEngines may have left the row.
     if (!m_lists.lsvSelectedEngines.contains(engine.name()))
         addEngineListView(m_lists.lsvSelectedEngines, engine);
 }
@@ -54,7 +54,7 @@ void EngineSelection::selectWhere(const std::function<bool(const clsEngines&)>& 
     }
 }
 
-// Walks the rows once, so that thousands of them go as quickly as one.
+// One pass over the rows, however many there are.
 void EngineSelection::unselectWhere(const std::function<bool(const clsEngines&)>& qualifies) {
     m_lists.lsvSelectedEngines.removeIf([&](const RowView& row) {
         clsEngines& engine = engineOf(row.key);
@@ -209,7 +209,8 @@ bool EngineSelection::loadSelectedEngine(const std::string& path) {
             clsEngines* engine = m_lists.engines.find(name);
             if (engine == nullptr) continue;
             engine->Selected = true;
-            addEngineListView(m_lists.lsvSelectedEngines, *engine);  // a row that is there ends the loading
+            addEngineListView(m_lists.lsvSelectedEngines, *engine);  // throws for a name that already has a
+                                                                     // row
         }
     } catch (const std::exception& failure) {
         renewTitle();

@@ -92,7 +92,7 @@ void frmEnginePanel::connectButtons() {
                                void (EngineSelection::*operation)(bool), bool all) {
         connect(push, &QPushButton::clicked, this,
                 [this, operation, all] { (m_selection->*operation)(all); });
-        // The same command on the list's own menu.
+        // The same command in the context menu of the list.
         auto* action = new QAction(themedIcon(icon), push->text(), this);
         connect(action, &QAction::triggered, push, &QPushButton::click);
         list->addAction(action);
@@ -103,7 +103,7 @@ void frmEnginePanel::connectButtons() {
            false);
     button(m_ui->cmdRemoveEngine_1, "UnselectAll", m_ui->lsvSelectedEngines, &EngineSelection::EngineRemove,
            true);
-    auto* drop = new QAction(themedIcon("DeleteURL"), tr("Take off this list\tDel"), this);
+    auto* drop = new QAction(themedIcon("DeleteURL"), tr("Remove from this list\tDel"), this);
     connect(drop, &QAction::triggered, this, [this] { m_selection->deleteListedEngines(); });
     m_ui->lsvEngines->addAction(drop);
 }

@@ -37,9 +37,9 @@ constexpr const char* kClosing =
     "  korvel-relay-cli website add-url shop.kws http://shop.example/\n"
     "  korvel-relay-cli submit --website shop.kws --all\n"
     "\n"
-    "Each command tells more: korvel-relay-cli submit --help";
+    "Help for a command: korvel-relay-cli submit --help";
 
-// The switches are no options of the parser's kind: the logic looks for them in the whole command line.
+// The parser has no options of this form, and the logic looks for the switches in the whole command line.
 std::vector<std::string> withoutSwitches(const std::vector<std::string>& arguments) {
     std::vector<std::string> rest;
     for (const std::string& argument : arguments) {
@@ -48,7 +48,7 @@ std::vector<std::string> withoutSwitches(const std::vector<std::string>& argumen
     return rest;
 }
 
-// The whole parser: the options of every command and the commands.
+// The parser: the common options and the commands.
 class Parser final {
   public:
     explicit Parser(CommandLineContext& context) : m_app(kAbout, "korvel-relay-cli"), m_context(context) {
@@ -59,12 +59,12 @@ class Parser final {
         m_app.add_option("--home", context.homeOption, "Keep everything inside this folder")
             ->type_name("DIR")
             ->check(CLI::Validator([](std::string& text) { return text.empty() ? "is empty" : ""; }, ""));
-        m_app.add_flag("--json", context.json, "Results as JSON, one object a line");
-        m_app.add_flag("--quiet", context.quiet, "Results only: no progress, no messages but failures");
+        m_app.add_flag("--json", context.json, "Results as JSON, one object per line");
+        m_app.add_flag("--quiet", context.quiet, "Only results and failures: no progress, no other messages");
         addCommands();
     }
 
-    // Throws CLI::ParseError, also where help or the version was asked for.
+    // Throws CLI::ParseError, also for help and version.
     Command& parse(std::vector<std::string> arguments) {
         // The parser would take the next word for the folder.
         if (std::find(arguments.begin(), arguments.end(), "--home=") != arguments.end())
@@ -77,13 +77,14 @@ class Parser final {
         throw CLI::RequiredError("A command");
     }
 
-    // What the parser could not understand, in words of ours where its own would mislead.
+    // The usage error, in our own words where the parser's would mislead.
     std::string explain(const CLI::ParseError& error) const {
         if (error.get_name() != "RequiredError" || isCommandChosen()) return error.what();
         const std::vector<std::string> strangers = m_app.remaining(true);
-        return strangers.empty() ? "A command is missing." : "\"" + strangers.front() + "\" is no command.";
+        return strangers.empty() ? "A command is missing."
+                                 : "\"" + strangers.front() + "\" is not a command.";
     }
-    // "korvel-relay-cli website set", as far as the command line was understood.
+    // "korvel-relay-cli website set", as far as the command line was parsed.
     std::string usedName() const {
         std::string name = m_app.get_name();
         for (const CLI::App* app = &m_app; !app->get_subcommands().empty();) {
@@ -153,7 +154,7 @@ int parseAndExecute(const std::vector<std::string>& arguments, CommandLineContex
     }
 }
 
-// Results that nobody got are a failure of their own. A reader that simply left (a closed pipe) is not told.
+// Results that could not be written are a failure. If the reader closed the pipe, there is no message.
 int checkResults(CommandLineContext& context, int exitCode) {
     Console& console = context.console();
     if (console.out.flush()) return exitCode;

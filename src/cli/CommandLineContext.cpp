@@ -69,8 +69,8 @@ Session& CommandLineContext::home() {
         prepareHome(home->paths, installedDataFolder(m_console.programFolder, m_console.environment));
     } catch (const Failure& failure) {
         if (!folderExists(home->paths.AppPath))
-            throw Failure(std::string("The home cannot be made: ") + failure.what(), failure.number());
-        warn(std::string("The home cannot be written, so nothing is kept there: ") + failure.what());
+            throw Failure(std::string("The home cannot be created: ") + failure.what(), failure.number());
+        warn(std::string("The home cannot be written, so nothing is saved there: ") + failure.what());
     }
     home->readSettings(SettingsReader::CommandLine);
     m_home = std::move(home);
@@ -85,7 +85,7 @@ void CommandLineContext::finish(int exitCode) {
 bool CommandLineContext::loaded(bool success) {
     if (!success)
         warn("No engines could be loaded from " + home().paths.WindowsPath +
-             "\nThe catalogue that comes with the program is put there by: engines install");
+             "\nTo install the program's catalogue, run: engines install");
     return success;
 }
 

@@ -31,7 +31,7 @@ void writeJson(const clsEngines& engine, std::ostream& out) {
 }  // namespace
 
 EnginesListCommand::EnginesListCommand(CLI::App& parent, CommandLineContext& context)
-    : Command(parent, context, "list", "List the engines of the catalogue, or those chosen",
+    : Command(parent, context, "list", "List the engines of the catalogue, or the chosen ones",
               "engines list\nengines list --major\n"
               "engines list --type ENG,DIR --no-adult --save-selection general.eng") {
     m_selection.addTo(app());
@@ -61,7 +61,7 @@ int EnginesListCommand::execute() {
 }
 
 EnginesCheckCommand::EnginesCheckCommand(CLI::App& parent, CommandLineContext& context)
-    : Command(parent, context, "check", "Tell everything that is wrong with the catalogue",
+    : Command(parent, context, "check", "List everything that is wrong with the catalogue",
               "engines check\nengines check --json") {}
 
 int EnginesCheckCommand::execute() {

@@ -21,14 +21,14 @@
 namespace relay {
 
 EnginesInstallCommand::EnginesInstallCommand(CLI::App& parent, CommandLineContext& context)
-    : Command(parent, context, "install", "Put the catalogue that comes with the program into the home",
+    : Command(parent, context, "install", "Install the program's catalogue in the home",
               "engines install\nengines install --practice --replace") {
-    app().add_flag("--replace", m_replace, "Replace files that are there and differ");
+    app().add_flag("--replace", m_replace, "Replace existing files that differ");
     CLI::Option* practice =
-        app().add_flag("--practice", m_practice, "The practice catalogue, for the practice web that runs");
+        app().add_flag("--practice", m_practice, "The practice catalogue, for a running practice web");
     app()
         .add_option("--practice-address", m_practiceAddress,
-                    "Where the practice web is (default: the one that runs for this home)")
+                    "Address of the practice web (default: the one running for this home)")
         ->type_name("HOST:PORT")
         ->needs(practice);
 }
@@ -53,7 +53,7 @@ std::vector<EnginesInstallCommand::File> EnginesInstallCommand::collect() {
         installedDataFolder(context().console().programFolder, context().console().environment);
     if (data.empty())
         throw Failure(
-            "The files that are installed with the program are missing. KORVEL_RELAY_DATA names their "
+            "The files installed with the program are missing. Set KORVEL_RELAY_DATA to their "
             "folder.");
     std::vector<File> files;
     for (const char* name : {"country.kws", "cat.kws", "top.kws"})
@@ -79,7 +79,7 @@ void EnginesInstallCommand::compare(std::vector<File>& files) const {
     }
     if (!m_replace && !inTheWay.empty())
         throw Failure(
-            "Nothing was installed: these files are there already, and differ. --replace replaces them." +
+            "Nothing was installed: these files already exist and differ. Use --replace to replace them." +
             inTheWay);
 }
 

@@ -23,7 +23,7 @@ class EnginesInstallCommand final : public Command {
 
     std::string practiceAddress();
     std::vector<File> collect();
-    // Settles each file's state; throws Failure on a file that stands in the way.
+    // Sets the state of each file; throws Failure for files that may not be replaced.
     void compare(std::vector<File>& files) const;
 
     bool m_practice = false;

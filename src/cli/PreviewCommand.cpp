@@ -16,7 +16,7 @@
 namespace relay {
 
 PreviewCommand::PreviewCommand(CLI::App& parent, CommandLineContext& context)
-    : Command(parent, context, "preview", "Show what an engine would be sent; nothing is sent",
+    : Command(parent, context, "preview", "Show what an engine would be sent, without sending it",
               "preview --website shop.kws --engine 'Practice Engine 01'\n"
               "preview --website shop.kws --engine IndexNow --url http://shop.example/pens.html --json") {
     app().add_option("--website", m_website, "The website file")->type_name("FILE")->required();
@@ -48,7 +48,7 @@ int PreviewCommand::execute() {
     std::optional<SubmissionRequest> request = build();
     if (!request) {
         context().warn("Nothing would be sent: the engine \"" + std::string(engine.name()) +
-                       "\" has no action, or its template holds no macro. It would count as failed.");
+                       "\" has no action, or its template contains no macro. It would count as failed.");
         return kSomeFailed;
     }
     std::string url;

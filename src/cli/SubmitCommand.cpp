@@ -21,7 +21,7 @@ namespace relay {
 
 namespace {
 
-// Lists the websites for the run, in their order. Throws Failure when one cannot be submitted.
+// Adds the websites to the run, in order. Throws Failure when one cannot be submitted.
 void addSites(SubmissionController& controller, CommandLineContext& context,
               const std::vector<std::string>& files) {
     for (const std::string& file : files) {
@@ -52,7 +52,7 @@ SubmitCommand::SubmitCommand(CLI::App& parent, CommandLineContext& context)
         ->required();
     app()
         .add_option("--connections", m_connections,
-                    "Requests at a time, 1 to 1000 (default: as the settings say)")
+                    "Requests at a time, 1 to 1000 (default: from the settings)")
         ->type_name("N")
         ->check(CLI::Range(1, 1000));
     m_selection.addTo(app());
@@ -83,7 +83,7 @@ int SubmitCommand::run(Catalogue& catalogue) {
     SubmissionWatcher watcher(context(), controller.state().lsvSiteSubmitting.count(),
                               controller.submit().NumOfEngines());
     QEventLoop loop;
-    // What cannot be told ends the run; the run itself would go on as if it had been.
+    // A failure to report ends the run, which would otherwise go on unreported.
     std::exception_ptr untold;
     const auto tell = [&](const auto& telling) {
         try {

@@ -7,7 +7,7 @@
 
 namespace relay {
 
-// An open file, closed at the end; below 0 where there is none.
+// Closes its file at the end; negative if there is none.
 class Descriptor final {
   public:
     explicit Descriptor(int descriptor = -1) noexcept : m_descriptor(descriptor) {}
@@ -17,7 +17,7 @@ class Descriptor final {
 
     operator int() const noexcept { return m_descriptor; }
     int release() noexcept { return std::exchange(m_descriptor, -1); }
-    // Closes the file, with the result of ::close, and keeps the other one.
+    // Closes the file and takes the new one; returns the result of ::close.
     int reset(int descriptor = -1) noexcept {
         const int old = std::exchange(m_descriptor, descriptor);
         return old < 0 ? 0 : ::close(old);

@@ -184,8 +184,7 @@ class ReplacedFile final {
     std::jthread m_release;
 };
 
-// Where the system has pages of 2 MiB, a large text takes those: setting up 4 KiB at a time costs as much as
-// the reading itself.
+// Asks the system for pages of 2 MiB: filling a large text in pages of 4 KiB costs as much as reading it.
 void takeLargePages(std::string& room) {
     constexpr std::uintptr_t kLargePage = 2u * 1024 * 1024;
     const auto start = (reinterpret_cast<std::uintptr_t>(room.data()) + kLargePage - 1) & ~(kLargePage - 1);
@@ -217,8 +216,8 @@ std::string readFile(const std::string& path, std::size_t limit) {
     const auto tooLarge = [&] { return fileFailure(path, "File too large", 75); };
     const std::size_t expected = static_cast<std::size_t>(status.st_size);
     if (expected > limit) throw tooLarge();
-    // Read in pieces that are still in the cache when they are filled. One byte more than expected shows the
-    // end of the file without growing the text.
+    // resize() clears each piece first, so pieces are small enough to stay in the cache. One byte more than
+    // expected shows the end of the file without growing the text.
     constexpr std::size_t kPiece = 128 * 1024;
     std::string bytes;
     bytes.reserve(expected + 1);

@@ -29,7 +29,7 @@ std::string bannerVersion() {
            revision;
 }
 
-// CR LF alone ends a line; whatever else commands a terminal is shown as the bytes it is.
+// Only CR LF ends a line; other control characters are escaped.
 std::string harmless(std::string_view text) {
     constexpr std::string_view kLineEnd = "\r\n";
     std::string lines;
@@ -40,9 +40,9 @@ std::string harmless(std::string_view text) {
     return lines.append(escapeControlCharacters(text));
 }
 
-// O_APPEND puts every write behind those of other writers; a link is not followed, so that a log never grows
-// into another file. The shared lock, where the file system has locks, says that the log is in use; it waits
-// only for a program that is just removing the file.
+// With O_APPEND, writers do not overwrite each other; with O_NOFOLLOW, a link cannot make the log grow into
+// another file. The shared lock (where the file system has locks) marks the log as in use; it waits only for
+// a program that is just removing the file.
 int openToAppend(const std::string& path) {
     constexpr int kAttempts = 100;
     for (int attempt = 1;; ++attempt) {
@@ -57,7 +57,7 @@ int openToAppend(const std::string& path) {
     }
 }
 
-// A log that another program writes stays: its lines would go with it.
+// A log that another program is writing stays: that program's lines would be lost.
 void removeUnlessInUse(const std::string& path) {
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     const bool inUse = file >= 0 && ::flock(file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
@@ -72,7 +72,7 @@ Log::Log(std::string path, const Clock& clock, std::string_view commandLine)
 void Log::startRun() {
     struct stat status {};
     if (::lstat(m_path.c_str(), &status) == 0 && status.st_size >= kSizeLimit) {
-        closeAll();  // a line written before the run began must not keep the old file open
+        closeAll();  // a line written before the run started must not keep the old file open
         removeUnlessInUse(m_path);
     }
     WriteErrorLog("\r\nVersion: " + bannerVersion() + " - " +

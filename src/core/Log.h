@@ -9,18 +9,17 @@
 
 namespace relay {
 
-// AppPath/Error.log. WriteErrorLog is always active and appends the text and a CR LF; WriteTraceLog works
-// only with the switch "/D" and appends the date and time, a CR LF, the text and a CR LF. Each writer opens
-// its handle at its first use and keeps it to the end, unless the file is removed meanwhile. Neither ever
-// throws: a log that cannot be written stops nothing. Lines never carry passwords: callers mask them.
+// AppPath/Error.log. WriteErrorLog always appends the text and a CR LF; WriteTraceLog works only with the
+// switch "/D" and appends the date and time, a CR LF, the text and a CR LF. Each opens its own handle on
+// first use and keeps it, unless the file is removed meanwhile. Neither throws: a log that cannot be written
+// stops nothing. Callers mask passwords.
 class Log final {
   public:
-    // `commandLine` is the whole of it, arguments joined by blanks: "/d" anywhere in it switches the trace
-    // on.
+    // `commandLine` is all arguments joined by blanks; "/d" anywhere in it switches the trace on.
     Log(std::string path, const Clock& clock, std::string_view commandLine);
 
-    // At the start of a run: a file of 5001 bytes or more is deleted, unless another program has it open,
-    // then the banner is written.
+    // Call at the start of a run: deletes a log of 5001 bytes or more unless another program has it open,
+    // then writes the banner.
     void startRun();
     void WriteErrorLog(std::string_view text);
     void WriteTraceLog(std::string_view text);

@@ -34,7 +34,7 @@ PracticeReply answer(const PracticeRequest& request, PracticeSite& site) {
     PracticeReply reply;
     if (request.method != "GET" && request.method != "POST" && request.method != "HEAD") {
         reply.status = 405;
-        reply.body = htmlPage("Method not allowed", "<p>The practice web knows GET and POST.</p>\n");
+        reply.body = htmlPage("Method not allowed", "<p>The practice web takes GET and POST.</p>\n");
         return reply;
     }
     for (const PracticePage page : kPages) {

@@ -68,7 +68,7 @@ PracticeRequestReader::State PracticeRequestReader::feed(std::string_view bytes)
         if (readHead(std::string_view(m_head).substr(0, end)) == State::Refused) return State::Refused;
         m_headDone = true;
     }
-    // Bytes behind the body belong to no request: every reply closes its connection.
+    // Bytes after the body belong to no request: every reply closes its connection.
     m_request.body.append(bytes.substr(0, m_bodyLength - m_request.body.size()));
     return m_request.body.size() == m_bodyLength ? State::Complete : State::NeedsMore;
 }

@@ -13,7 +13,7 @@ namespace relay {
 
 namespace {
 
-// Enough for a full pool that connects in one go.
+// Enough for a full pool that connects at once.
 constexpr int kBacklog = 512;
 
 }  // namespace
@@ -22,7 +22,7 @@ struct PracticeWeb::Data {
     PracticeLimits limits;
     PracticeSite site;
     QThread thread;
-    QTcpServer* server = nullptr;    // lives in `thread` and goes with it
+    QTcpServer* server = nullptr;    // lives in `thread` and is deleted with it
     QObject* connections = nullptr;  // child of the server, parent of every connection
 
     void accept();

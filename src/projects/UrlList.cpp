@@ -21,7 +21,7 @@ bool addNewItem(Rows& list, std::string_view url, std::string_view localFile) {
     row.text = url;
     row.icon = kUrlIcon;
     row.tag = localFile;
-    return list.tryAdd(std::move(row));
+    return list.tryAdd(row);
 }
 
 std::string getFirstSelectedItem(const Rows& list) {
@@ -66,7 +66,7 @@ bool UrlList::saveURLToFile(const std::string& file) {
         text += "\r\n";
     }
     if (!failureOf([&] { writeFile(file, text); })) return true;
-    // These words alone, whatever the reason.
+    // The same message for every reason.
     m_prompts.message(kInvalidFile, "Save URL List", Icon::Information);
     return false;
 }

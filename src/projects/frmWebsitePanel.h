@@ -22,8 +22,8 @@ class frmWebsitePanel;
 class Categories;
 
 // The website panel, SSTab1: the fields of one website. What is typed goes into the fields at once;
-// showFields brings the controls up to date after the fields were changed by the program. Its commands are
-// QActions of the form, which the window wires.
+// showFields updates the controls after the program changed the fields. Its commands are QActions of the
+// form, which the window connects.
 class frmWebsitePanel final : public QTabWidget {
     Q_OBJECT
   public:
@@ -35,7 +35,7 @@ class frmWebsitePanel final : public QTabWidget {
     void setChoices(const std::vector<std::string>& webTypes, const std::vector<std::string>& languages,
                     const std::vector<std::string>& countries);
     void showFields();
-    // Brings the field of a failed check to the front and puts the cursor into it.
+    // Brings the field of a failed check to the front and focuses it.
     void showMissing(const MissingField& missing);
 
   Q_SIGNALS:

@@ -17,8 +17,8 @@ struct Paths;
 std::string installedDataFolder(std::string_view programFolder,
                                 const std::function<std::optional<std::string>(const char*)>& environment);
 
-// Copies country.kws and cat.kws from `installedData` into AppPath where they are absent, makes the folders
-// of AppPath and WindowsPath. Never overwrites. Throws Failure when the home cannot be written.
+// Makes the home's folders and copies country.kws and cat.kws from `installedData` if they are missing; never
+// overwrites. Throws Failure when the home cannot be written.
 void prepareHome(const Paths& paths, std::string_view installedData);
 
 }  // namespace relay

@@ -27,7 +27,7 @@ std::string grouped(double number) {
     return digits;
 }
 
-// A row's key for a file. Keys compare without regard to case and paths do not, so every capital is marked.
+// The row key for a file. Every capital is marked, because keys ignore case and paths do not.
 std::string siteKey(std::string_view path) {
     std::string key;
     for (const char c : path) {
@@ -37,8 +37,8 @@ std::string siteKey(std::string_view path) {
     return key;
 }
 
-// Fills lsvSiteSubmitting with the URLs of the checked rows of lsvSiteSelection, in their order: a URL may go
-// out for two websites, but not twice for one.
+// Fills lsvSiteSubmitting with the URLs of the checked rows of lsvSiteSelection, in order; the same URL once
+// per website. Calls `listed` for every URL in the files.
 void listSiteURLs(const Rows& lsvSiteSelection, Rows& lsvSiteSubmitting,
                   const std::function<void()>& listed) {
     const RowsBatch batch(lsvSiteSubmitting);
@@ -165,7 +165,7 @@ bool SubmissionController::getSubmitSummary() {
         m_state.lblNumOfWebsites = std::to_string(sites);
         m_state.lblNumOfURLs = std::to_string(urls);
         m_state.lblNumOfConnections = std::to_string(connections);
-        // The label calls this minutes.
+        // The label says minutes.
         m_state.lblEstimatedTime = grouped(200.0 * urls * m_state.EngineCount / (connections * 1000.0));
         complete = true;
     });
@@ -220,7 +220,7 @@ bool SubmissionController::createSubmissionData() {
 }
 
 void SubmissionController::cmdRemove() {
-    // A run counts rows: those it has begun must stay where they are.
+    // A run counts rows, so those it has started must stay in place.
     const int kept = isRunning() ? m_state.URLIndex : 0;
     int place = 0;
     m_state.lsvSiteSubmitting.removeIf([&](const RowView& row) { return ++place > kept && row.highlighted; });

@@ -50,7 +50,7 @@ bool SubmissionRun::StartSubmit() {
 
 bool SubmissionRun::startRun() {
     const std::int16_t Connections = m_services.preference.Connections;
-    // Left as it is where it cannot go: the list of failed engines is no reason not to submit.
+    // A list of failed engines that cannot be removed must not prevent a run.
     failureOf([&] { removeFile(m_services.paths.inApp("fail.eng")); });
     m_services.prompts.status("Start submitting ...");
     m_clsSubmit.sizeSockets(Connections);
@@ -80,8 +80,8 @@ std::int16_t SubmissionRun::connectionsToOpen() {
     const std::int16_t most = mostConnections();
     if (wanted <= most) return wanted;
     if (!std::exchange(m_limitTold, true)) {
-        m_services.prompts.message("Of " + std::to_string(wanted) + " connections " + std::to_string(most) +
-                                       " are opened: the system does not allow this program more open files.",
+        m_services.prompts.message("Opening " + std::to_string(most) + " of " + std::to_string(wanted) +
+                                       " connections: the system limits the files this program may open.",
                                    "Submit", Icon::Information);
     }
     return most;
@@ -110,12 +110,13 @@ void SubmissionRun::submitEngine(std::int16_t Index, std::int16_t EngineIndex) {
     if (!given) endWhenIdle();
 }
 
-// After a failure: nobody else would end a run in which no connection is at work.
+// After a failure: nothing else ends a run without active connections.
 void SubmissionRun::endWhenIdle() {
     if (isRunning() && m_dispatcher.isDry() && isFinish()) endRun();
 }
 
-// The end is told through the event loop: its box is not to stand inside the last reply's signal.
+// The end is reported through the event loop, so that its box does not open inside a signal of the last
+// reply.
 void SubmissionRun::endRun() {
     setSubmitComplete();
     m_ended = true;
@@ -147,7 +148,7 @@ void SubmissionRun::finishURL() {
         setSiteSubmittingStatus(m_state.URLIndex);
         beginURL();
     });
-    // A URL is not finished twice.
+    // After a failure the URL is not finished again.
     if (!finished) endRun();
 }
 

@@ -16,9 +16,9 @@
 
 namespace relay {
 
-// The scheduler of a run: the URLs go one after the other, the engines of a URL are spread over the
-// connections, and a connection that ends takes the next engine. A run holds the catalogue. Everything that
-// is handed in outlives this.
+// The scheduler of a run: URLs go one after the other, the engines of a URL are spread over the connections,
+// and a connection that ends takes the next engine. A run holds the catalogue. `services`, `catalogue` and
+// `state` outlive it.
 class SubmissionRun final : public QObject {
     Q_OBJECT
   public:
@@ -27,18 +27,19 @@ class SubmissionRun final : public QObject {
 
     clsSubmit& submit() noexcept { return m_clsSubmit; }
 
-    // Begins with the first row of lsvSiteSubmitting. False after a failure, which was shown.
+    // Starts with the first row of lsvSiteSubmitting. Shows a failure and returns false.
     bool StartSubmit();
-    // Hands out no more engines and ends all requests, and with them the run. A connection that ends by
-    // itself from here on must not get another engine, or the pool would never be found idle.
+    // Cancels all requests, which ends the run. A connection that ends from here on must not get another
+    // engine, or the pool would never become idle.
     void stop();
-    // Nothing of the run reaches anyone any more.
+    // Drops the run; it sends no more signals.
     void abandon();
 
     bool isRunning() const noexcept { return m_held != nullptr; }
-    // Running, or the last run's end is still on its way.
+    // Running, or the previous run has not reported its end yet.
     bool isUnderWay() const noexcept { return isRunning() || m_ended; }
-    // No connection is at work. A failure is shown and gives true: the run must not wait for ever.
+    // True if no connection is active. Shows a failure and returns true then, so that the run cannot wait for
+    // ever.
     bool isFinish();
 
   Q_SIGNALS:
@@ -73,8 +74,8 @@ class SubmissionRun final : public QObject {
     ReportWriter m_reports;
     QTimer m_TimerSubmit;
     Catalogue::Hold m_held;    // from StartSubmit to the end of the run
-    bool m_ended = false;      // the last URL is done, and nobody was told yet
-    bool m_limitTold = false;  // that the system allows fewer connections than the settings ask for
+    bool m_ended = false;      // the last URL is done, but not reported yet
+    bool m_limitTold = false;  // the message about too few descriptors was shown
     RunSummary m_summary;
     std::unordered_map<std::string, int> m_reportsOfFile;  // of this run, by path
 };

@@ -10,18 +10,18 @@ namespace relay {
 
 class Rows;
 
-// How every list of the program looks and behaves on the screen: Rows shown as they are, without a copy in
-// between. A click on a column title sorts and flips; icons come by key; the selection and the rows'
-// highlight flags are kept the same, whoever changes them; an empty list says what to do. Everything the
-// mouse can do here is on the keyboard too, sorting through the context menu.
+// The view of every list of the program. It shows Rows directly, without a copy. A click on a column title
+// sorts and then reverses; icons are found by key; the selection and the rows' highlight flags follow each
+// other; an empty list shows a hint. Everything the mouse can do works by keyboard too, sorting through the
+// context menu.
 class ListView final : public QTreeView {
     Q_OBJECT
     Q_PROPERTY(QString emptyHint READ emptyHint WRITE setEmptyHint)
   public:
     explicit ListView(QWidget* parent = nullptr);
 
-    // Shows the rows, which must outlive the view. Column widths are in characters for columns 1 and up;
-    // column 0 takes the rest.
+    // Shows the rows, which must outlive the view. Widths are in characters for columns 1 and up; column 0
+    // takes the rest.
     void setRows(Rows* rows, const std::vector<int>& columnCharacters = {});
     Rows* rows() const noexcept { return m_rows; }
 
@@ -32,7 +32,7 @@ class ListView final : public QTreeView {
 
   Q_SIGNALS:
     void rowClicked(int row);    // by mouse
-    void rowEntered(int row);    // by moving there with the keys
+    void rowEntered(int row);    // reached with the keys
     void rowActivated(int row);  // double click, or Return
     void deletePressed();
 
@@ -56,8 +56,8 @@ class ListView final : public QTreeView {
     Rows* m_rows = nullptr;
     std::vector<int> m_columnCharacters;
     QString m_emptyHint;
-    bool m_following = false;     // a change of flags or selection that is an echo of the other
-    bool m_flagsChanged = false;  // the selection is to follow the flags at the next turn of the event loop
+    bool m_following = false;     // flags or selection are being changed to follow the other
+    bool m_flagsChanged = false;  // the selection will follow the flags in the next turn of the event loop
     bool m_mousePress = false;
 };
 

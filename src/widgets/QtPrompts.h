@@ -15,13 +15,13 @@ namespace relay {
 // A dialog filter "Name (*.a)|*.a;*.b|Name|*.c|" as Qt's list "Name (*.a *.b)", "Name (*.c)".
 QStringList toQtFilters(std::string_view filter);
 
-// The door to the user in the window program: Qt's own boxes and dialogs, over the window in front. Boxes
-// show plain text and can be copied from.
+// Prompts of the window program: Qt's boxes and dialogs, over the front window. Boxes show plain text that
+// can be copied.
 class QtPrompts final : public Prompts {
   public:
-    // The window that boxes without an active window belong to.
+    // The parent of boxes when no window is active.
     void setWindow(QWidget* window) { m_window = window; }
-    // Where status texts go.
+    // Receives status texts.
     void setStatusSink(std::function<void(const QString&)> sink) { m_statusSink = std::move(sink); }
 
     void message(std::string_view text, std::string_view title, Icon icon = Icon::None) override;
@@ -45,8 +45,8 @@ class QtPrompts final : public Prompts {
     std::function<void(const QString&)> m_statusSink;
     QString m_lastFolder;
     int m_busyDepth = 0;
-    int m_boxes = 0;           // open, one over another
-    bool m_hourglass = false;  // the pointer as it is
+    int m_boxes = 0;           // open boxes, one over another
+    bool m_hourglass = false;  // whether the pointer is an hourglass
 };
 
 }  // namespace relay

@@ -17,8 +17,8 @@
 #include <set>
 #include <vector>
 
-// What the installed catalogues promise beyond the rules of "engines check": categories that are found,
-// countries that agree, and practice engines that answer.
+// Checks of the installed catalogues beyond those of "engines check": categories are found, countries agree,
+// practice engines answer.
 namespace relay::test {
 namespace {
 
@@ -30,7 +30,7 @@ std::string readData(const std::string& name) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// The items that count: neither empty nor a comment. A comma anywhere but in a quoted item is a mistake.
+// The items except empty ones and comments. A comma outside a quoted item is a mistake.
 std::vector<std::string> itemsOf(const std::string& name) {
     const std::string text = readData(name);
     std::vector<std::string> items;
@@ -82,8 +82,8 @@ std::set<std::string> sensibleValues(std::string_view table, const std::string& 
     return values;
 }
 
-TEST(CategoryTables, LeadEveryCategoryToItsOwnEntryOrToOther) {
-    // A website without a category is filed under the first one.
+TEST(CategoryTables, MapEveryCategoryToItsOwnEntryOrToOther) {
+    // A website without a category counts under the first one.
     EXPECT_EQ(categoryTree().front().front(), "Business and Finance");
     EXPECT_EQ(categoryTree().back().front(), "Adult");
     for (const std::string folder : {"", "practice/"}) {
@@ -167,7 +167,7 @@ TEST(PracticeCatalogue, EveryEngineHasItsPagesAndItsTarget) {
         if (!engine.Action().ends_with("/slow")) page(engine.Action());
     }
     const auto received = web.received();
-    EXPECT_EQ(received.size(), fixture.lists.engines.count() - 2) << "two take their time";
+    EXPECT_EQ(received.size(), fixture.lists.engines.count() - 2) << "two answer slowly";
     std::set<std::string> engines;
     for (const auto& submission : received) engines.insert(submission.engine);
     EXPECT_EQ(engines.size(), received.size()) << "two engines share a word in their paths";

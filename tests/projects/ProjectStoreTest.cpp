@@ -32,7 +32,7 @@ class ProjectStoreTest : public ::testing::Test {
 
 }  // namespace
 
-TEST_F(ProjectStoreTest, LoadsWhatTheFileHoldsAndSurvivesTheRest) {
+TEST_F(ProjectStoreTest, LoadsAndSurvivesAnyFile) {
     struct Case {
         std::string text;
         const char* projects;
@@ -79,7 +79,7 @@ TEST_F(ProjectStoreTest, AWildLastNeitherHangsNorGrowsTheFile) {
     given("[A]\r\nLast=2000000000\r\n1=a|\r\n");
     EXPECT_EQ(store.addNewProject("A", "b", ""), 2);
     given("[A]\r\nLast=abc\r\n1=a|\r\n");
-    EXPECT_EQ(store.addNewProject("A", "b", ""), 1);  // "abc" counts as 0, so slot 1 is written anew
+    EXPECT_EQ(store.addNewProject("A", "b", ""), 1);  // "abc" counts as 0, so slot 1 is written again
 }
 
 TEST_F(ProjectStoreTest, RenamesTheFirstOccurrenceOfTheName) {

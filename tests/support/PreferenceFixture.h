@@ -13,7 +13,7 @@
 
 namespace relay::test {
 
-// The preference and all it stands on, on a home of their own.
+// The preference and all it depends on, on a home of its own.
 struct PreferenceFixture {
     explicit PreferenceFixture(std::string ownCommandLine = {}) : commandLine(std::move(ownCommandLine)) {}
 

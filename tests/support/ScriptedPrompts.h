@@ -39,7 +39,7 @@ class ScriptedPrompts final : public Prompts {
     void busy(bool on) override;
     void status(std::string_view text) override;
 
-    // "" when nothing was shown.
+    // Empty when nothing was shown.
     const Shown& last() const;
 };
 
