@@ -9,6 +9,7 @@
 //   bench_window engines HOME        sort, filter, select all and remove all on the engine screen
 #include "app/Program.h"
 #include "catalogue/Catalogue.h"
+#include "core/FileSystem.h"
 #include "support/ScriptedPrompts.h"
 #include "support/TestHome.h"
 #include "widgets/Appearance.h"

@@ -7,6 +7,7 @@
 #include "core/ScreenText.h"
 #include "core/Text.h"
 #include "core/Trap.h"
+#include "session/InstalledData.h"
 #include "widgets/Forms.h"
 
 #include <QApplication>
@@ -61,8 +62,8 @@ void Program::closeSplash() {
 // Continues with a home that cannot be prepared: it may still be readable.
 void Program::prepare() {
     const auto failure = failureOf([this] {
-        m_session.prepareHome(
-            installedDataFolder(fromScreen(QCoreApplication::applicationDirPath()), environmentVariable));
+        prepareHome(m_session.paths, installedDataFolder(fromScreen(QCoreApplication::applicationDirPath()),
+                                                         environmentVariable));
     });
     if (!failure) return;
     log().WriteErrorLog(*failure);

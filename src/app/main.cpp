@@ -3,6 +3,7 @@
 #include "app/Program.h"
 #include "app/SingleInstance.h"
 #include "app/WindowApplication.h"
+#include "core/FileSystem.h"
 #include "core/Paths.h"
 #include "core/ScreenText.h"
 #include "core/Text.h"

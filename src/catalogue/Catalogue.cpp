@@ -2,6 +2,7 @@
 #include "catalogue/Catalogue.h"
 
 #include "core/Failure.h"
+#include "core/FileSystem.h"
 #include "core/Paths.h"
 #include "core/Prompts.h"
 #include "core/Services.h"
@@ -20,7 +21,6 @@ constexpr std::string_view kDownload =
 Catalogue::Catalogue(const Services& services)
     : countries(services.paths),
       categories(services),
-      engineCategories(services.paths),
       engineLoader(services, lists, engineCategories, countries),
       selection(services, lists),
       m_services(services),
@@ -55,7 +55,8 @@ bool Catalogue::load(std::string_view words, std::string_view title, Load&& load
 }
 
 bool Catalogue::loadEngineCategory() {
-    return load("Category", "Error", [this] { engineCategories.load(); });
+    return load("Category", "Error",
+                [this] { engineCategories.load(m_services.paths.inWindows("catkws.dat")); });
 }
 
 bool Catalogue::loadEngines() {

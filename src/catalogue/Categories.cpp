@@ -3,6 +3,7 @@
 
 #include "core/Failure.h"
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
 #include "core/ItemReader.h"
 #include "core/Paths.h"
 #include "core/Prompts.h"

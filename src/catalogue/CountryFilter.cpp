@@ -20,30 +20,25 @@ void CountryFilter::add(std::string_view code) {
     for (std::size_t place = start; place < m_text.size(); ++place) append(m_text[place]);
 }
 
-CountryFilter::Place CountryFilter::follow(Place state, char byte) const noexcept {
-    if (state == 0) return m_fromStart[static_cast<unsigned char>(byte)];
+CountryFilter::Place CountryFilter::edgeOf(Place state, char byte) const noexcept {
     Place edge = m_states[state].firstEdge;
     while (edge != 0 && m_edges[edge].byte != byte) edge = m_edges[edge].next;
-    return m_edges[edge].target;
+    return edge;
 }
 
-void CountryFilter::addEdge(Place state, char byte, Place target) {
-    if (state == 0) {
-        m_fromStart[static_cast<unsigned char>(byte)] = target;
-        return;
-    }
-    m_edges.push_back({target, m_states[state].firstEdge, byte});
-    m_states[state].firstEdge = static_cast<Place>(m_edges.size() - 1);
+CountryFilter::Place CountryFilter::follow(Place state, char byte) const noexcept {
+    return state == 0 ? m_fromStart[static_cast<unsigned char>(byte)] : m_edges[edgeOf(state, byte)].target;
 }
 
-void CountryFilter::turnEdge(Place state, char byte, Place target) {
+void CountryFilter::setEdge(Place state, char byte, Place target) {
     if (state == 0) {
         m_fromStart[static_cast<unsigned char>(byte)] = target;
-        return;
+    } else if (const Place edge = edgeOf(state, byte); edge != 0) {
+        m_edges[edge].target = target;
+    } else {
+        m_edges.push_back({target, m_states[state].firstEdge, byte});
+        m_states[state].firstEdge = static_cast<Place>(m_edges.size() - 1);
     }
-    Place edge = m_states[state].firstEdge;
-    while (m_edges[edge].byte != byte) edge = m_edges[edge].next;
-    m_edges[edge].target = target;
 }
 
 // The new byte extends every part that ends the text, the longest first.
@@ -53,7 +48,7 @@ void CountryFilter::append(char byte) {
     Place state = m_last;
     m_last = added;
     while (follow(state, byte) == 0) {
-        addEdge(state, byte, added);
+        setEdge(state, byte, added);
         if (state == 0) return;
         state = m_states[state].shorter;
     }
@@ -69,11 +64,11 @@ CountryFilter::Place CountryFilter::split(Place state, Place from, char byte) {
     m_states.push_back({m_states[from].length + 1, m_states[state].shorter, 0});
     for (Place edge = m_states[state].firstEdge; edge != 0; edge = m_edges[edge].next) {
         const Edge copied = m_edges[edge];
-        addEdge(shorter, copied.byte, copied.target);
+        setEdge(shorter, copied.byte, copied.target);
     }
     m_states[state].shorter = shorter;
     while (follow(from, byte) == state) {
-        turnEdge(from, byte, shorter);
+        setEdge(from, byte, shorter);
         if (from == 0) break;
         from = m_states[from].shorter;
     }

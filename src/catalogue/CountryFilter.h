@@ -38,8 +38,8 @@ class CountryFilter final {
 
     void append(char byte);
     Place follow(Place state, char byte) const noexcept;  // 0 when no part continues with the byte
-    void addEdge(Place state, char byte, Place target);
-    void turnEdge(Place state, char byte, Place target);
+    Place edgeOf(Place state, char byte) const noexcept;  // 0 when there is none; not for the first state
+    void setEdge(Place state, char byte, Place target);
     Place split(Place state, Place from, char byte);
 
     std::string m_text;

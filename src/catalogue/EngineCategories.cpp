@@ -5,7 +5,6 @@
 #include "core/FileStore.h"
 #include "core/ItemReader.h"
 #include "core/KeySet.h"
-#include "core/Paths.h"
 #include "core/Text.h"
 
 #include <utility>
@@ -53,11 +52,11 @@ EngineCategories::Tables::Tables(std::string file) : text(std::move(file)) {
     }
 }
 
-EngineCategories::EngineCategories(const Paths& paths)
-    : m_paths(paths), m_tables(std::make_shared<Tables>(std::string())) {}
+EngineCategories::EngineCategories(std::string text)
+    : m_tables(std::make_shared<const Tables>(std::move(text))) {}
 
-void EngineCategories::load() {
-    std::string text = readFile(m_paths.inWindows("catkws.dat"));
+void EngineCategories::load(const std::string& path) {
+    std::string text = readFile(path);
     if (text.empty()) throw Failure("The file is empty");
     m_tables = std::make_shared<const Tables>(std::move(text));
 }

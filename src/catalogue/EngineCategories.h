@@ -7,8 +7,6 @@
 
 namespace relay {
 
-struct Paths;
-
 // An entry of the list myCustomEngine.
 struct EngineCategoryEntry final {
     std::string EngineName;
@@ -16,14 +14,14 @@ struct EngineCategoryEntry final {
     std::string SpaceID;
 };
 
-// The tables that map the program's categories to each engine's own values, from WindowsPath/catkws.dat. Load
+// The tables that map the program's categories to each engine's own values: the text of a catkws.dat. Load
 // them before the engines, which look their table up while they are read.
 class EngineCategories final {
   public:
-    explicit EngineCategories(const Paths& paths);
+    explicit EngineCategories(std::string text = {});
 
-    // Reads the file again. Throws Failure and keeps the old tables when it is missing, empty or unreadable.
-    void load();
+    // Reads the file. Throws Failure and keeps the old tables when it is missing, empty or unreadable.
+    void load(const std::string& path);
     // The table of the first section with the name, without regard to case: label=value entries, each ended
     // by ">". Empty when there is none. The view lives as long as storage(). Throws Failure 9 when the file
     // had no sections.
@@ -35,7 +33,6 @@ class EngineCategories final {
   private:
     struct Tables;
 
-    const Paths& m_paths;
     std::shared_ptr<const Tables> m_tables;
 };
 

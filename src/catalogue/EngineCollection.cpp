@@ -24,11 +24,6 @@ bool EngineCollection::add(const clsEngines& engine) {
     return true;
 }
 
-clsEngines* EngineCollection::find(std::string_view name) noexcept {
-    const std::uint32_t place = m_store->byName.find(name, names());
-    return place == KeySet::kNone ? nullptr : &m_store->engines[place];
-}
-
 const clsEngines* EngineCollection::find(std::string_view name) const noexcept {
     const std::uint32_t place = m_store->byName.find(name, names());
     return place == KeySet::kNone ? nullptr : &m_store->engines[place];

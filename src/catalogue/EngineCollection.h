@@ -10,6 +10,7 @@
 #include <memory_resource>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace relay {
 
@@ -22,11 +23,15 @@ class EngineCollection final {
     void start(std::string file, std::shared_ptr<const std::string> tables);
     std::string& file() noexcept { return m_store->file; }
     const EngineTexts& texts() const noexcept { return m_store->texts; }
+    // Call when a record's name was read, ahead of add(): prefetches its place in the index.
+    void expect(std::string_view name) const noexcept { m_store->byName.expect(name); }
     // Adds a record of texts(); false when the name is taken.
     bool add(const clsEngines& engine);
 
     std::size_t count() const noexcept { return m_store->engines.size(); }
-    clsEngines* find(std::string_view name) noexcept;
+    clsEngines* find(std::string_view name) noexcept {
+        return const_cast<clsEngines*>(std::as_const(*this).find(name));
+    }
     const clsEngines* find(std::string_view name) const noexcept;
     auto begin() noexcept { return m_store->engines.begin(); }
     auto end() noexcept { return m_store->engines.end(); }

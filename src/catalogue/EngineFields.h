@@ -19,7 +19,7 @@ struct EngineField final {
     std::array<std::string_view, 4> spellings;
 };
 
-inline constexpr std::array<EngineField, 18> EngineFields{{
+inline constexpr EngineField EngineFields[] = {
     {EngineKey::Name, "name", {"Name"}},
     {EngineKey::Home, "Home", {"Home"}},
     {EngineKey::AddURL, "AddURL", {"AddURL"}},
@@ -38,7 +38,8 @@ inline constexpr std::array<EngineField, 18> EngineFields{{
     {EngineKey::MaxKeywords, "MaxKeywords", {"MaxKeywords", "MaxKeyword"}},
     {EngineKey::MaxDescriptions, "MaxDescriptions", {"MaxDescription", "MaxDescr"}},
     {EngineKey::SiteLevel, "SiteLevel", {"SiteLevel"}},
-}};
+};
+static_assert(std::size(EngineFields) == static_cast<std::size_t>(EngineKey::None), "a row for each key");
 
 // The key, without regard to case; a blank makes it Unknown, as does any other text.
 EngineKey engineKey(std::string_view text) noexcept;

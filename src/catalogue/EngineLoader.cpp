@@ -89,6 +89,7 @@ void EngineLoader::readRecords(Load& load) {
         if (reader.key() == EngineKey::Name) {
             addEngineList(engine);
             engine = blank;
+            m_lists.engines.expect(reader.value());
             ++load.engines;
         }
         applyItem(engine, reader.key(), reader.value(), load);

@@ -5,6 +5,7 @@
 #include "catalogue/EngineLists.h"
 #include "core/Failure.h"
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
 #include "core/ItemReader.h"
 #include "core/Paths.h"
 #include "core/Prompts.h"

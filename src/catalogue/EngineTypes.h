@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/Text.h"
+
 #include <array>
 #include <cstddef>
 #include <string_view>
@@ -27,6 +29,10 @@ inline constexpr std::array<EngineTypeRow, 7> EngineTypes{{
 }};
 
 // Index of the code in EngineTypes; any other text counts as miscellaneous, the last one.
-std::size_t engineTypeIndex(std::string_view type) noexcept;
+inline std::size_t engineTypeIndex(std::string_view type) noexcept {
+    std::size_t index = 0;
+    while (index + 1 < EngineTypes.size() && !equalsNoCase(type, EngineTypes[index].code)) ++index;
+    return index;
+}
 
 }  // namespace relay

@@ -70,8 +70,6 @@ class clsEngines final {
     std::int32_t MaxDescriptions() const noexcept { return number(EngineKey::MaxDescriptions); }
     std::int32_t SiteLevel() const noexcept { return number(EngineKey::SiteLevel); }  // 1: a major site
 
-    bool Selected = false;  // in the selected list; not in the file
-
     static constexpr bool isNumber(EngineKey key) noexcept { return key >= EngineKey::MaxTitle; }
     // For a key that is not a number.
     std::string_view text(EngineKey key) const noexcept {
@@ -104,6 +102,9 @@ class clsEngines final {
     std::array<Part, kTexts> m_parts{};
     std::array<std::int32_t, kNumbers> m_numbers{};
     std::array<std::uint16_t, kLetters> m_letters{};  // the byte plus one; 0 for none
+
+  public:
+    bool Selected = false;  // in the selected list; not in the file; placed last to need no padding
 };
 
 }  // namespace relay

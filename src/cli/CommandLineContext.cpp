@@ -4,8 +4,10 @@
 #include "cli/ExitCode.h"
 #include "cli/TerminalText.h"
 #include "core/Failure.h"
+#include "core/FileSystem.h"
 #include "core/Paths.h"
 #include "core/Text.h"
+#include "session/InstalledData.h"
 
 #include <algorithm>
 #include <ostream>
@@ -64,7 +66,7 @@ Session& CommandLineContext::home() {
     if (m_home) return *m_home;
     auto home = std::make_unique<Session>(choosePaths(), m_console.clock, m_commandLine, m_prompts);
     try {
-        home->prepareHome(installedDataFolder(m_console.programFolder, m_console.environment));
+        prepareHome(home->paths, installedDataFolder(m_console.programFolder, m_console.environment));
     } catch (const Failure& failure) {
         if (!folderExists(home->paths.AppPath))
             throw Failure(std::string("The home cannot be created: ") + failure.what(), failure.number());
@@ -78,6 +80,13 @@ Session& CommandLineContext::home() {
 void CommandLineContext::finish(int exitCode) {
     m_progress.erase();
     if (exitCode == kCouldNotRun) m_prompts.showHeld();
+}
+
+bool CommandLineContext::loaded(bool success) {
+    if (!success)
+        warn("No engines could be loaded from " + home().paths.WindowsPath +
+             "\nTo install the program's catalogue, run: engines install");
+    return success;
 }
 
 }  // namespace relay

@@ -51,11 +51,16 @@ class CommandLineContext final {
     // the log. Warns about a home that cannot be written and uses it; throws Failure if there is none and it
     // cannot be made.
     Session& home();
+    // Loads the home's engines, or just their category tables. When the files are missing or unusable,
+    // returns false after a message that says what to do.
+    bool loadEngines() { return loaded(home().catalogue.loadEngineData()); }
+    bool loadEngineCategories() { return loaded(home().catalogue.loadEngineCategory()); }
     // Call at the end. If the command could not run, shows the messages that --quiet held back.
     void finish(int exitCode);
 
   private:
     Paths choosePaths() const;
+    bool loaded(bool success);
 
     Console& m_console;
     std::string m_commandLine;  // all arguments joined by blanks

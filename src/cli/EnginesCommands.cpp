@@ -6,7 +6,6 @@
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
 #include "cli/JsonLine.h"
-#include "cli/LoadEngines.h"
 #include "cli/Table.h"
 #include "core/Failure.h"
 #include "core/FileStore.h"
@@ -39,7 +38,7 @@ EnginesListCommand::EnginesListCommand(CLI::App& parent, CommandLineContext& con
 }
 
 int EnginesListCommand::execute() {
-    if (!loadEngines(context())) return kCouldNotRun;
+    if (!context().loadEngines()) return kCouldNotRun;
     Catalogue& catalogue = context().home().catalogue;
     m_selection.apply(context(), catalogue);
     const Rows& rows =
@@ -66,7 +65,7 @@ EnginesCheckCommand::EnginesCheckCommand(CLI::App& parent, CommandLineContext& c
               "engines check\nengines check --json") {}
 
 int EnginesCheckCommand::execute() {
-    if (!loadEngineCategories(context())) return kCouldNotRun;
+    if (!context().loadEngineCategories()) return kCouldNotRun;
     const Session& home = context().home();
     const std::string file = home.paths.inWindows("krveng5.dat");
     const std::string text = readFile(file);

@@ -8,9 +8,11 @@
 #include "cli/Table.h"
 #include "core/Failure.h"
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
 #include "core/Paths.h"
 #include "core/Text.h"
-#include "practice/PracticeCatalogue.h"
+#include "practice/PracticeWeb.h"
+#include "session/InstalledData.h"
 
 #include <algorithm>
 #include <cctype>

@@ -3,6 +3,7 @@
 
 #include "core/Failure.h"
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
 #include "core/Paths.h"
 #include "core/ScreenText.h"
 #include "core/Text.h"

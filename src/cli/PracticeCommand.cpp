@@ -8,8 +8,10 @@
 #include "cli/StopSignal.h"
 #include "core/Failure.h"
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
 #include "core/Paths.h"
 #include "practice/PracticeWeb.h"
+#include "session/InstalledData.h"
 
 #include <QEventLoop>
 

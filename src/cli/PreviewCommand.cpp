@@ -4,7 +4,6 @@
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
 #include "cli/JsonLine.h"
-#include "cli/LoadEngines.h"
 #include "cli/Table.h"
 #include "core/Failure.h"
 #include "core/IniFile.h"
@@ -36,7 +35,7 @@ std::string PreviewCommand::chosenUrl() const {
 
 int PreviewCommand::execute() {
     requireWebsite(m_website);
-    if (!loadEngines(context())) return kCouldNotRun;
+    if (!context().loadEngines()) return kCouldNotRun;
     Catalogue& catalogue = context().home().catalogue;
     const clsEngines& engine = catalogue.engine(m_engine);
     const IniFile website = IniFile::load(m_website);

@@ -5,6 +5,7 @@
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
 #include "core/Failure.h"
+#include "core/FileSystem.h"
 #include "core/Text.h"
 
 #include <algorithm>

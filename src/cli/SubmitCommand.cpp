@@ -3,11 +3,10 @@
 
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
-#include "cli/LoadEngines.h"
 #include "cli/StopSignal.h"
 #include "cli/SubmissionWatcher.h"
 #include "core/Failure.h"
-#include "core/Paths.h"
+#include "core/FileSystem.h"
 #include "projects/WebsiteKeys.h"
 #include "submission/SubmissionController.h"
 #include "submission/SubmissionRecords.h"
@@ -65,7 +64,7 @@ int SubmitCommand::execute() {
             "No engines are chosen. Choose them with --all, --type, --country, --engine or another option.");
     StopSignal& stop = context().console().stop;
     stop.watch();
-    if (!loadEngines(context())) return kCouldNotRun;
+    if (!context().loadEngines()) return kCouldNotRun;
     Catalogue& catalogue = context().home().catalogue;
     m_selection.apply(context(), catalogue);
     if (m_connections > 0) context().home().preference.Connections = m_connections;

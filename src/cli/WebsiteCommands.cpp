@@ -8,6 +8,7 @@
 #include "cli/Table.h"
 #include "core/Failure.h"
 #include "core/FileStore.h"
+#include "core/FolderLock.h"
 #include "core/IniFile.h"
 #include "core/Text.h"
 #include "projects/UrlList.h"

@@ -2,6 +2,7 @@
 #include "core/IniFile.h"
 
 #include "core/Failure.h"
+#include "core/FolderLock.h"
 #include "core/Keys.h"
 #include "core/Text.h"
 

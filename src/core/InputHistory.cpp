@@ -2,6 +2,7 @@
 #include "core/InputHistory.h"
 
 #include "core/Failure.h"
+#include "core/FolderLock.h"
 #include "core/IniFile.h"
 #include "core/Text.h"
 

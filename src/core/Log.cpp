@@ -8,7 +8,6 @@
 #include <cerrno>
 #include <chrono>
 #include <fcntl.h>
-#include <iterator>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <thread>
@@ -41,11 +40,6 @@ std::string harmless(std::string_view text) {
     return lines.append(escapeControlCharacters(text));
 }
 
-bool hasName(int file) {
-    struct stat status {};
-    return ::fstat(file, &status) == 0 && status.st_nlink > 0;
-}
-
 // With O_APPEND, writers do not overwrite each other; with O_NOFOLLOW, a link cannot make the log grow into
 // another file. The shared lock (where the file system has locks) marks the log as in use; it waits only for
 // a program that is just removing the file.
@@ -65,20 +59,15 @@ int openToAppend(const std::string& path) {
 
 // A log that another program is writing stays: that program's lines would be lost.
 void removeUnlessInUse(const std::string& path) {
-    const int file = ::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     const bool inUse = file >= 0 && ::flock(file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
     if (!inUse) ::unlink(path.c_str());
-    if (file >= 0) ::close(file);
 }
 
 }  // namespace
 
 Log::Log(std::string path, const Clock& clock, std::string_view commandLine)
     : m_path(std::move(path)), m_clock(clock), m_trace(containsNoCase(commandLine, "/D")) {}
-
-Log::~Log() {
-    closeAll();
-}
 
 void Log::startRun() {
     struct stat status {};
@@ -92,27 +81,24 @@ void Log::startRun() {
 }
 
 void Log::WriteErrorLog(std::string_view text) {
-    append(m_errorDescriptor, harmless(text) + "\r\n");
+    append(m_errorFile, harmless(text) + "\r\n");
 }
 
 void Log::WriteTraceLog(std::string_view text) {
     if (!m_trace) return;
-    append(m_traceDescriptor,
-           shortDateTime(m_clock.now(), QLocale::system()) + "\r\n" + harmless(text) + "\r\n");
+    append(m_traceFile, shortDateTime(m_clock.now(), QLocale::system()) + "\r\n" + harmless(text) + "\r\n");
 }
 
 void Log::closeAll() {
-    for (int* const descriptor : {&m_errorDescriptor, &m_traceDescriptor}) {
-        if (*descriptor >= 0) ::close(*descriptor);
-        *descriptor = -1;
-    }
+    m_errorFile.reset();
+    m_traceFile.reset();
 }
 
-void Log::append(int& descriptor, std::string_view bytes) {
-    if (descriptor >= 0 && !hasName(descriptor)) ::close(std::exchange(descriptor, -1));
-    if (descriptor < 0) descriptor = openToAppend(m_path);
-    while (descriptor >= 0 && !bytes.empty()) {
-        const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
+void Log::append(Descriptor& file, std::string_view bytes) {
+    if (file >= 0 && !hasName(file)) file.reset();
+    if (file < 0) file.reset(openToAppend(m_path));
+    while (file >= 0 && !bytes.empty()) {
+        const ssize_t written = ::write(file, bytes.data(), bytes.size());
         if (written < 0 && errno == EINTR) continue;
         if (written <= 0) return;  // a log that cannot be written stops nothing
         bytes.remove_prefix(static_cast<std::size_t>(written));

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/Clock.h"
+#include "core/Descriptor.h"
 
 #include <string>
 #include <string_view>
@@ -16,9 +17,6 @@ class Log final {
   public:
     // `commandLine` is all arguments joined by blanks; "/d" anywhere in it switches the trace on.
     Log(std::string path, const Clock& clock, std::string_view commandLine);
-    ~Log();
-    Log(const Log&) = delete;
-    Log& operator=(const Log&) = delete;
 
     // Call at the start of a run: deletes a log of 5001 bytes or more unless another program has it open,
     // then writes the banner.
@@ -30,13 +28,13 @@ class Log final {
     void closeAll();
 
   private:
-    void append(int& descriptor, std::string_view bytes);
+    void append(Descriptor& file, std::string_view bytes);
 
     std::string m_path;
     const Clock& m_clock;
     bool m_trace;
-    int m_errorDescriptor = -1;
-    int m_traceDescriptor = -1;
+    Descriptor m_errorFile;
+    Descriptor m_traceFile;
 };
 
 }  // namespace relay

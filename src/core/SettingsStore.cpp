@@ -2,9 +2,11 @@
 #include "core/SettingsStore.h"
 
 #include "core/Failure.h"
+#include "core/FileNames.h"
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
+#include "core/FolderLock.h"
 #include "core/IniFile.h"
-#include "core/Paths.h"
 #include "core/SettingsText.h"
 
 #include <map>
@@ -133,7 +135,7 @@ void SettingsStore::save() {
     const std::string& file = data.file;
     std::optional<FolderLock> lock;
     if (!data.changes.empty()) {
-        makeFolder(file.substr(0, file.rfind('/')), 0700);
+        makeFolder(folderOf(file), 0700);
         lock.emplace(file);
     }
     try {

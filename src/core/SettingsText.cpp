@@ -19,15 +19,8 @@ constexpr std::string_view kLetters = "abfnrtv";
 constexpr std::string_view kLetterCodes = "\a\b\f\n\r\t\v";
 
 bool isDigitOf(int base, char c) {
-    const int lower = c | 0x20;
-    const int digit = c >= '0' && c <= '9' ? c - '0' : lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : base;
-    return digit < base;
-}
-
-std::string hex(unsigned code, std::size_t digits, const char* alphabet) {
-    std::string text;
-    for (; code != 0 || text.size() < digits; code >>= 4) text.insert(text.begin(), alphabet[code & 15]);
-    return text;
+    const int digit = hexDigit(c);
+    return digit >= 0 && digit < base;
 }
 
 bool standsInNames(char16_t unit) {
@@ -59,7 +52,7 @@ std::string escapedValue(std::string_view text, unsigned char highest = 0xFF) {
         if (c == '\0') {
             out += "\\0";
         } else if (number) {
-            out += "\\x" + hex(code, 1, "0123456789abcdef");
+            out += "\\x" + QByteArray::number(code, 16).toStdString();
         } else if (letter != npos) {
             out.append("\\").append(1, kLetters[letter]);
         } else {
@@ -181,10 +174,11 @@ std::string settingsName(std::string_view name) {
             out += '\\';
         else if (standsInNames(unit))
             out += static_cast<char>(unit);
-        else if (unit <= 0xFF)
-            out += "%" + hex(unit, 2, "0123456789ABCDEF");
-        else
-            out += "%U" + hex(unit, 4, "0123456789ABCDEF");
+        else {
+            out += unit <= 0xFF ? "%" : "%U";
+            if (unit > 0xFF) appendHex(out, static_cast<char>(unit >> 8));
+            appendHex(out, static_cast<char>(unit));
+        }
     }
     return out;
 }

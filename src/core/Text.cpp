@@ -271,6 +271,12 @@ bool hasControlByte(std::string_view text) noexcept {
     return std::any_of(text.begin(), text.end(), isControlByte);
 }
 
+int hexDigit(char c) noexcept {
+    if (c >= '0' && c <= '9') return c - '0';
+    const int letter = c | 0x20;
+    return letter >= 'a' && letter <= 'f' ? letter - 'a' + 10 : -1;
+}
+
 void appendHex(std::string& out, char byte, std::string_view digits) {
     const auto code = static_cast<unsigned char>(byte);
     out += digits[code >> 4];

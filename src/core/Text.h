@@ -83,6 +83,7 @@ std::string escapeControlCharacters(std::string_view text);
 bool isControlByte(char byte) noexcept;
 bool hasControlByte(std::string_view text) noexcept;
 
+int hexDigit(char c) noexcept;  // its value, or -1 for any other character
 // Appends the byte as two hex digits.
 void appendHex(std::string& out, char byte, std::string_view digits = "0123456789ABCDEF");
 

@@ -29,17 +29,11 @@ std::array<std::string_view, 256> makeEscapes() {
     return table;
 }
 
-int hexValue(char c) {
-    if (c >= '0' && c <= '9') return c - '0';
-    const int letter = c | 0x20;
-    return letter >= 'a' && letter <= 'f' ? letter - 'a' + 10 : -1;
-}
-
 // The character for the two hex digits of an escape, or '\0' when the escape is unknown.
 char unescaped(char high, char low) {
     static constexpr std::string_view kKnown = "~.-!#$%^&,()+`={}|[/]\\_:';<>?";
-    const int code = hexValue(high) * 16 + hexValue(low);
-    if (hexValue(high) < 0 || hexValue(low) < 0 || code == 0) return '\0';
+    const int code = hexDigit(high) * 16 + hexDigit(low);
+    if (hexDigit(high) < 0 || hexDigit(low) < 0 || code == 0) return '\0';
     const char character = static_cast<char>(code);
     return kKnown.find(character) == npos ? '\0' : character;
 }

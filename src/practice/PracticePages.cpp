@@ -5,6 +5,7 @@
 #include "core/Text.h"
 
 #include <array>
+#include <map>
 
 namespace relay {
 
@@ -47,30 +48,12 @@ PracticeReply answer(const PracticeRequest& request, PracticeSite& site) {
 }
 
 std::string escapeHtml(std::string_view text) {
+    static const std::map<char, std::string_view> kEscapes = {
+        {'&', "&amp;"}, {'<', "&lt;"}, {'>', "&gt;"}, {'"', "&quot;"}, {'\'', "&#39;"}, {'\0', "\\x00"}};
     std::string escaped;
     for (const char c : toPrintableUtf8(text)) {
-        switch (c) {
-            case '&':
-                escaped += "&amp;";
-                break;
-            case '<':
-                escaped += "&lt;";
-                break;
-            case '>':
-                escaped += "&gt;";
-                break;
-            case '"':
-                escaped += "&quot;";
-                break;
-            case '\'':
-                escaped += "&#39;";
-                break;
-            case '\0':
-                escaped += "\\x00";
-                break;
-            default:
-                escaped += c;
-        }
+        const auto escape = kEscapes.find(c);
+        escaped += escape == kEscapes.end() ? std::string_view(&c, 1) : escape->second;
     }
     return escaped;
 }

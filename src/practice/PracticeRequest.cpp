@@ -15,13 +15,6 @@ std::string_view withoutCarriageReturn(std::string_view line) {
     return line;
 }
 
-int hexDigit(char c) {
-    if (c >= '0' && c <= '9') return c - '0';
-    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-    return -1;
-}
-
 std::string decodeField(std::string_view text) {
     std::string decoded;
     decoded.reserve(text.size());

@@ -2,6 +2,7 @@
 #include "practice/PracticeWeb.h"
 
 #include "core/Failure.h"
+#include "core/Text.h"
 #include "practice/PracticeConnection.h"
 #include "practice/PracticePages.h"
 
@@ -80,6 +81,10 @@ std::vector<ReceivedSubmission> PracticeWeb::received() const {
 
 void PracticeWeb::forgetReceived() {
     m_data->site.received.clear();
+}
+
+std::string pointAtPracticeWeb(std::string_view catalogue, std::string_view address) {
+    return replaceAll(catalogue, "http://@PRACTICE@", address);
 }
 
 }  // namespace relay

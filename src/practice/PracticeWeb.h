@@ -23,6 +23,10 @@ struct ReceivedSubmission final {
     std::vector<std::pair<std::string, std::string>> fields;   // of query and body, decoded
 };
 
+// Replaces the placeholder http://@PRACTICE@ in the practice catalogue's text by the address of a running
+// practice web.
+std::string pointAtPracticeWeb(std::string_view catalogue, std::string_view address);
+
 // Limits for clients of the practice web.
 struct PracticeLimits final {
     int requestMilliseconds = 10000;  // time for a whole request

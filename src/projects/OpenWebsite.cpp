@@ -2,7 +2,7 @@
 #include "projects/OpenWebsite.h"
 
 #include "catalogue/Catalogue.h"
-#include "core/Paths.h"
+#include "core/FileSystem.h"
 #include "core/Prompts.h"
 #include "core/Text.h"
 #include "core/Trap.h"

@@ -3,8 +3,9 @@
 
 #include "core/Failure.h"
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
+#include "core/FolderLock.h"
 #include "core/IniFile.h"
-#include "core/Paths.h"
 #include "core/Text.h"
 
 #include <algorithm>
@@ -142,10 +143,6 @@ std::string descriptionLine(std::string_view description) {
     std::replace_if(
         line.begin(), line.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
     return line;
-}
-
-std::string getFileNameFromFile(std::string_view path) {
-    return std::string(path.substr(path.rfind('/') + 1));
 }
 
 }  // namespace relay

@@ -57,7 +57,5 @@ class ProjectStore final {
 
 // The description on one line, as in the index: each CR LF, lone CR or lone LF becomes a blank.
 std::string descriptionLine(std::string_view description);
-// The part after the last separator, extension included.
-std::string getFileNameFromFile(std::string_view path);
 
 }  // namespace relay

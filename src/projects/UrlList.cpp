@@ -2,8 +2,8 @@
 #include "projects/UrlList.h"
 
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
 #include "core/ItemReader.h"
-#include "core/Paths.h"
 #include "core/Prompts.h"
 #include "core/Text.h"
 #include "core/Trap.h"

@@ -3,7 +3,8 @@
 
 #include "core/Failure.h"
 #include "core/FileStore.h"
-#include "core/Paths.h"
+#include "core/FileSystem.h"
+#include "core/FolderLock.h"
 #include "projects/WebsiteFile.h"
 
 #include <algorithm>

@@ -24,9 +24,6 @@ class Session final {
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    // Makes the home's folders and copies missing word lists from the installed data. Throws Failure when the
-    // home cannot be written.
-    void prepareHome(std::string_view installedData) const;
     // Starts the log and reads the settings; shows and logs a failure.
     void readSettings(SettingsReader reader = SettingsReader::Window);
 

@@ -4,6 +4,7 @@
 #include "core/Clock.h"
 #include "core/Failure.h"
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
 #include "core/IniFile.h"
 #include "core/Log.h"
 #include "core/Paths.h"

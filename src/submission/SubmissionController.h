@@ -1,27 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "catalogue/Catalogue.h"
-#include "submission/EngineDispatcher.h"
-#include "submission/ReportWriter.h"
-#include "submission/SubmissionState.h"
-#include "submission/clsSubmit.h"
+#include "submission/SubmissionRun.h"
 
-#include <QObject>
-#include <QTimer>
-
-#include <cstdint>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 
 namespace relay {
 
-// The operations of the submission wizard and the scheduler of a run: URLs go one after the other, the
-// engines of a URL are spread over the connections, and a connection that ends takes the next engine. The
-// form, the command line and the tests use it alike:
+// The operations of the submission wizard. The form, the command line and the tests use it alike:
 //   addSite()... or loadProject(); cmdNext(); cmdStart(); cmdSubmit(); the event loop until runDone.
-// A run holds the catalogue; its engines are lsvSelectedEngines. `services` and `catalogue` outlive the
+// The engines of a run are the catalogue's lsvSelectedEngines. `services` and `catalogue` outlive the
 // controller.
 class SubmissionController final : public QObject {
     Q_OBJECT
@@ -30,7 +19,7 @@ class SubmissionController final : public QObject {
 
     SubmissionState& state() noexcept { return m_state; }
     const SubmissionState& state() const noexcept { return m_state; }
-    clsSubmit& submit() noexcept { return m_clsSubmit; }
+    clsSubmit& submit() noexcept { return m_run.submit(); }
 
     // Page 0. loadProject adds the websites of the project file; addSite adds one website file, checked if it
     // has URLs. addSite returns false when the file has no LastURL or is already listed, and throws Failure
@@ -64,10 +53,7 @@ class SubmissionController final : public QObject {
     // False if the user chose to stay. After true, the user hears nothing more of the run.
     bool closing();
 
-    bool isRunning() const noexcept { return m_held != nullptr; }
-    // True if no connection is active. Shows a failure and returns true then, so that the run cannot wait for
-    // ever.
-    bool isFinish();
+    bool isRunning() const noexcept { return m_run.isRunning(); }
 
   Q_SIGNALS:
     void engineEnded(const relay::EngineEnded& ended);
@@ -77,37 +63,10 @@ class SubmissionController final : public QObject {
     void stateChanged();
 
   private:
-    bool StartSubmit();
-    bool startRun();
-    std::int16_t connectionsToOpen();
-    void beginURL();
-    void SubmitIt(std::int16_t Index);
-    void submitEngine(std::int16_t Index, std::int16_t EngineIndex);
-    void finishURL();
-    void reportURL();
-    void stopSubmission();
-    void endWhenIdle();
-    void endRun();
-    bool setSiteSubmittingStatus(std::int16_t Row);
-    void setSubmitComplete();
-    void tellRunDone();
-    void TimerSubmit();
-    void countEnded(const EngineEnded& ended);
-    void showConnection(std::int16_t Index, const std::string& words);
-    void resetSubmitButton();
-
     const Services& m_services;
     const Catalogue& m_catalogue;
     SubmissionState m_state;
-    clsSubmit m_clsSubmit;
-    EngineDispatcher m_dispatcher;
-    ReportWriter m_reports;
-    QTimer m_TimerSubmit;
-    Catalogue::Hold m_held;    // from StartSubmit to the end of the run
-    bool m_ended = false;      // the last URL is done, but not reported yet
-    bool m_limitTold = false;  // the message about too few descriptors was shown
-    RunSummary m_summary;
-    std::unordered_map<std::string, int> m_reportsOfFile;  // of this run, by path
+    SubmissionRun m_run;
 };
 
 }  // namespace relay

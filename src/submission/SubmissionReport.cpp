@@ -3,9 +3,10 @@
 
 #include "core/Clock.h"
 #include "core/Failure.h"
+#include "core/FileNames.h"
 #include "core/FileStore.h"
+#include "core/FolderLock.h"
 #include "core/IniFile.h"
-#include "core/Paths.h"
 #include "core/Text.h"
 #include "core/Url.h"
 #include "projects/WebsiteFile.h"

@@ -21,6 +21,12 @@ struct SubmissionState final {
         lsvReport.setColumns({"URL", "Web Site", "Status"});
     }
 
+    // Makes the button start a run.
+    void offerSubmit() {
+        cmdSubmit = "&Submit";
+        cmdCancelEnabled = true;
+    }
+
     Rows lsvSiteSelection;   // key and tag the website file; "Web Site", "Project", "Number of URLs"
     Rows lsvSiteSubmitting;  // tag the website file; "URL", "Web site", "Status"
     Rows lsvConnections;     // one row per connection; " ", "Engines", "Status"

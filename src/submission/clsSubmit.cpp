@@ -8,7 +8,6 @@
 #include "core/Text.h"
 #include "core/Trap.h"
 #include "core/clsPreference.h"
-#include "submission/WorkList.h"
 
 #include <utility>
 

@@ -3,7 +3,7 @@
 
 #include "core/Failure.h"
 #include "core/FileStore.h"
-#include "core/Paths.h"
+#include "core/FileSystem.h"
 #include "core/Text.h"
 
 #include <algorithm>

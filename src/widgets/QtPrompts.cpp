@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "widgets/QtPrompts.h"
 
+#include "core/FileSystem.h"
 #include "core/ScreenText.h"
 #include "core/Text.h"
 

@@ -5,6 +5,7 @@
 #include "app/WindowTest.h"
 #include "core/Failure.h"
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
 #include "core/ScreenText.h"
 #include "widgets/ListView.h"
 #include "widgets/QtPrompts.h"

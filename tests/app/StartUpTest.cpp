@@ -2,6 +2,7 @@
 #include "app/QuickStart.h"
 #include "app/StartUp.h"
 #include "app/clsMain.h"
+#include "core/FileSystem.h"
 #include "session/Session.h"
 #include "support/ScriptedPrompts.h"
 #include "support/TestHome.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "catalogue/EngineListPage.h"
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
 #include "support/SessionFixture.h"
 
 #include <filesystem>

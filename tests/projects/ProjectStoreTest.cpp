@@ -133,10 +133,4 @@ TEST_F(ProjectStoreTest, AFailedWriteLeavesTheOldIndex) {
     EXPECT_EQ(file(), "[Shop]\r\nLast=0\r\n");
 }
 
-TEST(FileNameTest, TheNameFollowsTheLastSeparator) {
-    EXPECT_EQ(getFileNameFromFile("/a/b c.kws"), "b c.kws");
-    EXPECT_EQ(getFileNameFromFile("b.kws"), "b.kws");
-    EXPECT_EQ(getFileNameFromFile("/a/"), "");
-}
-
 }  // namespace relay::test

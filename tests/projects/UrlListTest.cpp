@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "core/FileStore.h"
 #include "projects/UrlList.h"
 #include "projects/UrlsFromFolder.h"
 #include "projects/UrlsFromPage.h"

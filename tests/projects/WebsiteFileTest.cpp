@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/Failure.h"
 #include "core/FileStore.h"
-#include "core/Paths.h"
+#include "core/FileSystem.h"
 #include "core/Text.h"
 #include "projects/UrlList.h"
 #include "projects/WebsiteFile.h"

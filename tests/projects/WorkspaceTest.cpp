@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
 #include "core/IniFile.h"
 #include "projects/OpenWebsite.h"
 #include "projects/UrlList.h"

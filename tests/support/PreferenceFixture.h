@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "core/FileStore.h"
+#include "core/FileSystem.h"
 #include "core/Log.h"
 #include "core/SettingsStore.h"
 #include "core/clsPreference.h"
