@@ -26,9 +26,9 @@ namespace {
 constexpr const char* kAbout = "Submits web sites to search engines, directories and link pages.";
 constexpr const char* kClosing =
     "\nThe switches /D (write a trace to Error.log) and /U (reports link to the engines' own pages) may\n"
-    "stand anywhere.\n"
+    "be anywhere.\n"
     "\n"
-    "Exit codes: 0 everything succeeded; 1 the run ended and some engine did not succeed;\n"
+    "Exit codes: 0 everything succeeded; 1 the run ended but some engines did not succeed;\n"
     "2 wrong usage; 3 could not run; 130 stopped by Ctrl-C.\n"
     "\n"
     "Examples:\n"
