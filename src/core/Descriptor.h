@@ -7,7 +7,7 @@
 
 namespace relay {
 
-// Closes its file at the end; negative if there is none.
+// Owns a file descriptor and closes it at the end; negative if there is none.
 class Descriptor final {
   public:
     explicit Descriptor(int descriptor = -1) noexcept : m_descriptor(descriptor) {}
@@ -27,7 +27,7 @@ class Descriptor final {
     int m_descriptor;
 };
 
-// False once the file was removed.
+// False if the file has been removed.
 inline bool hasName(int file) noexcept {
     struct stat status {};
     return ::fstat(file, &status) == 0 && status.st_nlink > 0;

@@ -19,7 +19,7 @@ namespace {
 
 constexpr std::chrono::seconds kLockPatience(10);
 
-// -1 where there can be no lock.
+// -1 if no lock file can be opened.
 int openLockFile(int folder, const char* name) {
     Descriptor file(
         ::openat(folder, name, O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0600));
@@ -30,7 +30,7 @@ int openLockFile(int folder, const char* name) {
     return file.release();
 }
 
-// One folder that a thread holds: nobody else has the lock until this goes.
+// The lock of one folder, until this object is destroyed.
 class HeldFolder final {
   public:
     HeldFolder() : m_name(".relay-lock-" + std::to_string(::geteuid())) {}
@@ -52,7 +52,7 @@ class HeldFolder final {
                     throw fileFailure(shown, "In use by another program", 70);
                 std::this_thread::sleep_for(std::chrono::milliseconds(5));
             }
-            // Who held it before has removed it: the lock that counts is on the file that has the name now.
+            // The previous owner has removed this file: only a lock on the file that has the name now counts.
             if (!hasName(file)) continue;
             m_lock.reset(file.release());
             return;
@@ -65,7 +65,7 @@ class HeldFolder final {
     Descriptor m_folder;
     Descriptor m_lock;
 };
-// The folders this thread holds, so that a lock taken inside a lock does not wait for itself.
+// The folders locked by this thread, so that a nested lock does not wait for itself.
 thread_local std::map<std::pair<dev_t, ino_t>, HeldFolder> heldFolders;
 
 }  // namespace

@@ -6,12 +6,11 @@
 
 namespace relay {
 
-// Holds off other programs of ours that change files of the same folder, for a read, change and write in one
-// piece. An advisory lock on a file in the folder that only the user can open, so that no other user can hold
-// it; it is removed at the end, and a killed program's lock is none. Where that file cannot be made or is not
-// the user's (a folder that cannot be written, a file system without locks), the work goes on without a lock.
-// A thread may take it again while it holds it; it ends in the thread that took it. Throws Failure when there
-// is no such folder, and when another program has held it for ten seconds.
+// Keeps this program's other processes from changing files of the folder during a read, change and write: an
+// advisory lock on a file in the folder that only the user can open. It is removed at the end; the lock of a
+// killed program does not count. If that file cannot be made or is not the user's (a read-only folder, a file
+// system without locks), work continues without a lock. A thread may nest locks and must release them itself.
+// Throws Failure when there is no such folder, and when another program has had the lock for ten seconds.
 class FolderLock final {
   public:
     explicit FolderLock(const std::string& fileInFolder);

@@ -18,7 +18,7 @@ constexpr std::string_view kUsualFields =
     "title=<TITLE>&url=<URL>&description=<DESCRIPTION>&keywords=<KEYWORD>&category=<CATEGORY>&name=<NAME>"
     "&email=<EMAIL>&company=<COMPANY>&city=<CITY>&country=<COUNTRY>";
 
-// "name=template", one behind the other; parts without "=" are passed over.
+// Reads "name=template" parts separated by `delimiter`; skips parts without "=".
 NamedValues splitPairs(std::string_view text, char delimiter) {
     NamedValues pairs;
     while (!text.empty()) {

@@ -29,7 +29,7 @@ void prepareHome(const Paths& paths, std::string_view installedData) {
         const std::string target = paths.inApp(name);
         const std::string source = std::string(installedData) + "/" + name;
         struct stat status {};
-        // A link that leads nowhere is there too: it is the user's, and stays.
+        // A dangling link counts as present: it belongs to the user.
         const bool absent = ::lstat(target.c_str(), &status) != 0 && errno == ENOENT;
         if (absent && fileExists(source)) writeFile(target, readFile(source));
     }

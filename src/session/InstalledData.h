@@ -10,10 +10,9 @@ namespace relay {
 
 struct Paths;
 
-// The folder of the files that are installed with the programs: $KORVEL_RELAY_DATA where it is set, else
-// "../share/korvel-relay" beside the program (whose folder comes without a trailing separator), the source
-// tree that it was built from, or the folder it was configured to be installed to. Empty when none of them is
-// there.
+// The folder of the files installed with the programs: $KORVEL_RELAY_DATA if set, else
+// "../share/korvel-relay" beside the program (`programFolder` has no trailing separator), the source tree it
+// was built from, or the configured installation folder. Empty if none of them exists.
 std::string installedDataFolder(std::string_view programFolder,
                                 const std::function<std::optional<std::string>(const char*)>& environment);
 
