@@ -95,6 +95,8 @@ void HttpTransfer::readStatus() noexcept {
 
 void HttpTransfer::readFailure(CURLcode result) noexcept {
     if (result != CURLE_OK && result != CURLE_WRITE_ERROR) problem = curl_easy_strerror(result);
+    if (result == CURLE_UNSUPPORTED_PROTOCOL)
+        problem = "The server does not speak HTTP, or redirects away from it";
     if (result == CURLE_OUT_OF_MEMORY) failure = kOutOfMemory;
     if (result == CURLE_SSL_CACERT_BADFILE) failure = "The certificates for https cannot be read";
 }

@@ -21,6 +21,7 @@ std::string fetchProblem(const FetchReply& reply) {
     if (reason.empty() && reply.isMissing()) reason = "No reply";
     if (reason.empty() && reply.status >= 400 && reply.status != HttpClient::kNoStatus)
         reason = "The server answered with status " + std::to_string(reply.status);
+    if (reason.empty() && reply.text.empty()) reason = "The page is empty";
     return reason.empty() ? reason : loggableUrl(reply.URL) + ": " + reason;
 }
 
@@ -47,6 +48,10 @@ const FetchConsumer* frmHTTP::consumer(std::string_view purpose) const {
         return equalsNoCase(known.first, purpose);
     });
     return entry == m_consumers.end() ? nullptr : &entry->second;
+}
+
+bool frmHTTP::isRunning(std::string_view purpose) const noexcept {
+    return m_running && equalsNoCase(m_ConnectType, purpose);
 }
 
 bool frmHTTP::fetch(std::string_view purpose, const std::string& url, std::optional<std::string> postData) {

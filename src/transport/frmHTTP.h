@@ -32,8 +32,8 @@ struct FetchReply final {
     // True when nothing came from a server: refused, unknown host, bad certificate, silence, not HTTP.
     bool isMissing() const noexcept { return status == HttpClient::kNoStatus && text.empty(); }
 };
-// "URL: reason" for a reply that is missing, incomplete, or an error page of the server (status 400 and up);
-// empty for a good one.
+// "URL: reason" for a reply that is missing, incomplete, empty, or an error page of the server (status 400
+// and up); empty for a good one.
 std::string fetchProblem(const FetchReply& reply);
 
 // Who receives the replies of one purpose. Every request ends in exactly one of these, called on the event
@@ -65,8 +65,9 @@ class frmHTTP final : public QObject {
     // The usual way: requests the URL for a purpose, as a POST if there is data. False, with nothing done,
     // while another request is running. A consumer may call this from its own functions.
     bool fetch(std::string_view purpose, const std::string& url, std::optional<std::string> postData = {});
-    // From fetch until the consumer has been called.
+    // From fetch until the consumer is called; with a purpose, only for a request of that purpose.
     bool isRunning() const noexcept { return m_running; }
+    bool isRunning(std::string_view purpose) const noexcept;
     // The purpose of the running or last request.
     const std::string& ConnectType() const noexcept { return m_ConnectType; }
     // Cancels the running request, if any.
