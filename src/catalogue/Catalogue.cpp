@@ -35,6 +35,19 @@ bool Catalogue::loadEngineData() {
     return loadEngineCategory() && loadEngines();
 }
 
+void Catalogue::RefreshEngineData() {
+    if (!engineDataPresent()) return;
+    m_services.prompts.status("Loading the engine data ...");
+    const BusyPointer busy(m_services.prompts);
+    loadEngineData();
+    m_services.prompts.status("");
+}
+
+void Catalogue::forgetEngines() {
+    engineCategories = EngineCategories();
+    engineLoader.clear();
+}
+
 template <typename Load>
 bool Catalogue::load(std::string_view words, std::string_view title, Load&& load) {
     if (isHeld()) {

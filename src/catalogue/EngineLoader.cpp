@@ -57,6 +57,12 @@ void EngineLoader::load() {
     logSkippedRemarks();
 }
 
+void EngineLoader::clear() {
+    emptySelection();
+    m_lists.engines.start({}, m_categories.storage());
+    showCounts(Load{m_lists.engines.file(), CategoryRule(m_categories)});
+}
+
 // The engines stay until the file has been read, but must not stay selected without a row.
 void EngineLoader::emptySelection() {
     for (clsEngines& engine : m_lists.engines) engine.Selected = false;

@@ -25,6 +25,8 @@ class EngineLoader final {
     // Logs up to a thousand remarks of each kind, then the number of the rest. Throws Failure when the file
     // is missing, empty or fails while it is read; the engines read so far stay.
     void load();
+    // Drops all engines and the counts of the type boxes.
+    void clear();
     // Adds a finished record; its row follows at the end of the load. Silently skips one without a name, and
     // one for adult sites only when these are refused; logs one whose name is taken.
     void addEngineList(const clsEngines& engine);

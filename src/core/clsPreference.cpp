@@ -148,6 +148,7 @@ void clsPreference::readServiceLinks() {
     SupportURL = link("SupportURL", page("/support.html"));
     TipsURL = link("TipsURL", page("/tips.html"));
     TutorialPage = link("TutorialPage", "https://tutorial.korvel.example");
+    UpdateServer = link("UpdateServer", "");
     AcceptAdultSite = link("AcceptAdultSite", "");
 }
 

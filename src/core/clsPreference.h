@@ -65,6 +65,7 @@ class clsPreference final {
     std::string SupportURL;
     std::string TipsURL;
     std::string TutorialPage;
+    std::string UpdateServer;     // HOST or HOST:PORT; empty: the installed starter data
     std::string AcceptAdultSite;  // only "No" has an effect
 
     const std::string& HTTPVersion() const noexcept { return m_HTTPVersion; }

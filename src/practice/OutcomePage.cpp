@@ -59,13 +59,19 @@ PracticeReply statusReply(int status, std::string_view folder) {
     return reply;
 }
 
-std::optional<PracticeReply> play(std::string_view word, std::string_view folder, std::string_view path) {
+}  // namespace
+
+std::optional<PracticeReply> outcome(std::string_view word, std::string_view folder, std::string_view path) {
     PracticeReply reply;
     reply.body = thankYou();
     if (word == "submit") return reply;
     if (const int status = statusOf(word); status != 0) return statusReply(status, folder);
     if (word == "slow") {
         reply.delayMilliseconds = kSlowMilliseconds;
+        return reply;
+    }
+    if (word == "blank") {
+        reply.body.clear();
         return reply;
     }
     if (word == "loop") return redirectTo(std::string(path));
@@ -78,8 +84,6 @@ std::optional<PracticeReply> play(std::string_view word, std::string_view folder
     return reply;
 }
 
-}  // namespace
-
 std::optional<PracticeReply> outcomePage(const PracticeRequest& request, PracticeSite& site) {
     const std::string_view path = request.path();
     const std::size_t wordAt = path.rfind('/') + 1;
@@ -89,7 +93,7 @@ std::optional<PracticeReply> outcomePage(const PracticeRequest& request, Practic
         reply.body = thankYou();
         return reply;
     }
-    auto reply = play(word, path.substr(0, wordAt), path);
+    auto reply = outcome(word, path.substr(0, wordAt), path);
     if (reply) site.received.add(engineOf(path), request);
     return reply;
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "practice/PracticeConnection.h"
 
+#include "practice/PracticePages.h"
+
 #include <sys/socket.h>
 
 namespace relay {
@@ -27,9 +29,9 @@ void resetConnection(QTcpSocket& socket) {
 
 }  // namespace
 
-PracticeConnection::PracticeConnection(QTcpSocket* socket, PracticeSite& site, int requestMilliseconds,
+PracticeConnection::PracticeConnection(QTcpSocket* socket, PracticeService& service, int requestMilliseconds,
                                        QObject* parent)
-    : QObject(parent), m_socket(socket), m_site(site) {
+    : QObject(parent), m_socket(socket), m_service(service) {
     socket->setParent(this);
     socket->setReadBufferSize(kReadBuffer);
     connect(socket, &QTcpSocket::readyRead, this, &PracticeConnection::read);
@@ -47,7 +49,7 @@ PracticeConnection::PracticeConnection(QTcpSocket* socket, PracticeSite& site, i
 }
 
 PracticeConnection::~PracticeConnection() {
-    m_site.ahead -= m_ahead;
+    m_service.ahead -= m_ahead;
 }
 
 void PracticeConnection::read() {
@@ -62,7 +64,7 @@ void PracticeConnection::read() {
         refuse(m_reader.refusal());
         return;
     }
-    PracticeReply reply = answer(m_reader.request(), m_site);
+    PracticeReply reply = m_service.answer(m_reader.request());
     if (reply.delayMilliseconds == 0) {
         play(reply);
     } else {
@@ -147,7 +149,7 @@ void PracticeConnection::stream(const PracticeReply& reply, std::function<bool(s
 void PracticeConnection::keepSending() {
     std::string piece;
     while (m_socket->state() == QAbstractSocket::ConnectedState && m_socket->bytesToWrite() < kAhead) {
-        if (m_site.ahead >= kAllAhead) {
+        if (m_service.ahead >= kAllAhead) {
             // Other clients must read theirs first; a client with nothing to read is not late.
             if (m_socket->bytesToWrite() == 0) m_deadline.stop();
             m_retry.start();
@@ -166,7 +168,7 @@ void PracticeConnection::keepSending() {
 
 void PracticeConnection::countAhead() {
     const qint64 now = m_socket->bytesToWrite();
-    m_site.ahead += now - m_ahead;
+    m_service.ahead += now - m_ahead;
     m_ahead = now;
 }
 

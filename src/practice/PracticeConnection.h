@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "practice/PracticePages.h"
+#include "practice/PracticeReply.h"
 
 #include <QObject>
 #include <QTcpSocket>
@@ -12,6 +12,12 @@
 
 namespace relay {
 
+// What the connections of one server share.
+struct PracticeService final {
+    std::function<PracticeReply(const PracticeRequest& request)> answer;
+    qint64 ahead = 0;  // bytes of bodies that clients have not read yet, of all connections
+};
+
 // The connection of one client: reads one request, plays the reply, closes. Deletes itself when the socket is
 // closed. Drops a client that does not send a whole request within the limit, or reads nothing of a large
 // reply for that long. A large reply is produced as fast as it is read.
@@ -19,7 +25,8 @@ class PracticeConnection final : public QObject {
     Q_OBJECT
   public:
     // Takes ownership of the socket.
-    PracticeConnection(QTcpSocket* socket, PracticeSite& site, int requestMilliseconds, QObject* parent);
+    PracticeConnection(QTcpSocket* socket, PracticeService& service, int requestMilliseconds,
+                       QObject* parent);
     ~PracticeConnection() override;
 
   private:
@@ -34,13 +41,13 @@ class PracticeConnection final : public QObject {
     void countAhead();
 
     QTcpSocket* m_socket;
-    PracticeSite& m_site;
+    PracticeService& m_service;
     PracticeRequestReader m_reader;
     QTimer m_deadline;
     QTimer m_retry;
     bool m_answered = false;
     std::function<bool(std::string&)> m_more;
-    qint64 m_ahead = 0;  // this connection's part of PracticeSite::ahead
+    qint64 m_ahead = 0;  // this connection's part of PracticeService::ahead
 };
 
 }  // namespace relay

@@ -11,7 +11,7 @@ namespace relay {
 
 namespace {
 
-constexpr std::array<PracticePage, 3> kPages = {receivedPage, enginePage, outcomePage};
+constexpr std::array<PracticePage, 4> kPages = {receivedPage, enginePage, updatePage, outcomePage};
 
 constexpr std::string_view kStyle = R"(:root { color-scheme: light dark; }
 body { font: 16px/1.5 system-ui, sans-serif; max-width: 72rem; margin: 2rem auto; padding: 0 1rem; }
@@ -70,6 +70,12 @@ std::string htmlPage(std::string_view title, std::string_view content) {
     page += content;
     page += "</body>\n</html>\n";
     return page;
+}
+
+bool isOwnHost(std::string_view host) noexcept {
+    if (host.empty()) return true;
+    const std::string_view name = host.substr(0, host.rfind(':'));
+    return name == "127.0.0.1" || equalsNoCase(name, "localhost");
 }
 
 std::string_view engineOf(std::string_view path) noexcept {

@@ -3,6 +3,7 @@
 
 #include "practice/EngineForms.h"
 #include "practice/PracticeReply.h"
+#include "practice/PracticeUpdate.h"
 #include "practice/ReceivedLog.h"
 
 #include <optional>
@@ -16,7 +17,7 @@ struct PracticeSite final {
     std::string address;  // "http://127.0.0.1:PORT"
     ReceivedLog received;
     EngineForms forms;
-    qint64 ahead = 0;  // bytes of bodies that clients have not read yet, of all connections
+    PracticeUpdate update;
 };
 
 // One kind of page: the reply to its own requests, nullopt for any other.
@@ -29,6 +30,15 @@ std::optional<PracticeReply> receivedPage(const PracticeRequest& request, Practi
 std::optional<PracticeReply> enginePage(const PracticeRequest& request, PracticeSite& site);
 // Paths whose last word names an outcome; submissions to them are stored.
 std::optional<PracticeReply> outcomePage(const PracticeRequest& request, PracticeSite& site);
+
+// "/enginedata/FILE" and "/news/news.dat": the files of the update, or the faults set for them on the page
+// "/enginedata/".
+std::optional<PracticeReply> updatePage(const PracticeRequest& request, PracticeSite& site);
+
+// The reply to a path whose last word, after `folder`, names an outcome; nullopt for any other word.
+std::optional<PracticeReply> outcome(std::string_view word, std::string_view folder, std::string_view path);
+// True for a Host of this machine, so that a web site whose name points to 127.0.0.1 gets nothing.
+bool isOwnHost(std::string_view host) noexcept;
 
 // Tries every kind of page in turn; 404 if none matches.
 PracticeReply answer(const PracticeRequest& request, PracticeSite& site);

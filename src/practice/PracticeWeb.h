@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "practice/LoopbackServer.h"
+#include "practice/PracticeUpdate.h"
+
 #include <QDateTime>
 
 #include <cstdint>
@@ -27,17 +30,9 @@ struct ReceivedSubmission final {
 // practice web.
 std::string pointAtPracticeWeb(std::string_view catalogue, std::string_view address);
 
-// Limits for clients of the practice web.
-struct PracticeLimits final {
-    int requestMilliseconds = 10000;  // time for a whole request
-    int connections = 512;            // at a time; any more are closed at once
-};
-
 // The practice web: a loopback web server that plays the engines of the practice catalogue, stores what it
-// receives (the newest 10,000) and shows it at "/". It listens on 127.0.0.1 only and has its own thread, so a
-// test or a program may block while it replies. Paths that name an outcome play it: see docs/practice-web.md.
-// It uses plain sockets because Qt's HTTP server rewrites the request target and leaves the connection of an
-// HTTP/1.0 client open.
+// receives (the newest 10,000) and shows it at "/". It is an update server too. Paths that name an outcome
+// play it: see docs/practice-web.md.
 class PracticeWeb final {
   public:
     explicit PracticeWeb(const PracticeLimits& limits = {});
@@ -48,6 +43,12 @@ class PracticeWeb final {
     // Reads a krveng5.dat and its catkws.dat, so that the form page of each engine asks for what its record
     // sends; without them every form has the usual fields. Call before start().
     void describeEngines(std::string_view engines, std::string_view categories);
+    // What it serves as an update server, by path ("/enginedata/krveng5.dat"); the placeholder in the files
+    // is replaced by the address. Call before start().
+    void publish(UpdateTexts files);
+    // How the update file of this path is answered: a word of docs/practice-web.md, or empty for the file.
+    // Throws Failure for any other word or path.
+    void failUpdate(std::string_view path, std::string_view word);
     // Port 0 picks a free one. Throws Failure when it cannot listen.
     void start(std::uint16_t port = 0);
     // "http://127.0.0.1:PORT", without a trailing slash.

@@ -17,12 +17,6 @@ namespace {
 // A browser shows this many rows without delay; /received.json has all.
 constexpr std::size_t kRowsShown = 500;
 
-bool isOwnHost(std::string_view host) {
-    if (host.empty()) return true;
-    const std::string_view name = host.substr(0, host.rfind(':'));
-    return name == "127.0.0.1" || equalsNoCase(name, "localhost");
-}
-
 std::string tableRow(const ReceivedSubmission& submission) {
     std::string row = "<tr><td><time datetime=\"";
     row += submission.time.toString(Qt::ISODate).toStdString();

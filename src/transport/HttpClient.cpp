@@ -53,12 +53,18 @@ void HttpClient::start(std::string* body, std::string& Response) {
     if (!m_transfer) m_transfer = std::make_shared<HttpTransfer>(authorities);
     m_transfer->body = body == nullptr ? std::string() : std::move(*body);
     m_transfer->keepsText = m_keepReply;
+    m_transfer->limit = m_replyLimit;
+    m_transfer->setProxy(m_proxy);
     m_transfer->prepare(url, body != nullptr, m_followUp, m_timeout);
     m_transfer->client = this;
     m_response = &Response;
     m_reported = 0;
     m_running = true;
     m_network.start(m_transfer);
+}
+
+std::int64_t HttpClient::Length() const noexcept {
+    return m_transfer ? m_transfer->length.load() : -1;
 }
 
 void HttpClient::report(const std::shared_ptr<HttpTransfer>& transfer, qint32 bytes) {

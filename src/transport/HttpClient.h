@@ -13,11 +13,18 @@ namespace relay {
 class HttpNetwork;
 struct HttpTransfer;
 
+// The HTTP proxy of a client. User and password are sent to it only if neither is empty, and only to it.
+struct HttpProxy final {
+    std::string address;  // "host:port"; empty for none
+    std::string user;
+    std::string password;
+};
+
 // The HTTP client of one connection. Requests go out as HTTP/1.0 with this program's user agent, Host, and
 // for a POST the form content type and length; no other header. http and https only, for redirects too, and
-// from https only to https; certificates are checked; no proxy, no cookies, no credentials. A reply is cut at
-// kReplyLimit bytes (as received) and then counts as complete. All calls and signals belong to the thread
-// that made the network; the transfer itself runs on the network thread.
+// from https only to https; certificates are checked; no cookies, no credentials, and no proxy but the one
+// set here. A reply is cut at the reply limit (bytes as received) and then counts as complete. All calls and
+// signals belong to the thread that made the network; the transfer itself runs on the network thread.
 class HttpClient final : public QObject {
     Q_OBJECT
   public:
@@ -42,6 +49,8 @@ class HttpClient final : public QObject {
     // false: replies are limited and counted as usual, but their text is dropped and Response stays empty.
     // For owners that only read statuses and need not keep kReplyLimit bytes per connection.
     void setKeepReply(bool on) noexcept { m_keepReply = on; }
+    void setReplyLimit(std::size_t bytes) noexcept { m_replyLimit = bytes; }  // kReplyLimit if not set
+    void setProxy(HttpProxy proxy) { m_proxy = std::move(proxy); }
     void setURL(std::string url) { m_url = std::move(url); }
     void setBlocking(bool on);  // only false is supported; true throws Failure
     void setTimeout(std::int32_t milliseconds) noexcept { m_timeout = milliseconds; }  // 0: none
@@ -58,8 +67,11 @@ class HttpClient final : public QObject {
     // The local reason why the last request failed (out of memory, no certificates), whatever its status;
     // else null. Failures of the other side do not count.
     const char* LocalFailure() const noexcept { return m_failure; }
+    // Length of the reply as its server announced it, or -1 if it has not; of the running request or the
+    // last.
+    std::int64_t Length() const noexcept;
     // Why the last request ended before the server ended its reply, or could not reach it; else "". A reply
-    // cut at kReplyLimit is no problem.
+    // cut at the reply limit is no problem.
     const char* Problem() const noexcept { return m_problem; }
 
   Q_SIGNALS:
@@ -83,6 +95,8 @@ class HttpClient final : public QObject {
     bool m_running = false;
     bool m_followUp = false;
     bool m_keepReply = true;
+    std::size_t m_replyLimit = kReplyLimit;
+    HttpProxy m_proxy;
     std::int32_t m_timeout = 0;
     std::int32_t m_code = kNoStatus;
     const char* m_failure = nullptr;

@@ -16,9 +16,10 @@ namespace {
 constexpr long kRedirectLimit = 10;
 constexpr const char* kOutOfMemory = "Out of memory";
 
-// Removes the one header that libcurl would add. Shared by all handles, read-only.
+// Removes the headers that libcurl would add, the second one for a proxy. Shared by all handles, read-only.
 curl_slist* headers() {
-    static curl_slist* const list = curl_slist_append(nullptr, "Accept:");
+    static curl_slist* const list =
+        curl_slist_append(curl_slist_append(nullptr, "Accept:"), "Proxy-Connection:");
     return list;
 }
 
@@ -64,10 +65,22 @@ HttpTransfer::~HttpTransfer() {
     curl_easy_cleanup(easy);
 }
 
+void HttpTransfer::setProxy(const HttpProxy& proxy) {
+    const bool proxied = !proxy.address.empty();
+    if (!proxied && !m_proxied) return;
+    m_proxied = proxied;
+    const bool named = proxied && !proxy.user.empty() && !proxy.password.empty();
+    set(easy, CURLOPT_PROXY, proxied ? ("http://" + proxy.address).c_str() : "");
+    set(easy, CURLOPT_NOPROXY, proxied ? "" : "*");
+    set(easy, CURLOPT_PROXYUSERNAME, named ? proxy.user.c_str() : nullptr);
+    set(easy, CURLOPT_PROXYPASSWORD, named ? proxy.password.c_str() : nullptr);
+}
+
 void HttpTransfer::prepare(const std::string& url, bool post, bool followRedirects,
                            std::int32_t timeoutMilliseconds) {
     emptyBuffer(text);
     received = 0;
+    length = -1;
     status = HttpClient::kNoStatus;
     failure = nullptr;
     problem = "";
@@ -109,7 +122,12 @@ void HttpTransfer::listNews() noexcept {
 std::size_t HttpTransfer::takeBody(char* bytes, std::size_t size, std::size_t count, void* owner) noexcept {
     auto& transfer = *static_cast<HttpTransfer*>(owner);
     const std::size_t offered = size * count;
-    const std::size_t taken = std::min(offered, HttpClient::kReplyLimit - transfer.received);
+    if (transfer.received == 0) {
+        curl_off_t announced = -1;
+        curl_easy_getinfo(transfer.easy, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &announced);
+        transfer.length = announced;
+    }
+    const std::size_t taken = std::min(offered, transfer.limit - transfer.received);
     try {
         if (transfer.keepsText) transfer.text.append(bytes, taken);
     } catch (const std::exception&) {

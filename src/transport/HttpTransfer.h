@@ -3,6 +3,7 @@
 
 #include "transport/HttpClient.h"
 
+#include <atomic>
 #include <cstdint>
 #include <curl/curl.h>
 #include <memory>
@@ -31,6 +32,7 @@ struct HttpTransfer final : std::enable_shared_from_this<HttpTransfer> {
     HttpTransfer(const HttpTransfer&) = delete;
     HttpTransfer& operator=(const HttpTransfer&) = delete;
 
+    void setProxy(const HttpProxy& proxy);
     // Prepares the handle for a request. `url` must have passed wireUrl. A POST sends `body`.
     void prepare(const std::string& url, bool post, bool followRedirects, std::int32_t timeoutMilliseconds);
     // Network thread, when the request ends: the status of the reply, and any local failure.
@@ -40,8 +42,10 @@ struct HttpTransfer final : std::enable_shared_from_this<HttpTransfer> {
     CURL* const easy;
     std::string body;
     std::string text;
-    bool keepsText = true;     // false: the reply is counted and dropped
-    std::size_t received = 0;  // bytes of the reply so far
+    bool keepsText = true;  // false: the reply is counted and dropped
+    std::size_t limit = HttpClient::kReplyLimit;
+    std::size_t received = 0;              // bytes of the reply so far
+    std::atomic<std::int64_t> length{-1};  // of the reply, as announced; read by the clients' thread too
     std::int32_t status = HttpClient::kNoStatus;
     const char* failure = nullptr;  // local reason; null for failures of the other side
     const char* problem = "";       // any reason but the reply's limit
@@ -77,6 +81,7 @@ struct HttpTransfer final : std::enable_shared_from_this<HttpTransfer> {
     std::size_t m_headerLines = 0;
     void redirectOnly(bool secure);
 
+    bool m_proxied = false;
     bool m_redirectsSecure = false;  // redirects must go to https
 };
 
