@@ -17,6 +17,7 @@ struct Services;
 struct CommandState final {
     NodeKind node = NodeKind::Root;  // the kind of the current node
     MainPanel panel = MainPanel::Project;
+    bool urlSelected = false;  // a row of the URL list is
 };
 
 // What a command works on, and what only the window can do for it.
@@ -37,11 +38,13 @@ struct Command final {
     bool (*enabled)(const CommandState& state) = nullptr;
     std::string_view trapWords = {};                           // before the text of a failure
     void (*operation)(const CommandTarget& target) = nullptr;  // none for a menu
+    std::string_view shownKey = {};  // stands in the menu; the key belongs to another command or to the tree
+    std::string_view whyDisabled = {};  // in the tool tip, while the command cannot be given
 
     bool comesLater() const noexcept { return enabled == nullptr; }
     bool isEnabled(const CommandState& state) const { return enabled != nullptr && enabled(state); }
-    // The tool tip, behind which it says where the command comes later.
-    std::string shownToolTip() const;
+    // The tool tip, behind which it says why the command cannot be given, where that is not plain to see.
+    std::string shownToolTip(const CommandState& state) const;
     // Runs the operation and shows its failure.
     void run(const CommandTarget& target) const;
 };

@@ -38,7 +38,7 @@ class Program final {
     // Takes the splash away and gives the usual pointer back; harmless when that is done already.
     void closeSplash();
     // In the window's status bar, once there is one.
-    void showStatus(const QString& text);
+    void showStatus(const QString& text, int milliseconds);
 
   private:
     StartUpScreens startUpScreens();

@@ -29,6 +29,8 @@ class clsMain final {
     // What the toolbar's "Submit" checks: saves, refuses an empty selection (the engine screen then shows),
     // and offers to block the mail of free-for-all sites. True when the submission may open.
     bool readyToSubmit();
+    // What to say while selected engines are sent the open website's password and it has none; else empty.
+    std::string passwordWarning() const;
 
   private:
     const Services& m_services;

@@ -4,6 +4,7 @@
 #include "app/Commands.h"
 
 #include <QMainWindow>
+#include <QTimer>
 
 #include <functional>
 #include <memory>
@@ -34,7 +35,8 @@ class frmMain final : public QMainWindow {
 
     // Brings the choices of the combo boxes and the captions of the type boxes up to date after a load.
     void showCatalogue();
-    void showStatus(const QString& text);
+    // For the milliseconds, or until the next text where they are 0.
+    void showStatus(const QString& text, int milliseconds = 0);
     // Where the border between tree and panel stands, in pixels from the left; 0 takes the usual place.
     int splitterPlace() const;
     void setSplitterPlace(int place);
@@ -58,6 +60,15 @@ class frmMain final : public QMainWindow {
     void enableCommands();
     void showScreen(std::string_view name);
     void connectWebsitePanel();
+    void connectEnginePanel();
+    void followChanges();
+    void addKeys();
+    // The website's page, also from the engine screen.
+    void showPage(int tab);
+    // To the tree, and from the tree to the panel beside it.
+    void changeSides();
+    void focusPanel();
+    void showTitle();
     void showPanels();
     void findEngines();
 
@@ -65,6 +76,8 @@ class frmMain final : public QMainWindow {
     clsMain& m_main;
     CommandTarget m_target;
     std::vector<std::pair<QAction*, const Command*>> m_commands;
+    QTimer m_changes;  // runs out shortly after the last change of what the title and the warning tell
+    bool m_urlSelected = false;
     QPoint m_frame;  // how far inside its frame the window stands when it is not maximised
 };
 

@@ -16,6 +16,9 @@ namespace relay {
 
 struct Services;
 
+// Told where the engines' data files are not there: at the start, and by the command line.
+extern const std::string_view kMissingDataNotice;
+
 // Everything that is read from the catalogue's files, and the selection made from it.
 class Catalogue final {
   public:
@@ -30,12 +33,18 @@ class Catalogue final {
 
     // Called before the user is told of a failed load (the window puts its splash away).
     std::function<void()> beforeFailure;
+    // Called after a load (the window brings up to date what follows no list).
+    std::function<void()> afterLoad;
 
     // Both data files of the engines are there.
     bool engineDataPresent() const;
     // The engines' category tables and then the engines. False when a file is missing, empty or unreadable,
     // and while a run holds the engines; the user was told, and what stood before the failing step stays.
     bool loadEngineData();
+    // Puts the starter catalogue that is installed with the program into the home and loads it. Asks before
+    // it replaces a file that differs; false when the user would not have it, or when it failed, which was
+    // shown.
+    bool installStarterCatalogue();
     bool loadEngineCategory();
     bool loadEngines();
     // The engine with the name. Throws Failure when there is none.

@@ -6,6 +6,7 @@
 #include <memory>
 
 class QAbstractButton;
+class QAction;
 class QCheckBox;
 
 namespace relay {
@@ -29,6 +30,12 @@ class frmEnginePanel final : public QWidget {
     void connectTo(EngineLists& lists, EngineSelection& selection, bool adultSites);
     // Brings captions and ticks of the type boxes up to date.
     void showTypeBoxes();
+    // Below the lists; an empty text takes it away.
+    void showWarning(const QString& text);
+    // The button that stands in the list of engines while it is empty.
+    void setInstallAction(QAction& install);
+    // Puts the cursor into the list of engines, or on the button in it.
+    void focusEngines();
     // Puts the cursor into the find box.
     void focusFindBox();
 
@@ -37,6 +44,7 @@ class frmEnginePanel final : public QWidget {
     void connectTypeBoxes();
     void connectLists();
     void connectButtons();
+    void followSelections();
 
     std::unique_ptr<Ui::frmEnginePanel> m_ui;
     EngineLists* m_lists = nullptr;

@@ -8,6 +8,9 @@ namespace relay {
 
 class CommandLineContext;
 
+// "Examples:" and the command lines, given one a line and without the program's name, as the help shows them.
+std::string exampleText(const std::string& examples);
+
 // One command of the program: its options, its help, and what it does.
 class Command {
   public:

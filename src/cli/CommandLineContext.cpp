@@ -56,15 +56,17 @@ void CommandLineContext::applyOptions() {
 }
 
 Paths CommandLineContext::choosePaths() const {
-    if (homeOption.empty()) return Paths::fromEnvironment(m_console.environment);
-    return Paths::insideHome(homeOption);
+    Paths paths =
+        homeOption.empty() ? Paths::fromEnvironment(m_console.environment) : Paths::insideHome(homeOption);
+    paths.installedData = installedDataFolder(m_console.programFolder, m_console.environment);
+    return paths;
 }
 
 Session& CommandLineContext::home() {
     if (m_home) return *m_home;
     auto home = std::make_unique<Session>(choosePaths(), m_console.clock, m_commandLine, m_prompts);
     try {
-        home->prepareHome(installedDataFolder(m_console.programFolder, m_console.environment));
+        home->prepareHome();
     } catch (const Failure& failure) {
         if (!folderExists(home->paths.AppPath))
             throw Failure(std::string("The home cannot be made: ") + failure.what(), failure.number());

@@ -33,8 +33,8 @@ void writeJson(const clsEngines& engine, std::ostream& out) {
 
 EnginesListCommand::EnginesListCommand(CLI::App& parent, CommandLineContext& context)
     : Command(parent, context, "list", "List the engines of the catalogue, or those chosen",
-              "engines list\nengines list --major\n"
-              "engines list --type ENG,DIR --no-adult --save-selection general.eng") {
+              "--home try engines list\n--home try engines list --major\n"
+              "--home try engines list --type ENG,DIR --no-adult --save-selection general.eng") {
     m_selection.addTo(app());
 }
 
@@ -63,7 +63,7 @@ int EnginesListCommand::execute() {
 
 EnginesCheckCommand::EnginesCheckCommand(CLI::App& parent, CommandLineContext& context)
     : Command(parent, context, "check", "Tell everything that is wrong with the catalogue",
-              "engines check\nengines check --json") {}
+              "--home try engines check\n--home try engines check --json") {}
 
 int EnginesCheckCommand::execute() {
     if (!loadEngineCategories(context())) return kCouldNotRun;

@@ -40,7 +40,8 @@ std::optional<std::string> otherPracticeWeb(const Paths& paths) {
 
 PracticeCommand::PracticeCommand(CLI::App& parent, CommandLineContext& context)
     : Command(parent, context, "practice", "Run the practice web until Ctrl-C",
-              "practice\npractice --port 8080\nengines install --practice (in a second terminal)") {
+              "--home try practice\n--home try practice --port 8080\n"
+              "--home try engines install --practice (in a second terminal)") {
     app()
         .add_option("--port", m_port, "Port on this machine (default: a free one)")
         ->type_name("N")
@@ -63,8 +64,7 @@ int PracticeCommand::execute() {
     stop.watch();
     const Paths& paths = context().home().paths;
     PracticeWeb web;
-    describeEngines(web,
-                    installedDataFolder(context().console().programFolder, context().console().environment));
+    describeEngines(web, paths.installedData);
     web.start(m_port);
     std::optional<PracticeAddress> kept;
     try {

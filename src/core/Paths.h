@@ -14,6 +14,7 @@ struct Paths final {
     std::string WindowsPath;
     std::string ProjectFilePath;
     std::string settingsFile;
+    std::string installedData;  // installedDataFolder; empty where nobody looked for it
 
     // Everything inside one folder: AppPath = home, WindowsPath = home/data/, settings home/settings.ini.
     static Paths insideHome(std::string_view home);

@@ -34,7 +34,12 @@ class Prompts {
     virtual void beep() = 0;
     virtual void busy(bool on) = 0;
     virtual void status(std::string_view text) = 0;
+    // What was just done, shown in the status line for a while. Where there is no such line, nothing.
+    virtual void notice(std::string_view) {}
 };
+
+// Hands a file or a web address to the system's handler; says so when there is none.
+void openOrTell(Prompts& prompts, std::string_view target, std::string_view title);
 
 // The busy pointer for the length of a block.
 class BusyPointer final {

@@ -42,6 +42,8 @@ class Workspace final : public QObject {
     // Never null; the root when nothing else is current.
     ProjectNode* currentNode() const noexcept { return m_CurrentNode; }
     void setProjectDescription(std::string text) { m_panels.txtProjectDescr = std::move(text); }
+    // Something was typed into the panel that is not saved yet.
+    bool isChanged() { return isTouched(*m_CurrentNode); }
 
     // Rebuilds the tree from the index. A key that the tree has already is passed over.
     void loadProject();
@@ -78,6 +80,10 @@ class Workspace final : public QObject {
 
   Q_SIGNALS:
     void panelsChanged();
+    // A save came to its end, by itself or by command.
+    void saved();
+    // A new node's panel is shown, and the user goes on in it.
+    void panelOpened();
     void currentChanged(relay::ProjectNode* node);
     void labelEditWanted(relay::ProjectNode* node);
     // A field that is not filled in is to come to the front.

@@ -13,8 +13,8 @@ Session::Session(Paths where, const Clock& clock, std::string_view commandLine, 
       services{paths, settings, preference, log, prompts, clock, network},
       catalogue(services) {}
 
-void Session::prepareHome(std::string_view installedData) const {
-    relay::prepareHome(paths, installedData);
+void Session::prepareHome() const {
+    relay::prepareHome(paths, paths.installedData);
 }
 
 void Session::readSettings(SettingsReader reader) {

@@ -26,7 +26,7 @@ class Session final {
 
     // Makes the home's folders and copies the word files that are absent from the installed data. Throws
     // Failure when the home cannot be written.
-    void prepareHome(std::string_view installedData) const;
+    void prepareHome() const;
     // Starts the log's run and reads the settings; a failure was told and is in the log.
     void readSettings(SettingsReader reader = SettingsReader::Window);
 

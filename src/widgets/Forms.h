@@ -12,6 +12,8 @@ namespace relay {
 void CenterForm(QWidget& form);
 // Turns every tab control around a field to the field's page and puts the cursor into the field.
 void showInTabs(QWidget& field);
+// Puts the cursor into the first control of a page that takes it.
+void focusFirst(QWidget& page);
 // "Version 6.0": the program's major and minor number.
 QString versionText();
 // The text as it stands in the box, lines ended by LF. toPlainText() would turn non-breaking blanks into

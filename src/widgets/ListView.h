@@ -6,9 +6,18 @@
 
 #include <vector>
 
+class QAbstractButton;
+class QAction;
+class QPushButton;
+
 namespace relay {
 
+class ListView;
 class Rows;
+
+// Enables the button while a row of the list is selected. Its tool tip says what it does, and while it is
+// disabled why.
+void needSelection(ListView& list, QAbstractButton& button, const QString& does, const QString& whyDisabled);
 
 // How every list of the program looks and behaves on the screen: Rows shown as they are, without a copy in
 // between. A click on a column title sorts and flips; icons come by key; the selection and the rows'
@@ -28,6 +37,10 @@ class ListView final : public QTreeView {
     QString emptyHint() const { return m_emptyHint; }
     void setEmptyHint(const QString& hint);
 
+    // While the list is empty, a button below the hint that stands for the action; the action outlives the
+    // list.
+    void setEmptyAction(QAction& action);
+
     void dataChanged(const QModelIndex& from, const QModelIndex& to, const QList<int>& roles = {}) override;
 
   Q_SIGNALS:
@@ -35,6 +48,8 @@ class ListView final : public QTreeView {
     void rowEntered(int row);    // by moving there with the keys
     void rowActivated(int row);  // double click, or Return
     void deletePressed();
+    void rowsSelected(bool any);  // the selection changed; whether a row is selected
+    void changed();               // rows, their texts or the selection
 
   protected:
     void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
@@ -45,6 +60,8 @@ class ListView final : public QTreeView {
     void contextMenuEvent(QContextMenuEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void rowsInserted(const QModelIndex& parent, int start, int end) override;
 
   private:
     void sortBy(int column);
@@ -52,10 +69,15 @@ class ListView final : public QTreeView {
     void selectHighlighted();
     void followReset();
     void layOutColumns();
+    void followRows();
+    void tellSelection();
+    QRect hintPlace() const;
+    void placeEmptyButton();
 
     Rows* m_rows = nullptr;
     std::vector<int> m_columnCharacters;
     QString m_emptyHint;
+    QPushButton* m_emptyButton = nullptr;
     bool m_following = false;     // a change of flags or selection that is an echo of the other
     bool m_flagsChanged = false;  // the selection is to follow the flags at the next turn of the event loop
     bool m_mousePress = false;
