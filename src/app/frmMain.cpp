@@ -16,6 +16,7 @@
 #include "widgets/Forms.h"
 #include "widgets/IconTheme.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QMenu>
 #include <QShortcut>
@@ -175,6 +176,7 @@ void frmMain::followChanges() {
 }
 
 void frmMain::addKeys() {
+    qApp->installEventFilter(this);
     const auto key = [this](const QKeySequence& keys, auto&& operation) {
         connect(new QShortcut(keys, this), &QShortcut::activated, this, operation);
     };
@@ -182,6 +184,18 @@ void frmMain::addKeys() {
     key(Qt::Key_F6, [this] { changeSides(); });
     for (int tab = 0; tab < m_ui->SSTab1->count(); ++tab)
         key(frmWebsitePanel::pageKeys(tab), [this, tab] { showPage(tab); });
+}
+
+bool frmMain::eventFilter(QObject* watched, QEvent* event) {
+    const auto* const widget = qobject_cast<const QWidget*>(watched);
+    if (event->type() != QEvent::ShortcutOverride || widget == nullptr || widget->window() != this)
+        return QMainWindow::eventFilter(watched, event);
+    const QKeySequence keys(static_cast<QKeyEvent*>(event)->keyCombination());
+    const bool ours = std::any_of(m_commands.begin(), m_commands.end(),
+                                  [&](const auto& command) { return command.first->shortcut() == keys; });
+    if (!ours) return QMainWindow::eventFilter(watched, event);
+    event->ignore();
+    return true;
 }
 
 void frmMain::showPage(int tab) {

@@ -46,6 +46,9 @@ class frmMain final : public QMainWindow {
 
   protected:
     void closeEvent(QCloseEvent* event) override;
+    // Keeps the window's keys from fields that have a use of their own for them (Ctrl+E: to the end of the
+    // line).
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void moveEvent(QMoveEvent* event) override;
 
   private:

@@ -40,8 +40,7 @@ std::optional<std::string> otherPracticeWeb(const Paths& paths) {
 
 PracticeCommand::PracticeCommand(CLI::App& parent, CommandLineContext& context)
     : Command(parent, context, "practice", "Run the practice web until Ctrl-C",
-              "--home try practice\n--home try practice --port 8080\n"
-              "--home try engines install --practice (in a second terminal)") {
+              "--home try practice\n--home try practice --port 8080") {
     app()
         .add_option("--port", m_port, "Port on this machine (default: a free one)")
         ->type_name("N")

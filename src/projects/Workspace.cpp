@@ -94,7 +94,7 @@ bool Workspace::autoSave() {
     });
     Q_EMIT saved();
     if (!failure) {
-        m_failureShown = false;
+        if (std::exchange(m_failureShown, false)) m_services.prompts.status({});
         return settled;
     }
     words += *failure;

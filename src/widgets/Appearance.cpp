@@ -4,10 +4,8 @@
 #include "widgets/IconTheme.h"
 
 #include <QApplication>
-#include <QPainter>
 #include <QProxyStyle>
 #include <QStyleFactory>
-#include <QStyleOption>
 
 #include <initializer_list>
 #include <utility>
@@ -26,16 +24,6 @@ class PlainButtonStyle final : public QProxyStyle {
                   QStyleHintReturn* returned) const override {
         if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;
         return QProxyStyle::styleHint(hint, option, widget, returned);
-    }
-
-    // Lists and text boxes show that they have the keys, as fields of one line do by themselves.
-    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
-                       const QWidget* widget) const override {
-        QProxyStyle::drawPrimitive(element, option, painter, widget);
-        if (element != PE_Frame || !option->state.testFlag(State_HasFocus)) return;
-        painter->setPen(option->palette.color(QPalette::Highlight));
-        painter->setBrush(Qt::NoBrush);
-        painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
     }
 };
 
