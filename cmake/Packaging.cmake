@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# What an installation puts beside the programs, and the Debian package made of it (cpack -G DEB).
+# The files installed beside the programs, and the Debian package made of them (cpack -G DEB).
 
 file(GLOB man_pages ${PROJECT_SOURCE_DIR}/packaging/*.1)
 if(NOT RELAY_GUI)

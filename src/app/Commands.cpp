@@ -3,6 +3,7 @@
 
 #include "app/clsMain.h"
 #include "catalogue/Catalogue.h"
+#include "core/FileSystem.h"
 #include "core/Paths.h"
 #include "core/Prompts.h"
 #include "core/Services.h"
@@ -37,12 +38,12 @@ bool canSaveWebsite(State state) {
     return onWebsite(state) && state.panel != MainPanel::Engines;
 }
 
-// The operations, where they are more than a call.
+// Operations that are more than one call.
 template <auto Operation>
 void onWorkspace(Target target) {
     (target.main.workspace.*Operation)();
 }
-// Ends where the open website cannot be saved.
+// Does nothing more if the open website cannot be saved.
 template <auto Operation>
 void afterSave(Target target) {
     if (target.main.workspace.autoSave()) (target.main.workspace.*Operation)();
@@ -69,8 +70,8 @@ void leave(Target target) {
 void submit(Target target) {
     if (!target.main.readyToSubmit()) return;
     target.services.prompts.message(
-        "Submitting from this window comes with a later version.\r\n\r\n"
-        "Until then \"korvel-relay-cli submit\" submits websites to the engines of a saved selection.",
+        "A later version will submit from this window.\r\n\r\n"
+        "Until then use \"korvel-relay-cli submit\" with a saved selection of engines.",
         "Submit", Icon::Information);
 }
 void openHelp(Target target) {
@@ -120,7 +121,7 @@ constexpr Command kMainCommands[] = {
     {"mnuFileItems_12", "UpdateEngines"},
     {"mnuFileItems_13", "Configuration", "", "Ctrl+,", always, kFile, configure},
     {"mnuFileItems_15", "Exit", "", "Ctrl+Q", always, kFile, leave},
-    // Engines. Each of their failures has its words already.
+    // Engines. Their failures are complete messages.
     {"mnuEngineItems_0", "Save", "", "", inProject, "", onSelection<&EngineSelection::saveSelection>},
     {"mnuEngineItems_1", "Open", "", "", inProject, "", onSelection<&EngineSelection::loadSelection>},
     {"mnuEngineItems_3", "Top", "", "", inProject, "", onSelection<&EngineSelection::selectTopEngines>},
@@ -151,18 +152,17 @@ constexpr Command kMainCommands[] = {
          openOrTell(target.services.prompts, target.services.preference.SupportURL, kApplication);
      }},
     {"mnuHelpItems_10", "About", "", "", always, kHelp, [](Target target) { target.show("frmAbout"); }},
-    // The tree's popup, beside items of the File menu.
+    // The tree's popup, which also has items of the File menu.
     {"mnuPopupItems_10", "Rename", "", "", inProject, kPopup, onWorkspace<&Workspace::editLabel>, "F2"},
-    // On the engine screen, while no engines are loaded.
-    {"InstallCatalogue", "UpdateEngines",
-     "Puts the starter catalogue that comes with the program into this home", "", always, "",
-     [](Target target) { target.main.catalogue.installStarterCatalogue(); }},
+    // In the empty list of engines.
+    {"InstallCatalogue", "UpdateEngines", "Copies the program's starter catalogue into this home", "", always,
+     "", [](Target target) { target.main.catalogue.installStarterCatalogue(); }},
 };
 
 constexpr Command kUrlCommands[] = {
     {"AddURL", "AddURL", "Type a URL", "", always, "", onUrls<&UrlList::addTypedURL>},
-    {"AddFromLocalFolder", "AddFromLocalFolder", "Make URLs from the HTML files of a folder on this computer",
-     "", always, "", [](Target target) { target.show("frmAddURL"); }},
+    {"AddFromLocalFolder", "AddFromLocalFolder", "Make URLs from the HTML files of a local folder", "",
+     always, "", [](Target target) { target.show("frmAddURL"); }},
     {"AddFromWeb", "AddFromWeb", "Collect the links of a live page"},
     {"LoadURL", "LoadURL", "Load URLs from a text file", "", always, "", onUrls<&UrlList::loadURLs>},
     {"LocalURL", "LocalURL", "Load URLs from a text file on this computer", "", always, "",
@@ -173,7 +173,7 @@ constexpr Command kUrlCommands[] = {
     {"GetMetaTag", "GetMetaTag", "Read title, keywords and description of the page"},
     {"InsertMetaTag", "InsertMetaTag", "Write the meta tags into the local file"},
     {"ReplaceMetaTag", "ReplaceMetaTag", "Replace the meta tags of the local file"},
-    {"Optimizer", "Optimizer", "Judge the page"},
+    {"Optimizer", "Optimizer", "Rate the page"},
 };
 
 }  // namespace
@@ -188,7 +188,7 @@ std::span<const Command> urlCommands() {
 
 std::string Command::shownToolTip(const CommandState& state) const {
     std::string text(toolTip);
-    const std::string_view reason = comesLater()        ? "Comes with a later version of this program."
+    const std::string_view reason = comesLater()        ? "Available in a later version."
                                     : !isEnabled(state) ? whyDisabled
                                                         : std::string_view();
     if (!text.empty() && !reason.empty()) text += ". ";

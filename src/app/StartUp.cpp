@@ -3,6 +3,7 @@
 
 #include "app/clsMain.h"
 #include "catalogue/Catalogue.h"
+#include "core/FileSystem.h"
 #include "core/Log.h"
 #include "core/Paths.h"
 #include "core/Prompts.h"

@@ -47,7 +47,7 @@ constexpr Screen kScreens[] = {
      }},
 };
 
-// One line of the quick start text, with the words that name a command as a link to it.
+// One line of the quick start text as HTML, its command as a link.
 QString toHtml(const QuickStartLine& line) {
     QString html = toScreen(line.text).toHtmlEscaped();
     if (line.command.empty()) return html;
@@ -159,7 +159,7 @@ void frmMain::connectEnginePanel() {
     connect(&selected, &Rows::rowsRemoved, this, follow);
 }
 
-// Many changes come at once, and to look at them takes longer the more a website holds.
+// Waits for a pause in the changes: checking for them takes longer the more a website contains.
 void frmMain::followChanges() {
     constexpr int kPauseMilliseconds = 150;
     m_changes.setSingleShot(true);
@@ -232,7 +232,7 @@ void frmMain::showTitle() {
     const ProjectNode& node = *m_main.workspace.currentNode();
     QString name = toScreen(node.text);
     if (node.isWebsite()) name += QStringLiteral(" - ") + toScreen(node.parent->text);
-    // "[*]" stands for the mark of a change; twice it stands for itself.
+    // Qt replaces "[*]" with the mark of a change, and "[*][*]" with "[*]".
     name.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));
     const QString program = toScreen(kApplication);
     setWindowTitle(node.isRoot() ? program : name + QStringLiteral("[*] - ") + program);
@@ -254,7 +254,7 @@ void frmMain::findEngines() {
     if (m_main.workspace.panels().panel == MainPanel::Engines) m_ui->SSTab3->focusFindBox();
 }
 
-// Toolbar buttons leave the focus alone by default, which keeps people without a mouse from them.
+// By default toolbar buttons take no focus, so they cannot be used without a mouse.
 void frmMain::makeToolbarReachable() {
     for (QAction* action : m_ui->ToolbarMain->actions()) {
         QWidget* const button = m_ui->ToolbarMain->widgetForAction(action);
@@ -262,7 +262,7 @@ void frmMain::makeToolbarReachable() {
     }
 }
 
-// The border between tree and panel by keys: the toolkit moves it by mouse only.
+// Keys for the border between tree and panel, which Qt moves by mouse only.
 void frmMain::makeSplitterReachable() {
     const QString keys = tr("Drag to make the tree wider or narrower, or press Alt+Right and Alt+Left");
     m_ui->imgSpliter->handle(1)->setToolTip(keys);

@@ -3,6 +3,7 @@
 
 #include "catalogue/CatalogueFiles.h"
 #include "core/Failure.h"
+#include "core/FileSystem.h"
 #include "core/Paths.h"
 #include "core/Prompts.h"
 #include "core/Services.h"
@@ -29,7 +30,6 @@ const std::string_view kMissingDataNotice =
 Catalogue::Catalogue(const Services& services)
     : countries(services.paths),
       categories(services),
-      engineCategories(services.paths),
       engineLoader(services, lists, engineCategories, countries),
       selection(services, lists),
       m_services(services),
@@ -53,9 +53,10 @@ bool Catalogue::installStarterCatalogue() {
         std::string different;
         for (const std::string& path : compareWithHome(files)) different += path + "\r\n";
         if (!different.empty() &&
-            !m_services.prompts.ask("These files are there already, and differ:\r\n\r\n" + different +
-                                        "\r\nDo you want to replace them by those of the starter catalogue?",
-                                    kInstall))
+            !m_services.prompts.ask(
+                "These files already exist and differ:\r\n\r\n" + different +
+                    "\r\nDo you want to replace them with those of the starter catalogue?",
+                kInstall))
             return;
         writeCatalogueFiles(files);
         if (countries.cboCountry.empty()) countries.loadCountry();
@@ -79,7 +80,7 @@ bool Catalogue::load(std::string_view words, std::string_view title, Load&& load
         load();
         return true;
     } catch (const std::bad_alloc&) {
-        throw;  // says nothing of the file
+        throw;  // not a fault of the file
     } catch (const std::exception&) {
         if (beforeFailure) beforeFailure();
         m_services.prompts.message(std::string(words).append(kDownload), title, Icon::Information);
@@ -88,7 +89,8 @@ bool Catalogue::load(std::string_view words, std::string_view title, Load&& load
 }
 
 bool Catalogue::loadEngineCategory() {
-    return load("Category", "Error", [this] { engineCategories.load(); });
+    return load("Category", "Error",
+                [this] { engineCategories.load(m_services.paths.inWindows("catkws.dat")); });
 }
 
 bool Catalogue::loadEngines() {

@@ -3,6 +3,7 @@
 
 #include "core/Failure.h"
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
 #include "core/Paths.h"
 
 namespace relay {
@@ -16,8 +17,7 @@ std::vector<CatalogueFile> readCatalogueFiles(const Paths& paths, std::string_vi
     const std::string& data = paths.installedData;
     if (data.empty())
         throw Failure(
-            "The files that are installed with the program are missing. KORVEL_RELAY_DATA names their "
-            "folder.");
+            "The files installed with the program are missing. Set KORVEL_RELAY_DATA to their folder.");
     std::vector<CatalogueFile> files;
     for (const char* name : {"country.kws", "cat.kws", "top.kws"})
         files.push_back({paths.inApp(name), readFile(data + "/" + name)});

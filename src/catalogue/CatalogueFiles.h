@@ -9,25 +9,25 @@ namespace relay {
 
 struct Paths;
 
-// A file of an installed catalogue on its way into a home.
+// A file of the installed catalogue that is to be copied into a home.
 struct CatalogueFile final {
     enum class State { Installed, Unchanged, Replaced };
 
-    std::string target;  // where it goes
+    std::string target;  // its path in the home
     std::string bytes;
-    bool ofEngines = false;  // of the engines' own two files, not of the word lists
+    bool ofEngines = false;  // krveng5.dat or catkws.dat, not a word list
     State state = State::Installed;
 };
 
 // "installed", "unchanged", "replaced".
 std::string_view stateName(CatalogueFile::State state) noexcept;
 
-// Reads the word lists and the engines' files that are installed with the program; the latter from the
-// sub-folder `engines`, or from beside the others where that is empty. Throws Failure when one is missing.
+// Reads the word lists and the engines' files that are installed with the program; the engines' files come
+// from the sub-folder `engines` if that is given. Throws Failure when a file is missing.
 std::vector<CatalogueFile> readCatalogueFiles(const Paths& paths, std::string_view engines = {});
-// Settles each file's state by what the home holds. Gives the paths of files that are there and differ.
+// Sets each file's state from what the home contains. Returns the paths of existing files that differ.
 std::vector<std::string> compareWithHome(std::vector<CatalogueFile>& files);
-// Writes those that are not unchanged. Throws Failure.
+// Writes the files that are not unchanged. Throws Failure.
 void writeCatalogueFiles(const std::vector<CatalogueFile>& files);
 
 }  // namespace relay

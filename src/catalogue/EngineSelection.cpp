@@ -5,6 +5,7 @@
 #include "catalogue/EngineLists.h"
 #include "core/Failure.h"
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
 #include "core/ItemReader.h"
 #include "core/Paths.h"
 #include "core/Prompts.h"
@@ -20,7 +21,7 @@ constexpr SaveQuestion kSaveQuestion = {
     "Korvel Engine Files (*.eng)|*.eng|Text Files(*.txt)|*.txt|All Files(*.*)|*.*", "The file '",
     "' already exists.\r\nDo you want to replace it?", "Save Selected Engines"};
 
-// The code in a row of lstCountry.
+// The country code in a row of lstCountry.
 std::string_view countryCode(std::string_view rowText) noexcept {
     const std::size_t open = rowText.find('(');
     return open == npos ? rowText : rowText.substr(open + 1, 2);
@@ -42,7 +43,7 @@ void EngineSelection::bulk(std::string_view words, const std::function<void()>& 
 
 void EngineSelection::select(clsEngines& engine) {
     engine.Selected = true;
-    // The row may have outlived a deletion from lsvEngines.
+    // Deleting from lsvEngines may have left the row.
     if (!m_lists.lsvSelectedEngines.contains(engine.name()))
         addEngineListView(m_lists.lsvSelectedEngines, engine);
 }
@@ -53,7 +54,7 @@ void EngineSelection::selectWhere(const std::function<bool(const clsEngines&)>& 
     }
 }
 
-// Walks the rows once, so that thousands of them go as quickly as one.
+// One pass over the rows, however many there are.
 void EngineSelection::unselectWhere(const std::function<bool(const clsEngines&)>& qualifies) {
     m_lists.lsvSelectedEngines.removeIf([&](const RowView& row) {
         clsEngines& engine = engineOf(row.key);
@@ -74,7 +75,7 @@ void EngineSelection::renewTitle() {
     const std::string before = list.columnTitle(0);
     const std::string count = std::to_string(list.count());
     list.setColumnTitle(0, "Selected Engines (" + count + ")");
-    // The first look at an empty list is no change of it.
+    // The first count of an empty list is not a change.
     const bool changed = before != list.columnTitle(0) && (before.ends_with(')') || !list.empty());
     if (changed) m_services.prompts.notice("Engines selected: " + count);
 }

@@ -20,9 +20,9 @@ std::string warning(const std::string& names) {
 const std::string_view kPasswordKeyNotice =
     "The IndexNow engines take the website's password as the site's key. Before you submit, set it to a key "
     "of 8 "
-    "to 128 letters and digits, and put a file KEY.txt that holds the key at the root of the site. Engines "
-    "refuse "
-    "an empty or invented key, and the report counts that refusal as a success.";
+    "to 128 letters and digits, and put a file KEY.txt that contains the key into the root of the site. "
+    "Engines "
+    "refuse an empty or invented key, and the report counts that refusal as a success.";
 
 bool sendsPassword(const clsEngines& engine) noexcept {
     return containsNoCase(engine.Query(), "<PASSWORD>");

@@ -4,21 +4,21 @@
 #include <string>
 #include <string_view>
 
-// Engines that are sent the website's password. Those of IndexNow take it as the site's key, and refuse one
-// that is empty or made up; yet their refusal has a status below 499, which counts as a success.
+// Engines that are sent the website's password. IndexNow engines use it as the site's key and refuse one that
+// is empty or invented; but their refusal has a status below 499, which counts as a success.
 namespace relay {
 
 struct EngineLists;
 struct clsEngines;
 
-// The engine's template holds <PASSWORD>.
+// True if the engine's template contains <PASSWORD>.
 bool sendsPassword(const clsEngines& engine) noexcept;
 
-// What a user of the starter catalogue should know.
+// For users of the starter catalogue.
 extern const std::string_view kPasswordKeyNotice;
 
-// The warning for a website without a password when one of the selected engines is sent it, or the one engine
-// is; empty where none is.
+// The warning about a website without a password: for the selected engines, or for one engine. Empty if none
+// of them is sent the password.
 std::string emptyPasswordWarning(const EngineLists& lists);
 std::string emptyPasswordWarning(const clsEngines& engine);
 

@@ -16,7 +16,7 @@ namespace {
 // Width of the column with types, adult sites and countries.
 constexpr int kWaysCharacters = 38;
 
-// Alt with one of these opens a menu of the window; two that share a key both lose it.
+// Alt with one of these letters opens a menu of the window. A shared key would work for neither.
 QString withoutMenuKey(QString caption) {
     const qsizetype mark = caption.indexOf(QLatin1Char('&'));
     const bool shared = mark >= 0 && QStringLiteral("FETAH").contains(caption.mid(mark + 1, 1));
@@ -100,7 +100,7 @@ void frmEnginePanel::connectButtons() {
                                void (EngineSelection::*operation)(bool), bool all) {
         connect(push, &QPushButton::clicked, this,
                 [this, operation, all] { (m_selection->*operation)(all); });
-        // The same command on the list's own menu.
+        // The same command in the context menu of the list.
         auto* action = new QAction(themedIcon(icon), push->text(), this);
         connect(action, &QAction::triggered, push, &QPushButton::click);
         if (!all) connect(list, &ListView::rowsSelected, action, &QAction::setEnabled);
@@ -112,7 +112,7 @@ void frmEnginePanel::connectButtons() {
            false);
     button(m_ui->cmdRemoveEngine_1, "UnselectAll", m_ui->lsvSelectedEngines, &EngineSelection::EngineRemove,
            true);
-    auto* drop = new QAction(themedIcon("DeleteURL"), tr("Take off this list\tDel"), this);
+    auto* drop = new QAction(themedIcon("DeleteURL"), tr("Remove from this list\tDel"), this);
     connect(drop, &QAction::triggered, this, [this] { m_selection->deleteListedEngines(); });
     m_ui->lsvEngines->addAction(drop);
     connect(m_ui->lsvEngines, &ListView::rowsSelected, drop, &QAction::setEnabled);

@@ -10,7 +10,9 @@ std::string exampleText(const std::string& examples) {
     std::string text = "\nExamples:\n";
     for (std::string line; std::getline(lines, line);) text += "  korvel-relay-cli " + line + "\n";
     if (text.find("--home try") != std::string::npos)
-        text += "\nThe home \"try\" is one with the practice catalogue: see korvel-relay-cli practice --help";
+        text +=
+            "\nThe home \"try\" has the practice catalogue: korvel-relay-cli --home try engines install "
+            "--practice";
     return text + "\nOptions for every command: see korvel-relay-cli --help";
 }
 

@@ -26,23 +26,22 @@ namespace {
 constexpr const char* kAbout = "Submits web sites to search engines, directories and link pages.";
 constexpr const char* kClosing =
     "\nThe switches /D (write a trace to Error.log) and /U (reports link to the engines' own pages) may\n"
-    "stand anywhere.\n"
+    "be anywhere.\n"
     "\n"
-    "Exit codes: 0 everything succeeded; 1 the run ended and some engine did not succeed;\n"
+    "Exit codes: 0 everything succeeded; 1 the run ended but some engines did not succeed;\n"
     "2 wrong usage; 3 could not run; 130 stopped by Ctrl-C.\n"
     "\n"
-    "Examples, on the practice catalogue, so that nothing leaves this computer. The first keeps running; "
-    "the\n"
-    "others go into a second terminal:\n"
+    "Examples with the practice catalogue, so nothing leaves this computer. The first command keeps\n"
+    "running; enter the others in a second terminal:\n"
     "  korvel-relay-cli --home try practice\n"
     "  korvel-relay-cli --home try engines install --practice\n"
     "  korvel-relay-cli website set shop.kws Title='Paper Shop' Email=info@shop.example\n"
     "  korvel-relay-cli website add-url shop.kws http://shop.example/\n"
     "  korvel-relay-cli --home try submit --website shop.kws --all\n"
     "\n"
-    "Each command tells more: korvel-relay-cli submit --help";
+    "Help for a command: korvel-relay-cli submit --help";
 
-// The switches are no options of the parser's kind: the logic looks for them in the whole command line.
+// The parser has no options of this form, and the logic looks for the switches in the whole command line.
 std::vector<std::string> withoutSwitches(const std::vector<std::string>& arguments) {
     std::vector<std::string> rest;
     for (const std::string& argument : arguments) {
@@ -51,7 +50,7 @@ std::vector<std::string> withoutSwitches(const std::vector<std::string>& argumen
     return rest;
 }
 
-// The whole parser: the options of every command and the commands.
+// The parser: the common options and the commands.
 class Parser final {
   public:
     explicit Parser(CommandLineContext& context) : m_app(kAbout, "korvel-relay-cli"), m_context(context) {
@@ -62,12 +61,12 @@ class Parser final {
         m_app.add_option("--home", context.homeOption, "Keep everything inside this folder")
             ->type_name("DIR")
             ->check(CLI::Validator([](std::string& text) { return text.empty() ? "is empty" : ""; }, ""));
-        m_app.add_flag("--json", context.json, "Results as JSON, one object a line");
-        m_app.add_flag("--quiet", context.quiet, "Results only: no progress, no messages but failures");
+        m_app.add_flag("--json", context.json, "Results as JSON, one object per line");
+        m_app.add_flag("--quiet", context.quiet, "Only results and failures: no progress, no other messages");
         addCommands();
     }
 
-    // Throws CLI::ParseError, also where help or the version was asked for.
+    // Throws CLI::ParseError, also for help and version.
     Command& parse(std::vector<std::string> arguments) {
         // The parser would take the next word for the folder.
         if (std::find(arguments.begin(), arguments.end(), "--home=") != arguments.end())
@@ -80,13 +79,14 @@ class Parser final {
         throw CLI::RequiredError("A command");
     }
 
-    // What the parser could not understand, in words of ours where its own would mislead.
+    // The usage error, in our own words where the parser's would mislead.
     std::string explain(const CLI::ParseError& error) const {
         if (error.get_name() != "RequiredError" || isCommandChosen()) return error.what();
         const std::vector<std::string> strangers = m_app.remaining(true);
-        return strangers.empty() ? "A command is missing." : "\"" + strangers.front() + "\" is no command.";
+        return strangers.empty() ? "A command is missing."
+                                 : "\"" + strangers.front() + "\" is not a command.";
     }
-    // "korvel-relay-cli website set", as far as the command line was understood.
+    // "korvel-relay-cli website set", as far as the command line was parsed.
     std::string usedName() const {
         std::string name = m_app.get_name();
         for (const CLI::App* app = &m_app; !app->get_subcommands().empty();) {
@@ -163,7 +163,7 @@ int parseAndExecute(const std::vector<std::string>& arguments, CommandLineContex
     }
 }
 
-// Results that nobody got are a failure of their own. A reader that simply left (a closed pipe) is not told.
+// Results that could not be written are a failure. If the reader closed the pipe, there is no message.
 int checkResults(CommandLineContext& context, int exitCode) {
     Console& console = context.console();
     if (console.out.flush()) return exitCode;

@@ -10,7 +10,8 @@
 #include "core/Failure.h"
 #include "core/Paths.h"
 #include "core/Text.h"
-#include "practice/PracticeCatalogue.h"
+#include "practice/PracticeWeb.h"
+#include "session/InstalledData.h"
 
 #include <algorithm>
 #include <cctype>
@@ -19,14 +20,14 @@
 namespace relay {
 
 EnginesInstallCommand::EnginesInstallCommand(CLI::App& parent, CommandLineContext& context)
-    : Command(parent, context, "install", "Put the catalogue that comes with the program into the home",
+    : Command(parent, context, "install", "Install the program's catalogue in the home",
               "--home try engines install --practice\n--home try engines install --practice --replace") {
-    app().add_flag("--replace", m_replace, "Replace files that are there and differ");
+    app().add_flag("--replace", m_replace, "Replace existing files that differ");
     CLI::Option* practice =
-        app().add_flag("--practice", m_practice, "The practice catalogue, for the practice web that runs");
+        app().add_flag("--practice", m_practice, "The practice catalogue, for a running practice web");
     app()
         .add_option("--practice-address", m_practiceAddress,
-                    "Where the practice web is (default: the one that runs for this home)")
+                    "Address of the practice web (default: the one running for this home)")
         ->type_name("HOST:PORT")
         ->needs(practice);
 }
@@ -59,7 +60,7 @@ void EnginesInstallCommand::compare(std::vector<CatalogueFile>& files) const {
     for (const std::string& path : compareWithHome(files)) inTheWay += "\n  " + path;
     if (!m_replace && !inTheWay.empty())
         throw Failure(
-            "Nothing was installed: these files are there already, and differ. --replace replaces them." +
+            "Nothing was installed: these files already exist and differ. Use --replace to replace them." +
             inTheWay);
 }
 

@@ -18,7 +18,7 @@ class EnginesInstallCommand final : public Command {
   private:
     std::string practiceAddress();
     std::vector<CatalogueFile> collect();
-    // Settles each file's state; throws Failure on a file that stands in the way.
+    // Sets the state of each file; throws Failure for files that may not be replaced.
     void compare(std::vector<CatalogueFile>& files) const;
 
     bool m_practice = false;

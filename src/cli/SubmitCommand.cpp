@@ -4,12 +4,11 @@
 #include "catalogue/PasswordKey.h"
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
-#include "cli/LoadEngines.h"
 #include "cli/StopSignal.h"
 #include "cli/SubmissionWatcher.h"
 #include "core/Failure.h"
+#include "core/FileSystem.h"
 #include "core/IniFile.h"
-#include "core/Paths.h"
 #include "projects/WebsiteKeys.h"
 #include "submission/SubmissionController.h"
 #include "submission/SubmissionRecords.h"
@@ -24,7 +23,7 @@ namespace relay {
 
 namespace {
 
-// Lists the websites for the run, in their order. Throws Failure when one cannot be submitted.
+// Adds the websites to the run, in order. Throws Failure when one cannot be submitted.
 void addSites(SubmissionController& controller, CommandLineContext& context,
               const std::vector<std::string>& files) {
     for (const std::string& file : files) {
@@ -64,7 +63,7 @@ SubmitCommand::SubmitCommand(CLI::App& parent, CommandLineContext& context)
         ->required();
     app()
         .add_option("--connections", m_connections,
-                    "Requests at a time, 1 to 1000 (default: as the settings say)")
+                    "Requests at a time, 1 to 1000 (default: from the settings)")
         ->type_name("N")
         ->check(CLI::Range(1, 1000));
     m_selection.addTo(app());
@@ -76,7 +75,7 @@ int SubmitCommand::execute() {
             "No engines are chosen. Choose them with --all, --type, --country, --engine or another option.");
     StopSignal& stop = context().console().stop;
     stop.watch();
-    if (!loadEngines(context())) return kCouldNotRun;
+    if (!context().loadEngines()) return kCouldNotRun;
     Catalogue& catalogue = context().home().catalogue;
     m_selection.apply(context(), catalogue);
     if (m_connections > 0) context().home().preference.Connections = m_connections;
@@ -96,7 +95,7 @@ int SubmitCommand::run(Catalogue& catalogue) {
     SubmissionWatcher watcher(context(), controller.state().lsvSiteSubmitting.count(),
                               controller.submit().NumOfEngines());
     QEventLoop loop;
-    // What cannot be told ends the run; the run itself would go on as if it had been.
+    // A failure to report ends the run, which would otherwise go on unreported.
     std::exception_ptr untold;
     const auto tell = [&](const auto& telling) {
         try {

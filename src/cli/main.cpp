@@ -19,8 +19,8 @@
 
 namespace {
 
-// A standard stream that the caller closed must not become the number of a file opened later. Writing to it
-// goes on failing.
+// The number of a standard stream that the caller closed must not be reused for another file. Writing to the
+// stream still fails.
 void occupyStandardStreams() {
     for (int descriptor = ::open("/dev/null", O_RDONLY); descriptor >= 0; descriptor = ::dup(descriptor)) {
         if (descriptor > STDERR_FILENO) {
@@ -40,8 +40,7 @@ int tellFailure(const std::exception& failure) noexcept {
     return relay::kCouldNotRun;
 }
 
-// What the handler of an event lets out is told and ends the event loops: the end they wait for may never
-// come.
+// Reports exceptions that leave an event handler and ends the event loops, whose end might never come.
 class Application final : public QCoreApplication {
   public:
     using QCoreApplication::QCoreApplication;
@@ -85,7 +84,7 @@ int run(int argc, char** argv) {
 int main(int argc, char** argv) {
     occupyStandardStreams();
     std::signal(SIGPIPE, SIG_IGN);
-    std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is a write that fails
+    std::signal(SIGXFSZ, SIG_IGN);  // exceeding the file size limit becomes a write error
     relay::raiseDescriptorLimit();
     try {
         return run(argc, argv);

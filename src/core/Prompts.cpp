@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/Prompts.h"
 
-#include "core/Paths.h"
+#include "core/FileSystem.h"
 #include "core/Text.h"
 
 namespace relay {

@@ -2,8 +2,8 @@
 #include "projects/UrlList.h"
 
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
 #include "core/ItemReader.h"
-#include "core/Paths.h"
 #include "core/Prompts.h"
 #include "core/Text.h"
 #include "core/Trap.h"
@@ -21,7 +21,7 @@ bool addNewItem(Rows& list, std::string_view url, std::string_view localFile) {
     row.text = url;
     row.icon = kUrlIcon;
     row.tag = localFile;
-    return list.tryAdd(std::move(row));
+    return list.tryAdd(row);
 }
 
 std::string getFirstSelectedItem(const Rows& list) {
@@ -73,7 +73,7 @@ bool UrlList::saveURLToFile(const std::string& file) {
         m_prompts.notice("URLs saved to " + file + ": " + std::to_string(m_list.count()));
         return true;
     }
-    // These words alone, whatever the reason.
+    // The same message for every reason.
     m_prompts.message(kInvalidFile, "Save URL List", Icon::Information);
     return false;
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "projects/Workspace.h"
 
+#include "core/FileNames.h"
+#include "core/FileSystem.h"
 #include "core/Paths.h"
 #include "core/Prompts.h"
 #include "core/Services.h"
@@ -89,7 +91,7 @@ bool Workspace::autoSave() {
         if (node.isProject()) saveDescription(node);
         if (!node.isWebsite()) return;
         if (node.file.empty()) placeFile(node, newWebsitePath(node.text));
-        words.clear();  // a failure of the save brings its own
+        words.clear();  // a failure of the save has its own
         settled = m_website.save(node.file, OpenWebsite::SaveWish::Leaving);
     });
     Q_EMIT saved();
@@ -110,7 +112,7 @@ void Workspace::autoSaveToLeave() {
     autoSave();
 }
 
-// Whether something was typed into the node's panel since it was shown or saved.
+// True if something was typed into the node's panel since it was shown or saved.
 bool Workspace::isTouched(const ProjectNode& node) {
     if (node.isWebsite()) return m_website.isTouched();
     return node.isProject() && descriptionLine(m_panels.txtProjectDescr) != node.description;
@@ -128,7 +130,7 @@ std::string Workspace::newWebsitePath(const std::string& name) const {
     return m_services.paths.inApp("Projects/" + fileName);
 }
 
-// Notes the website's file in its slot and its node.
+// Stores the website's file in its slot and its node.
 void Workspace::placeFile(ProjectNode& website, const std::string& path) {
     m_store.setSlot(website.parent->text, {website.slot, website.text, path});
     website.file = path;
@@ -138,12 +140,12 @@ ProjectNode& Workspace::currentProject() const {
     return m_CurrentNode->isWebsite() ? *m_CurrentNode->parent : *m_CurrentNode;
 }
 
-// It may stand in the index and not in the tree.
+// A project may be in the index but not in the tree.
 bool Workspace::isProjectTaken(const std::string& name) {
     return m_tree.isTaken(m_tree.root(), name) || m_store.holdsProject(name);
 }
 
-// The slot, or 0 for a project; none when it failed, which was shown.
+// The slot, or 0 for a project; none after a failure, which is shown.
 std::optional<int> Workspace::addToIndex(const std::string& project, const std::string& website,
                                          const std::string& file) {
     std::optional<int> slot;
@@ -152,7 +154,7 @@ std::optional<int> Workspace::addToIndex(const std::string& project, const std::
     return slot;
 }
 
-// The panels change only once the name is settled: stepping back leaves the open website as it is.
+// The panels change only when the name is chosen: cancelling leaves the open website as it is.
 void Workspace::newProject() {
     trap(m_services.prompts, "NewProjectAndWeb_Error: ", [this] {
         const std::string name = askNewName(m_services.prompts, NodeKind::Project,
@@ -180,8 +182,8 @@ void Workspace::newWebsite() {
         const std::optional<int> slot = addToIndex(project.text, name, path);
         if (!slot) return;
         if (m_services.preference.DontClearFields == 0) m_website.clearWebsiteFields();
-        // Nothing is saved first: the fields in the panel are not those of the new node's file, which may
-        // be there from an earlier website of that name.
+        // Nothing is saved first: the fields in the panel do not belong to the new node's file, which may
+        // exist from an earlier website of that name.
         showNode(m_tree.addWebsite(project, {*slot, name, path}), Fields::AsTheyAre);
         Q_EMIT panelOpened();
     });
@@ -316,7 +318,7 @@ bool Workspace::saveWebSite(const std::string& path) {
         chosen = file;
     });
     bool done = false;
-    // The failure brings its own words.
+    // The failure has its own text.
     trap(m_services.prompts, {}, [&] {
         if (!path.empty()) {
             done = m_website.save(path, OpenWebsite::SaveWish::Command);

@@ -50,8 +50,8 @@ void frmWebsitePanel::drawIcons() {
 }
 
 void frmWebsitePanel::makeToolbarReachable() {
-    // The buttons come before the list in the tab order, as in the window. Nothing is placed behind a widget
-    // without a focus policy, so the toolbar has one for as long as that takes.
+    // The buttons come before the list in the tab order, as in the window. setTabOrder ignores widgets
+    // without a focus policy, so the toolbar gets one for a moment.
     m_ui->ToolbarSiteURL->setFocusPolicy(Qt::TabFocus);
     QWidget* before = m_ui->ToolbarSiteURL;
     for (QAction* action : m_ui->ToolbarSiteURL->actions()) {
@@ -107,7 +107,7 @@ void frmWebsitePanel::bind(QLineEdit* edit, TextMember member) {
 }
 
 void frmWebsitePanel::bind(QPlainTextEdit* edit, TextMember member) {
-    // The fields' line breaks are CR LF; the screen's are LF.
+    // Line breaks are CR LF in the fields and LF on the screen.
     connect(edit, &QPlainTextEdit::textChanged, this, [this, edit, member] {
         take(member, typedText(*edit).replace(QLatin1Char('\n'), QStringLiteral("\r\n")));
     });

@@ -68,7 +68,7 @@ void ListView::setRows(Rows* rows, const std::vector<int>& columnCharacters) {
     m_rows = rows;
     m_columnCharacters = columnCharacters;
     setModel(rows);
-    // Connected behind the selection model, which forgets everything at a reset.
+    // Connected after the selection model, which is cleared by a reset.
     connect(rows, &QAbstractItemModel::modelReset, this, &ListView::followReset);
     connect(rows, &QAbstractItemModel::rowsRemoved, this, &ListView::followRows);
     layOutColumns();
@@ -137,7 +137,7 @@ void ListView::setEmptyAction(QAction& action) {
     placeEmptyButton();
 }
 
-// The hint, and the button below it, stand in the middle together.
+// The hint and the button below it are centred together.
 QRect ListView::hintPlace() const {
     constexpr int kMargin = 16;
     const QRect area = viewport()->rect().adjusted(kMargin, kMargin, -kMargin, -kMargin);
@@ -174,7 +174,7 @@ void ListView::selectionChanged(const QItemSelection& selected, const QItemSelec
         return;
     }
     const QScopedValueRollback<bool> following(m_following, true);
-    // The selection is on the screen already; nobody else needs to hear of the flags.
+    // The selection is already on the screen, so the flags need no signals.
     const QSignalBlocker quiet(m_rows);
     const auto mark = [this](const QItemSelection& ranges, bool on) {
         for (const QItemSelectionRange& range : ranges) {
@@ -187,8 +187,8 @@ void ListView::selectionChanged(const QItemSelection& selected, const QItemSelec
     tellSelection();
 }
 
-// Thousands of flags may change one by one: one look at all of them follows, and one repaint. Rows are of one
-// height and have no editors, so nothing else depends on a row's data.
+// Thousands of flags may change one by one: they are followed once, with one repaint. Rows have one height
+// and no editors, so nothing else depends on a row's data.
 void ListView::dataChanged(const QModelIndex&, const QModelIndex&, const QList<int>&) {
     viewport()->update();
     if (m_following || std::exchange(m_flagsChanged, true)) return;

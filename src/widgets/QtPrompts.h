@@ -15,13 +15,13 @@ namespace relay {
 // A dialog filter "Name (*.a)|*.a;*.b|Name|*.c|" as Qt's list "Name (*.a *.b)", "Name (*.c)".
 QStringList toQtFilters(std::string_view filter);
 
-// The door to the user in the window program: Qt's own boxes and dialogs, over the window in front. Boxes
-// show plain text and can be copied from.
+// Prompts of the window program: Qt's boxes and dialogs, over the front window. Boxes show plain text that
+// can be copied.
 class QtPrompts final : public Prompts {
   public:
-    // The window that boxes without an active window belong to.
+    // The parent of boxes when no window is active.
     void setWindow(QWidget* window) { m_window = window; }
-    // Where status texts go: the text, and after how many milliseconds it goes away, or 0.
+    // Receives status texts, and after how many milliseconds they disappear; 0 means never.
     using StatusSink = std::function<void(const QString& text, int milliseconds)>;
     void setStatusSink(StatusSink sink) { m_statusSink = std::move(sink); }
 
@@ -47,8 +47,8 @@ class QtPrompts final : public Prompts {
     StatusSink m_statusSink;
     QString m_lastFolder;
     int m_busyDepth = 0;
-    int m_boxes = 0;           // open, one over another
-    bool m_hourglass = false;  // the pointer as it is
+    int m_boxes = 0;           // open boxes, one over another
+    bool m_hourglass = false;  // whether the pointer is an hourglass
 };
 
 }  // namespace relay

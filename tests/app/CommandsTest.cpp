@@ -9,13 +9,13 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::Pair;
 
-TEST(CommandsTest, EachCommandIsThereForTheNodesAndThePanelsItServes) {
+TEST(CommandsTest, EachCommandIsEnabledForItsNodesAndPanels) {
     constexpr CommandState kStates[] = {{NodeKind::Root, MainPanel::Project},
                                         {NodeKind::Project, MainPanel::Project},
                                         {NodeKind::Project, MainPanel::Engines},
                                         {NodeKind::Website, MainPanel::Website},
                                         {NodeKind::Website, MainPanel::Engines}};
-    std::map<std::string, std::string> names;  // of the commands that are enabled in the same states
+    std::map<std::string, std::string> names;  // of commands enabled in the same states
     for (const Command& command : mainCommands()) {
         std::string enabled;
         for (const CommandState& state : kStates) enabled += command.isEnabled(state) ? '1' : '0';

@@ -5,6 +5,7 @@
 #include "app/WindowTest.h"
 #include "core/Failure.h"
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
 #include "core/ScreenText.h"
 #include "widgets/ListView.h"
 #include "widgets/QtPrompts.h"
@@ -75,7 +76,7 @@ TEST_F(MainWindowTest, AnEmptyHomeShowsTheSettingsOnceAndEndsInTheNotice) {
     EXPECT_EQ(settingsShown, 1);
 }
 
-TEST_F(MainWindowTest, TheWindowTakesItsSavedPlaceButStaysInReach) {
+TEST_F(MainWindowTest, TheWindowReturnsToItsSavedPlaceButStaysReachable) {
     settleHome(kSmallCatalogue);
     const auto placed = [this](const char* saved) {
         {
@@ -102,7 +103,7 @@ TEST_F(MainWindowTest, TheWindowTakesItsSavedPlaceButStaysInReach) {
     EXPECT_EQ(window().splitterPlace(), place);
 }
 
-TEST_F(MainWindowTest, QuickStartLeadsToItsCommands) {
+TEST_F(MainWindowTest, QuickStartLinksRunTheirCommands) {
     settleHome(kSmallCatalogue);
     start();
     QLabel& tips = find<QLabel>("lblQuickStartTips");
@@ -153,7 +154,7 @@ TEST_F(MainWindowTest, AMissingFieldComesToTheFront) {
     }
 }
 
-TEST_F(MainWindowTest, AClickThatIsRefusedLeavesTheHighlightWhereCommandsAct) {
+TEST_F(MainWindowTest, ARefusedClickLeavesTheHighlightOnTheCurrentNode) {
     startWithOneWebsite();
     type("txtSiteTitle", QStringLiteral("Typed"));
     setSaveFault([](SaveStep step) { return step == SaveStep::Create ? EROFS : 0; });
@@ -166,7 +167,7 @@ TEST_F(MainWindowTest, AClickThatIsRefusedLeavesTheHighlightWhereCommandsAct) {
         QTest::mouseClick(tree.viewport(), button, {}, shop);
         refused("click");
     }
-    // The menu of a node is not opened over a node that it would not act on.
+    // The menu does not open over a node that it would not affect.
     Q_EMIT tree.customContextMenuRequested(shop);
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
     QTest::mouseClick(tree.viewport(), Qt::RightButton, Qt::ControlModifier,
@@ -178,7 +179,7 @@ TEST_F(MainWindowTest, AClickThatIsRefusedLeavesTheHighlightWhereCommandsAct) {
     refused("closed project");
     setSaveFault({});
     tree.collapse(node("Shop"));
-    EXPECT_EQ(current() + ", " + highlighted(), "Shop, Shop") << "a node out of sight is left";
+    EXPECT_EQ(current() + ", " + highlighted(), "Shop, Shop") << "a hidden node does not stay current";
     EXPECT_FALSE(tree.isExpanded(node("Shop")));
 }
 
@@ -194,7 +195,7 @@ TEST_F(MainWindowTest, AHomeThatCannotBeWrittenIsShownOnceAndKeepsWhatWasTyped) 
     prompts.shown.clear();
     prompts.answers = {false, true};
     command("mnuFileItems_15");
-    EXPECT_THAT(titles(), ElementsAre("Error", "Exit")) << "shown again, and asked all the same";
+    EXPECT_THAT(titles(), ElementsAre("Error", "Exit")) << "shown again, and still asked";
     EXPECT_TRUE(window().isVisible());
     setSaveFault({});
     clickNode("Shop");
@@ -231,7 +232,7 @@ TEST_F(MainWindowTest, TheTreeIsSortedWidenedAndGuardedByKeys) {
     });
     Q_EMIT tree.customContextMenuRequested(QPoint(20, tree.viewport()->height() - 5));
     QCoreApplication::processEvents();
-    EXPECT_FALSE(opened) << "nothing is there to act on";
+    EXPECT_FALSE(opened) << "there is no node to act on";
 }
 
 TEST_F(MainWindowTest, TheToolbarOfTheUrlsComesBeforeTheirListInTheTabOrder) {
@@ -249,7 +250,7 @@ TEST_F(MainWindowTest, TheToolbarOfTheUrlsComesBeforeTheirListInTheTabOrder) {
         "ReplaceMetaTag Optimizer");
 }
 
-TEST(InputBoxTest, LongNamesAndTagsStandAsTheyReadInABoxOfTheUsualWidth) {
+TEST(InputBoxTest, LongNamesAndTagsAreShownLiterallyInABoxOfTheUsualWidth) {
     QtPrompts prompts;
     const std::string name = "<b>" + std::string(600, 'n') + "</b>";
     whenModal([&](QWidget& dialog) {
@@ -277,7 +278,7 @@ TEST_F(MainWindowTest, EveryBadProjectFileStillOpensAWindow) {
     }
 }
 
-TEST_F(MainWindowTest, NamesAreShownAsTheyReadAndNeverWidenTheWindow) {
+TEST_F(MainWindowTest, NamesAreShownLiterallyAndNeverWidenTheWindow) {
     settleHome(kSmallCatalogue);
     const QString name = QStringLiteral("<b>") + QString(300, QLatin1Char('p'));
     home.write("project.kwj", "[" + name.toStdString() + "]\r\nLast=1\r\n1=" + name.toStdString() + "|\r\n");
@@ -327,7 +328,7 @@ TEST_F(MainWindowTest, ALabelEditEndsByItsOwnKeysAndTheHighlightStaysRight) {
         Qt::Key end;          // Key_unknown: a click on Zoo
         const char* index;    // the names in the project index
         const char* current;  // ... and highlighted
-        const char* shown;    // the title of a box that was shown, and the editor is open again
+        const char* shown;    // the title of a box, after which the editor is open again
     };
     constexpr auto click = Qt::Key_unknown;
     const char* const same = "Shop Home Next Zoo";
@@ -378,7 +379,7 @@ TEST_F(MainWindowTest, ALabelEditEndsByItsOwnKeysAndTheHighlightStaysRight) {
         EXPECT_EQ(names, c.index);
         EXPECT_EQ(current() + ", " + highlighted(), std::string(c.current) + ", " + c.current);
         EXPECT_EQ(fileExists(home.path("Projects/Home.kws")), c.end == click && names.find("Shop") == 0)
-            << "only a click is a click on a node";
+            << "keys do not click on a node";
         std::filesystem::remove(home.path("Projects/Home.kws"));
         if (again) press(Qt::Key_Escape);
         prompts.shown.clear();
@@ -394,7 +395,7 @@ TEST_F(MainWindowTest, ALabelEditEndsByItsOwnKeysAndTheHighlightStaysRight) {
     }
 }
 
-TEST_F(MainWindowTest, ReportsOpenOrAreMissed) {
+TEST_F(MainWindowTest, ReportsOpenOrAMessageShowsThatTheyAreMissing) {
     settleHome(kSmallCatalogue);
     home.write("a.kws",
                "[Web Site Info]\r\nVersion=6.0\r\nLastURL=1\r\nLastReport=2\r\n[URL]\r\nURL1=http://a\r\n"
@@ -484,7 +485,7 @@ TEST_F(MainWindowTest, NoTwoOfTheKeysThatAPanelShowsAreTheSame) {
     check(QStringLiteral("engines: "));
 }
 
-TEST_F(MainWindowTest, TheLocalFileOfAUrlIsChosenAndHelpIsMissed) {
+TEST_F(MainWindowTest, TheLocalFileOfAUrlIsChosenAndMissingHelpIsReported) {
     startWithOneWebsite();
     find<QTabWidget>("SSTab1").setCurrentIndex(1);
     prompts.inputs = {"http://a.test/"};
@@ -531,7 +532,7 @@ TEST_F(MainWindowTest, EveryControlHasANameAndAPlaceInTheTabOrder) {
     EXPECT_GT(controls, 60);
 }
 
-TEST(WindowApplicationTest, WhatAHandlerLetsOutIsShownAndTheProgramGoesOn) {
+TEST(WindowApplicationTest, AnExceptionFromAHandlerIsShownAndTheProgramContinues) {
     auto& application = dynamic_cast<WindowApplication&>(*qApp);
     std::vector<std::string> shown;
     QObject failing;
@@ -569,7 +570,7 @@ TEST(SingleInstanceTest, TheSecondOnAHomeRaisesTheFirst) {
     EXPECT_EQ(SingleInstance(toScreen(other.paths().AppPath)).claim(), SingleInstance::Claim::Raised);
 }
 
-TEST(OptionsTest, SwitchesStandAnywhere) {
+TEST(OptionsTest, SwitchesMayBeAnywhere) {
     const Options options =
         readOptions({QStringLiteral("/d"), QStringLiteral("--home"), QStringLiteral("/tmp/x")});
     EXPECT_EQ(options.home, "/tmp/x");

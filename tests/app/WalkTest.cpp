@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A user's way through the window, by keys and clicks, and what it leaves on disk.
+// A user works through the window by keys and clicks; checks the files on disk.
 #include "app/WindowTest.h"
 #include "widgets/ListView.h"
 
@@ -33,7 +33,7 @@ class WalkTest : public WindowTest {
         command("NewWeb");
         EXPECT_EQ(current(), name);
     }
-    // Alt and the page's number.
+    // Presses Alt and the page's number.
     void page(int number) {
         bringUp();
         QTest::keyClick(&window(), static_cast<Qt::Key>(Qt::Key_0 + number), Qt::AltModifier);
@@ -227,7 +227,7 @@ TEST_F(WalkTest, ByKeysAloneFromAnEmptyHomeToASelectionAndBackToTheTree) {
     EXPECT_TRUE(find<QTreeView>("TreeView1").hasFocus());
 }
 
-TEST_F(WalkTest, EnginesAreSelectedInEachOfTheWays) {
+TEST_F(WalkTest, EnginesAreSelectedInEveryWay) {
     settleHome(kSmallCatalogue);
     home.write("project.kwj", "[Shop]\r\nDescription=\r\nLast=1\r\n1=Home|\r\n");
     start();
@@ -236,7 +236,7 @@ TEST_F(WalkTest, EnginesAreSelectedInEachOfTheWays) {
     EXPECT_FALSE(find<QAction>("Save").isEnabled());
     EXPECT_EQ(find<QCheckBox>("chkType_1").text(), QStringLiteral("&Directories(1)"));
 
-    tick("chkType_1");  // hot sites go along
+    tick("chkType_1");  // also selects hot sites
     EXPECT_THAT(selected(), ElementsAre("Beta Directory", "Delta Picks"));
     tick("chkType_1");
     EXPECT_THAT(selected(), IsEmpty());
@@ -276,7 +276,7 @@ TEST_F(WalkTest, EnginesAreSelectedInEachOfTheWays) {
     command("mnuEngineItems_1");
     EXPECT_THAT(selected(), ElementsAre("Alpha Search", "Gamma Links", "Delta Picks"));
 
-    clickNode("Shop/Home");  // the node that is current already leads back to its panel
+    clickNode("Shop/Home");  // a click on the current node leads back to its panel
     EXPECT_TRUE(find<QWidget>("SSTab1").isVisible());
     EXPECT_TRUE(find<QAction>("Save").isEnabled());
 }

@@ -10,8 +10,8 @@ namespace relay::test {
 
 using testing::HasSubstr;
 
-// What a newcomer copies out of the help must not reach anybody's server: examples that read a catalogue use
-// a home with the practice one, and the engines they name are in it.
+// Examples that are copied from the help must not reach anybody's server: those that read a catalogue use a
+// home with the practice catalogue, and the engines they name are in it.
 TEST(HelpTest, EachHelpHasItsOwnExamplesOnThePracticeCatalogue) {
     CommandLineFixture cli;
     const std::string practice = readFile(RELAY_DATA_FOLDER "/practice/krveng5.dat");

@@ -21,7 +21,7 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
-// One object a line, and nothing else.
+// One object per line, and nothing else.
 std::vector<nlohmann::json> parseLines(const std::string& text) {
     std::vector<nlohmann::json> objects;
     std::istringstream lines(text);
@@ -37,7 +37,7 @@ class SubmitTest : public testing::Test {
         m_cli.home.write("data/catkws.dat", "[General For All Links]\r\nOther=1\r\nEND\r\n");
     }
 
-    // Engines of type ENG, named after the outcome they play, with an ending where the case wants one.
+    // Engines of type ENG, named after the outcome they play, with an optional ending.
     void useEngines(const std::vector<std::string>& outcomes, const std::string& ending = {}) {
         std::string text;
         for (const std::string& outcome : outcomes)
@@ -83,7 +83,7 @@ TEST_F(SubmitTest, WarnsOfAnEmptyPasswordThatAnEngineIsSent) {
     EXPECT_THAT(told, Not(HasSubstr(keyed + ": The website has no password")));
 }
 
-TEST_F(SubmitTest, SubmitsTheUrlsOfAllWebsitesInOrderAndTellsTheOutcome) {
+TEST_F(SubmitTest, SubmitsTheUrlsOfAllWebsitesInOrderAndReportsTheOutcome) {
     useEngines({"submit", "404"});
     const std::string first = website("first", {"http://a.test/", "http://a.test/b"});
     const std::string second = website("second", {"http://c.test/", "http://c.test?"});
@@ -115,7 +115,7 @@ TEST_F(SubmitTest, SubmitsTheUrlsOfAllWebsitesInOrderAndTellsTheOutcome) {
                   reports +
                   "c.test_(2002-Apr-01-1305).html\n"
                   "\n"
-                  "2 reports share one file, which holds the last of them.\n");
+                  "2 reports share one file, which contains the last of them.\n");
     EXPECT_THAT(m_cli.home.read("Reports/Submition/a.test_b(2002-Apr-01-1305).html"), HasSubstr("submit"));
     EXPECT_THAT(m_cli.home.read("first.kws"), HasSubstr("LastReport=2\r\n"));
 }
@@ -188,7 +188,7 @@ TEST_F(SubmitTest, RefusesWebsitesThatCannotBeSubmitted) {
     EXPECT_THAT(receivedUrls(), IsEmpty());
 }
 
-TEST_F(SubmitTest, GoesOnWhereAReportCannotBeWritten) {
+TEST_F(SubmitTest, ContinuesWhenAReportCannotBeWritten) {
     useEngines({"submit"});
     const std::string file = website("site", {"http://a.test/", "http://b.test/"});
     m_cli.home.write("Reports", "a file where the folder should be");
@@ -202,7 +202,7 @@ TEST_F(SubmitTest, GoesOnWhereAReportCannotBeWritten) {
     EXPECT_THAT(m_cli.home.read("site.kws"), Not(HasSubstr("LastReport")));
 }
 
-TEST_F(SubmitTest, TellsAReportThatIsThereFromOneThatIsNot) {
+TEST_F(SubmitTest, DistinguishesAFaultyReportFromAMissingOne) {
     useEngines({"submit"});
     const std::string file = website("site", {"http://a.test/"});
     std::filesystem::create_directories(m_cli.home.path("fail.eng/full"));
@@ -210,20 +210,20 @@ TEST_F(SubmitTest, TellsAReportThatIsThereFromOneThatIsNot) {
     const CommandResult result = m_cli.run({"submit", "--website", file, "--all"});
 
     EXPECT_EQ(result.code, 1);
-    EXPECT_THAT(result.err, HasSubstr("was written, but not everything that goes with it: " +
-                                      m_cli.home.path("fail.eng") + ": Is a directory"));
+    EXPECT_THAT(result.err, HasSubstr("was written, but with an error: " + m_cli.home.path("fail.eng") +
+                                      ": Is a directory"));
     EXPECT_THAT(result.out, Not(HasSubstr("(not written)")));
     EXPECT_THAT(m_cli.home.read("site.kws"), HasSubstr("LastReport=1"));
 }
 
-TEST_F(SubmitTest, TellsWhatIsLostOfALongUrl) {
+TEST_F(SubmitTest, WarnsThatALongUrlIsCut) {
     const std::string file = website("site", {});
     EXPECT_THAT(m_cli.run({"website", "add-url", file, std::string(559, 'u')}).err, IsEmpty());
     EXPECT_THAT(m_cli.run({"website", "add-url", file, std::string(560, 'v')}).err,
                 HasSubstr("Only the first 559 bytes are used: vvv"));
 }
 
-TEST_F(SubmitTest, TheSwitchesStandAnywhereAndInEitherCase) {
+TEST_F(SubmitTest, TheSwitchesMayBeAnywhereInEitherCase) {
     useEngines({"submit"});
     m_cli.home.write("data/krveng5.dat", m_cli.home.read("data/krveng5.dat") +
                                              "Name=Broken\r\nAction=http://a.test/\r\nQuery=none\r\n");

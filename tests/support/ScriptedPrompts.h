@@ -41,7 +41,7 @@ class ScriptedPrompts final : public Prompts {
     void status(std::string_view text) override;
     void notice(std::string_view text) override;
 
-    // "" when nothing was shown.
+    // Empty when nothing was shown.
     const Shown& last() const;
 };
 
