@@ -49,7 +49,7 @@ PracticeCommand::PracticeCommand(CLI::App& parent, CommandLineContext& context)
         ->check(CLI::Range(0, 65535));
 }
 
-void PracticeCommand::tellAddress(const std::string& address) {
+void PracticeCommand::writeAddress(const std::string& address) {
     std::ostream& out = context().out();
     if (context().json) {
         JsonLine().add("address", address).write(out);
@@ -78,7 +78,7 @@ int PracticeCommand::execute() {
     } catch (const Failure& failure) {
         context().warn(std::string("Other commands will not find the practice web: ") + failure.what());
     }
-    tellAddress(web.address());
+    writeAddress(web.address());
     QEventLoop loop;
     QObject::connect(&stop, &StopSignal::requested, &loop, &QEventLoop::quit);
     const int failed = stop.poll() ? 0 : loop.exec();
