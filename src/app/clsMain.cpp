@@ -2,9 +2,11 @@
 #include "app/clsMain.h"
 
 #include "catalogue/Catalogue.h"
+#include "catalogue/PasswordKey.h"
 #include "core/Prompts.h"
 #include "core/Services.h"
 #include "core/clsPreference.h"
+#include "practice/StarterServer.h"
 
 namespace relay {
 
@@ -12,6 +14,7 @@ clsMain::clsMain(const Services& services, Catalogue& ownCatalogue)
     : catalogue(ownCatalogue),
       website(catalogue, services.prompts),
       workspace(services, website),
+      update(services, ownCatalogue, starterServer(services.paths)),
       m_services(services) {}
 
 std::vector<std::string> clsMain::webTypes() const {
@@ -23,6 +26,11 @@ std::vector<std::string> clsMain::webTypes() const {
 
 std::vector<std::string> clsMain::languages() {
     return {"English", "German", "Franch", "Italian", "Spanish", "Japanese", "Chinese", "Others"};
+}
+
+std::string clsMain::passwordWarning() const {
+    if (!workspace.currentNode()->isWebsite() || !website.fields.txtPassword.empty()) return {};
+    return emptyPasswordWarning(catalogue.lists);
 }
 
 bool clsMain::readyToSubmit() {

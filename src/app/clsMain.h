@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "catalogue/EngineUpdate.h"
 #include "projects/OpenWebsite.h"
 #include "projects/Workspace.h"
 
@@ -21,6 +22,7 @@ class clsMain final {
     Catalogue& catalogue;
     OpenWebsite website;
     Workspace workspace;
+    EngineUpdate update;
 
     // Items of cboWebType; includes adult sites unless they are refused.
     std::vector<std::string> webTypes() const;
@@ -29,6 +31,8 @@ class clsMain final {
     // The checks of the toolbar's "Submit": saves, refuses an empty selection (and shows the engine screen),
     // and offers to block mail from free-for-all sites. True when the submission may open.
     bool readyToSubmit();
+    // The warning for an open website without a password if a selected engine would be sent it; else empty.
+    std::string passwordWarning() const;
 
   private:
     const Services& m_services;

@@ -18,6 +18,12 @@ constexpr std::string_view kDownload =
     "screen.";
 }  // namespace
 
+const std::string_view kMissingDataNotice =
+    "Engine Data file was not found or missing. If this is the first time you run the program, you need to "
+    "download the engine data file from our web server to make Korvel Relay works correctly. \r\n\r\nPlease "
+    "click on the 'File/Update Engine Data' menu item from the menu bar and following the instruction on the "
+    "screen. Please re-start the program after you updated the engine data file.";
+
 Catalogue::Catalogue(const Services& services)
     : countries(services.paths),
       categories(services),
@@ -32,7 +38,9 @@ bool Catalogue::engineDataPresent() const {
 }
 
 bool Catalogue::loadEngineData() {
-    return loadEngineCategory() && loadEngines();
+    const bool loaded = loadEngineCategory() && loadEngines();
+    if (afterLoad) afterLoad();
+    return loaded;
 }
 
 void Catalogue::RefreshEngineData() {
@@ -46,6 +54,7 @@ void Catalogue::RefreshEngineData() {
 void Catalogue::forgetEngines() {
     engineCategories = EngineCategories();
     engineLoader.clear();
+    if (afterLoad) afterLoad();
 }
 
 template <typename Load>

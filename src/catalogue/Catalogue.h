@@ -16,6 +16,9 @@ namespace relay {
 
 struct Services;
 
+// Shown when the engines' data files are missing: at the start, and by the command line.
+extern const std::string_view kMissingDataNotice;
+
 // Everything read from the catalogue's files, and the selection made from it.
 class Catalogue final {
   public:
@@ -30,6 +33,8 @@ class Catalogue final {
 
     // Called before the message about a failed load (the window closes its splash).
     std::function<void()> beforeFailure;
+    // Called after a load (the window updates what is not a list).
+    std::function<void()> afterLoad;
 
     // True if both data files of the engines exist.
     bool engineDataPresent() const;

@@ -82,7 +82,6 @@ EngineUpdate::EngineUpdate(const Services& services, Catalogue& catalogue, OwnSe
         m_silent = true;
         m_client.Abort();
     });
-    open();
 }
 
 void EngineUpdate::open(std::string_view prompt) {
@@ -148,6 +147,8 @@ void EngineUpdate::GetFile() {
         return;
     }
     m_requested = true;
+    m_state.step = std::string(kUpdateFiles[m_index].name) + " (" + std::to_string(m_index + 1) + " of " +
+                   std::to_string(kUpdateFiles.size()) + ")";
     m_silence.start(patience(m_services.preference) * 1000);
     Q_EMIT changed();
 }
@@ -254,6 +255,8 @@ void EngineUpdate::leave(UpdateEnding ending) {
     m_silence.stop();
     m_own.reset();
     m_state.startEnabled = true;
+    m_state.step.clear();
+    m_state.maximum = m_state.value = 0;
     m_state.canUndo = m_store.canUndo();
     trap(m_services.prompts, "compareCatalogues_Error: ", [&] {
         m_change = m_store.hasStored() ? m_store.change(m_services.preference.refusesAdultSites())

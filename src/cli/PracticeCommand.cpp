@@ -42,7 +42,7 @@ std::optional<std::string> otherPracticeWeb(const Paths& paths) {
 
 PracticeCommand::PracticeCommand(CLI::App& parent, CommandLineContext& context)
     : Command(parent, context, "practice", "Run the practice web until Ctrl-C",
-              "practice\npractice --port 8080\nengines install --practice (in a second terminal)") {
+              "--home try practice\n--home try practice --port 8080") {
     app()
         .add_option("--port", m_port, "Port on this machine (default: a free one)")
         ->type_name("N")
@@ -66,8 +66,7 @@ int PracticeCommand::execute() {
     stop.watch();
     const Paths& paths = context().home().paths;
     PracticeWeb web;
-    describeEngines(web,
-                    installedDataFolder(context().console().programFolder, context().console().environment));
+    describeEngines(web, paths.installedData);
     web.start(m_port);
     std::optional<PracticeAddress> kept;
     try {

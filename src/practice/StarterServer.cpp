@@ -1,28 +1,24 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "practice/StarterServer.h"
 
+#include "catalogue/CatalogueFiles.h"
 #include "catalogue/UpdateFiles.h"
-#include "core/Failure.h"
-#include "core/FileStore.h"
+#include "core/Paths.h"
+
+#include <memory>
 
 namespace relay {
 
-UpdateTexts readUpdateTexts(const std::string& installedData, const std::string& engines) {
-    if (installedData.empty())
-        throw Failure(
-            "The files installed with the program are missing. Set KORVEL_RELAY_DATA to their folder.");
-    const std::string folder = installedData + "/";
+UpdateTexts readUpdateTexts(const Paths& paths, std::string_view engines) {
     UpdateTexts texts;
-    for (const UpdateFile& file : kUpdateFiles) {
-        const std::string sub = file.ofEngines && !engines.empty() ? engines + "/" : "";
-        texts.emplace(file.serverPath, readFile(folder + sub + std::string(file.name)));
-    }
-    texts.emplace(kNewsPath, readFile(folder + "news/news.dat"));
+    for (const UpdateFile& file : kUpdateFiles)
+        texts.emplace(file.serverPath, readInstalledFile(paths, file.name, file.ofEngines ? engines : ""));
+    texts.emplace(kNewsPath, readInstalledFile(paths, "news.dat", "news"));
     return texts;
 }
 
-StarterServer::StarterServer(const std::string& installedData)
-    : m_files(readUpdateTexts(installedData)),
+StarterServer::StarterServer(const Paths& paths)
+    : m_files(readUpdateTexts(paths)),
       m_server("starter server", [this](const PracticeRequest& request) {
           PracticeReply reply;
           const auto file = m_files.find(request.path());
@@ -36,6 +32,13 @@ StarterServer::StarterServer(const std::string& installedData)
       }) {
     m_server.listen();
     m_server.serve();
+}
+
+EngineUpdate::OwnServer starterServer(const Paths& paths) {
+    return [&paths] {
+        const auto server = std::make_shared<const StarterServer>(paths);
+        return std::shared_ptr<const std::string>(server, &server->address());
+    };
 }
 
 }  // namespace relay
