@@ -121,8 +121,8 @@ constexpr Command kMainCommands[] = {
     {"mnuFileItems_10", "Import", "", "", inProject},
     {"mnuImportItems_0", "Import", "", "", inProject, kFile, afterSave<&Workspace::addWebSite>},
     {"mnuImportItems_2", "Import"},
-    {"mnuFileItems_12", "UpdateEngines", "Fetch the current engine data from the update server", "", always, kFile,
-     updateEngines},
+    {"mnuFileItems_12", "UpdateEngines", "Fetch the current engine data from the update server", "", always,
+     kFile, updateEngines},
     {"mnuFileItems_13", "Configuration", "", "Ctrl+,", always, kFile, configure},
     {"mnuFileItems_15", "Exit", "", "Ctrl+Q", always, kFile, leave},
     // Engines. Their failures are complete messages.

@@ -27,7 +27,8 @@ std::string readInstalledFile(const Paths& paths, std::string_view name, std::st
 // Reads the word lists and the engines' files that are installed with the program; the engines' files come
 // from the sub-folder `engines` if that is given. Throws Failure when a file is missing.
 std::vector<CatalogueFile> readCatalogueFiles(const Paths& paths, std::string_view engines = {});
-// Sets each file's state from what the home contains; the CR LF that an update adds is no difference. Returns the paths of existing files that differ.
+// Sets each file's state from what the home contains; the CR LF that an update adds is no difference. Returns
+// the paths of existing files that differ.
 std::vector<std::string> compareWithHome(std::vector<CatalogueFile>& files);
 // Writes the files that are not unchanged. Throws Failure.
 void writeCatalogueFiles(const std::vector<CatalogueFile>& files);

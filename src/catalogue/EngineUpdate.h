@@ -25,7 +25,7 @@ struct UpdateState final {
     bool Label1IsError = false;
     std::string Label2;  // empty: hidden
     bool startEnabled = true;
-    std::string step;  // "krveng5.dat (1 of 5)" while a file is fetched
+    std::string step;          // "krveng5.dat (1 of 5)" while a file is fetched
     std::int64_t maximum = 0;  // of the bar, in bytes; 0 while unknown
     std::int64_t value = 0;
     std::string reason;   // why the update failed or cannot start; else empty

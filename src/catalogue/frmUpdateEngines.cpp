@@ -90,7 +90,8 @@ void frmUpdateEngines::showTexts(const UpdateState& state) {
 void frmUpdateEngines::showProgress(const UpdateState& state) {
     // Without a length the bar only shows that something arrives.
     const bool lengthUnknown = state.value > 0 && state.maximum < state.value;
-    m_ui->ProgressBar1->setRange(0, lengthUnknown ? 0 : static_cast<int>(std::max<std::int64_t>(state.maximum, 1)));
+    m_ui->ProgressBar1->setRange(
+        0, lengthUnknown ? 0 : static_cast<int>(std::max<std::int64_t>(state.maximum, 1)));
     m_ui->ProgressBar1->setValue(static_cast<int>(state.value));
     m_ui->ProgressBar1->setFormat(state.step.empty() ? QStringLiteral("%p%")
                                                      : toScreen(state.step) + QStringLiteral("  %p%"));
@@ -103,7 +104,8 @@ void frmUpdateEngines::showLink() {
     if (isLink) {
         const QColor colour = palette().color(m_linkHovered ? QPalette::Link : QPalette::WindowText);
         html = QStringLiteral("<a href=\"installer\" style=\"color:%1; text-decoration:%2\">%3</a>")
-                   .arg(colour.name(), m_linkHovered ? QStringLiteral("underline") : QStringLiteral("none"), html);
+                   .arg(colour.name(), m_linkHovered ? QStringLiteral("underline") : QStringLiteral("none"),
+                        html);
     }
     // A label that gets the same text again would forget that the pointer is over its link.
     if (m_ui->Label2->text() != html) m_ui->Label2->setText(html);
@@ -114,7 +116,8 @@ void frmUpdateEngines::showLink() {
 
 // Labels that wrap need more height than the layout's minimum.
 void frmUpdateEngines::fitHeight() {
-    const int needed = std::min(layout()->totalHeightForWidth(width()), screen()->availableGeometry().height());
+    const int needed =
+        std::min(layout()->totalHeightForWidth(width()), screen()->availableGeometry().height());
     setMinimumHeight(needed);
     if (height() < needed) resize(width(), needed);
 }

@@ -9,6 +9,7 @@
 #include "cli/PracticeCommand.h"
 #include "cli/PreviewCommand.h"
 #include "cli/SubmitCommand.h"
+#include "cli/UpdateCommand.h"
 #include "cli/WebsiteCommands.h"
 #include "core/Failure.h"
 #include "core/Text.h"
@@ -131,6 +132,7 @@ class Parser final {
         add<EnginesListCommand>(engines);
         add<EnginesCheckCommand>(engines);
         add<EnginesInstallCommand>(engines);
+        add<UpdateCommand>(m_app);
         add<PreviewCommand>(m_app);
         add<SubmitCommand>(m_app);
         add<PracticeCommand>(m_app);

@@ -51,6 +51,12 @@ JsonLine& JsonLine::add(std::string_view key, std::int64_t number) {
     return *this;
 }
 
+JsonLine& JsonLine::addJson(std::string_view key, std::string_view json) {
+    addKey(key);
+    m_line += json;
+    return *this;
+}
+
 void JsonLine::write(std::ostream& out) const {
     out << (m_line.empty() ? "{" : withoutRawControls(m_line)) << "}\n";
 }

@@ -14,6 +14,8 @@ class JsonLine final {
   public:
     JsonLine& add(std::string_view key, std::string_view text);
     JsonLine& add(std::string_view key, std::int64_t number);
+    // A value that is JSON already.
+    JsonLine& addJson(std::string_view key, std::string_view json);
     // Writes the object and a line end.
     void write(std::ostream& out) const;
 

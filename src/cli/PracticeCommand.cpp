@@ -10,7 +10,9 @@
 #include "core/FileStore.h"
 #include "core/FileSystem.h"
 #include "core/Paths.h"
+#include "core/Trap.h"
 #include "practice/PracticeWeb.h"
+#include "practice/StarterServer.h"
 #include "session/InstalledData.h"
 
 #include <QEventLoop>
@@ -28,6 +30,11 @@ void describeEngines(PracticeWeb& web, const std::string& dataFolder) {
     const std::string categories = dataFolder + "/practice/catkws.dat";
     if (fileExists(engines) && fileExists(categories))
         web.describeEngines(readFile(engines), readFile(categories));
+}
+
+// Without the installed files the practice web is no update server.
+void publishUpdate(PracticeWeb& web, const Paths& paths) {
+    failureOf([&] { web.publish(readUpdateTexts(paths, "practice")); });
 }
 
 std::optional<std::string> otherPracticeWeb(const Paths& paths) {
@@ -67,6 +74,7 @@ int PracticeCommand::execute() {
     const Paths& paths = context().home().paths;
     PracticeWeb web;
     describeEngines(web, paths.installedData);
+    publishUpdate(web, paths);
     web.start(m_port);
     std::optional<PracticeAddress> kept;
     try {

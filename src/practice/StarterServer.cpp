@@ -18,8 +18,7 @@ UpdateTexts readUpdateTexts(const Paths& paths, std::string_view engines) {
 }
 
 StarterServer::StarterServer(const Paths& paths)
-    : m_files(readUpdateTexts(paths)),
-      m_server("starter server", [this](const PracticeRequest& request) {
+    : m_files(readUpdateTexts(paths)), m_server("starter server", [this](const PracticeRequest& request) {
           PracticeReply reply;
           const auto file = m_files.find(request.path());
           if (file == m_files.end()) {

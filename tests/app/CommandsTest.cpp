@@ -31,7 +31,7 @@ TEST(CommandsTest, EachCommandIsEnabledForItsNodesAndPanels) {
                             Pair("11111",
                                  " NewProject NewWeb Engines Submit mnuFileItems_0 mnuFileItems_13 "
                                  "mnuFileItems_15 mnuHelpItems_0 mnuHelpItems_6 mnuHelpItems_7 "
-                                 "mnuHelpItems_8 mnuHelpItems_10 InstallCatalogue")));
+                                 "mnuHelpItems_8 mnuHelpItems_10")));
 }
 
 TEST(CommandsTest, ADisabledCommandSaysWhyWhereItIsNotPlainToSee) {
