@@ -42,7 +42,8 @@ void UpdateStore::store(std::size_t index, std::string_view text) {
     const FolderLock lock(ledger());
     const bool exists = fileExists(path);
     // A full disk fails here, while the update before can still be taken back.
-    if (exists) writeFile(previousOf(path), readFile(path));
+    const std::string old = textOf(path);
+    if (exists) writeFile(previousOf(path), old);
     IniFile stored = m_begun ? IniFile::load(ledger()) : IniFile();
     stored.setValue(kSection, file.name, exists ? kKept : kAbsent);
     stored.save(ledger());
@@ -50,8 +51,12 @@ void UpdateStore::store(std::size_t index, std::string_view text) {
     try {
         writeFile(path, std::string(text).append("\r\n"));
     } catch (const std::exception&) {
-        stored.setValue(kSection, file.name, {});
-        failureOf([&] { stored.save(ledger()); });  // the failure of the file is the one to show
+        // Only the last step may fail with the new file in place. The failure to show is that of the file.
+        failureOf([&] {
+            if (fileExists(path) != exists || textOf(path) != old) return;
+            stored.setValue(kSection, file.name, {});
+            stored.save(ledger());
+        });
         throw;
     }
 }

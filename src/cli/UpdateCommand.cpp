@@ -122,9 +122,9 @@ void UpdateCommand::reportEnd(const EngineUpdate& update, bool updated) {
         table.add({file.name, std::to_string(file.status), std::to_string(file.bytes)});
     if (!table.empty()) table.write(out, context().colours());
     out << change.counts() << '\n';
-    context().note(m_undo    ? "The last update was taken back."
+    context().note(m_undo    ? std::string("The last update was taken back.")
                    : updated ? "Engine files have been successfully updated."
-                             : "The files after these were left as they are.");
+                             : std::to_string(m_files.size() - 1) + " of 5 files were replaced.");
 }
 
 }  // namespace relay

@@ -149,6 +149,27 @@ TEST_F(HttpClientTest, SendsExactlyTheseHeaders) {
     EXPECT_EQ(server.connections(), 4);
 }
 
+TEST_F(HttpClientTest, AsksTheProxyThatIsSetAndNoOther) {
+    FaultServer proxy([](Peer& peer) { peer.send(FaultServer::answer(200, "through")); });
+    FaultServer server([](Peer& peer) { peer.send(FaultServer::answer(200, "direct")); });
+    const std::string line = "GET http://far.test/a?b HTTP/1.0\r\nHost: far.test\r\n";
+    const std::string agent = "User-Agent: Dart Communications PowerTCP\r\n\r\n";
+    for (const HttpProxy& named : {HttpProxy{proxy.host(), "ada", ""}, HttpProxy{proxy.host(), "", "sesame"},
+                                   HttpProxy{proxy.host(), "ada", "sesame"}}) {
+        client.setProxy(named);
+        EXPECT_EQ(fetch("http://far.test/a?b").text, "through");
+    }
+    EXPECT_EQ(client.Length(), 7);
+    client.setProxy({});
+    EXPECT_EQ(fetch(server.url("/")).text, "direct");
+    const std::vector<std::string> requests = proxy.requests();
+    ASSERT_EQ(requests.size(), 3U);
+    EXPECT_EQ(requests[0], line + agent);
+    EXPECT_EQ(requests[1], line + agent);
+    EXPECT_EQ(requests[2], line + "Proxy-Authorization: Basic YWRhOnNlc2FtZQ==\r\n" + agent);
+    EXPECT_EQ(server.requests().at(0).find("Proxy"), std::string::npos);
+}
+
 TEST_F(HttpClientTest, EndsEveryReplyWithItsStatusAndTheTextReceived) {
     const auto flood = [](std::string start, std::string line) {
         return [start, line](Peer& peer) {
