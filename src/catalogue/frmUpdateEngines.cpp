@@ -93,7 +93,7 @@ void frmUpdateEngines::showProgress(const UpdateState& state) {
     m_ui->ProgressBar1->setRange(
         0, lengthUnknown ? 0 : static_cast<int>(std::max<std::int64_t>(state.maximum, 1)));
     m_ui->ProgressBar1->setValue(static_cast<int>(state.value));
-    m_ui->ProgressBar1->setFormat(state.step.empty() ? QStringLiteral("%p%")
+    m_ui->ProgressBar1->setFormat(state.step.empty() ? QString()
                                                      : toScreen(state.step) + QStringLiteral("  %p%"));
 }
 

@@ -85,8 +85,9 @@ int UpdateCommand::fetch(EngineUpdate& update) {
     update.Start();
     const int failed = ending ? 0 : loop.exec();
     if (!ending) return failed != 0 ? failed : kCouldNotRun;
+    if (*ending == UpdateEnding::CouldNotRun) return kCouldNotRun;  // a box said why
     if (!update.state().reason.empty()) context().warn(update.state().reason);
-    if (*ending != UpdateEnding::CouldNotRun) reportEnd(update, *ending == UpdateEnding::Updated);
+    reportEnd(update, *ending == UpdateEnding::Updated);
     return exitCodeOf(*ending);
 }
 

@@ -156,7 +156,8 @@ void ListView::placeEmptyButton() {
     const QRect hint = hintPlace();
     m_emptyButton->setGeometry(hint.center().x() - size.width() / 2, hint.bottom() + kButtonGap, size.width(),
                                size.height());
-    const bool hadFocus = m_emptyButton->hasFocus();
+    // Also while a dialog is over the window.
+    const bool hadFocus = window()->focusWidget() == m_emptyButton;
     m_emptyButton->setVisible(m_rows == nullptr || m_rows->empty());
     if (hadFocus && m_emptyButton->isHidden()) setFocus(Qt::OtherFocusReason);
 }

@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTabWidget>
@@ -53,10 +54,40 @@ class WalkTest : public WindowTest {
         EXPECT_TRUE(waitUntil([&] { return current() == name.toStdString(); }));
     }
 
+    // Opens the update from the empty list, starts it, takes it back, and starts it again.
+    void updateByKeys();
     void fillHome();
     void addUrls();
     void chooseCategory();
 };
+
+void WalkTest::updateByKeys() {
+    whenModal([this](QWidget& dialog) {
+        const auto updated = [&] {
+            const auto& label = control<QLabel>(dialog, "Label1");
+            return label.text().startsWith(QLatin1String("Engine files have been successfully updated."));
+        };
+        const auto key = [](Qt::Key pressed, Qt::KeyboardModifiers modifiers = {}) {
+            QTest::keyClick(QApplication::focusWidget(), pressed, modifiers);
+        };
+        EXPECT_TRUE(waitUntil([&] { return control<QPushButton>(dialog, "Command1_1").hasFocus(); }));
+        key(Qt::Key_Return);
+        EXPECT_TRUE(waitUntil(updated));
+        EXPECT_THAT(control<QPlainTextEdit>(dialog, "txtChanges").toPlainText().toStdString(),
+                    testing::StartsWith("Engines added: 7, removed: 0, changed: 0.\n\nAdded:\n"));
+        prompts.answers = {true};
+        key(Qt::Key_T, Qt::AltModifier);
+        // A button acts a moment after its key.
+        EXPECT_TRUE(waitUntil([&] { return prompts.last().title == "Update Engine Data" && !updated(); }));
+        EXPECT_EQ(home.read("data/krveng5.dat"), "broken");
+        EXPECT_TRUE(rowTexts("lsvEngines").empty());
+        key(Qt::Key_S, Qt::AltModifier);
+        EXPECT_TRUE(waitUntil(updated));
+        key(Qt::Key_C, Qt::AltModifier);
+    });
+    press(Qt::Key_Space);
+    bringUp();
+}
 
 void WalkTest::fillHome() {
     page(1);
@@ -166,6 +197,11 @@ TEST_F(WalkTest, FromAnEmptyHomeToSavedWebsites) {
 TEST_F(WalkTest, ByKeysAloneFromAnEmptyHomeToASelectionAndBackToTheTree) {
     SettingsStore(home.paths().settingsFile).setValue(kApplication, "Preference", "LoadConfig", "1");
     home.write("data/krveng5.dat", "broken");
+    whenModal([](QWidget& dialog) {
+        EXPECT_THAT(control<QLabel>(dialog, "Label1").text().toStdString(),
+                    testing::StartsWith("Engine Data file was not found or missing. If this is the first"));
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+    });
     start();
     EXPECT_EQ(prompts.last().title, kApplication) << "the engines' files are missing";
     bringUp();
@@ -191,11 +227,7 @@ TEST_F(WalkTest, ByKeysAloneFromAnEmptyHomeToASelectionAndBackToTheTree) {
     EXPECT_TRUE(title("Home - Shop[*] - Korvel Relay", true));
 
     press(Qt::Key_E, Qt::ControlModifier);
-    prompts.answers = {false, true};
-    press(Qt::Key_Space);
-    EXPECT_EQ(prompts.last().title, "Install Starter Catalogue");
-    EXPECT_EQ(home.read("data/krveng5.dat"), "broken");
-    press(Qt::Key_Space);
+    updateByKeys();
     EXPECT_TRUE(find<QWidget>("lsvEngines").hasFocus()) << "the button has gone";
     EXPECT_EQ(rowTexts("lsvEngines").size(), 7U);
     const auto& warning = find<QLabel>("lblPasswordWarning");

@@ -21,6 +21,7 @@ inline void whenModal(const std::function<void(QWidget&)>& work) {
     QObject::connect(poll, &QTimer::timeout, poll, [poll, work] {
         QWidget* const dialog = QApplication::activeModalWidget();
         if (dialog == nullptr) return;
+        poll->stop();  // `work` may run the event loop
         poll->deleteLater();
         work(*dialog);
     });

@@ -76,9 +76,8 @@ class UpdateTest : public ::testing::Test, protected SessionFixture {
     }
 
     PracticeWeb web;
-    EngineUpdate update{services, catalogue, [this] {
-                            return std::make_shared<const std::string>(web.address());
-                        }};
+    EngineUpdate update{services, catalogue,
+                        [this] { return std::make_shared<const std::string>(web.address()); }};
     std::optional<UpdateEnding> ending;
     std::vector<UpdatedFile> files;
 };
@@ -292,8 +291,9 @@ TEST(CatalogueChangeTest, ComparesEnginesByNameAndField) {
     EXPECT_TRUE(compareCatalogues(before, before, false).empty());
     EXPECT_THAT(compareCatalogues({}, {"Name=A\nCategory=Y\n", ""}, false).added, ElementsAre("A"));
     change.added.assign(3, "Line\r\nbreak");
-    EXPECT_THAT(change.report(2), HasSubstr("Added:\r\n  Line\\x0D\\x0Abreak\r\n  Line\\x0D\\x0Abreak\r\n  ... "
-                                            "and 1 more\r\n\r\nRemoved:\r\n  Gone"));
+    EXPECT_THAT(change.report(2),
+                HasSubstr("Added:\r\n  Line\\x0D\\x0Abreak\r\n  Line\\x0D\\x0Abreak\r\n  ... "
+                          "and 1 more\r\n\r\nRemoved:\r\n  Gone"));
 }
 
 TEST(StarterServerTest, ServesTheInstalledFilesAndNothingElse) {
