@@ -1,20 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// Every folder under golden/ is a case: home/ is copied into a fresh home, then the commands of the file
-// "transcript" run in it, and what they say must be what stands there. In a transcript "$" begins a command,
-// "| " a line of results, "! " a line of messages, "= " an exit code other than 0. Double quotes hold an
-// argument together; \n, \r and \xNN stand for bytes. HOME is the home's path. Two commands belong to the
-// transcript alone: "cat FILE" shows a file, line ends as written, and "mode FILE" its permissions.
-// With RELAY_GOLDEN_UPDATE set the transcripts are written instead.
+// Every folder under golden/ is a case: home/ is copied into a fresh home, and the commands of the file
+// "transcript" (support/Transcript.h) run in it. Some commands belong to the transcripts alone:
+//   practice-engines OUTCOME... or OUTCOME=NAME...   a catalogue of engines on a practice web
+//   received                                         what came to them since: engine and URL
+//   find FILE WORDS                                  the lines of a file that hold the words
+//   terminal in|out|err, typed TEXT, variable NAME VALUE, stop
 #include "CommandLineFixture.h"
-#include "core/FileStore.h"
-#include "core/Text.h"
+#include "practice/PracticeWeb.h"
 #include "support/GoldenCases.h"
+#include "support/Transcript.h"
 
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
+#include <regex>
 #include <sstream>
 
 namespace relay::test {
@@ -23,81 +22,76 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::vector<std::string> splitArguments(const std::string& line) {
-    std::vector<std::string> arguments;
-    bool quoted = false;
-    bool inside = false;
-    for (std::size_t i = 0; i < line.size(); ++i) {
-        if (line[i] == ' ' && !quoted) {
-            inside = false;
-            continue;
+class CommandLineGolden : public testing::TestWithParam<std::string> {
+  protected:
+    CommandLineGolden() {
+        addCommand("practice-engines", [this](auto& outcomes) { useEngines(outcomes); });
+        addCommand("terminal", [this](auto& stream) {
+            (stream.at(0) == "in" ? m_cli.inIsTerminal
+             : stream[0] == "out" ? m_cli.outIsTerminal
+                                  : m_cli.errIsTerminal) = true;
+        });
+        addCommand("typed", [this](auto& text) { m_cli.typed = text.at(0); });
+        addCommand("variable", [this](auto& set) { m_cli.environment[set.at(0)] = set.at(1); });
+        addCommand("stop", [this](auto&) { m_cli.stop.request(); });
+        m_transcript.commands["received"] = [this](auto&) { return received(); };
+        m_transcript.commands["find"] = [this](auto& in) { return linesWith(in.at(0), in.at(1)); };
+        m_transcript.otherwise = [this](const Arguments& arguments) {
+            const CommandResult result = m_cli.run(arguments);
+            return Said{result.out, result.err, result.code};
+        };
+        m_transcript.settle = [](const std::string& text) {
+            const std::string visible = std::regex_replace(
+                std::regex_replace(text, std::regex("\033"), "<ESC>"), std::regex("\r"), "<CR>");
+            return std::regex_replace(visible, std::regex("\"ms\":\\d+"), "\"ms\":N");
+        };
+    }
+
+    void addCommand(const std::string& name, const std::function<void(const Arguments&)>& command) {
+        m_transcript.commands[name] = [command](const Arguments& arguments) {
+            command(arguments);
+            return std::string();
+        };
+    }
+    void useEngines(const Arguments& outcomes) {
+        m_web.start();
+        std::string text;
+        for (const std::string& given : outcomes) {
+            const std::string outcome = given.substr(0, given.find('='));
+            text += "Name=" + given.substr(given.find('=') + 1) +
+                    "\r\nType=ENG\r\nCategory=N\r\nMethod=POST\r\nQuery=url=<URL>&title=<TITLE>\r\nAction=" +
+                    m_web.address() + "/engines/" + outcome + "/" + outcome + "\r\n";
         }
-        if (!inside) arguments.emplace_back();
-        inside = true;
-        if (line[i] == '"') {
-            quoted = !quoted;
-        } else if (line[i] == '\\' && line[i + 1] == 'x') {
-            arguments.back() += static_cast<char>(std::stoi(line.substr(i + 2, 2), nullptr, 16));
-            i += 3;
-        } else if (line[i] == '\\') {
-            arguments.back() += line[++i] == 'n' ? '\n' : '\r';
-        } else {
-            arguments.back() += line[i];
-        }
+        m_cli.home.write("data/krveng5.dat", text);
+        m_cli.home.write("data/catkws.dat", "[General For All Links]\r\nOther=1\r\nEND\r\n");
     }
-    return arguments;
-}
-
-std::string prefixed(const std::string& prefix, const std::string& text) {
-    std::istringstream lines(text);
-    std::string result;
-    for (std::string line; std::getline(lines, line);) result += prefix + line + "\n";
-    return result;
-}
-
-CommandResult perform(CommandLineFixture& fixture, std::vector<std::string> arguments) {
-    if (arguments.at(0) == "cat")
-        return {0, replaceAll(fixture.home.read(arguments.at(1)), "\r\n", "<CRLF>\n"), {}};
-    if (arguments.at(0) == "mode") {
-        std::ostringstream octal;
-        octal << std::oct << modeOf(fixture.home.path(arguments.at(1))) << '\n';
-        return {0, octal.str(), {}};
+    std::string received() {
+        std::string lines;
+        for (const ReceivedSubmission& one : m_web.received())
+            lines += one.engine + " " + one.fields.at(0).second + "\n";
+        m_web.forgetReceived();
+        return lines;
     }
-    for (std::string& argument : arguments)
-        argument = replaceAll(argument, "HOME", fixture.home.paths().AppPath);
-    return fixture.run(arguments);
-}
-
-std::string play(CommandLineFixture& fixture, const std::string& transcript) {
-    std::istringstream lines(transcript);
-    std::string played;
-    for (std::string line; std::getline(lines, line);) {
-        if (line.starts_with('#')) played += line + "\n";
-        if (!line.starts_with("$ ")) continue;
-        const CommandResult result = perform(fixture, splitArguments(line.substr(2)));
-        played += line + "\n" + prefixed("| ", result.out) + prefixed("! ", result.err);
-        if (result.code != 0) played += "= " + std::to_string(result.code) + "\n";
+    std::string linesWith(const std::string& file, const std::string& words) const {
+        std::istringstream text(m_cli.home.read(file));
+        std::string found;
+        for (std::string line; std::getline(text, line);)
+            if (line.find(words) != std::string::npos) found += line + "\n";
+        return found;
     }
-    return replaceAll(played, fixture.home.paths().AppPath, "HOME");
-}
 
-class CommandLineGolden : public testing::TestWithParam<std::string> {};
+    CommandLineFixture m_cli;
+    PracticeWeb m_web;
+    Transcript m_transcript{m_cli.home};
+};
 
 }  // namespace
 
 TEST_P(CommandLineGolden, SaysWhatTheTranscriptSays) {
     const fs::path folder = fs::path(TEST_FOLDER) / "golden" / GetParam();
-    CommandLineFixture fixture;
     if (fs::exists(folder / "home"))
-        fs::copy(folder / "home", fixture.home.path(""), fs::copy_options::recursive);
-    const std::string transcript = readFile((folder / "transcript").string());
-    ASSERT_NE(transcript.find("$ "), std::string::npos);
-    const std::string played = play(fixture, transcript);
-    if (std::getenv("RELAY_GOLDEN_UPDATE") != nullptr) {
-        std::ofstream(folder / "transcript", std::ios::binary) << played;
-        return;
-    }
-    EXPECT_EQ(played, transcript);
+        fs::copy(folder / "home", m_cli.home.path(""), fs::copy_options::recursive);
+    m_transcript.play((folder / "transcript").string());
 }
 
 INSTANTIATE_TEST_SUITE_P(Folders, CommandLineGolden, testing::ValuesIn(goldenCases(TEST_FOLDER "/golden")),

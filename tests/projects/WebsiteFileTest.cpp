@@ -6,8 +6,8 @@
 #include "projects/UrlList.h"
 #include "projects/WebsiteFile.h"
 #include "projects/WebsiteKeys.h"
-#include "support/ScriptedPrompts.h"
-#include "support/TestHome.h"
+#include "support/CaseTable.h"
+#include "support/SessionFixture.h"
 
 #include <filesystem>
 #include <gmock/gmock.h>
@@ -19,6 +19,7 @@ namespace relay::test {
 namespace {
 
 using ::testing::HasSubstr;
+using Strings = std::vector<std::string>;
 
 // One website of a golden case: "key=value" lines by the keys of the file, "url=URL|local file" and
 // "custom=engine|category|space" for the lists, \r and \n for line breaks.
@@ -70,15 +71,7 @@ class WebsiteFileTest : public ::testing::Test {
     bool load(const std::string& path) {
         return website.loadWebsiteFile(path, fields, customEngines, nullptr);
     }
-    std::vector<std::string> urls() const {
-        std::vector<std::string> texts;
-        for (int i = 0; i < fields.lsvSiteURLs.count(); ++i)
-            texts.emplace_back(fields.lsvSiteURLs.at(i).text);
-        return texts;
-    }
 };
-
-using Strings = std::vector<std::string>;
 
 }  // namespace
 
@@ -116,32 +109,15 @@ TEST_F(WebsiteFileTest, OnlyTheOwnerReadsIt) {
         EXPECT_EQ(std::filesystem::status(file).permissions(), std::filesystem::perms(0600)) << file;
 }
 
-TEST_F(WebsiteFileTest, LoadsOlderAndDamagedFiles) {
-    struct Case {
-        const char* text;
-        Strings urls;
-    };
-    const Case cases[] = {
-        {"", {}},
-        {"no sections \x01\xff at all", {}},
-        {"[Web Site Info]\r\nVersion=6.0\r\nLastURL=2\r\n[URL]\r\nURL1=\r\nURL2=http://b.test/\r\n",
-         {"http://b.test/"}},
-        {"[Web Site Info]\r\nURL=http://old.test/\r\nFileLocation0=/x\r\nLastURL=1\r\n[URL]\r\n"
-         "URL1=http://a.test/\r\n",
-         {"http://old.test/", "http://a.test/"}},
-        {"[Web Site Info]\r\nVersion=6.0\r\nURL=http://old.test/\r\n", {}},
-        {"[Web Site Info]\r\nVersion=6.0\r\nLastURL=abc\r\n[URL]\r\nURL1=http://a.test/\r\n", {}},
-        {"[Web Site Info]\r\nVersion=6.0\r\nLastURL=-5\r\n[URL]\r\nURL1=http://a.test/\r\n", {}},
-        {"[Web Site Info]\r\nVersion=6.0\r\nLastURL=3\r\n[URL]\r\nURL1=http://a.test/\r\n"
-         "URL2=HTTP://A.TEST/\r\nURL3=http://b.test/\r\n",
-         {"http://a.test/", "http://b.test/"}},
-    };
-    for (const Case& test : cases) {
-        SCOPED_TRACE(test.text);
-        EXPECT_TRUE(load(home.write("site.kws", test.text)));
-        EXPECT_EQ(urls(), test.urls);
+TEST_F(WebsiteFileTest, FollowsItsTable) {
+    const auto loadUrls = [this](const Strings& in) {
+        EXPECT_TRUE(load(home.write("site.kws", in[0])));
         EXPECT_EQ(fields.txtURLFileLocation, "");
-    }
+        return joined(texts(fields.lsvSiteURLs));
+    };
+    playCases(TEST_FOLDER "/cases/website-file.txt",
+              {{"load", loadUrls},
+               {"replaceReports", [](const Strings& in) { return replaceReports(in[0], Rows()); }}});
     EXPECT_TRUE(load(home.path("missing.kws")));
     EXPECT_TRUE(prompts.shown.empty());
 }
@@ -251,22 +227,6 @@ TEST_F(WebsiteFileTest, DeletingReportsRewritesTheSectionAtTheEnd) {
     prompts.answers = {true};
     EXPECT_FALSE(website.DeleteReportFile(home.path("missing.kws"), fields.lsvReports));
     EXPECT_THAT(prompts.last().text, HasSubstr("DeleteReportFile_Error: "));
-}
-
-TEST_F(WebsiteFileTest, ReplacedReportsFollowTheLineRules) {
-    struct Case {
-        const char* before;
-        const char* after;
-    };
-    const Case cases[] = {
-        {"", "[Report]\r\n"},
-        {"[Web Site Info]", "[Report]\r\n"},
-        {"a\nb\rc\r\nlast", "a\r\nb\r\nc\r\n[Report]\r\n"},
-        {"lastreport=7\r\nLASTREPORTER=1\r\nx", "LastReport=0\r\nLastReport=0\r\n[Report]\r\n"},
-        {"[Report]\r\nURL1=x\r\n[REPORT]\r\nURL2=y\r\n[Report of two]\r\nz\r\nlast",
-         "[Report of two]\r\nz\r\n[Report]\r\n"},
-    };
-    for (const Case& test : cases) EXPECT_EQ(replaceReports(test.before, Rows()), test.after) << test.before;
 }
 
 TEST_F(WebsiteFileTest, KeysOfTheCommandLine) {
