@@ -31,7 +31,7 @@ class StartUpTest : public testing::TestWithParam<std::string> {
                            test.screen("frmUpdateEngines", prompt);
                            if (test.updates) test.giveEngineData();
                        }}) {
-            EXPECT_TRUE(session.readSettings());
+            EXPECT_TRUE(session.preference.GetSettings());
         }
         Session session;
         clsMain main;
@@ -39,44 +39,38 @@ class StartUpTest : public testing::TestWithParam<std::string> {
     };
 
     StartUpTest() {
-        addCommand("words", [this](auto&) {
+        transcript.on("words", [this](auto&) {
             home.write("country.kws", "[Country Name]\r\nAustralia=AU\r\n[Country Code]\r\nAU=Australia\r\n");
             home.write("cat.kws", "[Shopping]\r\nClothes\r\n");
         });
-        addCommand("engine-data", [this](auto&) { giveEngineData(); });
-        addCommand("update-when-asked", [this](auto&) { updates = true; });
-        addCommand("start", [this](auto&) {
+        transcript.on("engine-data", [this](auto&) { giveEngineData(); });
+        transcript.on("update-when-asked", [this](auto&) { updates = true; });
+        transcript.on("start", [this](auto&) {
             run.reset();
             run = std::make_unique<ProgramRun>(*this);
             told += run->startUp.run() ? "" : "failed\n";
         });
-        addCommand("show", [this](auto&) { show(); });
-        addCommand("refuse-adults", [this](auto&) { run->session.preference.AcceptAdultSite = "NO"; });
-        addCommand("quick-start", [this](auto&) {
+        transcript.on("show", [this](auto&) { show(); });
+        transcript.on("refuse-adults", [this](auto&) { run->session.preference.AcceptAdultSite = "NO"; });
+        transcript.on("quick-start", [this](auto&) {
             for (const QuickStartLine& line : quickStartLines()) told.append(line.text).append("\n");
         });
-        addCommand("exit", [this](auto&) { told += run->startUp.confirmExit() ? "" : "refused\n"; });
-        addCommand("finish", [this](auto&) {
+        transcript.on("exit", [this](auto&) { told += run->startUp.confirmExit() ? "" : "refused\n"; });
+        transcript.on("finish", [this](auto&) {
             run->session.preference.TimeOut = 45;
             run->startUp.finish(windowPositionText({10, 20.5, 800, 600}));
         });
-        addCommand("select-type", [this](auto& type) {
+        transcript.on("select-type", [this](auto& type) {
             run->main.catalogue.lists.lsvSelectedEngines.clear();
             run->main.catalogue.lists.lsvSelectedEngines.add({"One", "One", {}, type.at(0), {}});
         });
-        addCommand("ready-to-submit", [this](auto& blockSpam) {
+        transcript.on("ready-to-submit", [this](auto& blockSpam) {
             run->session.preference.BlockSpam = static_cast<std::int16_t>(std::stoi(blockSpam.at(0)));
             told += run->main.readyToSubmit() ? "ready" : "not ready";
             told += ", BlockSpam=" + std::to_string(run->session.preference.BlockSpam) + "\n";
         });
     }
 
-    void addCommand(const std::string& name, const std::function<void(const Arguments&)>& command) {
-        transcript.commands[name] = [this, command](const Arguments& arguments) {
-            command(arguments);
-            return std::exchange(told, {});
-        };
-    }
     void screen(const char* name, std::string_view text = {}) {
         prompts.shown.push_back({"screen", std::string(text), name, Icon::None});
     }
@@ -101,7 +95,7 @@ class StartUpTest : public testing::TestWithParam<std::string> {
     bool updates = false;
     std::unique_ptr<ProgramRun> run;
     Transcript transcript{home, &prompts};
-    std::string told;
+    std::string& told = transcript.told;
 };
 
 TEST_P(StartUpTest, ShowsWhatTheTranscriptSays) {

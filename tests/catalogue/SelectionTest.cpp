@@ -9,6 +9,8 @@
 #include "support/SessionFixture.h"
 #include "support/Transcript.h"
 
+#include <sys/stat.h>
+
 namespace relay::test {
 
 namespace {
@@ -25,9 +27,9 @@ constexpr std::string_view kEngines =
 class SelectionTest : public testing::TestWithParam<std::string>, protected SessionFixture {
   protected:
     SelectionTest() {
-        addCommand("load-engines", [this](auto&) { EXPECT_TRUE(loadEngines(kEngines)); });
+        transcript.on("load-engines", [this](auto&) { EXPECT_TRUE(loadEngines(kEngines)); });
         // A form answers the change by setting its check boxes, which reports each as a click.
-        addCommand("answer-boxes-by-clicks", [this](auto&) {
+        transcript.on("answer-boxes-by-clicks", [this](auto&) {
             lists.typeBoxesChanged = [this] {
                 told += "boxes changed\n";
                 for (std::size_t index = 0; index < EngineTypes.size(); ++index)
@@ -58,61 +60,70 @@ class SelectionTest : public testing::TestWithParam<std::string>, protected Sess
         addSelection("load-file", [this](auto& file) {
             told += selection.loadSelectedEngine(file.at(0)) ? "" : "failed\n";
         });
-        addCommand("delete-listed", [this](auto& names) {
+        transcript.on("delete-listed", [this](auto& names) {
             highlight(lists.lsvEngines, names);
             selection.deleteListedEngines();
             told += lists.lsvEngines.columnTitle(0) + ": " + joined(texts(lists.lsvEngines)) + "\n";
         });
-        addCommand("types", [this](auto&) {
+        transcript.on("types", [this](auto&) {
             told += selection.getEngineType() + (selection.isThereFFASites() ? " with FFA" : "") + "\n";
         });
-        addCommand("save-selection", [this](auto&) { selection.saveSelection(); });
-        addCommand("highlighted", [this](auto&) {
+        transcript.on("save-selection", [this](auto&) { selection.saveSelection(); });
+        transcript.on("highlighted", [this](auto&) {
             for (int row = 0; row < lists.lsvEngines.count(); ++row)
                 if (lists.lsvEngines.at(row).highlighted)
                     told.append(lists.lsvEngines.at(row).text).append("\n");
         });
         addCategories();
+        addLoading();
+    }
+
+    void addLoading() {
+        catalogue.beforeFailure = [this] { told += "the splash is closed\n"; };
+        transcript.on("pipe",
+                      [this](auto& file) { EXPECT_EQ(mkfifo(home.path(file.at(0)).c_str(), 0600), 0); });
+        transcript.on("load", [this](auto&) {
+            told += catalogue.loadEngineData() ? "" : "failed\n";
+            told += lists.lsvEngines.columnTitle(0) + ": " + joined(texts(lists.lsvEngines)) + "\n";
+            told += lists.lsvSelectedEngines.columnTitle(0) + "\n";
+        });
+        transcript.on("table", [this](auto& name) {
+            told.append(catalogue.engineCategories.getEngineCategoryData(name.at(0))).append("\n");
+        });
     }
 
     void addCategories() {
         Categories& tree = catalogue.categories;
-        addCommand("load-categories", [&](auto&) {
+        transcript.on("load-categories", [&](auto&) {
             told += tree.loadCategory() ? "" : "failed\n";
             told += joined(texts(tree.lstMainCategory)) + "\n" + joined(texts(tree.lstCategory)) + "\n";
         });
-        addCommand("sub-categories", [&](auto& name) {
+        transcript.on("sub-categories", [&](auto& name) {
             tree.loadSubCategory(name.at(0));
             told += joined(texts(tree.lstCategory)) + "\n";
         });
-        addCommand("choose-category", [&](auto& names) {
+        transcript.on("choose-category", [&](auto& names) {
             std::string main = "-";
             std::string sub = "-";
             if (!names.empty()) tree.setSelectedCategory(names.at(0), names.at(1));
             tree.getSelectedCategory(main, sub);
             told += main + " / " + sub + "\n";
         });
-        addCommand("has",
-                   [&](auto& names) { told += tree.has(names.at(0), names.at(1)) ? "yes\n" : "no\n"; });
-        addCommand("refuse-adults", [this](auto&) { preference.AcceptAdultSite = "NO"; });
-        addCommand("load-countries", [this](auto&) {
+        transcript.on("has",
+                      [&](auto& names) { told += tree.has(names.at(0), names.at(1)) ? "yes\n" : "no\n"; });
+        transcript.on("refuse-adults", [this](auto&) { preference.AcceptAdultSite = "NO"; });
+        transcript.on("load-countries", [this](auto&) {
             told += catalogue.countries.loadCountry() ? "" : "failed\n";
             told += joined(catalogue.countries.cboCountry) + "\n";
         });
-        addCommand("country", [this](auto& text) {
+        transcript.on("country", [this](auto& text) {
             told += "name " + catalogue.countries.getCountryName(text.at(0)) + ", code " +
                     catalogue.countries.getCountryCode(text.at(0)) + "\n";
         });
     }
-    void addCommand(const std::string& name, const std::function<void(const Arguments&)>& command) {
-        transcript.commands[name] = [this, command](const Arguments& arguments) {
-            command(arguments);
-            return std::exchange(told, {});
-        };
-    }
     // Tells the selected engines; the title and the engines' own fields must agree with them.
     void addSelection(const std::string& name, const std::function<void(const Arguments&)>& command) {
-        addCommand(name, [this, command](const Arguments& arguments) {
+        transcript.on(name, [this, command](const Arguments& arguments) {
             command(arguments);
             const Rows& rows = lists.lsvSelectedEngines;
             told += joined(texts(rows)) + "\n";
@@ -130,7 +141,7 @@ class SelectionTest : public testing::TestWithParam<std::string>, protected Sess
     }
 
     Transcript transcript{home, &prompts};
-    std::string told;
+    std::string& told = transcript.told;
 };
 
 TEST_P(SelectionTest, DoesWhatTheTranscriptSays) {

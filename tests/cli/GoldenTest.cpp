@@ -4,7 +4,6 @@
 // "transcript" (support/Transcript.h) run in it. Some commands belong to the transcripts alone:
 //   practice-engines OUTCOME... or OUTCOME=NAME...   a catalogue of engines on a practice web
 //   received                                         what came to them since: engine and URL
-//   find FILE WORDS                                  the lines of a file that hold the words
 //   terminal in|out|err, typed TEXT, variable NAME VALUE, stop
 #include "CommandLineFixture.h"
 #include "practice/PracticeWeb.h"
@@ -14,7 +13,6 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <regex>
-#include <sstream>
 
 namespace relay::test {
 
@@ -25,34 +23,25 @@ namespace fs = std::filesystem;
 class CommandLineGolden : public testing::TestWithParam<std::string> {
   protected:
     CommandLineGolden() {
-        addCommand("practice-engines", [this](auto& outcomes) { useEngines(outcomes); });
-        addCommand("terminal", [this](auto& stream) {
+        m_transcript.on("practice-engines", [this](auto& outcomes) { useEngines(outcomes); });
+        m_transcript.on("terminal", [this](auto& stream) {
             (stream.at(0) == "in" ? m_cli.inIsTerminal
              : stream[0] == "out" ? m_cli.outIsTerminal
                                   : m_cli.errIsTerminal) = true;
         });
-        addCommand("typed", [this](auto& text) { m_cli.typed = text.at(0); });
-        addCommand("variable", [this](auto& set) { m_cli.environment[set.at(0)] = set.at(1); });
-        addCommand("stop", [this](auto&) { m_cli.stop.request(); });
-        m_transcript.commands["received"] = [this](auto&) { return received(); };
-        m_transcript.commands["find"] = [this](auto& in) { return linesWith(in.at(0), in.at(1)); };
+        m_transcript.on("typed", [this](auto& text) { m_cli.typed = text.at(0); });
+        m_transcript.on("variable", [this](auto& set) { m_cli.environment[set.at(0)] = set.at(1); });
+        m_transcript.on("stop", [this](auto&) { m_cli.stop.request(); });
+        m_transcript.on("received", [this](auto&) { tellReceived(); });
         m_transcript.otherwise = [this](const Arguments& arguments) {
             const CommandResult result = m_cli.run(arguments);
             return Said{result.out, result.err, result.code};
         };
         m_transcript.settle = [](const std::string& text) {
-            const std::string visible = std::regex_replace(
-                std::regex_replace(text, std::regex("\033"), "<ESC>"), std::regex("\r"), "<CR>");
-            return std::regex_replace(visible, std::regex("\"ms\":\\d+"), "\"ms\":N");
+            return std::regex_replace(text, std::regex("\"ms\":\\d+"), "\"ms\":N");
         };
     }
 
-    void addCommand(const std::string& name, const std::function<void(const Arguments&)>& command) {
-        m_transcript.commands[name] = [command](const Arguments& arguments) {
-            command(arguments);
-            return std::string();
-        };
-    }
     void useEngines(const Arguments& outcomes) {
         m_web.start();
         std::string text;
@@ -65,19 +54,10 @@ class CommandLineGolden : public testing::TestWithParam<std::string> {
         m_cli.home.write("data/krveng5.dat", text);
         m_cli.home.write("data/catkws.dat", "[General For All Links]\r\nOther=1\r\nEND\r\n");
     }
-    std::string received() {
-        std::string lines;
+    void tellReceived() {
         for (const ReceivedSubmission& one : m_web.received())
-            lines += one.engine + " " + one.fields.at(0).second + "\n";
+            m_transcript.told += one.engine + " " + one.fields.at(0).second + "\n";
         m_web.forgetReceived();
-        return lines;
-    }
-    std::string linesWith(const std::string& file, const std::string& words) const {
-        std::istringstream text(m_cli.home.read(file));
-        std::string found;
-        for (std::string line; std::getline(text, line);)
-            if (line.find(words) != std::string::npos) found += line + "\n";
-        return found;
     }
 
     CommandLineFixture m_cli;

@@ -76,18 +76,6 @@ TEST_F(ProjectStoreTest, SlotsAreReused) {
               "[Shop]\r\nDescription=one Last=9 and two  three\r\nLast=2\r\n1=News|/n\r\n2=Big sale\r\n");
 }
 
-TEST_F(ProjectStoreTest, AFailedWriteLeavesTheOldIndex) {
-    given("[Shop]\r\nLast=0\r\n");
-    int saves = 0;
-    setSaveFault([&saves](SaveStep step) { return step == SaveStep::Rename && ++saves ? EIO : 0; });
-    EXPECT_ANY_THROW(store.addNewProject("Shop", "a", ""));
-    EXPECT_ANY_THROW(store.editProject("Shop", "b"));
-    EXPECT_ANY_THROW(store.removeProject("Shop"));
-    setSaveFault({});
-    EXPECT_EQ(saves, 3);
-    EXPECT_EQ(file(), "[Shop]\r\nLast=0\r\n");
-}
-
 TEST(FileNameTest, TheNameIsBehindTheLastSeparator) {
     EXPECT_EQ(getFileNameFromFile("/a/b c.kws"), "b c.kws");
     EXPECT_EQ(getFileNameFromFile("b.kws"), "b.kws");

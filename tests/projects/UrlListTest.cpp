@@ -15,80 +15,14 @@ namespace {
 
 using Strings = std::vector<std::string>;
 
-class UrlListTest : public ::testing::Test {
-  protected:
+struct UrlListTest : public ::testing::Test {
     TestHome home;
     ScriptedPrompts prompts;
     Rows list;
-    UrlList urls{list, prompts};
-};
-
-class UrlsFromPageTest : public UrlListTest {
-  protected:
     UrlsFromPage page{list, prompts};
 };
 
 }  // namespace
-
-TEST_F(UrlListTest, TypedUrlsGoInAsTheyStandAndOnce) {
-    prompts.inputs = {"http://a.test/", "HTTP://A.test/", "no scheme", "", std::nullopt};
-    for (int i = 0; i < 5; ++i) urls.addTypedURL();
-    EXPECT_EQ(texts(list), (Strings{"http://a.test/", "no scheme"}));
-    EXPECT_EQ(list.at(0).icon, "HTMLFile");
-    EXPECT_EQ(prompts.last().title, "Insert URL");
-    EXPECT_EQ(getFirstSelectedItem(list), "");
-    list.setHighlighted(1, true);
-    EXPECT_EQ(getFirstSelectedItem(list), "no scheme");
-}
-
-TEST_F(UrlListTest, DeletesTheHighlightedAfterAsking) {
-    for (const char* url : {"a", "b", "c", "d"}) addNewItem(list, url);
-    for (const int row : {0, 1, 3}) list.setHighlighted(row, true);
-    urls.DeleteURL();
-    EXPECT_EQ(list.count(), 4);
-    prompts.answers = {true};
-    urls.DeleteURL();
-    EXPECT_EQ(texts(list), Strings{"c"});
-}
-
-TEST_F(UrlListTest, ReadsTheFieldsOfATextFile) {
-    const std::string file =
-        home.write("list.txt",
-                   "http://a.test/x,y.html\r\nwww.b.test\nhttp://nodot/\n\"http://c.test/x,y.html\" rest\r"
-                   "  HTTPS://D.test\n\n,,http://a.test/x\nftp://e.test/\nhttp://f.test/\xff\x01");
-    addNewItem(list, "http://kept.test/");
-    EXPECT_TRUE(urls.loadURLFromFile(file));
-    EXPECT_EQ(texts(list), (Strings{"http://kept.test/", "http://a.test/x", "http://c.test/x,y.html",
-                                    "HTTPS://D.test", "http://f.test/\xff\x01"}));
-    EXPECT_FALSE(urls.loadURLFromFile(home.path("missing.txt")));
-    EXPECT_EQ(prompts.last().text, "Invalid file name or path, please try again");
-    EXPECT_EQ(prompts.last().title, "Load URL List");
-    prompts.files = {{}, {file, 1}};
-    EXPECT_FALSE(urls.loadURLs());
-    EXPECT_TRUE(urls.loadURLs());
-}
-
-TEST_F(UrlListTest, SavesALineEachThroughTheDialog) {
-    addNewItem(list, "http://a.test/\r\nhttp://evil.test/");
-    addNewItem(list, "http://b.test/");
-    const std::string expected = "http://a.test/\r\nhttp://b.test/\r\n";
-    prompts.files = {{home.path("list"), 1}, {home.path("list.TXT"), 1}, {home.path("raw"), 2}, {}};
-    for (int i = 0; i < 3; ++i) EXPECT_TRUE(urls.saveURLs());
-    EXPECT_FALSE(urls.saveURLs());
-    for (const char* name : {"list.txt", "list.TXT", "raw"}) EXPECT_EQ(home.read(name), expected) << name;
-
-    list.clear();
-    prompts.files = {{home.path("raw"), 2}, {home.path("raw"), 2}, {home.path("no/such/folder"), 2}};
-    prompts.answers = {false, true};
-    EXPECT_FALSE(urls.saveURLs());
-    EXPECT_EQ(home.read("raw"), expected);
-    EXPECT_EQ(prompts.last().text,
-              "The file " + home.path("raw") + " already exists, do you want to replace it?");
-    EXPECT_TRUE(urls.saveURLs());
-    EXPECT_EQ(home.read("raw"), "");
-    EXPECT_FALSE(urls.saveURLs());
-    EXPECT_EQ(prompts.last().title, "Save URL List");
-}
 
 TEST_F(UrlListTest, CreatesUrlsFromALocalFolder) {
     for (const char* name : {"b.htm", "a.html", "x.shtml", "p.asp", "q.cgi", "n.txt", ".hidden.htm", "a",
@@ -116,14 +50,14 @@ TEST_F(UrlListTest, CreatesUrlsFromALocalFolder) {
     EXPECT_EQ(prompts.last().text.substr(0, 14), "AddURL_Error: ");
 }
 
-TEST_F(UrlsFromPageTest, LinksBecomeAbsolute) {
+TEST_F(UrlListTest, LinksBecomeAbsolute) {
     playCases(TEST_FOLDER "/cases/links.txt", {{"getFullURL", [this](const Strings& in) {
                                                     page.setPage(in[0]);
                                                     return page.getFullURL(in[1]);
                                                 }}});
 }
 
-TEST_F(UrlsFromPageTest, CollectsEveryHrefOfAPage) {
+TEST_F(UrlListTest, CollectsEveryHrefOfAPage) {
     EXPECT_EQ(page.setPage("https://a.test/d/i.html"), "http://a.test/d/i.html");
     EXPECT_EQ(page.page(), "a.test/d/i.html");
     EXPECT_FALSE(page.addFilter(""));

@@ -100,15 +100,6 @@ TEST_F(WebsiteFileTest, SavesEachGoldenSiteByteForByte) {
     EXPECT_TRUE(prompts.shown.empty());
 }
 
-TEST_F(WebsiteFileTest, OnlyTheOwnerReadsIt) {
-    const std::string path = home.write("open.kws", "[Web Site Info]\r\n");
-    std::filesystem::permissions(path, std::filesystem::perms(0644));
-    EXPECT_TRUE(website.saveWebsiteFile(path, fields, customEngines));
-    setKeys(home.path("new.kws"), {{"Password", "secret"}});
-    for (const std::string& file : {path, home.path("new.kws")})
-        EXPECT_EQ(std::filesystem::status(file).permissions(), std::filesystem::perms(0600)) << file;
-}
-
 TEST_F(WebsiteFileTest, FollowsItsTable) {
     const auto loadUrls = [this](const Strings& in) {
         EXPECT_TRUE(load(home.write("site.kws", in[0])));
@@ -166,67 +157,6 @@ TEST_F(WebsiteFileTest, CountsBeyondSixteenBitsOverflow) {
     addNewItem(fields.lsvSiteURLs, "one too many");
     EXPECT_THROW(SaveURL(path, fields.lsvSiteURLs), Failure);
     EXPECT_EQ(getKey(path, "LastURL"), "32767");
-}
-
-TEST_F(WebsiteFileTest, AFailedSaveShowsItAndLeavesTheOldFile) {
-    const std::string path = home.write("site.kws", "[Web Site Info]\r\nTitle=old\r\n");
-    fields.txtSiteTitle = "new";
-    for (int failing = 0; failing < 4; ++failing) {
-        int step = 0;
-        setSaveFault([&step, failing](SaveStep) { return step++ == failing ? ENOSPC : 0; });
-        EXPECT_FALSE(website.saveWebsiteFile(path, fields, customEngines));
-        setSaveFault({});
-        EXPECT_EQ(home.read("site.kws"), "[Web Site Info]\r\nTitle=old\r\n") << failing;
-    }
-    EXPECT_THAT(prompts.last().text, HasSubstr("Module: saveWebsiteFile: "));
-    EXPECT_THAT(prompts.last().text, HasSubstr("m_intNumOfCustEngines:0"));
-    EXPECT_EQ(prompts.busyDepth, 0);
-}
-
-TEST_F(WebsiteFileTest, DeletingReportsRewritesTheSectionAtTheEnd) {
-    const std::string gone = home.write("gone.html", "x");
-    const std::string kept = home.write("kept.html", "x");
-    const std::string path =
-        home.write("site.kws",
-                   "[Web Site Info]\r\nTitle=T\r\nLastReport=3\r\n[report]\r\nURL1=http://a.test/\r\n"
-                   "Date1=d1\r\nReportFile1=" +
-                       gone + "\r\nURL2=http://b.test/\r\nDate2=d2\r\nReportFile2=" + kept +
-                       "\r\nURL3=http://c.test/\r\nDate3=d3\r\nReportFile3=/nowhere.html\r\n"
-                       "[URL]\r\nURL1=http://a.test/\r\nLast line=lost\r\n");
-    ASSERT_TRUE(load(path));
-    fields.lsvReports.setHighlighted(0, true);
-    fields.lsvReports.setHighlighted(2, true);
-    EXPECT_TRUE(website.DeleteReportFile(path, fields.lsvReports));  // answered No
-    EXPECT_EQ(fields.lsvReports.count(), 3);
-    // A run of another program noted a fourth report, and the third has gone.
-    home.write("site.kws", replaceAll(replaceAll(home.read("site.kws"), "LastReport=3", "LastReport=4"),
-                                      "URL3=http://c.test/\r\nDate3=d3\r\nReportFile3=/nowhere.html\r\n",
-                                      "URL4=http://d.test/\r\nDate4=d4\r\nReportFile4=/d.html\r\n"));
-    prompts.answers = {true};
-    EXPECT_TRUE(website.DeleteReportFile(path, fields.lsvReports));
-    EXPECT_EQ(prompts.last().title, "Delete Report File");
-    EXPECT_FALSE(fileExists(gone));
-    EXPECT_TRUE(fileExists(kept));
-    EXPECT_EQ(home.read("site.kws"),
-              "[Web Site Info]\r\nTitle=T\r\nLastReport=2\r\n[URL]\r\n"
-              "URL1=http://a.test/\r\n[Report]\r\nURL1=http://b.test/\r\nDate1=d2\r\n"
-              "ReportFile1=" +
-                  kept + "\r\nURL2=http://d.test/\r\nDate2=d4\r\nReportFile2=/d.html\r\n");
-    EXPECT_EQ(fields.lsvReports.count(), 2);
-    // That was the program's own change, but what it was made to was not seen.
-    EXPECT_FALSE(website.save(path, fields, customEngines, SaveOver::WhatWasSeen));
-    ASSERT_TRUE(load(path));
-    fields.lsvReports.setHighlighted(1, true);
-    prompts.answers = {true};
-    EXPECT_TRUE(website.DeleteReportFile(path, fields.lsvReports));
-    EXPECT_TRUE(website.save(path, fields, customEngines, SaveOver::WhatWasSeen));
-    prompts.answers = {true};
-    EXPECT_TRUE(
-        website.DeleteReportFile(home.path("missing.kws"), fields.lsvReports));  // nothing highlighted
-    fields.lsvReports.setHighlighted(0, true);
-    prompts.answers = {true};
-    EXPECT_FALSE(website.DeleteReportFile(home.path("missing.kws"), fields.lsvReports));
-    EXPECT_THAT(prompts.last().text, HasSubstr("DeleteReportFile_Error: "));
 }
 
 TEST_F(WebsiteFileTest, KeysOfTheCommandLine) {

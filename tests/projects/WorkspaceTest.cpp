@@ -25,52 +25,56 @@ class WorkspaceTest : public testing::TestWithParam<std::string>, protected Sess
         QObject::connect(&workspace, &Workspace::fieldMissing, [this](const MissingField& field) {
             told += "missing " + std::string(field.control) + "\n";
         });
-        addCommand("load", [this](auto&) { workspace.loadProject(); });
-        addCommand("click", [this](auto& node) { refusedUnless(workspace.nodeClick(find(node.at(0)))); });
-        addCommand("new-project", [this](auto&) { workspace.newProject(); });
-        addCommand("new-website", [this](auto&) { workspace.newWebsite(); });
-        addCommand("add-website", [this](auto&) { workspace.addWebSite(); });
-        addCommand("rename", [this](auto& in) { workspace.rename(find(in.at(0)), in.at(1)); });
-        addCommand("remove", [this](auto& node) { workspace.removeSelectedNode(find(node.at(0))); });
-        addCommand("describe", [this](auto& text) { workspace.setProjectDescription(text.at(0)); });
-        addCommand("type", [this](auto& in) { fields.*findWebsiteKey(in.at(0))->field = in.at(1); });
-        addCommand("block-mail", [this](auto&) { fields.chkBlockFFA = 1; });
-        addCommand("add-url", [this](auto& url) { addNewItem(fields.lsvSiteURLs, url.at(0)); });
-        addCommand("local-file", [this](auto& file) { fields.lsvSiteURLs.setTag(0, file.at(0)); });
-        addCommand("choose-url", [this](auto& row) { website.chooseURL(std::stoi(row.at(0))); });
-        addCommand("highlight", [this](auto& in) {
+        transcript.on("load", [this](auto&) { workspace.loadProject(); });
+        transcript.on("click", [this](auto& node) { refusedUnless(workspace.nodeClick(find(node.at(0)))); });
+        transcript.on("new-project", [this](auto&) { workspace.newProject(); });
+        transcript.on("new-website", [this](auto&) { workspace.newWebsite(); });
+        transcript.on("add-website", [this](auto&) { workspace.addWebSite(); });
+        transcript.on("rename", [this](auto& in) { workspace.rename(find(in.at(0)), in.at(1)); });
+        transcript.on("remove", [this](auto& node) { workspace.removeSelectedNode(find(node.at(0))); });
+        transcript.on("describe", [this](auto& text) { workspace.setProjectDescription(text.at(0)); });
+        transcript.on("type", [this](auto& in) { fields.*findWebsiteKey(in.at(0))->field = in.at(1); });
+        transcript.on("block-mail", [this](auto&) { fields.chkBlockFFA = 1; });
+        transcript.on("add-url", [this](auto& url) { addNewItem(fields.lsvSiteURLs, url.at(0)); });
+        transcript.on("local-file", [this](auto& file) { fields.lsvSiteURLs.setTag(0, file.at(0)); });
+        transcript.on("type-url", [this](auto&) { urls.addTypedURL(); });
+        transcript.on("delete-urls", [this](auto&) { urls.DeleteURL(); });
+        transcript.on("load-urls", [this](auto&) { refusedUnless(urls.loadURLs()); });
+        transcript.on("load-urls-of",
+                      [this](auto& file) { refusedUnless(urls.loadURLFromFile(file.at(0))); });
+        transcript.on("save-urls", [this](auto&) { refusedUnless(urls.saveURLs()); });
+        transcript.on("choose-url", [this](auto& row) { website.chooseURL(std::stoi(row.at(0))); });
+        transcript.on("highlight", [this](auto& in) {
             (in.at(0) == "url" ? fields.lsvSiteURLs : fields.lsvReports)
                 .setHighlighted(std::stoi(in.at(1)), true);
         });
-        addCommand("open-local-file", [this](auto&) { website.openFileLocation(); });
-        addCommand("view-report", [this](auto&) { website.viewReport(); });
-        addCommand("delete-reports", [this](auto&) { workspace.deleteReports(); });
-        addCommand("lists", [this](auto&) {
+        transcript.on("open-local-file", [this](auto&) { website.openFileLocation(); });
+        transcript.on("view-report", [this](auto&) { website.viewReport(); });
+        transcript.on("delete-reports", [this](auto&) { workspace.deleteReports(); });
+        transcript.on("lists", [this](auto&) {
             told += "local file " + fields.txtURLFileLocation + "\n";
             for (const Rows* rows : {&fields.lsvSiteURLs, &fields.lsvReports})
                 for (int row = 0; row < rows->count(); ++row)
                     told.append(rows->at(row).text).append(" ").append(rows->at(row).tag).append("\n");
         });
-        addCommand("engines", [this](auto&) { workspace.showEngines(); });
-        addCommand("auto-save", [this](auto&) { refusedUnless(workspace.autoSave()); });
-        addCommand("save-checked", [this](auto&) { workspace.save(); });
-        addCommand("save",
-                   [this](auto&) { refusedUnless(workspace.saveWebSite(workspace.currentNode()->file)); });
-        addCommand("save-as", [this](auto&) { refusedUnless(workspace.saveWebSite("")); });
-        addCommand("keep-fields", [this](auto&) { preference.DontClearFields = 1; });
-        addCommand("elsewhere", [this](auto& in) {
+        transcript.on("engines", [this](auto&) { workspace.showEngines(); });
+        transcript.on("auto-save", [this](auto&) { refusedUnless(workspace.autoSave()); });
+        transcript.on("choose-category", [this](auto& names) {
+            EXPECT_TRUE(catalogue.categories.loadCategory());
+            catalogue.categories.setSelectedCategory(names.at(0), names.at(1));
+        });
+        transcript.on("save-checked", [this](auto&) { workspace.save(); });
+        transcript.on("save",
+                      [this](auto&) { refusedUnless(workspace.saveWebSite(workspace.currentNode()->file)); });
+        transcript.on("save-as", [this](auto&) { refusedUnless(workspace.saveWebSite("")); });
+        transcript.on("keep-fields", [this](auto&) { preference.DontClearFields = 1; });
+        transcript.on("elsewhere", [this](auto& in) {
             setKeys(home.path("Projects/" + in.at(0) + ".kws"), {{"Title", in.at(1)}});
         });
-        addCommand("show", [this](auto&) { show(); });
-        addCommand("tree", [this](auto&) { showTree(workspace.tree().root()); });
+        transcript.on("show", [this](auto&) { show(); });
+        transcript.on("tree", [this](auto&) { showTree(workspace.tree().root()); });
     }
 
-    void addCommand(const std::string& name, const std::function<void(const Arguments&)>& command) {
-        transcript.commands[name] = [this, command](const Arguments& arguments) {
-            command(arguments);
-            return std::exchange(told, {});
-        };
-    }
     ProjectNode& find(const std::string& path) {
         const std::size_t slash = path.find('/');
         std::string key = "Root\\" + path.substr(0, slash);
@@ -103,9 +107,10 @@ class WorkspaceTest : public testing::TestWithParam<std::string>, protected Sess
     OpenWebsite website{catalogue, prompts};
     Workspace workspace{services, website};
     WebsiteFields& fields = website.fields;
+    UrlList urls{fields.lsvSiteURLs, prompts};
     QAbstractItemModelTester tester{&workspace.tree(), QAbstractItemModelTester::FailureReportingMode::Fatal};
     Transcript transcript{home, &prompts};
-    std::string told;
+    std::string& told = transcript.told;
 };
 
 TEST_P(WorkspaceTest, DoesWhatTheTranscriptSays) {

@@ -4,12 +4,15 @@
 #include "core/FileStore.h"
 #include "core/Text.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <set>
 #include <sstream>
+#include <utility>
 
 namespace relay::test {
 
@@ -41,10 +44,28 @@ Arguments splitArguments(const std::string& line) {
     return arguments;
 }
 
+// Control bytes but the tab, and bytes that are no UTF-8, as "<1B>": an escape of the program's own stays
+// apart.
+std::string visible(std::string_view line) {
+    std::string text;
+    while (!line.empty()) {
+        const std::size_t length = firstUtf8Character(line).length;
+        const bool hidden = length == 0 || (isControlByte(line.front()) && line.front() != '\t');
+        if (hidden) {
+            appendHex(text += '<', line.front());
+            text += '>';
+        } else {
+            text += line.substr(0, length);
+        }
+        line.remove_prefix(std::max<std::size_t>(length, 1));
+    }
+    return text;
+}
+
 std::string prefixed(const std::string& prefix, const std::string& text) {
     std::istringstream lines(text);
     std::string result;
-    for (std::string line; std::getline(lines, line);) result += prefix + line + "\n";
+    for (std::string line; std::getline(lines, line);) result += prefix + visible(line) + "\n";
     return result;
 }
 
@@ -55,43 +76,39 @@ std::string withLineEnds(std::string_view text) {
 }  // namespace
 
 Transcript::Transcript(const TestHome& home, ScriptedPrompts* prompts) : m_home(home), m_prompts(prompts) {
-    commands["cat"] = [&](const Arguments& file) { return withLineEnds(home.read(file.at(0))); };
-    commands["mode"] = [&](const Arguments& file) {
+    on("cat", [&](auto& file) { told = withLineEnds(home.read(file.at(0))); });
+    on("find", [&](auto& in) {
+        std::istringstream lines(home.read(in.at(0)));
+        for (std::string line; std::getline(lines, line);)
+            if (line.find(in.at(1)) != npos) told += withLineEnds(line + "\n");
+    });
+    on("mode", [&](auto& file) {
         std::ostringstream octal;
         octal << std::oct << modeOf(home.path(file.at(0))) << '\n';
-        return octal.str();
-    };
-    commands["write"] = [&](const Arguments& file) {
-        home.write(file.at(0), file.at(1));
-        return std::string();
-    };
-    commands["delete"] = [&](const Arguments& file) {
-        EXPECT_GT(std::filesystem::remove_all(home.path(file.at(0))), 0U);
-        return std::string();
-    };
-    commands["fail-saves"] = [](const Arguments&) {
-        setSaveFault([](SaveStep) { return EROFS; });
-        return std::string();
-    };
-    commands["mend-saves"] = [](const Arguments&) {
-        setSaveFault({});
-        return std::string();
-    };
+        told = octal.str();
+    });
+    on("list", [&](auto& folder) {
+        std::set<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(home.path(folder.at(0))))
+            names.insert(entry.path().filename().string() + (entry.is_directory() ? "/\n" : "\n"));
+        for (const std::string& name : names) told += name;
+    });
+    on("write", [&](auto& file) { home.write(file.at(0), file.at(1)); });
+    on("delete", [&](auto& file) { EXPECT_GT(std::filesystem::remove_all(home.path(file.at(0))), 0U); });
+    on("fail-saves", [](auto&) { setSaveFault([](SaveStep) { return EROFS; }); });
+    on("mend-saves", [](auto&) { setSaveFault({}); });
     if (prompts == nullptr) return;
-    commands["answer"] = [prompts](const Arguments& answers) {
+    on("answer", [prompts](auto& answers) {
         for (const std::string& answer : answers) prompts->answers.push_back(answer == "yes");
-        return std::string();
-    };
-    commands["input"] = [prompts](const Arguments& inputs) {
+    });
+    on("input", [prompts](auto& inputs) {
         for (const std::string& input : inputs)
             prompts->inputs.push_back(input == "-" ? std::nullopt : std::optional(input));
-        return std::string();
-    };
-    commands["choose"] = [prompts](const Arguments& file) {
+    });
+    on("choose", [prompts](auto& file) {
         prompts->files.push_back(file.at(0) == "-" ? FileChoice()
                                                    : FileChoice{file[0], std::stoi(file.at(1))});
-        return std::string();
-    };
+    });
 }
 
 Transcript::~Transcript() {
@@ -120,11 +137,17 @@ void Transcript::play(const std::string& file) {
     EXPECT_EQ(played, transcript);
 }
 
+void Transcript::on(const std::string& name, std::function<void(const Arguments& arguments)> command) {
+    m_commands[name] = std::move(command);
+}
+
 Said Transcript::perform(Arguments arguments) {
-    const auto known = commands.find(arguments.at(0));
-    if (known == commands.end() && otherwise) return otherwise(arguments);
+    const std::string name = arguments.at(0);
+    if (otherwise && !m_commands.contains(name)) return otherwise(arguments);
     arguments.erase(arguments.begin());
-    return {known->second(arguments), {}, 0};
+    told.clear();
+    m_commands.at(name)(arguments);
+    return {told, {}, 0};
 }
 
 // What came up since the last command: boxes as "title: text", dialogs by their kind, then the status line.

@@ -25,7 +25,8 @@ struct Said final {
 // together; \n, \r, \\ and \xNN stand for bytes. HOME is the home's path. With RELAY_GOLDEN_UPDATE set the
 // transcript is written instead of compared.
 //
-// Each transcript understands "cat FILE" (line ends as written), "mode FILE" (its permissions), "write FILE
+// Each transcript understands "cat FILE" (line ends as written), "find FILE WORDS" (the lines that hold the
+// words), "mode FILE" (its permissions), "list FOLDER", "write FILE
 // TEXT", "delete FILE", "fail-saves" and "mend-saves"; with prompts also "answer yes no", "input TEXT",
 // "choose FILE FILTER" ("-" for a dialog that is cancelled), and what the command showed is its message.
 class Transcript final {
@@ -35,8 +36,10 @@ class Transcript final {
     Transcript(const Transcript&) = delete;
     Transcript& operator=(const Transcript&) = delete;
 
-    // The room's own commands, by name; they get what stands behind the name and give their results.
-    std::map<std::string, std::function<std::string(const Arguments& arguments)>> commands;
+    // Adds a command of the room's own. It gets what stands behind its name, and puts its results into
+    // `told`.
+    void on(const std::string& name, std::function<void(const Arguments& arguments)> command);
+    std::string told;
     // What any other command does; it gets its name, too.
     std::function<Said(const Arguments& arguments)> otherwise;
     // Applied to what a command said: for times and ports.
@@ -49,6 +52,7 @@ class Transcript final {
     std::string shown();
 
     const TestHome& m_home;
+    std::map<std::string, std::function<void(const Arguments& arguments)>> m_commands;
     ScriptedPrompts* m_prompts;
 };
 
