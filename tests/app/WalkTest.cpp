@@ -185,6 +185,10 @@ TEST_F(WalkTest, EnginesAreSelectedInEachOfTheWays) {
     clickRow("lsvEngines", "Gamma");
     QTest::keyClick(&find<QWidget>("lsvEngines"), Qt::Key_Return);
     EXPECT_THAT(selected(), ElementsAre("Gamma Links"));
+    command("mnuEngineItems_3");
+    EXPECT_THAT(selected(), ElementsAre("Alpha Search"));
+    command("mnuEngineItems_4");
+    EXPECT_THAT(selected(), ElementsAre("Beta Directory"));
     push("cmdSelectEngine_1");
     EXPECT_TRUE(find<QCheckBox>("chkType_6").isChecked()) << "the boxes follow the program";
     QTest::keyClick(&find<QRadioButton>("optAdultSite_1"), Qt::Key_Space);
