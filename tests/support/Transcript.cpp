@@ -44,8 +44,8 @@ Arguments splitArguments(const std::string& line) {
     return arguments;
 }
 
-// Control bytes but the tab, and bytes that are no UTF-8, as "<1B>": an escape of the program's own stays
-// apart.
+// Control bytes but the tab, and bytes that are no UTF-8, as "<1B>": not as the programs themselves escape
+// them.
 std::string visible(std::string_view line) {
     std::string text;
     while (!line.empty()) {
@@ -130,6 +130,9 @@ void Transcript::play(const std::string& file) {
         played += line + "\n" + replaceAll(text, home, "HOME");
         if (said.code != 0) played += "= " + std::to_string(said.code) + "\n";
     }
+    const bool allAsked = m_prompts == nullptr || (m_prompts->answers.empty() && m_prompts->inputs.empty() &&
+                                                   m_prompts->files.empty());
+    EXPECT_TRUE(allAsked) << "an answer that nobody asked for is left";
     if (std::getenv("RELAY_GOLDEN_UPDATE") != nullptr) {
         std::ofstream(file, std::ios::binary) << played;
         return;

@@ -26,9 +26,9 @@ struct Said final {
 // transcript is written instead of compared.
 //
 // Each transcript understands "cat FILE" (line ends as written), "find FILE WORDS" (the lines that hold the
-// words), "mode FILE" (its permissions), "list FOLDER", "write FILE
-// TEXT", "delete FILE", "fail-saves" and "mend-saves"; with prompts also "answer yes no", "input TEXT",
-// "choose FILE FILTER" ("-" for a dialog that is cancelled), and what the command showed is its message.
+// words), "mode FILE" (its permissions), "list FOLDER", "write FILE TEXT", "delete FILE", "fail-saves" and
+// "mend-saves". With prompts it also understands "answer yes no", "input TEXT" and "choose FILE FILTER" ("-"
+// for a dialog that is cancelled), and what a command showed is its message.
 class Transcript final {
   public:
     explicit Transcript(const TestHome& home, ScriptedPrompts* prompts = nullptr);
