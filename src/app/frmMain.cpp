@@ -110,8 +110,10 @@ void frmMain::wireCommands(std::span<const Command> commands, const QWidget& own
         QAction* const action = actionOf(command.name, owner);
         if (action == nullptr) continue;
         action->setIcon(themedIcon(command.icon));
-        if (!command.shownKey.empty())
+        if (!command.shownKey.empty()) {
+            action->setIconText(action->iconText());  // buttons show the text without the key
             action->setText(action->text() + QLatin1Char('\t') + toScreen(command.shownKey));
+        }
         if (!command.shortcut.empty()) action->setShortcut(QKeySequence(toScreen(command.shortcut)));
         connect(action, &QAction::triggered, this, [this, &command] { command.run(m_target); });
         m_commands.emplace_back(action, &command);
