@@ -15,7 +15,7 @@ namespace relay {
 namespace {
 using Colours = std::initializer_list<std::pair<QPalette::ColorRole, QColor>>;
 
-// The buttons of boxes and dialogs carry words, not whatever pictures the desktop has for them.
+// Shows no icons on the buttons of boxes and dialogs.
 class PlainButtonStyle final : public QProxyStyle {
   public:
     using QProxyStyle::QProxyStyle;

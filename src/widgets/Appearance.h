@@ -8,12 +8,12 @@ class QApplication;
 
 namespace relay {
 
-// The program's own palettes, for desktops that hand down none.
+// The program's own palettes, for desktops that provide none.
 QPalette lightPalette();
 QPalette darkPalette();
 
-// Qt's Fusion style on the desktop's palette. `wish` is "light" or "dark" to have a palette of ours instead,
-// or anything else to follow the desktop.
+// Qt's Fusion style with the desktop's palette. `wish` is "light" or "dark" for one of our palettes; any
+// other value follows the desktop.
 void applyAppearance(QApplication& application, const QString& wish);
 
 }  // namespace relay

@@ -8,14 +8,15 @@ class QWidget;
 
 namespace relay {
 
-// Puts a form a little above the middle of its screen: the height left over counts for nine tenths.
+// Puts a form slightly above the centre of its screen: it gets nine tenths of the centring offset.
 void CenterForm(QWidget& form);
-// Turns every tab control around a field to the field's page and puts the cursor into the field.
+// Switches every tab control around a field to its page and focuses the field.
 void showInTabs(QWidget& field);
+// Focuses the first control of a page that can have the focus.
+void focusFirst(QWidget& page);
 // "Version 6.0": the program's major and minor number.
 QString versionText();
-// The text as it stands in the box, lines ended by LF. toPlainText() would turn non-breaking blanks into
-// plain ones.
+// The text in the box, lines ended by LF. toPlainText() would turn non-breaking spaces into plain ones.
 QString typedText(const QPlainTextEdit& edit);
 
 }  // namespace relay

@@ -5,6 +5,7 @@
 #include "app/QuickStart.h"
 #include "app/StartUp.h"
 #include "app/clsMain.h"
+#include "core/FileSystem.h"
 #include "session/Session.h"
 #include "support/CaseTable.h"
 #include "support/GoldenCases.h"
@@ -48,14 +49,14 @@ class StartUpTest : public testing::TestWithParam<std::string> {
         transcript.on("start", [this](auto&) {
             run.reset();
             run = std::make_unique<ProgramRun>(*this);
-            told += run->startUp.run() ? "" : "failed\n";
+            out += run->startUp.run() ? "" : "failed\n";
         });
         transcript.on("show", [this](auto&) { show(); });
         transcript.on("refuse-adults", [this](auto&) { run->session.preference.AcceptAdultSite = "NO"; });
         transcript.on("quick-start", [this](auto&) {
-            for (const QuickStartLine& line : quickStartLines()) told.append(line.text).append("\n");
+            for (const QuickStartLine& line : quickStartLines()) out.append(line.text).append("\n");
         });
-        transcript.on("exit", [this](auto&) { told += run->startUp.confirmExit() ? "" : "refused\n"; });
+        transcript.on("exit", [this](auto&) { out += run->startUp.confirmExit() ? "" : "refused\n"; });
         transcript.on("finish", [this](auto&) {
             run->session.preference.TimeOut = 45;
             run->startUp.finish(windowPositionText({10, 20.5, 800, 600}));
@@ -66,8 +67,8 @@ class StartUpTest : public testing::TestWithParam<std::string> {
         });
         transcript.on("ready-to-submit", [this](auto& blockSpam) {
             run->session.preference.BlockSpam = static_cast<std::int16_t>(std::stoi(blockSpam.at(0)));
-            told += run->main.readyToSubmit() ? "ready" : "not ready";
-            told += ", BlockSpam=" + std::to_string(run->session.preference.BlockSpam) + "\n";
+            out += run->main.readyToSubmit() ? "ready" : "not ready";
+            out += ", BlockSpam=" + std::to_string(run->session.preference.BlockSpam) + "\n";
         });
     }
 
@@ -80,13 +81,13 @@ class StartUpTest : public testing::TestWithParam<std::string> {
     }
     void show() {
         Workspace& workspace = run->main.workspace;
-        told += "at " + workspace.currentNode()->text + ", " + std::to_string(workspace.tree().count()) +
-                " nodes\n";
-        told += "description " + workspace.panels().txtProjectDescr + "\n";
-        told += std::string("panel ") +
-                (workspace.panels().panel == MainPanel::Engines ? "of the engines\n" : "of the node\n");
-        told += "engines " + joined(texts(run->main.catalogue.lists.lsvEngines)) + "\n";
-        told += "web types " + joined(run->main.webTypes()) + "\n";
+        out += "at " + workspace.currentNode()->text + ", " + std::to_string(workspace.tree().count()) +
+               " nodes\n";
+        out += "description " + workspace.panels().txtProjectDescr + "\n";
+        out += std::string("panel ") +
+               (workspace.panels().panel == MainPanel::Engines ? "of the engines\n" : "of the node\n");
+        out += "engines " + joined(texts(run->main.catalogue.lists.lsvEngines)) + "\n";
+        out += "web types " + joined(run->main.webTypes()) + "\n";
     }
 
     TestHome home;
@@ -95,7 +96,7 @@ class StartUpTest : public testing::TestWithParam<std::string> {
     bool updates = false;
     std::unique_ptr<ProgramRun> run;
     Transcript transcript{home, &prompts};
-    std::string& told = transcript.told;
+    std::string& out = transcript.out;
 };
 
 TEST_P(StartUpTest, ShowsWhatTheTranscriptSays) {

@@ -63,7 +63,7 @@ class ListViewTest : public ::testing::Test {
     ListView view;
 };
 
-TEST_F(ListViewTest, TitlesSortAndFlipByMouseAndByMenu) {
+TEST_F(ListViewTest, TitlesSortAndReverseByMouseAndByMenu) {
     clickTitle(0);
     EXPECT_EQ(order(), "abc");
     EXPECT_EQ(view.header()->sortIndicatorOrder(), Qt::AscendingOrder);
@@ -82,7 +82,7 @@ TEST_F(ListViewTest, TitlesSortAndFlipByMouseAndByMenu) {
     EXPECT_EQ(order(), "abc");
     rows.clear();
     for (const char* name : {"e", "d"}) rows.add({.key = name, .text = name});
-    EXPECT_FALSE(view.header()->isSortIndicatorShown()) << "a list that was filled anew is in no order";
+    EXPECT_FALSE(view.header()->isSortIndicatorShown()) << "a refilled list is unsorted";
     clickTitle(0);
     EXPECT_EQ(order(), "de");
 }
@@ -102,7 +102,7 @@ TEST_F(ListViewTest, SelectionAndHighlightsAreTheSame) {
         const RowsBatch batch(rows);
         rows.setSubItem(0, 1, "cc");
     }
-    EXPECT_EQ(selected(), "d") << "a view that was reset looks at the flags again";
+    EXPECT_EQ(selected(), "d") << "a view follows the flags after a reset";
 }
 
 TEST_F(ListViewTest, KeysDoWhatTheMouseDoes) {
@@ -153,7 +153,7 @@ TEST(IconThemeTest, EveryKeyInUseIsDrawnAndFollowsThePalette) {
     EXPECT_TRUE(themedIcon("no such key").pixmap(16, 16).toImage().allGray());
 }
 
-TEST(QtPromptsTest, FiltersAreTurnedIntoQtsOwn) {
+TEST(QtPromptsTest, FiltersAreConvertedToQts) {
     EXPECT_EQ(toQtFilters("HTML files (*.htm;*.html)|*.htm;*.html|All Files (*.*)|*.*|"),
               (QStringList{QStringLiteral("HTML files (*.htm *.html)"), QStringLiteral("All Files (*)")}));
     EXPECT_EQ(toQtFilters("Text Files(*.txt)|*.txt"), QStringList{QStringLiteral("Text Files (*.txt)")});
@@ -227,7 +227,7 @@ TEST(QtPromptsTest, FileDialogsGiveThePathAndTheFilter) {
 class PreferenceTest : public ::testing::Test, protected SessionFixture {
   protected:
     PreferenceTest() { session.readSettings(); }
-    // The control the user is sent back to; "saved" when the entry was taken.
+    // The control the user is sent back to, or "saved".
     std::string confirm(const PreferenceEntry& entry) {
         std::string control = "saved";
         const bool taken = confirmPreference(preference, store, prompts, entry,
@@ -276,7 +276,7 @@ TEST_F(PreferenceTest, ManyConnectionsAreAskedAboutOnlyWhenTyped) {
     EXPECT_EQ(preference.Connections, 51);
 }
 
-TEST_F(PreferenceTest, SchemesAreTakenOffAndAClickOutlivesCancel) {
+TEST_F(PreferenceTest, SchemesAreRemovedAndAClickSurvivesCancel) {
     PreferenceEntry entry = openPreference(preference);
     EXPECT_EQ(preference.AccessType, 1);
     EXPECT_EQ(preference.LoadConfigure, 1);
@@ -294,7 +294,7 @@ TEST_F(PreferenceTest, SchemesAreTakenOffAndAClickOutlivesCancel) {
     EXPECT_EQ(stored("Port") + stored("SiteURL") + stored("LogoURL"), "8080site.testlogo.test/x.png");
 }
 
-TEST_F(PreferenceTest, TheDialogGoesToTheFieldThatWillNotDo) {
+TEST_F(PreferenceTest, TheDialogGoesToTheInvalidField) {
     frmPreference dialog(services);
     dialog.show();
     EXPECT_FALSE(control<QWidget>(dialog, "txtProxy").isEnabled());

@@ -31,14 +31,14 @@ class SelectionTest : public testing::TestWithParam<std::string>, protected Sess
         // A form answers the change by setting its check boxes, which reports each as a click.
         transcript.on("answer-boxes-by-clicks", [this](auto&) {
             lists.typeBoxesChanged = [this] {
-                told += "boxes changed\n";
+                out += "boxes changed\n";
                 for (std::size_t index = 0; index < EngineTypes.size(); ++index)
                     selection.clickType(index, lists.chkType[index].checked);
             };
         });
         addSelection("select", [this](auto& names) {
             for (const std::string& name : names)
-                told += selection.EngineSingleSelect(name) ? "" : "no engine " + name + "\n";
+                out += selection.EngineSingleSelect(name) ? "" : "no engine " + name + "\n";
         });
         addSelection("by-type",
                      [this](auto& in) { selection.EngineSelectByType(in.at(0), in.at(1) == "on"); });
@@ -58,79 +58,79 @@ class SelectionTest : public testing::TestWithParam<std::string>, protected Sess
         addSelection("failed", [this](auto&) { selection.selectFailedEngines(); });
         addSelection("load-selection", [this](auto&) { selection.loadSelection(); });
         addSelection("load-file", [this](auto& file) {
-            told += selection.loadSelectedEngine(file.at(0)) ? "" : "failed\n";
+            out += selection.loadSelectedEngine(file.at(0)) ? "" : "failed\n";
         });
         transcript.on("delete-listed", [this](auto& names) {
             highlight(lists.lsvEngines, names);
             selection.deleteListedEngines();
-            told += lists.lsvEngines.columnTitle(0) + ": " + joined(texts(lists.lsvEngines)) + "\n";
+            out += lists.lsvEngines.columnTitle(0) + ": " + joined(texts(lists.lsvEngines)) + "\n";
         });
         transcript.on("types", [this](auto&) {
-            told += selection.getEngineType() + (selection.isThereFFASites() ? " with FFA" : "") + "\n";
+            out += selection.getEngineType() + (selection.isThereFFASites() ? " with FFA" : "") + "\n";
         });
         transcript.on("save-selection", [this](auto&) { selection.saveSelection(); });
         transcript.on("highlighted", [this](auto&) {
             for (int row = 0; row < lists.lsvEngines.count(); ++row)
                 if (lists.lsvEngines.at(row).highlighted)
-                    told.append(lists.lsvEngines.at(row).text).append("\n");
+                    out.append(lists.lsvEngines.at(row).text).append("\n");
         });
         addCategories();
         addLoading();
     }
 
     void addLoading() {
-        catalogue.beforeFailure = [this] { told += "the splash is closed\n"; };
+        catalogue.beforeFailure = [this] { out += "the splash is closed\n"; };
         transcript.on("pipe",
                       [this](auto& file) { EXPECT_EQ(mkfifo(home.path(file.at(0)).c_str(), 0600), 0); });
         transcript.on("load", [this](auto&) {
-            told += catalogue.loadEngineData() ? "" : "failed\n";
-            told += lists.lsvEngines.columnTitle(0) + ": " + joined(texts(lists.lsvEngines)) + "\n";
-            told += lists.lsvSelectedEngines.columnTitle(0) + "\n";
+            out += catalogue.loadEngineData() ? "" : "failed\n";
+            out += lists.lsvEngines.columnTitle(0) + ": " + joined(texts(lists.lsvEngines)) + "\n";
+            out += lists.lsvSelectedEngines.columnTitle(0) + "\n";
         });
         transcript.on("table", [this](auto& name) {
-            told.append(catalogue.engineCategories.getEngineCategoryData(name.at(0))).append("\n");
+            out.append(catalogue.engineCategories.getEngineCategoryData(name.at(0))).append("\n");
         });
     }
 
     void addCategories() {
         Categories& tree = catalogue.categories;
         transcript.on("load-categories", [&](auto&) {
-            told += tree.loadCategory() ? "" : "failed\n";
-            told += joined(texts(tree.lstMainCategory)) + "\n" + joined(texts(tree.lstCategory)) + "\n";
+            out += tree.loadCategory() ? "" : "failed\n";
+            out += joined(texts(tree.lstMainCategory)) + "\n" + joined(texts(tree.lstCategory)) + "\n";
         });
         transcript.on("sub-categories", [&](auto& name) {
             tree.loadSubCategory(name.at(0));
-            told += joined(texts(tree.lstCategory)) + "\n";
+            out += joined(texts(tree.lstCategory)) + "\n";
         });
         transcript.on("choose-category", [&](auto& names) {
             std::string main = "-";
             std::string sub = "-";
             if (!names.empty()) tree.setSelectedCategory(names.at(0), names.at(1));
             tree.getSelectedCategory(main, sub);
-            told += main + " / " + sub + "\n";
+            out += main + " / " + sub + "\n";
         });
         transcript.on("has",
-                      [&](auto& names) { told += tree.has(names.at(0), names.at(1)) ? "yes\n" : "no\n"; });
+                      [&](auto& names) { out += tree.has(names.at(0), names.at(1)) ? "yes\n" : "no\n"; });
         transcript.on("refuse-adults", [this](auto&) { preference.AcceptAdultSite = "NO"; });
         transcript.on("load-countries", [this](auto&) {
-            told += catalogue.countries.loadCountry() ? "" : "failed\n";
-            told += joined(catalogue.countries.cboCountry) + "\n";
+            out += catalogue.countries.loadCountry() ? "" : "failed\n";
+            out += joined(catalogue.countries.cboCountry) + "\n";
         });
         transcript.on("country", [this](auto& text) {
-            told += "name " + catalogue.countries.getCountryName(text.at(0)) + ", code " +
-                    catalogue.countries.getCountryCode(text.at(0)) + "\n";
+            out += "name " + catalogue.countries.getCountryName(text.at(0)) + ", code " +
+                   catalogue.countries.getCountryCode(text.at(0)) + "\n";
         });
     }
-    // Tells the selected engines; the title and the engines' own fields must agree with them.
+    // Lists the selected engines; the title and the engines' own fields must agree with them.
     void addSelection(const std::string& name, const std::function<void(const Arguments&)>& command) {
         transcript.on(name, [this, command](const Arguments& arguments) {
             command(arguments);
             const Rows& rows = lists.lsvSelectedEngines;
-            told += joined(texts(rows)) + "\n";
+            out += joined(texts(rows)) + "\n";
             EXPECT_EQ(rows.columnTitle(0), "Selected Engines (" + std::to_string(rows.count()) + ")");
             for (const clsEngines& engine : lists.engines)
                 if (engine.Selected != rows.contains(engine.name()))
-                    told.append("at odds with its row: ").append(engine.name()).append("\n");
+                    out.append("at odds with its row: ").append(engine.name()).append("\n");
         });
     }
     // "all" is what the buttons for all rows ask for.
@@ -141,7 +141,7 @@ class SelectionTest : public testing::TestWithParam<std::string>, protected Sess
     }
 
     Transcript transcript{home, &prompts};
-    std::string& told = transcript.told;
+    std::string& out = transcript.out;
 };
 
 TEST_P(SelectionTest, DoesWhatTheTranscriptSays) {
@@ -168,7 +168,7 @@ TEST(EngineListPageTest, IsExported) {
     const std::string page = fixture.home.read("englist.htm");
     EXPECT_EQ(page.substr(0, page.find("<hr ")), readFile(TEST_FOLDER "/englist.htm"));
 
-    const std::string empty = engineListPage(EngineCollection());  // the first three groups stay
+    const std::string empty = engineListPage(EngineCollection());  // the first three groups remain
     EXPECT_EQ(empty.size() - replaceAll(empty, "<b>", "").size(), 9U);
 }
 

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// Every folder under golden/ is a case: home/ is copied into a fresh home, and the commands of the file
-// "transcript" (support/Transcript.h) run in it. Some commands belong to the transcripts alone:
-//   practice-engines OUTCOME... or OUTCOME=NAME...   a catalogue of engines on a practice web
-//   received                                         what came to them since: engine and URL
+// Every folder under golden/ is a case: home/ is copied into a fresh home, then the commands of the file
+// "transcript" (support/Transcript.h) run in it. Some commands exist only in transcripts:
+//   practice-engines OUTCOME or OUTCOME=NAME or OUTCOME=NAME=FIELDS ...
+//                  a catalogue of engines on a practice web, FIELDS in addition to those of every template
+//   received       the engine and the URL of each submission since
 //   terminal in|out|err, typed TEXT, variable NAME VALUE, stop
 #include "CommandLineFixture.h"
+#include "core/Text.h"
 #include "practice/PracticeWeb.h"
 #include "support/GoldenCases.h"
 #include "support/Transcript.h"
@@ -32,7 +34,7 @@ class CommandLineGolden : public testing::TestWithParam<std::string> {
         m_transcript.on("typed", [this](auto& text) { m_cli.typed = text.at(0); });
         m_transcript.on("variable", [this](auto& set) { m_cli.environment[set.at(0)] = set.at(1); });
         m_transcript.on("stop", [this](auto&) { m_cli.stop.request(); });
-        m_transcript.on("received", [this](auto&) { tellReceived(); });
+        m_transcript.on("received", [this](auto&) { listReceived(); });
         m_transcript.otherwise = [this](const Arguments& arguments) {
             const CommandResult result = m_cli.run(arguments);
             return Said{result.out, result.err, result.code};
@@ -46,17 +48,20 @@ class CommandLineGolden : public testing::TestWithParam<std::string> {
         m_web.start();
         std::string text;
         for (const std::string& given : outcomes) {
-            const std::string outcome = given.substr(0, given.find('='));
-            text += "Name=" + given.substr(given.find('=') + 1) +
-                    "\r\nType=ENG\r\nCategory=N\r\nMethod=POST\r\nQuery=url=<URL>&title=<TITLE>\r\nAction=" +
-                    m_web.address() + "/engines/" + outcome + "/" + outcome + "\r\n";
+            const std::string outcome = GetToken(given, '=', 1);
+            const std::string name = GetToken(given, '=', 2);
+            const std::size_t fields = outcome.size() + name.size() + 2;
+            text += "Name=" + (name.empty() ? outcome : name) + "\r\nType=ENG\r\nCategory=N\r\nMethod=POST" +
+                    "\r\nAction=" + m_web.address() + "/engines/" + outcome + "/" + outcome +
+                    "\r\nQuery=url=<URL>&title=<TITLE>" +
+                    (fields < given.size() ? "&" + given.substr(fields) : "") + "\r\n";
         }
         m_cli.home.write("data/krveng5.dat", text);
         m_cli.home.write("data/catkws.dat", "[General For All Links]\r\nOther=1\r\nEND\r\n");
     }
-    void tellReceived() {
+    void listReceived() {
         for (const ReceivedSubmission& one : m_web.received())
-            m_transcript.told += one.engine + " " + one.fields.at(0).second + "\n";
+            m_transcript.out += one.engine + " " + one.fields.at(0).second + "\n";
         m_web.forgetReceived();
     }
 

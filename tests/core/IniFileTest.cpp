@@ -31,7 +31,7 @@ TEST(IniFile, FollowsItsTable) {
     EXPECT_FALSE(names.has("two", "z"));
 }
 
-TEST(IniFile, TheOneLineFacesNeverThrow) {
+TEST(IniFile, TheShortcutsNeverThrow) {
     const TestHome home;
     EXPECT_EQ(ReadIniValue(home.path("absent"), "s", "k"), "");
     EXPECT_EQ(ReadIniValue(home.path("data"), "s", "k"), "");

@@ -26,7 +26,7 @@ TEST(SettingsStore, EveryValueComesBackInAFileOfItsOwners) {
     const mode_t mask = ::umask(0);
     {
         SettingsStore store(file);
-        EXPECT_FALSE(std::filesystem::exists(file));  // looking makes nothing
+        EXPECT_FALSE(std::filesystem::exists(file));  // reading creates no file
         store.setValue("App Name", "Section", "first", "");
         EXPECT_FALSE(std::filesystem::exists(file));
         for (std::size_t i = 0; i < std::size(values); ++i)
@@ -54,7 +54,7 @@ TEST(SettingsStore, TwoProgramsKeepEachOthersValues) {
     other.save();
     one.save();
     EXPECT_EQ(one.value("A", "S", "other"), "2");
-    // What a program only holds as it read it is not written over what another wrote.
+    // A value that a program has only read does not overwrite what another wrote.
     other.setValue("A", "S", "one", "new");
     other.save();
     one.setValue("A", "S", "one", "1");
@@ -166,7 +166,7 @@ TEST(SettingsStore, NeverWritesThroughALink) {
     }
 }
 
-TEST(SettingsStore, SaysWhenItCannotWrite) {
+TEST(SettingsStore, ReportsThatItCannotWrite) {
     const TestHome home;
     home.write("file", "");
     SettingsStore store(home.path("file/settings.ini"));
@@ -196,7 +196,7 @@ TEST_F(PreferenceTest, AnEmptyStoreGivesTheDefaults) {
     EXPECT_EQ(preference.UpdateURL, "https://www.korvel.example/upgrade.html");
     EXPECT_EQ(preference.KLBLocation, "");
     EXPECT_FALSE(preference.refusesAdultSites());
-    EXPECT_EQ(preference.Version, "");  // the old one, while the store holds the new one
+    EXPECT_EQ(preference.Version, "");  // the old one; the store has the new one
     EXPECT_EQ(stored("Setting", "Version"), "6.0");
     EXPECT_EQ(stored("Setting", "Download"), "1");
     EXPECT_NE(home.read("Error.log").find("Version: 6.0.00 - "), npos);
@@ -250,13 +250,13 @@ TEST_F(PreferenceTest, SavesWhatItReadsBack) {
     EXPECT_TRUE(prompts.shown.empty());
 }
 
-TEST(Log, StartsAnewAt5001Bytes) {
+TEST(Log, StartsAgainAt5001Bytes) {
     const TestHome home;
     const FixedClock clock;
     for (const std::size_t size : {5000u, 5001u}) {
         home.write("Error.log", std::string(size - 6, 'x'));
         Log log(home.path("Error.log"), clock, "");
-        log.WriteErrorLog("xxxx");  // what goes wrong before the run begins
+        log.WriteErrorLog("xxxx");  // a failure before the run starts
         log.startRun();
         const std::string banner = "\r\nVersion: 6.0.00 - " + shortDateTime(clock.now(), QLocale::system()) +
                                    "\r\n-------------------------------------\r\n\r\n";
@@ -290,7 +290,7 @@ TEST(Log, TwoProgramsAppendAndAFailureStopsNothing) {
     other.WriteErrorLog("2");
     one.WriteErrorLog("3");
     EXPECT_EQ(home.read("Error.log"), "1\r\n2\r\n3\r\n");
-    // A long log stays while another program writes it, and goes with the next start.
+    // A long log stays while another program writes it, and is removed at the next start.
     one.WriteErrorLog(std::string(5001, 'x'));
     other.startRun();
     EXPECT_GT(home.read("Error.log").size(), 5001u);

@@ -89,7 +89,7 @@ TEST(Text, StripHTMLPicksItsMarkerAmongTheCharactersLeft) {
     EXPECT_EQ(StripHTML(codes + "\n  end<b>"), codes + "\r\nend");
 }
 
-// Exactly as large as the text, so that the sanitizer sees every byte read outside it.
+// Exactly as large as the text, so that the sanitizer finds every read outside it.
 struct Exact final {
     explicit Exact(std::string_view text) : bytes(new char[text.size()]), size(text.size()) {
         std::memcpy(bytes.get(), text.data(), size);

@@ -48,7 +48,7 @@ std::string decodeInRounds(std::string text) {
     return text;
 }
 
-TEST(Url, DecodesAsRoundsOverTheWholeTextWould) {
+TEST(Url, DecodesLikeRoundsOverTheWholeText) {
     constexpr std::string_view kAlphabet = "%%%%%22557eEFfx";
     std::mt19937 random(7);
     for (int round = 0; round < 40000; ++round) {

@@ -2,7 +2,6 @@
 #include "PlainClient.h"
 #include "core/FileStore.h"
 #include "core/ItemReader.h"
-#include "practice/PracticeCatalogue.h"
 #include "practice/PracticeWeb.h"
 #include "submission/SubmissionData.h"
 #include "support/SessionFixture.h"
@@ -10,8 +9,8 @@
 #include <gmock/gmock.h>
 #include <set>
 
-// What the installed catalogues promise beyond the rules of "engines check": categories that are found,
-// countries that agree, and practice engines that answer.
+// Checks of the installed catalogues beyond those of "engines check": categories are found, countries agree,
+// practice engines answer.
 namespace relay::test {
 namespace {
 
@@ -131,7 +130,7 @@ TEST(PracticeCatalogue, EveryEngineHasItsPagesAndItsTarget) {
         if (!engine.Action().ends_with("/slow")) page(engine.Action());
     }
     const auto received = web.received();
-    EXPECT_EQ(received.size(), fixture.lists.engines.count() - 2) << "two take their time";
+    EXPECT_EQ(received.size(), fixture.lists.engines.count() - 2) << "two answer slowly";
     std::set<std::string> engines;
     for (const auto& submission : received) engines.insert(submission.engine);
     EXPECT_EQ(engines.size(), received.size()) << "two engines share a word in their paths";

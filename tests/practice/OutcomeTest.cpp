@@ -17,7 +17,7 @@ class Outcomes : public ::testing::Test {
   protected:
     Outcomes() { m_web.start(); }
 
-    // What the connection came to; `bytes` gets what arrived.
+    // How the connection ended; `bytes` receives what arrived.
     End play(const std::string& target, std::string& bytes, std::size_t most = std::size_t{1} << 26,
              int silence = 30000) const {
         PlainClient client(m_web.address());
@@ -68,7 +68,7 @@ TEST_F(Outcomes, FaultsBreakTheReplyInTheirOwnWay) {
     EXPECT_EQ(garbage, std::string("\x16\x03\x01 no web server\0\xFF\r\n", 22));
 }
 
-TEST_F(Outcomes, SilenceLastsUntilTheClientGoes) {
+TEST_F(Outcomes, SilenceLastsUntilTheClientLeaves) {
     std::string bytes;
     EXPECT_EQ(play("/never", bytes, 1, 300), End::StillOpen);
     EXPECT_EQ(bytes, "");
@@ -85,7 +85,7 @@ TEST_F(Outcomes, EndlessBodyOutlastsAnyBoundAndEndsWithItsClient) {
     EXPECT_THAT(get(m_web.address(), "/200"), StartsWith("HTTP/1.1 200"));
 }
 
-TEST_F(Outcomes, SlowAndSilentOnesHoldNobodyElseUp) {
+TEST_F(Outcomes, SlowAndSilentRepliesDoNotDelayOthers) {
     PlainClient never(m_web.address());
     PlainClient slow(m_web.address());
     ASSERT_TRUE(never.send("GET /never HTTP/1.0\r\n\r\n"));

@@ -76,10 +76,4 @@ TEST_F(ProjectStoreTest, SlotsAreReused) {
               "[Shop]\r\nDescription=one Last=9 and two  three\r\nLast=2\r\n1=News|/n\r\n2=Big sale\r\n");
 }
 
-TEST(FileNameTest, TheNameIsBehindTheLastSeparator) {
-    EXPECT_EQ(getFileNameFromFile("/a/b c.kws"), "b c.kws");
-    EXPECT_EQ(getFileNameFromFile("b.kws"), "b.kws");
-    EXPECT_EQ(getFileNameFromFile("/a/"), "");
-}
-
 }  // namespace relay::test

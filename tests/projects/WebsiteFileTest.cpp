@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/Failure.h"
 #include "core/FileStore.h"
-#include "core/Paths.h"
+#include "core/FileSystem.h"
 #include "core/Text.h"
 #include "projects/UrlList.h"
 #include "projects/WebsiteFile.h"
@@ -21,7 +21,7 @@ namespace {
 using ::testing::HasSubstr;
 using Strings = std::vector<std::string>;
 
-// One website of a golden case: "key=value" lines by the keys of the file, "url=URL|local file" and
+// One website of a golden case: "key=value" lines with the keys of the file, "url=URL|local file" and
 // "custom=engine|category|space" for the lists, \r and \n for line breaks.
 struct GoldenSite final {
     WebsiteFields fields;
@@ -32,7 +32,7 @@ struct GoldenSite final {
         std::string rest;
         if (key == "BlockFFA") {
             fields.chkBlockFFA = toInt16(leadingNumber(value));
-        } else if (key == "open") {  // the place of the custom engine being chosen for, and its category
+        } else if (key == "open") {  // the index of the current custom engine, and its category
             SplitAtPipe(value, fields.txtCustomCategory);
             fields.cboCustomEngines = leadingInteger(value);
         } else if (key == "url") {
@@ -89,7 +89,7 @@ TEST_F(WebsiteFileTest, SavesEachGoldenSiteByteForByte) {
         const std::string saved = readFile(path);
         EXPECT_EQ(saved, readFile((folder.path() / "after.kws").string()));
 
-        // What was saved loads and saves again to the same bytes.
+        // The file loads and saves again to the same bytes.
         WebsiteFields again;
         ASSERT_TRUE(website.loadWebsiteFile(path, again, customEngines, nullptr));
         EXPECT_TRUE(website.saveWebsiteFile(path, again, customEngines));

@@ -20,10 +20,10 @@ class WorkspaceTest : public testing::TestWithParam<std::string>, protected Sess
   protected:
     WorkspaceTest() {
         QObject::connect(&workspace, &Workspace::labelEditWanted, [this](const ProjectNode* node) {
-            told += "edit the label of " + node->text + "\n";
+            out += "edit the label of " + node->text + "\n";
         });
         QObject::connect(&workspace, &Workspace::fieldMissing, [this](const MissingField& field) {
-            told += "missing " + std::string(field.control) + "\n";
+            out += "missing " + std::string(field.control) + "\n";
         });
         transcript.on("load", [this](auto&) { workspace.loadProject(); });
         transcript.on("click", [this](auto& node) { refusedUnless(workspace.nodeClick(find(node.at(0)))); });
@@ -50,12 +50,13 @@ class WorkspaceTest : public testing::TestWithParam<std::string>, protected Sess
         });
         transcript.on("open-local-file", [this](auto&) { website.openFileLocation(); });
         transcript.on("view-report", [this](auto&) { website.viewReport(); });
+        transcript.on("no-program-opens", [this](auto&) { prompts.systemOpens = false; });
         transcript.on("delete-reports", [this](auto&) { workspace.deleteReports(); });
         transcript.on("lists", [this](auto&) {
-            told += "local file " + fields.txtURLFileLocation + "\n";
+            out += "local file " + fields.txtURLFileLocation + "\n";
             for (const Rows* rows : {&fields.lsvSiteURLs, &fields.lsvReports})
                 for (int row = 0; row < rows->count(); ++row)
-                    told.append(rows->at(row).text).append(" ").append(rows->at(row).tag).append("\n");
+                    out.append(rows->at(row).text).append(" ").append(rows->at(row).tag).append("\n");
         });
         transcript.on("engines", [this](auto&) { workspace.showEngines(); });
         transcript.on("auto-save", [this](auto&) { refusedUnless(workspace.autoSave()); });
@@ -83,23 +84,23 @@ class WorkspaceTest : public testing::TestWithParam<std::string>, protected Sess
         if (found == nullptr) throw std::runtime_error("no node " + path);
         return *found;
     }
-    void refusedUnless(bool done) { told += done ? "" : "refused\n"; }
+    void refusedUnless(bool done) { out += done ? "" : "refused\n"; }
     void show() {
         const char* const panels[] = {"project", "website", "engines"};
-        told += "at " + workspace.currentNode()->text + ", panel " +
-                panels[static_cast<int>(workspace.panels().panel)] + "\n";
+        out += "at " + workspace.currentNode()->text + ", panel " +
+               panels[static_cast<int>(workspace.panels().panel)] + "\n";
         if (!workspace.currentNode()->isWebsite()) return;
-        told += fields.lsvSiteURLs.columnTitle(0) + "\n";
+        out += fields.lsvSiteURLs.columnTitle(0) + "\n";
         for (const WebsiteKey& key : kWebsiteKeys)
             if (key.field && !(fields.*key.field).empty())
-                told += std::string(key.name) + "=" + fields.*key.field + "\n";
+                out += std::string(key.name) + "=" + fields.*key.field + "\n";
     }
     void showTree(const ProjectNode& node) {
         for (const auto& child : node.children) {
-            told += child->isProject() ? std::string(child->image()) : "  " + std::to_string(child->slot);
-            told += " " + child->text;
+            out += child->isProject() ? std::string(child->image()) : "  " + std::to_string(child->slot);
+            out += " " + child->text;
             const std::string& more = child->isProject() ? child->description : child->file;
-            told += (more.empty() ? "" : ": " + more) + "\n";
+            out += (more.empty() ? "" : ": " + more) + "\n";
             showTree(*child);
         }
     }
@@ -110,7 +111,7 @@ class WorkspaceTest : public testing::TestWithParam<std::string>, protected Sess
     UrlList urls{fields.lsvSiteURLs, prompts};
     QAbstractItemModelTester tester{&workspace.tree(), QAbstractItemModelTester::FailureReportingMode::Fatal};
     Transcript transcript{home, &prompts};
-    std::string& told = transcript.told;
+    std::string& out = transcript.out;
 };
 
 TEST_P(WorkspaceTest, DoesWhatTheTranscriptSays) {

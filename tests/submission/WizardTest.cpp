@@ -62,26 +62,26 @@ class WizardTest : public testing::TestWithParam<std::string>, protected Submiss
         transcript.on("show", [this](auto&) { show(); });
     }
 
-    void refusedUnless(bool taken) { told += taken ? "" : "refused\n"; }
+    void refusedUnless(bool taken) { out += taken ? "" : "refused\n"; }
     void show() {
         const SubmissionState& state = controller->state();
-        told += "page " + std::to_string(state.page) + (controller->isRunning() ? ", running\n" : "\n");
+        out += "page " + std::to_string(state.page) + (controller->isRunning() ? ", running\n" : "\n");
         for (int row = 0; row < sites.count(); ++row) {
             const Row site(sites.at(row));
-            told += (site.checked ? "[x] " : "[ ] ") + site.text + " of " + site.subItems.at(0) + ", " +
-                    site.subItems.at(1) + " URLs, " + site.tag + "\n";
+            out += (site.checked ? "[x] " : "[ ] ") + site.text + " of " + site.subItems.at(0) + ", " +
+                   site.subItems.at(1) + " URLs, " + site.tag + "\n";
         }
         if (!state.lblNumOfEngines.empty())
-            told += state.lblNumOfEngines + " engines, " + state.lblNumOfWebsites + " websites, " +
-                    state.lblNumOfURLs + " URLs, " + state.lblNumOfConnections + " connections, " +
-                    state.lblEstimatedTime + " minutes; " + std::to_string(state.progressValue) + " of " +
-                    std::to_string(state.progressMaximum) + "\n";
-        for (const std::string& url : texts(state.lsvSiteSubmitting)) told += url + "\n";
+            out += state.lblNumOfEngines + " engines, " + state.lblNumOfWebsites + " websites, " +
+                   state.lblNumOfURLs + " URLs, " + state.lblNumOfConnections + " connections, " +
+                   state.lblEstimatedTime + " minutes; " + std::to_string(state.progressValue) + " of " +
+                   std::to_string(state.progressMaximum) + "\n";
+        for (const std::string& url : texts(state.lsvSiteSubmitting)) out += url + "\n";
     }
 
     Rows& sites = controller->state().lsvSiteSelection;
     Transcript transcript{home, &prompts};
-    std::string& told = transcript.told;
+    std::string& out = transcript.out;
 };
 
 TEST_P(WizardTest, DoesWhatTheTranscriptSays) {
@@ -117,7 +117,7 @@ TEST_F(FullWizardTest, RefusesWhatCannotBeCountedOrBegun) {
     EXPECT_FALSE(wizard.cmdStart());
     EXPECT_TRUE(wizard.state().lsvSiteSubmitting.empty());
     EXPECT_EQ(wizard.submit().NumOfEngines(), 0);
-    // Nothing is there to be submitted, and no connection to submit it with.
+    // There is nothing to submit, and then no connection.
     EXPECT_FALSE(wizard.cmdSubmit());
     preference.Connections = 0;
     EXPECT_FALSE(wizard.cmdSubmit());

@@ -76,22 +76,22 @@ std::string withLineEnds(std::string_view text) {
 }  // namespace
 
 Transcript::Transcript(const TestHome& home, ScriptedPrompts* prompts) : m_home(home), m_prompts(prompts) {
-    on("cat", [&](auto& file) { told = withLineEnds(home.read(file.at(0))); });
+    on("cat", [&](auto& file) { out = withLineEnds(home.read(file.at(0))); });
     on("find", [&](auto& in) {
         std::istringstream lines(home.read(in.at(0)));
         for (std::string line; std::getline(lines, line);)
-            if (line.find(in.at(1)) != npos) told += withLineEnds(line + "\n");
+            if (line.find(in.at(1)) != npos) out += withLineEnds(line + "\n");
     });
     on("mode", [&](auto& file) {
         std::ostringstream octal;
         octal << std::oct << modeOf(home.path(file.at(0))) << '\n';
-        told = octal.str();
+        out = octal.str();
     });
     on("list", [&](auto& folder) {
         std::set<std::string> names;
         for (const auto& entry : std::filesystem::directory_iterator(home.path(folder.at(0))))
             names.insert(entry.path().filename().string() + (entry.is_directory() ? "/\n" : "\n"));
-        for (const std::string& name : names) told += name;
+        for (const std::string& name : names) out += name;
     });
     on("write", [&](auto& file) { home.write(file.at(0), file.at(1)); });
     on("delete", [&](auto& file) { EXPECT_GT(std::filesystem::remove_all(home.path(file.at(0))), 0U); });
@@ -148,9 +148,9 @@ Said Transcript::perform(Arguments arguments) {
     const std::string name = arguments.at(0);
     if (otherwise && !m_commands.contains(name)) return otherwise(arguments);
     arguments.erase(arguments.begin());
-    told.clear();
+    out.clear();
     m_commands.at(name)(arguments);
-    return {told, {}, 0};
+    return {out, {}, 0};
 }
 
 // What came up since the last command: boxes as "title: text", dialogs by their kind, then the status line.
@@ -165,8 +165,10 @@ std::string Transcript::shown() {
     }
     for (const std::string& status : m_prompts->statuses)
         text += "status" + (status.empty() ? "" : ": " + withLineEnds(status)) + "\n";
+    for (const std::string& notice : m_prompts->notices) text += "notice: " + withLineEnds(notice) + "\n";
     m_prompts->shown.clear();
     m_prompts->statuses.clear();
+    m_prompts->notices.clear();
     EXPECT_EQ(m_prompts->busyDepth, 0);
     return text;
 }

@@ -37,9 +37,9 @@ class Transcript final {
     Transcript& operator=(const Transcript&) = delete;
 
     // Adds a command of the room's own. It gets what stands behind its name, and puts its results into
-    // `told`.
+    // `out`.
     void on(const std::string& name, std::function<void(const Arguments& arguments)> command);
-    std::string told;
+    std::string out;
     // What any other command does; it gets its name, too.
     std::function<Said(const Arguments& arguments)> otherwise;
     // Applied to what a command said: for times and ports.
