@@ -7,6 +7,7 @@
 #include "core/ScreenText.h"
 #include "core/Text.h"
 #include "core/Trap.h"
+#include "widgets/Appearance.h"
 #include "widgets/Forms.h"
 
 #include <QApplication>
@@ -71,6 +72,8 @@ void Program::prepare() {
 }
 
 void Program::start() {
+    // Before the first picture; the other settings are read behind the splash.
+    chooseColours(toScreen(m_session.settings.value(kApplication, kWindowSection, "Colours")));
     m_splash = std::make_unique<frmSplash>();
     QObject::connect(m_splash.get(), &frmSplash::timeIsUp, m_splash.get(), [this] { closeSplash(); });
     m_splash->show();

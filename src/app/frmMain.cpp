@@ -17,6 +17,7 @@
 
 #include <QCloseEvent>
 #include <QMenu>
+#include <QScreen>
 #include <QShortcut>
 #include <QSignalBlocker>
 
@@ -25,6 +26,7 @@ namespace relay {
 namespace {
 constexpr int kUsualTreeWidth = 225;
 constexpr int kSplitterStep = 24;
+constexpr QSize kFrame(8, 40);  // around a window, at most
 
 // The screens that commands open.
 struct Screen final {
@@ -59,6 +61,7 @@ frmMain::frmMain(const Services& services, clsMain& main, QWidget* parent)
       m_target{services, main, [this](std::string_view screen) { showScreen(screen); }, [this] { close(); }} {
     m_ui->setupUi(this);
     enlargeTitle();
+    describePlaceholders(*m_ui->SSTab2);
     makeToolbarReachable();
     makeSplitterReachable();
     m_ui->SSTab1->connectTo(main.website.fields, main.catalogue.categories);
@@ -73,6 +76,7 @@ frmMain::frmMain(const Services& services, clsMain& main, QWidget* parent)
     m_ui->TreeView1->connectTo(main.workspace, services.prompts);
     connect(&main.workspace, &Workspace::panelsChanged, this, &frmMain::showPanels);
     showPanels();
+    resize(size().boundedTo(screen()->availableSize() - kFrame));
     CenterForm(*this);
 }
 
@@ -159,6 +163,7 @@ void frmMain::makeToolbarReachable() {
 void frmMain::makeSplitterReachable() {
     const QString keys = tr("Drag to make the tree wider or narrower, or press Alt+Right and Alt+Left");
     m_ui->imgSpliter->handle(1)->setToolTip(keys);
+    m_ui->imgSpliter->handle(1)->setAccessibleName(m_ui->imgSpliter->accessibleName());
     m_ui->imgSpliter->setAccessibleDescription(keys);
     for (const auto& [key, step] : {std::pair(Qt::Key_Left, -kSplitterStep), {Qt::Key_Right, kSplitterStep}})
         connect(new QShortcut(QKeySequence(Qt::ALT | key), this), &QShortcut::activated, this,

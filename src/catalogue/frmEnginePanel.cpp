@@ -8,24 +8,30 @@
 #include "widgets/IconTheme.h"
 
 #include <QAction>
+#include <QScrollBar>
 
 namespace relay {
 
 namespace {
 // Width of the column with types, adult sites and countries.
 constexpr int kWaysCharacters = 38;
+constexpr int kFindCharacters = 80;
 }  // namespace
 
 frmEnginePanel::frmEnginePanel(QWidget* parent)
     : QWidget(parent), m_ui(std::make_unique<Ui::frmEnginePanel>()) {
     m_ui->setupUi(this);
     const int waysWidth = fontMetrics().averageCharWidth() * kWaysCharacters;
-    for (QWidget* way : {static_cast<QWidget*>(m_ui->fraTypes), static_cast<QWidget*>(m_ui->fraAdult),
-                         static_cast<QWidget*>(m_ui->lstCountry)})
-        way->setFixedWidth(waysWidth);
+    for (QWidget* way : {static_cast<QWidget*>(m_ui->scrWays), static_cast<QWidget*>(m_ui->lstCountry)})
+        way->setMaximumWidth(waysWidth);
+    // The buttons keep no list from getting narrower: they stack before they crowd.
+    for (QPushButton* push :
+         {m_ui->cmdSelectEngine_0, m_ui->cmdSelectEngine_1, m_ui->cmdRemoveEngine_0, m_ui->cmdRemoveEngine_1})
+        push->setMinimumWidth(1);
     for (std::size_t index = 0; index < EngineTypes.size(); ++index)
         typeBox(index)->setIcon(themedIcon(EngineTypes[index].icon));
-    m_ui->txtFindEngines->addAction(themedIcon("Search"), QLineEdit::LeadingPosition);
+    m_ui->txtFindEngines->addAction(themedIcon("Search"), QLineEdit::LeadingPosition)->setText(tr("Find"));
+    m_ui->txtFindEngines->setMaximumWidth(fontMetrics().averageCharWidth() * kFindCharacters);
 }
 
 frmEnginePanel::~frmEnginePanel() {
@@ -67,6 +73,9 @@ void frmEnginePanel::showTypeBoxes() {
         typeBox(index)->setText(toScreen(m_lists->chkType[index].caption));
         typeBox(index)->setChecked(m_lists->chkType[index].checked);
     }
+    // Wide enough for the captions, which carry counts.
+    m_ui->scrWays->setMinimumWidth(m_ui->scrWaysContents->minimumSizeHint().width() +
+                                   m_ui->scrWays->verticalScrollBar()->sizeHint().width());
 }
 
 void frmEnginePanel::connectLists() {
@@ -106,6 +115,19 @@ void frmEnginePanel::connectButtons() {
     auto* drop = new QAction(themedIcon("DeleteURL"), tr("Take off this list\tDel"), this);
     connect(drop, &QAction::triggered, this, [this] { m_selection->deleteListedEngines(); });
     m_ui->lsvEngines->addAction(drop);
+}
+
+// The two rows of buttons stack together, under lists of one width.
+void frmEnginePanel::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    const int room = std::min(m_ui->lsvEngines->width(), m_ui->lsvSelectedEngines->width());
+    const auto needed = [](const QBoxLayout* row, const QPushButton* one, const QPushButton* other) {
+        return one->sizeHint().width() + row->spacing() + other->sizeHint().width();
+    };
+    const bool fits = room >= needed(m_ui->layoutSelect, m_ui->cmdSelectEngine_0, m_ui->cmdSelectEngine_1) &&
+                      room >= needed(m_ui->layoutRemove, m_ui->cmdRemoveEngine_0, m_ui->cmdRemoveEngine_1);
+    for (QBoxLayout* row : {m_ui->layoutSelect, m_ui->layoutRemove})
+        row->setDirection(fits ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
 }
 
 void frmEnginePanel::focusFindBox() {

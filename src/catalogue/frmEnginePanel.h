@@ -32,6 +32,9 @@ class frmEnginePanel final : public QWidget {
     // Puts the cursor into the find box.
     void focusFindBox();
 
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+
   private:
     QCheckBox* typeBox(std::size_t index) const;
     void connectTypeBoxes();

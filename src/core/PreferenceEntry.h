@@ -31,6 +31,7 @@ struct PreferenceEntry final {
     bool chkBlockConfirmEmail = false;
     bool chkDontClearFields = false;
     bool chkPromptConnection = false;
+    std::string cboColours;  // "system", "light" or "dark"
 };
 
 // The settings as the dialog opens on them. Marks the dialog as shown once, and settles how the internet is

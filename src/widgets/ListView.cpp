@@ -10,14 +10,21 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QPainter>
+#include <QRegularExpression>
 #include <QScopedValueRollback>
+#include <QScrollBar>
 #include <QSignalBlocker>
 #include <QStyledItemDelegate>
+#include <QtMath>
 
 namespace relay {
 
 namespace {
 constexpr int kIconSize = 16;
+constexpr int kNameCharacters = 18;  // of a name stay readable in the narrowest list
+constexpr int kColumnPadding = 3;    // beside the characters of a column
+constexpr int kNarrowPadding = 2;
+constexpr double kNarrowColumn = 0.6;  // of a column's usual characters
 
 class RowDelegate final : public QStyledItemDelegate {
   public:
@@ -57,6 +64,7 @@ ListView::ListView(QWidget* parent) : QTreeView(parent) {
     header()->setSortIndicatorShown(false);
     header()->setStretchLastSection(false);
     header()->setSectionsMovable(false);
+    header()->setTextElideMode(Qt::ElideRight);
     connect(header(), &QHeaderView::sectionClicked, this, &ListView::sortBy);
 }
 
@@ -67,6 +75,8 @@ void ListView::setRows(Rows* rows, const std::vector<int>& columnCharacters) {
     setModel(rows);
     // Connected behind the selection model, which forgets everything at a reset.
     connect(rows, &QAbstractItemModel::modelReset, this, &ListView::followReset);
+    connect(rows, &QAbstractItemModel::rowsInserted, this, &ListView::describe);
+    connect(rows, &QAbstractItemModel::rowsRemoved, this, &ListView::describe);
     layOutColumns();
     followReset();
 }
@@ -75,18 +85,50 @@ void ListView::layOutColumns() {
     if (m_rows == nullptr || m_rows->columnCount() == 0) return;
     header()->setSectionResizeMode(QHeaderView::Interactive);
     header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    int usual = nameWidth();
+    int narrow = nameWidth();
+    for (std::size_t column = 0; column < m_columnCharacters.size(); ++column) {
+        usual += columnWidth(column);
+        narrow += narrowWidth(column);
+    }
+    if (!m_columnCharacters.empty())
+        setMinimumWidth(narrow + 2 * frameWidth() + verticalScrollBar()->sizeHint().width());
+    const bool fits = viewport()->width() >= usual;
     for (std::size_t column = 0; column < m_columnCharacters.size(); ++column) {
         const int section = static_cast<int>(column) + 1;
         if (section < m_rows->columnCount())
-            header()->resizeSection(section,
-                                    fontMetrics().averageCharWidth() * (m_columnCharacters[column] + 3));
+            header()->resizeSection(section, fits ? columnWidth(column) : narrowWidth(column));
     }
+}
+
+int ListView::nameWidth() const {
+    return fontMetrics().averageCharWidth() * (kNameCharacters + kNarrowPadding) + kIconSize;
+}
+
+int ListView::columnWidth(std::size_t column) const {
+    return fontMetrics().averageCharWidth() * (m_columnCharacters[column] + kColumnPadding);
+}
+
+int ListView::narrowWidth(std::size_t column) const {
+    return fontMetrics().averageCharWidth() *
+           (qCeil(m_columnCharacters[column] * kNarrowColumn) + kNarrowPadding);
 }
 
 void ListView::setEmptyHint(const QString& hint) {
     m_emptyHint = hint;
-    setAccessibleDescription(hint);
+    describe();
     viewport()->update();
+}
+
+void ListView::describe() {
+    const bool hinting = !m_emptyHint.isEmpty() && accessibleDescription() == m_emptyHint;
+    const bool empty = m_rows == nullptr || m_rows->empty();
+    if (empty && !hinting) {
+        m_description = accessibleDescription();
+        setAccessibleDescription(m_emptyHint);
+    } else if (!empty && hinting) {
+        setAccessibleDescription(m_description);
+    }
 }
 
 void ListView::sortBy(int column) {
@@ -104,6 +146,7 @@ void ListView::showOrder() {
 }
 
 void ListView::followReset() {
+    describe();
     selectHighlighted();
     showOrder();
 }
@@ -188,7 +231,8 @@ void ListView::contextMenuEvent(QContextMenuEvent* event) {
     if (!actions().isEmpty()) menu.addSeparator();
     if (m_rows != nullptr && m_rows->columnCount() > 0) {
         for (int column = 0; column < m_rows->columnCount(); ++column) {
-            const QString title = toScreen(m_rows->columnTitle(column));
+            static const QRegularExpression count(QStringLiteral("\\s*\\(\\d+\\)$"));
+            const QString title = toScreen(m_rows->columnTitle(column)).remove(count);
             menu.addAction(
                 tr("Sort by %1").arg(QString(title).replace(QLatin1Char('&'), QStringLiteral("&&"))), this,
                 [this, column] { sortBy(column); });
@@ -210,6 +254,11 @@ void ListView::paintEvent(QPaintEvent* event) {
 void ListView::changeEvent(QEvent* event) {
     QTreeView::changeEvent(event);
     if (event->type() == QEvent::FontChange) layOutColumns();
+}
+
+void ListView::resizeEvent(QResizeEvent* event) {
+    layOutColumns();
+    QTreeView::resizeEvent(event);
 }
 
 }  // namespace relay

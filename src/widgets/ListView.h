@@ -21,7 +21,7 @@ class ListView final : public QTreeView {
     explicit ListView(QWidget* parent = nullptr);
 
     // Shows the rows, which must outlive the view. Column widths are in characters for columns 1 and up;
-    // column 0 takes the rest.
+    // column 0 takes the rest. Where that leaves too little of the names, the other columns give way.
     void setRows(Rows* rows, const std::vector<int>& columnCharacters = {});
     Rows* rows() const noexcept { return m_rows; }
 
@@ -45,17 +45,25 @@ class ListView final : public QTreeView {
     void contextMenuEvent(QContextMenuEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
   private:
+    // Of column 0, with its picture.
+    int nameWidth() const;
+    int columnWidth(std::size_t column) const;
+    int narrowWidth(std::size_t column) const;
     void sortBy(int column);
     void showOrder();
     void selectHighlighted();
     void followReset();
     void layOutColumns();
+    // An empty list says its hint to screen readers too; a filled one its own description.
+    void describe();
 
     Rows* m_rows = nullptr;
     std::vector<int> m_columnCharacters;
     QString m_emptyHint;
+    QString m_description;        // of the filled list
     bool m_following = false;     // a change of flags or selection that is an echo of the other
     bool m_flagsChanged = false;  // the selection is to follow the flags at the next turn of the event loop
     bool m_mousePress = false;
