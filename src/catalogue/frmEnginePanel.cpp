@@ -16,6 +16,8 @@ namespace {
 // Width of the column with types, adult sites and countries.
 constexpr int kWaysCharacters = 38;
 constexpr int kFindCharacters = 80;
+constexpr int kCountriesInSight = 3;  // in the smallest window
+constexpr int kRowPadding = 7;
 }  // namespace
 
 frmEnginePanel::frmEnginePanel(QWidget* parent)
@@ -24,6 +26,7 @@ frmEnginePanel::frmEnginePanel(QWidget* parent)
     const int waysWidth = fontMetrics().averageCharWidth() * kWaysCharacters;
     for (QWidget* way : {static_cast<QWidget*>(m_ui->scrWays), static_cast<QWidget*>(m_ui->lstCountry)})
         way->setMaximumWidth(waysWidth);
+    m_ui->lstCountry->setMinimumHeight((fontMetrics().height() + kRowPadding) * kCountriesInSight);
     // The buttons keep no list from getting narrower: they stack before they crowd.
     for (QPushButton* push :
          {m_ui->cmdSelectEngine_0, m_ui->cmdSelectEngine_1, m_ui->cmdRemoveEngine_0, m_ui->cmdRemoveEngine_1})
@@ -73,9 +76,6 @@ void frmEnginePanel::showTypeBoxes() {
         typeBox(index)->setText(toScreen(m_lists->chkType[index].caption));
         typeBox(index)->setChecked(m_lists->chkType[index].checked);
     }
-    // Wide enough for the captions, which carry counts.
-    m_ui->scrWays->setMinimumWidth(m_ui->scrWaysContents->minimumSizeHint().width() +
-                                   m_ui->scrWays->verticalScrollBar()->sizeHint().width());
 }
 
 void frmEnginePanel::connectLists() {
@@ -117,9 +117,15 @@ void frmEnginePanel::connectButtons() {
     m_ui->lsvEngines->addAction(drop);
 }
 
-// The two rows of buttons stack together, under lists of one width.
 void frmEnginePanel::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
+    m_ui->scrWays->setMinimumWidth(m_ui->scrWaysContents->minimumSizeHint().width() +
+                                   m_ui->scrWays->verticalScrollBar()->sizeHint().width());
+    stackButtons();
+}
+
+// The two rows of buttons stack together, under lists of one width.
+void frmEnginePanel::stackButtons() {
     const int room = std::min(m_ui->lsvEngines->width(), m_ui->lsvSelectedEngines->width());
     const auto needed = [](const QBoxLayout* row, const QPushButton* one, const QPushButton* other) {
         return one->sizeHint().width() + row->spacing() + other->sizeHint().width();

@@ -40,6 +40,7 @@ class frmEnginePanel final : public QWidget {
     void connectTypeBoxes();
     void connectLists();
     void connectButtons();
+    void stackButtons();
 
     std::unique_ptr<Ui::frmEnginePanel> m_ui;
     EngineLists* m_lists = nullptr;

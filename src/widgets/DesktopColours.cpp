@@ -2,7 +2,6 @@
 #include "widgets/DesktopColours.h"
 
 #include <QDBusConnection>
-#include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
@@ -38,7 +37,7 @@ void DesktopColours::ask() {
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) return;
     bus.connect(service(), path(), settings(), QStringLiteral("SettingChanged"), this,
-                SLOT(follow(QString, QString, QDBusVariant)));
+                SLOT(follow(QDBusMessage)));
     QDBusMessage question =
         QDBusMessage::createMethodCall(service(), path(), settings(), QStringLiteral("Read"));
     question << group() << key();
@@ -57,9 +56,9 @@ void DesktopColours::takeAnswer(QDBusPendingCallWatcher* watcher) {
     if (reply.isValid()) take(reply.value().variant());
 }
 
-void DesktopColours::follow(const QString& changedGroup, const QString& changedKey,
-                            const QDBusVariant& value) {
-    if (changedGroup == group() && changedKey == key()) take(value.variant());
+void DesktopColours::follow(const QDBusMessage& signal) {
+    const QVariantList news = signal.arguments();
+    if (news.size() == 3 && news[0].toString() == group() && news[1].toString() == key()) take(news[2]);
 }
 
 void DesktopColours::take(const QVariant& value) {

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QDBusMessage>
 #include <QObject>
 
 class QDBusPendingCallWatcher;
-class QDBusVariant;
 
 namespace relay {
 
@@ -27,7 +27,7 @@ class DesktopColours final : public QObject {
   private:
     void takeAnswer(QDBusPendingCallWatcher* watcher);
     void take(const QVariant& value);
-    Q_SLOT void follow(const QString& group, const QString& key, const QDBusVariant& value);
+    Q_SLOT void follow(const QDBusMessage& signal);
 
     bool m_asked = false;
     Scheme m_scheme = Scheme::NoPreference;

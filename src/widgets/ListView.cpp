@@ -147,6 +147,7 @@ void ListView::showOrder() {
 
 void ListView::followReset() {
     describe();
+    layOutColumns();
     selectHighlighted();
     showOrder();
 }
