@@ -15,7 +15,7 @@ namespace relay {
 namespace {
 // Width of the column with types, adult sites and countries.
 constexpr int kWaysCharacters = 38;
-constexpr int kFindCharacters = 80;
+constexpr int kFindCharacters = 100;
 constexpr int kCountriesInSight = 3;  // in the smallest window
 constexpr int kRowPadding = 7;
 }  // namespace
