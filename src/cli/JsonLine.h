@@ -8,8 +8,8 @@
 
 namespace relay {
 
-// One JSON object on a line of its own, its members in the order they were added. Texts are bytes; a byte
-// that is no valid UTF-8 appears as \xNN. What a terminal would obey appears as \uNNNN.
+// One JSON object on a line of its own, with members in the order added. Texts are bytes; a byte that is not
+// valid UTF-8 appears as \xNN, a character that terminals obey as \uNNNN.
 class JsonLine final {
   public:
     JsonLine& add(std::string_view key, std::string_view text);

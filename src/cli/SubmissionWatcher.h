@@ -11,10 +11,10 @@ namespace relay {
 
 class CommandLineContext;
 
-// Tells a run as it goes: JSON events, or a live count on the terminal and a summary at the end.
+// Reports a run as it goes: JSON events, or a live count on the terminal and a summary at the end.
 class SubmissionWatcher final {
   public:
-    // The numbers the live count runs up to.
+    // `urls` and `engines` are the totals of the live count.
     SubmissionWatcher(CommandLineContext& context, int urls, int engines);
 
     void engineEnded(const EngineEnded& ended);
@@ -31,7 +31,7 @@ class SubmissionWatcher final {
     CommandLineContext& m_context;
     int m_urls;
     int m_engines;
-    int m_url = 1;         // the one under way
+    int m_url = 1;         // the current one
     int m_endedOfUrl = 0;  // engines that ended for it
     std::map<std::int16_t, int> m_byResult;
     std::vector<UrlReport> m_reports;

@@ -28,7 +28,7 @@ std::string withoutScheme(const std::string& text) {
     return scheme == npos ? text : text.substr(scheme + 3);
 }
 
-// The name of the first control whose text will not do, after the user was told; empty when all will.
+// The name of the first control with an invalid text, after a message; empty when all are valid.
 std::string_view refusedControl(Prompts& prompts, const PreferenceEntry& entry) {
     const double timeOut = leadingNumber(entry.txtTimeOut);
     if (timeOut <= 0 || timeOut > kMaximumTimeOut) {

@@ -4,6 +4,7 @@
 #include "core/Clock.h"
 #include "core/Failure.h"
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
 #include "core/IniFile.h"
 #include "core/Log.h"
 #include "core/Paths.h"
@@ -47,7 +48,7 @@ void ReportWriter::save(const std::string& text, UrlReport& report) const {
         path = folder + "/" + reportFileName(report.URL, now);
         writeFile(path, text);
         report.path = path;
-        // A report that cannot be noted does not keep the failed engines from being offered again.
+        // If the report cannot be listed, the failed engines are still saved.
         const auto unnoted = failureOf([&] { noteReport(report.website, report.URL, now, path); });
         appendFile(m_services.paths.inApp("fail.eng"), m_FailEngines.text());
         if (unnoted) throw Failure(*unnoted);

@@ -15,19 +15,19 @@ struct Services;
 
 // How reports are written.
 struct SubmissionOptions final {
-    QLocale locale;            // of their dates
-    bool linkEngines = false;  // names of engines as links; the switch "/U"
+    QLocale locale;            // for dates
+    bool linkEngines = false;  // engine names as links; the switch "/U"
 };
 
-// Writes the reports of a run and gathers the engines that failed in it.
+// Writes the reports of a run and collects the engines that failed in it.
 class ReportWriter final {
   public:
     ReportWriter(const Services& services, SubmissionOptions options);
 
-    // Empties the list of failed engines; at the start of a run.
+    // Empties the list of failed engines. Call at the start of a run.
     void setFailEngine();
-    // Writes the report of one URL, notes it in the website file and appends to fail.eng. A failure goes to
-    // the log and into the result.
+    // Writes the report of one URL, lists it in the website file and appends the failed engines to fail.eng.
+    // A failure goes to the log and into the result.
     UrlReport CreateReport(const std::string& URL, const std::string& WebsiteFile,
                            const std::vector<EngineResult>& engines);
 

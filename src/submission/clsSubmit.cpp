@@ -8,7 +8,6 @@
 #include "core/Text.h"
 #include "core/Trap.h"
 #include "core/clsPreference.h"
-#include "submission/WorkList.h"
 
 #include <utility>
 
@@ -66,7 +65,7 @@ void clsSubmit::sizeSockets(std::int16_t Count) {
 }
 
 void clsSubmit::LoadHTTPMXSocket(std::int16_t Count) {
-    // No reply is kept: a result is the status alone.
+    // Replies are not kept: a result depends on the status only.
     m_pool.open({Count, false, [this](std::string_view URL) { return maskPassword(URL, m_web); }});
 }
 
@@ -80,7 +79,7 @@ void clsSubmit::Submitting(std::int16_t Index, std::int16_t EngineIndex) {
                                      " Socket : " + std::to_string(Index) +
                                      " Engine: " + escapeControlCharacters(socket(Index).EngineName));
     }
-    // Nothing else would ever free this connection, and the run would wait for it.
+    // Nothing else would free this connection, and the run would wait for it.
     if (socket(Index).Busy == 1) endAtOnce(Index);
 }
 
@@ -139,7 +138,7 @@ void clsSubmit::setSubmitResults(std::int16_t Index, std::string_view Caller, co
         SubmitSocket& work = socket(Index);
         work.Busy = 0;
         if (work.EngineIndex < 1) return show(Index, ConnectionStage::Completed, Text);
-        // Kept even where the row cannot be shown.
+        // Stored even if the row cannot be shown.
         EngineResult& result = m_EngineTable.at(static_cast<std::size_t>(work.EngineIndex - 1));
         result.Result = work.Result;
         show(Index, ConnectionStage::Completed, Text);

@@ -82,10 +82,10 @@ QPalette darkPalette() {
     return palette;
 }
 
-QPalette legiblePart(const QPalette& handed) {
+QPalette legiblePart(const QPalette& provided) {
     QPalette part;
     for (const auto group : {QPalette::Active, QPalette::Inactive}) {
-        const auto colour = [&](QPalette::ColorRole role) { return handed.color(group, role); };
+        const auto colour = [&](QPalette::ColorRole role) { return provided.color(group, role); };
         const QColor base = colour(QPalette::Base);
         const QColor text = colour(QPalette::Text);
         const QColor placeholder = over(colour(QPalette::PlaceholderText), base);
@@ -103,7 +103,7 @@ bool isDark(const QPalette& palette) {
 }
 
 namespace {
-// Keeps the application's palette as the user wants it, whatever the desktop does meanwhile.
+// Sets the application's palette and follows the desktop's changes.
 class ColourKeeper final : public QObject {
   public:
     ColourKeeper(QApplication& application, QString fixed)
@@ -141,15 +141,15 @@ class ColourKeeper final : public QObject {
     void followDesktop() {
         m_following = true;
         QApplication::setPalette(QPalette());
-        const QPalette handed = QApplication::palette();
-        // What the style has for itself was handed down by nobody; it may be dark where the desktop is.
-        if (handed != QApplication::style()->standardPalette()) {
-            QApplication::setPalette(legiblePart(handed));
+        const QPalette provided = QApplication::palette();
+        // The style's own palette means that the desktop provides none. It is dark on a dark desktop.
+        if (provided != QApplication::style()->standardPalette()) {
+            QApplication::setPalette(legiblePart(provided));
             return;
         }
         m_desktop.ask();
         const bool dark = m_desktop.scheme() == DesktopColours::Scheme::NoPreference
-                              ? isDark(handed)
+                              ? isDark(provided)
                               : m_desktop.scheme() == DesktopColours::Scheme::Dark;
         QApplication::setPalette(dark ? darkPalette() : lightPalette());
     }

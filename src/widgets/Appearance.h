@@ -8,20 +8,20 @@ class QApplication;
 
 namespace relay {
 
-// The program's own palettes, for desktops that hand down none.
+// The program's own palettes, for desktops that provide none.
 QPalette lightPalette();
 QPalette darkPalette();
 bool isDark(const QPalette& palette);
 
-// What has to change in a palette that the desktop hands down: a placeholder text that is missing, or too
-// pale for its field, and selections that hardly differ from the rows around them.
-QPalette legiblePart(const QPalette& handed);
+// The changes that make a desktop's palette legible: a placeholder colour that is missing or too pale, and
+// selections that hardly differ from the other rows.
+QPalette legiblePart(const QPalette& provided);
 
-// The program's style and icon. `fixed` is "light" or "dark" to have a palette of ours for good, whatever is
-// chosen later; empty: chooseColours decides.
+// Sets the program's style and icon. `fixed` is "light" or "dark" for one of our palettes, whatever is chosen
+// later; if it is empty, chooseColours decides.
 void applyAppearance(QApplication& application, const QString& fixed);
-// "light" or "dark" takes a palette of ours. Anything else follows the desktop: the palette it hands down,
-// or, where it hands none, that one of ours that its portal asks for, also when that changes later.
+// "light" or "dark" selects one of our palettes. Any other value follows the desktop: the palette it
+// provides, or else our palette that its portal asks for, also when that changes later.
 void chooseColours(const QString& wish);
 
 }  // namespace relay

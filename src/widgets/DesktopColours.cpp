@@ -43,7 +43,7 @@ void DesktopColours::ask() {
     question << group() << key();
     auto* const watcher = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, &DesktopColours::takeAnswer);
-    // A window that comes up light and turns dark at once would dazzle.
+    // Otherwise the window would open light and turn dark at once.
     QEventLoop moment;
     connect(watcher, &QDBusPendingCallWatcher::finished, &moment, &QEventLoop::quit);
     QTimer::singleShot(kWaitMilliseconds, &moment, &QEventLoop::quit);
@@ -62,7 +62,7 @@ void DesktopColours::follow(const QDBusMessage& signal) {
 }
 
 void DesktopColours::take(const QVariant& value) {
-    // An answer to "Read" wraps its value twice.
+    // "Read" wraps its answer twice.
     QVariant plain = value;
     while (plain.canConvert<QDBusVariant>()) plain = plain.value<QDBusVariant>().variant();
     Scheme scheme = Scheme::NoPreference;

@@ -8,8 +8,8 @@ class QDBusPendingCallWatcher;
 
 namespace relay {
 
-// What the user prefers on this desktop, as its portal says: the settings portal's "color-scheme", followed
-// while the program runs. A desktop without a bus or a portal has no preference.
+// The user's preference for light or dark windows: "color-scheme" of the desktop's settings portal, also when
+// it changes while the program runs. Without a session bus or a portal there is no preference.
 class DesktopColours final : public QObject {
     Q_OBJECT
   public:
@@ -17,7 +17,7 @@ class DesktopColours final : public QObject {
 
     explicit DesktopColours(QObject* parent = nullptr);
 
-    // Asks the portal, and waits a moment for the answer; one that takes longer comes as a change.
+    // Asks the portal and waits briefly for the answer. A later answer is reported as a change.
     void ask();
     Scheme scheme() const noexcept { return m_scheme; }
 

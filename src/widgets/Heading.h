@@ -5,7 +5,7 @@
 
 namespace relay {
 
-// A heading of one line: where it does not fit it ends in an ellipsis, and a tooltip has the rest.
+// A heading of one line. If it does not fit, it ends in an ellipsis and its tooltip shows the whole text.
 class Heading final : public QLabel {
   public:
     using QLabel::QLabel;

@@ -16,7 +16,7 @@
 namespace relay {
 
 namespace {
-// The two colours the drawings are written with.
+// The two colours used in the drawings.
 constexpr auto kLine = "currentColor";
 constexpr auto kAccent = "#2f7dd1";
 

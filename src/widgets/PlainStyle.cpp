@@ -21,14 +21,14 @@ QColor colourOf(const QStyleOption& option, QPalette::ColorRole role) {
     return option.palette.color(role);
 }
 
-// What a page of a tab control is filled with: Fusion makes it from the button's colour.
+// The background of tab pages, computed as in Fusion.
 QColor pageColour(const QStyleOption& option) {
     const QColor button = colourOf(option, QPalette::Button);
     const int grey = qGray(button.rgb());
     return button.lighter(100 + std::max(1, (180 - grey) / 6)).lighter(104);
 }
 
-// Frames of fields and boxes.
+// For the frames of fields and boxes.
 QColor lineColour(const QStyleOption& option) {
     const QColor base = colourOf(option, QPalette::Base);
     const QColor window = colourOf(option, QPalette::Window);
@@ -37,7 +37,7 @@ QColor lineColour(const QStyleOption& option) {
     return contrasting(faint, colourOf(option, QPalette::Text), {base, window, pageColour(option)});
 }
 
-// The ring around what has the focus, on `ground`.
+// For the focus ring, drawn on `ground`.
 QColor ringColour(const QStyleOption& option, const QColor& ground) {
     return contrasting(colourOf(option, QPalette::Highlight), colourOf(option, QPalette::Text),
                        {ground, colourOf(option, QPalette::Window), pageColour(option)});
@@ -54,7 +54,7 @@ void drawInside(QPainter& painter, const QRectF& rect, const QColor& colour, int
     painter.restore();
 }
 
-// Of a field or a list: a thin line, or the ring where it has the focus.
+// The frame of a field or a list: a thin line, or the focus ring.
 void drawFieldFrame(QPainter& painter, const QStyleOption& option) {
     const bool focused =
         option.state.testFlag(QStyle::State_HasFocus) && option.state.testFlag(QStyle::State_Enabled);
@@ -106,7 +106,7 @@ void PlainStyle::unpolish(QWidget* widget) {
     QProxyStyle::unpolish(widget);
 }
 
-// Lists and text boxes repaint what they show when the focus comes or goes, but not their frames.
+// When the focus changes, lists and text boxes repaint their content, but not their frames.
 bool PlainStyle::eventFilter(QObject* object, QEvent* event) {
     if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut)
         static_cast<QWidget*>(object)->update();

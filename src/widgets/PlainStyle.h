@@ -5,9 +5,9 @@
 
 namespace relay {
 
-// Qt's Fusion style, in whatever colours, with lines that can be seen: the frames of boxes and fields, and
-// the ring around what has the focus, are made from the palette with enough contrast to what lies around
-// them. Buttons of dialogs carry words only, and a heading that does not fit ends in an ellipsis.
+// Qt's Fusion style with visible lines in every palette: the frames of boxes and fields and the ring around
+// the control with the focus have enough contrast with their surroundings. Buttons of boxes and dialogs show
+// no icons, and the title of a group box ends in an ellipsis if it does not fit.
 class PlainStyle final : public QProxyStyle {
   public:
     PlainStyle();

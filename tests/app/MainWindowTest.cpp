@@ -5,6 +5,7 @@
 #include "app/WindowTest.h"
 #include "core/Failure.h"
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
 #include "core/ScreenText.h"
 #include "widgets/ListView.h"
 #include "widgets/QtPrompts.h"
@@ -15,6 +16,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QPushButton>
@@ -26,6 +28,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <gmock/gmock.h>
+#include <map>
 #include <set>
 
 namespace relay::test {
@@ -56,6 +59,7 @@ TEST_F(MainWindowTest, AnEmptyHomeShowsTheSettingsOnceAndEndsInTheNotice) {
     int settingsShown = 0;
     whenModal([&](QWidget& dialog) {
         settingsShown += dialog.objectName() == QStringLiteral("frmPreference") ? 1 : 0;
+        EXPECT_TRUE(control<QLabel>(dialog, "lblFirstStart").isVisible()) << "it says why it is there";
         program().bringToFront();
         EXPECT_FALSE(window().isVisible()) << "before it has anything to show";
         QTest::keyClick(&dialog, Qt::Key_Escape);
@@ -72,7 +76,7 @@ TEST_F(MainWindowTest, AnEmptyHomeShowsTheSettingsOnceAndEndsInTheNotice) {
     EXPECT_EQ(settingsShown, 1);
 }
 
-TEST_F(MainWindowTest, TheWindowTakesItsSavedPlaceButStaysInReach) {
+TEST_F(MainWindowTest, TheWindowReturnsToItsSavedPlaceButStaysReachable) {
     settleHome(kSmallCatalogue);
     const auto placed = [this](const char* saved) {
         {
@@ -99,7 +103,7 @@ TEST_F(MainWindowTest, TheWindowTakesItsSavedPlaceButStaysInReach) {
     EXPECT_EQ(window().splitterPlace(), place);
 }
 
-TEST_F(MainWindowTest, QuickStartLeadsToItsCommands) {
+TEST_F(MainWindowTest, QuickStartLinksRunTheirCommands) {
     settleHome(kSmallCatalogue);
     start();
     QLabel& tips = find<QLabel>("lblQuickStartTips");
@@ -128,7 +132,7 @@ TEST_F(MainWindowTest, EveryCommandIsInAFormAndFollowsItsRule) {
             EXPECT_FALSE(action->icon().isNull()) << command.name;
         }
     };
-    check(find<QWidget>("SSTab1"), urlCommands(), {});
+    check(find<QWidget>("SSTab1"), urlCommands(), {NodeKind::Website, MainPanel::Website});
     check(window(), mainCommands(), {NodeKind::Website, MainPanel::Website});
     command("Engines");
     check(window(), mainCommands(), {NodeKind::Website, MainPanel::Engines});
@@ -150,7 +154,7 @@ TEST_F(MainWindowTest, AMissingFieldComesToTheFront) {
     }
 }
 
-TEST_F(MainWindowTest, AClickThatIsRefusedLeavesTheHighlightWhereCommandsAct) {
+TEST_F(MainWindowTest, ARefusedClickLeavesTheHighlightOnTheCurrentNode) {
     startWithOneWebsite();
     type("txtSiteTitle", QStringLiteral("Typed"));
     setSaveFault([](SaveStep step) { return step == SaveStep::Create ? EROFS : 0; });
@@ -163,7 +167,7 @@ TEST_F(MainWindowTest, AClickThatIsRefusedLeavesTheHighlightWhereCommandsAct) {
         QTest::mouseClick(tree.viewport(), button, {}, shop);
         refused("click");
     }
-    // The menu of a node is not opened over a node that it would not act on.
+    // The menu does not open over a node that it would not affect.
     Q_EMIT tree.customContextMenuRequested(shop);
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
     QTest::mouseClick(tree.viewport(), Qt::RightButton, Qt::ControlModifier,
@@ -175,7 +179,7 @@ TEST_F(MainWindowTest, AClickThatIsRefusedLeavesTheHighlightWhereCommandsAct) {
     refused("closed project");
     setSaveFault({});
     tree.collapse(node("Shop"));
-    EXPECT_EQ(current() + ", " + highlighted(), "Shop, Shop") << "a node out of sight is left";
+    EXPECT_EQ(current() + ", " + highlighted(), "Shop, Shop") << "a hidden node does not stay current";
     EXPECT_FALSE(tree.isExpanded(node("Shop")));
 }
 
@@ -191,7 +195,7 @@ TEST_F(MainWindowTest, AHomeThatCannotBeWrittenIsShownOnceAndKeepsWhatWasTyped) 
     prompts.shown.clear();
     prompts.answers = {false, true};
     command("mnuFileItems_15");
-    EXPECT_THAT(titles(), ElementsAre("Error", "Exit")) << "shown again, and asked all the same";
+    EXPECT_THAT(titles(), ElementsAre("Error", "Exit")) << "shown again, and still asked";
     EXPECT_TRUE(window().isVisible());
     setSaveFault({});
     clickNode("Shop");
@@ -228,7 +232,7 @@ TEST_F(MainWindowTest, TheTreeIsSortedWidenedAndGuardedByKeys) {
     });
     Q_EMIT tree.customContextMenuRequested(QPoint(20, tree.viewport()->height() - 5));
     QCoreApplication::processEvents();
-    EXPECT_FALSE(opened) << "nothing is there to act on";
+    EXPECT_FALSE(opened) << "there is no node to act on";
 }
 
 TEST_F(MainWindowTest, TheToolbarOfTheUrlsComesBeforeTheirListInTheTabOrder) {
@@ -246,7 +250,7 @@ TEST_F(MainWindowTest, TheToolbarOfTheUrlsComesBeforeTheirListInTheTabOrder) {
         "ReplaceMetaTag Optimizer");
 }
 
-TEST(InputBoxTest, LongNamesAndTagsStandAsTheyReadInABoxOfTheUsualWidth) {
+TEST(InputBoxTest, LongNamesAndTagsAreShownLiterallyInABoxOfTheUsualWidth) {
     QtPrompts prompts;
     const std::string name = "<b>" + std::string(600, 'n') + "</b>";
     whenModal([&](QWidget& dialog) {
@@ -274,7 +278,7 @@ TEST_F(MainWindowTest, EveryBadProjectFileStillOpensAWindow) {
     }
 }
 
-TEST_F(MainWindowTest, NamesAreShownAsTheyReadAndNeverWidenTheWindow) {
+TEST_F(MainWindowTest, NamesAreShownLiterallyAndNeverWidenTheWindow) {
     settleHome(kSmallCatalogue);
     const QString name = QStringLiteral("<b>") + QString(300, QLatin1Char('p'));
     home.write("project.kwj", "[" + name.toStdString() + "]\r\nLast=1\r\n1=" + name.toStdString() + "|\r\n");
@@ -324,7 +328,7 @@ TEST_F(MainWindowTest, ALabelEditEndsByItsOwnKeysAndTheHighlightStaysRight) {
         Qt::Key end;          // Key_unknown: a click on Zoo
         const char* index;    // the names in the project index
         const char* current;  // ... and highlighted
-        const char* shown;    // the title of a box that was shown, and the editor is open again
+        const char* shown;    // the title of a box, after which the editor is open again
     };
     constexpr auto click = Qt::Key_unknown;
     const char* const same = "Shop Home Next Zoo";
@@ -375,7 +379,7 @@ TEST_F(MainWindowTest, ALabelEditEndsByItsOwnKeysAndTheHighlightStaysRight) {
         EXPECT_EQ(names, c.index);
         EXPECT_EQ(current() + ", " + highlighted(), std::string(c.current) + ", " + c.current);
         EXPECT_EQ(fileExists(home.path("Projects/Home.kws")), c.end == click && names.find("Shop") == 0)
-            << "only a click is a click on a node";
+            << "keys do not click on a node";
         std::filesystem::remove(home.path("Projects/Home.kws"));
         if (again) press(Qt::Key_Escape);
         prompts.shown.clear();
@@ -391,7 +395,7 @@ TEST_F(MainWindowTest, ALabelEditEndsByItsOwnKeysAndTheHighlightStaysRight) {
     }
 }
 
-TEST_F(MainWindowTest, ReportsOpenOrAreMissed) {
+TEST_F(MainWindowTest, ReportsOpenOrAMessageShowsThatTheyAreMissing) {
     settleHome(kSmallCatalogue);
     home.write("a.kws",
                "[Web Site Info]\r\nVersion=6.0\r\nLastURL=1\r\nLastReport=2\r\n[URL]\r\nURL1=http://a\r\n"
@@ -410,12 +414,78 @@ TEST_F(MainWindowTest, ReportsOpenOrAreMissed) {
     clickRow("lsvReports", "http://a");
     QTest::keyClick(&find<QWidget>("lsvReports"), Qt::Key_Return);
     EXPECT_EQ(prompts.last().kind + prompts.last().text, "system" + home.path("r.htm"));
+    prompts.systemOpens = false;
+    QTest::mouseClick(&find<QPushButton>("cmdViewReport"), Qt::LeftButton);
+    EXPECT_THAT(prompts.last().text, HasSubstr("no program that opens\r\n" + home.path("r.htm")));
     prompts.answers = {true};
+    prompts.shown.clear();
     QTest::mouseClick(&find<QPushButton>("cmdDeleteReport"), Qt::LeftButton);
+    EXPECT_THAT(titles(), ElementsAre("Delete Report File"));
     EXPECT_THAT(rowTexts("lsvReports"), ElementsAre("http://b"));
 }
 
-TEST_F(MainWindowTest, TheLocalFileOfAUrlIsChosenAndHelpIsMissed) {
+TEST_F(MainWindowTest, ButtonsThatNeedASelectionSayWhyTheyAreDisabled) {
+    startWithOneWebsite();
+    prompts.inputs = {"http://a.test/"};
+    command("AddURL");
+    command("Engines");
+    const auto check = [&](const char* button, bool enabled) {
+        const auto& push = find<QPushButton>(button);
+        EXPECT_EQ(push.isEnabled(), enabled) << button;
+        EXPECT_EQ(push.toolTip().endsWith(QStringLiteral(" first.")), !enabled) << button;
+    };
+    for (const char* button : {"cmdSelectEngine_0", "cmdRemoveEngine_0", "cmdViewReport", "cmdDeleteReport"})
+        check(button, false);
+    clickRow("lsvEngines", "Alpha");
+    check("cmdSelectEngine_0", true);
+    QTest::mouseClick(&find<QPushButton>("cmdSelectEngine_0"), Qt::LeftButton);
+    clickRow("lsvSelectedEngines", "Alpha");
+    check("cmdRemoveEngine_0", true);
+    QTest::keyClick(&find<QWidget>("lsvSelectedEngines"), Qt::Key_Delete);
+    check("cmdRemoveEngine_0", false);
+
+    clickNode("Shop/Home");
+    find<QTabWidget>("SSTab1").setCurrentIndex(1);
+    QAction& remove = find<QAction>("DeleteURL");
+    EXPECT_FALSE(remove.isEnabled());
+    clickRow("lsvSiteURLs", "http://a.test/");
+    EXPECT_TRUE(remove.isEnabled());
+    prompts.answers = {true};
+    prompts.shown.clear();
+    QTest::keyClick(&find<QWidget>("lsvSiteURLs"), Qt::Key_Delete);
+    EXPECT_THAT(titles(), ElementsAre("Delete URL")) << "asked once";
+    EXPECT_FALSE(remove.isEnabled());
+}
+
+TEST_F(MainWindowTest, NoTwoOfTheKeysThatAPanelShowsAreTheSame) {
+    startWithOneWebsite();
+    const auto letters = [this] {
+        std::map<QString, QStringList> owners;
+        const auto add = [&owners](const QString& text, const QString& name) {
+            const QKeySequence keys = QKeySequence::mnemonic(text);
+            if (!keys.isEmpty()) owners[keys.toString()] << name;
+        };
+        for (const QAction* menu : window().findChild<QMenuBar*>()->actions())
+            add(menu->text(), menu->text());
+        for (const auto* label : window().findChildren<QLabel*>())
+            if (label->isVisible() && label->buddy() != nullptr) add(label->text(), label->objectName());
+        for (const auto* button : window().findChildren<QAbstractButton*>())
+            if (button->isVisible()) add(button->text(), button->objectName());
+        return owners;
+    };
+    const auto check = [&](const QString& panel) {
+        for (const auto& [keys, owners] : letters())
+            EXPECT_EQ(owners.size(), 1) << qPrintable(panel + keys + owners.join(QLatin1Char(' ')));
+    };
+    for (int tab = 0; tab < 5; ++tab) {
+        find<QTabWidget>("SSTab1").setCurrentIndex(tab);
+        check(QStringLiteral("page %1: ").arg(tab + 1));
+    }
+    command("Engines");
+    check(QStringLiteral("engines: "));
+}
+
+TEST_F(MainWindowTest, TheLocalFileOfAUrlIsChosenAndMissingHelpIsReported) {
     startWithOneWebsite();
     find<QTabWidget>("SSTab1").setCurrentIndex(1);
     prompts.inputs = {"http://a.test/"};
@@ -462,7 +532,7 @@ TEST_F(MainWindowTest, EveryControlHasANameAndAPlaceInTheTabOrder) {
     EXPECT_GT(controls, 60);
 }
 
-TEST(WindowApplicationTest, WhatAHandlerLetsOutIsShownAndTheProgramGoesOn) {
+TEST(WindowApplicationTest, AnExceptionFromAHandlerIsShownAndTheProgramContinues) {
     auto& application = dynamic_cast<WindowApplication&>(*qApp);
     std::vector<std::string> shown;
     QObject failing;
@@ -500,12 +570,15 @@ TEST(SingleInstanceTest, TheSecondOnAHomeRaisesTheFirst) {
     EXPECT_EQ(SingleInstance(toScreen(other.paths().AppPath)).claim(), SingleInstance::Claim::Raised);
 }
 
-TEST(OptionsTest, SwitchesStandAnywhere) {
+TEST(OptionsTest, SwitchesMayBeAnywhere) {
     const Options options =
         readOptions({QStringLiteral("/d"), QStringLiteral("--home"), QStringLiteral("/tmp/x")});
     EXPECT_EQ(options.home, "/tmp/x");
     EXPECT_EQ(options.commandLine, "/d --home /tmp/x");
     EXPECT_TRUE(options.answer.isEmpty());
+    for (const char* help : {"-h", "--help"})
+        EXPECT_THAT(readOptions({QString::fromLatin1(help)}).answer.toStdString(),
+                    StartsWith("Usage: korvel-relay [options]"));
     EXPECT_EQ(readOptions({QStringLiteral("--version")}).exitCode, 0);
     EXPECT_EQ(readOptions({QStringLiteral("--nonsense")}).exitCode, 2);
     EXPECT_EQ(readOptions({QStringLiteral("--home"), QString()}).exitCode, 2);

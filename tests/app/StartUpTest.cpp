@@ -2,6 +2,7 @@
 #include "app/QuickStart.h"
 #include "app/StartUp.h"
 #include "app/clsMain.h"
+#include "core/FileSystem.h"
 #include "session/Session.h"
 #include "support/ScriptedPrompts.h"
 #include "support/TestHome.h"
@@ -16,7 +17,7 @@ namespace {
 
 using ::testing::ElementsAre;
 
-// One run of the program on a home; what it showed, in order, by title or by the name of the screen.
+// One run of the program on a home. Records what it shows, in order, by title or by name of the screen.
 class ProgramRun final {
   public:
     explicit ProgramRun(const TestHome& home)
@@ -133,7 +134,7 @@ TEST(StartUpTest, LaterStartsShowTheFirstProjectAndNothingElse) {
     EXPECT_THAT(run.main.webTypes(), ElementsAre("Commercial Site", "Personal Site", "General"));
 }
 
-TEST(StartUpTest, AStepThatFailsIsShownAndTheOthersAreDone) {
+TEST(StartUpTest, AFailedStepIsShownAndTheOthersStillRun) {
     const TestHome home;
     giveWords(home);
     giveEngineData(home);
@@ -152,7 +153,7 @@ TEST(StartUpTest, AStepThatFailsIsShownAndTheOthersAreDone) {
     EXPECT_EQ(run.prompts.shown[0].text, words("create report folder1", "Reports/Ranking"));
     EXPECT_EQ(run.prompts.shown[1].text, words("create engines folder", "Engines"));
     EXPECT_THAT(home.read("Error.log"), ::testing::HasSubstr(run.prompts.shown[1].text));
-    EXPECT_GE(run.splashClosed, 2) << "or it covers the messages";
+    EXPECT_GE(run.splashClosed, 2) << "it would cover the messages";
     EXPECT_TRUE(folderExists(home.path("Projects")));
     EXPECT_EQ(run.main.catalogue.lists.lsvEngines.count(), 1);
     EXPECT_EQ(run.main.workspace.currentNode()->text, "Shop");
@@ -233,7 +234,7 @@ TEST(ReadyToSubmitTest, AsksForEnginesAndOffersToBlockTheMailOfFreeForAllSites) 
 TEST(WindowPositionTest, TakeExactlyFourFields) {
     struct Case {
         const char* text;
-        const char* position;  // as text again
+        const char* position;  // written back as text
     };
     const Case cases[] = {
         {"", nullptr},

@@ -66,7 +66,7 @@ class ListViewTest : public ::testing::Test {
     ListView view;
 };
 
-TEST_F(ListViewTest, TitlesSortAndFlipByMouseAndByMenu) {
+TEST_F(ListViewTest, TitlesSortAndReverseByMouseAndByMenu) {
     clickTitle(0);
     EXPECT_EQ(order(), "abc");
     EXPECT_EQ(view.header()->sortIndicatorOrder(), Qt::AscendingOrder);
@@ -86,7 +86,7 @@ TEST_F(ListViewTest, TitlesSortAndFlipByMouseAndByMenu) {
     EXPECT_EQ(order(), "abc");
     rows.clear();
     for (const char* name : {"e", "d"}) rows.add({.key = name, .text = name});
-    EXPECT_FALSE(view.header()->isSortIndicatorShown()) << "a list that was filled anew is in no order";
+    EXPECT_FALSE(view.header()->isSortIndicatorShown()) << "a refilled list is unsorted";
     clickTitle(0);
     EXPECT_EQ(order(), "de");
 }
@@ -106,7 +106,7 @@ TEST_F(ListViewTest, SelectionAndHighlightsAreTheSame) {
         const RowsBatch batch(rows);
         rows.setSubItem(0, 1, "cc");
     }
-    EXPECT_EQ(selected(), "d") << "a view that was reset looks at the flags again";
+    EXPECT_EQ(selected(), "d") << "a view follows the flags after a reset";
 }
 
 TEST_F(ListViewTest, TheHintIsForAnEmptyListOnly) {
@@ -167,7 +167,7 @@ TEST(IconThemeTest, EveryKeyInUseIsDrawnAndFollowsThePalette) {
     EXPECT_TRUE(themedIcon("no such key").pixmap(16, 16).toImage().allGray());
 }
 
-// What the style draws on the window's ground, as pixels.
+// What the style draws on the window's background.
 QImage drawn(QStyle::PrimitiveElement element, QStyle::State state, const QPalette& palette) {
     QImage image(24, 24, QImage::Format_RGB32);
     image.fill(palette.color(QPalette::Window));
@@ -181,7 +181,7 @@ QImage drawn(QStyle::PrimitiveElement element, QStyle::State state, const QPalet
     return image;
 }
 
-// How many pixels stand out from the window and from the fields.
+// The number of pixels with enough contrast to window and fields.
 int seenPixels(const QImage& image, const QPalette& palette) {
     int seen = 0;
     for (int y = 0; y < image.height(); ++y) {
@@ -196,14 +196,13 @@ int seenPixels(const QImage& image, const QPalette& palette) {
 }
 
 TEST(AppearanceTest, WhatHasAStateIsSeenInEveryPalette) {
-    // As a desktop may hand it down: dark, with the placeholder left black and a selection that is hardly
-    // there.
-    QPalette handed(QColor(49, 54, 59), QColor(42, 46, 50));
-    handed.setColor(QPalette::Base, QColor(27, 30, 32));
-    handed.setColor(QPalette::Text, QColor(252, 252, 252));
-    handed.setColor(QPalette::PlaceholderText, QColor(0, 0, 0, 128));
-    handed.setColor(QPalette::Inactive, QPalette::Highlight, QColor(40, 60, 70));
-    for (const QPalette& palette : {lightPalette(), darkPalette(), legiblePart(handed).resolve(handed)}) {
+    // A desktop's dark palette with a black placeholder and a faint selection.
+    QPalette provided(QColor(49, 54, 59), QColor(42, 46, 50));
+    provided.setColor(QPalette::Base, QColor(27, 30, 32));
+    provided.setColor(QPalette::Text, QColor(252, 252, 252));
+    provided.setColor(QPalette::PlaceholderText, QColor(0, 0, 0, 128));
+    provided.setColor(QPalette::Inactive, QPalette::Highlight, QColor(40, 60, 70));
+    for (const QPalette& palette : {lightPalette(), darkPalette(), legiblePart(provided).resolve(provided)}) {
         const QColor base = palette.color(QPalette::Base);
         SCOPED_TRACE(base.name().toStdString());
         constexpr int kHalfAnOutline = 24;
@@ -222,7 +221,7 @@ TEST(AppearanceTest, WhatHasAStateIsSeenInEveryPalette) {
         }
     }
     EXPECT_EQ(legiblePart(lightPalette()).resolveMask(), QPalette().resolveMask())
-        << "a palette that is well is left alone";
+        << "a good palette is not changed";
 }
 
 TEST(QtPromptsTest, AWholeAddressTakesThePlaceOfItsBeginning) {
@@ -239,7 +238,7 @@ TEST(QtPromptsTest, AWholeAddressTakesThePlaceOfItsBeginning) {
     }
 }
 
-TEST(QtPromptsTest, FiltersAreTurnedIntoQtsOwn) {
+TEST(QtPromptsTest, FiltersAreConvertedToQts) {
     EXPECT_EQ(toQtFilters("HTML files (*.htm;*.html)|*.htm;*.html|All Files (*.*)|*.*|"),
               (QStringList{QStringLiteral("HTML files (*.htm *.html)"), QStringLiteral("All Files (*)")}));
     EXPECT_EQ(toQtFilters("Text Files(*.txt)|*.txt"), QStringList{QStringLiteral("Text Files (*.txt)")});
@@ -313,7 +312,7 @@ TEST(QtPromptsTest, FileDialogsGiveThePathAndTheFilter) {
 class PreferenceTest : public ::testing::Test, protected SessionFixture {
   protected:
     PreferenceTest() { session.readSettings(); }
-    // The control the user is sent back to; "saved" when the entry was taken.
+    // The control the user is sent back to, or "saved".
     std::string confirm(const PreferenceEntry& entry) {
         std::string control = "saved";
         const bool taken = confirmPreference(preference, store, prompts, entry,
@@ -326,7 +325,7 @@ class PreferenceTest : public ::testing::Test, protected SessionFixture {
     SettingsStore& store = session.settings;
 };
 
-TEST_F(PreferenceTest, TheFirstFieldThatWillNotDoStopsOK) {
+TEST_F(PreferenceTest, TheFirstInvalidFieldStopsOK) {
     struct Case final {
         std::string PreferenceEntry::*field;
         const char* text;
@@ -378,7 +377,7 @@ TEST_F(PreferenceTest, ManyConnectionsAreAskedAboutOnlyWhenTyped) {
     EXPECT_EQ(preference.Connections, 51);
 }
 
-TEST_F(PreferenceTest, SchemesAreTakenOffAndAClickOutlivesCancel) {
+TEST_F(PreferenceTest, SchemesAreRemovedAndAClickSurvivesCancel) {
     PreferenceEntry entry = openPreference(preference);
     EXPECT_EQ(preference.AccessType, 1);
     EXPECT_EQ(preference.LoadConfigure, 1);
@@ -396,7 +395,7 @@ TEST_F(PreferenceTest, SchemesAreTakenOffAndAClickOutlivesCancel) {
     EXPECT_EQ(stored("Port") + stored("SiteURL") + stored("LogoURL"), "8080site.testlogo.test/x.png");
 }
 
-TEST_F(PreferenceTest, TheDialogGoesToTheFieldThatWillNotDo) {
+TEST_F(PreferenceTest, TheDialogGoesToTheInvalidField) {
     frmPreference dialog(services);
     dialog.show();
     EXPECT_FALSE(control<QWidget>(dialog, "txtProxy").isEnabled());

@@ -50,7 +50,7 @@ TEST(CategoriesTest, LoadsTheTreeAndSelectsItsFirstRow) {
     EXPECT_TRUE(fixture.prompts.shown.empty());
 }
 
-TEST(CategoriesTest, TellsWhatItCannotRead) {
+TEST(CategoriesTest, ShowsWhatItCannotRead) {
     CategoriesFixture fixture;
     EXPECT_FALSE(fixture.load("stray, item\n[One]\na\n[ONE]\nb\n[Two]\n"));
     EXPECT_EQ(fixture.prompts.last().title, "Load Category");
@@ -63,7 +63,7 @@ TEST(CategoriesTest, TellsWhatItCannotRead) {
     EXPECT_EQ(fixture.prompts.last().text, "Invalid procedure call or argument\r\nModule: loadSubCategory");
 }
 
-TEST(CategoriesTest, FindsAWebsitesCategoryAgain) {
+TEST(CategoriesTest, SelectsAWebsitesCategory) {
     const struct {
         const char* main;
         const char* sub;
@@ -82,7 +82,7 @@ TEST(CategoriesTest, FindsAWebsitesCategoryAgain) {
     }
 }
 
-TEST(CategoriesTest, KnowsWhatTheTreeHolds) {
+TEST(CategoriesTest, FindsWhatTheTreeContains) {
     const struct {
         const char* main;
         const char* sub;

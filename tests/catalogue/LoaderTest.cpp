@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "catalogue/CatalogueCheck.h"
 #include "catalogue/CountryFilter.h"
+#include "core/FileSystem.h"
 #include "support/SessionFixture.h"
 
 #include <filesystem>
@@ -18,8 +19,8 @@ constexpr std::string_view kCorrupted =
     "click on the 'File/Update Engine Data' menu item from the menu bar and following the instruction on the "
     "screen.";
 
-// A catalogue that cannot be read ends in the one message and false, whatever is wrong with it.
-TEST(EngineLoaderTest, TellsWhenTheFileCannotBeRead) {
+// A catalogue that cannot be read always gives the same message and false.
+TEST(EngineLoaderTest, ReportsAFileThatCannotBeRead) {
     using Spoil = void (*)(const std::string& path);
     const std::pair<const char*, Spoil> cases[] = {
         {"missing", [](const std::string&) {}},
@@ -46,7 +47,7 @@ TEST(EngineLoaderTest, TellsWhenTheFileCannotBeRead) {
         EXPECT_EQ(fixture.prompts.last().icon, Icon::Information);
         EXPECT_TRUE(fixture.lists.lsvEngines.empty());
         EXPECT_EQ(fixture.lists.lsvSelectedEngines.columnTitle(0), "Selected Engines");
-        // The engines still stand, and none of them is selected without a row.
+        // The engines are still there, and none is selected without a row.
         fixture.selection.EngineSelectByCountry("ALL");
         EXPECT_EQ(texts(fixture.lists.lsvSelectedEngines), (std::vector<std::string>{"One", "Two"}));
     }
@@ -68,7 +69,7 @@ TEST(EngineLoaderTest, ReplacesEnginesButKeepsFilterAndCustomEngines) {
     fixture.selection.EngineSelect(true);
     const std::string_view heldData = fixture.lists.engines.find("old")->CategoryData();
     ASSERT_TRUE(fixture.catalogue.loadEngineCategory());
-    EXPECT_EQ(heldData, "URL=http://o.example/>");  // a reload of the tables leaves loaded engines alone
+    EXPECT_EQ(heldData, "URL=http://o.example/>");  // reloading the tables does not change loaded engines
 
     ASSERT_TRUE(
         fixture.loadEngines("Name=New\nCountry=S\nCountry=DE\nName=Old\nCategory=C\n", "[New]\nx=y\n"));
@@ -95,8 +96,8 @@ TEST(CountryFilterTest, FindsWhatAPlainSearchFinds) {
     EXPECT_GT(filter.text().size(), 10000U);
 }
 
-// Sixteen bits wrap around, and what is said of one kind is only counted after the first thousand.
-TEST(EngineLoaderTest, CountsWhatIsTooMany) {
+// Counts of 16 bits wrap around, and after a thousand remarks of one kind the rest is only counted.
+TEST(EngineLoaderTest, CountsTheRestOfTooManyRemarks) {
     SessionFixture fixture;
     std::string text;
     for (int number = 0; number < 40000; ++number) text += "Name=Same\nType=ZINE\n";
@@ -108,7 +109,7 @@ TEST(EngineLoaderTest, CountsWhatIsTooMany) {
     EXPECT_THAT(fixture.logText(),
                 testing::EndsWith("Duplicate Engine: Same\r\nDuplicate Engine: ... 38999 more\r\n"));
     EXPECT_LT(fixture.logText().size(), 1002U * 24);
-    // Each load counts anew, and one that fails tells its rest too.
+    // Each load counts from zero, and a failing one logs its rest too.
     EXPECT_FALSE(fixture.loadEngines(text + "Name=Last\nCategory=Y\n", "# no table\n"));
     EXPECT_THAT(fixture.logText(), testing::EndsWith(" 38999 more\r\n"));
 
@@ -119,7 +120,7 @@ TEST(EngineLoaderTest, CountsWhatIsTooMany) {
     EXPECT_EQ(findings.back().text, "39000 more of this kind");
 }
 
-// A name costs no more than its bytes, however often its record gives a rule.
+// The memory for a name does not depend on how often its record repeats a rule.
 TEST(EngineLoaderTest, KeepsLittleOfALongName) {
     SessionFixture fixture;
     std::string text = "Name=" + std::string(600, 'n') + "\n";
@@ -131,10 +132,10 @@ TEST(EngineLoaderTest, KeepsLittleOfALongName) {
     text = "Name=x\n";
     for (int number = 0; number < 40000; ++number) text += "Category=C\n";
     ASSERT_TRUE(fixture.loadEngines(text));
-    EXPECT_EQ(fixture.lists.cboCustomEngines.size(), 32767U);  // as far as their index goes
+    EXPECT_EQ(fixture.lists.cboCustomEngines.size(), 32767U);  // the range of their index
 }
 
-TEST(EngineCategoriesTest, TellsWhenTheFileCannotBeRead) {
+TEST(EngineCategoriesTest, ReportsAFileThatCannotBeRead) {
     SessionFixture fixture;
     ASSERT_TRUE(fixture.loadEngines("Name=One\n", "[One]\na=b\n"));
     fixture.home.write("data/catkws.dat", "");

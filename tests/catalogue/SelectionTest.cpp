@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "catalogue/EngineListPage.h"
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
 #include "support/SessionFixture.h"
 
 #include <filesystem>
@@ -31,7 +32,7 @@ struct SelectionFixture final : SessionFixture {
         for (int row = 0; row < rows.count(); ++row)
             rows.setHighlighted(row, initials.find(rows.at(row).text.front()) != npos);
     }
-    // The initials of the selected rows; the title and the engines' own fields must agree with them.
+    // The initials of the selected rows; also checks the title and the engines' own fields.
     std::string selected() const {
         std::string initials;
         const Rows& rows = lists.lsvSelectedEngines;
@@ -44,7 +45,7 @@ struct SelectionFixture final : SessionFixture {
     }
 };
 
-TEST(EngineSelectionTest, SelectsAsEachOperationSays) {
+TEST(EngineSelectionTest, EachOperationSelectsItsEngines) {
     using Operation = void (*)(SelectionFixture&);
     const struct {
         const char* what;
@@ -99,7 +100,7 @@ TEST(EngineSelectionTest, SelectsAsEachOperationSays) {
     }
 }
 
-TEST(EngineSelectionTest, FindHighlightsOrSaysThatNothingMatched) {
+TEST(EngineSelectionTest, FindHighlightsMatchesOrShowsThatThereAreNone) {
     SelectionFixture fixture;
     fixture.selection.findEnginesByKeyword("elt");
     EXPECT_EQ(fixture.lists.lsvEngines.at(fixture.lists.lsvEngines.firstHighlighted()).text, "Delta");
@@ -108,10 +109,10 @@ TEST(EngineSelectionTest, FindHighlightsOrSaysThatNothingMatched) {
     EXPECT_EQ(fixture.prompts.last().text, "No matches found.");
 }
 
-TEST(EngineSelectionTest, HoldsTypeClicksBackWhileItTicksTheBoxes) {
+TEST(EngineSelectionTest, IgnoresTypeClicksWhileItTicksTheBoxes) {
     SelectionFixture fixture;
     int changes = 0;
-    // A form answers the change by setting its check boxes, which reports each as a click.
+    // A form reacts by setting its check boxes, which reports each as a click.
     fixture.lists.typeBoxesChanged = [&] {
         ++changes;
         for (std::size_t index = 0; index < EngineTypes.size(); ++index)
@@ -141,7 +142,7 @@ TEST(EngineSelectionTest, DeletingListedEnginesLeavesTheirSelectedRows) {
 
     fixture.selection.EngineSelectByType("FFA", true);  // the engine itself is still there
     EXPECT_TRUE(fixture.lists.lsvSelectedEngines.contains("Gamma"));
-    fixture.selection.EngineSelectByType("DIR", true);  // its row is, too
+    fixture.selection.EngineSelectByType("DIR", true);  // so is its row
     EXPECT_TRUE(fixture.lists.engines.find("Beta")->Selected);
     EXPECT_TRUE(fixture.prompts.shown.empty());
 }
@@ -165,9 +166,10 @@ TEST(SelectionFilesTest, SaveAndLoad) {
     EXPECT_FALSE(fixture.selection.loadSelectedEngine(path));
     EXPECT_EQ(fixture.selected(), "GBAPD");
     EXPECT_EQ(fixture.prompts.last().title, "Error");
-    EXPECT_EQ(fixture.prompts.last().text,
-              "This key is already associated with an element of this collection\r\n"
-              "Module: Load Selected Engine");
+    EXPECT_EQ(
+        fixture.prompts.last().text,
+        "The engine \"Beta\" is selected already, and the reading stopped there. Engines taken from the "
+        "file before it: 1.\r\nModule: Load Selected Engine");
 }
 
 TEST(EnginesMenuTest, SavesThroughTheDialog) {
@@ -247,7 +249,7 @@ TEST(EnginesMenuTest, ExportsThePage) {
     const std::string page = fixture.home.read("englist.htm");
     EXPECT_EQ(page.substr(0, page.find("<hr ")), readFile(TEST_FOLDER "/englist.htm"));
 
-    const std::string empty = engineListPage(EngineCollection());  // the first three groups stay
+    const std::string empty = engineListPage(EngineCollection());  // the first three groups remain
     EXPECT_EQ(empty.size() - replaceAll(empty, "<b>", "").size(), 9U);
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// What reaches a terminal, and what a terminal changes.
+// Output to a terminal, and what differs there.
 #include "CommandLineFixture.h"
 #include "cli/Console.h"
 #include "cli/ConsolePrompts.h"
@@ -17,7 +17,7 @@ namespace relay::test {
 using testing::HasSubstr;
 using testing::Not;
 
-TEST(TerminalText, HoldsNothingATerminalObeys) {
+TEST(TerminalText, EscapesControlCharacters) {
     const std::pair<std::string, std::string> cases[] = {
         {"plain caf\xC3\xA9", "plain caf\xC3\xA9"},
         {"\x1B[2J\x07\x7F", "\\x1B[2J\\x07\\x7F"},

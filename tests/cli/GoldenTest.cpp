@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // Every folder under golden/ is a case: home/ is copied into a fresh home, then the commands of the file
-// "transcript" run in it, and what they say must be what stands there. In a transcript "$" begins a command,
-// "| " a line of results, "! " a line of messages, "= " an exit code other than 0. Double quotes hold an
-// argument together; \n, \r and \xNN stand for bytes. HOME is the home's path. Two commands belong to the
-// transcript alone: "cat FILE" shows a file, line ends as written, and "mode FILE" its permissions.
-// With RELAY_GOLDEN_UPDATE set the transcripts are written instead.
+// "transcript" run in it, and their output must match it. In a transcript "$" begins a command, "| " a line
+// of results, "! " a line of messages, "= " an exit code other than 0. Double quotes group an argument; \n,
+// \r and \xNN stand for bytes. HOME is the home's path. Two commands exist only in transcripts: "cat FILE"
+// shows a file, with its line ends, and "mode FILE" its permissions.
+// Set RELAY_GOLDEN_UPDATE to write the transcripts instead.
 #include "CommandLineFixture.h"
 #include "core/FileStore.h"
 #include "core/Text.h"

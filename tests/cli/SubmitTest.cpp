@@ -21,7 +21,7 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
-// One object a line, and nothing else.
+// One object per line, and nothing else.
 std::vector<nlohmann::json> parseLines(const std::string& text) {
     std::vector<nlohmann::json> objects;
     std::istringstream lines(text);
@@ -37,7 +37,7 @@ class SubmitTest : public testing::Test {
         m_cli.home.write("data/catkws.dat", "[General For All Links]\r\nOther=1\r\nEND\r\n");
     }
 
-    // Engines of type ENG, named after the outcome they play, with an ending where the case wants one.
+    // Engines of type ENG, named after the outcome they play, with an optional ending.
     void useEngines(const std::vector<std::string>& outcomes, const std::string& ending = {}) {
         std::string text;
         for (const std::string& outcome : outcomes)
@@ -62,7 +62,28 @@ class SubmitTest : public testing::Test {
 
 }  // namespace
 
-TEST_F(SubmitTest, SubmitsTheUrlsOfAllWebsitesInOrderAndTellsTheOutcome) {
+TEST_F(SubmitTest, WarnsOfAnEmptyPasswordThatAnEngineIsSent) {
+    useEngines({"submit"});
+    const std::string engines = m_cli.home.read("data/krveng5.dat");
+    m_cli.home.write("data/krveng5.dat",
+                     engines +
+                         "Name=Keyed\r\nType=ENG\r\nCategory=N\r\nMethod=GET\r\nAction=" + m_web.address() +
+                         "/engines/keyed/submit\r\n" + "Query=url=<URL>&key=<Password>\r\n");
+    const std::string open = website("open", {"http://a.test/"});
+    const std::string keyed =
+        m_cli.home.writeWebsite("keyed.kws", {"http://b.test/"}, "Title=b\r\nPassword=k3y\r\n");
+    const auto warned = [&](std::vector<std::string> options) {
+        options.insert(options.begin(), {"submit", "--website", open, keyed});
+        return m_cli.run(options).err;
+    };
+    EXPECT_THAT(warned({"--engine", "submit"}), Not(HasSubstr("password")));
+    EXPECT_THAT(warned({"--all", "--quiet"}), Not(HasSubstr("password")));
+    const std::string told = warned({"--all"});
+    EXPECT_THAT(told, HasSubstr(open + ": The website has no password, but Keyed would be sent it."));
+    EXPECT_THAT(told, Not(HasSubstr(keyed + ": The website has no password")));
+}
+
+TEST_F(SubmitTest, SubmitsTheUrlsOfAllWebsitesInOrderAndReportsTheOutcome) {
     useEngines({"submit", "404"});
     const std::string first = website("first", {"http://a.test/", "http://a.test/b"});
     const std::string second = website("second", {"http://c.test/", "http://c.test?"});
@@ -94,7 +115,7 @@ TEST_F(SubmitTest, SubmitsTheUrlsOfAllWebsitesInOrderAndTellsTheOutcome) {
                   reports +
                   "c.test_(2002-Apr-01-1305).html\n"
                   "\n"
-                  "2 reports share one file, which holds the last of them.\n");
+                  "2 reports share one file, which contains the last of them.\n");
     EXPECT_THAT(m_cli.home.read("Reports/Submition/a.test_b(2002-Apr-01-1305).html"), HasSubstr("submit"));
     EXPECT_THAT(m_cli.home.read("first.kws"), HasSubstr("LastReport=2\r\n"));
 }
@@ -167,7 +188,7 @@ TEST_F(SubmitTest, RefusesWebsitesThatCannotBeSubmitted) {
     EXPECT_THAT(receivedUrls(), IsEmpty());
 }
 
-TEST_F(SubmitTest, GoesOnWhereAReportCannotBeWritten) {
+TEST_F(SubmitTest, ContinuesWhenAReportCannotBeWritten) {
     useEngines({"submit"});
     const std::string file = website("site", {"http://a.test/", "http://b.test/"});
     m_cli.home.write("Reports", "a file where the folder should be");
@@ -181,7 +202,7 @@ TEST_F(SubmitTest, GoesOnWhereAReportCannotBeWritten) {
     EXPECT_THAT(m_cli.home.read("site.kws"), Not(HasSubstr("LastReport")));
 }
 
-TEST_F(SubmitTest, TellsAReportThatIsThereFromOneThatIsNot) {
+TEST_F(SubmitTest, DistinguishesAFaultyReportFromAMissingOne) {
     useEngines({"submit"});
     const std::string file = website("site", {"http://a.test/"});
     std::filesystem::create_directories(m_cli.home.path("fail.eng/full"));
@@ -189,20 +210,20 @@ TEST_F(SubmitTest, TellsAReportThatIsThereFromOneThatIsNot) {
     const CommandResult result = m_cli.run({"submit", "--website", file, "--all"});
 
     EXPECT_EQ(result.code, 1);
-    EXPECT_THAT(result.err, HasSubstr("was written, but not everything that goes with it: " +
-                                      m_cli.home.path("fail.eng") + ": Is a directory"));
+    EXPECT_THAT(result.err, HasSubstr("was written, but with an error: " + m_cli.home.path("fail.eng") +
+                                      ": Is a directory"));
     EXPECT_THAT(result.out, Not(HasSubstr("(not written)")));
     EXPECT_THAT(m_cli.home.read("site.kws"), HasSubstr("LastReport=1"));
 }
 
-TEST_F(SubmitTest, TellsWhatIsLostOfALongUrl) {
+TEST_F(SubmitTest, WarnsThatALongUrlIsCut) {
     const std::string file = website("site", {});
     EXPECT_THAT(m_cli.run({"website", "add-url", file, std::string(559, 'u')}).err, IsEmpty());
     EXPECT_THAT(m_cli.run({"website", "add-url", file, std::string(560, 'v')}).err,
                 HasSubstr("Only the first 559 bytes are used: vvv"));
 }
 
-TEST_F(SubmitTest, TheSwitchesStandAnywhereAndInEitherCase) {
+TEST_F(SubmitTest, TheSwitchesMayBeAnywhereInEitherCase) {
     useEngines({"submit"});
     m_cli.home.write("data/krveng5.dat", m_cli.home.read("data/krveng5.dat") +
                                              "Name=Broken\r\nAction=http://a.test/\r\nQuery=none\r\n");

@@ -10,7 +10,7 @@
 namespace relay::test {
 namespace {
 
-TEST(IniFile, ReadsByTheReadersRules) {
+TEST(IniFile, ReadsValues) {
     using namespace std::string_literals;
     const struct {
         std::string line;
@@ -82,7 +82,7 @@ TEST(IniFile, WritesInPlaceAndKeepsEveryOtherByte) {
     EXPECT_EQ(file.text(), "");
 }
 
-TEST(IniFile, TheOneLineFacesNeverThrow) {
+TEST(IniFile, TheShortcutsNeverThrow) {
     const TestHome home;
     EXPECT_EQ(ReadIniValue(home.path("absent"), "s", "k"), "");
     EXPECT_EQ(ReadIniValue(home.path("data"), "s", "k"), "");

@@ -7,7 +7,7 @@
 namespace relay::test {
 namespace {
 
-// Each item in brackets, with its line before it and a comma behind it when one closed it.
+// Each item in brackets, after its line number and before a comma if one closed it.
 std::string walk(std::string_view text) {
     std::string seen;
     ItemReader reader(text);
@@ -43,7 +43,7 @@ TEST(ItemReader, SplitsAtLineEndsAndCommas) {
     EXPECT_EQ(walk(std::string_view("a\0b,c", 5)), std::string("1[a\0b],1[c]", 11));
 }
 
-// Long items are walked in steps of sixteen bytes: a delimiter counts at every place of a step.
+// Long items are read sixteen bytes at a time: a delimiter is found at every position.
 TEST(ItemReader, FindsADelimiterAnywhere) {
     for (const char* delimiter : {",", "\r", "\n", "\r\n"}) {
         for (std::size_t before = 1; before < 40; ++before) {

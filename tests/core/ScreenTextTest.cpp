@@ -28,7 +28,7 @@ TEST(ScreenText, ShowsUtf8AndCarriesOtherBytes) {
         EXPECT_EQ(toScreen(each.bytes), each.shown) << each.printable;
         EXPECT_EQ(toPrintableUtf8(each.bytes), each.printable);
     }
-    EXPECT_EQ(toScreen("\xF4\x90\x80\x80").size(), 4);  // beyond the last code
+    EXPECT_EQ(toScreen("\xF4\x90\x80\x80").size(), 4);  // beyond the last code point
     const QChar loose[] = {QChar(0xD83D), QChar(u'x'), QChar(0xDC00)};
     EXPECT_EQ(fromScreen(QStringView(loose, 3)), "\xEF\xBF\xBDx\xEF\xBF\xBD");
 }

@@ -13,7 +13,7 @@
 namespace relay::test {
 namespace {
 
-TEST(SettingsStore, EveryValueComesBackInAFileOfItsOwners) {
+TEST(SettingsStore, EveryValueComesBackFromAPrivateFile) {
     const TestHome home;
     const std::string file = home.path("config/settings.ini");
     std::string allBytes;
@@ -24,7 +24,7 @@ TEST(SettingsStore, EveryValueComesBackInAFileOfItsOwners) {
     const mode_t mask = ::umask(0);
     {
         SettingsStore store(file);
-        EXPECT_FALSE(std::filesystem::exists(file));  // looking makes nothing
+        EXPECT_FALSE(std::filesystem::exists(file));  // reading creates no file
         store.setValue("App Name", "Section", "first", "");
         EXPECT_FALSE(std::filesystem::exists(file));
         for (std::size_t i = 0; i < std::size(values); ++i)
@@ -52,7 +52,7 @@ TEST(SettingsStore, TwoProgramsKeepEachOthersValues) {
     other.save();
     one.save();
     EXPECT_EQ(one.value("A", "S", "other"), "2");
-    // What a program only holds as it read it is not written over what another wrote.
+    // A value that a program has only read does not overwrite what another wrote.
     other.setValue("A", "S", "one", "new");
     other.save();
     one.setValue("A", "S", "one", "1");
@@ -63,8 +63,8 @@ TEST(SettingsStore, TwoProgramsKeepEachOthersValues) {
     EXPECT_EQ(home.read("settings.ini"), "[A]\nS\\one=new\nS\\other=2\nS\\third=3\n");
 }
 
-// The files are as QSettings wrote them, once with the values "before", once with the ones set below.
-TEST(SettingsStore, WritesTheFileAsItAlwaysStood) {
+// The files are as QSettings writes them: one with the values "before", one with those set below.
+TEST(SettingsStore, KeepsTheFormatOfTheFile) {
     const TestHome home;
     const std::string before =
         "[General]\nstray=1\n\n"
@@ -172,7 +172,7 @@ TEST(SettingsStore, NeverWritesThroughALink) {
     }
 }
 
-TEST(SettingsStore, SaysWhenItCannotWrite) {
+TEST(SettingsStore, ReportsThatItCannotWrite) {
     const TestHome home;
     home.write("file", "");
     SettingsStore store(home.path("file/settings.ini"));
@@ -202,7 +202,7 @@ TEST_F(PreferenceTest, AnEmptyStoreGivesTheDefaults) {
     EXPECT_EQ(preference.UpdateURL, "https://www.korvel.example/upgrade.html");
     EXPECT_EQ(preference.KLBLocation, "");
     EXPECT_FALSE(preference.refusesAdultSites());
-    EXPECT_EQ(preference.Version, "");  // the old one, while the store holds the new one
+    EXPECT_EQ(preference.Version, "");  // the old one; the store has the new one
     EXPECT_EQ(stored("Setting", "Version"), "6.0");
     EXPECT_EQ(stored("Setting", "Download"), "1");
     EXPECT_NE(home.read("Error.log").find("Version: 6.0.00 - "), npos);
@@ -236,7 +236,7 @@ TEST_F(PreferenceTest, ReadsTheStoreAndTheServiceLinks) {
     EXPECT_EQ(preference.HTTPLogin, "");
 }
 
-TEST_F(PreferenceTest, ATextThatIsNoNumberFailsTheReading) {
+TEST_F(PreferenceTest, ATextThatIsNotANumberFails) {
     for (const auto& [key, value, words] : {std::tuple{"Connections", "nine", "Type mismatch"},
                                             {"Connections", "", "Type mismatch"},
                                             {"Connections", "40000", "Overflow"},
@@ -282,13 +282,13 @@ TEST_F(PreferenceTest, SavesWhatItReadsBack) {
     EXPECT_TRUE(prompts.shown.empty());
 }
 
-TEST(Log, StartsAnewAt5001Bytes) {
+TEST(Log, StartsAgainAt5001Bytes) {
     const TestHome home;
     const FixedClock clock;
     for (const std::size_t size : {5000u, 5001u}) {
         home.write("Error.log", std::string(size - 6, 'x'));
         Log log(home.path("Error.log"), clock, "");
-        log.WriteErrorLog("xxxx");  // what goes wrong before the run begins
+        log.WriteErrorLog("xxxx");  // a failure before the run starts
         log.startRun();
         const std::string banner = "\r\nVersion: 6.0.00 - " + shortDateTime(clock.now(), QLocale::system()) +
                                    "\r\n-------------------------------------\r\n\r\n";
@@ -322,7 +322,7 @@ TEST(Log, TwoProgramsAppendAndAFailureStopsNothing) {
     other.WriteErrorLog("2");
     one.WriteErrorLog("3");
     EXPECT_EQ(home.read("Error.log"), "1\r\n2\r\n3\r\n");
-    // A long log stays while another program writes it, and goes with the next start.
+    // A long log stays while another program writes it, and is removed at the next start.
     one.WriteErrorLog(std::string(5001, 'x'));
     other.startRun();
     EXPECT_GT(home.read("Error.log").size(), 5001u);

@@ -20,7 +20,7 @@ std::size_t findByTheBook(std::string_view hay, std::string_view needle, std::si
     return text.find(toLower(needle), from);
 }
 
-// Exactly as large as the text, so that the sanitizer sees every byte read outside it.
+// Exactly as large as the text, so that the sanitizer finds every read outside it.
 struct Exact final {
     explicit Exact(std::string_view text) : bytes(new char[text.size()]), size(text.size()) {
         std::memcpy(bytes.get(), text.data(), size);
@@ -40,8 +40,8 @@ void expectFound(std::string_view hayText, std::string_view needleText, std::siz
         << "'" << needleText << "' in '" << hayText << "' from " << from;
 }
 
-TEST(Search, AgreesWithTheBookOnRandomTexts) {
-    // Characters that differ in bit 5 only stand beside letters, and so do accented letters.
+TEST(Search, AgreesWithAPlainSearchOnRandomTexts) {
+    // Includes characters that differ from letters only in bit 5, and accented letters.
     constexpr std::string_view kAlphabet = "aAbBzZ@`[{\xC1\xE1\n \0"sv;
     std::mt19937 random(20020401);
     const auto text = [&](std::size_t size, std::size_t variety) {
@@ -94,7 +94,7 @@ TEST(Text, ReadsLeadingNumbers) {
     EXPECT_THROW(toInt16(-32769), Failure);
 }
 
-TEST(Text, TakesTextsApart) {
+TEST(Text, SplitsTexts) {
     EXPECT_EQ(GetToken("a b", ' ', 3), "");
     EXPECT_EQ(GetToken("a b", ' ', 2), "b");
     EXPECT_EQ(GetToken("a,,c", ',', 2), "");
@@ -155,7 +155,7 @@ TEST(StripHTML, PicksItsMarkerAmongTheCharactersLeft) {
     EXPECT_EQ(StripHTML("a\xFF<br>b<b>"), "a\xFF\r\nb");
 }
 
-TEST(Base64, FillsALoneByteWithABlank) {
+TEST(Base64, PadsALoneByteWithABlank) {
     const struct {
         std::string text;
         std::string encoded;
@@ -173,7 +173,7 @@ TEST(Base64, FillsALoneByteWithABlank) {
     EXPECT_EQ(longer.substr(72), "eC==");
 }
 
-TEST(Text, ShowsWhatATerminalWouldObeyAsItsBytes) {
+TEST(Text, EscapesControlCharacters) {
     const std::pair<std::string, std::string> cases[] = {
         {"plain ~ \xC2\xA0 \xE2\x80\x8D caf\xE9 caf\xC3\xA9 \xF0\x9F\x98\x80", ""},
         {"a\tb\r\nc\x1b[2J\x7f", "a\\x09b\\x0D\\x0Ac\\x1B[2J\\x7F"},

@@ -31,8 +31,8 @@ TEST(Url, DecodesEscapes) {
         EXPECT_EQ(EncodeString(each.from), each.to) << each.from;
 }
 
-// The rule as it is told: round after round over the whole text.
-std::string decodeByTheBook(std::string text) {
+// The definition, directly: round after round over the whole text.
+std::string decodeInRounds(std::string text) {
     static const std::map<std::string, char> kTable = [] {
         std::map<std::string, char> table{{"%2E", '.'}, {"%2D", '-'}, {"%5F", '_'}};
         for (const char c : std::string("~!#$%^&,()+`={}|[/]\\:';<>?"))
@@ -57,13 +57,13 @@ std::string decodeByTheBook(std::string text) {
     return text;
 }
 
-TEST(Url, DecodesAsRoundsOverTheWholeTextWould) {
+TEST(Url, DecodesLikeRoundsOverTheWholeText) {
     constexpr std::string_view kAlphabet = "%%%%%22557eEFfx";
     std::mt19937 random(7);
     for (int round = 0; round < 40000; ++round) {
         std::string text(random() % 40, ' ');
         for (char& c : text) c = kAlphabet[random() % kAlphabet.size()];
-        ASSERT_EQ(EncodeString(text), decodeByTheBook(text)) << text;
+        ASSERT_EQ(EncodeString(text), decodeInRounds(text)) << text;
     }
 }
 
@@ -77,7 +77,7 @@ TEST(Url, DecodesHostileTextsInReasonableTime) {
     EXPECT_EQ(EncodeString(distinct).substr(0, 1000000), std::string(1000000, 'a'));
 }
 
-TEST(Url, TakesUrlsApart) {
+TEST(Url, SplitsUrls) {
     const struct {
         const char *url, *host, *path, *directory, *file;
     } cases[] = {

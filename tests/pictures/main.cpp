@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Draws the window's panels to PNG files, for a look at what changed and for the documentation:
-//   QT_QPA_PLATFORM=offscreen KORVEL_RELAY_PALETTE=light QT_SCALE_FACTOR=2 pictures FOLDER
+// Draws the window's panels to PNG files, to check changes and for the documentation:
+// QT_QPA_PLATFORM=offscreen KORVEL_RELAY_PALETTE=light QT_SCALE_FACTOR=2 pictures FOLDER
 #include "app/Program.h"
 #include "app/frmAbout.h"
 #include "app/frmPreference.h"

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PlainClient.h"
+#include "catalogue/CatalogueReader.h"
+#include "catalogue/EngineCategories.h"
 #include "core/ItemReader.h"
 #include "core/Text.h"
-#include "practice/PracticeCatalogue.h"
 #include "practice/PracticeWeb.h"
+#include "submission/SubmissionData.h"
 #include "support/SessionFixture.h"
 
 #include <algorithm>
@@ -15,14 +17,12 @@
 #include <set>
 #include <vector>
 
-// What the installed catalogues promise beyond the rules of "engines check": categories that are found,
-// countries that agree, and practice engines that answer.
+// Checks of the installed catalogues beyond those of "engines check": categories are found, countries agree,
+// practice engines answer.
 namespace relay::test {
 namespace {
 
 using ::testing::HasSubstr;
-
-using Table = std::vector<std::pair<std::string, std::string>>;
 
 std::string readData(const std::string& name) {
     std::ifstream file(std::string(RELAY_DATA_FOLDER) + "/" + name, std::ios::binary);
@@ -30,7 +30,7 @@ std::string readData(const std::string& name) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// The items that count: neither empty nor a comment. A comma anywhere but in a quoted item is a mistake.
+// The items except empty ones and comments. A comma outside a quoted item is a mistake.
 std::vector<std::string> itemsOf(const std::string& name) {
     const std::string text = readData(name);
     std::vector<std::string> items;
@@ -42,21 +42,16 @@ std::vector<std::string> itemsOf(const std::string& name) {
     return items;
 }
 
-std::map<std::string, Table> tablesOf(const std::string& name) {
-    std::map<std::string, Table> tables;
-    auto items = itemsOf(name);
+// Each engine's "label=value>" entries.
+std::map<std::string, std::string> tablesOf(const std::string& name) {
+    const EngineCategories categories(readData(name));
+    std::map<std::string, std::string> tables;
+    const auto items = itemsOf(name);
     EXPECT_EQ(items.back(), "END");
-    items.pop_back();
-    Table* table = nullptr;
     for (const std::string& item : items) {
-        if (item.starts_with('[')) {
-            const auto [at, isNew] = tables.try_emplace(item.substr(1, item.size() - 2));
-            EXPECT_TRUE(isNew) << item;
-            table = &at->second;
-        } else {
-            const std::size_t equals = item.find('=');
-            table->emplace_back(item.substr(0, equals), item.substr(equals + 1));
-        }
+        if (!item.starts_with('[')) continue;
+        const std::string engine = item.substr(1, item.size() - 2);
+        EXPECT_TRUE(tables.emplace(engine, categories.getEngineCategoryData(engine)).second) << item;
     }
     return tables;
 }
@@ -74,38 +69,30 @@ std::vector<std::vector<std::string>> categoryTree() {
     return tree;
 }
 
-// The program's look-up: the first place of the word anywhere in the table counts, up to the next "=".
-std::string lookUp(const Table& table, const std::string& word) {
-    std::string text;
-    for (const auto& [label, value] : table) text += label + "=" + value + ">";
-    const std::size_t at = findNoCase(text, word);
-    if (at == npos) return {};
-    const std::size_t equals = text.find('=', at);
-    const std::size_t end = text.find('>', at);
-    return equals < end ? text.substr(equals + 1, end - equals - 1) : "no entry: " + word;
-}
-
-std::set<std::string> sensibleValues(const Table& table, const std::string& main, const std::string& sub) {
+std::set<std::string> sensibleValues(std::string_view table, const std::string& main,
+                                     const std::string& sub) {
     std::set<std::string> values;
-    for (const auto& [label, value] : table) {
-        if (label == main || label == sub || label == "Other") values.insert(value);
+    for (std::size_t end = table.find('>'); end != npos; end = table.find('>')) {
+        const std::size_t equals = table.find('=');
+        const std::string_view label = table.substr(0, equals);
+        if (label == main || label == sub || label == "Other")
+            values.emplace(table.substr(equals + 1, end - equals - 1));
+        table.remove_prefix(end + 1);
     }
     return values;
 }
 
-TEST(CategoryTables, LeadEveryCategoryToItsOwnEntryOrToOther) {
-    // A website without a category is filed under the first one.
+TEST(CategoryTables, MapEveryCategoryToItsOwnEntryOrToOther) {
+    // A website without a category counts under the first one.
     EXPECT_EQ(categoryTree().front().front(), "Business and Finance");
     EXPECT_EQ(categoryTree().back().front(), "Adult");
     for (const std::string folder : {"", "practice/"}) {
         for (const auto& [engine, table] : tablesOf(folder + "catkws.dat")) {
-            if (table.front().first == "URL") continue;
+            if (table.starts_with("URL=")) continue;
             for (const auto& categories : categoryTree()) {
                 const std::string& main = categories.front();
                 for (const std::string& sub : categories) {
-                    std::string value = lookUp(table, sub);
-                    if (value.empty()) value = lookUp(table, main.substr(0, main.find(' ')));
-                    if (value.empty()) value = lookUp(table, "Other");
+                    const std::string value = getSearchString(table, sub, '>', main);
                     EXPECT_TRUE(sensibleValues(table, main, sub).contains(value))
                         << engine << ": " << main << " / " << sub << " gives " << value;
                 }
@@ -144,14 +131,14 @@ TEST(Countries, BothSectionsAgreeAndSurviveASubmissionsEscapes) {
 }
 
 TEST(PracticeCatalogue, NoRecordGivesAKeyTwice) {
-    std::set<std::string> keys;
-    const auto items = itemsOf("practice/krveng5.dat");
-    for (const std::string& item : items) {
-        const std::string key = item.substr(0, item.find('='));
-        if (key == "Name") keys.clear();
-        EXPECT_TRUE(keys.insert(key).second) << item;
+    const std::string text = readData("practice/krveng5.dat");
+    std::set<EngineKey> keys;
+    CatalogueReader reader(text);
+    while (reader.next()) {
+        if (reader.key() == EngineKey::Name) keys.clear();
+        EXPECT_TRUE(keys.insert(reader.key()).second) << reader.item();
     }
-    EXPECT_EQ(items.back(), "END:Version 6.0");
+    EXPECT_EQ(itemsOf("practice/krveng5.dat").back(), "END:Version 6.0");
 }
 
 TEST(PracticeCatalogue, EveryEngineHasItsPagesAndItsTarget) {
@@ -180,7 +167,7 @@ TEST(PracticeCatalogue, EveryEngineHasItsPagesAndItsTarget) {
         if (!engine.Action().ends_with("/slow")) page(engine.Action());
     }
     const auto received = web.received();
-    EXPECT_EQ(received.size(), fixture.lists.engines.count() - 2) << "two take their time";
+    EXPECT_EQ(received.size(), fixture.lists.engines.count() - 2) << "two answer slowly";
     std::set<std::string> engines;
     for (const auto& submission : received) engines.insert(submission.engine);
     EXPECT_EQ(engines.size(), received.size()) << "two engines share a word in their paths";

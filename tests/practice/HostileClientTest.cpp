@@ -53,7 +53,7 @@ TEST(HostileClient, IsRefusedAndTheNextOneServed) {
     EXPECT_TRUE(web.received().empty());
 }
 
-TEST(HostileClient, WhoNeverFinishesARequestIsDropped) {
+TEST(HostileClient, IsDroppedWhenItNeverFinishesARequest) {
     PracticeWeb web({.requestMilliseconds = 200, .connections = 512});
     web.start();
     std::deque<PlainClient> clients;
@@ -69,20 +69,20 @@ TEST(HostileClient, WhoNeverFinishesARequestIsDropped) {
     }
 }
 
-TEST(HostileClient, WhoTakesNothingOfALongPageIsDropped) {
+TEST(HostileClient, IsDroppedWhenItDoesNotReadALongPage) {
     PracticeWeb web({.requestMilliseconds = 200, .connections = 1});
     web.start();
     PlainClient client(web.address());
     client.send("GET /endless HTTP/1.0\r\n\r\n");
     std::string bytes;
     client.read(bytes, 1);
-    // The one place is free again when the client is gone.
+    // The only place is free again when the client has left.
     std::string reply;
     while (reply.empty()) reply = get(web.address(), "/200");
     EXPECT_THAT(reply, StartsWith("HTTP/1.1 200"));
 }
 
-TEST(HostileClient, ConnectionsAreBounded) {
+TEST(HostileClient, ConnectionsAreLimited) {
     PracticeWeb web({.requestMilliseconds = 10000, .connections = 3});
     web.start();
     std::deque<PlainClient> clients;
@@ -93,7 +93,7 @@ TEST(HostileClient, ConnectionsAreBounded) {
         EXPECT_NE(oneMore.read(bytes), End::StillOpen);
     }
     clients.pop_back();
-    // The server learns of the free place by an event of its own, so the first tries may come too early.
+    // The server notices the free place through an event, so the first tries may come too early.
     std::string reply;
     while (reply.empty()) reply = get(web.address(), "/200");
     EXPECT_THAT(reply, StartsWith("HTTP/1.1 200"));

@@ -17,7 +17,7 @@ class Outcomes : public ::testing::Test {
   protected:
     Outcomes() { m_web.start(); }
 
-    // What the connection came to; `bytes` gets what arrived.
+    // How the connection ended; `bytes` receives what arrived.
     End play(const std::string& target, std::string& bytes, std::size_t most = std::size_t{1} << 26,
              int silence = 30000) const {
         PlainClient client(m_web.address());
@@ -54,7 +54,7 @@ TEST_F(Outcomes, StatusIsTheLastWordOfThePath) {
     }
 }
 
-TEST_F(Outcomes, RedirectsLeadWhereTheirNamesSay) {
+TEST_F(Outcomes, RedirectsLeadToTheirTargets) {
     const std::vector<std::pair<std::string, std::string>> table = {
         {"/engines/any/302", "\r\nLocation: /engines/any/thanks\r\n"},
         {"/engines/any/loop", "\r\nLocation: /engines/any/loop\r\n"},
@@ -67,7 +67,7 @@ TEST_F(Outcomes, RedirectsLeadWhereTheirNamesSay) {
         EXPECT_THAT(reply, HasSubstr(location));
     }
     EXPECT_THAT(get(m_web.address(), "/engines/any/thanks"), HasSubstr("Thank you"));
-    EXPECT_EQ(m_web.received().size(), table.size()) << "the thank-you page is no submission";
+    EXPECT_EQ(m_web.received().size(), table.size()) << "the thank-you page is not a submission";
 }
 
 TEST_F(Outcomes, FaultsBreakTheReplyInTheirOwnWay) {
@@ -86,7 +86,7 @@ TEST_F(Outcomes, FaultsBreakTheReplyInTheirOwnWay) {
     EXPECT_EQ(garbage, std::string("\x16\x03\x01 no web server\0\xFF\r\n", 22));
 }
 
-TEST_F(Outcomes, SilenceLastsUntilTheClientGoes) {
+TEST_F(Outcomes, SilenceLastsUntilTheClientLeaves) {
     std::string bytes;
     EXPECT_EQ(play("/never", bytes, 1, 300), End::StillOpen);
     EXPECT_EQ(bytes, "");
@@ -103,7 +103,7 @@ TEST_F(Outcomes, EndlessBodyOutlastsAnyBoundAndEndsWithItsClient) {
     EXPECT_THAT(get(m_web.address(), "/200"), StartsWith("HTTP/1.1 200"));
 }
 
-TEST_F(Outcomes, SlowAndSilentOnesHoldNobodyElseUp) {
+TEST_F(Outcomes, SlowAndSilentRepliesDoNotDelayOthers) {
     PlainClient never(m_web.address());
     PlainClient slow(m_web.address());
     ASSERT_TRUE(never.send("GET /never HTTP/1.0\r\n\r\n"));

@@ -32,7 +32,7 @@ class ProjectStoreTest : public ::testing::Test {
 
 }  // namespace
 
-TEST_F(ProjectStoreTest, LoadsWhatTheFileHoldsAndSurvivesTheRest) {
+TEST_F(ProjectStoreTest, LoadsAndSurvivesAnyFile) {
     struct Case {
         std::string text;
         const char* projects;
@@ -79,7 +79,7 @@ TEST_F(ProjectStoreTest, AWildLastNeitherHangsNorGrowsTheFile) {
     given("[A]\r\nLast=2000000000\r\n1=a|\r\n");
     EXPECT_EQ(store.addNewProject("A", "b", ""), 2);
     given("[A]\r\nLast=abc\r\n1=a|\r\n");
-    EXPECT_EQ(store.addNewProject("A", "b", ""), 1);  // "abc" counts as 0, so slot 1 is written anew
+    EXPECT_EQ(store.addNewProject("A", "b", ""), 1);  // "abc" counts as 0, so slot 1 is written again
 }
 
 TEST_F(ProjectStoreTest, RenamesTheFirstOccurrenceOfTheName) {
@@ -131,12 +131,6 @@ TEST_F(ProjectStoreTest, AFailedWriteLeavesTheOldIndex) {
     setSaveFault({});
     EXPECT_EQ(saves, 3);
     EXPECT_EQ(file(), "[Shop]\r\nLast=0\r\n");
-}
-
-TEST(FileNameTest, TheNameIsBehindTheLastSeparator) {
-    EXPECT_EQ(getFileNameFromFile("/a/b c.kws"), "b c.kws");
-    EXPECT_EQ(getFileNameFromFile("b.kws"), "b.kws");
-    EXPECT_EQ(getFileNameFromFile("/a/"), "");
 }
 
 }  // namespace relay::test

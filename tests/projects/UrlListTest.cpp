@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "core/FileStore.h"
 #include "projects/UrlList.h"
 #include "projects/UrlsFromFolder.h"
 #include "projects/UrlsFromPage.h"
@@ -35,7 +34,7 @@ class UrlsFromPageTest : public UrlListTest {
 
 }  // namespace
 
-TEST_F(UrlListTest, TypedUrlsGoInAsTheyStandAndOnce) {
+TEST_F(UrlListTest, TypedUrlsAreAddedUncheckedAndOnce) {
     prompts.inputs = {"http://a.test/", "HTTP://A.test/", "no scheme", "", std::nullopt};
     for (int i = 0; i < 5; ++i) urls.addTypedURL();
     EXPECT_EQ(texts(list), (Strings{"http://a.test/", "no scheme"}));
@@ -73,7 +72,7 @@ TEST_F(UrlListTest, ReadsTheFieldsOfATextFile) {
     EXPECT_TRUE(urls.loadURLs());
 }
 
-TEST_F(UrlListTest, SavesALineEachThroughTheDialog) {
+TEST_F(UrlListTest, SavesOneUrlPerLineThroughTheDialog) {
     addNewItem(list, "http://a.test/\r\nhttp://evil.test/");
     addNewItem(list, "http://b.test/");
     const std::string expected = "http://a.test/\r\nhttp://b.test/\r\n";
@@ -109,7 +108,7 @@ TEST_F(UrlListTest, CreatesUrlsFromALocalFolder) {
     const Case cases[] = {
         {"", true, false, false, false, {}},
         {"nodot", true, false, false, false, {}},
-        // The last four characters count wherever they stand in the list of extensions: "a" in ".asp".
+        // The last four characters match anywhere in the list of extensions: "a" in ".asp".
         {"www.a.test", false, true, false, false, {"http://www.a.test/a", "http://www.a.test/p.asp"}},
         {"HTTPS://a.test/",
          true,

@@ -21,7 +21,7 @@ void fillAll(WebsiteFields& fields) {
 
 }  // namespace
 
-TEST(WebsiteCheckTest, TheCheckWalksTheFieldsInTheirOrder) {
+TEST(WebsiteCheckTest, TheCheckTakesTheFieldsInOrder) {
     using F = WebsiteFields;
     const std::pair<const char*, std::string F::*> order[] = {{"txtSiteTitle", &F::txtSiteTitle},
                                                               {"txtSiteKeywords", &F::txtSiteKeywords},
@@ -58,7 +58,7 @@ TEST(WebsiteCheckTest, TheCheckWalksTheFieldsInTheirOrder) {
     EXPECT_FALSE(firstMissingField(fields));
 }
 
-TEST(WebsiteCheckTest, TheCheckWarnsAndDoesNotForbid) {
+TEST(WebsiteCheckTest, TheCheckOnlyWarns) {
     WebsiteFields fields;
     fillAll(fields);
     ScriptedPrompts prompts;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/Failure.h"
 #include "core/FileStore.h"
-#include "core/Paths.h"
+#include "core/FileSystem.h"
 #include "core/Text.h"
 #include "projects/UrlList.h"
 #include "projects/WebsiteFile.h"
@@ -20,7 +20,7 @@ namespace {
 
 using ::testing::HasSubstr;
 
-// One website of a golden case: "key=value" lines by the keys of the file, "url=URL|local file" and
+// One website of a golden case: "key=value" lines with the keys of the file, "url=URL|local file" and
 // "custom=engine|category|space" for the lists, \r and \n for line breaks.
 struct GoldenSite final {
     WebsiteFields fields;
@@ -31,7 +31,7 @@ struct GoldenSite final {
         std::string rest;
         if (key == "BlockFFA") {
             fields.chkBlockFFA = toInt16(leadingNumber(value));
-        } else if (key == "open") {  // the place of the custom engine being chosen for, and its category
+        } else if (key == "open") {  // the index of the current custom engine, and its category
             SplitAtPipe(value, fields.txtCustomCategory);
             fields.cboCustomEngines = leadingInteger(value);
         } else if (key == "url") {
@@ -96,7 +96,7 @@ TEST_F(WebsiteFileTest, SavesEachGoldenSiteByteForByte) {
         const std::string saved = readFile(path);
         EXPECT_EQ(saved, readFile((folder.path() / "after.kws").string()));
 
-        // What was saved loads and saves again to the same bytes.
+        // The file loads and saves again to the same bytes.
         WebsiteFields again;
         ASSERT_TRUE(website.loadWebsiteFile(path, again, customEngines, nullptr));
         EXPECT_TRUE(website.saveWebsiteFile(path, again, customEngines));
@@ -222,7 +222,7 @@ TEST_F(WebsiteFileTest, DeletingReportsRewritesTheSectionAtTheEnd) {
     fields.lsvReports.setHighlighted(2, true);
     EXPECT_TRUE(website.DeleteReportFile(path, fields.lsvReports));  // answered No
     EXPECT_EQ(fields.lsvReports.count(), 3);
-    // A run of another program noted a fourth report, and the third has gone.
+    // Another program listed a fourth report, and the third has disappeared.
     home.write("site.kws", replaceAll(replaceAll(home.read("site.kws"), "LastReport=3", "LastReport=4"),
                                       "URL3=http://c.test/\r\nDate3=d3\r\nReportFile3=/nowhere.html\r\n",
                                       "URL4=http://d.test/\r\nDate4=d4\r\nReportFile4=/d.html\r\n"));
@@ -237,7 +237,7 @@ TEST_F(WebsiteFileTest, DeletingReportsRewritesTheSectionAtTheEnd) {
               "ReportFile1=" +
                   kept + "\r\nURL2=http://d.test/\r\nDate2=d4\r\nReportFile2=/d.html\r\n");
     EXPECT_EQ(fields.lsvReports.count(), 2);
-    // That was the program's own change, but what it was made to was not seen.
+    // This program changed the file, but has not read what it was changed from.
     EXPECT_FALSE(website.save(path, fields, customEngines, SaveOver::WhatWasSeen));
     ASSERT_TRUE(load(path));
     fields.lsvReports.setHighlighted(1, true);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
 #include "core/IniFile.h"
 #include "projects/OpenWebsite.h"
 #include "projects/UrlList.h"
@@ -87,7 +88,7 @@ TEST_F(WorkspaceTest, ANewProjectAndItsWebsitesReachTheTreeTheIndexAndTheirFiles
     EXPECT_TRUE(std::filesystem::exists(kwsPath("Sale")));
 }
 
-TEST_F(WorkspaceTest, NewNamesAreAskedForUntilTheyWillDo) {
+TEST_F(WorkspaceTest, NewNamesAreAskedForUntilOneIsFree) {
     makeShop();
     const std::string before = index() + "[Hidden]\r\nLast=1\r\n1=Home|/h.kws\r\n";
     home.write("project.kwj", before);
@@ -110,7 +111,7 @@ TEST_F(WorkspaceTest, NewNamesAreAskedForUntilTheyWillDo) {
         {NodeKind::Project, {"a\r\n[b]"}, "NewProjectAndWeb_Error: "},
         {NodeKind::Website, {"Home", "../../x"}, "NewProjectAndWeb_Error: "},
         {NodeKind::Website, {std::string(300, 'n')}, "NewProjectAndWeb_Error: "},
-        // It stands in the index, and the tree does not show it.
+        // It is in the index, but not in the tree.
         {NodeKind::Project,
          {"hidden", ""},
          "The name 'hidden' is already exist, please choose a different name:"},
@@ -122,7 +123,7 @@ TEST_F(WorkspaceTest, NewNamesAreAskedForUntilTheyWillDo) {
         EXPECT_THAT(prompts.last().text, HasSubstr(test.words));
         EXPECT_TRUE(prompts.inputs.empty());
         EXPECT_EQ(index(), before);
-        EXPECT_EQ(fields.txtSiteTitle, "title of Sale");  // stepping back leaves the open website as it is
+        EXPECT_EQ(fields.txtSiteTitle, "title of Sale");  // cancelling leaves the open website as it is
         EXPECT_EQ(tree.count(), 4u);
     }
     make(NodeKind::Project, "Blog");
@@ -205,8 +206,7 @@ TEST_F(WorkspaceTest, LoadsTheIndexAndTheFirstClickSavesNothing) {
     EXPECT_EQ(titleInFile("Home"), "on disk");
     EXPECT_TRUE(workspace.nodeClick(node("Shop\\Gone")));  // its file is missing: an empty panel
     EXPECT_EQ(fields.txtSiteTitle, "");
-    // It cannot be saved where it should be: nothing was typed, so the failure is shown and the user may go
-    // on.
+    // It cannot be saved there, but nothing was typed: the failure is shown and the user may go on.
     EXPECT_TRUE(workspace.nodeClick(node("Shop\\Home")));
     EXPECT_TRUE(workspace.nodeClick(node("Shop\\Gone")));
     fields.txtSiteTitle = "typed";
@@ -248,7 +248,7 @@ TEST_F(WorkspaceTest, WhileSavingFailsOneBoxShowsItAndNothingTypedIsLost) {
     }
     EXPECT_EQ(titleInFile("Sale"), "typed");
 
-    // What the Save command saved is safe, whatever becomes of the folder.
+    // What the Save command saved is safe, even if the folder disappears.
     const std::string path = home.write("usb/Old.kws", "[Web Site Info]\r\nVersion=6.0\r\n");
     prompts.files = {{path, 1}};
     workspace.addWebSite();
@@ -258,7 +258,7 @@ TEST_F(WorkspaceTest, WhileSavingFailsOneBoxShowsItAndNothingTypedIsLost) {
     EXPECT_TRUE(workspace.nodeClick(node("Shop\\Home")));
 }
 
-TEST_F(WorkspaceTest, AFailedIndexHasItsOwnWordsAndLeavesTheTree) {
+TEST_F(WorkspaceTest, AFailedIndexHasItsOwnMessagesAndLeavesTheTree) {
     makeShop();
     make(NodeKind::Project, "Alpha");
     const std::string before = index();
@@ -281,7 +281,7 @@ TEST_F(WorkspaceTest, AFailedIndexHasItsOwnWordsAndLeavesTheTree) {
         {"removeSelectedNode_Error: /",
          [&] { prompts.answers = {true}, workspace.removeSelectedNode(node("Shop\\Sale")); }},
         {"autoSave_Error: /",
-         [&] { EXPECT_TRUE(workspace.autoSave()); }},  // a description that nobody touched
+         [&] { EXPECT_TRUE(workspace.autoSave()); }},  // a description that was not changed
     };
     for (const Case& test : cases) {
         SCOPED_TRACE(test.words);
@@ -297,11 +297,11 @@ TEST_F(WorkspaceTest, AFailedIndexHasItsOwnWordsAndLeavesTheTree) {
     }
 }
 
-TEST_F(WorkspaceTest, WhatAnotherProgramWroteIsNotUndone) {
+TEST_F(WorkspaceTest, AnotherProgramsChangesAreNotUndone) {
     makeShop();
     ProjectNode& sale = node("Shop\\Sale");
     const auto elsewhere = [this](const char* title) { setKeys(kwsPath("Sale"), {{"Title", title}}); };
-    // Nothing was typed: the file is read again, and left as it is. The same size in the same second.
+    // Nothing was typed: the file is read again and not written. It has the same size and the same second.
     elsewhere("title of Sals");
     EXPECT_TRUE(workspace.autoSave());
     EXPECT_EQ(fields.txtSiteTitle, "title of Sals");
@@ -311,7 +311,7 @@ TEST_F(WorkspaceTest, WhatAnotherProgramWroteIsNotUndone) {
     EXPECT_EQ(fields.txtSiteTitle, "title of Salt");
     prompts.shown.clear();
 
-    // Something was: save over the file, drop what was typed, or neither.
+    // Something was typed: overwrite the file, discard the changes, or neither.
     struct Case {
         std::deque<bool> answers;
         bool leaves;
@@ -339,11 +339,12 @@ TEST_F(WorkspaceTest, WhatAnotherProgramWroteIsNotUndone) {
             std::size_t asked = 0;
             for (const auto& box : prompts.shown) asked += box.kind == "ask";
             EXPECT_EQ(asked, test.asked);
-            EXPECT_EQ(prompts.shown.front().text,
-                      "The file " + kwsPath("Sale") +
-                          (damaged ? " could not be read to its end. A save writes over what was not read."
-                                   : " was changed by another program since this window read it.") +
-                          "\r\n\r\nDo you want to save what this window shows over it?");
+            EXPECT_EQ(
+                prompts.shown.front().text,
+                "The file " + kwsPath("Sale") +
+                    (damaged ? " could not be read completely. Saving overwrites the part that was not read."
+                             : " was changed by another program since this window read it.") +
+                    "\r\n\r\nDo you want to overwrite it with what this window shows?");
             if (!test.leaves) {
                 EXPECT_EQ(fields.txtSiteTitle, "typed");
                 prompts.answers = {false, true};
@@ -354,7 +355,7 @@ TEST_F(WorkspaceTest, WhatAnotherProgramWroteIsNotUndone) {
     }
 }
 
-TEST_F(WorkspaceTest, AFileThatLoadedInPartIsNotSavedByItself) {
+TEST_F(WorkspaceTest, APartlyLoadedFileIsNotSavedAutomatically) {
     makeShop();
     const std::string damaged = "[Web Site Info]\r\nTitle=damaged\r\nLastURL=99999\r\n";
     home.write("Projects/Home.kws", damaged);

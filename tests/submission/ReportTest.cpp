@@ -41,7 +41,7 @@ TEST(ReportTest, KeepsEachFailedEngineOnce) {
     EXPECT_EQ(engines.text(), "Two\r\n");
 }
 
-TEST(ReportTest, IsNotedInTheWebsiteFileOrNotAtAll) {
+TEST(ReportTest, IsListedInTheWebsiteFileOrNotAtAll) {
     const TestHome home;
     const QDateTime time = FixedClock().now();
     const std::string text = "[Web Site Info]\r\nLastReport=2147483647\r\n";

@@ -23,7 +23,7 @@ constexpr std::string_view kWebsite =
     "[CustomEngineCategory]\r\nCat=Food & Drink\r\nCatSpaceID=1&<City>\r\nLoopSpaceID=<spaceid>\r\n"
     "GrowSpaceID=ab<SpaceID><spaceid>\r\nOpenSpaceID=<ti\r\n";
 
-// Expands a template for the website above; every test bends the parts it is about.
+// Expands a template for the website above; tests change what they need.
 struct Expansion final {
     TestHome home;
     Countries countries{home.paths()};
@@ -71,14 +71,14 @@ TEST(TemplateTest, FillsInEveryMacro) {
              {"<postcode>|<state>|<country>|<countrycode>", "HU1+2AB|York%27s|United+Kingdom|UK"},
              {"<phone>|<fax>|<language>", "%2B44+%280%291|%7E2|English%252FUS"},
              {"<webtype>|<password>|<entryby><entryurl>", "Commercial+Site|p@ss%3Bw%3Drd|"},
-             // What is no macro, or no template.
+             // Not a macro, or not a template.
              {"a=1&b=2", ""},
              {"", ""},
              {"c=<foo>&d=<a b>", "c=foo&d=a b"},
              {"a=<city>&b=<", "a=Hull&b=<"},
              {"a=<city>&b=<>&c=<city>", "a=Hull&b=<>&c=<city>"},
              {"x>y<city>", "x>yHull"},
-             // A "<" inside a macro's text makes it another one.
+             // A "<" inside a macro makes it a different macro.
              {"<a<city>", "a<city"},
          })
         EXPECT_EQ(expansion.of(c.query), c.expected) << c.query;
@@ -125,9 +125,9 @@ TEST(TemplateTest, DisguisesTheMailboxForFreeForAllPages) {
     }
 }
 
-TEST(TemplateTest, EndsWhenValuesHoldMacros) {
+TEST(TemplateTest, EndsWhenValuesContainMacros) {
     Expansion expansion;
-    expansion.set(EngineKey::Name, "Open");  // its macro is closed by what stands behind it
+    expansion.set(EngineKey::Name, "Open");  // its macro is closed by the text after it
     EXPECT_EQ(expansion.of("<spaceid>tle>"), expansion.of("<title>"));
     for (const std::string_view name : {"Loop", "Grow"}) {
         expansion.set(EngineKey::Name, name);

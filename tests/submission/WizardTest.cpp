@@ -35,7 +35,7 @@ TEST_F(WizardTest, ListsTheWebsitesOfTheProjects) {
     EXPECT_THAT(boxes(),
                 ElementsAre("Submit|There is not URL in current selected web site, please enter the web site "
                             "URL before submit."));
-    // A path of other case is another website, with URLs of its own; one that cannot be read says why.
+    // A path in another case is another website, with its own URLs; one that cannot be read gives the reason.
     EXPECT_TRUE(wizard.addSite(website("shop", {"http://a.test/1"}), "shop", ""));
     EXPECT_FALSE(wizard.addSite(website("shop", {"http://a.test/1"}), "shop", ""));
     EXPECT_TRUE(wizard.createSubmissionData());
@@ -48,7 +48,7 @@ TEST_F(WizardTest, ListsTheWebsitesOfTheProjects) {
     EXPECT_FALSE(sites.at(1).checked);
 }
 
-TEST_F(WizardTest, SumsUpAndRefuses) {
+TEST_F(WizardTest, ShowsTheSummaryOrRefuses) {
     SubmissionController& wizard = *controller;
     EXPECT_FALSE(wizard.cmdNext());
     EXPECT_FALSE(wizard.cmdStart());
@@ -78,7 +78,7 @@ TEST_F(WizardTest, SumsUpAndRefuses) {
     EXPECT_THAT(texts(state.lsvSiteSubmitting), ElementsAre("http://a.test/same"));
 }
 
-TEST_F(WizardTest, DropsTheURLsThatTheUserRemoves) {
+TEST_F(WizardTest, RemovesTheHighlightedURLs) {
     selectEngines(records("E", 1, "/200/s"));
     prepare({website("A", {"http://a.test/1", "", "http://a.test/2"}), website("B", {"http://a.test/1"})});
     SubmissionController& wizard = *controller;
@@ -87,7 +87,7 @@ TEST_F(WizardTest, DropsTheURLsThatTheUserRemoves) {
     urls.setHighlighted(1, true);
     wizard.cmdRemove();
     ASSERT_TRUE(wizard.cmdSubmit());
-    // What a run has begun stays.
+    // URLs that a run has started stay.
     for (int row = 0; row < urls.count(); ++row) urls.setHighlighted(row, true);
     wizard.cmdRemove();
     EXPECT_THAT(texts(urls), ElementsAre("http://a.test/1"));
@@ -95,12 +95,12 @@ TEST_F(WizardTest, DropsTheURLsThatTheUserRemoves) {
     EXPECT_EQ(reports.size(), 1U);
 }
 
-TEST_F(WizardTest, RefusesWhatCannotBeCountedOrBegun) {
+TEST_F(WizardTest, RefusesWhatCannotBeCountedOrStarted) {
     selectEngines(records("E", 1, ""));
     SubmissionController& wizard = *controller;
     Rows& selected = lists.lsvSelectedEngines;
     wizard.addSite(website("A", {"http://a.test/1"}), "A", "P");
-    // Each website may hold as many URLs, but not all of them together.
+    // Each website may have this many URLs, but not all of them together.
     std::vector<std::string> urls;
     for (int i = 1; i <= 16384; ++i) urls.push_back("http://b.test/" + std::to_string(i));
     for (const char* name : {"B", "C"}) wizard.addSite(website(name, urls), name, "P");
@@ -118,7 +118,7 @@ TEST_F(WizardTest, RefusesWhatCannotBeCountedOrBegun) {
     EXPECT_FALSE(wizard.cmdStart());
     EXPECT_TRUE(wizard.state().lsvSiteSubmitting.empty());
     EXPECT_EQ(wizard.submit().NumOfEngines(), 0);
-    // Nothing is there to be submitted, and no connection to submit it with.
+    // There is nothing to submit, and then no connection.
     EXPECT_FALSE(wizard.cmdSubmit());
     preference.Connections = 0;
     EXPECT_FALSE(wizard.cmdSubmit());

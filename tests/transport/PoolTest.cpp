@@ -31,7 +31,7 @@ void PrintTo(const End& end, std::ostream* stream) {
     *stream << end.index << ' ' << end.code << ' ' << end.response;
 }
 
-// Answers with the request's own line, "/stall..." never, "/half..." with one byte of many.
+// Answers with the request line; "/stall..." never, "/half..." with one byte of many.
 void play(Peer& peer) {
     if (peer.path().starts_with("/half")) peer.send("HTTP/1.0 200 OK\r\nContent-Length: 100\r\n\r\nh");
     if (peer.path().starts_with("/stall") || peer.path().starts_with("/half")) peer.waitForClose();
@@ -62,7 +62,7 @@ class PoolTest : public ::testing::Test, protected PreferenceFixture {
     bool waitForRequests(std::size_t count) {
         return waitUntil([&] { return server.requests().size() >= count; });
     }
-    // A request of its own, on a pool of its own, comes and goes: late news of this one have come, too.
+    // Runs a whole request of another pool: late reports of this one have then been delivered.
     void settle() {
         frmHTTPMX other(network, preference, log);
         other.setConnections(1);
@@ -97,8 +97,8 @@ TEST_F(PoolTest, MakesAsManySlotsAsAskedFor) {
     EXPECT_THAT(ends, ElementsAre(End{0, 10300, "Invalid Connection Value"}));
 }
 
-TEST(DescriptorsTest, BearAThirdAsManyConnections) {
-    // Three for each connection, 64 to spare.
+TEST(DescriptorsTest, AllowAThirdAsManyConnections) {
+    // Three per connection, 64 spare.
     const std::array<int, 3> cases[] = {{1024, 10, 316}, {1024, 961, 1}, {0, 10, 1}, {200'000, 10, 32767}};
     for (const auto& [limit, open, connections] : cases)
         EXPECT_EQ(mostConnections(static_cast<std::size_t>(limit), static_cast<std::size_t>(open)),
@@ -179,7 +179,7 @@ TEST_F(PoolTest, AFailedStartIsLoggedAndCompleted) {
     EXPECT_EQ(server.connections(), 0);
 }
 
-TEST_F(PoolTest, AnOwnerThatAnswersFailuresWithUnusableRequestsKeepsItsStack) {
+TEST_F(PoolTest, UnusableRequestsInCompletedDoNotUseUpTheStack) {
     load(1);
     int depth = 0;
     int deepest = 0;
@@ -209,11 +209,11 @@ TEST_F(PoolTest, TheOwnerStartsItsNextRequestInsideCompleted) {
     for (const std::string& reply : kept) EXPECT_THAT(reply, StartsWith("GET /"));
 }
 
-TEST_F(PoolTest, ATimeOutEndsTheRequestOnceAndTheSlotGoesOn) {
+TEST_F(PoolTest, ATimeOutEndsTheRequestOnceAndTheSlotWorksOn) {
     preference.AccessType = 2;
     preference.TimeOut = 1;
     load(2);
-    // The next request silences the one that was aborted, and so does one that cannot start.
+    // The next request silences the aborted one, even if it cannot start.
     onCompleted = [&](qint16 index, qint32 code, const std::string&) {
         if (code == 10200) pool->Connect(index, index == 1 ? server.url("/next") : "ftp:", "GET");
     };
@@ -242,7 +242,7 @@ TEST_F(PoolTest, AConnectOnABusySlotSendsThePreviousRequestAgain) {
     EXPECT_EQ(stallsOnce.requests().size(), 2U);
 }
 
-TEST_F(PoolTest, DisconnectSwallowsWhatRunsAndReportsOnce) {
+TEST_F(PoolTest, DisconnectDropsRunningRequestsAndReportsOnce) {
     load(4);
     pool->Disconnect();
     EXPECT_TRUE(waitUntil([&] { return cancelled == 1; }));
@@ -254,8 +254,8 @@ TEST_F(PoolTest, DisconnectSwallowsWhatRunsAndReportsOnce) {
     pool->Connect(1, server.url("/stall"), "GET");
     pool->setTimeOut(0);
     pool->Connect(4, server.url("/stall"), "GET");
-    pool->Connect(4, server.url("/stall"), "GET");  // starts again, if it were not for the next line
-    // The first slot's watchdog is due when events run next.
+    pool->Connect(4, server.url("/stall"), "GET");  // would start again without the Disconnect below
+    // The watchdog of the first slot is due when events run next.
     std::this_thread::sleep_for(std::chrono::milliseconds(1100));
     pool->Disconnect();
     pool->Disconnect();
@@ -263,7 +263,7 @@ TEST_F(PoolTest, DisconnectSwallowsWhatRunsAndReportsOnce) {
     settle();
     EXPECT_THAT(ends, ElementsAre(End{3, 200, "GET /done|"}));
 
-    // The slots serve again.
+    // The slots work again.
     for (std::int16_t index = 1; index <= 4; ++index) pool->Connect(index, server.url("/more"), "GET");
     EXPECT_TRUE(waitForEnds(5));
     EXPECT_EQ(cancelled, 2);
