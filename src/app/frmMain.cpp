@@ -19,6 +19,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QMenu>
+#include <QScreen>
 #include <QShortcut>
 #include <QSignalBlocker>
 
@@ -27,6 +28,7 @@ namespace relay {
 namespace {
 constexpr int kUsualTreeWidth = 225;
 constexpr int kSplitterStep = 24;
+constexpr QSize kFrame(8, 40);  // around a window, at most
 
 // The screens that commands open.
 struct Screen final {
@@ -63,6 +65,7 @@ frmMain::frmMain(const Services& services, clsMain& main, QWidget* parent)
       m_target{services, main, [this](std::string_view screen) { showScreen(screen); }, [this] { close(); }} {
     m_ui->setupUi(this);
     enlargeTitle();
+    describePlaceholders(*m_ui->SSTab2);
     makeToolbarReachable();
     makeSplitterReachable();
     m_ui->SSTab1->connectTo(main.website.fields, main.catalogue.categories);
@@ -83,6 +86,7 @@ frmMain::frmMain(const Services& services, clsMain& main, QWidget* parent)
         focusPanel();
     });
     showPanels();
+    resize(size().boundedTo(screen()->availableSize() - kFrame));
     CenterForm(*this);
 }
 
@@ -268,6 +272,7 @@ void frmMain::makeToolbarReachable() {
 void frmMain::makeSplitterReachable() {
     const QString keys = tr("Drag to make the tree wider or narrower, or press Alt+Right and Alt+Left");
     m_ui->imgSpliter->handle(1)->setToolTip(keys);
+    m_ui->imgSpliter->handle(1)->setAccessibleName(m_ui->imgSpliter->accessibleName());
     m_ui->imgSpliter->setAccessibleDescription(keys);
     for (const auto& [key, step] : {std::pair(Qt::Key_Left, -kSplitterStep), {Qt::Key_Right, kSplitterStep}})
         connect(new QShortcut(QKeySequence(Qt::ALT | key), this), &QShortcut::activated, this,
