@@ -65,10 +65,9 @@ void leave(Target target) {
 }
 void submit(Target target) {
     if (!target.main.readyToSubmit()) return;
-    target.services.prompts.message(
-        "Submitting from this window comes with a later version.\r\n\r\n"
-        "Until then \"korvel-relay-cli submit\" submits websites to the engines of a saved selection.",
-        "Submit", Icon::Information);
+    target.show("frmSubmit");
+    // The panel shows the reports that came into its website's file.
+    target.main.workspace.autoSave();
 }
 void openHelp(Target target) {
     const std::string file = target.services.paths.inApp("korvel.hlp");

@@ -42,7 +42,9 @@ Program::Program(Paths paths, const std::string& commandLine, const Clock& clock
     : m_prompts(prompts),
       m_session(std::move(paths), clock, commandLine, prompts),
       m_main(m_session.services, m_session.catalogue),
-      m_startUp(m_session.services, m_main, startUpScreens()) {}
+      m_startUp(m_session.services, m_main, startUpScreens()) {
+    m_main.linksEngines = containsNoCase(commandLine, "/U");
+}
 
 Program::~Program() = default;
 

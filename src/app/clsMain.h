@@ -21,6 +21,7 @@ class clsMain final {
     Catalogue& catalogue;
     OpenWebsite website;
     Workspace workspace;
+    bool linksEngines = false;  // reports link to the engines; the switch "/U"
 
     // Items of cboWebType; adult sites are among them unless they are refused.
     std::vector<std::string> webTypes() const;

@@ -7,10 +7,13 @@
 #include "app/frmPreference.h"
 #include "catalogue/Catalogue.h"
 #include "core/Paths.h"
+#include "core/Prompts.h"
 #include "core/ScreenText.h"
 #include "core/Services.h"
 #include "core/clsPreference.h"
 #include "projects/frmAddURL.h"
+#include "submission/frmPreview.h"
+#include "submission/frmSubmit.h"
 #include "ui_frmMain.h"
 #include "widgets/Forms.h"
 #include "widgets/IconTheme.h"
@@ -25,6 +28,17 @@ namespace relay {
 namespace {
 constexpr int kUsualTreeWidth = 225;
 constexpr int kSplitterStep = 24;
+
+// The wizard over the window, which can do nothing until it closes.
+void showSubmit(const CommandTarget& target, QWidget* parent) {
+    std::optional<frmSubmit> wizard;
+    {
+        const BusyPointer busy(target.services.prompts);
+        wizard.emplace(target.services, target.main.catalogue,
+                       SubmissionOptions{QLocale(), target.main.linksEngines}, parent);
+    }
+    wizard->exec();
+}
 
 // The screens that commands open.
 struct Screen final {
@@ -41,6 +55,7 @@ constexpr Screen kScreens[] = {
                    target.services.paths.AppPath, parent)
              .exec();
      }},
+    {"frmSubmit", showSubmit},
 };
 
 // One line of the quick start text, with the words that name a command as a link to it.
@@ -70,6 +85,7 @@ frmMain::frmMain(const Services& services, clsMain& main, QWidget* parent)
     wireCommands(urlCommands(), *m_ui->SSTab1);
     connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, this, &frmMain::findEngines);
     connectWebsitePanel();
+    connect(m_ui->SSTab3, &frmEnginePanel::previewWanted, this, &frmMain::showPreview);
     m_ui->TreeView1->connectTo(main.workspace, services.prompts);
     connect(&main.workspace, &Workspace::panelsChanged, this, &frmMain::showPanels);
     showPanels();
@@ -115,6 +131,19 @@ void frmMain::enableCommands() {
 void frmMain::showScreen(std::string_view name) {
     for (const Screen& screen : kScreens)
         if (screen.name == name) screen.show(m_target, this);
+}
+
+void frmMain::showPreview(const std::string& engine) {
+    Workspace& workspace = m_main.workspace;
+    workspace.autoSave();
+    std::vector<frmPreview::Website> websites;
+    for (const auto& project : workspace.tree().root().children)
+        for (const auto& website : project->children)
+            if (!website->file.empty()) websites.push_back({website->text, website->file});
+    frmPreview preview(m_target.services, m_main.catalogue, std::move(websites), this);
+    preview.chooseEngine(engine);
+    preview.chooseWebsite(workspace.currentNode()->file);
+    preview.exec();
 }
 
 void frmMain::connectWebsitePanel() {

@@ -57,6 +57,8 @@ class frmMain final : public QMainWindow {
     static QAction* actionOf(std::string_view name, const QWidget& owner);
     void enableCommands();
     void showScreen(std::string_view name);
+    // What the engine would be sent for one of the websites.
+    void showPreview(const std::string& engine);
     void connectWebsitePanel();
     void showPanels();
     void findEngines();

@@ -106,6 +106,20 @@ void frmEnginePanel::connectButtons() {
     auto* drop = new QAction(themedIcon("DeleteURL"), tr("Take off this list\tDel"), this);
     connect(drop, &QAction::triggered, this, [this] { m_selection->deleteListedEngines(); });
     m_ui->lsvEngines->addAction(drop);
+    offerPreview();
+}
+
+void frmEnginePanel::offerPreview() {
+    for (ListView* list : {m_ui->lsvEngines, m_ui->lsvSelectedEngines}) {
+        auto* action = new QAction(themedIcon("Preview"), tr("Pre&view its Request ..."), this);
+        action->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_P));
+        action->setShortcutContext(Qt::WidgetShortcut);
+        connect(action, &QAction::triggered, this, [this, list] {
+            const int row = list->rows()->firstHighlighted();
+            if (row >= 0) Q_EMIT previewWanted(std::string(list->rows()->at(row).key));
+        });
+        list->addAction(action);
+    }
 }
 
 void frmEnginePanel::focusFindBox() {

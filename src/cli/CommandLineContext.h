@@ -14,9 +14,6 @@
 
 namespace relay {
 
-// What stands in a password's place where it is hidden.
-inline constexpr std::string_view kHiddenPassword = "********";
-
 // What the commands share: the console, the options that stand in front of every command, and the home.
 class CommandLineContext final {
   public:

@@ -7,6 +7,9 @@
 
 namespace relay {
 
+// What stands in a password's place where it is hidden.
+inline constexpr std::string_view kHiddenPassword = "********";
+
 // A website file by its keys, for the command line. The keys are those of kWebsiteKeys.
 
 // Throws Failure, with `hint` behind its words, when there is no such file, and with the reason when its

@@ -34,7 +34,7 @@ SubmissionController::SubmissionController(const Services& services, const Catal
 }
 
 bool SubmissionController::cmdSubmit() {
-    if (m_state.cmdSubmit == "&Submit") {
+    if (m_state.cmdSubmit == kSubmit) {
         // The last run's end is still on its way.
         if (isRunning() || m_ended) return false;
         m_state.lblSubmit = "Please wait while submitting ..... ";
@@ -55,7 +55,7 @@ bool SubmissionController::cmdSubmit() {
 }
 
 void SubmissionController::resetSubmitButton() {
-    m_state.cmdSubmit = "&Submit";
+    m_state.cmdSubmit = kSubmit;
     m_state.cmdCancelEnabled = true;
 }
 
@@ -78,7 +78,8 @@ bool SubmissionController::startRun() {
     const std::int16_t Connections = m_services.preference.Connections;
     // Left as it is where it cannot go: the list of failed engines is no reason not to submit.
     failureOf([&] { removeFile(m_services.paths.inApp("fail.eng")); });
-    m_services.prompts.status("Start submitting ...");
+    m_state.StatusBar1 = "Start submitting ...";
+    m_state.clock.clear();
     m_clsSubmit.sizeSockets(Connections);
     m_state.Done = 0;
     m_state.StartTime = m_services.clock.now();
@@ -95,6 +96,8 @@ bool SubmissionController::startRun() {
     m_clsSubmit.LoadHTTPMXSocket(m_state.ActiveConnections);
     m_TimerSubmit.start();
     m_summary = {};
+    m_state.progressValue = 0;
+    countWork();
     m_reportsOfFile.clear();
     m_held = m_catalogue.hold();
     beginURL();
@@ -113,6 +116,11 @@ std::int16_t SubmissionController::connectionsToOpen() {
     return most;
 }
 
+// During a run the bar counts requests.
+void SubmissionController::countWork() {
+    m_state.progressMaximum = m_state.lsvSiteSubmitting.count() * m_clsSubmit.NumOfEngines();
+}
+
 void SubmissionController::beginURL() {
     m_state.EngineCounter = 0;
     for (int i = 1; i <= m_state.ActiveConnections; ++i) m_clsSubmit.socket(i).Busy = 0;
@@ -129,8 +137,8 @@ void SubmissionController::submitEngine(std::int16_t Index, std::int16_t EngineI
     const bool given = trap(m_services.prompts, "Module : SubmitIt. ", [&] {
         m_state.EngineCounter = EngineIndex;
         m_state.Running = -1;
-        m_services.prompts.status(std::to_string(m_clsSubmit.NumOfEngines() - EngineIndex) +
-                                  " engines remaining ...");
+        m_state.StatusBar1 =
+            std::to_string(m_clsSubmit.NumOfEngines() - EngineIndex) + " engines remaining ...";
         if (Index <= m_state.lsvConnections.count()) m_clsSubmit.Submitting(Index, EngineIndex);
     });
     if (!given) endWhenIdle();
@@ -215,7 +223,7 @@ void SubmissionController::setSubmitComplete() {
     trap(m_services.prompts, "Module: setSubmitComplete\r\n", [&] {
         resetSubmitButton();
         m_state.lsvSiteSubmitting.clear();
-        m_services.prompts.status("");
+        m_state.StatusBar1.clear();
         const QDateTime now = m_services.clock.now();
         for (int i = 1; i <= m_clsSubmit.socketCount(); ++i) m_clsSubmit.socket(i).LastDone = now;
         Q_EMIT stateChanged();
@@ -235,7 +243,8 @@ void SubmissionController::stopSubmission() {
     trap(m_services.prompts, "Module: stopSubmission\r\nError: ", [&] {
         const int last = std::min<int>(m_state.ActiveConnections, m_state.lsvConnections.count());
         for (int i = 1; i <= last; ++i) m_clsSubmit.cancel(static_cast<std::int16_t>(i));
-        m_services.prompts.status("Please wait while generating report ...");
+        m_state.StatusBar1 = "Please wait while generating report ...";
+        Q_EMIT stateChanged();
         if (m_state.URLIndex < 1 || m_state.URLIndex > m_state.lsvSiteSubmitting.count()) return;
         m_state.lsvSiteSubmitting.setSubItem(m_state.URLIndex - 1, 2, "Canceled");
         reportURL();
@@ -250,14 +259,15 @@ void SubmissionController::TimerSubmit() {
         m_services.prompts, "SubmitTimeout: ",
         [&] {
             const qint64 seconds = m_state.StartTime.secsTo(m_services.clock.now());
-            m_services.prompts.status(std::to_string(seconds / 3600) + " :" +
-                                      std::to_string(seconds / 60 % 60) + " :" +
-                                      std::to_string(seconds % 60));
+            m_state.clock = std::to_string(seconds / 3600) + " :" + std::to_string(seconds / 60 % 60) + " :" +
+                            std::to_string(seconds % 60);
+            Q_EMIT stateChanged();
         },
         "Submit Timeout");
 }
 
 void SubmissionController::countEnded(const EngineEnded& ended) {
+    ++m_state.progressValue;
     if (ended.result == Success)
         ++m_summary.success;
     else if (ended.result == Cancelled)

@@ -61,10 +61,17 @@ class SubmissionController final : public QObject {
     // Page 3.
     void viewReport();
 
+    // The page the user wants to see, where it may be shown: back to what was decided before, as long as
+    // nothing runs, and forward to the reports of the last run.
+    void showPage(int page);
+    bool mayShow(int page) const;
+
     // False: the user wants to stay. True: nothing of the run reaches the user any more.
     bool closing();
 
     bool isRunning() const noexcept { return m_held != nullptr; }
+    // The user pressed "Stop", and the connections have not come to their end yet.
+    bool isStopping() const { return isRunning() && m_state.cmdSubmit == kSubmit; }
     // No connection is at work. A failure is shown and gives true: the run must not wait for ever.
     bool isFinish();
 
@@ -76,6 +83,8 @@ class SubmissionController final : public QObject {
     void stateChanged();
 
   private:
+    static constexpr std::string_view kSubmit = "&Submit";
+
     bool StartSubmit();
     bool startRun();
     std::int16_t connectionsToOpen();
@@ -94,6 +103,7 @@ class SubmissionController final : public QObject {
     void countEnded(const EngineEnded& ended);
     void showConnection(std::int16_t Index, const std::string& words);
     void resetSubmitButton();
+    void countWork();
 
     const Services& m_services;
     const Catalogue& m_catalogue;

@@ -194,6 +194,8 @@ void SubmissionController::cmdRemove() {
     const int kept = isRunning() ? m_state.URLIndex : 0;
     int place = 0;
     m_state.lsvSiteSubmitting.removeIf([&](const RowView& row) { return ++place > kept && row.highlighted; });
+    if (isRunning()) countWork();
+    Q_EMIT stateChanged();
 }
 
 void SubmissionController::viewReport() {
@@ -219,6 +221,27 @@ void SubmissionController::viewReport() {
         const BusyPointer busy(m_services.prompts);
         m_services.prompts.openWithSystem(path);
     });
+}
+
+bool SubmissionController::mayShow(int page) const {
+    if (page == m_state.page) return true;
+    if (isRunning() || page < 0) return false;
+    switch (page) {
+        case 0:
+            return true;
+        case 1:
+            return m_state.page > 1;
+        case 3:
+            return !m_state.lsvReport.empty();
+        default:
+            return false;  // the list of URLs is made by "Start" alone
+    }
+}
+
+void SubmissionController::showPage(int page) {
+    if (!mayShow(page)) return;
+    m_state.page = page;
+    Q_EMIT stateChanged();
 }
 
 bool SubmissionController::closing() {

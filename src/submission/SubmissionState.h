@@ -19,6 +19,7 @@ struct SubmissionState final {
         lsvSiteSubmitting.setColumns({"URL", "Web site", "Status"});
         lsvConnections.setColumns({" ", "Engines", "Status"});
         lsvReport.setColumns({"URL", "Web Site", "Status"});
+        lsvSiteSelection.setNumberColumns({2});
     }
 
     Rows lsvSiteSelection;   // key and tag the website file; "Web Site", "Project", "Number of URLs"
@@ -38,6 +39,8 @@ struct SubmissionState final {
     bool cmdCancelEnabled = true;  // the one of page 2
     int progressValue = 0;
     int progressMaximum = 100;
+    std::string StatusBar1;  // what the run is at, the engines remaining among it
+    std::string clock;       // since the start of the run: "0 :0 :1"
 
     std::string WebsiteFile;  // of the current URL
     std::string URL;

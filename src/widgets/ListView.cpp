@@ -18,6 +18,7 @@ namespace relay {
 
 namespace {
 constexpr int kIconSize = 16;
+constexpr int kFrameMilliseconds = 33;
 
 class RowDelegate final : public QStyledItemDelegate {
   public:
@@ -58,6 +59,11 @@ ListView::ListView(QWidget* parent) : QTreeView(parent) {
     header()->setStretchLastSection(false);
     header()->setSectionsMovable(false);
     connect(header(), &QHeaderView::sectionClicked, this, &ListView::sortBy);
+    m_frame.setSingleShot(true);
+    m_frame.setInterval(kFrameMilliseconds);
+    connect(&m_frame, &QTimer::timeout, this, [this] {
+        if (std::exchange(m_repaintDue, false)) repaintSoon();
+    });
 }
 
 void ListView::setRows(Rows* rows, const std::vector<int>& columnCharacters) {
@@ -74,12 +80,12 @@ void ListView::setRows(Rows* rows, const std::vector<int>& columnCharacters) {
 void ListView::layOutColumns() {
     if (m_rows == nullptr || m_rows->columnCount() == 0) return;
     header()->setSectionResizeMode(QHeaderView::Interactive);
-    header()->setSectionResizeMode(0, QHeaderView::Stretch);
-    for (std::size_t column = 0; column < m_columnCharacters.size(); ++column) {
-        const int section = static_cast<int>(column) + 1;
-        if (section < m_rows->columnCount())
-            header()->resizeSection(section,
-                                    fontMetrics().averageCharWidth() * (m_columnCharacters[column] + 3));
+    header()->setSectionResizeMode(m_stretchedColumn, QHeaderView::Stretch);
+    int section = 0;
+    for (const int characters : m_columnCharacters) {
+        if (section == m_stretchedColumn) ++section;
+        if (section == m_rows->columnCount()) return;
+        header()->resizeSection(section++, fontMetrics().averageCharWidth() * (characters + 3));
     }
 }
 
@@ -89,8 +95,18 @@ void ListView::setEmptyHint(const QString& hint) {
     viewport()->update();
 }
 
+void ListView::setSortable(bool on) {
+    m_sortable = on;
+    header()->setSectionsClickable(on);
+}
+
+void ListView::setStretchedColumn(int column) {
+    m_stretchedColumn = column;
+    layOutColumns();
+}
+
 void ListView::sortBy(int column) {
-    if (m_rows == nullptr) return;
+    if (m_rows == nullptr || !m_sortable) return;
     m_rows->sortByColumn(column);
     showOrder();
 }
@@ -124,10 +140,20 @@ void ListView::selectionChanged(const QItemSelection& selected, const QItemSelec
     mark(selected, true);
 }
 
-// Thousands of flags may change one by one: one look at all of them follows, and one repaint. Rows are of one
-// height and have no editors, so nothing else depends on a row's data.
-void ListView::dataChanged(const QModelIndex&, const QModelIndex&, const QList<int>&) {
+void ListView::repaintSoon() {
+    if (m_frame.isActive()) {
+        m_repaintDue = true;
+        return;
+    }
     viewport()->update();
+    m_frame.start();
+}
+
+// Thousands of flags may change one by one: one look at all of them follows. Rows are of one height and have
+// no editors, so nothing else depends on a row's data.
+void ListView::dataChanged(const QModelIndex&, const QModelIndex&, const QList<int>& roles) {
+    repaintSoon();
+    if (!roles.isEmpty() && !roles.contains(Rows::HighlightRole)) return;
     if (m_following || std::exchange(m_flagsChanged, true)) return;
     QMetaObject::invokeMethod(this, &ListView::selectHighlighted, Qt::QueuedConnection);
 }
@@ -186,7 +212,7 @@ void ListView::contextMenuEvent(QContextMenuEvent* event) {
     QMenu menu(this);
     menu.addActions(actions());
     if (!actions().isEmpty()) menu.addSeparator();
-    if (m_rows != nullptr && m_rows->columnCount() > 0) {
+    if (m_rows != nullptr && m_sortable) {
         for (int column = 0; column < m_rows->columnCount(); ++column) {
             const QString title = toScreen(m_rows->columnTitle(column));
             menu.addAction(
@@ -194,6 +220,7 @@ void ListView::contextMenuEvent(QContextMenuEvent* event) {
                 [this, column] { sortBy(column); });
         }
     }
+    if (menu.isEmpty()) return;
     const bool byKey = event->reason() == QContextMenuEvent::Keyboard && currentIndex().isValid();
     menu.exec(byKey ? viewport()->mapToGlobal(visualRect(currentIndex()).bottomLeft()) : event->globalPos());
 }
