@@ -278,7 +278,10 @@ bool Rows::setData(const QModelIndex& index, const QVariant& value, int role) {
 }
 
 QVariant Rows::headerData(int section, Qt::Orientation orientation, int role) const {
-    if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
+    if (orientation != Qt::Horizontal) return {};
+    if (role == Qt::TextAlignmentRole && holdsNumbers(section))
+        return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
+    if (role != Qt::DisplayRole) return {};
     if (section < 0 || static_cast<std::size_t>(section) >= m_titles.size()) return {};
     return toScreen(columnTitle(section));
 }

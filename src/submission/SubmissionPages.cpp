@@ -21,6 +21,8 @@ namespace relay {
 
 namespace {
 
+constexpr std::string_view kConfirm = "Please confirm your setting above and click the 'Start' button:";
+
 // "##,##0"
 std::string grouped(double number) {
     std::string digits = std::to_string(std::llround(number));
@@ -92,7 +94,7 @@ void SubmissionController::selectAllSites(bool on) {
 
 bool SubmissionController::cmdNext() {
     if (!getSubmitSummary()) return false;
-    m_state.lblStart = "Please confirm your setting above and click the 'Start' button:";
+    m_state.lblStart = kConfirm;
     m_state.progressValue = 0;
     m_state.page = 1;
     Q_EMIT stateChanged();
@@ -241,6 +243,7 @@ bool SubmissionController::mayShow(int page) const {
 void SubmissionController::showPage(int page) {
     if (!mayShow(page)) return;
     m_state.page = page;
+    if (page == 1) m_state.lblStart = kConfirm;
     Q_EMIT stateChanged();
 }
 

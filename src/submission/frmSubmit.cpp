@@ -70,7 +70,7 @@ void frmSubmit::connectLists() {
     m_ui->lsvSiteSubmitting->setRows(&state.lsvSiteSubmitting, {24, 16});
     m_ui->lsvConnections->setRows(&state.lsvConnections, {4, 28});
     m_ui->lsvReport->setRows(&state.lsvReport, {24, 12});
-    m_ui->lsvResults->setRows(&m_results.lsvResults, {26, 16, 16, 6, 6});
+    m_ui->lsvResults->setRows(&m_results.lsvResults, {24, 13, 16, 4, 6});
     m_ui->lsvSiteSelection->addActions({m_ui->mnuPopupSelect_0, m_ui->mnuPopupSelect_1});
     m_ui->splitterRun->setSizes({200, 240});
     m_ui->splitterReports->setSizes({140, 300});
@@ -134,6 +134,8 @@ void frmSubmit::showState() {
         } else {
             m_frame.stop();
             showResults();
+            Rows& reports = m_controller.state().lsvReport;
+            if (!reports.empty() && reports.firstHighlighted() < 0) reports.setHighlighted(0, true);
         }
     }
     showRunning();
@@ -143,6 +145,7 @@ void frmSubmit::showState() {
 // What changes with every request.
 void frmSubmit::showRunning() {
     const SubmissionState& state = m_controller.state();
+    m_ui->ProgressBar1->setTextVisible(m_controller.isRunning());
     m_ui->ProgressBar1->setMaximum(std::max(1, state.progressMaximum));
     m_ui->ProgressBar1->setValue(state.progressValue);
     const QString status = toScreen(state.StatusBar1);
@@ -152,11 +155,13 @@ void frmSubmit::showRunning() {
 
 void frmSubmit::showPages() {
     const int page = m_controller.state().page;
-    for (int tab = 0; tab < m_ui->SSTab1->count(); ++tab)
-        m_ui->SSTab1->setTabEnabled(tab, m_controller.mayShow(tab));
     {
         const QSignalBlocker quiet(m_ui->SSTab1);
+        // A tab control leaves a page that is disabled for one of its own choice.
+        m_ui->SSTab1->setTabEnabled(page, true);
         m_ui->SSTab1->setCurrentIndex(page);
+        for (int tab = 0; tab < m_ui->SSTab1->count(); ++tab)
+            m_ui->SSTab1->setTabEnabled(tab, m_controller.mayShow(tab));
     }
     if (page != std::exchange(m_shownPage, page)) takePage();
 }
