@@ -17,6 +17,7 @@ struct Services;
 struct SubmissionOptions final {
     QLocale locale;            // of their dates
     bool linkEngines = false;  // names of engines as links; the switch "/U"
+    bool keepLedger = true;    // so that a run can go on after a crash
 };
 
 // Writes the reports of a run and gathers the engines that failed in it.

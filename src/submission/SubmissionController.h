@@ -3,6 +3,8 @@
 
 #include "catalogue/Catalogue.h"
 #include "submission/EngineDispatcher.h"
+#include "submission/Ledger.h"
+#include "submission/LedgerReader.h"
 #include "submission/ReportWriter.h"
 #include "submission/SubmissionState.h"
 #include "submission/clsSubmit.h"
@@ -60,6 +62,22 @@ class SubmissionController final : public QObject {
 
     // Page 3.
     void viewReport();
+    // Makes exactly the pairs of engine and URL that did not succeed the work of the next run and shows page
+    // 2, as cmdStart does; then cmdSubmit(). False when there are none, or while a run is on.
+    bool runFailedAgain();
+    // Asks where to, and writes the results as comma separated values.
+    void saveResultsAs();
+
+    // A run that was cut off (a crash, a power cut, a program closed in the middle). Nothing when there is
+    // none in this home, or another program is at it. A file that is no ledger goes to the log.
+    std::optional<CutOffRun> cutOffRun() const;
+    // Makes what is left of it the work of the next run and shows page 2, as cmdStart does; then cmdSubmit().
+    // What had ended counts as if it had ended in this run: in the results, in the report of the URL that was
+    // under way, in the summary and in fail.eng. False, with a message that says what changed, when the
+    // engines, the settings or the websites are not what they were; also while a run is on.
+    bool resume(CutOffRun run);
+    // Removes its ledger.
+    void forget(const CutOffRun& run);
 
     // False: the user wants to stay. True: nothing of the run reaches the user any more.
     bool closing();
@@ -72,6 +90,8 @@ class SubmissionController final : public QObject {
     void engineEnded(const relay::EngineEnded& ended);
     void reportWritten(const relay::UrlReport& report);
     void runDone(const relay::RunSummary& summary);
+    // The run goes on, but could not after a crash: its ledger cannot be written. Once a run.
+    void ledgerFailed(const std::string& problem);
     // Plain values of the state changed (the lists tell their own changes).
     void stateChanged();
 
