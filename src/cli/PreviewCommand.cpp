@@ -3,11 +3,11 @@
 
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
-#include "cli/JsonLine.h"
 #include "cli/LoadEngines.h"
 #include "cli/Table.h"
 #include "core/Failure.h"
 #include "core/IniFile.h"
+#include "core/JsonLine.h"
 #include "projects/WebsiteFile.h"
 #include "projects/WebsiteKeys.h"
 #include "submission/SubmissionData.h"

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "submission/RunPlan.h"
 #include "submission/SubmissionRecords.h"
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace relay {
-
-struct RunPlan;
 
 // How one engine took one URL. The views last until the next run begins.
 struct PairResult final {
@@ -28,7 +28,7 @@ struct PairResult final {
 
 // The results of a run, one for each pair of engine and URL that has ended, in the order of their ends; of a
 // run that was taken up again, with those from before. Pairs that a stop kept from being sent have none. The
-// texts stand here once, so that a pair takes 20 bytes.
+// texts stand here once, so that a pair takes 16 bytes.
 class Results final {
   public:
     int count() const noexcept { return static_cast<int>(m_pairs.size()); }
@@ -38,39 +38,21 @@ class Results final {
     // How many have the result.
     int countOf(std::int16_t result) const noexcept;
 
-    // The rest is the run's.
-    void begin(const RunPlan& plan);
-    // `url` and `engine` are places in the plan, from 0.
-    void add(std::size_t url, std::size_t engine, std::int16_t result, std::int32_t code,
-             std::int64_t milliseconds);
-    // Known once the engine was sent something.
-    void setAddURL(std::size_t engine, std::string_view AddURL);
+    // The rest is the run's. `addURLs` are those of the plan's engines, in their order.
+    void begin(RunPlan plan, std::vector<std::string> addURLs);
+    const RunPlan& plan() const noexcept { return m_plan; }
+    void add(const PairEnd& end);
+    const std::vector<PairEnd>& ends() const noexcept { return m_pairs; }
 
   private:
-    friend RunPlan planFailedAgain(const Results& results);
-
-    struct Site final {
-        std::string website;
-        std::string site;
-        std::string URL;
-    };
-    struct Engine final {
-        std::string name;
-        std::string AddURL;
-    };
-    struct Pair final {
-        std::uint16_t url;
-        std::uint16_t engine;
-        std::int16_t result;
-        std::int32_t code;
-        std::uint32_t milliseconds;
-    };
-
-    std::vector<Site> m_sites;
-    std::vector<Engine> m_engines;
-    std::vector<Pair> m_pairs;
-    std::vector<int> m_counts;  // by result
+    RunPlan m_plan;
+    std::vector<std::string> m_addURLs;
+    std::vector<PairEnd> m_pairs;
+    std::array<int, 16> m_counts{};  // by result
 };
+
+// Exactly the pairs that did not succeed, in the order of the run.
+RunPlan planFailedAgain(const Results& results);
 
 // The results as a table of comma separated values (RFC 4180, lines end with CR LF): website, url, engine,
 // result, word, code, ms, add_url.
