@@ -81,7 +81,7 @@ std::vector<std::string> changedSince(const RunDigests& then, bool blockSpam, co
     compare(then.catalogue, now.catalogue, "the engine file ");
     // What was answered for the run may have been kept since.
     if (now.settings != then.settings && now.settings != RunDigests::ofSettings(blockSpam))
-        changed.push_back("the setting BlockSpam");
+        changed.emplace_back("the setting BlockSpam");
     compare(then.websites, now.websites, "the website file ");
     return changed;
 }
