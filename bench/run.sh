@@ -11,7 +11,7 @@ engines=${3:-20000}
 cli=$programs/../src/korvel-relay-cli
 
 . "$(dirname "$0")/nginx.sh"
-. "$(dirname "$0")/run_home.sh"
+. "$(dirname "$0")/home.sh"
 
 seconds() { date +%s.%N; }
 

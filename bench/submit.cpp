@@ -1,118 +1,97 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A submission from the real window, by its buttons: bench_submit HOME CONNECTIONS submits the websites of the
-// home to all engines. On stdout, in a line: the seconds from the click on "Submit" to the last page painted,
-// and the longest time, in milliseconds, for which the event loop did not turn: while the wizard opened, up to
-// the list of URLs, and while the run went on and its results came up.
-#include "app/Program.h"
-#include "catalogue/Catalogue.h"
-#include "core/clsPreference.h"
-#include "submission/frmSubmit.h"
-#include "support/ScriptedPrompts.h"
-#include "support/TestHome.h"
-#include "widgets/Appearance.h"
+//
+// One submission with 50 connections to every engine of a home, with or without a ledger, measured from the
+// catalogue's loading to the end of the run.
+// Usage: bench_submit HOME WEBSITE ledger|none
+// Prints: requests per second, seconds, CPU time a request in microseconds, longest time the event loop was
+// held up in ms.
+#include "core/Clock.h"
+#include "core/Prompts.h"
+#include "session/Session.h"
+#include "submission/SubmissionController.h"
 
-#include <QAction>
-#include <QApplication>
-#include <QElapsedTimer>
-#include <QPushButton>
+#include <QCoreApplication>
+#include <QLocale>
+#include <QTimer>
 
+#include <algorithm>
+#include <chrono>
 #include <cstdio>
+#include <optional>
+#include <string>
+#include <sys/resource.h>
 
 namespace {
+
 using namespace relay;
+using Time = std::chrono::steady_clock;
 
-// Ticks each millisecond; what a tick is late, somebody else kept the event loop.
-class Stalls final {
+class SilentPrompts final : public Prompts {
   public:
-    Stalls() {
-        m_timer.setTimerType(Qt::PreciseTimer);
-        m_timer.setInterval(1);
-        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { note(); });
-        m_clock.start();
-        m_timer.start();
+    void message(std::string_view, std::string_view, Icon) override {}
+    bool ask(std::string_view, std::string_view) override { return false; }
+    std::optional<std::string> input(std::string_view, std::string_view, std::string_view) override {
+        return std::nullopt;
     }
-    // In milliseconds, since the last call.
-    double take() {
-        note();
-        return std::exchange(m_longest, 0);
-    }
-
-  private:
-    void note() {
-        m_longest = std::max(m_longest, static_cast<double>(m_clock.nsecsElapsed()) / 1e6);
-        m_clock.restart();
-    }
-
-    QTimer m_timer;
-    QElapsedTimer m_clock;
-    double m_longest = 0;
+    FileChoice openFile(std::string_view, std::string_view) override { return {}; }
+    FileChoice saveFile(std::string_view, std::string_view, std::string_view) override { return {}; }
+    bool openWithSystem(std::string_view) override { return false; }
+    void beep() override {}
+    void busy(bool) override {}
+    void status(std::string_view) override {}
 };
 
-void turnEventLoop(int milliseconds) {
-    QEventLoop loop;
-    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
-    loop.exec();
+double since(Time::time_point begin) {
+    return std::chrono::duration<double>(Time::now() - begin).count();
 }
 
-void push(QWidget& form, const char* button) {
-    form.findChild<QPushButton*>(QString::fromLatin1(button))->click();
+double processorSeconds() {
+    rusage used{};
+    ::getrusage(RUSAGE_SELF, &used);
+    const auto seconds = [](const timeval& time) {
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
+    };
+    return seconds(used.ru_utime) + seconds(used.ru_stime);
 }
 
-// Called inside the wizard's own event loop.
-void drive(frmSubmit& wizard, Stalls& stalls) {
-    turnEventLoop(20);
-    const double opening = stalls.take();
-    push(wizard, "cmdNext");
-    turnEventLoop(20);
-    push(wizard, "cmdStart");
-    turnEventLoop(20);
-    const double listing = stalls.take();
-    QElapsedTimer timer;
-    QEventLoop running;
-    RunSummary summary;
-    QObject::connect(&wizard.controller(), &SubmissionController::runDone, &running,
-                     [&](const RunSummary& done) {
-                         summary = done;
-                         running.quit();
-                     });
-    timer.start();
-    push(wizard, "cmdSubmit");
-    running.exec();
-    QCoreApplication::processEvents();
-    wizard.repaint();
-    const double seconds = static_cast<double>(timer.nsecsElapsed()) / 1e9;
-    turnEventLoop(20);
-    std::printf("%.4f %.1f %.1f %.1f %d\n", seconds, opening, listing, stalls.take(), summary.success);
-    wizard.reject();
+int run(const std::string& home, const std::string& website, bool keepLedger) {
+    const SystemClock clock;
+    SilentPrompts prompts;
+    Session session(Paths::insideHome(home), clock, {}, prompts);
+    session.readSettings(SettingsReader::CommandLine);
+    session.network.open();
+    const Time::time_point begin = Time::now();
+    if (!session.catalogue.loadEngineData()) return 1;
+    session.catalogue.selection.EngineSelect(true);
+    session.preference.Connections = 50;
+    SubmissionController controller(session.services, session.catalogue,
+                                    {QLocale::system(), false, keepLedger});
+    controller.addSite(website, "Site", {});
+    bool failed = !controller.cmdNext() || !controller.cmdStart() || !controller.cmdSubmit();
+    QObject::connect(&controller, &SubmissionController::runDone, [&](const RunSummary& summary) {
+        failed = failed || summary.failed != 0;
+        QCoreApplication::exit();
+    });
+    Time::time_point last = Time::now();
+    double longest = 0;
+    QTimer tick;
+    QObject::connect(&tick, &QTimer::timeout, [&] {
+        longest = std::max(longest, since(last));
+        last = Time::now();
+    });
+    tick.start(0);
+    if (!failed) QCoreApplication::exec();
+    const double seconds = since(begin);
+    const int count = controller.state().results.count();
+    std::printf("%.0f %.4f %.2f %.1f\n", count / seconds, seconds, processorSeconds() * 1e6 / count,
+                longest * 1000);
+    return failed ? 1 : 0;
 }
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 3) {
-        std::fprintf(stderr, "bench_submit: see the head of bench/submit.cpp\n");
-        return 2;
-    }
-    QApplication application(argc, argv);
-    applyAppearance(application, QStringLiteral("light"));
-    test::ScriptedPrompts prompts;
-    const SystemClock clock;
-    Program program(Paths::insideHome(argv[1]), {}, clock, prompts);
-    program.start();
-    program.preference().Connections = static_cast<std::int16_t>(std::atoi(argv[2]));
-    program.main().catalogue.selection.EngineSelect(true);
-    turnEventLoop(20);
-
-    Stalls stalls;
-    QTimer poll;
-    QObject::connect(&poll, &QTimer::timeout, &poll, [&] {
-        auto* const wizard = qobject_cast<frmSubmit*>(QApplication::activeModalWidget());
-        if (wizard == nullptr || !wizard->isVisible()) return;
-        poll.stop();
-        drive(*wizard, stalls);
-    });
-    poll.start(1);
-    program.window().findChild<QAction*>(QStringLiteral("Submit"))->trigger();
-    for (const auto& shown : prompts.shown)
-        std::fprintf(stderr, "%s: %s\n", shown.title.c_str(), shown.text.c_str());
-    return 0;
+    QCoreApplication application(argc, argv);
+    if (argc != 4) return 2;
+    return run(argv[1], argv[2], std::string(argv[3]) == "ledger");
 }

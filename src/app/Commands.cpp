@@ -64,10 +64,7 @@ void leave(Target target) {
     target.close();
 }
 void submit(Target target) {
-    if (!target.main.readyToSubmit()) return;
-    target.show("frmSubmit");
-    // The panel shows the reports that came into its website's file.
-    target.main.workspace.autoSave();
+    if (target.main.readyToSubmit()) target.show("frmSubmit");
 }
 void openHelp(Target target) {
     const std::string file = target.services.paths.inApp("korvel.hlp");

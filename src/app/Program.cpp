@@ -92,6 +92,7 @@ void Program::start() {
     m_window->show();
     // Taken as it was saved; only a window nobody could get hold of is brought back.
     if (!m_window->isMaximized() && !isReachable(*m_window)) CenterForm(*m_window);
+    QTimer::singleShot(0, m_window.get(), &frmMain::offerCutOffRun);
 }
 
 void Program::placeWindow() {

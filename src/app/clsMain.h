@@ -3,7 +3,9 @@
 
 #include "projects/OpenWebsite.h"
 #include "projects/Workspace.h"
+#include "submission/LedgerReader.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -30,6 +32,9 @@ class clsMain final {
     // What the toolbar's "Submit" checks: saves, refuses an empty selection (the engine screen then shows),
     // and offers to block the mail of free-for-all sites. True when the submission may open.
     bool readyToSubmit();
+    // A submission that was cut off and that the user wants to go on with, after asking; nothing when there
+    // is none, or the user does not want to. Only on the user's word it is not offered again.
+    std::optional<CutOffRun> cutOffRunToGoOnWith();
 
   private:
     const Services& m_services;

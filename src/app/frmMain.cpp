@@ -30,14 +30,18 @@ constexpr int kUsualTreeWidth = 225;
 constexpr int kSplitterStep = 24;
 
 // The wizard over the window, which can do nothing until it closes.
-void showSubmit(const CommandTarget& target, QWidget* parent) {
+void showSubmit(const CommandTarget& target, QWidget* parent, std::optional<CutOffRun> cutOff) {
     std::optional<frmSubmit> wizard;
     {
         const BusyPointer busy(target.services.prompts);
-        wizard.emplace(target.services, target.main.catalogue,
-                       SubmissionOptions{QLocale(), target.main.linksEngines}, parent);
+        SubmissionOptions options{QLocale()};
+        options.linkEngines = target.main.linksEngines;
+        wizard.emplace(target.services, target.main.catalogue, std::move(options), parent);
     }
+    if (cutOff && !wizard->controller().resume(std::move(*cutOff))) return;
     wizard->exec();
+    // The panel shows the reports that came into its website's file.
+    target.main.workspace.autoSave();
 }
 
 // The screens that commands open.
@@ -55,7 +59,8 @@ constexpr Screen kScreens[] = {
                    target.services.paths.AppPath, parent)
              .exec();
      }},
-    {"frmSubmit", showSubmit},
+    {"frmSubmit",
+     [](const CommandTarget& target, QWidget* parent) { showSubmit(target, parent, std::nullopt); }},
 };
 
 // One line of the quick start text, with the words that name a command as a link to it.
@@ -131,6 +136,11 @@ void frmMain::enableCommands() {
 void frmMain::showScreen(std::string_view name) {
     for (const Screen& screen : kScreens)
         if (screen.name == name) screen.show(m_target, this);
+}
+
+void frmMain::offerCutOffRun() {
+    if (std::optional<CutOffRun> run = m_main.cutOffRunToGoOnWith())
+        showSubmit(m_target, this, std::move(run));
 }
 
 void frmMain::showPreview(const std::string& engine) {

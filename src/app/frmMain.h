@@ -35,6 +35,8 @@ class frmMain final : public QMainWindow {
     // Brings the choices of the combo boxes and the captions of the type boxes up to date after a load.
     void showCatalogue();
     void showStatus(const QString& text);
+    // Asks whether to go on with a submission that was cut off, and opens the wizard on it.
+    void offerCutOffRun();
     // Where the border between tree and panel stands, in pixels from the left; 0 takes the usual place.
     int splitterPlace() const;
     void setSplitterPlace(int place);

@@ -3,11 +3,11 @@
 
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
-#include "cli/JsonLine.h"
 #include "cli/PracticeAddress.h"
 #include "cli/Table.h"
 #include "core/Failure.h"
 #include "core/FileStore.h"
+#include "core/JsonLine.h"
 #include "core/Paths.h"
 #include "core/Text.h"
 #include "practice/PracticeCatalogue.h"

@@ -3,9 +3,9 @@
 
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
-#include "cli/JsonLine.h"
 #include "cli/LoadEngines.h"
 #include "cli/Table.h"
+#include "core/JsonLine.h"
 #include "projects/WebsiteKeys.h"
 #include "submission/RequestPreview.h"
 

@@ -50,7 +50,8 @@ class OpenWebsite final : public QObject {
     void openFileLocation();
     // cmdViewReport: hands the selected report to the system.
     void viewReport();
-    bool DeleteReportFile(const std::string& path);
+    // As that of WebsiteFile.
+    bool DeleteReportFile(const std::string& path, const std::string& reportFolder);
 
   Q_SIGNALS:
     // The fields were changed by the program.

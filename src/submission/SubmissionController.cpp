@@ -21,10 +21,12 @@ SubmissionController::SubmissionController(const Services& services, const Catal
     : m_services(services),
       m_catalogue(catalogue),
       m_clsSubmit(services, catalogue),
-      m_reports(services, std::move(options)) {
+      m_reports(services, options),
+      m_keepLedger(options.keepLedger) {
     m_TimerSubmit.setInterval(1000);
     connect(&m_TimerSubmit, &QTimer::timeout, this, &SubmissionController::TimerSubmit);
     connect(&m_clsSubmit, &clsSubmit::engineEnded, this, &SubmissionController::countEnded);
+    connect(&m_clsSubmit, &clsSubmit::sending, this, &SubmissionController::noteSending);
     connect(&m_clsSubmit, &clsSubmit::connectionChanged, this, &SubmissionController::showConnection);
     connect(&m_clsSubmit, &clsSubmit::connectionFree, this, &SubmissionController::SubmitIt);
     connect(&m_clsSubmit, &clsSubmit::cancelled, this, &SubmissionController::stopSubmission);
@@ -65,6 +67,7 @@ bool SubmissionController::StartSubmit() {
     } catch (const std::exception& failure) {
         m_held.reset();
         m_TimerSubmit.stop();
+        m_ledger.leave();
         const auto* known = dynamic_cast<const Failure*>(&failure);
         m_services.log.WriteErrorLog("StartSubmit_Error: " + std::string(failureText(failure)));
         m_services.prompts.message(
@@ -100,31 +103,43 @@ bool SubmissionController::startRun() {
     countWork();
     m_reportsOfFile.clear();
     m_held = m_catalogue.hold();
+    beginRecord();
     beginURL();
     return true;
 }
 
 std::int16_t SubmissionController::connectionsToOpen() {
-    const std::int16_t wanted = std::min(m_clsSubmit.NumOfEngines(), m_services.preference.Connections);
-    const std::int16_t most = mostConnections();
-    if (wanted <= most) return wanted;
+    std::int16_t most = 1;  // engines that one URL goes to
+    const Rows& urls = m_state.lsvSiteSubmitting;
+    for (int row = 0; row < urls.count() && most < m_clsSubmit.NumOfEngines(); ++row)
+        most = std::max(most, dueEngines(urls.at(row).key));
+    const std::int16_t wanted = std::min(most, m_services.preference.Connections);
+    const std::int16_t allowed = mostConnections();
+    if (wanted <= allowed) return wanted;
     if (!std::exchange(m_limitTold, true)) {
-        m_services.prompts.message("Of " + std::to_string(wanted) + " connections " + std::to_string(most) +
+        m_services.prompts.message("Of " + std::to_string(wanted) + " connections " +
+                                       std::to_string(allowed) +
                                        " are opened: the system does not allow this program more open files.",
                                    "Submit", Icon::Information);
     }
-    return most;
+    return allowed;
 }
 
 // During a run the bar counts requests.
 void SubmissionController::countWork() {
-    m_state.progressMaximum = m_state.lsvSiteSubmitting.count() * m_clsSubmit.NumOfEngines();
+    m_state.progressMaximum = 0;
+    const Rows& urls = m_state.lsvSiteSubmitting;
+    for (int row = 0; row < urls.count(); ++row) m_state.progressMaximum += dueEngines(urls.at(row).key);
 }
 
 void SubmissionController::beginURL() {
     m_state.EngineCounter = 0;
+    const std::string key(m_state.lsvSiteSubmitting.at(m_state.URLIndex - 1).key);
+    const auto part = m_parts.find(key);
+    m_part = part == m_parts.end() ? nullptr : &part->second;
+    m_place = static_cast<std::uint16_t>(m_placeOfURL.at(key));
     for (int i = 1; i <= m_state.ActiveConnections; ++i) m_clsSubmit.socket(i).Busy = 0;
-    m_dispatcher.begin(m_state.ActiveConnections, m_clsSubmit.NumOfEngines());
+    m_dispatcher.begin(m_state.ActiveConnections, dueEngines(key));
 }
 
 void SubmissionController::SubmitIt(std::int16_t Index) {
@@ -133,12 +148,14 @@ void SubmissionController::SubmitIt(std::int16_t Index) {
         endWhenIdle();
 }
 
-void SubmissionController::submitEngine(std::int16_t Index, std::int16_t EngineIndex) {
+void SubmissionController::submitEngine(std::int16_t Index, std::int16_t number) {
     const bool given = trap(m_services.prompts, "Module : SubmitIt. ", [&] {
-        m_state.EngineCounter = EngineIndex;
+        m_state.EngineCounter = number;
         m_state.Running = -1;
-        m_state.StatusBar1 =
-            std::to_string(m_clsSubmit.NumOfEngines() - EngineIndex) + " engines remaining ...";
+        const auto due = m_part ? m_part->due.size() : m_clsSubmit.EngineTable().size();
+        m_state.StatusBar1 = std::to_string(static_cast<int>(due) - number) + " engines remaining ...";
+        const std::int16_t EngineIndex =
+            m_part ? m_part->due.at(static_cast<std::size_t>(number - 1)) : number;
         if (Index <= m_state.lsvConnections.count()) m_clsSubmit.Submitting(Index, EngineIndex);
     });
     if (!given) endWhenIdle();
@@ -146,7 +163,9 @@ void SubmissionController::submitEngine(std::int16_t Index, std::int16_t EngineI
 
 // After a failure: nobody else would end a run in which no connection is at work.
 void SubmissionController::endWhenIdle() {
-    if (isRunning() && m_dispatcher.isDry() && isFinish()) endRun();
+    if (!isRunning() || !m_dispatcher.isDry() || !isFinish()) return;
+    m_ledger.leave();  // what is left can be gone on with
+    endRun();
 }
 
 // The end is told through the event loop: its box is not to stand inside the last reply's signal.
@@ -181,23 +200,32 @@ void SubmissionController::finishURL() {
         setSiteSubmittingStatus(m_state.URLIndex);
         beginURL();
     });
-    // A URL is not finished twice.
-    if (!finished) endRun();
+    if (finished) return;
+    // A URL is not finished twice; those behind it can be gone on with.
+    m_ledger.leave();
+    endRun();
 }
 
 void SubmissionController::reportURL() {
     const Row site(m_state.lsvSiteSubmitting.at(m_state.URLIndex - 1));
     m_state.lsvReport.tryAdd({site.key, site.text, site.subItems, "HTMLFile", {}});
-    const UrlReport report = m_reports.CreateReport(site.text, site.tag, m_clsSubmit.EngineTable());
+    const QDateTime now = m_services.clock.now();
+    writeLedger([&] { m_ledger.reporting(now, site.tag, site.text, m_reports.reportPath(site.text, now)); });
+    const UrlReport report = m_reports.CreateReport(
+        site.text, site.tag, enginesOf(m_part ? m_part->reported : std::vector<std::int16_t>()), now);
+    writeLedger([&] { m_ledger.reported(now, report); });
     const int row = m_state.lsvReport.indexOf(site.key);
     if (row >= 0) m_state.lsvReport.setTag(row, report.path);
-    ++m_summary.urls;
-    if (!report.path.empty()) {
-        const int reports = ++m_reportsOfFile[report.path];
-        if (reports == 2) ++m_summary.sharedFiles;
-        if (reports > 1) m_summary.sharedReports += reports == 2 ? 2 : 1;
-    }
+    countReport(report);
     Q_EMIT reportWritten(report);
+}
+
+void SubmissionController::countReport(const UrlReport& report) {
+    ++m_summary.urls;
+    if (report.path.empty()) return;
+    const int reports = ++m_reportsOfFile[report.path];
+    if (reports == 2) ++m_summary.sharedFiles;
+    if (reports > 1) m_summary.sharedReports += reports == 2 ? 2 : 1;
 }
 
 bool SubmissionController::setSiteSubmittingStatus(std::int16_t Row) {
@@ -208,7 +236,8 @@ bool SubmissionController::setSiteSubmittingStatus(std::int16_t Row) {
         list.setIcon(Row - 1, "Submitting");
         m_state.WebsiteFile = list.at(Row - 1).tag;
         m_state.URL = list.at(Row - 1).text;
-        m_clsSubmit.setWebDetails(m_state.URL, m_state.WebsiteFile);
+        const auto unread = m_clsSubmit.setWebDetails(m_state.URL, m_state.WebsiteFile);
+        if (unread) m_services.log.WriteErrorLog("setWebDetails: " + *unread);
     });
 }
 
@@ -220,6 +249,8 @@ void SubmissionController::setSubmitComplete() {
     m_held.reset();
     m_dispatcher.stop();
     m_TimerSubmit.stop();
+    m_ledger.finish();
+    forgetPrepared();
     trap(m_services.prompts, "Module: setSubmitComplete\r\n", [&] {
         resetSubmitButton();
         m_state.lsvSiteSubmitting.clear();
@@ -258,7 +289,8 @@ void SubmissionController::TimerSubmit() {
     trap(
         m_services.prompts, "SubmitTimeout: ",
         [&] {
-            const qint64 seconds = m_state.StartTime.secsTo(m_services.clock.now());
+            // The clock may have been set back meanwhile.
+            const qint64 seconds = std::max<qint64>(m_state.StartTime.secsTo(m_services.clock.now()), 0);
             m_state.clock = std::to_string(seconds / 3600) + " :" + std::to_string(seconds / 60 % 60) + " :" +
                             std::to_string(seconds % 60);
             Q_EMIT stateChanged();
@@ -266,14 +298,27 @@ void SubmissionController::TimerSubmit() {
         "Submit Timeout");
 }
 
-void SubmissionController::countEnded(const EngineEnded& ended) {
-    ++m_state.progressValue;
-    if (ended.result == Success)
+void SubmissionController::countResult(std::int16_t result) {
+    if (result == Success)
         ++m_summary.success;
-    else if (ended.result == Cancelled)
+    else if (result == Cancelled)
         ++m_summary.cancelled;
     else
         ++m_summary.failed;
+}
+
+void SubmissionController::countEnded(const EngineEnded& ended) {
+    ++m_state.progressValue;
+    countResult(ended.result);
+    const auto engine = static_cast<std::size_t>(ended.EngineIndex - 1);
+    if (ended.EngineIndex > 0 && engine < m_clsSubmit.EngineTable().size()) {
+        m_state.results.add(
+            {m_place, static_cast<std::uint16_t>(engine), ended.result, ended.code,
+             static_cast<std::uint32_t>(std::clamp<std::int64_t>(ended.milliseconds, 0, 0xFFFFFFFF))});
+        EngineEnded named = ended;
+        named.engine = m_clsSubmit.EngineTable()[engine].Name;
+        writeLedger([&] { m_ledger.ended(m_services.clock.now(), m_state.WebsiteFile, named); });
+    }
     Q_EMIT engineEnded(ended);
 }
 

@@ -3,6 +3,8 @@
 
 #include "catalogue/Catalogue.h"
 #include "submission/EngineDispatcher.h"
+#include "submission/Ledger.h"
+#include "submission/LedgerReader.h"
 #include "submission/ReportWriter.h"
 #include "submission/SubmissionState.h"
 #include "submission/clsSubmit.h"
@@ -11,11 +13,16 @@
 #include <QTimer>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 namespace relay {
+
+inline constexpr std::string_view kConfirmURLs =
+    "Please confirm the URL(s) you want to submit and click the 'Submit' button:";
 
 // The submission wizard's operations and the scheduler of a run: the URLs go one after the other, the engines
 // of a URL are spread over the connections, and a connection that ends takes the next engine. Driven by the
@@ -31,6 +38,7 @@ class SubmissionController final : public QObject {
     SubmissionState& state() noexcept { return m_state; }
     const SubmissionState& state() const noexcept { return m_state; }
     clsSubmit& submit() noexcept { return m_clsSubmit; }
+    const clsSubmit& submit() const noexcept { return m_clsSubmit; }
 
     // Page 0. loadProject adds the websites of the project file; addSite one website file, checked when it
     // has URLs. addSite gives false when the file has no LastURL or is in the list already, and throws
@@ -60,6 +68,23 @@ class SubmissionController final : public QObject {
 
     // Page 3.
     void viewReport();
+    // Makes exactly the pairs of engine and URL that did not succeed the work of the next run and shows page
+    // 2, as cmdStart does; then cmdSubmit(). False when there are none, or while a run is on.
+    bool runFailedAgain();
+    // Asks where to, and writes the results as comma separated values.
+    void saveResultsAs();
+
+    // A run that was cut off (a crash, a power cut, a program closed in the middle). Nothing when there is
+    // none in this home, or another program is at it. A file that is no ledger goes to the log.
+    std::optional<CutOffRun> cutOffRun() const;
+    // Makes what is left of it the work of the next run and shows page 2, as cmdStart does; then cmdSubmit().
+    // The catalogue must be loaded; what is selected in it does not matter. What had ended counts as if it
+    // had ended in this run: in the results, in the report of the URL that was under way, in the summary and
+    // in fail.eng. False, with a message that says what changed, when the engines, the settings or the
+    // websites are not what they were; also while a run is on.
+    bool resume(CutOffRun run);
+    // Removes its ledger.
+    void forget(const CutOffRun& run);
 
     // The page the user wants to see, where it may be shown: back to what was decided before, as long as
     // nothing runs, and forward to the reports of the last run.
@@ -79,20 +104,48 @@ class SubmissionController final : public QObject {
     void engineEnded(const relay::EngineEnded& ended);
     void reportWritten(const relay::UrlReport& report);
     void runDone(const relay::RunSummary& summary);
+    // The run goes on, but could not after a crash: its ledger cannot be written. Once a run.
+    void ledgerFailed(const std::string& problem);
     // Plain values of the state changed (the lists tell their own changes).
     void stateChanged();
 
   private:
     static constexpr std::string_view kSubmit = "&Submit";
 
+    // What a URL of the run is to do, where that is not to go to every engine of EngineTable.
+    struct PartOfEngines final {
+        std::vector<std::int16_t> reported;  // engines of its report, from 1; empty: all
+        std::vector<std::int16_t> due;       // engines it still goes to
+    };
+
     bool StartSubmit();
     bool startRun();
+    void beginRecord();
+    RunPlan planOfLists() const;
+    void beginLedger();
+    void recallCutOff();
+    void recallReport(const PlannedURL& url);
+    bool maySendTheSame(const CutOffRun& run) const;
+    void preparePlan(const RunPlan& plan, const std::vector<bool>& finished);
+    void forgetPrepared();
+    std::int16_t dueEngines(std::string_view key) const;
+    // Records of EngineTable; all of them where no places are given.
+    std::vector<EngineResult> enginesOf(const std::vector<std::int16_t>& places) const;
+    void noteSending(std::int16_t EngineIndex);
+    template <typename Write>
+    void writeLedger(Write&& write) {
+        if (!m_ledger.isOpen()) return;
+        write();
+        if (!m_ledger.isOpen()) tellLedgerFailed(m_ledger.problem());
+    }
+    void tellLedgerFailed(const std::string& problem);
     std::int16_t connectionsToOpen();
     void beginURL();
     void SubmitIt(std::int16_t Index);
-    void submitEngine(std::int16_t Index, std::int16_t EngineIndex);
+    void submitEngine(std::int16_t Index, std::int16_t number);
     void finishURL();
     void reportURL();
+    void countReport(const UrlReport& report);
     void stopSubmission();
     void endWhenIdle();
     void endRun();
@@ -101,6 +154,7 @@ class SubmissionController final : public QObject {
     void tellRunDone();
     void TimerSubmit();
     void countEnded(const EngineEnded& ended);
+    void countResult(std::int16_t result);
     void showConnection(std::int16_t Index, const std::string& words);
     void resetSubmitButton();
     void countWork();
@@ -111,11 +165,19 @@ class SubmissionController final : public QObject {
     clsSubmit m_clsSubmit;
     EngineDispatcher m_dispatcher;
     ReportWriter m_reports;
+    bool m_keepLedger;
     QTimer m_TimerSubmit;
     Catalogue::Hold m_held;    // from StartSubmit to the end of the run
     bool m_ended = false;      // the last URL is done, and nobody was told yet
     bool m_limitTold = false;  // that the system allows fewer connections than the settings ask for
     RunSummary m_summary;
+    // Made by runFailedAgain() and resume(); by the keys of lsvSiteSubmitting.
+    std::unordered_map<std::string, PartOfEngines> m_parts;
+    std::optional<CutOffRun> m_cutOff;                          // the run that the next one goes on with
+    const PartOfEngines* m_part = nullptr;                      // of the URL under way
+    std::unordered_map<std::string, std::size_t> m_placeOfURL;  // in the plan, by key
+    std::uint16_t m_place = 0;                                  // of the URL under way
+    Ledger m_ledger;
     std::unordered_map<std::string, int> m_reportsOfFile;  // of this run, by path
 };
 

@@ -30,16 +30,6 @@ std::string grouped(double number) {
     return digits;
 }
 
-// A row's key for a file. Keys compare without regard to case and paths do not, so every capital is marked.
-std::string siteKey(std::string_view path) {
-    std::string key;
-    for (const char c : path) {
-        if ((c >= 'A' && c <= 'Z') || c == '\1') key += '\1';
-        key += c;
-    }
-    return key;
-}
-
 }  // namespace
 
 void SubmissionController::loadProject() {
@@ -161,8 +151,9 @@ bool SubmissionController::ConfirmSubmit() {
 
 bool SubmissionController::cmdStart() {
     if (!ConfirmSubmit()) return false;
+    forgetPrepared();
     m_state.lblStart = "Please wait for creating the submission data ......";
-    m_state.lblSubmit = "Please confirm the URL(s) you want to submit and click the 'Submit' button:";
+    m_state.lblSubmit = kConfirmURLs;
     m_state.progressMaximum = leadingInteger(m_state.lblNumOfWebsites) +
                               leadingInteger(m_state.lblNumOfURLs) + leadingInteger(m_state.lblNumOfEngines);
     m_state.lsvConnections.clear();
@@ -195,7 +186,11 @@ void SubmissionController::cmdRemove() {
     // A run counts rows: those it has begun must stay where they are.
     const int kept = isRunning() ? m_state.URLIndex : 0;
     int place = 0;
-    m_state.lsvSiteSubmitting.removeIf([&](const RowView& row) { return ++place > kept && row.highlighted; });
+    m_state.lsvSiteSubmitting.removeIf([&](const RowView& row) {
+        if (++place <= kept || !row.highlighted) return false;
+        writeLedger([&] { m_ledger.removed(m_services.clock.now(), row.tag, row.text); });
+        return true;
+    });
     if (isRunning()) countWork();
     Q_EMIT stateChanged();
 }
@@ -255,6 +250,7 @@ bool SubmissionController::closing() {
     m_held.reset();
     m_ended = false;
     m_dispatcher.stop();
+    m_ledger.leave();
     m_state.Running = 0;
     m_TimerSubmit.stop();
     for (int i = 1; i <= m_clsSubmit.socketCount(); ++i)

@@ -68,6 +68,7 @@ struct EngineEnded final {
     std::int32_t code = 0;  // HTTP status or the pool's code; 0 when the request never reached the pool's end
     std::int16_t result = NotReached;
     std::int64_t milliseconds = 0;
+    std::int16_t EngineIndex = 0;  // place in EngineTable from 1
 };
 
 struct UrlReport final {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/Rows.h"
+#include "submission/Results.h"
 
 #include <QDateTime>
 
@@ -26,6 +27,8 @@ struct SubmissionState final {
     Rows lsvSiteSubmitting;  // tag the website file; "URL", "Web site", "Status"
     Rows lsvConnections;     // one row a connection; " ", "Engines", "Status"
     Rows lsvReport;          // tag the report; "URL", "Web Site", "Status"
+
+    Results results;  // of the run, as they come; begun anew by the next one
 
     int page = 0;  // of SSTab1: 0 selection, 1 summary, 2 run, 3 reports
     std::string lblNumOfEngines;

@@ -10,6 +10,19 @@
 
 namespace relay {
 
+std::string siteKey(std::string_view path) {
+    std::string key;
+    for (const char c : path) {
+        if ((c >= 'A' && c <= 'Z') || c == '\1') key += '\1';
+        key += c;
+    }
+    return key;
+}
+
+std::string urlKey(std::string_view websiteFile, std::string_view URL) {
+    return siteKey(websiteFile).append("|").append(URL);
+}
+
 void listSiteURLs(const Rows& lsvSiteSelection, Rows& lsvSiteSubmitting,
                   const std::function<void()>& listed) {
     const RowsBatch batch(lsvSiteSubmitting);
@@ -22,7 +35,7 @@ void listSiteURLs(const Rows& lsvSiteSelection, Rows& lsvSiteSubmitting,
         for (int number = 1; number <= last; ++number) {
             const std::string url = file.value(kUrlSection, "URL" + std::to_string(number));
             if (!url.empty())
-                lsvSiteSubmitting.tryAdd({row.key + "|" + url, url, {row.text, ""}, "URL", row.tag});
+                lsvSiteSubmitting.tryAdd({urlKey(row.tag, url), url, {row.text, ""}, "URL", row.tag});
             if (lsvSiteSubmitting.count() > kMostOfWork) throw Failure("Overflow", 6);
             listed();
         }

@@ -1,14 +1,23 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstdint>
 #include <functional>
+#include <string>
+#include <string_view>
 
 namespace relay {
 
 class Rows;
 
 // URLs of a run and engines of a URL: both are counted in 16 bits.
-inline constexpr int kMostOfWork = 32767;
+inline constexpr std::int16_t kMostOfWork = 32767;
+
+// The key of a website's row: keys compare without regard to case and paths do not, so every capital is
+// marked.
+std::string siteKey(std::string_view path);
+// The key of a URL's row.
+std::string urlKey(std::string_view websiteFile, std::string_view URL);
 
 // Fills lsvSiteSubmitting with the URLs of the checked rows of lsvSiteSelection, in their order: a URL may go
 // out for two websites, but not twice for one. Calls `listed` for every URL of the files. Throws Failure 6

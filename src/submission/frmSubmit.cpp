@@ -34,11 +34,15 @@ frmSubmit::frmSubmit(const Services& services, const Catalogue& catalogue, Submi
       m_services(services),
       m_catalogue(catalogue),
       m_controller(services, catalogue, std::move(options)),
-      m_clock(new QLabel(this)) {
+      m_results(m_controller.state().results),
+      m_clock(new QLabel(this)),
+      m_notice(new QLabel(this)) {
     m_ui->setupUi(this);
     setWindowFlag(Qt::WindowStaysOnTopHint);
     m_clock->setObjectName(QStringLiteral("lblClock"));
     m_clock->setAccessibleName(tr("Time since the start"));
+    m_notice->setObjectName(QStringLiteral("lblNoLedger"));
+    m_ui->StatusBar1->addPermanentWidget(m_notice);
     m_ui->StatusBar1->addPermanentWidget(m_clock);
     drawIcons();
     connectLists();
@@ -46,6 +50,10 @@ frmSubmit::frmSubmit(const Services& services, const Catalogue& catalogue, Submi
     connectResults();
     connect(&m_controller, &SubmissionController::stateChanged, this, &frmSubmit::showState);
     connect(&m_controller, &SubmissionController::runDone, this, &frmSubmit::showState);
+    connect(&m_controller, &SubmissionController::ledgerFailed, this, [this](const std::string& problem) {
+        m_notice->setText(tr("After a crash this run could not go on"));
+        m_notice->setToolTip(toScreen(problem));
+    });
     m_frame.setInterval(kFrameMilliseconds);
     connect(&m_frame, &QTimer::timeout, this, &frmSubmit::showRunning);
     m_controller.loadProject();
@@ -99,16 +107,14 @@ void frmSubmit::connectButtons() {
 }
 
 void frmSubmit::connectResults() {
-    connect(&m_controller, &SubmissionController::engineEnded, this, [this](const EngineEnded& ended) {
-        const SubmissionState& state = m_controller.state();
-        m_results.add(ended, state.lsvSiteSubmitting.at(state.URLIndex - 1).subItems[0]);
-    });
     connect(m_ui->cboResult, &QComboBox::currentIndexChanged, this, [this] {
         m_results.show(fromScreen(m_ui->cboResult->currentData().toString()));
     });
     connect(m_ui->lsvResults, &ListView::rowActivated, this, &frmSubmit::openAddURL);
     connect(m_ui->cmdCopyResults, &QPushButton::clicked, this,
             [this] { QGuiApplication::clipboard()->setText(toScreen(m_results.text())); });
+    connect(m_ui->cmdSaveResults, &QPushButton::clicked, &m_controller, &SubmissionController::saveResultsAs);
+    connect(m_ui->cmdRunFailed, &QPushButton::clicked, &m_controller, &SubmissionController::runFailedAgain);
     connect(new QShortcut(QKeySequence::Copy, m_ui->lsvResults, nullptr, nullptr, Qt::WidgetShortcut),
             &QShortcut::activated, m_ui->cmdCopyResults, &QPushButton::click);
 }
@@ -130,6 +136,7 @@ void frmSubmit::showState() {
     if (running != std::exchange(m_wasRunning, running)) {
         if (running) {
             m_results.clear();
+            m_notice->clear();
             m_frame.start();
         } else {
             m_frame.stop();
@@ -178,19 +185,22 @@ void frmSubmit::takePage() {
 void frmSubmit::showResults() {
     const QSignalBlocker quiet(m_ui->cboResult);
     m_ui->cboResult->clear();
-    for (const RunResults::Choice& choice : m_results.choices())
+    for (const ResultList::Choice& choice : m_results.choices())
         m_ui->cboResult->addItem(toScreen(choice.caption), toScreen(choice.word));
     m_results.show({});
+    const Results& results = m_controller.state().results;
+    m_ui->cmdRunFailed->setEnabled(results.countOf(Success) < results.count());
+    m_ui->cmdSaveResults->setEnabled(!results.empty());
 }
 
 void frmSubmit::openAddURL(int row) {
     trap(m_services.prompts, "OpenAddURL_Error: ", [&] {
-        const std::string name(m_results.lsvResults.at(row).tag);
-        const std::string page(m_catalogue.engine(name).AddURL());
+        const RowView result = m_results.lsvResults.at(row);
+        const std::string page(result.tag);
         if (startsWithNoCase(page, "http://") || startsWithNoCase(page, "https://"))
             m_services.prompts.openWithSystem(page);
         else
-            m_services.prompts.message("The record of \"" + name + "\" names no page on the web.",
+            m_services.prompts.message("The record of \"" + std::string(result.text) + "\" names no page on the web.",
                                        "View Engine", Icon::Information);
     });
 }

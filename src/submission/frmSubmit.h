@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "submission/RunResults.h"
+#include "submission/ResultList.h"
 #include "submission/SubmissionController.h"
 
 #include <QDialog>
@@ -49,9 +49,10 @@ class frmSubmit final : public QDialog {
     const Services& m_services;
     const Catalogue& m_catalogue;
     SubmissionController m_controller;
-    RunResults m_results;
+    ResultList m_results;
     QTimer m_frame;  // while a run is under way
     QLabel* m_clock;
+    QLabel* m_notice;  // that the run could not go on after a crash
     int m_shownPage = -1;
     bool m_wasRunning = false;
 };

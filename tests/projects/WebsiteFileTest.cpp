@@ -208,7 +208,8 @@ TEST_F(WebsiteFileTest, AFailedSaveShowsItAndLeavesTheOldFile) {
 }
 
 TEST_F(WebsiteFileTest, DeletingReportsRewritesTheSectionAtTheEnd) {
-    const std::string gone = home.write("gone.html", "x");
+    const std::string folder = home.paths().reportFolder();
+    const std::string gone = home.write("Reports/Submition/gone.html", "x");
     const std::string kept = home.write("kept.html", "x");
     const std::string path =
         home.write("site.kws",
@@ -220,14 +221,14 @@ TEST_F(WebsiteFileTest, DeletingReportsRewritesTheSectionAtTheEnd) {
     ASSERT_TRUE(load(path));
     fields.lsvReports.setHighlighted(0, true);
     fields.lsvReports.setHighlighted(2, true);
-    EXPECT_TRUE(website.DeleteReportFile(path, fields.lsvReports));  // answered No
+    EXPECT_TRUE(website.DeleteReportFile(path, fields.lsvReports, folder));  // answered No
     EXPECT_EQ(fields.lsvReports.count(), 3);
     // A run of another program noted a fourth report, and the third has gone.
     home.write("site.kws", replaceAll(replaceAll(home.read("site.kws"), "LastReport=3", "LastReport=4"),
                                       "URL3=http://c.test/\r\nDate3=d3\r\nReportFile3=/nowhere.html\r\n",
                                       "URL4=http://d.test/\r\nDate4=d4\r\nReportFile4=/d.html\r\n"));
     prompts.answers = {true};
-    EXPECT_TRUE(website.DeleteReportFile(path, fields.lsvReports));
+    EXPECT_TRUE(website.DeleteReportFile(path, fields.lsvReports, folder));
     EXPECT_EQ(prompts.last().title, "Delete Report File");
     EXPECT_FALSE(fileExists(gone));
     EXPECT_TRUE(fileExists(kept));
@@ -242,15 +243,43 @@ TEST_F(WebsiteFileTest, DeletingReportsRewritesTheSectionAtTheEnd) {
     ASSERT_TRUE(load(path));
     fields.lsvReports.setHighlighted(1, true);
     prompts.answers = {true};
-    EXPECT_TRUE(website.DeleteReportFile(path, fields.lsvReports));
+    EXPECT_TRUE(website.DeleteReportFile(path, fields.lsvReports, folder));
     EXPECT_TRUE(website.save(path, fields, customEngines, SaveOver::WhatWasSeen));
     prompts.answers = {true};
-    EXPECT_TRUE(
-        website.DeleteReportFile(home.path("missing.kws"), fields.lsvReports));  // nothing highlighted
+    EXPECT_TRUE(website.DeleteReportFile(home.path("missing.kws"), fields.lsvReports,
+                                         folder));  // nothing highlighted
     fields.lsvReports.setHighlighted(0, true);
     prompts.answers = {true};
-    EXPECT_FALSE(website.DeleteReportFile(home.path("missing.kws"), fields.lsvReports));
+    EXPECT_FALSE(website.DeleteReportFile(home.path("missing.kws"), fields.lsvReports, folder));
     EXPECT_THAT(prompts.last().text, HasSubstr("DeleteReportFile_Error: "));
+}
+
+// A website file can name any file of the user's as a report.
+TEST_F(WebsiteFileTest, DeletesOnlyFilesInTheFolderOfReports) {
+    const std::string folder = home.paths().reportFolder();
+    const std::string report = home.write("Reports/Submition/a.html", "x");
+    home.write("Reports/Submition-old/b.html", "x");
+    const std::vector<std::string> strangers = {home.write("thesis.html", "x"), folder + "/../../thesis.html",
+                                                folder + "-old/b.html", folder + "/link/thesis.html"};
+    std::filesystem::create_directory_symlink(home.path(""), folder + "/link");
+    std::string text = "[Web Site Info]\r\nLastReport=5\r\n[Report]\r\n";
+    for (int i = 1; i <= 5; ++i)
+        text += "URL" + std::to_string(i) + "=http://a.test/\r\nReportFile" + std::to_string(i) + "=" +
+                (i == 1 ? report : strangers[static_cast<std::size_t>(i - 2)]) + "\r\n";
+    const std::string path = home.write("site.kws", text);
+    ASSERT_TRUE(load(path));
+    for (int row = 0; row < 5; ++row) fields.lsvReports.setHighlighted(row, true);
+    prompts.answers = {true};
+
+    EXPECT_TRUE(website.DeleteReportFile(path, fields.lsvReports, folder));
+
+    EXPECT_FALSE(fileExists(report));
+    ASSERT_EQ(prompts.shown.size(), 2u);  // the question, and one message for all
+    for (const std::string& stranger : strangers) {
+        EXPECT_TRUE(fileExists(stranger)) << stranger;
+        EXPECT_THAT(prompts.last().text, HasSubstr("\r\n" + stranger));
+    }
+    EXPECT_EQ(home.read("site.kws"), "[Web Site Info]\r\nLastReport=0\r\n[Report]\r\n");
 }
 
 TEST_F(WebsiteFileTest, ReplacedReportsFollowTheLineRules) {

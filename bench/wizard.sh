@@ -13,7 +13,7 @@ cli=$programs/../src/korvel-relay-cli
 export QT_QPA_PLATFORM="${QT_QPA_PLATFORM:-offscreen}"
 
 . "$(dirname "$0")/nginx.sh"
-. "$(dirname "$0")/run_home.sh"
+. "$(dirname "$0")/home.sh"
 
 seconds() { date +%s.%N; }
 # rate BEGIN: requests per second since then.
@@ -33,7 +33,7 @@ for pair in $(seq "$pairs"); do
     }
     rate "$begin" >>"$folder/cli.txt"
     begin=$(seconds)
-    "$programs/bench_submit" "$home" 50 >"$folder/line" 2>"$folder/boxes"
+    "$programs/bench_wizard" "$home" 50 >"$folder/line" 2>"$folder/boxes"
     rate "$begin" >>"$folder/window.txt"
     cat "$folder/line" >>"$folder/run.txt"
 done

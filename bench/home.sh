@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Sourced by the benchmarks of whole runs, behind nginx.sh: make_home makes what is submitted, with the program
-# $cli.
-# make_home HOME COUNT: one website with one URL, and engines that differ in method, type and limits, all at the same server.
+# Sourced by the benchmarks that submit. $cli is the command line's program, $port the server's.
+
+# make_home HOME COUNT: a home with a website, site.kws, and engines that differ in method, type and limits, all at the same server.
 make_home() {
     mkdir -p "$1/data"
     awk -v n="$2" -v port="$port" 'BEGIN {
