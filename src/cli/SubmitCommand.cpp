@@ -82,15 +82,15 @@ int SubmitCommand::execute() {
         throw Failure(m_csv + ": there is no such folder.");
     StopSignal& stop = context().console().stop;
     stop.watch();
-    if (!loadEngines(context())) return kCouldNotRun;
-    Catalogue& catalogue = context().home().catalogue;
-    m_selection.apply(context(), catalogue);
-    if (m_connections > 0) context().home().preference.Connections = m_connections;
     std::optional<CutOffRun> cutOff;
     if (m_resume) {
         cutOff = findCutOffRun(context().home().paths.AppPath);
         if (!cutOff) throw Failure("There is no run that was cut off.");
     }
+    if (!loadEngines(context())) return kCouldNotRun;
+    Catalogue& catalogue = context().home().catalogue;
+    m_selection.apply(context(), catalogue);
+    if (m_connections > 0) context().home().preference.Connections = m_connections;
     if (stop.poll()) return kStopped;
     return run(catalogue, std::move(cutOff));
 }

@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
+#include <regex>
 #include <sstream>
 
 namespace relay::test {
@@ -134,6 +135,30 @@ TEST_F(SubmitTest, WritesOneJsonObjectForEachEvent) {
                              R"({"event":"done","urls":1,"success":1,"failed":2,"cancelled":0,"shared":0})"));
 }
 
+TEST_F(SubmitTest, WritesAllResultsAsATable) {
+    useEngines({"submit", "503"});
+    m_cli.home.write("data/krveng5.dat", m_cli.home.read("data/krveng5.dat") +
+                                             "Name=c \"d\"\r\nQuery=none\r\n" +
+                                             "\"Name=e, f\"\r\nAddURL=http://e.test/\r\nQuery=none\r\n");
+    const std::string file = website("site", {"http://a.test/?a=1,2"});
+    const std::string table = m_cli.home.path("results.csv");
+    EXPECT_EQ(m_cli.run({"submit", "--website", file, "--all", "--connections", "1", "--csv", table}).code,
+              1);
+    const std::string start = file + ",\"http://a.test/?a=1,2\",";
+    EXPECT_EQ(std::regex_replace(m_cli.home.read("results.csv"), std::regex(",\\d+,([^,]*\r\n)"), ",MS,$1"),
+              "website,url,engine,result,word,code,ms,add_url\r\n" + start + "submit,2,Success,200,MS,\r\n" +
+                  start + "503,14,Server Error,503,MS,\r\n" + start + "\"c \"\"d\"\"\",3,Failed,0,MS,\r\n" +
+                  start + "\"e, f\",3,Failed,0,MS,http://e.test/\r\n");
+    m_web.forgetReceived();
+    for (const std::string& nowhere : {m_cli.home.path("no/such.csv"), m_cli.home.path("no/")})
+        EXPECT_EQ(m_cli.run({"submit", "--website", file, "--all", "--csv", nowhere}).code, 3);
+    EXPECT_THAT(receivedUrls(), IsEmpty());
+    const CommandResult full =
+        m_cli.run({"submit", "--website", file, "--all", "--csv", m_cli.home.path("")});
+    EXPECT_EQ(full.code, 3);
+    EXPECT_THAT(full.err, HasSubstr("The table of results could not be written: "));
+}
+
 TEST_F(SubmitTest, SendsAgainWhatFailed) {
     useEngines({"submit", "500"});
     const std::string file = website("site", {"http://a.test/"});
@@ -144,6 +169,12 @@ TEST_F(SubmitTest, SendsAgainWhatFailed) {
     EXPECT_EQ(again.code, 1);
     EXPECT_THAT(again.out, HasSubstr(R"("engine":"500")"));
     EXPECT_THAT(again.out, Not(HasSubstr(R"("engine":"submit")")));
+    // As after a run of several URLs: each name once, for all URLs.
+    m_cli.home.write("fail.eng", "500\r\n500\r\nunknown\r\nsubmit\r\n500\r\n");
+    m_web.forgetReceived();
+    const CommandResult once = m_cli.run({"submit", "--website", file, "--failed"});
+    EXPECT_EQ(once.err, "Submit: Submission done !\n");
+    EXPECT_EQ(receivedUrls().size(), 2U);
     m_cli.home.write("fail.eng", "");
     EXPECT_EQ(m_cli.run({"submit", "--website", file, "--failed"}).code, 3);
 }
