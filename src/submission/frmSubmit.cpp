@@ -132,6 +132,7 @@ void frmSubmit::showState() {
     m_ui->cmdSubmit->setText(toScreen(state.cmdSubmit));
     m_ui->cmdSubmit->setIcon(themedIcon(running ? "Stop" : "Submit"));
     m_ui->cmdSubmit->setEnabled(!m_controller.isStopping());
+    m_ui->cmdSubmit->setDefault(state.page == 2 && !running);  // Return does not stop a run
     m_ui->cmdCancel_2->setEnabled(state.cmdCancelEnabled);
     if (running != std::exchange(m_wasRunning, running)) {
         if (running) {
@@ -173,7 +174,7 @@ void frmSubmit::showPages() {
     if (page != std::exchange(m_shownPage, page)) takePage();
 }
 
-// Return does what the page is for; a run is not stopped by accident.
+// Return does what the page is for.
 void frmSubmit::takePage() {
     QPushButton* const buttons[] = {m_ui->cmdNext, m_ui->cmdStart, m_ui->cmdSubmit, m_ui->cmdReport};
     for (QPushButton* button : buttons) button->setDefault(false);
