@@ -68,11 +68,7 @@ void leave(Target target) {
     target.close();
 }
 void submit(Target target) {
-    if (!target.main.readyToSubmit()) return;
-    target.services.prompts.message(
-        "A later version will submit from this window.\r\n\r\n"
-        "Until then use \"korvel-relay-cli submit\" with a saved selection of engines.",
-        "Submit", Icon::Information);
+    if (target.main.readyToSubmit()) target.show("frmSubmit");
 }
 void openHelp(Target target) {
     const std::string file = target.services.paths.inApp("korvel.hlp");

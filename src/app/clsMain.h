@@ -3,7 +3,9 @@
 
 #include "projects/OpenWebsite.h"
 #include "projects/Workspace.h"
+#include "submission/LedgerReader.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,6 +23,7 @@ class clsMain final {
     Catalogue& catalogue;
     OpenWebsite website;
     Workspace workspace;
+    bool linksEngines = false;  // reports link to the engines; the switch "/U"
 
     // Items of cboWebType; includes adult sites unless they are refused.
     std::vector<std::string> webTypes() const;
@@ -31,6 +34,9 @@ class clsMain final {
     bool readyToSubmit();
     // The warning for an open website without a password if a selected engine would be sent it; else empty.
     std::string passwordWarning() const;
+    // A submission that was cut off and that the user wants to go on with, after asking; nothing when there
+    // is none, or the user does not want to. Only on the user's word it is not offered again.
+    std::optional<CutOffRun> cutOffRunToGoOnWith();
 
   private:
     const Services& m_services;

@@ -356,7 +356,7 @@ TEST_F(MainWindowTest, UrlsAndReportsAreWiredToTheirButtons) {
     home.write("a.kws",
                "[Web Site Info]\r\nVersion=6.0\r\nLastURL=1\r\nLastReport=1\r\n[URL]\r\nURL1=http://a\r\n"
                "LocalFile1=/x.htm\r\n[Report]\r\nURL1=http://a\r\nDate1=d\r\nReportFile1=" +
-                   home.write("r.htm", "") + "\r\n");
+                   home.write("Reports/Submition/r.htm", "") + "\r\n");
     home.write("project.kwj", "[Shop]\r\nLast=1\r\n1=Home|" + home.path("a.kws") + "\r\n");
     start();
     clickNode("Shop/Home");
@@ -374,7 +374,7 @@ TEST_F(MainWindowTest, UrlsAndReportsAreWiredToTheirButtons) {
             QTest::keyClick(&find<QWidget>("lsvReports"), Qt::Key_Return);
         else
             QTest::mouseClick(&find<QPushButton>("cmdViewReport"), Qt::LeftButton);
-        EXPECT_EQ(prompts.last().kind + prompts.last().text, "system" + home.path("r.htm"));
+        EXPECT_EQ(prompts.last().kind + prompts.last().text, "system" + home.path("Reports/Submition/r.htm"));
     }
     prompts.answers = {true};
     prompts.shown.clear();

@@ -159,6 +159,34 @@ TEST_F(WebsiteFileTest, CountsBeyondSixteenBitsOverflow) {
     EXPECT_EQ(getKey(path, "LastURL"), "32767");
 }
 
+// A website file can name any file of the user's as a report.
+TEST_F(WebsiteFileTest, DeletesOnlyFilesInTheFolderOfReports) {
+    const std::string folder = home.paths().reportFolder();
+    const std::string report = home.write("Reports/Submition/a.html", "x");
+    home.write("Reports/Submition-old/b.html", "x");
+    const std::vector<std::string> strangers = {home.write("thesis.html", "x"), folder + "/../../thesis.html",
+                                                folder + "-old/b.html", folder + "/link/thesis.html"};
+    std::filesystem::create_directory_symlink(home.path(""), folder + "/link");
+    std::string text = "[Web Site Info]\r\nLastReport=5\r\n[Report]\r\n";
+    for (int i = 1; i <= 5; ++i)
+        text += "URL" + std::to_string(i) + "=http://a.test/\r\nReportFile" + std::to_string(i) + "=" +
+                (i == 1 ? report : strangers[static_cast<std::size_t>(i - 2)]) + "\r\n";
+    const std::string path = home.write("site.kws", text);
+    ASSERT_TRUE(load(path));
+    for (int row = 0; row < 5; ++row) fields.lsvReports.setHighlighted(row, true);
+    prompts.answers = {true};
+
+    EXPECT_TRUE(website.DeleteReportFile(path, fields.lsvReports, folder));
+
+    EXPECT_FALSE(fileExists(report));
+    ASSERT_EQ(prompts.shown.size(), 2u);  // the question, and one message for all
+    for (const std::string& stranger : strangers) {
+        EXPECT_TRUE(fileExists(stranger)) << stranger;
+        EXPECT_THAT(prompts.last().text, HasSubstr("\r\n" + stranger));
+    }
+    EXPECT_EQ(home.read("site.kws"), "[Web Site Info]\r\nLastReport=0\r\n[Report]\r\n");
+}
+
 TEST_F(WebsiteFileTest, KeysOfTheCommandLine) {
     const std::string path = home.path("site.kws");
     setKeys(path, {{"title", "T"}, {"Keyword", "a\r\nb"}, {"POSTCODE", "6000"}, {"Fax", "1\nVersion=x"}});

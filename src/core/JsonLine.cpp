@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "cli/JsonLine.h"
+#include "core/JsonLine.h"
 
 #include "core/ScreenText.h"
 #include "core/Text.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <nlohmann/json.hpp>
 #include <ostream>
@@ -27,21 +28,28 @@ std::string withoutRawControls(std::string_view json) {
     return out.append(json);
 }
 
-void appendText(std::string& line, std::string_view text) {
-    line += nlohmann::json(toPrintableUtf8(text)).dump();
+bool standsAsItIs(char c) noexcept {
+    return c >= ' ' && c <= '~' && c != '"' && c != '\\';
 }
 
 }  // namespace
 
+void appendJsonText(std::string& line, std::string_view text) {
+    if (std::all_of(text.begin(), text.end(), standsAsItIs))
+        line.append(1, '"').append(text).append(1, '"');
+    else
+        line += withoutRawControls(nlohmann::json(toPrintableUtf8(text)).dump());
+}
+
 void JsonLine::addKey(std::string_view key) {
     m_line += m_line.empty() ? '{' : ',';
-    appendText(m_line, key);
+    appendJsonText(m_line, key);
     m_line += ':';
 }
 
 JsonLine& JsonLine::add(std::string_view key, std::string_view text) {
     addKey(key);
-    appendText(m_line, text);
+    appendJsonText(m_line, text);
     return *this;
 }
 
@@ -51,8 +59,19 @@ JsonLine& JsonLine::add(std::string_view key, std::int64_t number) {
     return *this;
 }
 
-void JsonLine::write(std::ostream& out) const {
-    out << (m_line.empty() ? "{" : withoutRawControls(m_line)) << "}\n";
+JsonLine& JsonLine::addJson(std::string_view key, std::string_view json) {
+    addKey(key);
+    m_line += json;
+    return *this;
+}
+
+const std::string& JsonLine::finish() {
+    if (m_line.empty()) m_line = "{";
+    return m_line += "}\n";
+}
+
+void JsonLine::write(std::ostream& out) {
+    out << finish();
 }
 
 }  // namespace relay
