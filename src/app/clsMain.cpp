@@ -10,6 +10,7 @@ namespace relay {
 
 clsMain::clsMain(const Services& services, Catalogue& ownCatalogue)
     : catalogue(ownCatalogue),
+      fetcher(services),
       website(catalogue, services.prompts),
       workspace(services, website),
       m_services(services) {}

@@ -3,6 +3,7 @@
 
 #include "projects/OpenWebsite.h"
 #include "projects/Workspace.h"
+#include "transport/frmHTTP.h"
 
 #include <string>
 #include <vector>
@@ -19,6 +20,7 @@ class clsMain final {
     clsMain(const Services& services, Catalogue& catalogue);
 
     Catalogue& catalogue;
+    frmHTTP fetcher;
     OpenWebsite website;
     Workspace workspace;
 

@@ -10,7 +10,9 @@
 #include "core/ScreenText.h"
 #include "core/Services.h"
 #include "core/clsPreference.h"
+#include "projects/UrlList.h"
 #include "projects/frmAddURL.h"
+#include "projects/frmAddURLFromWeb.h"
 #include "ui_frmMain.h"
 #include "widgets/Forms.h"
 #include "widgets/IconTheme.h"
@@ -39,6 +41,13 @@ constexpr Screen kScreens[] = {
      [](const CommandTarget& target, QWidget* parent) {
          frmAddURL(target.main.website.fields.lsvSiteURLs, target.services.prompts,
                    target.services.paths.AppPath, parent)
+             .exec();
+     }},
+    {"frmAddURLFromWeb",
+     [](const CommandTarget& target, QWidget* parent) {
+         Rows& urls = target.main.website.fields.lsvSiteURLs;
+         frmAddURLFromWeb(urls, target.main.fetcher, target.services.prompts, getFirstSelectedItem(urls),
+                          parent)
              .exec();
      }},
 };
@@ -70,6 +79,7 @@ frmMain::frmMain(const Services& services, clsMain& main, QWidget* parent)
     wireCommands(urlCommands(), *m_ui->SSTab1);
     connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, this, &frmMain::findEngines);
     connectWebsitePanel();
+    makeFetchCancellable();
     m_ui->TreeView1->connectTo(main.workspace, services.prompts);
     connect(&main.workspace, &Workspace::panelsChanged, this, &frmMain::showPanels);
     showPanels();
@@ -163,6 +173,14 @@ void frmMain::makeSplitterReachable() {
     for (const auto& [key, step] : {std::pair(Qt::Key_Left, -kSplitterStep), {Qt::Key_Right, kSplitterStep}})
         connect(new QShortcut(QKeySequence(Qt::ALT | key), this), &QShortcut::activated, this,
                 [this, step = step] { setSplitterPlace(std::max(1, splitterPlace() + step)); });
+}
+
+// Escape is free for other uses while nothing is being fetched.
+void frmMain::makeFetchCancellable() {
+    auto* const escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
+    escape->setEnabled(false);
+    connect(escape, &QShortcut::activated, &m_main.fetcher, &frmHTTP::Disconnect);
+    connect(&m_main.fetcher, &frmHTTP::runningChanged, escape, &QShortcut::setEnabled);
 }
 
 void frmMain::showQuickStart() {

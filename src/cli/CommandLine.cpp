@@ -10,6 +10,7 @@
 #include "cli/PreviewCommand.h"
 #include "cli/SubmitCommand.h"
 #include "cli/WebsiteCommands.h"
+#include "cli/WebsiteWebCommands.h"
 #include "core/Failure.h"
 #include "core/Text.h"
 
@@ -118,6 +119,7 @@ class Parser final {
         add<WebsiteAddUrlCommand>(website);
         add<WebsiteImportUrlsCommand>(website);
         add<WebsiteExportUrlsCommand>(website);
+        add<WebsiteUrlsFromWebCommand>(website);
         CLI::App& engines = addGroup("engines", "List, check and install the engine catalogue");
         add<EnginesListCommand>(engines);
         add<EnginesCheckCommand>(engines);
