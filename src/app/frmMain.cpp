@@ -148,6 +148,7 @@ void frmMain::connectWebsitePanel() {
     OpenWebsite& website = m_main.website;
     connect(&website, &OpenWebsite::fieldsChanged, panel, &frmWebsitePanel::showFields);
     connect(panel, &frmWebsitePanel::urlChosen, &website, &OpenWebsite::chooseURL);
+    connect(panel, &frmWebsitePanel::getSiteInfo, &m_main.siteDetails, &SiteDetails::askAndFetch);
     connect(panel, &frmWebsitePanel::browseForLocalFile, &website, &OpenWebsite::openFileLocation);
     connect(panel, &frmWebsitePanel::viewReport, &website, &OpenWebsite::viewReport);
     connect(panel, &frmWebsitePanel::deleteReport, &m_main.workspace, &Workspace::deleteReports);
