@@ -17,6 +17,7 @@ struct Services;
 struct CommandState final {
     NodeKind node = NodeKind::Root;  // the kind of the current node
     MainPanel panel = MainPanel::Project;
+    bool urlSelected = false;  // in the URL list
 };
 
 // What a command works on, and the functions that only the window has.
@@ -37,11 +38,13 @@ struct Command final {
     bool (*enabled)(const CommandState& state) = nullptr;
     std::string_view trapWords = {};                           // before the text of a failure
     void (*operation)(const CommandTarget& target) = nullptr;  // none for a menu
+    std::string_view shownKey = {};     // shown in the menu; another command, or the tree, handles the key
+    std::string_view whyDisabled = {};  // added to the tool tip while the command is disabled
 
     bool comesLater() const noexcept { return enabled == nullptr; }
     bool isEnabled(const CommandState& state) const { return enabled != nullptr && enabled(state); }
-    // The tool tip, with a note if the command is not available yet.
-    std::string shownToolTip() const;
+    // The tool tip, with a note why the command is disabled where that is not obvious.
+    std::string shownToolTip(const CommandState& state) const;
     // Runs the operation and shows its failure.
     void run(const CommandTarget& target) const;
 };

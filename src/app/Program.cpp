@@ -37,11 +37,17 @@ bool isReachable(const QWidget& window) {
         return seen.width() >= kHandle.width() && seen.height() >= kHandle.height() / 2;
     });
 }
+
+Paths withInstalledData(Paths paths) {
+    paths.installedData =
+        installedDataFolder(fromScreen(QCoreApplication::applicationDirPath()), environmentVariable);
+    return paths;
+}
 }  // namespace
 
 Program::Program(Paths paths, const std::string& commandLine, const Clock& clock, Prompts& prompts)
     : m_prompts(prompts),
-      m_session(std::move(paths), clock, commandLine, prompts),
+      m_session(withInstalledData(std::move(paths)), clock, commandLine, prompts),
       m_main(m_session.services, m_session.catalogue),
       m_startUp(m_session.services, m_main, startUpScreens()) {}
 
@@ -50,7 +56,9 @@ Program::~Program() = default;
 StartUpScreens Program::startUpScreens() {
     StartUpScreens screens;
     screens.closeSplash = [this] { closeSplash(); };
-    screens.showPreference = [this] { frmPreference(m_session.services).exec(); };
+    screens.showPreference = [this] {
+        frmPreference(m_session.services, frmPreference::Shown::AtTheFirstStart).exec();
+    };
     return screens;
 }
 
@@ -61,10 +69,7 @@ void Program::closeSplash() {
 
 // Continues with a home that cannot be prepared: it may still be readable.
 void Program::prepare() {
-    const auto failure = failureOf([this] {
-        prepareHome(m_session.paths, installedDataFolder(fromScreen(QCoreApplication::applicationDirPath()),
-                                                         environmentVariable));
-    });
+    const auto failure = failureOf([this] { prepareHome(m_session.paths, m_session.paths.installedData); });
     if (!failure) return;
     log().WriteErrorLog(*failure);
     closeSplash();
@@ -115,8 +120,8 @@ bool Program::leave() {
     return true;
 }
 
-void Program::showStatus(const QString& text) {
-    if (m_window) m_window->showStatus(text);
+void Program::showStatus(const QString& text, int milliseconds) {
+    if (m_window) m_window->showStatus(text, milliseconds);
 }
 
 void Program::bringToFront() {

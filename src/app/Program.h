@@ -37,7 +37,7 @@ class Program final {
     // Closes the splash and restores the pointer; harmless when already done.
     void closeSplash();
     // Shows the text in the window's status bar, if there is one.
-    void showStatus(const QString& text);
+    void showStatus(const QString& text, int milliseconds);
 
   private:
     StartUpScreens startUpScreens();

@@ -29,11 +29,6 @@ constexpr std::string_view kUpgradeNotice =
     "If this is the first time you upgrade from version 5.0 or older to version 6.0, please make sure to "
     "update the new engine data file from our web site by clicking the 'File/Update Engine Data File' menu "
     "item from the menu bar.";
-constexpr std::string_view kMissingDataNotice =
-    "Engine Data file was not found or missing. If this is the first time you run the program, you need to "
-    "download the engine data file from our web server to make Korvel Relay works correctly. \r\n\r\nPlease "
-    "click on the 'File/Update Engine Data' menu item from the menu bar and following the instruction on the "
-    "screen. Please re-start the program after you updated the engine data file.";
 
 }  // namespace
 
@@ -153,6 +148,7 @@ bool StartUp::confirmExit() {
 
 void StartUp::finish(std::string_view mainFormPos) {
     m_services.log.closeAll();
+    m_main.fetcher.Unload();
     m_services.settings.setValue(kApplication, "Preference", "MainFormPos", mainFormPos);
     m_services.preference.SaveSettings();
 }

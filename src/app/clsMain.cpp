@@ -2,6 +2,7 @@
 #include "app/clsMain.h"
 
 #include "catalogue/Catalogue.h"
+#include "catalogue/PasswordKey.h"
 #include "core/Prompts.h"
 #include "core/Services.h"
 #include "core/clsPreference.h"
@@ -10,6 +11,7 @@ namespace relay {
 
 clsMain::clsMain(const Services& services, Catalogue& ownCatalogue)
     : catalogue(ownCatalogue),
+      fetcher(services),
       website(catalogue, services.prompts),
       workspace(services, website),
       m_services(services) {}
@@ -23,6 +25,11 @@ std::vector<std::string> clsMain::webTypes() const {
 
 std::vector<std::string> clsMain::languages() {
     return {"English", "German", "Franch", "Italian", "Spanish", "Japanese", "Chinese", "Others"};
+}
+
+std::string clsMain::passwordWarning() const {
+    if (!workspace.currentNode()->isWebsite() || !website.fields.txtPassword.empty()) return {};
+    return emptyPasswordWarning(catalogue.lists);
 }
 
 bool clsMain::readyToSubmit() {

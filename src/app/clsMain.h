@@ -3,6 +3,7 @@
 
 #include "projects/OpenWebsite.h"
 #include "projects/Workspace.h"
+#include "transport/frmHTTP.h"
 
 #include <string>
 #include <vector>
@@ -19,6 +20,7 @@ class clsMain final {
     clsMain(const Services& services, Catalogue& catalogue);
 
     Catalogue& catalogue;
+    frmHTTP fetcher;
     OpenWebsite website;
     Workspace workspace;
 
@@ -29,6 +31,8 @@ class clsMain final {
     // The checks of the toolbar's "Submit": saves, refuses an empty selection (and shows the engine screen),
     // and offers to block mail from free-for-all sites. True when the submission may open.
     bool readyToSubmit();
+    // The warning for an open website without a password if a selected engine would be sent it; else empty.
+    std::string passwordWarning() const;
 
   private:
     const Services& m_services;

@@ -4,6 +4,7 @@
 #include "app/Commands.h"
 
 #include <QMainWindow>
+#include <QTimer>
 
 #include <functional>
 #include <memory>
@@ -34,7 +35,8 @@ class frmMain final : public QMainWindow {
 
     // Updates the choices of the combo boxes and the captions of the type boxes after a load.
     void showCatalogue();
-    void showStatus(const QString& text);
+    // For the given milliseconds; 0 means until the next text.
+    void showStatus(const QString& text, int milliseconds = 0);
     // Position of the border between tree and panel, in pixels from the left; 0 means the default.
     int splitterPlace() const;
     void setSplitterPlace(int place);
@@ -44,12 +46,15 @@ class frmMain final : public QMainWindow {
 
   protected:
     void closeEvent(QCloseEvent* event) override;
+    // Gives the commands' keys precedence over keys of the fields (Ctrl+E: to the end of the line).
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void moveEvent(QMoveEvent* event) override;
 
   private:
     void enlargeTitle();
     void makeToolbarReachable();
     void makeSplitterReachable();
+    void makeFetchCancellable();
     void showQuickStart();
     void runQuickStartLink(const QString& command);
     // Connects the commands to the actions of the same names that belong to `owner`.
@@ -58,6 +63,15 @@ class frmMain final : public QMainWindow {
     void enableCommands();
     void showScreen(std::string_view name);
     void connectWebsitePanel();
+    void connectEnginePanel();
+    void followChanges();
+    void addKeys();
+    // Shows the website's page, also from the engine screen.
+    void showPage(int tab);
+    // Moves the focus to the tree, or from the tree to the panel.
+    void changeSides();
+    void focusPanel();
+    void showTitle();
     void showPanels();
     void findEngines();
 
@@ -65,6 +79,8 @@ class frmMain final : public QMainWindow {
     clsMain& m_main;
     CommandTarget m_target;
     std::vector<std::pair<QAction*, const Command*>> m_commands;
+    QTimer m_changes;  // times out shortly after the last change that affects the title or the warning
+    bool m_urlSelected = false;
     QPoint m_frame;  // offset of the window inside its frame when not maximised
 };
 

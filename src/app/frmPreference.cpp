@@ -8,12 +8,13 @@
 
 namespace relay {
 
-frmPreference::frmPreference(const Services& services, QWidget* parent)
+frmPreference::frmPreference(const Services& services, Shown shown, QWidget* parent)
     : QDialog(parent),
       m_ui(std::make_unique<Ui::frmPreference>()),
       m_services(services),
       m_entry(openPreference(services.preference)) {
     m_ui->setupUi(this);
+    m_ui->lblFirstStart->setVisible(shown == Shown::AtTheFirstStart);
     bindFields();
     enableProxy();
     connect(m_ui->cmdPreference_0, &QPushButton::clicked, this, &frmPreference::accept);

@@ -66,7 +66,8 @@ int runWindow(const Options& options, WindowApplication& application) {
         program = std::make_unique<Program>(paths, options.commandLine, clock, prompts);
         QObject::connect(&instance, &SingleInstance::raiseWanted, &instance,
                          [&program] { program->bringToFront(); });
-        prompts.setStatusSink([&program](const QString& text) { program->showStatus(text); });
+        prompts.setStatusSink(
+            [&program](const QString& text, int milliseconds) { program->showStatus(text, milliseconds); });
         program->start();
         prompts.setWindow(&program->window());
         exitCode = QApplication::exec();

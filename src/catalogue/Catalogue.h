@@ -16,6 +16,9 @@ namespace relay {
 
 struct Services;
 
+// Shown when the engines' data files are missing: at the start, and by the command line.
+extern const std::string_view kMissingDataNotice;
+
 // Everything read from the catalogue's files, and the selection made from it.
 class Catalogue final {
   public:
@@ -30,12 +33,17 @@ class Catalogue final {
 
     // Called before the message about a failed load (the window closes its splash).
     std::function<void()> beforeFailure;
+    // Called after a load (the window updates what is not a list).
+    std::function<void()> afterLoad;
 
     // True if both data files of the engines exist.
     bool engineDataPresent() const;
     // Loads the engines' category tables, then the engines. Shows a message and returns false when a file is
     // missing, empty or unreadable, or while a run holds the engines; data loaded before stays.
     bool loadEngineData();
+    // Copies the starter catalogue that is installed with the program into the home and loads it; asks before
+    // it replaces files that differ. Returns false when the user declines, or after showing a failure.
+    bool installStarterCatalogue();
     bool loadEngineCategory();
     bool loadEngines();
     // Throws Failure when there is no engine of that name.

@@ -63,7 +63,7 @@ class CatalogueCheck final {
     // The findings of one kind.
     struct Tally final {
         std::size_t count = 0;
-        std::size_t firstUntold = 0;  // line of the first finding that is only counted
+        std::size_t firstCounted = 0;  // line of the first finding that is only counted
     };
 
     CategoryRule m_rule;
@@ -235,7 +235,7 @@ void CatalogueCheck::reportTheRest() {
     for (std::size_t kind = 0; kind < kKinds; ++kind) {
         const Tally& tally = m_tallies[kind];
         if (tally.count <= kMostOfAKind) continue;
-        m_findings.push_back({tally.firstUntold,
+        m_findings.push_back({tally.firstCounted,
                               {},
                               static_cast<FindingKind>(kind),
                               std::to_string(tally.count - kMostOfAKind) + " more of this kind"});
@@ -245,7 +245,7 @@ void CatalogueCheck::reportTheRest() {
 void CatalogueCheck::report(std::size_t line, FindingKind kind, std::string_view before,
                             std::string_view words, std::string_view behind) {
     Tally& tally = m_tallies[static_cast<std::size_t>(kind)];
-    if (++tally.count == kMostOfAKind + 1) tally.firstUntold = line;
+    if (++tally.count == kMostOfAKind + 1) tally.firstCounted = line;
     if (tally.count > kMostOfAKind) return;
     m_findings.push_back({line, std::string(left(m_engine.name(), kRecordLength)), kind,
                           std::string(before).append(shown(words)).append(behind)});

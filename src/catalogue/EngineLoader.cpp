@@ -51,10 +51,10 @@ void EngineLoader::load() {
         emptySelection();
         readEngines();
     } catch (const std::exception&) {
-        tellRemarksLeftOut();
+        logSkippedRemarks();
         throw;
     }
-    tellRemarksLeftOut();
+    logSkippedRemarks();
 }
 
 // The engines stay until the file has been read, but must not stay selected without a row.
@@ -160,7 +160,7 @@ void EngineLoader::remark(Remark kind, const clsEngines& engine) {
     m_services.log.WriteErrorLog(line);
 }
 
-void EngineLoader::tellRemarksLeftOut() {
+void EngineLoader::logSkippedRemarks() {
     for (std::size_t kind = 0; kind < m_remarks.size(); ++kind) {
         if (m_remarks[kind] <= kMostRemarks) continue;
         m_services.log.WriteErrorLog(std::string(kRemarks[kind]) + "... " +

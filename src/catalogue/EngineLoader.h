@@ -51,7 +51,7 @@ class EngineLoader final {
     void addCustomEngine(const clsEngines& engine, Load& load);
     void showCounts(const Load& load);
     void remark(Remark kind, const clsEngines& engine);
-    void tellRemarksLeftOut();
+    void logSkippedRemarks();
 
     const Services& m_services;
     EngineLists& m_lists;

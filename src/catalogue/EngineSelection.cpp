@@ -72,7 +72,12 @@ clsEngines& EngineSelection::engineOf(std::string_view rowKey) const {
 
 void EngineSelection::renewTitle() {
     Rows& list = m_lists.lsvSelectedEngines;
-    list.setColumnTitle(0, "Selected Engines (" + std::to_string(list.count()) + ")");
+    const std::string before = list.columnTitle(0);
+    const std::string count = std::to_string(list.count());
+    list.setColumnTitle(0, "Selected Engines (" + count + ")");
+    // The first count of an empty list is not a change.
+    const bool changed = before != list.columnTitle(0) && (before.ends_with(')') || !list.empty());
+    if (changed) m_services.prompts.notice("Engines selected: " + count);
 }
 
 void EngineSelection::clickType(std::size_t index, bool ticked) {
@@ -199,6 +204,7 @@ void EngineSelection::saveSelectedEngine(const std::string& path) const {
 
 bool EngineSelection::loadSelectedEngine(const std::string& path) {
     if (!fileExists(path)) return true;
+    int taken = 0;
     try {
         const BusyPointer busy(m_services.prompts);
         const RowsBatch batch(m_lists.lsvSelectedEngines);
@@ -209,8 +215,14 @@ bool EngineSelection::loadSelectedEngine(const std::string& path) {
             clsEngines* engine = m_lists.engines.find(name);
             if (engine == nullptr) continue;
             engine->Selected = true;
-            addEngineListView(m_lists.lsvSelectedEngines, *engine);  // throws for a name that already has a
-                                                                     // row
+            if (m_lists.lsvSelectedEngines.contains(name))
+                throw Failure("The engine \"" + std::string(engine->name()) +
+                                  "\" is selected already, and the reading stopped there. Engines taken from "
+                                  "the file before it: " +
+                                  std::to_string(taken) + ".",
+                              457);
+            addEngineListView(m_lists.lsvSelectedEngines, *engine);
+            ++taken;
         }
     } catch (const std::exception& failure) {
         renewTitle();
@@ -219,13 +231,15 @@ bool EngineSelection::loadSelectedEngine(const std::string& path) {
         return false;
     }
     renewTitle();
+    m_services.prompts.notice("Engines taken from " + path + ": " + std::to_string(taken));
     return true;
 }
 
 void EngineSelection::exportEngineList() const {
     const std::string path = m_services.paths.inApp("englist.htm");
     writeFile(path, engineListPage(m_lists.engines));
-    m_services.prompts.openWithSystem(path);
+    m_services.prompts.notice("Engine list written to " + path);
+    openOrTell(m_services.prompts, path, "Export Engine List");
 }
 
 void EngineSelection::inEnginesFolder(const std::function<void(const std::string& folder)>& operation) {
@@ -245,7 +259,10 @@ void EngineSelection::saveSelection() {
             return;
         }
         const std::string path = askWhereToSave(m_services.prompts, kSaveQuestion, folder);
-        if (!path.empty()) saveSelectedEngine(path);
+        if (path.empty()) return;
+        saveSelectedEngine(path);
+        m_services.prompts.notice("Engines saved to " + path + ": " +
+                                  std::to_string(m_lists.lsvSelectedEngines.count()));
     });
 }
 

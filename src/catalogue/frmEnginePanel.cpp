@@ -5,6 +5,7 @@
 #include "catalogue/EngineSelection.h"
 #include "core/ScreenText.h"
 #include "ui_frmEnginePanel.h"
+#include "widgets/Forms.h"
 #include "widgets/IconTheme.h"
 
 #include <QAction>
@@ -14,6 +15,13 @@ namespace relay {
 namespace {
 // Width of the column with types, adult sites and countries.
 constexpr int kWaysCharacters = 38;
+
+// Alt with one of these letters opens a menu of the window. A shared key would work for neither.
+QString withoutMenuKey(QString caption) {
+    const qsizetype mark = caption.indexOf(QLatin1Char('&'));
+    const bool shared = mark >= 0 && QStringLiteral("FETAH").contains(caption.mid(mark + 1, 1));
+    return shared ? caption.remove(mark, 1) : caption;
+}
 }  // namespace
 
 frmEnginePanel::frmEnginePanel(QWidget* parent)
@@ -64,7 +72,7 @@ void frmEnginePanel::connectTypeBoxes() {
 
 void frmEnginePanel::showTypeBoxes() {
     for (std::size_t index = 0; index < EngineTypes.size(); ++index) {
-        typeBox(index)->setText(toScreen(m_lists->chkType[index].caption));
+        typeBox(index)->setText(withoutMenuKey(toScreen(m_lists->chkType[index].caption)));
         typeBox(index)->setChecked(m_lists->chkType[index].checked);
     }
 }
@@ -95,6 +103,7 @@ void frmEnginePanel::connectButtons() {
         // The same command in the context menu of the list.
         auto* action = new QAction(themedIcon(icon), push->text(), this);
         connect(action, &QAction::triggered, push, &QPushButton::click);
+        if (!all) connect(list, &ListView::rowsSelected, action, &QAction::setEnabled);
         list->addAction(action);
     };
     button(m_ui->cmdSelectEngine_0, "Select", m_ui->lsvEngines, &EngineSelection::EngineSelect, false);
@@ -106,6 +115,33 @@ void frmEnginePanel::connectButtons() {
     auto* drop = new QAction(themedIcon("DeleteURL"), tr("Remove from this list\tDel"), this);
     connect(drop, &QAction::triggered, this, [this] { m_selection->deleteListedEngines(); });
     m_ui->lsvEngines->addAction(drop);
+    connect(m_ui->lsvEngines, &ListView::rowsSelected, drop, &QAction::setEnabled);
+    followSelections();
+}
+
+void frmEnginePanel::followSelections() {
+    const QString reason = tr("Select engines in the list first.");
+    needSelection(*m_ui->lsvEngines, *m_ui->cmdSelectEngine_0,
+                  tr("Adds the engines that are selected in the list above"), reason);
+    needSelection(*m_ui->lsvSelectedEngines, *m_ui->cmdRemoveEngine_0,
+                  tr("Takes the engines that are selected in the list above out of the selection (Del)"),
+                  reason);
+}
+
+void frmEnginePanel::showWarning(const QString& text) {
+    m_ui->lblPasswordWarning->setText(text);
+    m_ui->lblPasswordWarning->setVisible(!text.isEmpty());
+}
+
+void frmEnginePanel::setInstallAction(QAction& install) {
+    m_ui->lsvEngines->setEmptyAction(install);
+}
+
+void frmEnginePanel::focusEngines() {
+    if (m_lists->lsvEngines.empty())
+        focusFirst(*m_ui->lsvEngines);
+    else
+        m_ui->lsvEngines->setFocus(Qt::ShortcutFocusReason);
 }
 
 void frmEnginePanel::focusFindBox() {

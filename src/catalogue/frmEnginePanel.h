@@ -6,6 +6,7 @@
 #include <memory>
 
 class QAbstractButton;
+class QAction;
 class QCheckBox;
 
 namespace relay {
@@ -29,6 +30,12 @@ class frmEnginePanel final : public QWidget {
     void connectTo(EngineLists& lists, EngineSelection& selection, bool adultSites);
     // Updates captions and ticks of the type boxes.
     void showTypeBoxes();
+    // Shows the text below the lists; an empty text hides it.
+    void showWarning(const QString& text);
+    // The action of the button in the empty list of engines.
+    void setInstallAction(QAction& install);
+    // Focuses the list of engines, or the button in the empty list.
+    void focusEngines();
     // Puts the cursor into the find box.
     void focusFindBox();
 
@@ -37,6 +44,7 @@ class frmEnginePanel final : public QWidget {
     void connectTypeBoxes();
     void connectLists();
     void connectButtons();
+    void followSelections();
 
     std::unique_ptr<Ui::frmEnginePanel> m_ui;
     EngineLists* m_lists = nullptr;

@@ -8,6 +8,9 @@ namespace relay {
 
 class CommandLineContext;
 
+// "Examples:" and the command lines, one per line and without the program's name, for the help.
+std::string exampleText(const std::string& examples);
+
 // One command of the program: its options, its help and its operation.
 class Command {
   public:

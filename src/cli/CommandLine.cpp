@@ -10,6 +10,7 @@
 #include "cli/PreviewCommand.h"
 #include "cli/SubmitCommand.h"
 #include "cli/WebsiteCommands.h"
+#include "cli/WebsiteWebCommands.h"
 #include "core/Failure.h"
 #include "core/Text.h"
 
@@ -31,11 +32,13 @@ constexpr const char* kClosing =
     "Exit codes: 0 everything succeeded; 1 the run ended but some engines did not succeed;\n"
     "2 wrong usage; 3 could not run; 130 stopped by Ctrl-C.\n"
     "\n"
-    "Examples:\n"
-    "  korvel-relay-cli engines install\n"
+    "Examples with the practice catalogue, so nothing leaves this computer. The first command keeps\n"
+    "running; enter the others in a second terminal:\n"
+    "  korvel-relay-cli --home try practice\n"
+    "  korvel-relay-cli --home try engines install --practice\n"
     "  korvel-relay-cli website set shop.kws Title='Paper Shop' Email=info@shop.example\n"
     "  korvel-relay-cli website add-url shop.kws http://shop.example/\n"
-    "  korvel-relay-cli submit --website shop.kws --all\n"
+    "  korvel-relay-cli --home try submit --website shop.kws --all\n"
     "\n"
     "Help for a command: korvel-relay-cli submit --help";
 
@@ -102,9 +105,10 @@ class Parser final {
         return std::any_of(m_commands.begin(), m_commands.end(),
                            [](const std::unique_ptr<Command>& command) { return command->isChosen(); });
     }
-    CLI::App& addGroup(const char* name, const char* description) {
+    CLI::App& addGroup(const char* name, const char* description, const char* examples) {
         CLI::App& group = *m_app.add_subcommand(name, description);
         group.require_subcommand(1);
+        group.footer(exampleText(examples));
         return group;
     }
     template <typename Kind>
@@ -112,13 +116,20 @@ class Parser final {
         m_commands.push_back(std::make_unique<Kind>(parent, m_context));
     }
     void addCommands() {
-        CLI::App& website = addGroup("website", "Show and change website files");
+        CLI::App& website = addGroup("website", "Show and change website files",
+                                     "website set shop.kws Title='Paper Shop' Email=info@shop.example\n"
+                                     "website add-url shop.kws http://shop.example/\n"
+                                     "website show shop.kws");
         add<WebsiteShowCommand>(website);
         add<WebsiteSetCommand>(website);
         add<WebsiteAddUrlCommand>(website);
         add<WebsiteImportUrlsCommand>(website);
         add<WebsiteExportUrlsCommand>(website);
-        CLI::App& engines = addGroup("engines", "List, check and install the engine catalogue");
+        add<WebsiteUrlsFromWebCommand>(website);
+        CLI::App& engines = addGroup("engines", "List, check and install the engine catalogue",
+                                     "--home try engines install --practice\n"
+                                     "--home try engines list --country DE\n"
+                                     "--home try engines check");
         add<EnginesListCommand>(engines);
         add<EnginesCheckCommand>(engines);
         add<EnginesInstallCommand>(engines);

@@ -58,15 +58,17 @@ void CommandLineContext::applyOptions() {
 }
 
 Paths CommandLineContext::choosePaths() const {
-    if (homeOption.empty()) return Paths::fromEnvironment(m_console.environment);
-    return Paths::insideHome(homeOption);
+    Paths paths =
+        homeOption.empty() ? Paths::fromEnvironment(m_console.environment) : Paths::insideHome(homeOption);
+    paths.installedData = installedDataFolder(m_console.programFolder, m_console.environment);
+    return paths;
 }
 
 Session& CommandLineContext::home() {
     if (m_home) return *m_home;
     auto home = std::make_unique<Session>(choosePaths(), m_console.clock, m_commandLine, m_prompts);
     try {
-        prepareHome(home->paths, installedDataFolder(m_console.programFolder, m_console.environment));
+        prepareHome(home->paths, home->paths.installedData);
     } catch (const Failure& failure) {
         if (!folderExists(home->paths.AppPath))
             throw Failure(std::string("The home cannot be created: ") + failure.what(), failure.number());
@@ -82,11 +84,15 @@ void CommandLineContext::finish(int exitCode) {
     if (exitCode == kCouldNotRun) m_prompts.showHeld();
 }
 
-bool CommandLineContext::loaded(bool success) {
-    if (!success)
-        warn("No engines could be loaded from " + home().paths.WindowsPath +
-             "\nTo install the program's catalogue, run: engines install");
-    return success;
+// Tests for the files first, as the start of the window does.
+bool CommandLineContext::load(bool (Catalogue::*step)()) {
+    Catalogue& catalogue = home().catalogue;
+    const bool present = catalogue.engineDataPresent();
+    if (present && (catalogue.*step)()) return true;
+    if (!present) m_prompts.message(kMissingDataNotice, kApplication, Icon::Information);
+    warn("No engines could be loaded from " + home().paths.WindowsPath +
+         "\nTo install the program's catalogue, run: korvel-relay-cli engines install");
+    return false;
 }
 
 }  // namespace relay

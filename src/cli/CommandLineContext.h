@@ -53,14 +53,14 @@ class CommandLineContext final {
     Session& home();
     // Loads the home's engines, or just their category tables. When the files are missing or unusable,
     // returns false after a message that says what to do.
-    bool loadEngines() { return loaded(home().catalogue.loadEngineData()); }
-    bool loadEngineCategories() { return loaded(home().catalogue.loadEngineCategory()); }
+    bool loadEngines() { return load(&Catalogue::loadEngineData); }
+    bool loadEngineCategories() { return load(&Catalogue::loadEngineCategory); }
     // Call at the end. If the command could not run, shows the messages that --quiet held back.
     void finish(int exitCode);
 
   private:
     Paths choosePaths() const;
-    bool loaded(bool success);
+    bool load(bool (Catalogue::*step)());
 
     Console& m_console;
     std::string m_commandLine;  // all arguments joined by blanks

@@ -32,8 +32,8 @@ void writeJson(const clsEngines& engine, std::ostream& out) {
 
 EnginesListCommand::EnginesListCommand(CLI::App& parent, CommandLineContext& context)
     : Command(parent, context, "list", "List the engines of the catalogue, or the chosen ones",
-              "engines list\nengines list --major\n"
-              "engines list --type ENG,DIR --no-adult --save-selection general.eng") {
+              "--home try engines list\n--home try engines list --major\n"
+              "--home try engines list --type ENG,DIR --no-adult --save-selection general.eng") {
     m_selection.addTo(app());
 }
 
@@ -62,7 +62,7 @@ int EnginesListCommand::execute() {
 
 EnginesCheckCommand::EnginesCheckCommand(CLI::App& parent, CommandLineContext& context)
     : Command(parent, context, "check", "List everything that is wrong with the catalogue",
-              "engines check\nengines check --json") {}
+              "--home try engines check\n--home try engines check --json") {}
 
 int EnginesCheckCommand::execute() {
     if (!context().loadEngineCategories()) return kCouldNotRun;

@@ -42,14 +42,14 @@ std::optional<std::string> otherPracticeWeb(const Paths& paths) {
 
 PracticeCommand::PracticeCommand(CLI::App& parent, CommandLineContext& context)
     : Command(parent, context, "practice", "Run the practice web until Ctrl-C",
-              "practice\npractice --port 8080\nengines install --practice (in a second terminal)") {
+              "--home try practice\n--home try practice --port 8080") {
     app()
         .add_option("--port", m_port, "Port on this machine (default: a free one)")
         ->type_name("N")
         ->check(CLI::Range(0, 65535));
 }
 
-void PracticeCommand::tellAddress(const std::string& address) {
+void PracticeCommand::writeAddress(const std::string& address) {
     std::ostream& out = context().out();
     if (context().json) {
         JsonLine().add("address", address).write(out);
@@ -66,8 +66,7 @@ int PracticeCommand::execute() {
     stop.watch();
     const Paths& paths = context().home().paths;
     PracticeWeb web;
-    describeEngines(web,
-                    installedDataFolder(context().console().programFolder, context().console().environment));
+    describeEngines(web, paths.installedData);
     web.start(m_port);
     std::optional<PracticeAddress> kept;
     try {
@@ -79,7 +78,7 @@ int PracticeCommand::execute() {
     } catch (const Failure& failure) {
         context().warn(std::string("Other commands will not find the practice web: ") + failure.what());
     }
-    tellAddress(web.address());
+    writeAddress(web.address());
     QEventLoop loop;
     QObject::connect(&stop, &StopSignal::requested, &loop, &QEventLoop::quit);
     const int failed = stop.poll() ? 0 : loop.exec();

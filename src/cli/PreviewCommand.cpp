@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/PreviewCommand.h"
 
+#include "catalogue/PasswordKey.h"
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
 #include "cli/JsonLine.h"
@@ -17,8 +18,8 @@ namespace relay {
 
 PreviewCommand::PreviewCommand(CLI::App& parent, CommandLineContext& context)
     : Command(parent, context, "preview", "Show what an engine would be sent, without sending it",
-              "preview --website shop.kws --engine 'Practice Engine 01'\n"
-              "preview --website shop.kws --engine IndexNow --url http://shop.example/pens.html --json") {
+              "--home try preview --website shop.kws --engine 'Harbour Search'\n"
+              "--home try preview --website shop.kws --engine 'Beacon Finder' --json") {
     app().add_option("--website", m_website, "The website file")->type_name("FILE")->required();
     app().add_option("--engine", m_engine, "An engine of the catalogue")->type_name("NAME")->required();
     app().add_option("--url", m_url, "The URL to submit (default: the website's first)")->type_name("URL");
@@ -58,6 +59,9 @@ int PreviewCommand::execute() {
         context().warn(std::string("Nothing would be sent: ") + refused.what() + ".");
         return kSomeFailed;
     }
+    if (const std::string warning = emptyPasswordWarning(engine);
+        details.Password.empty() && !warning.empty())
+        context().note(warning);
     if (context().hidesPasswords() && !m_showPassword && !details.Password.empty()) {
         details.Password = kHiddenPassword;
         request = build();

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/SubmitCommand.h"
 
+#include "catalogue/PasswordKey.h"
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
 #include "cli/StopSignal.h"
 #include "cli/SubmissionWatcher.h"
 #include "core/Failure.h"
 #include "core/FileSystem.h"
+#include "core/IniFile.h"
 #include "projects/WebsiteKeys.h"
 #include "submission/SubmissionController.h"
 #include "submission/SubmissionRecords.h"
@@ -38,14 +40,23 @@ void addSites(SubmissionController& controller, CommandLineContext& context,
     }
 }
 
+void warnOfEmptyPasswords(CommandLineContext& context, const EngineLists& lists,
+                          const std::vector<std::string>& files) {
+    const std::string warning = emptyPasswordWarning(lists);
+    if (warning.empty()) return;
+    for (const std::string& file : files)
+        if (IniFile::load(file).value("Web Site Info", "Password").empty())
+            context.note(file + ": " + warning);
+}
+
 }  // namespace
 
 SubmitCommand::SubmitCommand(CLI::App& parent, CommandLineContext& context)
     : Command(parent, context, "submit", "Submit the URLs of websites to the chosen engines",
-              "submit --website shop.kws --all\n"
-              "submit --website shop.kws blog.kws --type ENG,DIR --no-adult --connections 20\n"
-              "submit --website shop.kws --failed\n"
-              "submit --website shop.kws --major --json > run.jsonl") {
+              "--home try submit --website shop.kws --all\n"
+              "--home try submit --website shop.kws blog.kws --type ENG,DIR --no-adult --connections 20\n"
+              "--home try submit --website shop.kws --failed\n"
+              "--home try submit --website shop.kws --major --json > run.jsonl") {
     app()
         .add_option("--website", m_websites, "The website files, in the order of the run")
         ->type_name("FILE")
@@ -78,6 +89,7 @@ int SubmitCommand::run(Catalogue& catalogue) {
     home.network.open();
     SubmissionController controller(home.services, catalogue, {QLocale::system(), context().linksEngines()});
     addSites(controller, context(), m_websites);
+    warnOfEmptyPasswords(context(), catalogue.lists, m_websites);
     if (!controller.cmdNext() || !controller.cmdStart()) return kCouldNotRun;
 
     SubmissionWatcher watcher(context(), controller.state().lsvSiteSubmitting.count(),

@@ -35,7 +35,7 @@ int terminalColumns() {
     return ::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
 }
 
-int tellFailure(const std::exception& failure) noexcept {
+int reportFailure(const std::exception& failure) noexcept {
     std::fprintf(stderr, "%s\n", relay::failureText(failure));
     return relay::kCouldNotRun;
 }
@@ -49,7 +49,7 @@ class Application final : public QCoreApplication {
         try {
             return QCoreApplication::notify(receiver, event);
         } catch (const std::exception& failure) {
-            exit(tellFailure(failure));
+            exit(reportFailure(failure));
             return false;
         }
     }
@@ -89,6 +89,6 @@ int main(int argc, char** argv) {
     try {
         return run(argc, argv);
     } catch (const std::exception& failure) {
-        return tellFailure(failure);
+        return reportFailure(failure);
     }
 }

@@ -69,7 +69,7 @@ bool isTemporaryName(std::string_view name) {
            name.find_first_not_of("0123456789", kTemporaryStart.size()) == std::string_view::npos;
 }
 
-// The lock tells a temporary file that is still written from one whose program is gone.
+// A locked temporary file is still being written; an unlocked one was left by a program that is gone.
 void removeIfStale(int folder, const char* name) {
     const Descriptor file(::openat(folder, name, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     struct stat status {};

@@ -19,6 +19,11 @@ std::string_view extensionOf(std::string_view filters, int index) {
 }
 }  // namespace
 
+void openOrTell(Prompts& prompts, std::string_view target, std::string_view title) {
+    if (prompts.openWithSystem(target)) return;
+    prompts.message("This system has no program that opens\r\n" + std::string(target), title, Icon::Critical);
+}
+
 std::string ShowFileDialog(Prompts& prompts, bool save, std::string_view filter, std::string_view folder,
                            std::string_view file, int& filterIndex) {
     if (!save) return prompts.openFile(filter, folder).path;

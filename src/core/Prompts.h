@@ -34,7 +34,12 @@ class Prompts {
     virtual void beep() = 0;
     virtual void busy(bool on) = 0;
     virtual void status(std::string_view text) = 0;
+    // Shows for a while, in the status line, what was just done; does nothing where there is no such line.
+    virtual void notice(std::string_view) {}
 };
+
+// Opens a file or a web address with the system's handler; shows a message when there is none.
+void openOrTell(Prompts& prompts, std::string_view target, std::string_view title);
 
 // Shows the busy pointer for the duration of a block.
 class BusyPointer final {

@@ -86,7 +86,7 @@ void Rows::setColumns(std::vector<std::string> titles) {
 
 void Rows::setColumnTitle(int column, std::string title) {
     m_titles.at(static_cast<std::size_t>(column)) = std::move(title);
-    if (told()) Q_EMIT headerDataChanged(Qt::Horizontal, column, column);
+    if (notifies()) Q_EMIT headerDataChanged(Qt::Horizontal, column, column);
 }
 
 const std::string& Rows::columnTitle(int column) const {
@@ -156,9 +156,9 @@ bool Rows::takeKey(std::string_view key) {
 }
 
 void Rows::append(Entry row) {
-    if (told()) beginInsertRows({}, count(), count());
+    if (notifies()) beginInsertRows({}, count(), count());
     m_rows.push_back(std::move(row));
-    if (told()) endInsertRows();
+    if (notifies()) endInsertRows();
 }
 
 int Rows::removeIf(const std::function<bool(const RowView&)>& test) {
@@ -246,7 +246,7 @@ void Rows::sort(int column, Qt::SortOrder order) {
     if (column < 0) return;  // how views say "unsorted"
     m_sortedColumn = column;
     m_ascending = order == Qt::AscendingOrder;
-    if (told()) Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
+    if (notifies()) Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
     std::vector<std::size_t> places(m_rows.size());
     std::iota(places.begin(), places.end(), std::size_t{0});
     std::stable_sort(places.begin(), places.end(),
@@ -268,7 +268,7 @@ void Rows::sort(int column, Qt::SortOrder order) {
     for (const QModelIndex& moved : before)
         after.append(index(placeOf[static_cast<std::size_t>(moved.row())], moved.column()));
     changePersistentIndexList(before, after);
-    if (told()) Q_EMIT layoutChanged({}, QAbstractItemModel::VerticalSortHint);
+    if (notifies()) Q_EMIT layoutChanged({}, QAbstractItemModel::VerticalSortHint);
 }
 
 int Rows::rowCount(const QModelIndex& parent) const {
@@ -323,7 +323,7 @@ Qt::ItemFlags Rows::flags(const QModelIndex& index) const {
 }
 
 void Rows::changed(int row) {
-    if (told()) Q_EMIT dataChanged(index(row, 0), index(row, columnCount() - 1));
+    if (notifies()) Q_EMIT dataChanged(index(row, 0), index(row, columnCount() - 1));
 }
 
 }  // namespace relay

@@ -139,7 +139,7 @@ class Rows final : public QAbstractTableModel {
     void findKeys() const;
     void forgetKeys() noexcept;
     void changed(int row);
-    bool told() const noexcept { return m_batch == 0; }
+    bool notifies() const noexcept { return m_batch == 0; }
 
     std::vector<Entry> m_rows;
     std::vector<std::string> m_titles;

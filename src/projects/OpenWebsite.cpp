@@ -154,7 +154,7 @@ void OpenWebsite::viewReport() {
         const std::string file = row < 0 ? std::string() : std::string(fields.lsvReports.at(row).tag);
         const std::string name = file.substr(file.find_last_of("/\\") + 1);
         if (containsNoCase(name, ".htm") && fileExists(file))
-            m_prompts.openWithSystem(file);
+            openOrTell(m_prompts, file, "View Report");
         else
             m_prompts.message("Report file is missing and corrupt. Please re-submit and try again.",
                               "View Report", Icon::Critical);

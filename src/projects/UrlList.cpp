@@ -47,9 +47,13 @@ bool UrlList::loadURLFromFile(const std::string& file) {
     return trap(m_prompts, "loadURLList_Error: ", [&] {
         const std::string text = readFile(file);
         ItemReader items(text);
-        const RowsBatch batch(m_list);
-        for (std::string_view field; items.next(field);)
-            if (startsWithNoCase(field, "http") && field.find('.') != npos) addNewItem(m_list, field);
+        const int before = m_list.count();
+        {
+            const RowsBatch batch(m_list);
+            for (std::string_view field; items.next(field);)
+                if (startsWithNoCase(field, "http") && field.find('.') != npos) addNewItem(m_list, field);
+        }
+        m_prompts.notice("URLs loaded from " + file + ": " + std::to_string(m_list.count() - before));
     });
 }
 
@@ -65,7 +69,10 @@ bool UrlList::saveURLToFile(const std::string& file) {
         text += firstLine(m_list.at(i).text);
         text += "\r\n";
     }
-    if (!failureOf([&] { writeFile(file, text); })) return true;
+    if (!failureOf([&] { writeFile(file, text); })) {
+        m_prompts.notice("URLs saved to " + file + ": " + std::to_string(m_list.count()));
+        return true;
+    }
     // The same message for every reason.
     m_prompts.message(kInvalidFile, "Save URL List", Icon::Information);
     return false;

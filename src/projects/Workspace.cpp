@@ -94,8 +94,9 @@ bool Workspace::autoSave() {
         words.clear();  // a failure of the save has its own
         settled = m_website.save(node.file, OpenWebsite::SaveWish::Leaving);
     });
+    Q_EMIT saved();
     if (!failure) {
-        m_failureShown = false;
+        if (std::exchange(m_failureShown, false)) m_services.prompts.status({});
         return settled;
     }
     words += *failure;
@@ -158,7 +159,9 @@ void Workspace::newProject() {
     trap(m_services.prompts, "NewProjectAndWeb_Error: ", [this] {
         const std::string name = askNewName(m_services.prompts, NodeKind::Project,
                                             [this](const std::string& wish) { return isProjectTaken(wish); });
-        if (!name.empty() && addToIndex(name, {}, {})) showNode(m_tree.addProject(name, {}));
+        if (name.empty() || !addToIndex(name, {}, {})) return;
+        showNode(m_tree.addProject(name, {}));
+        Q_EMIT panelOpened();
     });
 }
 
@@ -182,6 +185,7 @@ void Workspace::newWebsite() {
         // Nothing is saved first: the fields in the panel do not belong to the new node's file, which may
         // exist from an earlier website of that name.
         showNode(m_tree.addWebsite(project, {*slot, name, path}), Fields::AsTheyAre);
+        Q_EMIT panelOpened();
     });
 }
 
@@ -204,7 +208,9 @@ void Workspace::addWebSite() {
             return;
         }
         const std::optional<int> slot = addToIndex(project.text, name, path);
-        if (slot) showNode(m_tree.addWebsite(project, {*slot, name, path}));
+        if (!slot) return;
+        showNode(m_tree.addWebsite(project, {*slot, name, path}));
+        Q_EMIT panelOpened();
     });
 }
 
@@ -272,10 +278,13 @@ void Workspace::editLabel() {
 }
 
 void Workspace::save() {
-    if (m_CurrentNode->isProject())
-        trap(m_services.prompts, "saveProject_Error: ", [this] { saveDescription(*m_CurrentNode); });
-    else
+    if (!m_CurrentNode->isProject()) {
         saveWebsite();
+        return;
+    }
+    if (trap(m_services.prompts, "saveProject_Error: ", [this] { saveDescription(*m_CurrentNode); }))
+        m_services.prompts.notice("Project saved: " + m_CurrentNode->text);
+    Q_EMIT saved();
 }
 
 void Workspace::saveWebsite() {
@@ -290,7 +299,10 @@ void Workspace::saveChecked(const std::string& path) {
     m_website.takeSelectedCategory();
     const bool valid = isValidFields(m_website.fields, m_services.prompts,
                                      [this](const MissingField& missing) { Q_EMIT fieldMissing(missing); });
-    if (valid && saveWebSite(path)) m_services.prompts.status(breaksGetNotice(m_website.fields));
+    if (!valid || !saveWebSite(path)) return;
+    const std::string remark = breaksGetNotice(m_website.fields);
+    m_services.prompts.notice("Website saved: " + m_CurrentNode->text +
+                              (remark.empty() ? "" : ". " + remark));
 }
 
 bool Workspace::saveWebSite(const std::string& path) {
@@ -305,17 +317,18 @@ bool Workspace::saveWebSite(const std::string& path) {
         placeFile(*m_CurrentNode, file);
         chosen = file;
     });
-    bool saved = false;
+    bool done = false;
     // The failure has its own text.
     trap(m_services.prompts, {}, [&] {
         if (!path.empty()) {
-            saved = m_website.save(path, OpenWebsite::SaveWish::Command);
+            done = m_website.save(path, OpenWebsite::SaveWish::Command);
         } else if (!chosen.empty()) {
             m_website.saveOver(chosen);
-            saved = true;
+            done = true;
         }
     });
-    return saved;
+    Q_EMIT saved();
+    return done;
 }
 
 void Workspace::showEngines() {

@@ -41,6 +41,8 @@ class Workspace final : public QObject {
     // Never null; the root when nothing else is current.
     ProjectNode* currentNode() const noexcept { return m_CurrentNode; }
     void setProjectDescription(std::string text) { m_panels.txtProjectDescr = std::move(text); }
+    // True if the panel contains something that is not saved yet.
+    bool isChanged() { return isTouched(*m_CurrentNode); }
 
     // Rebuilds the tree from the index, without repeated keys.
     void loadProject();
@@ -78,6 +80,10 @@ class Workspace final : public QObject {
 
   Q_SIGNALS:
     void panelsChanged();
+    // After each save, automatic or by command.
+    void saved();
+    // The panel of a new node is shown and should have the focus.
+    void panelOpened();
     void currentChanged(relay::ProjectNode* node);
     void labelEditWanted(relay::ProjectNode* node);
     // A field is not filled in; bring it to the front.

@@ -93,7 +93,7 @@ void frmProjectTree::connectTo(Workspace& workspace, Prompts& prompts) {
     });
     const QString keys =
         tr("Double-click or F5 sorts the contents of the current node, F2 renames it, Delete "
-           "removes it.");
+           "removes it. F6 leads here from everywhere, and back.");
     setToolTip(keys);
     setAccessibleDescription(keys);
 }

@@ -9,7 +9,6 @@
 #include "widgets/ListView.h"
 
 #include <QAction>
-#include <QShortcut>
 #include <QSignalBlocker>
 #include <QToolButton>
 
@@ -27,17 +26,17 @@ QString withMnemonic(const QString& text, QChar letter) {
 frmWebsitePanel::frmWebsitePanel(QWidget* parent)
     : QTabWidget(parent), m_ui(std::make_unique<Ui::frmWebsitePanel>()) {
     m_ui->setupUi(this);
-    for (int tab = 0; tab < count(); ++tab) {
-        const QKeySequence keys(Qt::ALT | static_cast<Qt::Key>(Qt::Key_1 + tab));
-        setTabToolTip(tab, keys.toString(QKeySequence::NativeText));
-        connect(new QShortcut(keys, this), &QShortcut::activated, this,
-                [this, tab] { setCurrentIndex(tab); });
-    }
+    for (int tab = 0; tab < count(); ++tab)
+        setTabToolTip(tab, pageKeys(tab).toString(QKeySequence::NativeText));
     makeToolbarReachable();
     drawIcons();
 }
 
 frmWebsitePanel::~frmWebsitePanel() = default;
+
+QKeySequence frmWebsitePanel::pageKeys(int tab) {
+    return {Qt::ALT | static_cast<Qt::Key>(Qt::Key_1 + tab)};
+}
 
 void frmWebsitePanel::drawIcons() {
     setIconSize(QSize(16, 16));
@@ -92,9 +91,13 @@ void frmWebsitePanel::connectTo(WebsiteFields& fields, Categories& categories) {
     showFields();
 }
 
+void frmWebsitePanel::take(TextMember member, const QString& text) {
+    m_fields->*member = fromScreen(text);
+    Q_EMIT edited();
+}
+
 void frmWebsitePanel::bind(QLineEdit* edit, TextMember member) {
-    connect(edit, &QLineEdit::textEdited, this,
-            [this, member](const QString& text) { m_fields->*member = fromScreen(text); });
+    connect(edit, &QLineEdit::textEdited, this, [this, member](const QString& text) { take(member, text); });
     m_show.emplace_back([this, edit, member] {
         const QString text = toScreen(m_fields->*member);
         if (edit->text() == text) return;
@@ -106,7 +109,7 @@ void frmWebsitePanel::bind(QLineEdit* edit, TextMember member) {
 void frmWebsitePanel::bind(QPlainTextEdit* edit, TextMember member) {
     // Line breaks are CR LF in the fields and LF on the screen.
     connect(edit, &QPlainTextEdit::textChanged, this, [this, edit, member] {
-        m_fields->*member = fromScreen(typedText(*edit).replace(QLatin1Char('\n'), QStringLiteral("\r\n")));
+        take(member, typedText(*edit).replace(QLatin1Char('\n'), QStringLiteral("\r\n")));
     });
     m_show.emplace_back([this, edit, member] {
         const QString text =
@@ -119,7 +122,7 @@ void frmWebsitePanel::bind(QPlainTextEdit* edit, TextMember member) {
 
 void frmWebsitePanel::bind(QComboBox* box, TextMember member) {
     connect(box, &QComboBox::currentTextChanged, this,
-            [this, member](const QString& text) { m_fields->*member = fromScreen(text); });
+            [this, member](const QString& text) { take(member, text); });
     m_show.emplace_back([this, box, member] {
         const QString text = toScreen(m_fields->*member);
         const QSignalBlocker quiet(box);
@@ -151,8 +154,10 @@ void frmWebsitePanel::bindFields() {
     bindLabel(m_ui->lblURLTitle, &WebsiteFields::lblURLTitle);
     bindLabel(m_ui->lblURLKeyword, &WebsiteFields::lblURLKeyword);
     bindLabel(m_ui->lblURLDescription, &WebsiteFields::lblURLDescription);
-    connect(m_ui->chkBlockFFA, &QCheckBox::clicked, this,
-            [this](bool on) { m_fields->chkBlockFFA = on ? 1 : 0; });
+    connect(m_ui->chkBlockFFA, &QCheckBox::clicked, this, [this](bool on) {
+        m_fields->chkBlockFFA = on ? 1 : 0;
+        Q_EMIT edited();
+    });
     m_show.emplace_back([this] { m_ui->chkBlockFFA->setChecked(m_fields->chkBlockFFA != 0); });
 }
 
@@ -173,6 +178,18 @@ void frmWebsitePanel::connectLists(Categories& categories) {
     connect(m_ui->lsvReports, &ListView::rowActivated, this, &frmWebsitePanel::viewReport);
     connect(m_ui->cmdViewReport, &QPushButton::clicked, this, &frmWebsitePanel::viewReport);
     connect(m_ui->cmdDeleteReport, &QPushButton::clicked, this, &frmWebsitePanel::deleteReport);
+    connect(m_ui->lsvReports, &ListView::deletePressed, m_ui->cmdDeleteReport, &QPushButton::click);
+    followLists();
+}
+
+void frmWebsitePanel::followLists() {
+    for (ListView* list : {m_ui->lsvSiteURLs, m_ui->lstMainCategory, m_ui->lstCategory})
+        connect(list, &ListView::changed, this, &frmWebsitePanel::edited);
+    connect(m_ui->lsvSiteURLs, &ListView::rowsSelected, this, &frmWebsitePanel::urlSelected);
+    const QString reason = tr("Select a report in the list first.");
+    needSelection(*m_ui->lsvReports, *m_ui->cmdViewReport, tr("Opens the selected report"), reason);
+    needSelection(*m_ui->lsvReports, *m_ui->cmdDeleteReport,
+                  tr("Deletes the files of the selected reports (Del)"), reason);
 }
 
 void frmWebsitePanel::showFields() {

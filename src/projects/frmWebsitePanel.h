@@ -3,6 +3,7 @@
 
 #include "projects/WebsiteCheck.h"
 
+#include <QKeySequence>
 #include <QTabWidget>
 
 #include <functional>
@@ -37,8 +38,12 @@ class frmWebsitePanel final : public QTabWidget {
     void showFields();
     // Brings the field of a failed check to the front and focuses it.
     void showMissing(const MissingField& missing);
+    // Alt and the page's number. The window handles them, because they work in other panels too.
+    static QKeySequence pageKeys(int tab);
 
   Q_SIGNALS:
+    void edited();  // something that is saved may have changed
+    void urlSelected(bool any);
     void urlChosen(int row);  // the row of lsvSiteURLs the user moved to
     void browseForLocalFile();
     void viewReport();
@@ -55,6 +60,8 @@ class frmWebsitePanel final : public QTabWidget {
     void bindLabel(QLabel* label, TextMember member);
     void bindFields();
     void connectLists(Categories& categories);
+    void followLists();
+    void take(TextMember member, const QString& text);
 
     std::unique_ptr<Ui::frmWebsitePanel> m_ui;
     WebsiteFields* m_fields = nullptr;

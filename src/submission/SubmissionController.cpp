@@ -264,7 +264,7 @@ void SubmissionController::viewReport() {
             return;
         }
         const BusyPointer busy(m_services.prompts);
-        m_services.prompts.openWithSystem(path);
+        openOrTell(m_services.prompts, path, "View Report");
     });
 }
 

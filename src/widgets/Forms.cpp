@@ -31,6 +31,17 @@ void showInTabs(QWidget& field) {
     if (auto* const edit = qobject_cast<QLineEdit*>(&field); edit != nullptr) edit->selectAll();
 }
 
+void focusFirst(QWidget& page) {
+    for (QWidget* control = page.nextInFocusChain(); control != &page;
+         control = control->nextInFocusChain()) {
+        const bool takes = (control->focusPolicy() & Qt::TabFocus) != 0 && control->isEnabled() &&
+                           control->isVisibleTo(&page) && page.isAncestorOf(control);
+        if (!takes) continue;
+        control->setFocus(Qt::TabFocusReason);
+        return;
+    }
+}
+
 QString typedText(const QPlainTextEdit& edit) {
     return edit.document()->toRawText().replace(QChar(QChar::ParagraphSeparator), QLatin1Char('\n'));
 }

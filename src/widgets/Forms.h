@@ -12,6 +12,8 @@ namespace relay {
 void CenterForm(QWidget& form);
 // Switches every tab control around a field to its page and focuses the field.
 void showInTabs(QWidget& field);
+// Focuses the first control of a page that can have the focus.
+void focusFirst(QWidget& page);
 // "Version 6.0": the program's major and minor number.
 QString versionText();
 // The text in the box, lines ended by LF. toPlainText() would turn non-breaking spaces into plain ones.

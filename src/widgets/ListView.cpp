@@ -5,11 +5,13 @@
 #include "core/ScreenText.h"
 #include "widgets/IconTheme.h"
 
+#include <QAction>
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QPainter>
+#include <QPushButton>
 #include <QScopedValueRollback>
 #include <QSignalBlocker>
 #include <QStyledItemDelegate>
@@ -18,6 +20,7 @@ namespace relay {
 
 namespace {
 constexpr int kIconSize = 16;
+constexpr int kButtonGap = 12;  // between the hint of an empty list and its button
 
 class RowDelegate final : public QStyledItemDelegate {
   public:
@@ -67,6 +70,7 @@ void ListView::setRows(Rows* rows, const std::vector<int>& columnCharacters) {
     setModel(rows);
     // Connected after the selection model, which is cleared by a reset.
     connect(rows, &QAbstractItemModel::modelReset, this, &ListView::followReset);
+    connect(rows, &QAbstractItemModel::rowsRemoved, this, &ListView::followRows);
     layOutColumns();
     followReset();
 }
@@ -106,11 +110,69 @@ void ListView::showOrder() {
 void ListView::followReset() {
     selectHighlighted();
     showOrder();
+    followRows();
+}
+
+void ListView::rowsInserted(const QModelIndex& parent, int start, int end) {
+    QTreeView::rowsInserted(parent, start, end);
+    followRows();
+}
+
+void ListView::followRows() {
+    placeEmptyButton();
+    tellSelection();
+}
+
+void ListView::tellSelection() {
+    Q_EMIT rowsSelected(selectionModel() != nullptr && selectionModel()->hasSelection());
+    Q_EMIT changed();
+}
+
+void ListView::setEmptyAction(QAction& action) {
+    m_emptyButton = new QPushButton(action.icon(), action.text(), viewport());
+    m_emptyButton->setObjectName(action.objectName() + QStringLiteral("Button"));
+    m_emptyButton->setToolTip(action.toolTip());
+    m_emptyButton->setCursor(Qt::ArrowCursor);
+    connect(m_emptyButton, &QPushButton::clicked, &action, &QAction::trigger);
+    placeEmptyButton();
+}
+
+// The hint and the button below it are centred together.
+QRect ListView::hintPlace() const {
+    constexpr int kMargin = 16;
+    const QRect area = viewport()->rect().adjusted(kMargin, kMargin, -kMargin, -kMargin);
+    const int button = m_emptyButton == nullptr ? 0 : m_emptyButton->sizeHint().height() + kButtonGap;
+    const int height =
+        fontMetrics()
+            .boundingRect(area, static_cast<int>(Qt::AlignCenter) | Qt::TextWordWrap, m_emptyHint)
+            .height();
+    return {area.left(), area.top() + std::max(0, (area.height() - height - button) / 2), area.width(),
+            height};
+}
+
+void ListView::placeEmptyButton() {
+    if (m_emptyButton == nullptr) return;
+    const QSize size = m_emptyButton->sizeHint();
+    const QRect hint = hintPlace();
+    m_emptyButton->setGeometry(hint.center().x() - size.width() / 2, hint.bottom() + kButtonGap, size.width(),
+                               size.height());
+    const bool hadFocus = m_emptyButton->hasFocus();
+    m_emptyButton->setVisible(m_rows == nullptr || m_rows->empty());
+    if (hadFocus && m_emptyButton->isHidden()) setFocus(Qt::OtherFocusReason);
+}
+
+void ListView::resizeEvent(QResizeEvent* event) {
+    QTreeView::resizeEvent(event);
+    placeEmptyButton();
 }
 
 void ListView::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
     QTreeView::selectionChanged(selected, deselected);
-    if (m_rows == nullptr || m_following) return;
+    if (m_rows == nullptr) return;
+    if (m_following) {
+        tellSelection();
+        return;
+    }
     const QScopedValueRollback<bool> following(m_following, true);
     // The selection is already on the screen, so the flags need no signals.
     const QSignalBlocker quiet(m_rows);
@@ -122,6 +184,7 @@ void ListView::selectionChanged(const QItemSelection& selected, const QItemSelec
     };
     mark(deselected, false);
     mark(selected, true);
+    tellSelection();
 }
 
 // Thousands of flags may change one by one: they are followed once, with one repaint. Rows have one height
@@ -203,13 +266,24 @@ void ListView::paintEvent(QPaintEvent* event) {
     if (m_emptyHint.isEmpty() || (m_rows != nullptr && !m_rows->empty())) return;
     QPainter painter(viewport());
     painter.setPen(palette().color(QPalette::PlaceholderText));
-    painter.drawText(viewport()->rect().adjusted(16, 16, -16, -16),
-                     static_cast<int>(Qt::AlignCenter) | static_cast<int>(Qt::TextWordWrap), m_emptyHint);
+    painter.drawText(hintPlace(), static_cast<int>(Qt::AlignCenter) | static_cast<int>(Qt::TextWordWrap),
+                     m_emptyHint);
 }
 
 void ListView::changeEvent(QEvent* event) {
     QTreeView::changeEvent(event);
-    if (event->type() == QEvent::FontChange) layOutColumns();
+    if (event->type() != QEvent::FontChange) return;
+    layOutColumns();
+    placeEmptyButton();
+}
+
+void needSelection(ListView& list, QAbstractButton& button, const QString& does, const QString& whyDisabled) {
+    const auto follow = [&button, does, whyDisabled](bool any) {
+        button.setEnabled(any);
+        button.setToolTip(any ? does : does + QStringLiteral(". ") + whyDisabled);
+    };
+    QObject::connect(&list, &ListView::rowsSelected, &button, follow);
+    follow(list.selectionModel() != nullptr && list.selectionModel()->hasSelection());
 }
 
 }  // namespace relay

@@ -6,9 +6,18 @@
 
 #include <vector>
 
+class QAbstractButton;
+class QAction;
+class QPushButton;
+
 namespace relay {
 
+class ListView;
 class Rows;
+
+// Enables the button while a row of the list is selected. Its tool tip says what it does and, while disabled,
+// why.
+void needSelection(ListView& list, QAbstractButton& button, const QString& does, const QString& whyDisabled);
 
 // The view of every list of the program. It shows Rows directly, without a copy. A click on a column title
 // sorts and then reverses; icons are found by key; the selection and the rows' highlight flags follow each
@@ -28,6 +37,9 @@ class ListView final : public QTreeView {
     QString emptyHint() const { return m_emptyHint; }
     void setEmptyHint(const QString& hint);
 
+    // Shows a button for the action below the hint of the empty list. The action outlives the list.
+    void setEmptyAction(QAction& action);
+
     void dataChanged(const QModelIndex& from, const QModelIndex& to, const QList<int>& roles = {}) override;
 
   Q_SIGNALS:
@@ -35,6 +47,8 @@ class ListView final : public QTreeView {
     void rowEntered(int row);    // reached with the keys
     void rowActivated(int row);  // double click, or Return
     void deletePressed();
+    void rowsSelected(bool any);  // after each change of the selection
+    void changed();               // rows, their texts or the selection
 
   protected:
     void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
@@ -45,6 +59,8 @@ class ListView final : public QTreeView {
     void contextMenuEvent(QContextMenuEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void rowsInserted(const QModelIndex& parent, int start, int end) override;
 
   private:
     void sortBy(int column);
@@ -52,10 +68,15 @@ class ListView final : public QTreeView {
     void selectHighlighted();
     void followReset();
     void layOutColumns();
+    void followRows();
+    void tellSelection();
+    QRect hintPlace() const;
+    void placeEmptyButton();
 
     Rows* m_rows = nullptr;
     std::vector<int> m_columnCharacters;
     QString m_emptyHint;
+    QPushButton* m_emptyButton = nullptr;
     bool m_following = false;     // flags or selection are being changed to follow the other
     bool m_flagsChanged = false;  // the selection will follow the flags in the next turn of the event loop
     bool m_mousePress = false;

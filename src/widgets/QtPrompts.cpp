@@ -20,6 +20,7 @@ namespace relay {
 
 namespace {
 constexpr int kInputWidth = 420;
+constexpr int kNoticeMilliseconds = 8000;
 
 QString toBoxText(std::string_view text) {
     return toScreen(text).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
@@ -193,7 +194,11 @@ void QtPrompts::showPointer() {
 }
 
 void QtPrompts::status(std::string_view text) {
-    if (m_statusSink) m_statusSink(toScreen(text));
+    if (m_statusSink) m_statusSink(toScreen(text), 0);
+}
+
+void QtPrompts::notice(std::string_view text) {
+    if (m_statusSink) m_statusSink(toScreen(text), kNoticeMilliseconds);
 }
 
 }  // namespace relay

@@ -21,8 +21,9 @@ class QtPrompts final : public Prompts {
   public:
     // The parent of boxes when no window is active.
     void setWindow(QWidget* window) { m_window = window; }
-    // Receives status texts.
-    void setStatusSink(std::function<void(const QString&)> sink) { m_statusSink = std::move(sink); }
+    // Receives status texts, and after how many milliseconds they disappear; 0 means never.
+    using StatusSink = std::function<void(const QString& text, int milliseconds)>;
+    void setStatusSink(StatusSink sink) { m_statusSink = std::move(sink); }
 
     void message(std::string_view text, std::string_view title, Icon icon = Icon::None) override;
     bool ask(std::string_view text, std::string_view title) override;
@@ -34,6 +35,7 @@ class QtPrompts final : public Prompts {
     void beep() override;
     void busy(bool on) override;
     void status(std::string_view text) override;
+    void notice(std::string_view text) override;
 
   private:
     class PlainPointer;
@@ -42,7 +44,7 @@ class QtPrompts final : public Prompts {
     void showPointer();
 
     QPointer<QWidget> m_window;
-    std::function<void(const QString&)> m_statusSink;
+    StatusSink m_statusSink;
     QString m_lastFolder;
     int m_busyDepth = 0;
     int m_boxes = 0;           // open boxes, one over another

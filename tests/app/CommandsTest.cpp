@@ -31,7 +31,20 @@ TEST(CommandsTest, EachCommandIsEnabledForItsNodesAndPanels) {
                             Pair("11111",
                                  " NewProject NewWeb Engines Submit mnuFileItems_0 mnuFileItems_13 "
                                  "mnuFileItems_15 mnuHelpItems_0 mnuHelpItems_6 mnuHelpItems_7 "
-                                 "mnuHelpItems_8 mnuHelpItems_10")));
+                                 "mnuHelpItems_8 mnuHelpItems_10 InstallCatalogue")));
+}
+
+TEST(CommandsTest, ADisabledCommandSaysWhyWhereItIsNotPlainToSee) {
+    for (const Command& command : urlCommands()) {
+        if (command.name != "DeleteURL") continue;
+        EXPECT_FALSE(command.isEnabled({}));
+        EXPECT_THAT(command.shownToolTip({}), testing::EndsWith(". Select a URL in the list first."));
+        const CommandState selected{NodeKind::Website, MainPanel::Website, true};
+        EXPECT_TRUE(command.isEnabled(selected));
+        EXPECT_EQ(command.shownToolTip(selected), command.toolTip);
+        return;
+    }
+    FAIL() << "no such command";
 }
 
 }  // namespace

@@ -16,6 +16,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QPushButton>
@@ -27,6 +28,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <gmock/gmock.h>
+#include <map>
 #include <set>
 
 namespace relay::test {
@@ -57,6 +59,7 @@ TEST_F(MainWindowTest, AnEmptyHomeShowsTheSettingsOnceAndEndsInTheNotice) {
     int settingsShown = 0;
     whenModal([&](QWidget& dialog) {
         settingsShown += dialog.objectName() == QStringLiteral("frmPreference") ? 1 : 0;
+        EXPECT_TRUE(control<QLabel>(dialog, "lblFirstStart").isVisible()) << "it says why it is there";
         program().bringToFront();
         EXPECT_FALSE(window().isVisible()) << "before it has anything to show";
         QTest::keyClick(&dialog, Qt::Key_Escape);
@@ -129,7 +132,7 @@ TEST_F(MainWindowTest, EveryCommandIsInAFormAndFollowsItsRule) {
             EXPECT_FALSE(action->icon().isNull()) << command.name;
         }
     };
-    check(find<QWidget>("SSTab1"), urlCommands(), {});
+    check(find<QWidget>("SSTab1"), urlCommands(), {NodeKind::Website, MainPanel::Website});
     check(window(), mainCommands(), {NodeKind::Website, MainPanel::Website});
     command("Engines");
     check(window(), mainCommands(), {NodeKind::Website, MainPanel::Engines});
@@ -411,9 +414,75 @@ TEST_F(MainWindowTest, ReportsOpenOrAMessageShowsThatTheyAreMissing) {
     clickRow("lsvReports", "http://a");
     QTest::keyClick(&find<QWidget>("lsvReports"), Qt::Key_Return);
     EXPECT_EQ(prompts.last().kind + prompts.last().text, "system" + home.path("r.htm"));
+    prompts.systemOpens = false;
+    QTest::mouseClick(&find<QPushButton>("cmdViewReport"), Qt::LeftButton);
+    EXPECT_THAT(prompts.last().text, HasSubstr("no program that opens\r\n" + home.path("r.htm")));
     prompts.answers = {true};
+    prompts.shown.clear();
     QTest::mouseClick(&find<QPushButton>("cmdDeleteReport"), Qt::LeftButton);
+    EXPECT_THAT(titles(), ElementsAre("Delete Report File"));
     EXPECT_THAT(rowTexts("lsvReports"), ElementsAre("http://b"));
+}
+
+TEST_F(MainWindowTest, ButtonsThatNeedASelectionSayWhyTheyAreDisabled) {
+    startWithOneWebsite();
+    prompts.inputs = {"http://a.test/"};
+    command("AddURL");
+    command("Engines");
+    const auto check = [&](const char* button, bool enabled) {
+        const auto& push = find<QPushButton>(button);
+        EXPECT_EQ(push.isEnabled(), enabled) << button;
+        EXPECT_EQ(push.toolTip().endsWith(QStringLiteral(" first.")), !enabled) << button;
+    };
+    for (const char* button : {"cmdSelectEngine_0", "cmdRemoveEngine_0", "cmdViewReport", "cmdDeleteReport"})
+        check(button, false);
+    clickRow("lsvEngines", "Alpha");
+    check("cmdSelectEngine_0", true);
+    QTest::mouseClick(&find<QPushButton>("cmdSelectEngine_0"), Qt::LeftButton);
+    clickRow("lsvSelectedEngines", "Alpha");
+    check("cmdRemoveEngine_0", true);
+    QTest::keyClick(&find<QWidget>("lsvSelectedEngines"), Qt::Key_Delete);
+    check("cmdRemoveEngine_0", false);
+
+    clickNode("Shop/Home");
+    find<QTabWidget>("SSTab1").setCurrentIndex(1);
+    QAction& remove = find<QAction>("DeleteURL");
+    EXPECT_FALSE(remove.isEnabled());
+    clickRow("lsvSiteURLs", "http://a.test/");
+    EXPECT_TRUE(remove.isEnabled());
+    prompts.answers = {true};
+    prompts.shown.clear();
+    QTest::keyClick(&find<QWidget>("lsvSiteURLs"), Qt::Key_Delete);
+    EXPECT_THAT(titles(), ElementsAre("Delete URL")) << "asked once";
+    EXPECT_FALSE(remove.isEnabled());
+}
+
+TEST_F(MainWindowTest, NoTwoOfTheKeysThatAPanelShowsAreTheSame) {
+    startWithOneWebsite();
+    const auto letters = [this] {
+        std::map<QString, QStringList> owners;
+        const auto add = [&owners](const QString& text, const QString& name) {
+            const QKeySequence keys = QKeySequence::mnemonic(text);
+            if (!keys.isEmpty()) owners[keys.toString()] << name;
+        };
+        for (const QAction* menu : window().findChild<QMenuBar*>()->actions())
+            add(menu->text(), menu->text());
+        for (const auto* label : window().findChildren<QLabel*>())
+            if (label->isVisible() && label->buddy() != nullptr) add(label->text(), label->objectName());
+        for (const auto* button : window().findChildren<QAbstractButton*>())
+            if (button->isVisible()) add(button->text(), button->objectName());
+        return owners;
+    };
+    const auto check = [&](const QString& panel) {
+        for (const auto& [keys, owners] : letters())
+            EXPECT_EQ(owners.size(), 1) << qPrintable(panel + keys + owners.join(QLatin1Char(' ')));
+    };
+    for (int tab = 0; tab < 5; ++tab) {
+        find<QTabWidget>("SSTab1").setCurrentIndex(tab);
+        check(QStringLiteral("page %1: ").arg(tab + 1));
+    }
+    command("Engines");
+    check(QStringLiteral("engines: "));
 }
 
 TEST_F(MainWindowTest, TheLocalFileOfAUrlIsChosenAndMissingHelpIsReported) {
@@ -507,6 +576,9 @@ TEST(OptionsTest, SwitchesMayBeAnywhere) {
     EXPECT_EQ(options.home, "/tmp/x");
     EXPECT_EQ(options.commandLine, "/d --home /tmp/x");
     EXPECT_TRUE(options.answer.isEmpty());
+    for (const char* help : {"-h", "--help"})
+        EXPECT_THAT(readOptions({QString::fromLatin1(help)}).answer.toStdString(),
+                    StartsWith("Usage: korvel-relay [options]"));
     EXPECT_EQ(readOptions({QStringLiteral("--version")}).exitCode, 0);
     EXPECT_EQ(readOptions({QStringLiteral("--nonsense")}).exitCode, 2);
     EXPECT_EQ(readOptions({QStringLiteral("--home"), QString()}).exitCode, 2);

@@ -5,7 +5,9 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTabWidget>
@@ -159,6 +161,70 @@ TEST_F(WalkTest, FromAnEmptyHomeToSavedWebsites) {
     EXPECT_EQ(rowTexts("lsvSiteURLs").size(), 3U);
     clickNode("Shop/Long Walks");
     EXPECT_THAT(rowTexts("lsvSiteURLs"), IsEmpty());
+}
+
+TEST_F(WalkTest, ByKeysAloneFromAnEmptyHomeToASelectionAndBackToTheTree) {
+    SettingsStore(home.paths().settingsFile).setValue(kApplication, "Preference", "LoadConfig", "1");
+    home.write("data/krveng5.dat", "broken");
+    start();
+    EXPECT_EQ(prompts.last().title, kApplication) << "the engines' files are missing";
+    bringUp();
+    const auto keys = [this](const QString& text) {
+        for (const QChar letter : text) QTest::keyClick(window().windowHandle(), letter.toLatin1());
+    };
+    const auto title = [this](const char* text, bool changed) {
+        return waitUntil([&] {
+            return window().windowTitle() == QLatin1String(text) && window().isWindowModified() == changed;
+        });
+    };
+    prompts.inputs = {"Shop", "Home"};
+    press(Qt::Key_N, Qt::ControlModifier);
+    keys(QStringLiteral("Paper"));
+    EXPECT_TRUE(title("Shop[*] - Korvel Relay", true));
+    press(Qt::Key_S, Qt::ControlModifier);
+    EXPECT_TRUE(title("Shop[*] - Korvel Relay", false));
+    EXPECT_EQ(prompts.notices.back(), "Project saved: Shop");
+    EXPECT_EQ(home.read("project.kwj"), "[Shop]\r\nDescription=Paper\r\nLast=0\r\n");
+    press(Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier);
+    keys(QStringLiteral("Pens"));
+    EXPECT_EQ(find<QLineEdit>("txtSiteTitle").text(), QStringLiteral("Pens"));
+    EXPECT_TRUE(title("Home - Shop[*] - Korvel Relay", true));
+
+    press(Qt::Key_E, Qt::ControlModifier);
+    prompts.answers = {false, true};
+    press(Qt::Key_Space);
+    EXPECT_EQ(prompts.last().title, "Install Starter Catalogue");
+    EXPECT_EQ(home.read("data/krveng5.dat"), "broken");
+    press(Qt::Key_Space);
+    EXPECT_TRUE(find<QWidget>("lsvEngines").hasFocus()) << "the button has gone";
+    EXPECT_EQ(rowTexts("lsvEngines").size(), 7U);
+    const auto& warning = find<QLabel>("lblPasswordWarning");
+    EXPECT_FALSE(warning.isVisible());
+    press(Qt::Key_F2);
+    EXPECT_EQ(labelEditor(), nullptr) << "the key renames in the tree alone";
+    press(Qt::Key_F, Qt::ControlModifier);
+    keys(QStringLiteral("bing"));
+    press(Qt::Key_Return);
+    EXPECT_THAT(selected(), ElementsAre("Bing IndexNow"));
+    EXPECT_EQ(prompts.notices.back(), "Engines selected: 1");
+    EXPECT_TRUE(waitUntil([&] { return warning.isVisible(); })) << "the website has no password";
+
+    for (const auto& [key, menu] : {std::pair(Qt::Key_F, "mnuFile"), {Qt::Key_H, "mnuHelp"}}) {
+        press(key, Qt::AltModifier);
+        EXPECT_EQ(QApplication::activePopupWidget(), &find<QMenu>(menu));
+        find<QMenu>(menu).close();
+    }
+    page(4);
+    EXPECT_TRUE(find<QLineEdit>("txtName").hasFocus());
+    press(Qt::Key_E, Qt::ControlModifier);
+    press(Qt::Key_F6);
+    EXPECT_TRUE(find<QTreeView>("TreeView1").hasFocus());
+    press(Qt::Key_Return);
+    EXPECT_TRUE(find<QWidget>("SSTab1").isVisible());
+    press(Qt::Key_F6);
+    EXPECT_TRUE(find<QLineEdit>("txtName").hasFocus());
+    press(Qt::Key_F6);
+    EXPECT_TRUE(find<QTreeView>("TreeView1").hasFocus());
 }
 
 TEST_F(WalkTest, EnginesAreSelectedInEveryWay) {

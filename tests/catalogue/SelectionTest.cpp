@@ -166,9 +166,10 @@ TEST(SelectionFilesTest, SaveAndLoad) {
     EXPECT_FALSE(fixture.selection.loadSelectedEngine(path));
     EXPECT_EQ(fixture.selected(), "GBAPD");
     EXPECT_EQ(fixture.prompts.last().title, "Error");
-    EXPECT_EQ(fixture.prompts.last().text,
-              "This key is already associated with an element of this collection\r\n"
-              "Module: Load Selected Engine");
+    EXPECT_EQ(
+        fixture.prompts.last().text,
+        "The engine \"Beta\" is selected already, and the reading stopped there. Engines taken from the "
+        "file before it: 1.\r\nModule: Load Selected Engine");
 }
 
 TEST(EnginesMenuTest, SavesThroughTheDialog) {

@@ -3,12 +3,13 @@
 // Every folder under golden/ is a case: home/ is copied into a fresh home, then the commands of the file
 // "transcript" run in it, and their output must match it. In a transcript "$" begins a command, "| " a line
 // of results, "! " a line of messages, "= " an exit code other than 0. Double quotes group an argument; \n,
-// \r and \xNN stand for bytes. HOME is the home's path. Two commands exist only in transcripts: "cat FILE"
-// shows a file, with its line ends, and "mode FILE" its permissions.
-// Set RELAY_GOLDEN_UPDATE to write the transcripts instead.
+// \r and \xNN stand for bytes. HOME is the home's path, WEB the practice web's address. Two commands exist
+// only in transcripts: "cat FILE" shows a file, with its line ends, and "mode FILE" its permissions. Set
+// RELAY_GOLDEN_UPDATE to write the transcripts instead.
 #include "CommandLineFixture.h"
 #include "core/FileStore.h"
 #include "core/Text.h"
+#include "practice/PracticeWeb.h"
 #include "support/GoldenCases.h"
 
 #include <cstdlib>
@@ -55,6 +56,16 @@ std::string prefixed(const std::string& prefix, const std::string& text) {
     return result;
 }
 
+// The practice web of all cases.
+const std::string& web() {
+    static PracticeWeb server;
+    static const std::string address = [] {
+        server.start();
+        return server.address();
+    }();
+    return address;
+}
+
 CommandResult perform(CommandLineFixture& fixture, std::vector<std::string> arguments) {
     if (arguments.at(0) == "cat")
         return {0, replaceAll(fixture.home.read(arguments.at(1)), "\r\n", "<CRLF>\n"), {}};
@@ -63,8 +74,10 @@ CommandResult perform(CommandLineFixture& fixture, std::vector<std::string> argu
         octal << std::oct << modeOf(fixture.home.path(arguments.at(1))) << '\n';
         return {0, octal.str(), {}};
     }
-    for (std::string& argument : arguments)
+    for (std::string& argument : arguments) {
         argument = replaceAll(argument, "HOME", fixture.home.paths().AppPath);
+        if (argument.find("WEB") != npos) argument = replaceAll(argument, "WEB", web());
+    }
     return fixture.run(arguments);
 }
 
@@ -78,7 +91,9 @@ std::string play(CommandLineFixture& fixture, const std::string& transcript) {
         played += line + "\n" + prefixed("| ", result.out) + prefixed("! ", result.err);
         if (result.code != 0) played += "= " + std::to_string(result.code) + "\n";
     }
-    return replaceAll(played, fixture.home.paths().AppPath, "HOME");
+    played = replaceAll(played, fixture.home.paths().AppPath, "HOME");
+    // A case that does not use the practice web does not start it.
+    return transcript.find("WEB") == npos ? played : replaceAll(played, web(), "WEB");
 }
 
 class CommandLineGolden : public testing::TestWithParam<std::string> {};

@@ -62,6 +62,27 @@ class SubmitTest : public testing::Test {
 
 }  // namespace
 
+TEST_F(SubmitTest, WarnsOfAnEmptyPasswordThatAnEngineIsSent) {
+    useEngines({"submit"});
+    const std::string engines = m_cli.home.read("data/krveng5.dat");
+    m_cli.home.write("data/krveng5.dat",
+                     engines +
+                         "Name=Keyed\r\nType=ENG\r\nCategory=N\r\nMethod=GET\r\nAction=" + m_web.address() +
+                         "/engines/keyed/submit\r\n" + "Query=url=<URL>&key=<Password>\r\n");
+    const std::string open = website("open", {"http://a.test/"});
+    const std::string keyed =
+        m_cli.home.writeWebsite("keyed.kws", {"http://b.test/"}, "Title=b\r\nPassword=k3y\r\n");
+    const auto warned = [&](std::vector<std::string> options) {
+        options.insert(options.begin(), {"submit", "--website", open, keyed});
+        return m_cli.run(options).err;
+    };
+    EXPECT_THAT(warned({"--engine", "submit"}), Not(HasSubstr("password")));
+    EXPECT_THAT(warned({"--all", "--quiet"}), Not(HasSubstr("password")));
+    const std::string told = warned({"--all"});
+    EXPECT_THAT(told, HasSubstr(open + ": The website has no password, but Keyed would be sent it."));
+    EXPECT_THAT(told, Not(HasSubstr(keyed + ": The website has no password")));
+}
+
 TEST_F(SubmitTest, SubmitsTheUrlsOfAllWebsitesInOrderAndReportsTheOutcome) {
     useEngines({"submit", "404"});
     const std::string first = website("first", {"http://a.test/", "http://a.test/b"});

@@ -102,5 +102,34 @@ TEST(Url, SplitsUrls) {
     }
 }
 
+TEST(Url, KnowsLocalFilesByHowTheyAreTyped) {
+    const auto environment = [](const char* name) -> std::optional<std::string> {
+        return name == std::string_view("HOME") ? std::optional("/home/me") : std::nullopt;
+    };
+    const struct {
+        const char *text, *inField, *onCommandLine;  // null: a web address
+    } cases[] = {
+        {"/a/b.html", "/a/b.html", "/a/b.html"},
+        {"~/b.html", "/home/me/b.html", "~/b.html"},
+        {"www.a.test", nullptr, "www.a.test"},
+        {"a/b.html", nullptr, "a/b.html"},
+        {"~user/b.html", nullptr, "~user/b.html"},
+        {"C:\\b.html", nullptr, "C:\\b.html"},
+        {"http://a.test/", nullptr, nullptr},
+        {"HTTPS://a.test/", nullptr, nullptr},
+        {"httpd.html", nullptr, "httpd.html"},
+        {"ftp://a.test/", nullptr, "ftp://a.test/"},
+        {"", nullptr, ""},
+    };
+    for (const auto& each : cases) {
+        const auto path = [&each](const char* text) {
+            return text == nullptr ? std::nullopt : std::optional<std::string>(text);
+        };
+        EXPECT_EQ(localPath(each.text, TypedIn::Field, environment), path(each.inField)) << each.text;
+        EXPECT_EQ(localPath(each.text, TypedIn::CommandLine, environment), path(each.onCommandLine))
+            << each.text;
+    }
+}
+
 }  // namespace
 }  // namespace relay::test

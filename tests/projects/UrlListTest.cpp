@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "projects/UrlList.h"
 #include "projects/UrlsFromFolder.h"
-#include "projects/UrlsFromPage.h"
 #include "support/ScriptedPrompts.h"
 #include "support/TestHome.h"
 
@@ -25,11 +24,6 @@ class UrlListTest : public ::testing::Test {
     ScriptedPrompts prompts;
     Rows list;
     UrlList urls{list, prompts};
-};
-
-class UrlsFromPageTest : public UrlListTest {
-  protected:
-    UrlsFromPage page{list, prompts};
 };
 
 }  // namespace
@@ -145,56 +139,6 @@ TEST_F(UrlListTest, CreatesUrlsFromALocalFolder) {
     choice.folder = home.path("missing");
     EXPECT_FALSE(addURLFromFolder(list, choice, prompts));
     EXPECT_EQ(prompts.last().text.substr(0, 14), "AddURL_Error: ");
-}
-
-TEST_F(UrlsFromPageTest, LinksBecomeAbsolute) {
-    struct Case {
-        const char* base;
-        const char* link;
-        const char* url;
-    };
-    const Case cases[] = {
-        {"a.test/c/d.html", "page.html", "http://a.test/c/page.html"},
-        {"a.test/c/d.html", "\"page.html\" class=x", "http://a.test/c/page.html"},
-        {"a.test/c/d.html", " \"page.html\" ", "http://a.test/c/page.html"},
-        {"a.test/c/d.html", "'page.html'", "http://a.test/c/'page.html'"},
-        {"a.test/c/d.html", "page.html\r\ntarget=x", "http://a.test/c/page.html"},
-        {"a.test/c/d.html", "page.html\ntarget=x", "http://a.test/c/page.html"},
-        {"a.test/c/d.html", "\"HTTPS://b.test/x\"", "HTTPS://b.test/x"},
-        {"a.test/c/d.html", "/x/y", "http://a.test/x/y"},
-        {"a.test/c/d.html", "./x", "http://a.test/x"},
-        {"a.test/c/d.html", "x/y.html", "http://a.test/c/x/y.html"},
-        {"a.test/c/d.html", "#top", "http://a.test/c/#top"},
-        {"a.test/c/d.html", "\"\"", "http://a.test/c/"},
-        {"a.test/c/d.html", "//b.test/x", "http://a.test//b.test/x"},
-        {"a.test/b/c", "../x", "http://a.test/x"},
-        {"a.test/b/c/d", "../../x", "http://a.test/x"},
-        {"a.test/b/c/d", "../u/../x", "http://a.test/x"},
-        {"a.test/b", "../../x", "http:///x"},
-        {"a.test", "../x", "http:///x"},
-        {"a.test/c/", "x", "http://a.test/c/x"},
-    };
-    for (const Case& test : cases) {
-        page.setPage(test.base);
-        EXPECT_EQ(page.getFullURL(test.link), test.url) << test.base << " " << test.link;
-    }
-}
-
-TEST_F(UrlsFromPageTest, CollectsEveryHrefOfAPage) {
-    EXPECT_EQ(page.setPage("https://a.test/d/i.html"), "http://a.test/d/i.html");
-    EXPECT_EQ(page.page(), "a.test/d/i.html");
-    EXPECT_FALSE(page.addFilter(""));
-    EXPECT_EQ(prompts.last().text, "Please enter a Filter string you want to add.");
-    page.addFilter("PRIVATE");
-    page.lstKeywords.emplace_back();
-    page.getURL(
-        "<link HREF=\"s.css\"><a href=one.html>1</a><a href=\"mailto:x@y.test\">m</a><a href=>"
-        "<a href='two.html'><a class=b href=\"/private/x\"><a href=ONE.html><a title=href=three href=four>"
-        "<a href=\"cut.html");
-    EXPECT_EQ(texts(list), (Strings{"http://a.test/d/s.css", "http://a.test/d/one.html",
-                                    "http://a.test/d/'two.html'", "http://a.test/d/three"}));
-    EXPECT_EQ(prompts.statuses, (Strings{"Resolving data ......", "Done"}));
-    EXPECT_EQ(prompts.busyDepth, 0);
 }
 
 }  // namespace relay::test
