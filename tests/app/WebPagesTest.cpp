@@ -5,7 +5,6 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
-#include <QStatusBar>
 
 #include <gmock/gmock.h>
 
@@ -87,12 +86,11 @@ TEST_F(WebPagesTest, AFormCollectsTheLinksOfAPage) {
 
 TEST_F(WebPagesTest, TheDetailsOfAPageFillTheWebsiteThatIsShown) {
     page(1);
-    const auto status = [this] { return find<QStatusBar>("StatusBar1").currentMessage().toStdString(); };
     getDetails("/never");
-    EXPECT_EQ(status(), "Connecting to " + url("/never").toStdString() + " ...");
+    EXPECT_EQ(prompts.statuses.back(), "Connecting to " + url("/never").toStdString() + " ...");
     QTest::keyClick(&window(), Qt::Key_Escape);
     EXPECT_TRUE(waitUntil([this] { return !isFetching(); }));
-    EXPECT_EQ(status(), "");
+    EXPECT_EQ(prompts.statuses.back(), "");
     EXPECT_EQ(prompts.busyDepth, 0);
 
     getDetails("/site/");
