@@ -4,6 +4,7 @@
 #include "core/FileSystem.h"
 #include "core/ScreenText.h"
 #include "core/Text.h"
+#include "widgets/Forms.h"
 
 #include <QApplication>
 #include <QDesktopServices>
@@ -145,6 +146,7 @@ std::optional<std::string> QtPrompts::input(std::string_view text, std::string_v
     if (auto* edit = dialog.findChild<QLineEdit*>(); edit != nullptr) {
         edit->setAccessibleName(toBoxText(text));
         edit->setMaxLength(1 << 24);
+        if (startsWithNoCase(preset, "http://")) continueAddress(*edit, toScreen(preset));
     }
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
     return fromScreen(dialog.textValue());
