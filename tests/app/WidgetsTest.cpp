@@ -4,6 +4,7 @@
 #include "core/PreferenceEntry.h"
 #include "core/Rows.h"
 #include "core/ScreenText.h"
+#include "support/CaseTable.h"
 #include "support/SessionFixture.h"
 #include "widgets/Appearance.h"
 #include "widgets/Contrast.h"
@@ -325,38 +326,22 @@ class PreferenceTest : public ::testing::Test, protected SessionFixture {
     SettingsStore& store = session.settings;
 };
 
-TEST_F(PreferenceTest, TheFirstInvalidFieldStopsOK) {
-    struct Case final {
-        std::string PreferenceEntry::*field;
-        const char* text;
-        const char* control;
-        const char* words;
-    };
-    const char* const timeOut = "Time out setting must be between 1 to 200 seconds !";
-    const char* const few =
-        "Invalid value for connection setting. The value for this setting must greater than 1 !";
-    const Case cases[] = {
-        {&PreferenceEntry::txtTimeOut, "0", "txtTimeOut", timeOut},
-        {&PreferenceEntry::txtTimeOut, "201", "txtTimeOut", timeOut},
-        {&PreferenceEntry::txtTimeOut, "abc", "txtTimeOut", timeOut},
-        {&PreferenceEntry::txtTimeOut, "200", "saved", ""},
-        {&PreferenceEntry::txtTimeOut, "0.5", "saved", ""},
-        {&PreferenceEntry::txtConnections, "0", "txtConnections", few},
-        {&PreferenceEntry::txtConnections, "1", "saved", ""},
-        {&PreferenceEntry::txtConnections, "60", "saved", ""},
-        {&PreferenceEntry::txtProxy, "", "txtProxy", "Invalid Proxy Server address."},
-        {&PreferenceEntry::txtPort, "", "txtPort", "Invalid Proxy Port Number."},
-    };
-    for (const Case& c : cases) {
+TEST_F(PreferenceTest, TheFirstFieldThatWillNotDoStopsOK) {
+    const std::map<std::string, std::string PreferenceEntry::*> fields = {
+        {"txtTimeOut", &PreferenceEntry::txtTimeOut},
+        {"txtConnections", &PreferenceEntry::txtConnections},
+        {"txtProxy", &PreferenceEntry::txtProxy},
+        {"txtPort", &PreferenceEntry::txtPort}};
+    const auto confirmed = [&](const std::vector<std::string>& in) {
         preference.TimeOut = 30;
         PreferenceEntry entry = openPreference(preference);
         selectProxy(preference, entry, 2);
         entry.txtProxy = "proxy.test";
-        entry.*(c.field) = c.text;
+        entry.*(fields.at(in[0])) = in[1];
         prompts.shown.clear();
-        EXPECT_EQ(confirm(entry), c.control) << c.text;
-        EXPECT_EQ(prompts.last().text, c.words) << c.text;
-    }
+        return joined({confirm(entry), prompts.last().text});
+    };
+    playCases(TEST_FOLDER "/cases/preference.txt", {{"confirm", confirmed}});
 }
 
 TEST_F(PreferenceTest, ManyConnectionsAreAskedAboutOnlyWhenTyped) {

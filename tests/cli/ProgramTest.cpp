@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // The program as a process: signals, streams and exit codes.
+#include "core/Text.h"
 #include "practice/PracticeWeb.h"
 #include "support/TestHome.h"
 
@@ -67,16 +68,21 @@ class ProgramTest : public testing::Test {
     }
     void signal(int number) { ::kill(static_cast<pid_t>(m_process.processId()), number); }
 
-    // The arguments of a submission to one engine that answers and two that never do.
-    QStringList stuckSubmission() {
+    // Engines on the practice web, each named after the outcome it plays (and a number, where there are
+    // many).
+    void useEngines(const std::vector<std::string>& outcomes) {
         m_web.start();
-        m_home.write("data/catkws.dat", "[General For All Links]\r\nEND\r\n");
         std::string engines;
-        for (const char* outcome : {"submit", "never", "stall"})
-            engines += std::string("Name=") + outcome +
-                       "\r\nType=ENG\r\nCategory=N\r\nMethod=POST\r\nAction=" + m_web.address() +
-                       "/engines/x/" + outcome + "\r\nQuery=u=<URL>\r\n";
+        for (const std::string& outcome : outcomes)
+            engines += "Name=" + outcome + (outcomes.size() > 9 ? std::to_string(engines.size()) : "") +
+                       "\r\nMethod=POST\r\nQuery=u=<URL>\r\nAction=" + m_web.address() + "/engines/x/" +
+                       outcome + "\r\n";
         m_home.write("data/krveng5.dat", engines);
+        m_home.write("data/catkws.dat", "[General For All Links]\r\nEND\r\n");
+    }
+    // A website, one engine that answers and two that never do.
+    QStringList stuckSubmission() {
+        useEngines({"submit", "never", "stall"});
         m_home.writeWebsite("site.kws", {"http://a.test/", "http://b.test/"});
         return {QStringLiteral("submit"), QStringLiteral("--json"), QStringLiteral("--all"),
                 QStringLiteral("--website"), QString::fromStdString(m_home.path("site.kws"))};
@@ -144,14 +150,7 @@ TEST_F(ProgramTest, ThePracticeWebRunsUntilStoppedAndIsFoundThroughTheHome) {
 }
 
 TEST_F(ProgramTest, OpensNoMoreConnectionsThanItMayOpenFiles) {
-    m_web.start();
-    m_home.write("data/catkws.dat", "[General For All Links]\r\nEND\r\n");
-    std::string engines;
-    for (int i = 1; i <= 300; ++i)
-        engines += "Name=E" + std::to_string(i) +
-                   "\r\nMethod=GET\r\nQuery=u=<URL>\r\nAction=" + m_web.address() +
-                   "/engines/submit/submit\r\n";
-    m_home.write("data/krveng5.dat", engines);
+    useEngines(std::vector<std::string>(300, "submit"));
     const std::string site = m_home.writeWebsite("site.kws", {"http://a.test/"});
     EXPECT_EQ(run("ulimit -n 128 && \"$PROGRAM\" submit --all --connections 300 --website " + site), 0)
         << m_out;
@@ -160,26 +159,18 @@ TEST_F(ProgramTest, OpensNoMoreConnectionsThanItMayOpenFiles) {
 
 TEST_F(ProgramTest, ResultsThatCannotBeWrittenAreAFailure) {
     EXPECT_EQ(run("\"$PROGRAM\" engines install"), 0);
-    const struct {
-        const char* script;
-        int code;
-        const char* words;
-    } cases[] = {
-        {"\"$PROGRAM\" engines list > /dev/full", 3,
-         "The results could not be written: No space left on device"},
-        {"\"$PROGRAM\" engines list --json > /dev/full", 3,
-         "The results could not be written: No space left"},
-        {"\"$PROGRAM\" --help > /dev/full", 3, "The results could not be written"},
-        {"\"$PROGRAM\" engines list >&-", 3, "The results could not be written: Bad file descriptor"},
-        {"\"$PROGRAM\" engines list <&- >/dev/null 2>&-", 0, ""},
-        {"{ \"$PROGRAM\" engines list; echo $? >&2; } | true", 0, "3\n"},  // silent when the reader has left
-    };
-    for (const auto& given : cases) {
-        SCOPED_TRACE(given.script);
-        m_out.clear();
+    const std::tuple<const char*, int, const char*> cases[] = {
+        {"$PROGRAM engines list > /dev/full", 3, "The results could not be written: No space left on device"},
+        {"$PROGRAM engines list --json > /dev/full", 3, "The results could not be written: No space left"},
+        {"$PROGRAM --help > /dev/full", 3, "The results could not be written"},
+        {"$PROGRAM engines list >&-", 3, "The results could not be written: Bad file descriptor"},
+        {"$PROGRAM engines list <&- >/dev/null 2>&-", 0, ""},
+        {"{ $PROGRAM engines list; echo $? >&2; } | true", 0, "3\n"}};  // quiet about a reader who left
+    for (const auto& [script, code, words] : cases) {
+        SCOPED_TRACE(script);
         m_err.clear();
-        EXPECT_EQ(run(given.script), given.code);
-        EXPECT_THAT(m_err, StartsWith(given.words));
+        EXPECT_EQ(run(replaceAll(script, "$PROGRAM", "\"$PROGRAM\"")), code);
+        EXPECT_THAT(m_err, StartsWith(words));
         EXPECT_THAT(m_out, IsEmpty());
     }
 }

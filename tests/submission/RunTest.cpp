@@ -190,16 +190,6 @@ TEST_F(RunTest, CanBeRunAgainWithMoreEngines) {
     EXPECT_EQ(home.read("fail.eng"), "");
 }
 
-TEST_F(RunTest, GoesOnWhenTheReportCannotBeWritten) {
-    selectEngines(records("E", 1, "/200/s"));
-    home.write("Reports", "a file where the folder should be");
-    run({website("Shop", {"http://a.test/1", "http://a.test/2"})});
-    EXPECT_EQ(done->success, 2);
-    EXPECT_EQ(done->urls, 2);
-    EXPECT_TRUE(reports.at(0).path.empty());
-    EXPECT_THAT(logText(), HasSubstr("CreateReport_Error: "));
-}
-
 TEST_F(RunTest, KeepsThePasswordOutOfTheLog) {
     SubmissionFixture fixture("submit /d");
     fixture.selectEngines(
