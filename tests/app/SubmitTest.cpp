@@ -61,8 +61,9 @@ class SubmitTest : public WindowTest {
         home.write("project.kwj",
                    "[Shop]\r\nLast=2\r\n1=Roses|" +
                        site("Roses", {"http://www.roses.test/", "http://www.roses.test/care.html"}) +
-                       "\r\n2=Tools|" + site("Tools", {"http://tools.test/"}) + "\r\n[Notes]\r\nLast=1\r\n1=Walks|" +
-                       site("Walks", {"http://walks.test/?a=1"}) + "\r\n");
+                       "\r\n2=Tools|" + site("Tools", {"http://tools.test/"}) +
+                       "\r\n[Notes]\r\nLast=1\r\n1=Walks|" + site("Walks", {"http://walks.test/?a=1"}) +
+                       "\r\n");
         start();
         program().preference().Connections = connections;
         clickNode("Shop/Roses");
@@ -150,8 +151,8 @@ TEST_F(SubmitTest, ThreeWebsitesOfTwoProjectsFromTheFirstPageToTheReports) {
         EXPECT_EQ(wizard.parentWidget(), &window());
         EXPECT_THAT(texts(wizard, "lsvSiteSelection"), ElementsAre("Roses", "Tools", "Walks"));
         push(wizard, "cmdNext");
-        EXPECT_EQ(labels(wizard, {"lblNumOfEngines", "lblNumOfWebsites", "lblNumOfURLs", "lblNumOfConnections",
-                                  "lblEstimatedTime"}),
+        EXPECT_EQ(labels(wizard, {"lblNumOfEngines", "lblNumOfWebsites", "lblNumOfURLs",
+                                  "lblNumOfConnections", "lblEstimatedTime"}),
                   "60|3|4|9|5|");
         push(wizard, "cmdStart");
         EXPECT_THAT(texts(wizard, "lsvSiteSubmitting"),

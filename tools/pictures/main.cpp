@@ -37,13 +37,13 @@ void fillHome(const test::TestHome& home, const std::string& practice) {
     for (const char* name : {"country.kws", "cat.kws"})
         std::filesystem::copy(std::string(RELAY_DATA_FOLDER "/") + name, home.path(name));
     for (const char* name : {"krveng5.dat", "catkws.dat"})
-        home.write(std::string("data/") + name,
-                   pointAtPracticeWeb(readFile(std::string(RELAY_DATA_FOLDER "/practice/") + name), practice));
+        home.write(
+            std::string("data/") + name,
+            pointAtPracticeWeb(readFile(std::string(RELAY_DATA_FOLDER "/practice/") + name), practice));
     home.write("settings.ini", "[Korvel%20Relay]\nPreference\\LoadConfig=1\n");
     home.write("project.kwj",
                "[Garden Shop]\r\nDescription=Plants, pots and tools for small gardens\r\nLast=2\r\n1=Roses|" +
-                   home.path("Projects/Roses.kws") +
-                   "\r\n2=Garden Tools|" +
+                   home.path("Projects/Roses.kws") + "\r\n2=Garden Tools|" +
                    home.writeWebsite("Projects/Tools.kws", {"http://www.roses.example/tools/"}) +
                    "\r\n[Travel Notes]\r\nDescription=\r\n"
                    "Last=1\r\n1=Harbour Walks|" +
