@@ -37,8 +37,11 @@ class ListView final : public QTreeView {
     QString emptyHint() const { return m_emptyHint; }
     void setEmptyHint(const QString& hint);
 
-    // Shows a button for the action below the hint of the empty list. The action outlives the list.
+    // Shows a button for the action below the hint of the empty list. The action outlives the list. The
+    // button belongs to the list's parent, since screen readers find only rows inside a list.
     void setEmptyAction(QAction& action);
+    // Gives the keyboard to the list, or to the button of the empty list.
+    void takeFocus();
 
     void dataChanged(const QModelIndex& from, const QModelIndex& to, const QList<int>& roles = {}) override;
 
@@ -59,6 +62,7 @@ class ListView final : public QTreeView {
     void contextMenuEvent(QContextMenuEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void rowsInserted(const QModelIndex& parent, int start, int end) override;
 
