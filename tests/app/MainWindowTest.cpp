@@ -75,6 +75,8 @@ TEST_F(MainWindowTest, AnEmptyHomeShowsTheSettingsOnceAndEndsInTheNotice) {
     start();
     EXPECT_EQ(settingsShown, 1);
     bringUp();
+    press(Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(prompts.last().title, "New Website") << "the key is refused with the same words as the button";
     command("Engines");
     const auto& install = find<QPushButton>("InstallCatalogueButton");
     EXPECT_TRUE(install.hasFocus() && window().testAttribute(Qt::WA_KeyboardFocusChange)) << "and shows it";
