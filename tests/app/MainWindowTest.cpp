@@ -79,7 +79,7 @@ TEST_F(MainWindowTest, AnEmptyHomeShowsTheSettingsOnceAndEndsInTheNotice) {
     EXPECT_EQ(prompts.last().title, "New Website") << "the key is refused with the same words as the button";
     command("Engines");
     const auto& install = find<QPushButton>("InstallCatalogueButton");
-    EXPECT_TRUE(install.hasFocus() && window().testAttribute(Qt::WA_KeyboardFocusChange)) << "and shows it";
+    EXPECT_TRUE(install.hasFocus());
     press(Qt::Key_Space);
     EXPECT_FALSE(rowTexts("lsvEngines").empty());
     EXPECT_FALSE(install.isVisible());
