@@ -9,6 +9,7 @@
 #include "core/Text.h"
 #include "core/Trap.h"
 #include "session/InstalledData.h"
+#include "widgets/Appearance.h"
 #include "widgets/Forms.h"
 
 #include <QApplication>
@@ -50,7 +51,9 @@ Program::Program(Paths paths, const std::string& commandLine, const Clock& clock
     : m_prompts(prompts),
       m_session(withInstalledData(std::move(paths)), clock, commandLine, prompts),
       m_main(m_session.services, m_session.catalogue),
-      m_startUp(m_session.services, m_main, startUpScreens()) {}
+      m_startUp(m_session.services, m_main, startUpScreens()) {
+    m_main.linksEngines = containsNoCase(commandLine, "/U");
+}
 
 Program::~Program() = default;
 
@@ -81,6 +84,8 @@ void Program::prepare() {
 }
 
 void Program::start() {
+    // Needed by the splash; the other settings are read while it is shown.
+    chooseColours(toScreen(m_session.settings.value(kApplication, kWindowSection, "Colours")));
     m_splash = std::make_unique<frmSplash>();
     QObject::connect(m_splash.get(), &frmSplash::timeIsUp, m_splash.get(), [this] { closeSplash(); });
     m_splash->show();
@@ -100,6 +105,7 @@ void Program::start() {
     m_window->show();
     // The saved position is used unless the window would be out of reach.
     if (!m_window->isMaximized() && !isReachable(*m_window)) CenterForm(*m_window);
+    QTimer::singleShot(0, m_window.get(), &frmMain::offerCutOffRun);
 }
 
 void Program::placeWindow() {

@@ -12,7 +12,11 @@
 #include "core/ScreenText.h"
 #include "core/Services.h"
 #include "core/clsPreference.h"
+#include "projects/UrlList.h"
 #include "projects/frmAddURL.h"
+#include "projects/frmAddURLFromWeb.h"
+#include "submission/frmPreview.h"
+#include "submission/frmSubmit.h"
 #include "ui_frmMain.h"
 #include "widgets/Forms.h"
 #include "widgets/IconTheme.h"
@@ -20,6 +24,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QMenu>
+#include <QScreen>
 #include <QShortcut>
 #include <QSignalBlocker>
 
@@ -28,6 +33,22 @@ namespace relay {
 namespace {
 constexpr int kUsualTreeWidth = 225;
 constexpr int kSplitterStep = 24;
+constexpr QSize kFrame(8, 40);  // around a window, at most
+
+// The wizard over the window, which can do nothing until it closes.
+void showSubmit(const CommandTarget& target, QWidget* parent, std::optional<CutOffRun> cutOff) {
+    std::optional<frmSubmit> wizard;
+    {
+        const BusyPointer busy(target.services.prompts);
+        SubmissionOptions options{QLocale()};
+        options.linkEngines = target.main.linksEngines;
+        wizard.emplace(target.services, target.main.catalogue, std::move(options), parent);
+    }
+    if (cutOff && !wizard->controller().resume(std::move(*cutOff))) return;
+    wizard->exec();
+    // The panel shows the reports that came into its website's file.
+    target.main.workspace.autoSave();
+}
 
 // The screens that commands open.
 struct Screen final {
@@ -50,6 +71,15 @@ constexpr Screen kScreens[] = {
                    target.services.paths.AppPath, parent)
              .exec();
      }},
+    {"frmSubmit",
+     [](const CommandTarget& target, QWidget* parent) { showSubmit(target, parent, std::nullopt); }},
+    {"frmAddURLFromWeb",
+     [](const CommandTarget& target, QWidget* parent) {
+         Rows& urls = target.main.website.fields.lsvSiteURLs;
+         frmAddURLFromWeb(urls, target.main.fetcher, target.services.prompts, getFirstSelectedItem(urls),
+                          parent)
+             .exec();
+     }},
 };
 
 // One line of the quick start text as HTML, its command as a link.
@@ -68,6 +98,7 @@ frmMain::frmMain(const Services& services, clsMain& main, QWidget* parent)
       m_target{services, main, [this](std::string_view screen) { showScreen(screen); }, [this] { close(); }} {
     m_ui->setupUi(this);
     enlargeTitle();
+    describePlaceholders(*m_ui->SSTab2);
     makeToolbarReachable();
     makeSplitterReachable();
     m_ui->SSTab1->connectTo(main.website.fields, main.catalogue.categories);
@@ -79,8 +110,10 @@ frmMain::frmMain(const Services& services, clsMain& main, QWidget* parent)
     wireCommands(urlCommands(), *m_ui->SSTab1);
     addKeys();
     connectWebsitePanel();
+    makeFetchCancellable();
     connectEnginePanel();
     followChanges();
+    connect(m_ui->SSTab3, &frmEnginePanel::previewWanted, this, &frmMain::showPreview);
     m_ui->TreeView1->connectTo(main.workspace, services.prompts);
     connect(&main.workspace, &Workspace::panelsChanged, this, &frmMain::showPanels);
     connect(&main.workspace, &Workspace::panelOpened, this, [this] {
@@ -88,6 +121,7 @@ frmMain::frmMain(const Services& services, clsMain& main, QWidget* parent)
         focusPanel();
     });
     showPanels();
+    resize(size().boundedTo(screen()->availableSize() - kFrame));
     CenterForm(*this);
 }
 
@@ -115,8 +149,10 @@ void frmMain::wireCommands(std::span<const Command> commands, const QWidget& own
         QAction* const action = actionOf(command.name, owner);
         if (action == nullptr) continue;
         action->setIcon(themedIcon(command.icon));
-        if (!command.shownKey.empty())
+        if (!command.shownKey.empty()) {
+            action->setIconText(action->iconText());  // buttons show the text without the key
             action->setText(action->text() + QLatin1Char('\t') + toScreen(command.shownKey));
+        }
         if (!command.shortcut.empty()) action->setShortcut(QKeySequence(toScreen(command.shortcut)));
         connect(action, &QAction::triggered, this, [this, &command] { command.run(m_target); });
         m_commands.emplace_back(action, &command);
@@ -138,11 +174,30 @@ void frmMain::showScreen(std::string_view name) {
         if (screen.name == name) screen.show(m_target, this);
 }
 
+void frmMain::offerCutOffRun() {
+    if (std::optional<CutOffRun> run = m_main.cutOffRunToGoOnWith())
+        showSubmit(m_target, this, std::move(run));
+}
+
+void frmMain::showPreview(const std::string& engine) {
+    Workspace& workspace = m_main.workspace;
+    workspace.autoSave();
+    std::vector<frmPreview::Website> websites;
+    for (const auto& project : workspace.tree().root().children)
+        for (const auto& website : project->children)
+            if (!website->file.empty()) websites.push_back({website->text, website->file});
+    frmPreview preview(m_target.services, m_main.catalogue, std::move(websites), this);
+    preview.chooseEngine(engine);
+    preview.chooseWebsite(workspace.currentNode()->file);
+    preview.exec();
+}
+
 void frmMain::connectWebsitePanel() {
     frmWebsitePanel* const panel = m_ui->SSTab1;
     OpenWebsite& website = m_main.website;
     connect(&website, &OpenWebsite::fieldsChanged, panel, &frmWebsitePanel::showFields);
     connect(panel, &frmWebsitePanel::urlChosen, &website, &OpenWebsite::chooseURL);
+    connect(panel, &frmWebsitePanel::getSiteInfo, &m_main.siteDetails, &SiteDetails::askAndFetch);
     connect(panel, &frmWebsitePanel::browseForLocalFile, &website, &OpenWebsite::openFileLocation);
     connect(panel, &frmWebsitePanel::viewReport, &website, &OpenWebsite::viewReport);
     connect(panel, &frmWebsitePanel::deleteReport, &m_main.workspace, &Workspace::deleteReports);
@@ -271,10 +326,19 @@ void frmMain::makeToolbarReachable() {
 void frmMain::makeSplitterReachable() {
     const QString keys = tr("Drag to make the tree wider or narrower, or press Alt+Right and Alt+Left");
     m_ui->imgSpliter->handle(1)->setToolTip(keys);
+    m_ui->imgSpliter->handle(1)->setAccessibleName(m_ui->imgSpliter->accessibleName());
     m_ui->imgSpliter->setAccessibleDescription(keys);
     for (const auto& [key, step] : {std::pair(Qt::Key_Left, -kSplitterStep), {Qt::Key_Right, kSplitterStep}})
         connect(new QShortcut(QKeySequence(Qt::ALT | key), this), &QShortcut::activated, this,
                 [this, step = step] { setSplitterPlace(std::max(1, splitterPlace() + step)); });
+}
+
+// Escape is free for other uses while nothing is being fetched.
+void frmMain::makeFetchCancellable() {
+    auto* const escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
+    escape->setEnabled(false);
+    connect(escape, &QShortcut::activated, &m_main.fetcher, &frmHTTP::Disconnect);
+    connect(&m_main.fetcher, &frmHTTP::runningChanged, escape, &QShortcut::setEnabled);
 }
 
 void frmMain::showQuickStart() {

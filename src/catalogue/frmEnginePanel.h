@@ -4,6 +4,7 @@
 #include <QWidget>
 
 #include <memory>
+#include <string>
 
 class QAbstractButton;
 class QAction;
@@ -39,12 +40,21 @@ class frmEnginePanel final : public QWidget {
     // Puts the cursor into the find box.
     void focusFindBox();
 
+  Q_SIGNALS:
+    // The user wants to see what the engine would be sent.
+    void previewWanted(const std::string& engine);
+
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+
   private:
     QCheckBox* typeBox(std::size_t index) const;
     void connectTypeBoxes();
     void connectLists();
     void connectButtons();
     void followSelections();
+    void stackButtons();
+    void offerPreview();
 
     std::unique_ptr<Ui::frmEnginePanel> m_ui;
     EngineLists* m_lists = nullptr;

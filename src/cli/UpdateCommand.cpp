@@ -3,10 +3,10 @@
 
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
-#include "cli/JsonLine.h"
 #include "cli/StopSignal.h"
 #include "cli/Table.h"
 #include "core/Failure.h"
+#include "core/JsonLine.h"
 #include "practice/StarterServer.h"
 
 #include <QEventLoop>

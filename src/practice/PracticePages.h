@@ -30,10 +30,11 @@ std::optional<PracticeReply> receivedPage(const PracticeRequest& request, Practi
 std::optional<PracticeReply> enginePage(const PracticeRequest& request, PracticeSite& site);
 // Paths whose last word names an outcome; submissions to them are stored.
 std::optional<PracticeReply> outcomePage(const PracticeRequest& request, PracticeSite& site);
-
 // "/enginedata/FILE" and "/news/news.dat": the files of the update, or the faults set for them on the page
 // "/enginedata/".
 std::optional<PracticeReply> updatePage(const PracticeRequest& request, PracticeSite& site);
+// "/site/": a small web site, with a page of links of every shape.
+std::optional<PracticeReply> sitePage(const PracticeRequest& request, PracticeSite& site);
 
 // The reply to a path whose last word, after `folder`, names an outcome; nullopt for any other word.
 std::optional<PracticeReply> outcome(std::string_view word, std::string_view folder, std::string_view path);

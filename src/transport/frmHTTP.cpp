@@ -18,8 +18,8 @@ namespace relay {
 
 std::string fetchProblem(const FetchReply& reply) {
     std::string reason = reply.problem;
-    if (reason.empty() && reply.isMissing()) reason = "No reply";
-    if (reason.empty() && reply.status >= 400 && reply.status != HttpClient::kNoStatus)
+    if (reason.empty() && reply.status == HttpClient::kNoStatus) reason = "No reply";
+    if (reason.empty() && !reply.isPage())
         reason = "The server answered with status " + std::to_string(reply.status);
     if (reason.empty() && reply.text.empty()) reason = "The page is empty";
     return reason.empty() ? reason : loggableUrl(reply.URL) + ": " + reason;
@@ -122,6 +122,7 @@ void frmHTTP::finish() {
         return;
     }
     FetchReply reply{m_URL, std::move(m_Response), m_Http1.ResponseCode(), m_Http1.Problem()};
+    if (reply.text.size() >= HttpClient::kReplyLimit) reply.problem = "Only its first 16 MiB were read";
     if (m_timedOut)
         reply.problem = "The time-out of " + std::to_string(watchdogInterval() / 1000) + " seconds passed";
     if (consumer(m_ConnectType) == nullptr)

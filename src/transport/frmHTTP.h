@@ -29,8 +29,9 @@ struct FetchReply final {
     // Why the reply is missing or incomplete, for the user; empty when the server ended it.
     std::string problem;
 
-    // True when nothing came from a server: refused, unknown host, bad certificate, silence, not HTTP.
-    bool isMissing() const noexcept { return status == HttpClient::kNoStatus && text.empty(); }
+    // False when nothing came from a server (refused, unknown host, bad certificate, silence, not HTTP), and
+    // for an error page (status 400 and up).
+    bool isPage() const noexcept { return status < 400; }
 };
 // "URL: reason" for a reply that is missing, incomplete, empty, or an error page of the server (status 400
 // and up); empty for a good one.
