@@ -116,10 +116,13 @@ void frmUpdateEngines::showLink() {
 
 // Labels that wrap need more height than the layout's minimum.
 void frmUpdateEngines::fitHeight() {
-    const int needed =
-        std::min(layout()->totalHeightForWidth(width()), screen()->availableGeometry().height());
-    setMinimumHeight(needed);
-    if (height() < needed) resize(width(), needed);
+    const QRect area = screen()->availableGeometry();
+    const int room = area.height() - (frameGeometry().height() - height());
+    setMinimumHeight(std::min(layout()->totalMinimumHeightForWidth(width()), room));
+    const int wanted = std::min(layout()->totalHeightForWidth(width()), room);
+    if (height() < wanted) resize(width(), wanted);
+    const int below = frameGeometry().bottom() - area.bottom();
+    if (isVisible() && below > 0) move(x(), std::max(area.top(), y() - below));
 }
 
 void frmUpdateEngines::resizeEvent(QResizeEvent* event) {
