@@ -196,7 +196,7 @@ void EngineSelection::saveSelectedEngine(const std::string& path) const {
     writeFile(path, lines);
 }
 
-bool EngineSelection::loadSelection(const std::string& path, Repeated repeated) {
+bool EngineSelection::readSelection(const std::string& path, Repeated repeated) {
     if (!fileExists(path)) return true;
     try {
         const BusyPointer busy(m_services.prompts);
@@ -266,18 +266,18 @@ void EngineSelection::selectCustomEngines() {
 }
 
 void EngineSelection::selectFailedEngines() {
-    selectFailedEngines(Repeated::Ends);
+    selectFailed(Repeated::Ends);
 }
 
 void EngineSelection::selectFailedEnginesOnce() {
-    selectFailedEngines(Repeated::Passes);
+    selectFailed(Repeated::Passes);
 }
 
-void EngineSelection::selectFailedEngines(Repeated repeated) {
+void EngineSelection::selectFailed(Repeated repeated) {
     inEnginesFolder([&](const std::string&) {
         const std::string path = m_services.paths.inApp("fail.eng");
         if (fileExists(path) && !readFile(path).empty())
-            loadSelection(path, repeated);
+            readSelection(path, repeated);
         else
             m_services.prompts.message("Failed engine list is empty.", "Load Engines", Icon::Information);
     });

@@ -46,7 +46,7 @@ class EngineSelection final {
     void saveSelectedEngine(const std::string& path) const;
     // Adds the engines named in the file; names that are not loaded are passed over, and a missing file is no
     // failure. False, with a message, when reading stopped (a name has a row already, an unreadable file).
-    bool loadSelectedEngine(const std::string& path) { return loadSelection(path, Repeated::Ends); }
+    bool loadSelectedEngine(const std::string& path) { return readSelection(path, Repeated::Ends); }
     // Writes AppPath/englist.htm and opens it in the system's handler. Throws Failure when it cannot be
     // written.
     void exportEngineList() const;
@@ -70,8 +70,8 @@ class EngineSelection final {
   private:
     // What a name that has a row already does to the reading of a file of engines.
     enum class Repeated { Ends, Passes };
-    bool loadSelection(const std::string& path, Repeated repeated);
-    void selectFailedEngines(Repeated repeated);
+    bool readSelection(const std::string& path, Repeated repeated);
+    void selectFailed(Repeated repeated);
     void bulk(std::string_view words, const std::function<void()>& operation);
     void select(clsEngines& engine);
     void selectWhere(const std::function<bool(const clsEngines&)>& qualifies);

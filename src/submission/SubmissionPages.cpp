@@ -82,6 +82,7 @@ void SubmissionController::selectAllSites(bool on) {
 
 bool SubmissionController::cmdNext() {
     if (!getSubmitSummary()) return false;
+    if (m_keepLedger) m_catalogueDigests.begin(m_catalogue.lists.engines);
     m_state.lblStart = "Please confirm your setting above and click the 'Start' button:";
     m_state.progressValue = 0;
     m_state.page = 1;
