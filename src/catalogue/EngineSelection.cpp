@@ -285,14 +285,14 @@ void EngineSelection::selectCustomEngines() {
 }
 
 void EngineSelection::selectFailedEngines() {
-    addFailedEngines(Repeated::Ends);
+    selectFailed(Repeated::Ends);
 }
 
 void EngineSelection::selectFailedEnginesOnce() {
-    addFailedEngines(Repeated::Passes);
+    selectFailed(Repeated::Passes);
 }
 
-void EngineSelection::addFailedEngines(Repeated repeated) {
+void EngineSelection::selectFailed(Repeated repeated) {
     inEnginesFolder([&](const std::string&) {
         const std::string path = m_services.paths.inApp("fail.eng");
         if (fileExists(path) && !readFile(path).empty())

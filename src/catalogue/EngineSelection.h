@@ -74,7 +74,7 @@ class EngineSelection final {
     // What a name that has a row already does to the reading of a file of engines.
     enum class Repeated { Ends, Passes };
     bool readSelection(const std::string& path, Repeated repeated);
-    void addFailedEngines(Repeated repeated);
+    void selectFailed(Repeated repeated);
     void bulk(std::string_view words, const std::function<void()>& operation);
     void select(clsEngines& engine);
     void selectWhere(const std::function<bool(const clsEngines&)>& qualifies);

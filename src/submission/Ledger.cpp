@@ -157,6 +157,17 @@ bool hasName(int file) {
     return ::fstat(file, &status) == 0 && status.st_nlink > 0;
 }
 
+std::optional<CutOffRun> oldestCutOffRun(const std::string& home) {
+    std::optional<CutOffRun> oldest;
+    for (int number = 1; number <= kMostLedgers; ++number) {
+        failureOf([&] {
+            auto run = readLedger(ledgerPath(home, number));
+            if (run && (!oldest || run->head.time < oldest->head.time)) oldest = std::move(run);
+        });
+    }
+    return oldest;
+}
+
 }  // namespace
 
 std::string ledgerPath(const std::string& home, int number) {
@@ -214,7 +225,7 @@ bool Ledger::Data::tryTake(const std::string& name) {
             continue;
         }
         bool over = size == 0;
-        if (!over) failureOf([&] { over = !readLedger(name); });
+        if (!over) failureOf([&] { over = isLedgerOver(name); });
         if (over && ::fchmod(opened, 0600) == 0 && ::ftruncate(opened, 0) == 0) {
             take(opened, name);
             return true;
@@ -235,13 +246,7 @@ void Ledger::begin(const std::string& home, const LedgerHead& head, const RunPla
     int number = 1;
     while (number <= kMostLedgers && !m_data->tryTake(ledgerPath(home, number))) ++number;
     if (number > kMostLedgers) {
-        std::optional<CutOffRun> oldest;
-        for (number = 1; number <= kMostLedgers; ++number) {
-            failureOf([&] {
-                auto run = readLedger(ledgerPath(home, number));
-                if (run && (!oldest || run->head.time < oldest->head.time)) oldest = std::move(run);
-            });
-        }
+        const std::optional<CutOffRun> oldest = oldestCutOffRun(home);
         if (!oldest) throw fileFailure(ledgerPath(home, 1), "No file is free for the ledger", 75);
         Ledger old;
         old.goOn(oldest->path, oldest->size);

@@ -247,6 +247,12 @@ class ReadFile final {
         }
         if (!text.empty()) line(text, false);
     }
+    bool endsWith(std::string_view end) const {
+        std::string bytes(end.size(), '\0');
+        const auto size = static_cast<std::int64_t>(bytes.size());
+        return m_size >= size && ::pread(m_file, bytes.data(), bytes.size(), m_size - size) == size &&
+               bytes == end;
+    }
     bool isLocked() const { return ::flock(m_file, LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK; }
 
   private:
@@ -255,36 +261,54 @@ class ReadFile final {
     std::int64_t m_size = 0;
 };
 
+// False for one that is torn: nothing was sent yet.
+bool readFirstLine(std::string_view line, bool whole, CutOffRun& run) {
+    const json head = json::parse(line, nullptr, false);
+    if (head.is_discarded() && !whole && line.starts_with("{\"event\":\"ledger\"")) return false;
+    if (head.is_discarded()) throw NoLedger();
+    readHead(head, run);
+    return true;
+}
+
 std::optional<CutOffRun> readRun(const ReadFile& file, const std::string& path) {
     if (!file.isRegular()) throw NoLedger();
     CutOffRun run;
     run.path = path;
     run.size = file.size();
     std::optional<LineReader> lines;
-    bool begun = false;
     file.forEachLine([&](std::string_view line, bool whole) {
-        const json parsed = json::parse(line, nullptr, false);
-        if (lines) {
-            if (!parsed.is_discarded()) lines->read(parsed);
-            return !lines->isOver();
+        if (!lines) {
+            if (!readFirstLine(line, whole, run)) return false;
+            lines.emplace(run);
+            return true;
         }
-        if (!whole && (parsed.is_discarded() && line.starts_with("{\"event\":\"ledger\""))) return false;
-        if (parsed.is_discarded()) throw NoLedger();
-        readHead(parsed, run);
-        lines.emplace(run);
-        begun = true;
-        return true;
+        const json parsed = json::parse(line, nullptr, false);
+        if (!parsed.is_discarded()) lines->read(parsed);
+        return !lines->isOver();
     });
-    if (!begun || lines->isOver()) return std::nullopt;
+    if (!lines || lines->isOver()) return std::nullopt;
     lines->end();
     if (std::all_of(run.finished.begin(), run.finished.end(), [](bool done) { return done; }))
         return std::nullopt;
     return run;
 }
 
-std::optional<CutOffRun> readOrRefuse(const ReadFile& file, const std::string& path) {
+// When the run began; nothing for a torn head.
+std::optional<QDateTime> timeOf(const ReadFile& file) {
+    if (!file.isRegular()) throw NoLedger();
+    CutOffRun run;
+    bool begun = false;
+    file.forEachLine([&](std::string_view line, bool whole) {
+        begun = readFirstLine(line, whole, run);
+        return false;
+    });
+    return begun ? std::optional(run.head.time) : std::nullopt;
+}
+
+template <typename Read>
+auto refusing(const std::string& path, Read&& read) {
     try {
-        return readRun(file, path);
+        return read();
     } catch (const NoLedger&) {
         throw fileFailure(path, "This is no ledger of a run that this program can go on with", 75);
     }
@@ -302,22 +326,42 @@ std::int64_t CutOffRun::left() const {
 }
 
 std::optional<CutOffRun> readLedger(const std::string& path) {
-    return readOrRefuse(ReadFile(path), path);
+    return refusing(path, [&] { return readRun(ReadFile(path), path); });
+}
+
+bool isLedgerOver(const std::string& path) {
+    const ReadFile file(path);
+    bool begun = false;
+    file.forEachLine([&](std::string_view, bool whole) {
+        begun = whole;
+        return false;
+    });
+    return !begun || file.endsWith("\n{\"event\":\"done\"}\n");
 }
 
 std::optional<CutOffRun> findCutOffRun(const std::string& home) {
-    std::optional<CutOffRun> newest;
+    std::vector<std::pair<QDateTime, std::string>> runs;
     std::optional<Failure> stranger;
-    for (int number = 1; number <= kMostLedgers; ++number) {
-        const std::string path = ledgerPath(home, number);
+    const auto tryFile = [&](const std::string& path, const auto& work) {
         try {
-            const ReadFile file(path);
-            if (file.isLocked()) continue;
-            auto run = readOrRefuse(file, path);
-            if (run && (!newest || newest->head.time < run->head.time)) newest = std::move(run);
+            work(path);
         } catch (const Failure& failure) {
             if (failure.number() != 53 && !stranger) stranger = failure;
         }
+    };
+    for (int number = 1; number <= kMostLedgers; ++number) {
+        tryFile(ledgerPath(home, number), [&](const std::string& path) {
+            const ReadFile file(path);
+            if (file.isLocked()) return;
+            if (const auto begun = refusing(path, [&] { return timeOf(file); }))
+                runs.emplace_back(*begun, path);
+        });
+    }
+    // All of a file is read only where the run is to be gone on with.
+    std::sort(runs.begin(), runs.end(), std::greater<>());
+    std::optional<CutOffRun> newest;
+    for (const auto& [begun, name] : runs) {
+        if (!newest) tryFile(name, [&](const std::string& path) { newest = readLedger(path); });
     }
     if (!newest && stranger) throw Failure(*stranger);
     return newest;

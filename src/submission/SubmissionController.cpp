@@ -316,7 +316,7 @@ void SubmissionController::countEnded(const EngineEnded& ended) {
              static_cast<std::uint32_t>(std::clamp<std::int64_t>(ended.milliseconds, 0, 0xFFFFFFFF))});
         EngineEnded named = ended;
         named.engine = m_clsSubmit.EngineTable()[engine].Name;
-        writeLedger([&] { m_ledger.ended(m_services.clock.now(), m_state.WebsiteFile, named); });
+        writeLedger([&] { m_ledger.ended(ledgerTime(), m_state.WebsiteFile, named); });
     }
     Q_EMIT engineEnded(ended);
 }

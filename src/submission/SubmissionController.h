@@ -12,6 +12,7 @@
 #include <QObject>
 #include <QTimer>
 
+#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -124,8 +125,9 @@ class SubmissionController final : public QObject {
     RunPlan planOfLists() const;
     void beginLedger();
     void recallCutOff();
-    void recallReport(const PlannedURL& url);
-    bool maySendTheSame(const CutOffRun& run) const;
+    void recallReport(const PlannedURL& url, const UrlReport& report);
+    bool maySendTheSame(const CutOffRun& run);
+    RunDigests digests(const RunPlan& plan);
     void preparePlan(const RunPlan& plan, const std::vector<bool>& finished);
     void forgetPrepared();
     std::int16_t dueEngines(std::string_view key) const;
@@ -139,6 +141,7 @@ class SubmissionController final : public QObject {
         if (!m_ledger.isOpen()) tellLedgerFailed(m_ledger.problem());
     }
     void tellLedgerFailed(const std::string& problem);
+    const QDateTime& ledgerTime();
     std::int16_t connectionsToOpen();
     void beginURL();
     void SubmitIt(std::int16_t Index);
@@ -177,7 +180,10 @@ class SubmissionController final : public QObject {
     const PartOfEngines* m_part = nullptr;                      // of the URL under way
     std::unordered_map<std::string, std::size_t> m_placeOfURL;  // in the plan, by key
     std::uint16_t m_place = 0;                                  // of the URL under way
+    CatalogueDigests m_catalogueDigests;
     Ledger m_ledger;
+    QDateTime m_ledgerTime;  // of the clock, and when it was read
+    std::chrono::steady_clock::time_point m_ledgerTimeRead{};
     std::unordered_map<std::string, int> m_reportsOfFile;  // of this run, by path
 };
 

@@ -85,6 +85,7 @@ void SubmissionController::selectAllSites(bool on) {
 
 bool SubmissionController::cmdNext() {
     if (!getSubmitSummary()) return false;
+    if (m_keepLedger) m_catalogueDigests.begin(m_catalogue.lists.engines);
     m_state.lblStart = kConfirm;
     m_state.progressValue = 0;
     m_state.page = 1;

@@ -38,10 +38,20 @@ void SubmissionController::tellLedgerFailed(const std::string& problem) {
     Q_EMIT ledgerFailed(problem);
 }
 
+// In UTC and to a tenth of a second: local time asks the system for the time zone's file again and again.
+const QDateTime& SubmissionController::ledgerTime() {
+    const auto now = std::chrono::steady_clock::now();
+    if (!m_ledgerTime.isValid() || now - m_ledgerTimeRead > std::chrono::milliseconds(100)) {
+        m_ledgerTime = m_services.clock.now().toUTC();
+        m_ledgerTimeRead = now;
+    }
+    return m_ledgerTime;
+}
+
 void SubmissionController::noteSending(std::int16_t EngineIndex) {
     writeLedger([&] {
         const EngineResult& engine = m_clsSubmit.EngineTable().at(static_cast<std::size_t>(EngineIndex - 1));
-        m_ledger.start(m_services.clock.now(), m_state.WebsiteFile, m_state.URL, engine.Name);
+        m_ledger.start(ledgerTime(), m_state.WebsiteFile, m_state.URL, engine.Name);
     });
 }
 
@@ -81,8 +91,7 @@ void SubmissionController::beginRecord() {
 void SubmissionController::beginLedger() {
     const RunPlan& plan = m_state.results.plan();
     const auto failure = failureOf([&] {
-        const LedgerHead head{m_services.clock.now(), RunDigests::of(m_services, m_catalogue, plan),
-                              m_services.preference.BlockSpam != 0};
+        const LedgerHead head{m_services.clock.now(), digests(plan), m_services.preference.BlockSpam != 0};
         m_ledger.begin(m_services.paths.AppPath, head, plan);
     });
     if (failure) tellLedgerFailed(*failure);
@@ -93,6 +102,8 @@ void SubmissionController::recallCutOff() {
     std::vector<PairEnd> ended = m_cutOff->ended;
     std::stable_sort(ended.begin(), ended.end(),
                      [](const PairEnd& a, const PairEnd& b) { return a.url < b.url; });
+    std::unordered_map<std::string, const UrlReport*> reports;
+    for (const UrlReport& report : m_cutOff->reports) reports[urlKey(report.website, report.URL)] = &report;
     auto next = ended.begin();
     for (std::size_t url = 0; url < m_cutOff->plan.urls.size(); ++url) {
         for (; next != ended.end() && next->url == url; ++next) {
@@ -100,20 +111,18 @@ void SubmissionController::recallCutOff() {
             m_clsSubmit.recallResult(static_cast<std::int16_t>(next->engine + 1), next->result);
             countResult(next->result);
         }
-        recallReport(m_cutOff->plan.urls[url]);
+        const PlannedURL& planned = m_cutOff->plan.urls[url];
+        const auto report = reports.find(urlKey(planned.website, planned.URL));
+        if (report != reports.end()) recallReport(planned, *report->second);
     }
 }
 
-void SubmissionController::recallReport(const PlannedURL& url) {
-    const auto report =
-        std::find_if(m_cutOff->reports.begin(), m_cutOff->reports.end(),
-                     [&](const UrlReport& r) { return r.URL == url.URL && r.website == url.website; });
-    if (report == m_cutOff->reports.end()) return;
+void SubmissionController::recallReport(const PlannedURL& url, const UrlReport& report) {
     const auto failure = failureOf([&] { m_reports.recallFailed(enginesOf(url.engines)); });
     if (failure) m_services.log.WriteErrorLog("CreateReport_Error: " + *failure);
     m_state.lsvReport.tryAdd(
-        {urlKey(url.website, url.URL), url.URL, {url.site, "Finish"}, "HTMLFile", report->path});
-    countReport(*report);
+        {urlKey(url.website, url.URL), url.URL, {url.site, "Finish"}, "HTMLFile", report.path});
+    countReport(report);
 }
 
 std::vector<EngineResult> SubmissionController::enginesOf(const std::vector<std::int16_t>& places) const {
@@ -175,9 +184,13 @@ std::optional<CutOffRun> SubmissionController::cutOffRun() const {
     return run;
 }
 
-bool SubmissionController::maySendTheSame(const CutOffRun& run) const {
+RunDigests SubmissionController::digests(const RunPlan& plan) {
+    return RunDigests::of(m_services, m_catalogueDigests.of(m_catalogue.lists.engines), plan);
+}
+
+bool SubmissionController::maySendTheSame(const CutOffRun& run) {
     const std::vector<std::string> changed =
-        changedSince(run.head.digests, run.head.blockSpam, RunDigests::of(m_services, m_catalogue, run.plan));
+        changedSince(run.head.digests, run.head.blockSpam, digests(run.plan));
     if (changed.empty()) return true;
     std::string words = "The run of " + reportDate(run.head.time) +
                         " cannot go on: it would send something else. Changed since it began:";

@@ -111,7 +111,7 @@ void frmSubmit::connectResults() {
             [this] { m_results.show(fromScreen(m_ui->cboResult->currentData().toString())); });
     connect(m_ui->lsvResults, &ListView::rowActivated, this, &frmSubmit::openAddURL);
     connect(m_ui->cmdCopyResults, &QPushButton::clicked, this,
-            [this] { QGuiApplication::clipboard()->setText(toScreen(m_results.text())); });
+            [this] { QGuiApplication::clipboard()->setText(toScreen(toPrintableUtf8(m_results.text()))); });
     connect(m_ui->cmdSaveResults, &QPushButton::clicked, &m_controller, &SubmissionController::saveResultsAs);
     connect(m_ui->cmdRunFailed, &QPushButton::clicked, &m_controller, &SubmissionController::runFailedAgain);
     connect(new QShortcut(QKeySequence::Copy, m_ui->lsvResults, nullptr, nullptr, Qt::WidgetShortcut),
