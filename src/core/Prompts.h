@@ -31,6 +31,8 @@ class Prompts {
     virtual FileChoice saveFile(std::string_view filter, std::string_view folder, std::string_view name) = 0;
     // Hands a file or a web address to the system's handler; false when there is none.
     virtual bool openWithSystem(std::string_view target) = 0;
+    // Opens a local file in the system's program for text, whatever its type; false when there is none.
+    virtual bool viewText(std::string_view file) = 0;
     virtual void beep() = 0;
     virtual void busy(bool on) = 0;
     virtual void status(std::string_view text) = 0;

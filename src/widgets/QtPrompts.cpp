@@ -4,6 +4,7 @@
 #include "core/FileSystem.h"
 #include "core/ScreenText.h"
 #include "core/Text.h"
+#include "widgets/TextViewer.h"
 
 #include <QApplication>
 #include <QDesktopServices>
@@ -103,7 +104,7 @@ class QtPrompts::PlainPointer final {
 
 QWidget* QtPrompts::parent() const {
     if (QApplication::activeModalWidget() != nullptr) return QApplication::activeModalWidget();
-    return m_window.data();
+    return QApplication::activeWindow() != nullptr ? QApplication::activeWindow() : m_window.data();
 }
 
 void QtPrompts::message(std::string_view text, std::string_view title, Icon icon) {
@@ -173,6 +174,10 @@ bool QtPrompts::openWithSystem(std::string_view target) {
     const QString text = toScreen(target);
     const bool isWeb = startsWithNoCase(target, "http://") || startsWithNoCase(target, "https://");
     return QDesktopServices::openUrl(isWeb ? QUrl(text) : QUrl::fromLocalFile(text));
+}
+
+bool QtPrompts::viewText(std::string_view file) {
+    return openAsText(toScreen(file));
 }
 
 void QtPrompts::beep() {
