@@ -8,6 +8,7 @@
 #include "core/Text.h"
 #include "core/Trap.h"
 #include "session/InstalledData.h"
+#include "widgets/Appearance.h"
 #include "widgets/Forms.h"
 
 #include <QApplication>
@@ -77,6 +78,8 @@ void Program::prepare() {
 }
 
 void Program::start() {
+    // Needed by the splash; the other settings are read while it is shown.
+    chooseColours(toScreen(m_session.settings.value(kApplication, kWindowSection, "Colours")));
     m_splash = std::make_unique<frmSplash>();
     QObject::connect(m_splash.get(), &frmSplash::timeIsUp, m_splash.get(), [this] { closeSplash(); });
     m_splash->show();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "projects/OpenWebsite.h"
+#include "projects/SiteDetails.h"
 #include "projects/Workspace.h"
 #include "transport/frmHTTP.h"
 
@@ -22,6 +23,7 @@ class clsMain final {
     Catalogue& catalogue;
     frmHTTP fetcher;
     OpenWebsite website;
+    SiteDetails siteDetails;
     Workspace workspace;
 
     // Items of cboWebType; includes adult sites unless they are refused.

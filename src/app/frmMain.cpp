@@ -21,6 +21,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QMenu>
+#include <QScreen>
 #include <QShortcut>
 #include <QSignalBlocker>
 
@@ -29,6 +30,7 @@ namespace relay {
 namespace {
 constexpr int kUsualTreeWidth = 225;
 constexpr int kSplitterStep = 24;
+constexpr QSize kFrame(8, 40);  // around a window, at most
 
 // The screens that commands open.
 struct Screen final {
@@ -72,6 +74,7 @@ frmMain::frmMain(const Services& services, clsMain& main, QWidget* parent)
       m_target{services, main, [this](std::string_view screen) { showScreen(screen); }, [this] { close(); }} {
     m_ui->setupUi(this);
     enlargeTitle();
+    describePlaceholders(*m_ui->SSTab2);
     makeToolbarReachable();
     makeSplitterReachable();
     m_ui->SSTab1->connectTo(main.website.fields, main.catalogue.categories);
@@ -93,6 +96,7 @@ frmMain::frmMain(const Services& services, clsMain& main, QWidget* parent)
         focusPanel();
     });
     showPanels();
+    resize(size().boundedTo(screen()->availableSize() - kFrame));
     CenterForm(*this);
 }
 
@@ -120,8 +124,10 @@ void frmMain::wireCommands(std::span<const Command> commands, const QWidget& own
         QAction* const action = actionOf(command.name, owner);
         if (action == nullptr) continue;
         action->setIcon(themedIcon(command.icon));
-        if (!command.shownKey.empty())
+        if (!command.shownKey.empty()) {
+            action->setIconText(action->iconText());  // buttons show the text without the key
             action->setText(action->text() + QLatin1Char('\t') + toScreen(command.shownKey));
+        }
         if (!command.shortcut.empty()) action->setShortcut(QKeySequence(toScreen(command.shortcut)));
         connect(action, &QAction::triggered, this, [this, &command] { command.run(m_target); });
         m_commands.emplace_back(action, &command);
@@ -148,6 +154,7 @@ void frmMain::connectWebsitePanel() {
     OpenWebsite& website = m_main.website;
     connect(&website, &OpenWebsite::fieldsChanged, panel, &frmWebsitePanel::showFields);
     connect(panel, &frmWebsitePanel::urlChosen, &website, &OpenWebsite::chooseURL);
+    connect(panel, &frmWebsitePanel::getSiteInfo, &m_main.siteDetails, &SiteDetails::askAndFetch);
     connect(panel, &frmWebsitePanel::browseForLocalFile, &website, &OpenWebsite::openFileLocation);
     connect(panel, &frmWebsitePanel::viewReport, &website, &OpenWebsite::viewReport);
     connect(panel, &frmWebsitePanel::deleteReport, &m_main.workspace, &Workspace::deleteReports);
@@ -276,6 +283,7 @@ void frmMain::makeToolbarReachable() {
 void frmMain::makeSplitterReachable() {
     const QString keys = tr("Drag to make the tree wider or narrower, or press Alt+Right and Alt+Left");
     m_ui->imgSpliter->handle(1)->setToolTip(keys);
+    m_ui->imgSpliter->handle(1)->setAccessibleName(m_ui->imgSpliter->accessibleName());
     m_ui->imgSpliter->setAccessibleDescription(keys);
     for (const auto& [key, step] : {std::pair(Qt::Key_Left, -kSplitterStep), {Qt::Key_Right, kSplitterStep}})
         connect(new QShortcut(QKeySequence(Qt::ALT | key), this), &QShortcut::activated, this,

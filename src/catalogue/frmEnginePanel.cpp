@@ -9,12 +9,16 @@
 #include "widgets/IconTheme.h"
 
 #include <QAction>
+#include <QScrollBar>
 
 namespace relay {
 
 namespace {
 // Width of the column with types, adult sites and countries.
 constexpr int kWaysCharacters = 38;
+constexpr int kFindCharacters = 100;
+constexpr int kCountriesInSight = 3;  // in the smallest window
+constexpr int kRowPadding = 7;
 
 // Alt with one of these letters opens a menu of the window. A shared key would work for neither.
 QString withoutMenuKey(QString caption) {
@@ -28,12 +32,17 @@ frmEnginePanel::frmEnginePanel(QWidget* parent)
     : QWidget(parent), m_ui(std::make_unique<Ui::frmEnginePanel>()) {
     m_ui->setupUi(this);
     const int waysWidth = fontMetrics().averageCharWidth() * kWaysCharacters;
-    for (QWidget* way : {static_cast<QWidget*>(m_ui->fraTypes), static_cast<QWidget*>(m_ui->fraAdult),
-                         static_cast<QWidget*>(m_ui->lstCountry)})
-        way->setFixedWidth(waysWidth);
+    for (QWidget* way : {static_cast<QWidget*>(m_ui->scrWays), static_cast<QWidget*>(m_ui->lstCountry)})
+        way->setMaximumWidth(waysWidth);
+    m_ui->lstCountry->setMinimumHeight((fontMetrics().height() + kRowPadding) * kCountriesInSight);
+    // The buttons do not limit the lists: they stack when the lists get narrow.
+    for (QPushButton* push :
+         {m_ui->cmdSelectEngine_0, m_ui->cmdSelectEngine_1, m_ui->cmdRemoveEngine_0, m_ui->cmdRemoveEngine_1})
+        push->setMinimumWidth(1);
     for (std::size_t index = 0; index < EngineTypes.size(); ++index)
         typeBox(index)->setIcon(themedIcon(EngineTypes[index].icon));
-    m_ui->txtFindEngines->addAction(themedIcon("Search"), QLineEdit::LeadingPosition);
+    m_ui->txtFindEngines->addAction(themedIcon("Search"), QLineEdit::LeadingPosition)->setText(tr("Find"));
+    m_ui->txtFindEngines->setMaximumWidth(fontMetrics().averageCharWidth() * kFindCharacters);
 }
 
 frmEnginePanel::~frmEnginePanel() {
@@ -142,6 +151,25 @@ void frmEnginePanel::focusEngines() {
         focusFirst(*m_ui->lsvEngines);
     else
         m_ui->lsvEngines->setFocus(Qt::ShortcutFocusReason);
+}
+
+void frmEnginePanel::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    m_ui->scrWays->setMinimumWidth(m_ui->scrWaysContents->minimumSizeHint().width() +
+                                   m_ui->scrWays->verticalScrollBar()->sizeHint().width());
+    stackButtons();
+}
+
+// Both rows of buttons stack together.
+void frmEnginePanel::stackButtons() {
+    const int room = std::min(m_ui->lsvEngines->width(), m_ui->lsvSelectedEngines->width());
+    const auto needed = [](const QBoxLayout* row, const QPushButton* one, const QPushButton* other) {
+        return one->sizeHint().width() + row->spacing() + other->sizeHint().width();
+    };
+    const bool fits = room >= needed(m_ui->layoutSelect, m_ui->cmdSelectEngine_0, m_ui->cmdSelectEngine_1) &&
+                      room >= needed(m_ui->layoutRemove, m_ui->cmdRemoveEngine_0, m_ui->cmdRemoveEngine_1);
+    for (QBoxLayout* row : {m_ui->layoutSelect, m_ui->layoutRemove})
+        row->setDirection(fits ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
 }
 
 void frmEnginePanel::focusFindBox() {

@@ -39,12 +39,16 @@ class frmEnginePanel final : public QWidget {
     // Puts the cursor into the find box.
     void focusFindBox();
 
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+
   private:
     QCheckBox* typeBox(std::size_t index) const;
     void connectTypeBoxes();
     void connectLists();
     void connectButtons();
     void followSelections();
+    void stackButtons();
 
     std::unique_ptr<Ui::frmEnginePanel> m_ui;
     EngineLists* m_lists = nullptr;

@@ -127,6 +127,7 @@ class Parser final {
         add<WebsiteImportUrlsCommand>(website);
         add<WebsiteExportUrlsCommand>(website);
         add<WebsiteUrlsFromWebCommand>(website);
+        add<WebsiteDetailsCommand>(website);
         CLI::App& engines = addGroup("engines", "List, check and install the engine catalogue",
                                      "--home try engines install --practice\n"
                                      "--home try engines list --country DE\n"

@@ -80,6 +80,7 @@ void takeOver(clsPreference& preference, SettingsStore& store, const PreferenceE
     preference.BlockSpam = entry.chkBlockConfirmEmail ? 1 : 0;
     preference.DontClearFields = entry.chkDontClearFields ? 1 : 0;
     preference.PromptConnection = entry.chkPromptConnection ? 1 : 0;
+    preference.Colours = entry.cboColours;
 }
 }  // namespace
 
@@ -104,6 +105,7 @@ PreferenceEntry openPreference(clsPreference& preference) {
     entry.chkBlockConfirmEmail = preference.BlockSpam != 0;
     entry.chkDontClearFields = preference.DontClearFields != 0;
     entry.chkPromptConnection = preference.PromptConnection != 0;
+    entry.cboColours = preference.Colours;
     return entry;
 }
 

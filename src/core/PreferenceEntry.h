@@ -31,6 +31,7 @@ struct PreferenceEntry final {
     bool chkBlockConfirmEmail = false;
     bool chkDontClearFields = false;
     bool chkPromptConnection = false;
+    std::string cboColours;  // "system", "light" or "dark"
 };
 
 // The settings that the dialog opens with. Marks the dialog as shown, and chooses how the internet is reached

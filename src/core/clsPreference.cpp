@@ -20,6 +20,7 @@ namespace {
 
 constexpr const char* kPreference = "Preference";
 constexpr const char* kSetting = "Setting";
+constexpr const char* kWindow = "Window";
 constexpr const char* kPresentVersion = "6.0";
 
 // The whole text, apart from blanks around it, must be a number.
@@ -121,6 +122,7 @@ void clsPreference::readPreference() {
     BlockSpam = from.number("BlockSpam");
     DontClearFields = from.number("DontClearFields");
     PromptConnection = from.number("PromptConnection", "1");
+    Colours = Section(m_store, kWindow).text("Colours", "system");
 }
 
 void clsPreference::readSetting(SettingsReader reader) {
@@ -178,6 +180,7 @@ void clsPreference::SaveSettings() {
         writeNumber("BlockSpam", BlockSpam);
         writeNumber("DontClearFields", DontClearFields);
         writeNumber("PromptConnection", PromptConnection);
+        m_store.setValue(kApplication, kWindow, "Colours", Colours);
         m_store.save();
     });
 }

@@ -51,7 +51,8 @@ class clsPreference final {
     std::int16_t BlockSpam = 0;
     std::int16_t DontClearFields = 0;
     std::int16_t PromptConnection = 1;
-    std::string Version;  // of the last run; the store already holds the current one
+    std::string Colours = "system";  // of the window: "system", "light" or "dark"
+    std::string Version;             // of the last run; the store already holds the current one
     std::string DownEngineData = "1";
 
     std::string KRWLocation;

@@ -48,9 +48,8 @@ constexpr std::string_view kLinks = R"html(<html>
 
 constexpr std::string_view kHome = R"html(<html>
 <head>
-<title>
-Paper Shop
-</title>
+<title>Paper Shop:
+all you write with</title>
 <meta name="keywords" content="paper, pens, ink">
 <meta name="description" content="Paper, pens and ink for everyone who writes.">
 </head>

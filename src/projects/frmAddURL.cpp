@@ -31,6 +31,7 @@ frmAddURL::frmAddURL(Rows& urls, Prompts& prompts, const std::string& folder, QW
       m_prompts(prompts) {
     m_ui->setupUi(this);
     m_ui->txtDomain->setText(toScreen(FolderChoice().txtDomain));
+    continueAddress(*m_ui->txtDomain, m_ui->txtDomain->text());
     m_folders->setFilter(QDir::Dirs | QDir::NoDotAndDotDot);
     static FolderIcons icons;
     m_folders->setIconProvider(&icons);

@@ -15,6 +15,23 @@
 namespace relay {
 
 namespace {
+constexpr int kLineCharacters = 150;  // width of a page of one-line fields
+constexpr int kKeywordsLimit = 200;
+constexpr int kDescriptionLimit = 250;
+
+// Shows the number of characters in a box beside it. `limit` is a recommendation; a longer text is allowed.
+void showCount(const QPlainTextEdit& edit, QLabel& label, int limit) {
+    const auto show = [&edit, &label, limit] {
+        const auto count = edit.toPlainText().toUcs4().size();
+        QFont font = edit.font();
+        font.setBold(count > limit);
+        label.setFont(font);
+        label.setText(QStringLiteral("%1 of %2").arg(count).arg(limit));
+    };
+    QObject::connect(edit.document(), &QTextDocument::contentsChanged, &label, show);
+    show();
+}
+
 // The text with the first occurrence of the letter underlined.
 QString withMnemonic(const QString& text, QChar letter) {
     QString marked = text;
@@ -30,6 +47,13 @@ frmWebsitePanel::frmWebsitePanel(QWidget* parent)
         setTabToolTip(tab, pageKeys(tab).toString(QKeySequence::NativeText));
     makeToolbarReachable();
     drawIcons();
+    for (QWidget* page : {m_ui->tabSiteInfo, m_ui->tabContact, static_cast<QWidget*>(m_ui->fraSiteURls)})
+        limitWidth(*page, kLineCharacters);
+    describePlaceholders(*this);
+    for (QComboBox* box : {m_ui->cboWebType, m_ui->cboLanguage, m_ui->cboCountry})
+        box->lineEdit()->setAccessibleName(box->accessibleName());
+    showCount(*m_ui->txtSiteKeywords, *m_ui->lblSiteKeywordsCount, kKeywordsLimit);
+    showCount(*m_ui->txtSiteDescription, *m_ui->lblSiteDescriptionCount, kDescriptionLimit);
 }
 
 frmWebsitePanel::~frmWebsitePanel() = default;
@@ -174,6 +198,7 @@ void frmWebsitePanel::connectLists(Categories& categories) {
     connect(m_ui->lsvSiteURLs, &ListView::rowClicked, this, &frmWebsitePanel::urlChosen);
     connect(m_ui->lsvSiteURLs, &ListView::rowEntered, this, &frmWebsitePanel::urlChosen);
     connect(m_ui->lsvSiteURLs, &ListView::deletePressed, this, [this] { m_ui->DeleteURL->trigger(); });
+    connect(m_ui->cmdGetSiteInfo, &QPushButton::clicked, this, &frmWebsitePanel::getSiteInfo);
     connect(m_ui->cmdFileLocation, &QPushButton::clicked, this, &frmWebsitePanel::browseForLocalFile);
     connect(m_ui->lsvReports, &ListView::rowActivated, this, &frmWebsitePanel::viewReport);
     connect(m_ui->cmdViewReport, &QPushButton::clicked, this, &frmWebsitePanel::viewReport);

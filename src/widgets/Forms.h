@@ -3,6 +3,7 @@
 
 #include <QString>
 
+class QLineEdit;
 class QPlainTextEdit;
 class QWidget;
 
@@ -12,6 +13,14 @@ namespace relay {
 void CenterForm(QWidget& form);
 // Switches every tab control around a field to its page and focuses the field.
 void showInTabs(QWidget& field);
+// Limits the width of the content of a page or group box to so many characters. The rest of a wide window
+// stays free on its right.
+void limitWidth(QWidget& page, int characters);
+// Describes the form's text boxes to screen readers by their placeholders, as Qt does for one-line fields.
+void describePlaceholders(const QWidget& form);
+// For a field that contains the start of an address: typing continues it, and a complete address that is
+// typed or pasted replaces it.
+void continueAddress(QLineEdit& edit, const QString& beginning);
 // Focuses the first control of a page that can have the focus.
 void focusFirst(QWidget& page);
 // "Version 6.0": the program's major and minor number.

@@ -12,15 +12,22 @@
 #include <QMenu>
 #include <QPainter>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QScopedValueRollback>
+#include <QScrollBar>
 #include <QSignalBlocker>
 #include <QStyledItemDelegate>
+#include <QtMath>
 
 namespace relay {
 
 namespace {
 constexpr int kIconSize = 16;
-constexpr int kButtonGap = 12;  // between the hint of an empty list and its button
+constexpr int kNameCharacters = 18;    // of a name that can be read in the narrowest list
+constexpr int kColumnPadding = 3;      // in characters
+constexpr int kNarrowPadding = 2;      // in characters
+constexpr double kNarrowColumn = 0.6;  // of a column's usual width
+constexpr int kButtonGap = 12;         // between the hint of an empty list and its button
 
 class RowDelegate final : public QStyledItemDelegate {
   public:
@@ -60,6 +67,7 @@ ListView::ListView(QWidget* parent) : QTreeView(parent) {
     header()->setSortIndicatorShown(false);
     header()->setStretchLastSection(false);
     header()->setSectionsMovable(false);
+    header()->setTextElideMode(Qt::ElideRight);
     connect(header(), &QHeaderView::sectionClicked, this, &ListView::sortBy);
 }
 
@@ -79,18 +87,50 @@ void ListView::layOutColumns() {
     if (m_rows == nullptr || m_rows->columnCount() == 0) return;
     header()->setSectionResizeMode(QHeaderView::Interactive);
     header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    int usual = nameWidth();
+    int narrow = nameWidth();
+    for (std::size_t column = 0; column < m_columnCharacters.size(); ++column) {
+        usual += columnWidth(column);
+        narrow += narrowWidth(column);
+    }
+    if (!m_columnCharacters.empty())
+        setMinimumWidth(narrow + 2 * frameWidth() + verticalScrollBar()->sizeHint().width());
+    const bool fits = viewport()->width() >= usual;
     for (std::size_t column = 0; column < m_columnCharacters.size(); ++column) {
         const int section = static_cast<int>(column) + 1;
         if (section < m_rows->columnCount())
-            header()->resizeSection(section,
-                                    fontMetrics().averageCharWidth() * (m_columnCharacters[column] + 3));
+            header()->resizeSection(section, fits ? columnWidth(column) : narrowWidth(column));
     }
+}
+
+int ListView::nameWidth() const {
+    return fontMetrics().averageCharWidth() * (kNameCharacters + kNarrowPadding) + kIconSize;
+}
+
+int ListView::columnWidth(std::size_t column) const {
+    return fontMetrics().averageCharWidth() * (m_columnCharacters[column] + kColumnPadding);
+}
+
+int ListView::narrowWidth(std::size_t column) const {
+    return fontMetrics().averageCharWidth() *
+           (qCeil(m_columnCharacters[column] * kNarrowColumn) + kNarrowPadding);
 }
 
 void ListView::setEmptyHint(const QString& hint) {
     m_emptyHint = hint;
-    setAccessibleDescription(hint);
+    describe();
     viewport()->update();
+}
+
+void ListView::describe() {
+    const bool hinting = !m_emptyHint.isEmpty() && accessibleDescription() == m_emptyHint;
+    const bool empty = m_rows == nullptr || m_rows->empty();
+    if (empty && !hinting) {
+        m_description = accessibleDescription();
+        setAccessibleDescription(m_emptyHint);
+    } else if (!empty && hinting) {
+        setAccessibleDescription(m_description);
+    }
 }
 
 void ListView::sortBy(int column) {
@@ -108,6 +148,7 @@ void ListView::showOrder() {
 }
 
 void ListView::followReset() {
+    layOutColumns();
     selectHighlighted();
     showOrder();
     followRows();
@@ -119,6 +160,7 @@ void ListView::rowsInserted(const QModelIndex& parent, int start, int end) {
 }
 
 void ListView::followRows() {
+    describe();
     placeEmptyButton();
     tellSelection();
 }
@@ -162,6 +204,7 @@ void ListView::placeEmptyButton() {
 }
 
 void ListView::resizeEvent(QResizeEvent* event) {
+    layOutColumns();
     QTreeView::resizeEvent(event);
     placeEmptyButton();
 }
@@ -251,7 +294,8 @@ void ListView::contextMenuEvent(QContextMenuEvent* event) {
     if (!actions().isEmpty()) menu.addSeparator();
     if (m_rows != nullptr && m_rows->columnCount() > 0) {
         for (int column = 0; column < m_rows->columnCount(); ++column) {
-            const QString title = toScreen(m_rows->columnTitle(column));
+            static const QRegularExpression count(QStringLiteral("\\s*\\(\\d+\\)$"));
+            const QString title = toScreen(m_rows->columnTitle(column)).remove(count);
             menu.addAction(
                 tr("Sort by %1").arg(QString(title).replace(QLatin1Char('&'), QStringLiteral("&&"))), this,
                 [this, column] { sortBy(column); });

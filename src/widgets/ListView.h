@@ -30,7 +30,7 @@ class ListView final : public QTreeView {
     explicit ListView(QWidget* parent = nullptr);
 
     // Shows the rows, which must outlive the view. Widths are in characters for columns 1 and up; column 0
-    // takes the rest.
+    // takes the rest. If that leaves less than 18 characters of a name, the other columns get narrower.
     void setRows(Rows* rows, const std::vector<int>& columnCharacters = {});
     Rows* rows() const noexcept { return m_rows; }
 
@@ -63,6 +63,10 @@ class ListView final : public QTreeView {
     void rowsInserted(const QModelIndex& parent, int start, int end) override;
 
   private:
+    // Of column 0, with its picture.
+    int nameWidth() const;
+    int columnWidth(std::size_t column) const;
+    int narrowWidth(std::size_t column) const;
     void sortBy(int column);
     void showOrder();
     void selectHighlighted();
@@ -72,11 +76,14 @@ class ListView final : public QTreeView {
     void tellSelection();
     QRect hintPlace() const;
     void placeEmptyButton();
+    // Describes an empty list to screen readers by its hint, a filled one by its own description.
+    void describe();
 
     Rows* m_rows = nullptr;
     std::vector<int> m_columnCharacters;
     QString m_emptyHint;
     QPushButton* m_emptyButton = nullptr;
+    QString m_description;        // of the filled list
     bool m_following = false;     // flags or selection are being changed to follow the other
     bool m_flagsChanged = false;  // the selection will follow the flags in the next turn of the event loop
     bool m_mousePress = false;

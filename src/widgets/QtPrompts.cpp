@@ -4,6 +4,7 @@
 #include "core/FileSystem.h"
 #include "core/ScreenText.h"
 #include "core/Text.h"
+#include "widgets/Forms.h"
 #include "widgets/TextViewer.h"
 
 #include <QApplication>
@@ -104,7 +105,7 @@ class QtPrompts::PlainPointer final {
 
 QWidget* QtPrompts::parent() const {
     if (QApplication::activeModalWidget() != nullptr) return QApplication::activeModalWidget();
-    return QApplication::activeWindow() != nullptr ? QApplication::activeWindow() : m_window.data();
+    return m_window.data();
 }
 
 void QtPrompts::message(std::string_view text, std::string_view title, Icon icon) {
@@ -146,6 +147,7 @@ std::optional<std::string> QtPrompts::input(std::string_view text, std::string_v
     if (auto* edit = dialog.findChild<QLineEdit*>(); edit != nullptr) {
         edit->setAccessibleName(toBoxText(text));
         edit->setMaxLength(1 << 24);
+        if (startsWithNoCase(preset, "http://")) continueAddress(*edit, toScreen(preset));
     }
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
     return fromScreen(dialog.textValue());

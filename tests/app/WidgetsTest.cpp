@@ -6,6 +6,8 @@
 #include "core/ScreenText.h"
 #include "support/SessionFixture.h"
 #include "widgets/Appearance.h"
+#include "widgets/Contrast.h"
+#include "widgets/Forms.h"
 #include "widgets/IconTheme.h"
 #include "widgets/ListView.h"
 #include "widgets/QtPrompts.h"
@@ -15,7 +17,9 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPainter>
 #include <QSignalSpy>
+#include <QStyleOption>
 #include <QTabWidget>
 
 #include <gmock/gmock.h>
@@ -28,7 +32,7 @@ using ::testing::ElementsAre;
 class ListViewTest : public ::testing::Test {
   protected:
     ListViewTest() {
-        rows.setColumns({"Name", "Type"});
+        rows.setColumns({"Name (3)", "Type"});
         for (const char* name : {"b", "c", "a"})
             rows.add({.key = name, .text = name, .subItems = {"ENG"}, .icon = "ENG"});
         view.setRows(&rows, {6});
@@ -72,6 +76,7 @@ TEST_F(ListViewTest, TitlesSortAndReverseByMouseAndByMenu) {
     QTimer::singleShot(0, [] {
         auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
         ASSERT_NE(menu, nullptr);
+        EXPECT_EQ(menu->actions().constFirst()->text(), QStringLiteral("Sort by Name"));
         QTest::keyClick(menu, Qt::Key_Down);
         QTest::keyClick(menu, Qt::Key_Return);
     });
@@ -102,6 +107,16 @@ TEST_F(ListViewTest, SelectionAndHighlightsAreTheSame) {
         rows.setSubItem(0, 1, "cc");
     }
     EXPECT_EQ(selected(), "d") << "a view follows the flags after a reset";
+}
+
+TEST_F(ListViewTest, TheHintIsForAnEmptyListOnly) {
+    view.setAccessibleDescription(QStringLiteral("Return opens"));
+    view.setEmptyHint(QStringLiteral("Nothing here"));
+    EXPECT_EQ(view.accessibleDescription(), QStringLiteral("Return opens"));
+    rows.clear();
+    EXPECT_EQ(view.accessibleDescription(), QStringLiteral("Nothing here"));
+    rows.add({.key = "d", .text = "d"});
+    EXPECT_EQ(view.accessibleDescription(), QStringLiteral("Return opens"));
 }
 
 TEST_F(ListViewTest, KeysDoWhatTheMouseDoes) {
@@ -150,6 +165,77 @@ TEST(IconThemeTest, EveryKeyInUseIsDrawnAndFollowsThePalette) {
     }
     QApplication::setPalette(before);
     EXPECT_TRUE(themedIcon("no such key").pixmap(16, 16).toImage().allGray());
+}
+
+// What the style draws on the window's background.
+QImage drawn(QStyle::PrimitiveElement element, QStyle::State state, const QPalette& palette) {
+    QImage image(24, 24, QImage::Format_RGB32);
+    image.fill(palette.color(QPalette::Window));
+    QStyleOptionFocusRect option;
+    option.palette = palette;
+    option.rect = QRect(4, 4, 16, 16);
+    option.state = state | QStyle::State_Enabled;
+    option.backgroundColor = palette.color(QPalette::Base);
+    QPainter painter(&image);
+    QApplication::style()->drawPrimitive(element, &option, &painter);
+    return image;
+}
+
+// The number of pixels with enough contrast to window and fields.
+int seenPixels(const QImage& image, const QPalette& palette) {
+    int seen = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QColor pixel = image.pixelColor(x, y);
+            if (contrast(pixel, palette.color(QPalette::Window)) >= kShapeContrast &&
+                contrast(pixel, palette.color(QPalette::Base)) >= kShapeContrast)
+                ++seen;
+        }
+    }
+    return seen;
+}
+
+TEST(AppearanceTest, WhatHasAStateIsSeenInEveryPalette) {
+    // A desktop's dark palette with a black placeholder and a faint selection.
+    QPalette provided(QColor(49, 54, 59), QColor(42, 46, 50));
+    provided.setColor(QPalette::Base, QColor(27, 30, 32));
+    provided.setColor(QPalette::Text, QColor(252, 252, 252));
+    provided.setColor(QPalette::PlaceholderText, QColor(0, 0, 0, 128));
+    provided.setColor(QPalette::Inactive, QPalette::Highlight, QColor(40, 60, 70));
+    for (const QPalette& palette : {lightPalette(), darkPalette(), legiblePart(provided).resolve(provided)}) {
+        const QColor base = palette.color(QPalette::Base);
+        SCOPED_TRACE(base.name().toStdString());
+        constexpr int kHalfAnOutline = 24;
+        const auto seen = [&palette](QStyle::PrimitiveElement element, QStyle::State state) {
+            return seenPixels(drawn(element, state, palette), palette);
+        };
+        EXPECT_GT(seen(QStyle::PE_IndicatorCheckBox, QStyle::State_Off), kHalfAnOutline);
+        EXPECT_GT(seen(QStyle::PE_IndicatorRadioButton, QStyle::State_Off), kHalfAnOutline);
+        EXPECT_GT(seen(QStyle::PE_FrameLineEdit, {}), kHalfAnOutline);
+        EXPECT_GT(seen(QStyle::PE_FrameLineEdit, QStyle::State_HasFocus), kHalfAnOutline);
+        EXPECT_GT(seen(QStyle::PE_FrameFocusRect, QStyle::State_KeyboardFocusChange), kHalfAnOutline);
+        for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+            EXPECT_GE(contrast(palette.color(group, QPalette::Highlight), base), kShapeContrast);
+            EXPECT_GE(contrast(over(palette.color(group, QPalette::PlaceholderText), base), base),
+                      kTextContrast);
+        }
+    }
+    EXPECT_EQ(legiblePart(lightPalette()).resolveMask(), QPalette().resolveMask())
+        << "a good palette is not changed";
+}
+
+TEST(QtPromptsTest, AWholeAddressTakesThePlaceOfItsBeginning) {
+    for (const auto& [typed, shown] : {std::pair{"roses.example", "http://www.roses.example"},
+                                       {"http://a.example", "http://a.example"},
+                                       {"https://a.example", "https://a.example"},
+                                       {"www.a.example", "http://www.a.example"}}) {
+        QLineEdit edit(QStringLiteral("http://www."));
+        edit.selectAll();
+        continueAddress(edit, edit.text());
+        QCoreApplication::processEvents();
+        QTest::keyClicks(&edit, QString::fromLatin1(typed));
+        EXPECT_EQ(edit.text(), QString::fromLatin1(shown));
+    }
 }
 
 TEST(QtPromptsTest, FiltersAreConvertedToQts) {

@@ -264,7 +264,9 @@ TEST_F(PreferenceTest, SavesWhatItReadsBack) {
     preference.Proxy = "proxy.test";
     preference.Connections = 50;
     preference.HTTPPassword = "p\xE4ss,word";
+    EXPECT_EQ(std::exchange(preference.Colours, "dark"), "system");
     preference.SaveSettings();
+    EXPECT_EQ(stored("Window", "Colours"), "dark");
     EXPECT_EQ(stored("Setting", "Location"), home.paths().AppPath);
     EXPECT_EQ(stored("Preference", "HTTPVersion"), "(absent)");
     preference.setHTTPVersion("HTTP/1.1");
@@ -273,6 +275,7 @@ TEST_F(PreferenceTest, SavesWhatItReadsBack) {
     ASSERT_TRUE(second.GetSettings());
     EXPECT_EQ(second.Proxy, "proxy.test");
     EXPECT_EQ(second.Connections, 50);
+    EXPECT_EQ(second.Colours, "dark");
     EXPECT_EQ(second.HTTPPassword, "p\xE4ss,word");
     EXPECT_EQ(second.HTTPVersion(), "HTTP/1.1");
     EXPECT_EQ(modeOf(home.paths().settingsFile), 0600u);

@@ -23,7 +23,7 @@ using ::testing::StartsWith;
 
 class WorkspaceTest : public ::testing::Test, protected SessionFixture {
   protected:
-    OpenWebsite website{catalogue, prompts};
+    OpenWebsite website{catalogue, services};
     Workspace workspace{services, website};
     ProjectTree& tree = workspace.tree();
     WebsiteFields& fields = website.fields;
