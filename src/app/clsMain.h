@@ -3,6 +3,7 @@
 
 #include "projects/OpenWebsite.h"
 #include "projects/SiteDetails.h"
+#include "projects/UrlMetaTags.h"
 #include "projects/Workspace.h"
 #include "transport/frmHTTP.h"
 
@@ -24,6 +25,7 @@ class clsMain final {
     frmHTTP fetcher;
     OpenWebsite website;
     SiteDetails siteDetails;
+    UrlMetaTags urlMetaTags;
     Workspace workspace;
 
     // Items of cboWebType; includes adult sites unless they are refused.

@@ -76,9 +76,8 @@ int MetaShowCommand::showUrl() {
     if (!waitForPage(context(), fetcher)) return kStopped;
     const std::string problem = fetchProblem(page);
     if (!problem.empty()) context().warn(problem);
-    if (page.isMissing() || page.text.empty()) return kCouldNotRun;
-    show(page.text);
-    return problem.empty() ? kSucceeded : kSomeFailed;
+    if (page.isPage()) show(page.text);
+    return problem.empty() ? kSucceeded : kCouldNotRun;
 }
 
 void MetaShowCommand::show(std::string_view html) {

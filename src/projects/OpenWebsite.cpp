@@ -4,7 +4,6 @@
 #include "catalogue/Catalogue.h"
 #include "core/FileSystem.h"
 #include "core/Prompts.h"
-#include "core/ScreenText.h"
 #include "core/Services.h"
 #include "core/Text.h"
 #include "core/Trap.h"

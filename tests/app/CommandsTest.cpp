@@ -29,8 +29,8 @@ TEST(CommandsTest, EachCommandIsEnabledForItsNodesAndPanels) {
                                  "mnuImportItems_0 mnuEngineItems_0 mnuEngineItems_1 mnuEngineItems_3 "
                                  "mnuEngineItems_4 mnuEngineItems_6 mnuEngineItems_8 mnuPopupItems_10"),
                             Pair("11111",
-                                 " NewProject NewWeb Engines Submit mnuFileItems_0 mnuFileItems_13 "
-                                 "mnuFileItems_15 mnuHelpItems_0 mnuHelpItems_6 mnuHelpItems_7 "
+                                 " NewProject NewWeb Engines Submit MetaTag mnuFileItems_0 mnuFileItems_13 "
+                                 "mnuFileItems_15 mnuToolsItems_0 mnuHelpItems_0 mnuHelpItems_6 mnuHelpItems_7 "
                                  "mnuHelpItems_8 mnuHelpItems_10 InstallCatalogue")));
 }
 
