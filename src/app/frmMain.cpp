@@ -35,7 +35,7 @@ constexpr QSize kFrame(8, 40);  // around a window, at most
 
 // The editor is made at its first use and keeps its folder and texts.
 void showMetaTag(const CommandTarget& target, QWidget* parent) {
-    constexpr std::string_view kPurpose = "MetaTagEdit";
+    static constexpr std::string_view kPurpose = "MetaTagEdit";
     frmHTTP& fetcher = target.main.fetcher;
     auto* form = parent->findChild<frmMetaTag*>(QString(), Qt::FindDirectChildrenOnly);
     if (form == nullptr) {
