@@ -175,7 +175,8 @@ void MetaTagEditor::getMetaTagFromAddress(const std::string& cboAddress) {
                 m_services.prompts.message("Invalid URL: " + cboAddress, "Get Meta Tag", Icon::Information);
             } else {
                 setStatus("Connecting to " + cboAddress);
-                if (!m_connect(withScheme(cboAddress))) setStatus("Another page is being retrieved. Please try again.");
+                if (!m_connect(withScheme(cboAddress)))
+                    setStatus("Another page is being retrieved. Please try again.");
             }
         },
         remark);

@@ -40,7 +40,7 @@ frmMetaTag::frmMetaTag(const Services& services, Fetching fetching, QWidget* par
     connect(m_ui->cmdGetMeta, &QPushButton::clicked, this, &frmMetaTag::getAddress);
     connect(m_ui->cboAddress->lineEdit(), &QLineEdit::returnPressed, this, &frmMetaTag::getAddress);
     connect(m_ui->cmdShowChanges, &QPushButton::clicked, this, &frmMetaTag::showChanges);
-    connect(m_ui->Command1_0, &QPushButton::clicked, this, [this] { m_editor.update(); });
+    connect(m_ui->Command1_0, &QPushButton::clicked, this, &frmMetaTag::update);
     connect(m_ui->Command1_1, &QPushButton::clicked, this, &frmMetaTag::reject);
     connect(&m_editor, &MetaTagEditor::fieldsChanged, this, &frmMetaTag::showFields);
     connect(&m_editor, &MetaTagEditor::folderChanged, this, &frmMetaTag::showFolder);
@@ -126,7 +126,24 @@ void frmMetaTag::showChanges() {
                                    Icon::Information);
         return;
     }
-    if (const auto change = m_editor.wantedChange()) frmMetaTagChanges(files, *change, this).exec();
+    if (const auto change = m_editor.wantedChange())
+        frmMetaTagChanges(files, *change, this).exec();
+    else
+        focusEmptyField();
+}
+
+void frmMetaTag::update() {
+    m_editor.update();
+    focusEmptyField();
+}
+
+void frmMetaTag::focusEmptyField() {
+    if (m_editor.txtTitle.text.empty())
+        m_ui->txtTitle->setFocus(Qt::OtherFocusReason);
+    else if (m_editor.txtKeyWord.text.empty())
+        m_ui->txtKeyWord->setFocus(Qt::OtherFocusReason);
+    else if (m_editor.txtDescription.text.empty())
+        m_ui->txtDescription->setFocus(Qt::OtherFocusReason);
 }
 
 void frmMetaTag::showFields() {
@@ -146,7 +163,7 @@ void frmMetaTag::showFields() {
         {m_ui->Label1_0, &m_editor.txtTitle},
         {m_ui->Label1_1, &m_editor.txtKeyWord},
         {m_ui->Label1_2, &m_editor.txtDescription}};
-    for (const auto& [label, field] : labels) label->setText(toScreen(field->label));
+    for (const auto& [label, field] : labels) label->setText(QLatin1Char('&') + toScreen(field->label));
 }
 
 void frmMetaTag::showFolder() {

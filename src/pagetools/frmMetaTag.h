@@ -42,6 +42,8 @@ class frmMetaTag final : public QDialog {
     void bind(QPlainTextEdit& edit, MetaTagEditor::Field& field);
     void getAddress();
     void showChanges();
+    void update();
+    void focusEmptyField();
     void selectPages();
     int currentRow() const;
     void showFields();

@@ -29,11 +29,13 @@ Colours coloursOf(char sign, const QPalette& palette) {
     return dark ? Colours{0x1d3326, 0x2c6b3f} : Colours{0xe6ffec, 0x9be9ad};
 }
 
-// Bytes without a picture as symbols: CR as U+240D and so on.
-QString withSymbols(QString text) {
-    for (QChar& c : text) {
-        if (c.unicode() < 0x20) c = QChar(0x2400 + c.unicode());
-        if (c.unicode() == 0x7F) c = QChar(0x2421);
+// Bytes without a picture as in a program's text.
+QString withEscapes(QString text) {
+    text.replace(QLatin1Char('\r'), QStringLiteral("\\r")).replace(QLatin1Char('\n'), QStringLiteral("\\n"));
+    for (qsizetype at = 0; at < text.size(); ++at) {
+        const ushort code = text.at(at).unicode();
+        if (code < 0x20 || code == 0x7F)
+            text.replace(at, 1, QStringLiteral("\\x%1").arg(code, 2, 16, QLatin1Char('0')));
     }
     return text;
 }
@@ -44,10 +46,10 @@ QString shownPiece(std::string_view bytes, bool touched) {
                        ? toScreen(bytes)
                        : toScreen(bytes.substr(0, kMostShown / 2)) + QStringLiteral(" ... ") +
                              toScreen(bytes.substr(bytes.size() - kMostShown / 2));
-    if (touched) return withSymbols(text);
+    if (touched) return withEscapes(text);
     // A line's own end is not shown, any other carriage return is.
     while (text.endsWith(QLatin1Char('\n')) || text.endsWith(QLatin1Char('\r'))) text.chop(1);
-    return withSymbols(text.replace(QLatin1Char('\t'), QStringLiteral("    ")));
+    return withEscapes(text.replace(QLatin1Char('\t'), QStringLiteral("    ")));
 }
 
 class DiffDrawer final {

@@ -18,8 +18,8 @@ namespace Ui {
 class frmMetaTagChanges;
 }
 
-// Draws a diff: removed lines in red, added ones in green, the bytes that the change touches stronger. Bytes
-// without a picture are shown as symbols where they are touched. Long lines are cut around them.
+// Draws a diff: removed lines in red, added ones in green, the bytes that the change touches stronger. Line
+// ends are shown as \r\n where they are touched. Long lines are cut around them.
 void drawDiff(QPlainTextEdit& view, const FilePreview& preview);
 
 // "Changes": what an update would change in each of the files. A file is read when its row is chosen.

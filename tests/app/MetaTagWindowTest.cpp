@@ -74,14 +74,14 @@ TEST_F(MetaTagWindowTest, TheEditorReadsShowsAndUpdatesFiles) {
         form.editor().openFolder(home.path("s"));
         choose(list, "a.html");
         EXPECT_EQ(control<QLineEdit>(form, "txtTitle").text(), QStringLiteral("Old"));
-        EXPECT_EQ(text(form, "Label1_0"), QStringLiteral("Title (3 characters)"));
+        EXPECT_EQ(text(form, "Label1_0"), QStringLiteral("&Title (3 characters)"));
         EXPECT_THAT(control<QPlainTextEdit>(form, "Text1").toPlainText().toStdString(),
                     HasSubstr("<title>Old</title>"));
         QTest::keySequence(&list, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_A));
         typeInto(control<QWidget>(form, "txtTitle"), "New");
         typeInto(control<QWidget>(form, "txtKeyWord"), "k");
         typeInto(control<QWidget>(form, "txtDescription"), "words");
-        EXPECT_EQ(text(form, "Label1_2"), QStringLiteral("Description (5 characters)"));
+        EXPECT_EQ(text(form, "Label1_2"), QStringLiteral("&Description (5 characters)"));
         EXPECT_FALSE(control<QWidget>(form, "chkTitleTop").isEnabled());
         control<QRadioButton>(form, "optUpdate_1").click();
         control<QCheckBox>(form, "chkTitleTop").click();
@@ -93,6 +93,7 @@ TEST_F(MetaTagWindowTest, TheEditorReadsShowsAndUpdatesFiles) {
             if (changes == nullptr) return;
             poll.stop();
             EXPECT_TRUE(QTest::qWaitForWindowActive(changes));
+            EXPECT_TRUE(waitUntil([&] { return control<QWidget>(*changes, "lsvChanged").hasFocus(); }));
             QTest::keyClick(&control<QWidget>(*changes, "lsvChanged"), Qt::Key_Down);
             EXPECT_THAT(text(*changes, "lblFile").toStdString(), testing::EndsWith("b.html"));
             diff = control<QPlainTextEdit>(*changes, "txtDiff").toPlainText().toStdString();
