@@ -234,6 +234,13 @@ Utf8Character firstUtf8Character(std::string_view text) noexcept {
     return {code, length};
 }
 
+std::size_t characterCount(std::string_view text) noexcept {
+    std::size_t count = 0;
+    for (; !text.empty(); ++count)
+        text.remove_prefix(std::max<std::size_t>(firstUtf8Character(text).length, 1));
+    return count;
+}
+
 bool isControlCharacter(char32_t code) noexcept {
     for (const Codes& range : kControls) {
         if (code <= range.last) return code >= range.first;

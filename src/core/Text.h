@@ -68,6 +68,9 @@ struct Utf8Character final {
 };
 Utf8Character firstUtf8Character(std::string_view text) noexcept;
 
+// How many characters a reader sees: a byte outside valid UTF-8 is one.
+std::size_t characterCount(std::string_view text) noexcept;
+
 // True for characters that must not reach a terminal, a log or a table unescaped, because they control the
 // terminal, break the line or change the text direction: controls (U+0000 to U+001F, U+007F to U+009F), line
 // and paragraph separators, direction marks, interlinear marks.
