@@ -2,6 +2,7 @@
 #include "app/clsMain.h"
 
 #include "catalogue/Catalogue.h"
+#include "catalogue/PasswordKey.h"
 #include "core/Prompts.h"
 #include "core/Services.h"
 #include "core/clsPreference.h"
@@ -23,6 +24,11 @@ std::vector<std::string> clsMain::webTypes() const {
 
 std::vector<std::string> clsMain::languages() {
     return {"English", "German", "Franch", "Italian", "Spanish", "Japanese", "Chinese", "Others"};
+}
+
+std::string clsMain::passwordWarning() const {
+    if (!workspace.currentNode()->isWebsite() || !website.fields.txtPassword.empty()) return {};
+    return emptyPasswordWarning(catalogue.lists);
 }
 
 bool clsMain::readyToSubmit() {

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/PreviewCommand.h"
 
+#include "catalogue/PasswordKey.h"
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
-#include "cli/LoadEngines.h"
 #include "cli/Table.h"
 #include "core/Failure.h"
 #include "core/IniFile.h"
@@ -17,9 +17,9 @@
 namespace relay {
 
 PreviewCommand::PreviewCommand(CLI::App& parent, CommandLineContext& context)
-    : Command(parent, context, "preview", "Show what an engine would be sent; nothing is sent",
-              "preview --website shop.kws --engine 'Practice Engine 01'\n"
-              "preview --website shop.kws --engine IndexNow --url http://shop.example/pens.html --json") {
+    : Command(parent, context, "preview", "Show what an engine would be sent, without sending it",
+              "--home try preview --website shop.kws --engine 'Harbour Search'\n"
+              "--home try preview --website shop.kws --engine 'Beacon Finder' --json") {
     app().add_option("--website", m_website, "The website file")->type_name("FILE")->required();
     app().add_option("--engine", m_engine, "An engine of the catalogue")->type_name("NAME")->required();
     app().add_option("--url", m_url, "The URL to submit (default: the website's first)")->type_name("URL");
@@ -36,7 +36,7 @@ std::string PreviewCommand::chosenUrl() const {
 
 int PreviewCommand::execute() {
     requireWebsite(m_website);
-    if (!loadEngines(context())) return kCouldNotRun;
+    if (!context().loadEngines()) return kCouldNotRun;
     Catalogue& catalogue = context().home().catalogue;
     const clsEngines& engine = catalogue.engine(m_engine);
     const IniFile website = IniFile::load(m_website);
@@ -49,7 +49,7 @@ int PreviewCommand::execute() {
     std::optional<SubmissionRequest> request = build();
     if (!request) {
         context().warn("Nothing would be sent: the engine \"" + std::string(engine.name()) +
-                       "\" has no action, or its template holds no macro. It would count as failed.");
+                       "\" has no action, or its template contains no macro. It would count as failed.");
         return kSomeFailed;
     }
     std::string url;
@@ -59,6 +59,9 @@ int PreviewCommand::execute() {
         context().warn(std::string("Nothing would be sent: ") + refused.what() + ".");
         return kSomeFailed;
     }
+    if (const std::string warning = emptyPasswordWarning(engine);
+        details.Password.empty() && !warning.empty())
+        context().note(warning);
     if (context().hidesPasswords() && !m_showPassword && !details.Password.empty()) {
         details.Password = kHiddenPassword;
         request = build();

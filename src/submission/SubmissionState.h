@@ -11,8 +11,8 @@
 
 namespace relay {
 
-// What the submission wizard shows and what a run remembers, as plain values; each member is named after its
-// control. The controller alone changes it; a form shows it and passes on what the user ticks and highlights.
+// What the submission wizard shows and what a run stores, as plain values; members are named after their
+// controls. Only the controller changes it; a form shows it and passes on what the user ticks and highlights.
 struct SubmissionState final {
     SubmissionState() {
         lsvSiteSelection.setColumns({"Web Site", "Project", "Number of URLs"});
@@ -22,9 +22,15 @@ struct SubmissionState final {
         lsvReport.setColumns({"URL", "Web Site", "Status"});
     }
 
+    // Makes the button start a run.
+    void offerSubmit() {
+        cmdSubmit = "&Submit";
+        cmdCancelEnabled = true;
+    }
+
     Rows lsvSiteSelection;   // key and tag the website file; "Web Site", "Project", "Number of URLs"
     Rows lsvSiteSubmitting;  // tag the website file; "URL", "Web site", "Status"
-    Rows lsvConnections;     // one row a connection; " ", "Engines", "Status"
+    Rows lsvConnections;     // one row per connection; " ", "Engines", "Status"
     Rows lsvReport;          // tag the report; "URL", "Web Site", "Status"
 
     Results results;  // of the run, as they come; begun anew by the next one
@@ -38,7 +44,7 @@ struct SubmissionState final {
     std::string lblStart;
     std::string lblSubmit;
     std::string cmdSubmit = "&Submit";
-    bool cmdCancelEnabled = true;  // the one of page 2
+    bool cmdCancelEnabled = true;  // of page 2
     int progressValue = 0;
     int progressMaximum = 100;
 
