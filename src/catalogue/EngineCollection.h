@@ -23,7 +23,7 @@ class EngineCollection final {
     void start(std::string file, std::shared_ptr<const std::string> tables);
     std::string& file() noexcept { return m_store->file; }
     const EngineTexts& texts() const noexcept { return m_store->texts; }
-    // The same, there for as long as this is kept, whatever is loaded meanwhile: for work in another thread.
+    // The same, valid for as long as this is kept, even after another load: for work in another thread.
     std::shared_ptr<const EngineTexts> keptTexts() const noexcept { return {m_store, &m_store->texts}; }
     // Call when a record's name was read, ahead of add(): prefetches its place in the index.
     void expect(std::string_view name) const noexcept { m_store->byName.expect(name); }

@@ -11,6 +11,9 @@
 
 namespace relay {
 
+// The caption of the button that starts a run; during a run it is "&Stop".
+inline constexpr std::string_view kSubmitCaption = "&Submit";
+
 // What the submission wizard shows and what a run stores, as plain values; members are named after their
 // controls. Only the controller changes it; a form shows it and passes on what the user ticks and highlights.
 struct SubmissionState final {
@@ -25,7 +28,7 @@ struct SubmissionState final {
 
     // Makes the button start a run.
     void offerSubmit() {
-        cmdSubmit = "&Submit";
+        cmdSubmit = std::string(kSubmitCaption);
         cmdCancelEnabled = true;
     }
 
@@ -44,7 +47,7 @@ struct SubmissionState final {
     std::string lblEstimatedTime;
     std::string lblStart;
     std::string lblSubmit;
-    std::string cmdSubmit = "&Submit";
+    std::string cmdSubmit = std::string(kSubmitCaption);
     bool cmdCancelEnabled = true;  // of page 2
     int progressValue = 0;
     int progressMaximum = 100;
