@@ -103,6 +103,18 @@ TEST(Text, SplitsTexts) {
     EXPECT_EQ(CleanLineBreaks("x      y"), "xy");     // six blanks: three, then none
     EXPECT_EQ(CleanLineBreaks("x    y"), "x  y");     // four: two
     EXPECT_EQ(CleanLineBreaks("x\r\n\r\ny"), "x y");  // two breaks: two blanks, then one
+    // As five replacements in this order.
+    std::mt19937 random(5);
+    for (int i = 0; i < 2000; ++i) {
+        std::string text;
+        for (int length = static_cast<int>(random() % 24); length > 0; --length)
+            text += "a  \r\n"[random() % 5];
+        std::string line = text;
+        for (const auto& [what, with] :
+             {std::pair("\r\n", " "), {"\r", " "}, {"\n", " "}, {"  ", " "}, {"   ", ""}})
+            line = replaceAll(line, what, with);
+        ASSERT_EQ(CleanLineBreaks(text), line) << testing::PrintToString(text);
+    }
     EXPECT_EQ(CutAtNull("ab\0cd"s), "ab");
     EXPECT_EQ(replaceAll("aaaa", "aa", "a"), "aa");
     EXPECT_EQ(replaceAll("aAa", "A", ""), "aa");
