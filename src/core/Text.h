@@ -51,7 +51,9 @@ std::int16_t toInt16(double value);
 std::string_view left(std::string_view text, std::size_t n) noexcept;
 
 std::string GetToken(std::string_view text, char delimiter, int n);
+// The text on one line.
 std::string CleanLineBreaks(std::string_view text);
+void cleanLineBreaks(std::string& text);  // in place
 // Splits at the first pipe: `text` keeps what comes before it, `rest` receives what comes after it, or
 // nothing.
 void SplitAtPipe(std::string& text, std::string& rest);

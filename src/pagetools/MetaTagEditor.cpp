@@ -127,15 +127,13 @@ void MetaTagEditor::viewSource(int row) {
     });
 }
 
-// The tags are those of the head; a page without one is read as a whole.
+// The tags are those of the head; a page whose head is not found is read as a whole.
 void MetaTagEditor::showFile(const std::string& file) {
     const BusyPointer busy(m_services.prompts);
     std::string html;
     m_Text1.clear();
-    if (!readPage(m_services, file, html) || !cutHead(m_services, html, m_Text1))
-        getMetaTag({});
-    else
-        getMetaTag(m_Text1.empty() ? html : m_Text1);
+    if (readPage(m_services, file, html)) cutHead(m_services, html, m_Text1);
+    getMetaTag(m_Text1.empty() ? html : m_Text1);
 }
 
 void MetaTagEditor::getMetaTag(std::string_view html) {
@@ -185,7 +183,8 @@ void MetaTagEditor::getMetaTagFromAddress(const std::string& cboAddress) {
 void MetaTagEditor::showPage(std::string_view html, const std::string& problem) {
     setStatus(problem);
     m_Text1.clear();
-    if (!html.empty()) cutHead(m_services, html, m_Text1);
+    // The head is an extra here: a page whose head goes too far has none.
+    (void)failureOf([&] { m_Text1 = htmlSection(html, HtmlPart::Head); });
     getMetaTag(html);
 }
 
