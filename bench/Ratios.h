@@ -16,8 +16,8 @@ inline double median(std::vector<double> values) {
     return values[values.size() / 2];
 }
 
-// Collects the repetitions of every benchmark and prints the median of each beside that of the peer it is
-// measured against: a ratio of 1 is as fast as the peer, 0.5 takes twice as long.
+// Collects the repetitions of every benchmark and prints the median of each and its speed relative to the
+// peer: 1 is as fast as the peer, 0.5 takes twice as long.
 class RatioReporter final : public benchmark::BenchmarkReporter {
   public:
     explicit RatioReporter(std::string peer) : m_peer(std::move(peer)) {}
@@ -47,8 +47,8 @@ class RatioReporter final : public benchmark::BenchmarkReporter {
     std::map<std::string, std::vector<double>> m_times;
 };
 
-// Runs what is registered, repetitions of all benchmarks mixed, so that a slow moment of the machine hits
-// every side. Options of the command line come after these and win.
+// Runs the registered benchmarks with their repetitions mixed, so that a slow moment of the machine affects
+// all. Options of the command line override these.
 inline int runInterleaved(int argc, char** argv, const std::string& peer) {
     std::vector<std::string> options = {argv[0], "--benchmark_enable_random_interleaving=true",
                                         "--benchmark_repetitions=9", "--benchmark_min_time=0.1"};

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The pool's yardstick: the same requests in a bare libcurl multi_poll loop on one thread, with the same
+// The pool's reference: the same requests in a bare libcurl multi_poll loop on one thread, with the same
 // protocol settings and reused handles; SSL_CERT_FILE names the bundle for https.
 // Usage: bench_bare_loop URL SLOTS REQUESTS; prints "requests/s  CPU microseconds/request  peak KiB".
 #include <chrono>
@@ -63,7 +63,7 @@ void start(CURLM* multi, Slot& slot, const std::string& url, long number) {
     curl_multi_add_handle(multi, slot.easy);
 }
 
-// Takes the ended requests and starts the next; the number of successes among them.
+// Takes the ended requests and starts the next ones; returns the number of successes.
 long advance(CURLM* multi, const std::string& url, long& started, long requests, long& ended) {
     long good = 0;
     int left = 0;

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// How fast the engine file loads beside a bare loop over the same file, how the time grows with the file, and
-// how much memory a load takes. Every run is a process of its own that starts with little memory; times are
-// processor time; runs are interleaved, and the figures are medians of ratios, so they hold on any machine.
+// How fast the engine file loads compared with a bare loop over the same file, how the time grows with the
+// file, and how much memory a load takes. Every run is a process of its own that starts with little memory;
+// times are processor time; runs are interleaved, and the figures are medians of ratios, so they hold on any
+// machine.
 //
 //   bench_catalogue [rounds]
 #include "Ratios.h"
@@ -53,13 +54,13 @@ constexpr const char* kNames[] = {"Orbit Search", "Northern Directory", "Link Ya
 constexpr const char* kTypes[] = {"ENG", "DIR", "FFA", "NEWS", "MALL", "HOT", "MIS"};
 constexpr const char* kCountries[] = {"US", "DE", "GB", "FR", "AU", "NN", "JP"};
 
-// About 260 bytes a record, one item a line as a rule; some lines hold two, split at the comma.
+// About 260 bytes per record, usually one item per line; some lines have two, separated by a comma.
 void writeEngines(const std::string& home, int records) {
     std::filesystem::create_directories(home + "/data");
     std::ofstream file(home + "/data/krveng5.dat", std::ios::binary);
     for (int number = 0; number < records; ++number) {
         const auto kind = static_cast<std::size_t>(number % 7);
-        const std::string digits = std::to_string(1000000 + number);  // as many for each
+        const std::string digits = std::to_string(1000000 + number);  // the same number of digits for each
         const std::string host = "http://e" + digits + ".test/";
         file << "Name=" << kNames[kind] << " " << digits << "\r\nHome=" << host << "\r\nAddURL=" << host
              << "add\r\nCountry=" << kCountries[number / 7 % 7] << "\r\nType=" << kTypes[kind]
@@ -74,7 +75,7 @@ void writeEngines(const std::string& home, int records) {
     for (int number = 0; number < records / 10; ++number) tables << "[Table " << number << "]\r\nArts=2\r\n";
 }
 
-// Processor time: all work here is one thread that never waits, and other programs shall not count.
+// Processor time, because one thread does all the work and never waits, and other programs must not count.
 double seconds(const std::function<void()>& work) {
     const auto now = [] {
         timespec time{};
@@ -86,7 +87,7 @@ double seconds(const std::function<void()>& work) {
     return now() - start;
 }
 
-// The least that any reader of such a file does: lines, their items, and each item's "=".
+// The minimum for any reader of such a file: lines, their items, and the "=" of each item.
 std::size_t bareLoop(const std::string& home) {
     std::ifstream file(home + "/data/krveng5.dat", std::ios::binary);
     std::string line;
@@ -116,7 +117,7 @@ double loadSeconds(const std::string& home) {
     });
 }
 
-// Bare loop beside load, both repeated in a process whose memory is in place.
+// The bare loop relative to the load, both repeated in a process whose memory is already mapped.
 double repeatedSpeed(const std::string& home) {
     std::vector<double> speed;
     loadSeconds(home);
@@ -129,10 +130,10 @@ double repeatedSpeed(const std::string& home) {
 
 struct ProcessFigures final {
     double value = 0;
-    double bytes = 0;  // the most memory the process ever held
+    double bytes = 0;  // peak memory of the process
 };
 
-// In a process of its own, as at the start of the program: every page of its memory is new.
+// Measures in a process of its own, as at program start: every page of its memory is new.
 ProcessFigures inProcess(double (*measure)(const std::string&), const std::string& home) {
     int ends[2];
     if (pipe(ends) != 0) std::exit(1);
@@ -177,8 +178,8 @@ int main(int argc, char** argv) {
         memory.push_back((load.bytes - inProcess(loadSeconds, one).bytes) / bytes);
     }
     std::printf("100,000 records, %.1f MB, first load %.0f ms\n", bytes / 1e6, median(loads) * 1e3);
-    std::printf("first load beside the bare loop:      %.2f  (at least 0.55)\n", median(first));
-    std::printf("repeated loads beside the bare loop:  %.2f  (at least 0.65)\n", median(repeated));
+    std::printf("first load / bare loop:               %.2f  (at least 0.55)\n", median(first));
+    std::printf("repeated loads / bare loop:           %.2f  (at least 0.65)\n", median(repeated));
     std::printf("ten times the records take:           %.1f  (at most 13)\n", median(growth));
     std::printf("peak memory less one engine's / file: %.2f  (at most 1.8)\n", median(memory));
     return 0;

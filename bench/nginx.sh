@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Sourced by the benchmarks that need a server: start_nginx serves a short page at http://127.0.0.1:$port/ and
-# https://127.0.0.1:$tls_port/ until the script ends, with its files in $folder, which is removed then. $bundle
-# is a bundle of certificates of the usual size that vouches for the server.
+# For benchmarks that need a server: start_nginx serves a short page at http://127.0.0.1:$port/ and
+# https://127.0.0.1:$tls_port/ until the script ends and then removes its files in $folder. $bundle is a
+# certificate bundle of the usual size that includes the server's authority.
 nginx=$(PATH=$PATH:/usr/sbin command -v nginx) || {
     echo "nginx is missing: apt-get install nginx-light" >&2
     exit 1

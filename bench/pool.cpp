@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The connection pool with the classification of its replies, beside bench/bare_loop.cpp.
+// The connection pool with the classification of its replies, to compare with bench/bare_loop.cpp.
 // Usage: bench_pool URL SLOTS REQUESTS; prints "requests/s  CPU microseconds/request  peak KiB".
-//        bench_pool delay SLOTS REQUESTS; against a server of its own that answers after 50 ms; prints
+//        bench_pool delay SLOTS REQUESTS; uses a server of its own that answers after 50 ms; prints
 //        "requests/s  share of the ideal rate".
 #include "core/Clock.h"
 #include "core/Log.h"
@@ -55,7 +55,7 @@ class SilentPrompts final : public relay::Prompts {
     void status(std::string_view) override {}
 };
 
-// Gives each index its next request when the last one ended, and counts the replies by class.
+// Gives each index its next request when the last one has ended, and counts the replies by class.
 class Run final {
   public:
     Run(relay::frmHTTPMX& pool, std::string url, long requests)
@@ -102,7 +102,7 @@ class Run final {
     long m_classes[15] = {};
 };
 
-// A server in a process of its own that answers every connection kDelay after its request came.
+// A server in a process of its own that answers every request after kDelay.
 class DelayServer final {
   public:
     DelayServer() {

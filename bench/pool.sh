@@ -1,6 +1,6 @@
 #!/bin/sh
 # SPDX-License-Identifier: GPL-3.0-or-later
-# The connection pool beside a bare libcurl loop, against nginx on loopback, with and without TLS: interleaved
+# The connection pool compared with a bare libcurl loop, with nginx on loopback, with and without TLS: interleaved
 # pairs, medians, ratios.
 # Usage: bench/pool.sh [FOLDER OF THE PROGRAMS [PAIRS [REQUESTS]]]
 set -eu
@@ -23,10 +23,10 @@ compare() {
         printf "rate ratio %.3f (0.90 wanted), CPU ratio %.3f (1.15 allowed)\n", pr / br, pc / bc }'
 }
 
-ulimit -S -n "$(ulimit -H -n)" # a bare loop raises none
+ulimit -S -n "$(ulimit -H -n)" # the bare loop does not raise it itself
 start_nginx
 echo "$(nproc) cores, $pairs interleaved pairs, medians, $requests requests each"
-echo "yardstick: $programs/bench_bare_loop http://127.0.0.1:$port/ SLOTS $requests"
+echo "reference: $programs/bench_bare_loop http://127.0.0.1:$port/ SLOTS $requests"
 for slots in 10 50 200; do compare "http://127.0.0.1:$port/" "$slots" "$requests"; done
 export SSL_CERT_FILE="$bundle"
 for slots in 50 1000; do compare "https://127.0.0.1:$tls_port/" "$slots" 1000; done

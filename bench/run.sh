@@ -1,6 +1,6 @@
 #!/bin/sh
 # SPDX-License-Identifier: GPL-3.0-or-later
-# A whole run beside a bare libcurl loop, against nginx on loopback: korvel-relay-cli submits one URL to many
+# A whole run compared with a bare libcurl loop, with nginx on loopback: korvel-relay-cli submits one URL to many
 # engines with 50 connections, catalogue, templates, log and report included. Interleaved pairs, medians, ratios
 # of the requests per second of the whole process.
 # Usage: bench/run.sh [FOLDER OF THE PROGRAMS [PAIRS [ENGINES]]]
@@ -30,7 +30,7 @@ start_nginx
 make_home "$folder/once" "$engines"
 make_home "$folder/half" $((engines / 2))
 echo "$(nproc) cores, $pairs interleaved pairs, medians, $engines engines, 50 connections"
-echo "yardstick: $programs/bench_bare_loop http://127.0.0.1:$port/ 50 $engines"
+echo "reference: $programs/bench_bare_loop http://127.0.0.1:$port/ 50 $engines"
 for pair in $(seq "$pairs"); do
     "$programs/bench_bare_loop" "http://127.0.0.1:$port/" 50 "$engines" >>"$folder/bare.txt"
     run_once "$folder/once" "$engines" >>"$folder/run.txt"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// What a durable save costs beside a QSaveFile commit of the same bytes, in the present folder: start it on a
-// disk, since a folder in memory has nothing to flush. Saves of the two sides alternate one by one, because a
-// disk's mood changes within a second; the first of each run warms up and does not count.
+// The cost of a durable save compared with a QSaveFile commit of the same bytes, in the current folder: start
+// it on a disk, since a folder in memory has nothing to flush. The two kinds of saves alternate, because the
+// speed of a disk changes within a second; the first save of each run warms up and does not count.
 //
 //   bench_save [runs] [saves in a run]
 #include "Ratios.h"

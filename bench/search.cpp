@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// How fast the search without regard to case walks a page-like text of 100 MB, beside memchr counting the
-// lines of the same text, and beside the C library's strcasestr.
+// How fast the case-insensitive search goes through a page-like text of 100 MB, compared with memchr counting
+// the lines of the same text and with the C library's strcasestr.
 //
 //   bench_search
 #include "Ratios.h"
@@ -16,7 +16,7 @@ namespace {
 using namespace relay;
 
 constexpr std::size_t kSize = 100u * 1000 * 1000;
-// Both stand at the end of the text only: "z" is rare, "e" and "t" are the commonest letters of English.
+// Both occur only at the end of the text: "z" is rare, "e" and "t" are the most common letters of English.
 constexpr const char* kRare = "Zugzwang";
 constexpr const char* kCommon = "Escapement";
 

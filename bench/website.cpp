@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Saves and loads website files of 1,000 and 10,000 URLs, beside a plain read of the same file. The time a
-// URL takes must not depend on their number.
+// Saves and loads website files of 1,000 and 10,000 URLs, compared with a plain read of the same file. The
+// time per URL must not depend on their number.
 #include "core/FileStore.h"
 #include "core/Prompts.h"
 #include "projects/UrlList.h"
@@ -15,7 +15,7 @@ namespace {
 
 using namespace relay;
 
-// Nobody is asked and nothing is shown.
+// Asks and shows nothing.
 class NoPrompts final : public Prompts {
   public:
     void message(std::string_view, std::string_view, Icon) override {}

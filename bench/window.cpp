@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the window costs, one measurement a run, in milliseconds on stdout:
+// The speed of the window, one measurement per run, in milliseconds on stdout:
 //   bench_window home HOME ENGINES   makes a home with that many engines and 200 websites
 //   bench_window empty               an empty main window, up to its first painting
 //   bench_window start HOME          the program's window on the home, up to its first painting
@@ -9,6 +9,7 @@
 //   bench_window engines HOME        sort, filter, select all and remove all on the engine screen
 #include "app/Program.h"
 #include "catalogue/Catalogue.h"
+#include "core/FileSystem.h"
 #include "support/ScriptedPrompts.h"
 #include "support/TestHome.h"
 #include "widgets/Appearance.h"
@@ -74,7 +75,7 @@ void makeHome(const std::string& home, int engines) {
     store.setValue(kApplication, "Setting", "Version", "6.0");
 }
 
-// Ends the event loop once the window was painted.
+// Ends the event loop when the window has been painted.
 class FirstPaint final : public QObject {
   public:
     bool eventFilter(QObject*, QEvent* event) override {
@@ -113,7 +114,7 @@ void startProgram(const std::string& home) {
     QCoreApplication::exec();
 }
 
-// The least a list can be: texts in a vector.
+// The simplest possible list: texts in a vector.
 class BareModel final : public QAbstractTableModel {
   public:
     explicit BareModel(int rows) {

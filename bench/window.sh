@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# bench/window.sh FOLDER: the window's start beside an empty main window, its lists beside bare ones, a click on
-# a website of 1,000 URLs, and the work on 30,000 engines. Medians of pairs run in turn.
+# bench/window.sh FOLDER: the window's start compared with an empty main window, its lists with bare ones, a click on
+# a website of 1,000 URLs, and operations on 30,000 engines. Medians of alternating pairs.
 set -euo pipefail
 program=$1/bench_window
 export QT_QPA_PLATFORM=${QT_QPA_PLATFORM:-offscreen}

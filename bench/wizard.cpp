@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A submission from the real window, by its buttons: bench_wizard HOME CONNECTIONS submits the websites of the
-// home to all engines. On stdout, in a line: the seconds from the click on "Submit" to the last page painted,
-// and the longest time, in milliseconds, for which the event loop did not turn: while the wizard opened, up to
-// the list of URLs, and while the run went on and its results came up.
+// A submission from the real window, by its buttons: bench_wizard HOME CONNECTIONS submits the websites of
+// the home to all engines. On stdout, in a line: the seconds from the click on "Submit" to the last page
+// painted, and the longest time, in milliseconds, for which the event loop did not turn: while the wizard
+// opened, up to the list of URLs, and while the run went on and its results came up.
 #include "app/Program.h"
 #include "catalogue/Catalogue.h"
 #include "core/clsPreference.h"

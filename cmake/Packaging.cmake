@@ -1,11 +1,28 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# What an installation puts beside the programs, and the Debian package made of it (cpack -G DEB).
+# The files installed beside the programs, and the Debian package made of them (cpack -G DEB).
 
 file(GLOB man_pages ${PROJECT_SOURCE_DIR}/packaging/*.1)
 if(NOT RELAY_GUI)
   list(FILTER man_pages EXCLUDE REGEX "/korvel-relay\\.1$")
 endif()
-install(FILES ${man_pages} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+# Man pages are installed compressed, without a name or a time inside, so that every build gives the same bytes.
+find_program(GZIP_PROGRAM gzip REQUIRED)
+foreach(page IN LISTS man_pages)
+  get_filename_component(name ${page} NAME)
+  set(compressed ${PROJECT_BINARY_DIR}/man/${name}.gz)
+  add_custom_command(OUTPUT ${compressed}
+    COMMAND ${CMAKE_COMMAND} -E make_directory ${PROJECT_BINARY_DIR}/man
+    COMMAND ${GZIP_PROGRAM} -9nc ${page} > ${compressed}
+    DEPENDS ${page} VERBATIM)
+  list(APPEND compressed_pages ${compressed})
+endforeach()
+add_custom_target(man_pages ALL DEPENDS ${compressed_pages})
+install(FILES ${compressed_pages} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+
+# The guides for users, with their pictures; docs/architecture.md is for people who have the sources.
+install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/korvel-relay
+  PATTERN architecture.* EXCLUDE)
+install(FILES packaging/copyright DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/korvel-relay)
 if(RELAY_GUI)
   install(FILES packaging/korvel-relay.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
   install(FILES packaging/korvel-relay.svg DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)

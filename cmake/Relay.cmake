@@ -1,11 +1,11 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Every folder under src/ is one library; its link line is the list of floors it may see.
+# Every folder under src/ is one library; its link line lists the folders it may see.
 
 add_library(relay_options INTERFACE)
 target_compile_options(relay_options INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-  # At -O3 this compiler sees overflows in std::string's own operator+ that are not there.
+  # At -O3 this compiler warns of overflows in std::string's operator+ that do not exist.
   target_compile_options(relay_options INTERFACE
     $<$<CONFIG:Release>:-Wno-stringop-overflow;-Wno-restrict;-Wno-array-bounds>)
 endif()
@@ -24,7 +24,7 @@ if(RELAY_CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER
     ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros
     ${RELAY_CCACHE})
-  # Lets ccache look inside a precompiled header.
+  # Lets ccache work with a precompiled header.
   target_compile_options(relay_options INTERFACE -fpch-preprocess)
 endif()
 
@@ -45,7 +45,7 @@ function(relay_common target)
 endfunction()
 
 # relay_library(name [LINKS target...] [WITH_FORMS] [EXCEPT file...]): the logic of src/<name>. Screens (frm*)
-# are a library of their own, so that logic cannot see Widgets; WITH_FORMS says the folder's forms have no window.
+# are a library of their own, so that logic cannot see Widgets; use WITH_FORMS if the folder's forms have no window.
 # The files of EXCEPT belong to another target.
 function(relay_library name)
   cmake_parse_arguments(ARG "WITH_FORMS" "" "LINKS;EXCEPT" ${ARGN})
@@ -60,7 +60,7 @@ function(relay_library name)
   relay_common(relay_${name})
 endfunction()
 
-# relay_screens(name [LINKS target...] [ALSO file...]): the screens of src/<name>, and what else of the folder needs
+# relay_screens(name [LINKS target...] [ALSO file...]): the screens of src/<name>, and its other files that need
 # Widgets.
 function(relay_screens name)
   cmake_parse_arguments(ARG "" "" "LINKS;ALSO" ${ARGN})
@@ -72,7 +72,7 @@ function(relay_screens name)
   relay_common(relay_${name}_screens)
 endfunction()
 
-# relay_tests(name LINKS target...): every tests/<name>/*.cpp in one program, one ctest entry a case.
+# relay_tests(name LINKS target...): every tests/<name>/*.cpp in one program, one ctest entry per case.
 function(relay_tests name)
   cmake_parse_arguments(ARG "" "" "LINKS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.h)

@@ -3,6 +3,7 @@
 
 #include "app/clsMain.h"
 #include "catalogue/Catalogue.h"
+#include "core/FileSystem.h"
 #include "core/Paths.h"
 #include "core/Prompts.h"
 #include "core/Services.h"
@@ -30,16 +31,19 @@ bool onWebsite(State state) {
 bool canSave(State state) {
     return inProject(state) && state.panel != MainPanel::Engines;
 }
+bool withUrl(State state) {
+    return state.urlSelected;
+}
 bool canSaveWebsite(State state) {
     return onWebsite(state) && state.panel != MainPanel::Engines;
 }
 
-// The operations, where they are more than a call.
+// Operations that are more than one call.
 template <auto Operation>
 void onWorkspace(Target target) {
     (target.main.workspace.*Operation)();
 }
-// Ends where the open website cannot be saved.
+// Does nothing more if the open website cannot be saved.
 template <auto Operation>
 void afterSave(Target target) {
     if (target.main.workspace.autoSave()) (target.main.workspace.*Operation)();
@@ -69,7 +73,7 @@ void submit(Target target) {
 void openHelp(Target target) {
     const std::string file = target.services.paths.inApp("korvel.hlp");
     if (fileExists(file))
-        target.services.prompts.openWithSystem(file);
+        openOrTell(target.services.prompts, file, "Help File");
     else
         target.services.prompts.message("Help file is missing or could not be found.", "Help File",
                                         Icon::Information);
@@ -99,12 +103,12 @@ constexpr Command kMainCommands[] = {
     // File.
     {"mnuFileItems_0", "NewProject", "Create a new project", "Ctrl+N", always, kFile,
      afterSave<&Workspace::newProject>},
-    {"mnuFileItems_1", "Remove", "", "", inProject, kFile, removeCurrent},
+    {"mnuFileItems_1", "Remove", "", "", inProject, kFile, removeCurrent, "Del"},
     {"mnuFileItems_3", "NewWeb", "Create a new website in the current project", "Ctrl+Shift+N", inProject,
      kFile, afterSave<&Workspace::newWebsite>},
-    {"mnuFileItems_4", "RemoveWeb", "", "", onWebsite, kFile, removeCurrent},
+    {"mnuFileItems_4", "RemoveWeb", "", "", onWebsite, kFile, removeCurrent, "Del"},
     {"mnuFileItems_6", "AddWebsite", "", "Ctrl+O", inProject, kFile, afterSave<&Workspace::addWebSite>},
-    {"mnuFileItems_7", "Save", "", "", canSaveWebsite, kFile, onWorkspace<&Workspace::saveWebsite>},
+    {"mnuFileItems_7", "Save", "", "", canSaveWebsite, kFile, onWorkspace<&Workspace::saveWebsite>, "Ctrl+S"},
     {"mnuFileItems_8", "SaveAs", "", "Ctrl+Shift+S", canSaveWebsite, kFile,
      onWorkspace<&Workspace::saveWebsiteAs>},
     {"mnuFileItems_10", "Import", "", "", inProject},
@@ -113,7 +117,7 @@ constexpr Command kMainCommands[] = {
     {"mnuFileItems_12", "UpdateEngines"},
     {"mnuFileItems_13", "Configuration", "", "Ctrl+,", always, kFile, configure},
     {"mnuFileItems_15", "Exit", "", "Ctrl+Q", always, kFile, leave},
-    // Engines. Each of their failures has its words already.
+    // Engines. Their failures are complete messages.
     {"mnuEngineItems_0", "Save", "", "", inProject, "", onSelection<&EngineSelection::saveSelection>},
     {"mnuEngineItems_1", "Open", "", "", inProject, "", onSelection<&EngineSelection::loadSelection>},
     {"mnuEngineItems_3", "Top", "", "", inProject, "", onSelection<&EngineSelection::selectTopEngines>},
@@ -134,30 +138,38 @@ constexpr Command kMainCommands[] = {
     // Help.
     {"mnuHelpItems_0", "Help", "", "F1", always, kHelp, openHelp},
     {"mnuHelpItems_6", "Web", "", "", always, kHelp,
-     [](Target target) { target.services.prompts.openWithSystem(kWebAddress); }},
+     [](Target target) { openOrTell(target.services.prompts, kWebAddress, kApplication); }},
     {"mnuHelpItems_7", "UpdateEngines", "", "", always, kHelp,
-     [](Target target) { target.services.prompts.openWithSystem(target.services.preference.UpdateURL); }},
+     [](Target target) {
+         openOrTell(target.services.prompts, target.services.preference.UpdateURL, kApplication);
+     }},
     {"mnuHelpItems_8", "Support", "", "", always, kHelp,
-     [](Target target) { target.services.prompts.openWithSystem(target.services.preference.SupportURL); }},
+     [](Target target) {
+         openOrTell(target.services.prompts, target.services.preference.SupportURL, kApplication);
+     }},
     {"mnuHelpItems_10", "About", "", "", always, kHelp, [](Target target) { target.show("frmAbout"); }},
-    // The tree's popup, beside items of the File menu.
-    {"mnuPopupItems_10", "Rename", "", "F2", inProject, kPopup, onWorkspace<&Workspace::editLabel>},
+    // The tree's popup, which also has items of the File menu.
+    {"mnuPopupItems_10", "Rename", "", "", inProject, kPopup, onWorkspace<&Workspace::editLabel>, "F2"},
+    // In the empty list of engines.
+    {"InstallCatalogue", "UpdateEngines", "Copies the program's starter catalogue into this home", "", always,
+     "", [](Target target) { target.main.catalogue.installStarterCatalogue(); }},
 };
 
 constexpr Command kUrlCommands[] = {
     {"AddURL", "AddURL", "Type a URL", "", always, "", onUrls<&UrlList::addTypedURL>},
-    {"AddFromLocalFolder", "AddFromLocalFolder", "Make URLs from the HTML files of a folder on this computer",
-     "", always, "", [](Target target) { target.show("frmAddURL"); }},
+    {"AddFromLocalFolder", "AddFromLocalFolder", "Make URLs from the HTML files of a local folder", "",
+     always, "", [](Target target) { target.show("frmAddURL"); }},
     {"AddFromWeb", "AddFromWeb", "Collect the links of a live page"},
     {"LoadURL", "LoadURL", "Load URLs from a text file", "", always, "", onUrls<&UrlList::loadURLs>},
     {"LocalURL", "LocalURL", "Load URLs from a text file on this computer", "", always, "",
      onUrls<&UrlList::loadURLs>},
     {"SaveURL", "SaveURL", "Save the URLs to a text file", "", always, "", onUrls<&UrlList::saveURLs>},
-    {"DeleteURL", "DeleteURL", "Delete the selected URLs", "", always, "", onUrls<&UrlList::DeleteURL>},
+    {"DeleteURL", "DeleteURL", "Delete the selected URLs (Del)", "", withUrl, "", onUrls<&UrlList::DeleteURL>,
+     "Del", "Select a URL in the list first."},
     {"GetMetaTag", "GetMetaTag", "Read title, keywords and description of the page"},
     {"InsertMetaTag", "InsertMetaTag", "Write the meta tags into the local file"},
     {"ReplaceMetaTag", "ReplaceMetaTag", "Replace the meta tags of the local file"},
-    {"Optimizer", "Optimizer", "Judge the page"},
+    {"Optimizer", "Optimizer", "Rate the page"},
 };
 
 }  // namespace
@@ -170,11 +182,13 @@ std::span<const Command> urlCommands() {
     return kUrlCommands;
 }
 
-std::string Command::shownToolTip() const {
+std::string Command::shownToolTip(const CommandState& state) const {
     std::string text(toolTip);
-    if (!comesLater()) return text;
-    if (!text.empty()) text += ". ";
-    return text + "Comes with a later version of this program.";
+    const std::string_view reason = comesLater()        ? "Available in a later version."
+                                    : !isEnabled(state) ? whyDisabled
+                                                        : std::string_view();
+    if (!text.empty() && !reason.empty()) text += ". ";
+    return text.append(reason);
 }
 
 void Command::run(const CommandTarget& target) const {

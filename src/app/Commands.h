@@ -13,40 +13,43 @@ namespace relay {
 class clsMain;
 struct Services;
 
-// What decides whether a command can be given.
+// What the enabling of commands depends on.
 struct CommandState final {
     NodeKind node = NodeKind::Root;  // the kind of the current node
     MainPanel panel = MainPanel::Project;
+    bool urlSelected = false;  // in the URL list
 };
 
-// What a command works on, and what only the window can do for it.
+// What a command works on, and the functions that only the window has.
 struct CommandTarget final {
     const Services& services;
     clsMain& main;
-    std::function<void(std::string_view screen)> show;  // opens a screen by its name, over the window
+    std::function<void(std::string_view screen)> show;  // opens the named screen over the window
     std::function<void()> close;                        // closes the window
 };
 
-// One command of the toolbars, menus and popups; its caption and its place stand in the form.
+// One command of the toolbars, menus and popups; the form has its caption and place.
 struct Command final {
     std::string_view name;  // the objectName of its QAction, or of its QMenu
     std::string_view icon;
     std::string_view toolTip = {};
     std::string_view shortcut = {};  // "Ctrl+N"
-    // When it can be given; none: it comes with a later version.
+    // When it is enabled; none: not available in this version.
     bool (*enabled)(const CommandState& state) = nullptr;
     std::string_view trapWords = {};                           // before the text of a failure
     void (*operation)(const CommandTarget& target) = nullptr;  // none for a menu
+    std::string_view shownKey = {};     // shown in the menu; another command, or the tree, handles the key
+    std::string_view whyDisabled = {};  // added to the tool tip while the command is disabled
 
     bool comesLater() const noexcept { return enabled == nullptr; }
     bool isEnabled(const CommandState& state) const { return enabled != nullptr && enabled(state); }
-    // The tool tip, behind which it says where the command comes later.
-    std::string shownToolTip() const;
+    // The tool tip, with a note why the command is disabled where that is not obvious.
+    std::string shownToolTip(const CommandState& state) const;
     // Runs the operation and shows its failure.
     void run(const CommandTarget& target) const;
 };
 
-// The commands of the main window, and those of the URL list's own toolbar.
+// The commands of the main window and of the URL list's toolbar.
 std::span<const Command> mainCommands();
 std::span<const Command> urlCommands();
 

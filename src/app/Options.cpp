@@ -14,13 +14,15 @@ constexpr int kWrongUsage = 2;
 Options readOptions(const QStringList& arguments) {
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        QStringLiteral("Workbench with which a webmaster promotes web sites.\n\n"
-                       "  /D  write a trace of what is sent and received to the log\n"
-                       "  /U  let report rows lead to the engines' own submission pages"));
+        QStringLiteral("A workbench for promoting web sites.\n\n"
+                       "  /D  log what is sent and received\n"
+                       "  /U  link report rows to the engines' submission pages"));
     const QCommandLineOption home(QStringLiteral("home"), QStringLiteral("Keep everything in <folder>."),
                                   QStringLiteral("folder"));
-    const QCommandLineOption help(QStringLiteral("help"), QStringLiteral("Show this help."));
-    const QCommandLineOption version(QStringLiteral("version"), QStringLiteral("Show the version."));
+    const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")},
+                                  QStringLiteral("Show this help."));
+    const QCommandLineOption version({QStringLiteral("v"), QStringLiteral("version")},
+                                     QStringLiteral("Show the version."));
     parser.addOptions({home, help, version});
     Options options;
     options.commandLine = fromScreen(arguments.join(QLatin1Char(' ')));
@@ -33,7 +35,10 @@ Options readOptions(const QStringList& arguments) {
     } else if (parser.isSet(version)) {
         options.answer = QStringLiteral("korvel-relay " RELAY_VERSION);
     } else if (parser.isSet(help)) {
-        options.answer = parser.helpText();
+        // The parser would print the path of the program, or a placeholder if there is no application yet.
+        const QString text = parser.helpText();
+        options.answer = QStringLiteral("Usage: korvel-relay [options] [/D] [/U]") +
+                         text.mid(text.indexOf(QLatin1Char('\n')));
     }
     options.home = fromScreen(parser.value(home));
     return options;

@@ -8,16 +8,16 @@
 
 namespace relay {
 
-// What the window program was started with.
+// The command line of the window program.
 struct Options final {
     std::string home;         // --home, or empty
-    std::string commandLine;  // all arguments joined by blanks: where "/D" and "/U" are looked for
-    QString answer;           // the text of --help or --version, or of a wrong usage; empty: go on
+    std::string commandLine;  // all arguments joined by blanks, to look for "/D" and "/U"
+    QString answer;           // the text of --help, --version or a usage error; empty: start the program
     int exitCode = 0;         // with an answer
 };
 
-// `arguments` without the program's name, as toScreen gives them. "/D" and "/U" may stand anywhere and in
-// either case.
+// `arguments` without the program's name, as toScreen gives them. "/D" and "/U" may be anywhere, in either
+// case.
 Options readOptions(const QStringList& arguments);
 
 }  // namespace relay

@@ -7,6 +7,8 @@
 #include "core/ScreenText.h"
 #include "core/Text.h"
 #include "core/Trap.h"
+#include "session/InstalledData.h"
+#include "widgets/Appearance.h"
 #include "widgets/Forms.h"
 
 #include <QApplication>
@@ -20,13 +22,13 @@ namespace {
 constexpr std::string_view kWindowSection = "Window";
 constexpr std::string_view kSplitterKey = "Splitter";
 
-// Larger numbers overflow the coordinates of the windowing system.
+// Larger numbers overflow the windowing system's coordinates.
 int pixels(double saved) {
     constexpr double kFarthest = 16383;
     return qRound(std::clamp(saved, 0.0, kFarthest));
 }
 
-// Whether enough of the window's upper edge lies on a screen to take hold of it.
+// True if enough of the window's upper edge is on a screen to drag it.
 bool isReachable(const QWidget& window) {
     constexpr QSize kHandle(80, 24);
     const QRect edge(window.pos(), QSize(window.width(), kHandle.height()));
@@ -36,11 +38,17 @@ bool isReachable(const QWidget& window) {
         return seen.width() >= kHandle.width() && seen.height() >= kHandle.height() / 2;
     });
 }
+
+Paths withInstalledData(Paths paths) {
+    paths.installedData =
+        installedDataFolder(fromScreen(QCoreApplication::applicationDirPath()), environmentVariable);
+    return paths;
+}
 }  // namespace
 
 Program::Program(Paths paths, const std::string& commandLine, const Clock& clock, Prompts& prompts)
     : m_prompts(prompts),
-      m_session(std::move(paths), clock, commandLine, prompts),
+      m_session(withInstalledData(std::move(paths)), clock, commandLine, prompts),
       m_main(m_session.services, m_session.catalogue),
       m_startUp(m_session.services, m_main, startUpScreens()) {
     m_main.linksEngines = containsNoCase(commandLine, "/U");
@@ -51,7 +59,9 @@ Program::~Program() = default;
 StartUpScreens Program::startUpScreens() {
     StartUpScreens screens;
     screens.closeSplash = [this] { closeSplash(); };
-    screens.showPreference = [this] { frmPreference(m_session.services).exec(); };
+    screens.showPreference = [this] {
+        frmPreference(m_session.services, frmPreference::Shown::AtTheFirstStart).exec();
+    };
     return screens;
 }
 
@@ -60,12 +70,9 @@ void Program::closeSplash() {
     if (std::exchange(m_busy, false)) m_prompts.busy(false);
 }
 
-// A home that cannot be prepared is used all the same: what is there can still be read.
+// Continues with a home that cannot be prepared: it may still be readable.
 void Program::prepare() {
-    const auto failure = failureOf([this] {
-        m_session.prepareHome(
-            installedDataFolder(fromScreen(QCoreApplication::applicationDirPath()), environmentVariable));
-    });
+    const auto failure = failureOf([this] { prepareHome(m_session.paths, m_session.paths.installedData); });
     if (!failure) return;
     log().WriteErrorLog(*failure);
     closeSplash();
@@ -73,6 +80,8 @@ void Program::prepare() {
 }
 
 void Program::start() {
+    // Needed by the splash; the other settings are read while it is shown.
+    chooseColours(toScreen(m_session.settings.value(kApplication, kWindowSection, "Colours")));
     m_splash = std::make_unique<frmSplash>();
     QObject::connect(m_splash.get(), &frmSplash::timeIsUp, m_splash.get(), [this] { closeSplash(); });
     m_splash->show();
@@ -90,7 +99,7 @@ void Program::start() {
     closeSplash();
     m_window->showCatalogue();
     m_window->show();
-    // Taken as it was saved; only a window nobody could get hold of is brought back.
+    // The saved position is used unless the window would be out of reach.
     if (!m_window->isMaximized() && !isReachable(*m_window)) CenterForm(*m_window);
     QTimer::singleShot(0, m_window.get(), &frmMain::offerCutOffRun);
 }
@@ -117,12 +126,12 @@ bool Program::leave() {
     return true;
 }
 
-void Program::showStatus(const QString& text) {
-    if (m_window) m_window->showStatus(text);
+void Program::showStatus(const QString& text, int milliseconds) {
+    if (m_window) m_window->showStatus(text, milliseconds);
 }
 
 void Program::bringToFront() {
-    // While the program starts, a dialog may stand alone: the window is not to come up before its time.
+    // During the start there may be only a dialog; the window must not appear before its time.
     if (m_window && m_window->isVisible()) {
         if (m_window->isMinimized()) m_window->showNormal();
         m_window->raise();

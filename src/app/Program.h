@@ -17,16 +17,15 @@ namespace relay {
 class Prompts;
 class frmSplash;
 
-// The window program on one home, put together: session, logic, main window, and the order in which
-// they come up and go down.
+// The window program on one home: session, logic, main window, and the order in which they start and stop.
 class Program final {
   public:
-    // `commandLine` is the whole of it without the program's name.
+    // `commandLine` is all of it without the program's name.
     Program(Paths paths, const std::string& commandLine, const Clock& clock, Prompts& prompts);
     ~Program();
 
-    // Shows the splash, reads the settings, runs the start and shows the window. Throws Failure when there is
-    // nothing to go on with.
+    // Shows the splash, reads the settings, runs the start and shows the window. Throws Failure when the
+    // program cannot continue.
     void start();
 
     frmMain& window() noexcept { return *m_window; }
@@ -35,10 +34,10 @@ class Program final {
     Log& log() noexcept { return m_session.log; }
     clsPreference& preference() noexcept { return m_session.preference; }
     void bringToFront();
-    // Takes the splash away and gives the usual pointer back; harmless when that is done already.
+    // Closes the splash and restores the pointer; harmless when already done.
     void closeSplash();
-    // In the window's status bar, once there is one.
-    void showStatus(const QString& text);
+    // Shows the text in the window's status bar, if there is one.
+    void showStatus(const QString& text, int milliseconds);
 
   private:
     StartUpScreens startUpScreens();

@@ -11,7 +11,7 @@ namespace relay {
 
 namespace {
 constexpr int kPatienceMilliseconds = 2000;
-// A socket's path is held in 108 bytes by the system.
+// The system limits the path of a socket to 108 bytes.
 constexpr qsizetype kLongestSocketPath = 100;
 
 QString socketPath(const QString& home) {
@@ -25,7 +25,7 @@ QString socketPath(const QString& home) {
 
 SingleInstance::SingleInstance(const QString& home, QObject* parent)
     : QObject(parent), m_socket(socketPath(home)), m_lock(home + QStringLiteral("/.window.lock")) {
-    // Age alone never makes a lock stale; it is stale when its program is gone.
+    // Age never makes a lock stale, only the end of its program.
     m_lock.setStaleLockTime(0);
     m_server.setSocketOptions(QLocalServer::UserAccessOption);
     connect(&m_server, &QLocalServer::newConnection, this, [this] {
@@ -49,8 +49,9 @@ std::string SingleInstance::question() const {
     if (m_lock.getLockInfo(&process, &computer, &program))
         words += " (process " + std::to_string(process) + " on the computer '" + fromScreen(computer) + "')";
     return words +
-           " has this home open.\r\n\r\nTwo windows on one home undo each other's work. Do you want to go on "
-           "all the same?";
+           " has this home open.\r\n\r\nTwo windows on one home undo each other's work. Do you want to "
+           "continue "
+           "anyway?";
 }
 
 void SingleInstance::takeOver() {

@@ -10,23 +10,23 @@
 
 namespace relay {
 
-// Keeps one window to a home: the first program on it holds a lock file inside the home, and listens; a later
-// one asks the first to come to the front. A home that cannot be written is not guarded.
+// Allows one window per home: the first program has a lock file in the home and listens; a later one asks the
+// first to come to the front. A home that cannot be written is not guarded.
 class SingleInstance final : public QObject {
     Q_OBJECT
   public:
     enum class Claim {
         Granted,  // or not guarded
-        Raised,   // another program holds the home, and was asked to come to the front
-        Held,     // somebody holds the home who cannot be asked: on another computer, most likely
+        Raised,   // another program has the home and was asked to come to the front
+        Held,     // another program has the home but does not answer, probably on another computer
     };
 
     explicit SingleInstance(const QString& home, QObject* parent = nullptr);
 
     Claim claim();
-    // After Held: the question whether to go on all the same, with the lock file's name and what it says.
+    // After Held: the question whether to continue anyway, with the lock file's name and contents.
     std::string question() const;
-    // After Held: the home is taken from whoever holds it.
+    // After Held: takes the home from the other program.
     void takeOver();
 
   Q_SIGNALS:

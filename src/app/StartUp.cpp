@@ -3,6 +3,7 @@
 
 #include "app/clsMain.h"
 #include "catalogue/Catalogue.h"
+#include "core/FileSystem.h"
 #include "core/Log.h"
 #include "core/Paths.h"
 #include "core/Prompts.h"
@@ -28,11 +29,6 @@ constexpr std::string_view kUpgradeNotice =
     "If this is the first time you upgrade from version 5.0 or older to version 6.0, please make sure to "
     "update the new engine data file from our web site by clicking the 'File/Update Engine Data File' menu "
     "item from the menu bar.";
-constexpr std::string_view kMissingDataNotice =
-    "Engine Data file was not found or missing. If this is the first time you run the program, you need to "
-    "download the engine data file from our web server to make Korvel Relay works correctly. \r\n\r\nPlease "
-    "click on the 'File/Update Engine Data' menu item from the menu bar and following the instruction on the "
-    "screen. Please re-start the program after you updated the engine data file.";
 
 }  // namespace
 

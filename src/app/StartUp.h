@@ -11,25 +11,24 @@ namespace relay {
 class clsMain;
 struct Services;
 
-// What the start-up needs of the screens. An empty function does nothing.
+// What the start needs from the screens. An empty function does nothing.
 struct StartUpScreens final {
-    // Puts the splash away and resets the pointer; called more than once.
+    // Closes the splash and restores the pointer; called more than once.
     std::function<void()> closeSplash;
-    // The settings dialog, until the user closes it.
+    // Shows the settings dialog until the user closes it.
     std::function<void()> showPreference;
-    // The update window with this prompt, until the user closes it.
+    // Shows the update window with this prompt until the user closes it.
     std::function<void(std::string_view prompt)> showUpdateEngines;
 };
 
-// The steps of the main window's start that need no window, in their order, and of its end.
+// The steps of the program's start that need no window, in their order, and the steps of its end.
 class StartUp final {
   public:
     StartUp(const Services& services, clsMain& main, StartUpScreens screens);
 
-    // False when a step failed. Each step that fails is shown and logged, and the others are done all the
-    // same.
+    // False when a step failed. A failed step is shown and logged, and the others still run.
     bool run();
-    // Asks; false: the window stays.
+    // Asks the user; false keeps the window open.
     bool confirmExit();
     // Closes the files and saves the settings and the window's position.
     void finish(std::string_view mainFormPos);
@@ -53,15 +52,15 @@ class StartUp final {
     std::string_view m_step;
 };
 
-// The main window's place, in pixels.
+// The main window's position and size, in pixels.
 struct WindowPosition final {
     double left = 0;
     double top = 0;
     double width = 0;
     double height = 0;
 };
-// Of the text "left,top,width,height": a negative left or top becomes 0, the size is taken as it stands;
-// nullopt unless there are exactly four fields.
+// Reads "left,top,width,height": a negative left or top becomes 0, the size is not checked; nullopt unless
+// there are exactly four fields.
 std::optional<WindowPosition> parseWindowPosition(std::string_view text);
 std::string windowPositionText(const WindowPosition& position);
 

@@ -8,13 +8,13 @@
 
 namespace relay {
 
-// The application object of the window program: what an event handler lets out, lack of memory among it, is
-// shown, and the program goes on.
+// The application object of the window program: shows exceptions that leave an event handler, lack of memory
+// included, and continues.
 class WindowApplication final : public QApplication {
   public:
     using QApplication::QApplication;
 
-    // Shows a failure to the user. What it throws itself goes to standard error.
+    // Shows a failure to the user. If it throws, the failure goes to standard error.
     std::function<void(std::string_view words)> failed;
 
     bool notify(QObject* receiver, QEvent* event) override;
@@ -22,7 +22,7 @@ class WindowApplication final : public QApplication {
   private:
     void show(const char* reason) noexcept;
 
-    bool m_showing = false;  // a handler that fails at each repaint must not pile up boxes
+    bool m_showing = false;  // a handler that fails on each repaint must not stack up boxes
 };
 
 }  // namespace relay

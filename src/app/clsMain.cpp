@@ -2,6 +2,7 @@
 #include "app/clsMain.h"
 
 #include "catalogue/Catalogue.h"
+#include "catalogue/PasswordKey.h"
 #include "core/Clock.h"
 #include "core/Prompts.h"
 #include "core/Services.h"
@@ -25,6 +26,11 @@ std::vector<std::string> clsMain::webTypes() const {
 
 std::vector<std::string> clsMain::languages() {
     return {"English", "German", "Franch", "Italian", "Spanish", "Japanese", "Chinese", "Others"};
+}
+
+std::string clsMain::passwordWarning() const {
+    if (!workspace.currentNode()->isWebsite() || !website.fields.txtPassword.empty()) return {};
+    return emptyPasswordWarning(catalogue.lists);
 }
 
 bool clsMain::readyToSubmit() {

@@ -14,8 +14,8 @@ namespace relay {
 class Catalogue;
 struct Services;
 
-// The main logic object of the window program: it joins the catalogue with the user's projects. All that is
-// handed in must outlive it.
+// The main logic object of the window program: joins the catalogue and the user's projects. All arguments
+// must outlive it.
 class clsMain final {
   public:
     clsMain(const Services& services, Catalogue& catalogue);
@@ -25,16 +25,18 @@ class clsMain final {
     Workspace workspace;
     bool linksEngines = false;  // reports link to the engines; the switch "/U"
 
-    // Items of cboWebType; adult sites are among them unless they are refused.
+    // Items of cboWebType; includes adult sites unless they are refused.
     std::vector<std::string> webTypes() const;
     // Items of cboLanguage.
     static std::vector<std::string> languages();
-    // What the toolbar's "Submit" checks: saves, refuses an empty selection (the engine screen then shows),
-    // and offers to block the mail of free-for-all sites. True when the submission may open.
+    // The checks of the toolbar's "Submit": saves, refuses an empty selection (and shows the engine screen),
+    // and offers to block mail from free-for-all sites. True when the submission may open.
     bool readyToSubmit();
-    // A submission that was cut off and that the user wants to go on with, after asking; nothing when there
-    // is none, or the user does not want to. Only on the user's word it is not offered again.
+    // Asks whether to continue an interrupted submission, if there is one, and returns it on Yes. On No, asks
+    // whether to keep it for later.
     std::optional<CutOffRun> cutOffRunToGoOnWith();
+    // The warning for an open website without a password if a selected engine would be sent it; else empty.
+    std::string passwordWarning() const;
 
   private:
     const Services& m_services;

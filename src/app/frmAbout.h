@@ -5,7 +5,7 @@
 
 namespace relay {
 
-// What the program is, its version and its licence.
+// The program's purpose, version and licence.
 class frmAbout final : public QDialog {
     Q_OBJECT
   public:

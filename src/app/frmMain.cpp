@@ -18,8 +18,10 @@
 #include "widgets/Forms.h"
 #include "widgets/IconTheme.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QMenu>
+#include <QScreen>
 #include <QShortcut>
 #include <QSignalBlocker>
 
@@ -28,8 +30,9 @@ namespace relay {
 namespace {
 constexpr int kUsualTreeWidth = 225;
 constexpr int kSplitterStep = 24;
+constexpr QSize kFrame(8, 40);  // around a window, at most
 
-// The wizard over the window, which can do nothing until it closes.
+// Opens the wizard. The window is disabled until it closes.
 void showSubmit(const CommandTarget& target, QWidget* parent, std::optional<CutOffRun> cutOff) {
     std::optional<frmSubmit> wizard;
     {
@@ -40,7 +43,7 @@ void showSubmit(const CommandTarget& target, QWidget* parent, std::optional<CutO
     }
     if (cutOff && !wizard->controller().resume(std::move(*cutOff))) return;
     wizard->exec();
-    // The panel shows the reports that came into its website's file.
+    // Reads the new reports into the website's panel.
     target.main.workspace.autoSave();
 }
 
@@ -52,7 +55,9 @@ struct Screen final {
 constexpr Screen kScreens[] = {
     {"frmAbout", [](const CommandTarget&, QWidget* parent) { frmAbout(parent).exec(); }},
     {"frmPreference",
-     [](const CommandTarget& target, QWidget* parent) { frmPreference(target.services, parent).exec(); }},
+     [](const CommandTarget& target, QWidget* parent) {
+         frmPreference(target.services, frmPreference::Shown::ByCommand, parent).exec();
+     }},
     {"frmAddURL",
      [](const CommandTarget& target, QWidget* parent) {
          frmAddURL(target.main.website.fields.lsvSiteURLs, target.services.prompts,
@@ -63,7 +68,7 @@ constexpr Screen kScreens[] = {
      [](const CommandTarget& target, QWidget* parent) { showSubmit(target, parent, std::nullopt); }},
 };
 
-// One line of the quick start text, with the words that name a command as a link to it.
+// One line of the quick start text as HTML, its command as a link.
 QString toHtml(const QuickStartLine& line) {
     QString html = toScreen(line.text).toHtmlEscaped();
     if (line.command.empty()) return html;
@@ -79,6 +84,7 @@ frmMain::frmMain(const Services& services, clsMain& main, QWidget* parent)
       m_target{services, main, [this](std::string_view screen) { showScreen(screen); }, [this] { close(); }} {
     m_ui->setupUi(this);
     enlargeTitle();
+    describePlaceholders(*m_ui->SSTab2);
     makeToolbarReachable();
     makeSplitterReachable();
     m_ui->SSTab1->connectTo(main.website.fields, main.catalogue.categories);
@@ -88,16 +94,25 @@ frmMain::frmMain(const Services& services, clsMain& main, QWidget* parent)
     showQuickStart();
     wireCommands(mainCommands(), *this);
     wireCommands(urlCommands(), *m_ui->SSTab1);
-    connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, this, &frmMain::findEngines);
+    addKeys();
     connectWebsitePanel();
     connect(m_ui->SSTab3, &frmEnginePanel::previewWanted, this, &frmMain::showPreview);
+    connectEnginePanel();
+    followChanges();
     m_ui->TreeView1->connectTo(main.workspace, services.prompts);
     connect(&main.workspace, &Workspace::panelsChanged, this, &frmMain::showPanels);
+    connect(&main.workspace, &Workspace::panelOpened, this, [this] {
+        m_ui->SSTab1->setCurrentIndex(0);
+        focusPanel();
+    });
     showPanels();
+    resize(size().boundedTo(screen()->availableSize() - kFrame));
     CenterForm(*this);
 }
 
-frmMain::~frmMain() = default;
+frmMain::~frmMain() {
+    m_main.catalogue.afterLoad = nullptr;
+}
 
 void frmMain::enlargeTitle() {
     QFont large = font();
@@ -119,8 +134,10 @@ void frmMain::wireCommands(std::span<const Command> commands, const QWidget& own
         QAction* const action = actionOf(command.name, owner);
         if (action == nullptr) continue;
         action->setIcon(themedIcon(command.icon));
-        const QString toolTip = toScreen(command.shownToolTip());
-        if (!toolTip.isEmpty()) action->setToolTip(toolTip);
+        if (!command.shownKey.empty()) {
+            action->setIconText(action->iconText());  // buttons show the text without the key
+            action->setText(action->text() + QLatin1Char('\t') + toScreen(command.shownKey));
+        }
         if (!command.shortcut.empty()) action->setShortcut(QKeySequence(toScreen(command.shortcut)));
         connect(action, &QAction::triggered, this, [this, &command] { command.run(m_target); });
         m_commands.emplace_back(action, &command);
@@ -129,8 +146,12 @@ void frmMain::wireCommands(std::span<const Command> commands, const QWidget& own
 
 void frmMain::enableCommands() {
     const PanelState& panels = m_main.workspace.panels();
-    for (const auto& [action, command] : m_commands)
-        action->setEnabled(command->isEnabled({panels.node, panels.panel}));
+    const CommandState state{panels.node, panels.panel, m_urlSelected};
+    for (const auto& [action, command] : m_commands) {
+        action->setEnabled(command->isEnabled(state));
+        const QString toolTip = toScreen(command->shownToolTip(state));
+        if (!toolTip.isEmpty()) action->setToolTip(toolTip);
+    }
 }
 
 void frmMain::showScreen(std::string_view name) {
@@ -172,13 +193,104 @@ void frmMain::connectWebsitePanel() {
     });
 }
 
+void frmMain::connectEnginePanel() {
+    m_ui->SSTab3->setInstallAction(*m_ui->InstallCatalogue);
+    m_main.catalogue.afterLoad = [this] { showCatalogue(); };
+    const Rows& selected = m_main.catalogue.lists.lsvSelectedEngines;
+    const auto follow = [this] { m_changes.start(); };
+    connect(&selected, &Rows::modelReset, this, follow);
+    connect(&selected, &Rows::rowsInserted, this, follow);
+    connect(&selected, &Rows::rowsRemoved, this, follow);
+}
+
+// Waits for a pause in the changes: checking for them takes longer the more a website contains.
+void frmMain::followChanges() {
+    constexpr int kPauseMilliseconds = 150;
+    m_changes.setSingleShot(true);
+    m_changes.setInterval(kPauseMilliseconds);
+    connect(&m_changes, &QTimer::timeout, this, &frmMain::showTitle);
+    const auto follow = [this] { m_changes.start(); };
+    connect(m_ui->SSTab1, &frmWebsitePanel::edited, this, follow);
+    connect(m_ui->txtProjectDescr, &QPlainTextEdit::textChanged, this, follow);
+    connect(&m_main.website, &OpenWebsite::fieldsChanged, this, follow);
+    connect(&m_main.workspace, &Workspace::saved, this, follow);
+    connect(m_ui->SSTab1, &frmWebsitePanel::urlSelected, this, [this](bool any) {
+        if (std::exchange(m_urlSelected, any) != any) enableCommands();
+    });
+}
+
+void frmMain::addKeys() {
+    qApp->installEventFilter(this);
+    const auto key = [this](const QKeySequence& keys, auto&& operation) {
+        connect(new QShortcut(keys, this), &QShortcut::activated, this, operation);
+    };
+    key(QKeySequence::Find, [this] { findEngines(); });
+    key(Qt::Key_F6, [this] { changeSides(); });
+    for (int tab = 0; tab < m_ui->SSTab1->count(); ++tab)
+        key(frmWebsitePanel::pageKeys(tab), [this, tab] { showPage(tab); });
+}
+
+bool frmMain::eventFilter(QObject* watched, QEvent* event) {
+    const auto* const widget = qobject_cast<const QWidget*>(watched);
+    if (event->type() != QEvent::ShortcutOverride || widget == nullptr || widget->window() != this)
+        return QMainWindow::eventFilter(watched, event);
+    const QKeySequence keys(static_cast<QKeyEvent*>(event)->keyCombination());
+    const bool ours = std::any_of(m_commands.begin(), m_commands.end(),
+                                  [&](const auto& command) { return command.first->shortcut() == keys; });
+    if (!ours) return QMainWindow::eventFilter(watched, event);
+    event->ignore();
+    return true;
+}
+
+void frmMain::showPage(int tab) {
+    Workspace& workspace = m_main.workspace;
+    if (workspace.panels().node != NodeKind::Website) return;
+    if (workspace.panels().panel != MainPanel::Website && !workspace.nodeClick(*workspace.currentNode()))
+        return;
+    m_ui->SSTab1->setCurrentIndex(tab);
+    focusFirst(*m_ui->SSTab1->currentWidget());
+}
+
+void frmMain::changeSides() {
+    if (m_ui->TreeView1->hasFocus())
+        focusPanel();
+    else
+        m_ui->TreeView1->setFocus(Qt::ShortcutFocusReason);
+}
+
+void frmMain::focusPanel() {
+    switch (m_main.workspace.panels().panel) {
+        case MainPanel::Engines:
+            m_ui->SSTab3->focusEngines();
+            break;
+        case MainPanel::Website:
+            focusFirst(*m_ui->SSTab1->currentWidget());
+            break;
+        case MainPanel::Project:
+            focusFirst(*m_ui->SSTab2);
+            break;
+    }
+}
+
+void frmMain::showTitle() {
+    const ProjectNode& node = *m_main.workspace.currentNode();
+    QString name = toScreen(node.text);
+    if (node.isWebsite()) name += QStringLiteral(" - ") + toScreen(node.parent->text);
+    // Qt replaces "[*]" with the mark of a change, and "[*][*]" with "[*]".
+    name.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));
+    const QString program = toScreen(kApplication);
+    setWindowTitle(node.isRoot() ? program : name + QStringLiteral("[*] - ") + program);
+    setWindowModified(m_main.workspace.isChanged());
+    m_ui->SSTab3->showWarning(toScreen(m_main.passwordWarning()));
+}
+
 void frmMain::runQuickStartLink(const QString& name) {
     QAction* const action = actionOf(fromScreen(name), *this);
     if (action == nullptr) return;
     if (action->isEnabled())
         action->trigger();
     else
-        showStatus(tr("Select a website in the tree first, or create one with 'New Web'."));
+        m_target.services.prompts.notice("Select a website in the tree first, or create one with 'New Web'.");
 }
 
 void frmMain::findEngines() {
@@ -186,7 +298,7 @@ void frmMain::findEngines() {
     if (m_main.workspace.panels().panel == MainPanel::Engines) m_ui->SSTab3->focusFindBox();
 }
 
-// Toolbar buttons leave the focus alone by default, which keeps people without a mouse from them.
+// By default toolbar buttons take no focus, so they cannot be used without a mouse.
 void frmMain::makeToolbarReachable() {
     for (QAction* action : m_ui->ToolbarMain->actions()) {
         QWidget* const button = m_ui->ToolbarMain->widgetForAction(action);
@@ -194,10 +306,11 @@ void frmMain::makeToolbarReachable() {
     }
 }
 
-// The border between tree and panel by keys: the toolkit moves it by mouse only.
+// Keys for the border between tree and panel, which Qt moves by mouse only.
 void frmMain::makeSplitterReachable() {
     const QString keys = tr("Drag to make the tree wider or narrower, or press Alt+Right and Alt+Left");
     m_ui->imgSpliter->handle(1)->setToolTip(keys);
+    m_ui->imgSpliter->handle(1)->setAccessibleName(m_ui->imgSpliter->accessibleName());
     m_ui->imgSpliter->setAccessibleDescription(keys);
     for (const auto& [key, step] : {std::pair(Qt::Key_Left, -kSplitterStep), {Qt::Key_Right, kSplitterStep}})
         connect(new QShortcut(QKeySequence(Qt::ALT | key), this), &QShortcut::activated, this,
@@ -225,11 +338,11 @@ void frmMain::showCatalogue() {
     m_ui->SSTab1->showFields();
 }
 
-void frmMain::showStatus(const QString& text) {
+void frmMain::showStatus(const QString& text, int milliseconds) {
     if (text.isEmpty())
         m_ui->StatusBar1->clearMessage();
     else
-        m_ui->StatusBar1->showMessage(text);
+        m_ui->StatusBar1->showMessage(text, milliseconds);
 }
 
 int frmMain::splitterPlace() const {
@@ -259,8 +372,11 @@ void frmMain::showPanels() {
     QWidget* const shown = panels.panel == MainPanel::Website   ? static_cast<QWidget*>(m_ui->SSTab1)
                            : panels.panel == MainPanel::Engines ? static_cast<QWidget*>(m_ui->SSTab3)
                                                                 : m_ui->SSTab2;
+    const bool toEngines = shown == m_ui->SSTab3 && m_ui->panels->currentWidget() != shown;
     m_ui->panels->setCurrentWidget(shown);
+    if (toEngines) focusPanel();
     enableCommands();
+    showTitle();
 }
 
 QRect frmMain::normalPlace() const {

@@ -4,6 +4,7 @@
 #include "app/Commands.h"
 
 #include <QMainWindow>
+#include <QTimer>
 
 #include <functional>
 #include <memory>
@@ -20,32 +21,35 @@ namespace Ui {
 class frmMain;
 }
 
-// The main window: the tree of projects at the left, the panel of the current node at the right, the toolbar,
+// The main window: the tree of projects on the left, the panel of the current node on the right, the toolbar,
 // the menus and the status bar.
 class frmMain final : public QMainWindow {
     Q_OBJECT
   public:
-    // Shows and drives `main`; both outlive the window.
+    // Shows and drives `main`; both arguments outlive the window.
     frmMain(const Services& services, clsMain& main, QWidget* parent = nullptr);
     ~frmMain() override;
 
-    // Asked when the window is about to close; false keeps it open. Empty: it closes.
+    // Called before the window closes; false keeps it open.
     std::function<bool()> closeAllowed;
 
-    // Brings the choices of the combo boxes and the captions of the type boxes up to date after a load.
+    // Updates the choices of the combo boxes and the captions of the type boxes after a load.
     void showCatalogue();
-    void showStatus(const QString& text);
-    // Asks whether to go on with a submission that was cut off, and opens the wizard on it.
+    // For the given milliseconds; 0 means until the next text.
+    void showStatus(const QString& text, int milliseconds = 0);
+    // Offers to continue a submission that was interrupted.
     void offerCutOffRun();
-    // Where the border between tree and panel stands, in pixels from the left; 0 takes the usual place.
+    // Position of the border between tree and panel, in pixels from the left; 0 means the default.
     int splitterPlace() const;
     void setSplitterPlace(int place);
-    // Where the window stands when it is neither maximised nor minimised: the corner of its frame, and its
-    // size without the frame.
+    // The window's place when neither maximised nor minimised: the corner of its frame, and its size without
+    // the frame.
     QRect normalPlace() const;
 
   protected:
     void closeEvent(QCloseEvent* event) override;
+    // Gives the commands' keys precedence over keys of the fields (Ctrl+E: to the end of the line).
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void moveEvent(QMoveEvent* event) override;
 
   private:
@@ -54,14 +58,23 @@ class frmMain final : public QMainWindow {
     void makeSplitterReachable();
     void showQuickStart();
     void runQuickStartLink(const QString& command);
-    // Ties the commands to the actions of the same names that belong to `owner`.
+    // Connects the commands to the actions of the same names that belong to `owner`.
     void wireCommands(std::span<const Command> commands, const QWidget& owner);
     static QAction* actionOf(std::string_view name, const QWidget& owner);
     void enableCommands();
     void showScreen(std::string_view name);
-    // What the engine would be sent for one of the websites.
+    // Shows what would be sent to the engine.
     void showPreview(const std::string& engine);
     void connectWebsitePanel();
+    void connectEnginePanel();
+    void followChanges();
+    void addKeys();
+    // Shows the website's page, also from the engine screen.
+    void showPage(int tab);
+    // Moves the focus to the tree, or from the tree to the panel.
+    void changeSides();
+    void focusPanel();
+    void showTitle();
     void showPanels();
     void findEngines();
 
@@ -69,7 +82,9 @@ class frmMain final : public QMainWindow {
     clsMain& m_main;
     CommandTarget m_target;
     std::vector<std::pair<QAction*, const Command*>> m_commands;
-    QPoint m_frame;  // how far inside its frame the window stands when it is not maximised
+    QTimer m_changes;  // times out shortly after the last change that affects the title or the warning
+    bool m_urlSelected = false;
+    QPoint m_frame;  // offset of the window inside its frame when not maximised
 };
 
 }  // namespace relay

@@ -3,17 +3,20 @@
 
 #include "core/ScreenText.h"
 #include "core/Services.h"
+#include "core/clsPreference.h"
 #include "ui_frmPreference.h"
+#include "widgets/Appearance.h"
 #include "widgets/Forms.h"
 
 namespace relay {
 
-frmPreference::frmPreference(const Services& services, QWidget* parent)
+frmPreference::frmPreference(const Services& services, Shown shown, QWidget* parent)
     : QDialog(parent),
       m_ui(std::make_unique<Ui::frmPreference>()),
       m_services(services),
       m_entry(openPreference(services.preference)) {
     m_ui->setupUi(this);
+    m_ui->lblFirstStart->setVisible(shown == Shown::AtTheFirstStart);
     bindFields();
     enableProxy();
     connect(m_ui->cmdPreference_0, &QPushButton::clicked, this, &frmPreference::accept);
@@ -53,6 +56,14 @@ void frmPreference::bindFields() {
     bind(m_ui->chkDontClearFields, &PreferenceEntry::chkDontClearFields);
     bind(m_ui->chkPromptConnection, &PreferenceEntry::chkPromptConnection);
 
+    // In the order of the items.
+    static constexpr std::string_view kColours[] = {"system", "light", "dark"};
+    const auto* const chosen = std::find(std::begin(kColours), std::end(kColours), m_entry.cboColours);
+    m_ui->cboColours->setCurrentIndex(
+        chosen == std::end(kColours) ? 0 : static_cast<int>(chosen - std::begin(kColours)));
+    connect(m_ui->cboColours, &QComboBox::activated, this,
+            [this](int index) { m_entry.cboColours = kColours[static_cast<std::size_t>(index)]; });
+
     (m_entry.optLogoPosition == 0 ? m_ui->optLogoPosition_0 : m_ui->optLogoPosition_1)->setChecked(true);
     connect(m_ui->optLogoPosition_0, &QRadioButton::clicked, this, [this] { m_entry.optLogoPosition = 0; });
     connect(m_ui->optLogoPosition_1, &QRadioButton::clicked, this, [this] { m_entry.optLogoPosition = 1; });
@@ -76,9 +87,11 @@ void frmPreference::goTo(std::string_view control) {
 }
 
 void frmPreference::accept() {
-    if (confirmPreference(m_services.preference, m_services.settings, m_services.prompts, m_entry,
-                          [this](std::string_view control) { goTo(control); }))
-        QDialog::accept();
+    if (!confirmPreference(m_services.preference, m_services.settings, m_services.prompts, m_entry,
+                           [this](std::string_view control) { goTo(control); }))
+        return;
+    chooseColours(toScreen(m_services.preference.Colours));
+    QDialog::accept();
 }
 
 }  // namespace relay

@@ -22,7 +22,10 @@ class frmPreference;
 class frmPreference final : public QDialog {
     Q_OBJECT
   public:
-    explicit frmPreference(const Services& services, QWidget* parent = nullptr);
+    enum class Shown { ByCommand, AtTheFirstStart };  // at the first start a heading says why it is there
+
+    explicit frmPreference(const Services& services, Shown shown = Shown::ByCommand,
+                           QWidget* parent = nullptr);
     ~frmPreference() override;
 
     void accept() override;

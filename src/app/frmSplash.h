@@ -11,7 +11,7 @@ namespace Ui {
 class frmSplash;
 }
 
-// Shown from the first moment to the end of the load, or for a few seconds. Closing it twice is harmless.
+// Shown until the program is loaded, or for a few seconds. Closing it twice is harmless.
 class frmSplash final : public QFrame {
     Q_OBJECT
   public:
@@ -19,7 +19,7 @@ class frmSplash final : public QFrame {
     ~frmSplash() override;
 
   Q_SIGNALS:
-    // Whoever shows the splash closes it now and gives the usual pointer back.
+    // The splash should close now, and the pointer be restored.
     void timeIsUp();
 
   private:

@@ -3,6 +3,7 @@
 #include "app/Program.h"
 #include "app/SingleInstance.h"
 #include "app/WindowApplication.h"
+#include "core/FileSystem.h"
 #include "core/Paths.h"
 #include "core/ScreenText.h"
 #include "core/Text.h"
@@ -28,7 +29,8 @@ Paths choosePaths(const Options& options) {
     return Paths::fromEnvironment(environmentVariable);
 }
 
-// Qt opens files by names that are valid text. A folder with another name is reached through its descriptor.
+// Qt can only open files whose names are valid text. A folder with another name is reached through its
+// descriptor.
 QString nameForQt(const std::string& folder) {
     const QString name = toScreen(folder);
     if (QFile::encodeName(name).toStdString() == folder) return name;
@@ -37,7 +39,7 @@ QString nameForQt(const std::string& folder) {
     return number < 0 ? name : QStringLiteral("/proc/self/fd/%1").arg(number);
 }
 
-// False when this home's window is another program's.
+// False when another program has this home's window.
 bool claimHome(SingleInstance& instance, Prompts& prompts) {
     const SingleInstance::Claim claim = instance.claim();
     if (claim != SingleInstance::Claim::Held) return claim == SingleInstance::Claim::Granted;
@@ -64,7 +66,8 @@ int runWindow(const Options& options, WindowApplication& application) {
         program = std::make_unique<Program>(paths, options.commandLine, clock, prompts);
         QObject::connect(&instance, &SingleInstance::raiseWanted, &instance,
                          [&program] { program->bringToFront(); });
-        prompts.setStatusSink([&program](const QString& text) { program->showStatus(text); });
+        prompts.setStatusSink(
+            [&program](const QString& text, int milliseconds) { program->showStatus(text, milliseconds); });
         program->start();
         prompts.setWindow(&program->window());
         exitCode = QApplication::exec();
@@ -90,7 +93,7 @@ int main(int argc, char** argv) {
                          escapeControlCharacters(fromScreen(line)).c_str());
         return options.exitCode;
     }
-    std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is a write that fails
+    std::signal(SIGXFSZ, SIG_IGN);  // exceeding the file size limit becomes a write error
     raiseDescriptorLimit();
     WindowApplication application(argc, argv);
     QApplication::setApplicationName(toScreen(kApplication));

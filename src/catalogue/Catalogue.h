@@ -16,32 +16,40 @@ namespace relay {
 
 struct Services;
 
-// Everything that is read from the catalogue's files, and the selection made from it.
+// Shown when the engines' data files are missing: at the start, and by the command line.
+extern const std::string_view kMissingDataNotice;
+
+// Everything read from the catalogue's files, and the selection made from it.
 class Catalogue final {
   public:
     explicit Catalogue(const Services& services);
 
     Countries countries;
     Categories categories;              // the program's own tree
-    EngineCategories engineCategories;  // each engine's own words for it
+    EngineCategories engineCategories;  // each engine's own categories
     EngineLists lists;
     EngineLoader engineLoader;
     EngineSelection selection;
 
-    // Called before the user is told of a failed load (the window puts its splash away).
+    // Called before the message about a failed load (the window closes its splash).
     std::function<void()> beforeFailure;
+    // Called after a load (the window updates what is not a list).
+    std::function<void()> afterLoad;
 
-    // Both data files of the engines are there.
+    // True if both data files of the engines exist.
     bool engineDataPresent() const;
-    // The engines' category tables and then the engines. False when a file is missing, empty or unreadable,
-    // and while a run holds the engines; the user was told, and what stood before the failing step stays.
+    // Loads the engines' category tables, then the engines. Shows a message and returns false when a file is
+    // missing, empty or unreadable, or while a run holds the engines; data loaded before stays.
     bool loadEngineData();
+    // Copies the starter catalogue that is installed with the program into the home and loads it; asks before
+    // it replaces files that differ. Returns false when the user declines, or after showing a failure.
+    bool installStarterCatalogue();
     bool loadEngineCategory();
     bool loadEngines();
-    // The engine with the name. Throws Failure when there is none.
+    // Throws Failure when there is no engine of that name.
     const clsEngines& engine(std::string_view name) const;
 
-    // A run reads the engines for as long as it keeps this: until then nothing is loaded anew.
+    // A run keeps this while it uses the engines; until then loading is refused.
     using Hold = std::shared_ptr<const void>;
     Hold hold() const { return m_held; }
     bool isHeld() const noexcept { return m_held.use_count() > 1; }

@@ -7,13 +7,12 @@
 #include "catalogue/EngineTypes.h"
 #include "catalogue/Macros.h"
 #include "core/Failure.h"
-#include "core/Keys.h"
+#include "core/KeySet.h"
 #include "core/Text.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <deque>
 #include <memory>
 #include <utility>
 
@@ -22,11 +21,11 @@ namespace relay {
 namespace {
 
 constexpr std::size_t kShownLength = 80;
-constexpr std::size_t kRecordLength = 200;  // of a record's name
+constexpr std::size_t kRecordLength = 200;  // longest record name shown
 constexpr std::size_t kMostOfAKind = 1000;
 constexpr std::size_t kKinds = static_cast<std::size_t>(FindingKind::NotForGet) + 1;
 
-// The words at fault, cut to what fits a line.
+// The faulty text, cut to fit on a line.
 std::string shown(std::string_view words) {
     std::string text(left(firstLine(words), kShownLength));
     if (text.size() < words.size()) text += "...";
@@ -56,26 +55,15 @@ class CatalogueCheck final {
     void checkGet();
     void noteCut(CatalogueReader& reader);
     void closeRecord();
-    void reportDuplicates();
     void reportTheRest();
-    // `text` gives the words; it is not asked for those of a finding that is only counted.
-    template <typename Text>
-    void report(std::size_t line, std::string_view record, FindingKind kind, Text&& text);
-    template <typename Text>
-    void report(std::size_t line, FindingKind kind, Text&& text) {
-        report(line, m_engine.name(), kind, std::forward<Text>(text));
-    }
+    // The message is `before`, `words` cut to fit a line, and `behind`.
+    void report(std::size_t line, FindingKind kind, std::string_view before, std::string_view words = {},
+                std::string_view behind = {});
 
-    // What is found of one kind.
+    // The findings of one kind.
     struct Tally final {
         std::size_t count = 0;
-        std::size_t firstUntold = 0;  // its line
-    };
-    // The name of a record that would be loaded. Kept small: a file may hold millions.
-    struct Name final {
-        std::string_view text;  // in the file
-        std::uint32_t hash;
-        std::uint32_t line;
+        std::size_t firstCounted = 0;  // line of the first finding that is only counted
     };
 
     CategoryRule m_rule;
@@ -83,13 +71,14 @@ class CatalogueCheck final {
     const std::shared_ptr<const std::string> m_tables;
     std::vector<Finding> m_findings;
     std::array<Tally, kKinds> m_tallies{};
-    std::deque<Name> m_names;
+    std::vector<std::string_view> m_names;  // of the records that would be loaded
+    KeySet m_byName;
     EngineTexts m_texts;
     clsEngines m_engine{m_texts};
-    std::size_t m_recordLine = 0;  // 0 while no key was read
-    std::size_t m_actionLine = 0;  // of the action that counts
-    std::size_t m_queryLine = 0;   // of the query that counts
-    std::string_view m_cutItem;    // the last item, when a comma closed it
+    std::size_t m_recordLine = 0;  // 0 until a key is read
+    std::size_t m_actionLine = 0;  // of the action in force
+    std::size_t m_queryLine = 0;   // of the query in force
+    std::string_view m_cutItem;    // the last item, if a comma ended it
     std::size_t m_cutLine = 0;
 };
 
@@ -101,15 +90,14 @@ std::vector<Finding> CatalogueCheck::check(std::string_view text) {
         readItem(reader);
     }
     closeRecord();
-    reportDuplicates();
     std::stable_sort(m_findings.begin(), m_findings.end(),
                      [](const Finding& a, const Finding& b) { return a.line < b.line; });
     reportTheRest();
     return std::move(m_findings);
 }
 
-// Several items on one line are in order as long as each is a key; anything else behind a comma was meant to
-// belong to the value in front of it.
+// Several items on one line are fine as long as each is a key; anything else after a comma was meant to be
+// part of the value before it.
 void CatalogueCheck::noteCut(CatalogueReader& reader) {
     const std::string_view item = reader.item();
     if (!m_cutItem.empty()) {
@@ -118,9 +106,8 @@ void CatalogueCheck::noteCut(CatalogueReader& reader) {
         const bool sameLine = between.find_first_of("\r\n") == npos;
         const bool isKey = reader.key() != EngineKey::None && reader.key() != EngineKey::Unknown;
         if (sameLine && !isKey) {
-            report(m_cutLine, FindingKind::CutValue, [&] {
-                return "A comma cuts \"" + shown(m_cutItem) + "\" before \"" + shown(item) + "\"";
-            });
+            report(m_cutLine, FindingKind::CutValue, "A comma cuts \"" + shown(m_cutItem) + "\" before \"",
+                   item, "\"");
         }
         m_cutItem = {};
     }
@@ -135,8 +122,7 @@ void CatalogueCheck::readItem(CatalogueReader& reader) {
     const std::size_t line = reader.line();
     if (key == EngineKey::None) return;
     if (key == EngineKey::Unknown) {
-        report(line, FindingKind::UnknownKey,
-               [&] { return "Nobody knows the key \"" + shown(reader.keyText()) + "\""; });
+        report(line, FindingKind::UnknownKey, "The key \"", reader.keyText(), "\" is unknown");
         return;
     }
     if (key == EngineKey::Name) {
@@ -152,12 +138,9 @@ void CatalogueCheck::checkField(EngineKey key, std::string_view value, std::size
     switch (key) {
         case EngineKey::Action:
             m_actionLine = line;
-            if (!value.empty() && !startsWithNoCase(value, "http://") &&
-                !startsWithNoCase(value, "https://")) {
-                report(line, FindingKind::ActionWithoutScheme, [&] {
-                    return "The action \"" + shown(value) + "\" begins with neither http:// nor https://";
-                });
-            }
+            if (!value.empty() && !startsWithNoCase(value, "http://") && !startsWithNoCase(value, "https://"))
+                report(line, FindingKind::ActionWithoutScheme, "The action \"", value,
+                       "\" does not begin with http:// or https://");
             break;
         case EngineKey::Query:
             m_queryLine = line;
@@ -167,22 +150,17 @@ void CatalogueCheck::checkField(EngineKey key, std::string_view value, std::size
             checkCategory(line);
             break;
         case EngineKey::EngineType:
-            if (!equalsNoCase(EngineTypes[engineTypeIndex(value)].code, value)) {
-                report(line, FindingKind::UnknownType,
-                       [&] { return "The type \"" + shown(value) + "\" is unknown and counts as MIS"; });
-            }
+            if (!equalsNoCase(EngineTypes[engineTypeIndex(value)].code, value))
+                report(line, FindingKind::UnknownType, "The type \"", value,
+                       "\" is unknown and counts as MIS");
             break;
         case EngineKey::Country:
-            if (!value.empty() && (value.size() != 2 || !isLetter(value[0]) || !isLetter(value[1]))) {
-                report(line, FindingKind::BadCountry,
-                       [&] { return "The country \"" + shown(value) + "\" is no two letters"; });
-            }
+            if (!value.empty() && (value.size() != 2 || !isLetter(value[0]) || !isLetter(value[1])))
+                report(line, FindingKind::BadCountry, "The country \"", value, "\" is not two letters");
             break;
         case EngineKey::Method:
-            if (!equalsNoCase(value, "GET") && !equalsNoCase(value, "POST")) {
-                report(line, FindingKind::BadMethod,
-                       [&] { return "The method \"" + shown(value) + "\" is neither GET nor POST"; });
-            }
+            if (!equalsNoCase(value, "GET") && !equalsNoCase(value, "POST"))
+                report(line, FindingKind::BadMethod, "The method \"", value, "\" is neither GET nor POST");
             break;
         default:
             break;
@@ -192,42 +170,34 @@ void CatalogueCheck::checkField(EngineKey key, std::string_view value, std::size
 void CatalogueCheck::checkQuery(std::string_view query, std::size_t line) {
     if (query.empty()) return;
     std::size_t open = query.find('<');
-    if (open == npos) {
-        report(line, FindingKind::QueryWithoutMacro, [&] {
-            return "The query \"" + shown(query) + "\" holds no macro, so the engine cannot be submitted to";
-        });
-    }
+    if (open == npos)
+        report(line, FindingKind::QueryWithoutMacro, "The query \"", query,
+               "\" holds no macro, so the engine cannot be submitted to");
     while (open != npos) {
         const std::size_t close = query.find('>', open);
         if (close == npos || close == open + 1) {
-            report(line, FindingKind::BrokenMacro, [&] {
-                return "The macro at \"" + shown(query.substr(open)) + "\" has no name or no end";
-            });
+            report(line, FindingKind::BrokenMacro, "The macro at \"", query.substr(open),
+                   "\" has no name or no \">\"");
             return;
         }
         const std::string_view macro = query.substr(open + 1, close - open - 1);
-        if (!macroOf(macro)) {
-            report(line, FindingKind::UnknownMacro,
-                   [&] { return "The macro \"" + shown(macro) + "\" is unknown and stands for itself"; });
-        }
+        if (!macroOf(macro))
+            report(line, FindingKind::UnknownMacro, "The macro \"", macro, "\" is unknown; its name is sent");
         open = query.find('<', close);
     }
 }
 
-// Only a whole record tells by which method its action and its query go.
+// Run when the record is complete, as the method is known only then.
 void CatalogueCheck::checkGet() {
     if (!equalsNoCase(m_engine.Method(), "GET")) return;
     for (const auto& [text, line] :
          {std::pair(m_engine.Action(), m_actionLine), {m_engine.Query(), m_queryLine}}) {
         if (const std::size_t hash = text.find('#'); hash != npos)
-            report(line, FindingKind::NotForGet, [&, text = text] {
-                return "A GET loses all from \"" + shown(text.substr(hash)) +
-                       "\" on; %23 stands for the mark";
-            });
+            report(line, FindingKind::NotForGet, "A GET loses everything from \"", text.substr(hash),
+                   "\" on; write # as %23");
         if (text.find(' ') != npos)
-            report(line, FindingKind::NotForGet, [&, text = text] {
-                return "A GET sends the blanks in \"" + shown(text) + "\" as %20; a form sends +";
-            });
+            report(line, FindingKind::NotForGet, "A GET sends the blanks in \"", text,
+                   "\" as %20; a form sends +");
     }
 }
 
@@ -235,111 +205,73 @@ void CatalogueCheck::checkCategory(std::size_t line) {
     try {
         m_rule.resolve(m_engine);
     } catch (const Failure&) {
-        // No table at all: the load ends here, and the record's table is missing just the same.
+        // The file has no tables at all, so the load would end here; the table of this record is missing too.
     }
-    if (missesCategoryData(m_engine)) {
-        report(line, FindingKind::MissingTable,
-               [&] { return "The category rule \"" + shown(m_engine.Category()) + "\" finds no table"; });
-    }
+    if (missesCategoryData(m_engine))
+        report(line, FindingKind::MissingTable, "The category rule \"", m_engine.Category(),
+               "\" finds no table");
 }
 
 void CatalogueCheck::closeRecord() {
     if (m_recordLine == 0) return;
     if (m_engine.name().empty()) {
-        report(m_recordLine, FindingKind::NoName, [&] { return "The record has no name and is not loaded"; });
+        report(m_recordLine, FindingKind::NoName, "The record has no name and is not loaded");
         return;
     }
-    if (m_engine.Action().empty()) {
-        report(m_recordLine, FindingKind::NoAction, [&] { return "The record has no action"; });
-    }
-    if (m_engine.Query().empty())
-        report(m_recordLine, FindingKind::NoQuery, [&] { return "The record has no query"; });
+    if (m_engine.Action().empty()) report(m_recordLine, FindingKind::NoAction, "The record has no action");
+    if (m_engine.Query().empty()) report(m_recordLine, FindingKind::NoQuery, "The record has no query");
     checkGet();
     if (isAdultOnly(m_engine) && m_refusesAdultSites) return;
-    m_names.push_back({m_engine.name(), static_cast<std::uint32_t>(KeyHash()(m_engine.name())),
-                       static_cast<std::uint32_t>(m_recordLine)});
-}
-
-// The names are brought beside their like, those of one name in the order of the file, and all but the first
-// of each are told.
-void CatalogueCheck::reportDuplicates() {
-    const auto before = [](const Name& a, const Name& b) { return a.text.data() < b.text.data(); };
-    std::sort(m_names.begin(), m_names.end(), [&](const Name& a, const Name& b) {
-        if (a.hash != b.hash) return a.hash < b.hash;
-        const int order = compareNoCase(a.text, b.text);
-        return order != 0 ? order < 0 : before(a, b);
-    });
-    std::string_view first;
-    const auto isFirst = [&first](const Name& name) {
-        if (equalsNoCase(first, name.text)) return false;
-        first = name.text;
-        return true;
-    };
-    m_names.erase(std::remove_if(m_names.begin(), m_names.end(), isFirst), m_names.end());
-    std::sort(m_names.begin(), m_names.end(), before);
-    for (const Name& name : m_names) {
-        report(name.line, name.text, FindingKind::Duplicate, [&] {
-            return "An earlier record is named \"" + shown(name.text) + "\"; this one is not loaded";
-        });
-    }
+    const std::string_view name = m_engine.name();
+    if (m_byName.insert(static_cast<std::uint32_t>(m_names.size()), name,
+                        [this](std::uint32_t place) { return m_names[place]; }))
+        m_names.push_back(name);
+    else
+        report(m_recordLine, FindingKind::Duplicate, "An earlier record is named \"", name,
+               "\"; this one is not loaded");
 }
 
 void CatalogueCheck::reportTheRest() {
     for (std::size_t kind = 0; kind < kKinds; ++kind) {
         const Tally& tally = m_tallies[kind];
         if (tally.count <= kMostOfAKind) continue;
-        m_findings.push_back({tally.firstUntold,
+        m_findings.push_back({tally.firstCounted,
                               {},
                               static_cast<FindingKind>(kind),
                               std::to_string(tally.count - kMostOfAKind) + " more of this kind"});
     }
 }
 
-template <typename Text>
-void CatalogueCheck::report(std::size_t line, std::string_view record, FindingKind kind, Text&& text) {
+void CatalogueCheck::report(std::size_t line, FindingKind kind, std::string_view before,
+                            std::string_view words, std::string_view behind) {
     Tally& tally = m_tallies[static_cast<std::size_t>(kind)];
-    if (++tally.count <= kMostOfAKind)
-        m_findings.push_back({line, std::string(left(record, kRecordLength)), kind, text()});
-    else if (tally.count == kMostOfAKind + 1)
-        tally.firstUntold = line;
+    if (++tally.count == kMostOfAKind + 1) tally.firstCounted = line;
+    if (tally.count > kMostOfAKind) return;
+    m_findings.push_back({line, std::string(left(m_engine.name(), kRecordLength)), kind,
+                          std::string(before).append(shown(words)).append(behind)});
 }
 
 }  // namespace
 
 std::string_view findingName(FindingKind kind) noexcept {
-    switch (kind) {
-        case FindingKind::NoName:
-            return "no name";
-        case FindingKind::Duplicate:
-            return "duplicate";
-        case FindingKind::NoAction:
-            return "no action";
-        case FindingKind::ActionWithoutScheme:
-            return "action without a scheme";
-        case FindingKind::NoQuery:
-            return "no query";
-        case FindingKind::QueryWithoutMacro:
-            return "query without a macro";
-        case FindingKind::UnknownMacro:
-            return "unknown macro";
-        case FindingKind::BrokenMacro:
-            return "broken macro";
-        case FindingKind::MissingTable:
-            return "missing category table";
-        case FindingKind::UnknownType:
-            return "unknown type";
-        case FindingKind::UnknownKey:
-            return "unknown key";
-        case FindingKind::CutValue:
-            return "cut value";
-        case FindingKind::BadCountry:
-            return "bad country";
-        case FindingKind::BadMethod:
-            return "bad method";
-        case FindingKind::NotForGet:
-            return "not for GET";
-    }
-    return {};
+    // In the order of FindingKind.
+    static constexpr std::string_view kNames[] = {"no name",
+                                                  "duplicate",
+                                                  "no action",
+                                                  "action without a scheme",
+                                                  "no query",
+                                                  "query without a macro",
+                                                  "unknown macro",
+                                                  "broken macro",
+                                                  "missing category table",
+                                                  "unknown type",
+                                                  "unknown key",
+                                                  "cut value",
+                                                  "bad country",
+                                                  "bad method",
+                                                  "not for GET"};
+    static_assert(std::size(kNames) == kKinds);
+    return kNames[static_cast<std::size_t>(kind)];
 }
 
 std::vector<Finding> checkCatalogue(std::string_view text, const EngineCategories& categories,

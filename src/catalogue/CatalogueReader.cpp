@@ -7,7 +7,7 @@ namespace relay {
 
 namespace {
 
-// Few values have blanks to lose.
+// Trims only when necessary: few values have blanks at their ends.
 std::string_view trimmed(std::string_view value) noexcept {
     return !value.empty() && (value.front() == ' ' || value.back() == ' ') ? trim(value) : value;
 }

@@ -9,20 +9,20 @@
 
 namespace relay {
 
-// Walks the engine file item by item, past empty items and comments, to the terminator or the end. The loader
-// and the check read through it, so they see the same file. The views point into the text given.
+// Walks through the engine file item by item, skipping empty items and comments, to the terminator or the
+// end. The loader and the check both use it, so they see the same file. The views point into the given text.
 class CatalogueReader final {
   public:
     explicit CatalogueReader(std::string_view text) noexcept : m_text(text), m_items(text) {}
 
     bool next() noexcept;
 
-    // Of the item last reached.
+    // For the last item.
     EngineKey key() const noexcept { return m_key; }
     std::string_view item() const noexcept { return m_item; }
-    // What stands before the first "=", untrimmed; nothing when there is no "=".
+    // The text before the first "=", untrimmed; empty when there is no "=".
     std::string_view keyText() const noexcept { return m_keyText; }
-    std::string_view value() const noexcept { return m_value; }  // what stands behind it, trimmed
+    std::string_view value() const noexcept { return m_value; }  // the text after it, trimmed
     std::size_t line() noexcept { return m_items.line(); }       // counted from 1
     bool quoted() const noexcept;
     bool closedByComma() const noexcept { return m_items.closedByComma(); }

@@ -3,6 +3,7 @@
 
 #include "core/Failure.h"
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
 #include "core/ItemReader.h"
 #include "core/Paths.h"
 #include "core/Prompts.h"
@@ -17,7 +18,7 @@ namespace relay {
 
 namespace {
 
-constexpr std::size_t kMostStrayBytes = 1000;  // about what a message box shows
+constexpr std::size_t kMostStrayBytes = 1000;  // about what fits in a message box
 
 // First row whose text passes the test, or -1.
 template <typename Test>
@@ -28,7 +29,7 @@ int findRow(const Rows& list, Test&& test) {
     return -1;
 }
 
-// Whether one of the sub-categories, which are joined by "|", passes the test; they are tried in their order.
+// Whether one of the sub-categories, joined by "|", passes the test; tries them in order.
 template <typename Test>
 bool findSub(std::string_view joined, Test&& test) {
     for (std::size_t bar = joined.find('|'); bar != npos; bar = joined.find('|')) {

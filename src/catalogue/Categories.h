@@ -20,28 +20,28 @@ struct clsCategory final {
 };
 
 // The tree from which a website's category is chosen, from AppPath/cat.kws, and the two lists that show it.
-// A list's selected row is its highlighted one.
+// The highlighted row of a list is its selected one.
 class Categories final {
   public:
     explicit Categories(const Services& services);
 
-    // Reads the tree and selects its first main category. False when the file is missing, and, with a
-    // message, when reading fails.
+    // Reads the tree and selects its first main category. False when the file is missing; false, after a
+    // message, when it cannot be read.
     bool loadCategory();
-    // Throws Failure 457 when the main category is there already. A category without a name is dropped, and
-    // so is an adult one where adult sites are refused.
+    // Throws Failure 457 when the main category already exists. Skips a category without a name, and an adult
+    // one when adult sites are refused.
     void addCategoryList(const clsCategory& category);
-    // Fills lstCategory; an unknown name is told in a message.
+    // Fills lstCategory; shows a message for an unknown name.
     void loadSubCategory(std::string_view mainName);
     // A click on a row of lstMainCategory.
     void selectMainCategory(int row);
-    // Puts both lists on a website's category; a lone sub-category finds its main category, and what is not
-    // found falls back to a business category.
+    // Selects a website's category in both lists. A sub-category alone also finds its main category; if
+    // nothing is found, a business category is selected.
     void setSelectedCategory(std::string_view main, std::string_view sub);
-    // A list without selection leaves its output as it was.
+    // The output of a list without a selection does not change.
     void getSelectedCategory(std::string& main, std::string& sub) const;
-    // Whether the tree holds the sub-category below the main one, without regard to case. An empty main
-    // category stands for any of them, an empty sub-category asks for the main one alone.
+    // Whether the tree has the sub-category under the main one, without regard to case. An empty main
+    // category means any; with an empty sub-category only the main one is looked for.
     bool has(std::string_view main, std::string_view sub) const;
 
     Rows lstMainCategory;

@@ -47,7 +47,7 @@ const IniFile& Countries::file() const {
         try {
             m_file = IniFile::load(m_paths.inApp(kFileName));
         } catch (const Failure&) {
-            m_file.emplace();  // a file that cannot be read reads as empty
+            m_file.emplace();  // a file that cannot be read counts as empty
         }
     }
     return *m_file;

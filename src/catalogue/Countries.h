@@ -12,16 +12,16 @@ namespace relay {
 
 struct Paths;
 
-// Countries and their two-letter codes, from AppPath/country.kws. The file is parsed at the first question
-// and at each loadCountry(); one that cannot be read, or lacks a section, answers with empty texts.
+// Countries and their two-letter codes, from AppPath/country.kws. The file is read on first use and at each
+// loadCountry(); if it cannot be read or lacks a section, the answers are empty.
 class Countries final {
   public:
     explicit Countries(const Paths& paths);
 
-    // Fills cboCountry with the names in the order of the file; false when the file is missing.
+    // Fills cboCountry with the names in file order; false when the file is missing.
     bool loadCountry();
     std::string getCountryName(std::string_view code) const;
-    // The name as it stands in a form: each "+" counts as a blank.
+    // Takes the name as in form data: each "+" counts as a blank.
     std::string getCountryCode(std::string_view name) const;
 
     std::vector<std::string> cboCountry;

@@ -20,40 +20,35 @@ void CountryFilter::add(std::string_view code) {
     for (std::size_t place = start; place < m_text.size(); ++place) append(m_text[place]);
 }
 
-CountryFilter::Place CountryFilter::follow(Place state, char byte) const noexcept {
-    if (state == 0) return m_fromStart[static_cast<unsigned char>(byte)];
+CountryFilter::Place CountryFilter::edgeOf(Place state, char byte) const noexcept {
     Place edge = m_states[state].firstEdge;
     while (edge != 0 && m_edges[edge].byte != byte) edge = m_edges[edge].next;
-    return m_edges[edge].target;
+    return edge;
 }
 
-void CountryFilter::addEdge(Place state, char byte, Place target) {
+CountryFilter::Place CountryFilter::follow(Place state, char byte) const noexcept {
+    return state == 0 ? m_fromStart[static_cast<unsigned char>(byte)] : m_edges[edgeOf(state, byte)].target;
+}
+
+void CountryFilter::setEdge(Place state, char byte, Place target) {
     if (state == 0) {
         m_fromStart[static_cast<unsigned char>(byte)] = target;
-        return;
+    } else if (const Place edge = edgeOf(state, byte); edge != 0) {
+        m_edges[edge].target = target;
+    } else {
+        m_edges.push_back({target, m_states[state].firstEdge, byte});
+        m_states[state].firstEdge = static_cast<Place>(m_edges.size() - 1);
     }
-    m_edges.push_back({target, m_states[state].firstEdge, byte});
-    m_states[state].firstEdge = static_cast<Place>(m_edges.size() - 1);
 }
 
-void CountryFilter::turnEdge(Place state, char byte, Place target) {
-    if (state == 0) {
-        m_fromStart[static_cast<unsigned char>(byte)] = target;
-        return;
-    }
-    Place edge = m_states[state].firstEdge;
-    while (m_edges[edge].byte != byte) edge = m_edges[edge].next;
-    m_edges[edge].target = target;
-}
-
-// The new byte goes on from every part that ends the text, the longest first.
+// The new byte extends every part that ends the text, the longest first.
 void CountryFilter::append(char byte) {
     const auto added = static_cast<Place>(m_states.size());
     m_states.push_back({m_states[m_last].length + 1, 0, 0});
     Place state = m_last;
     m_last = added;
     while (follow(state, byte) == 0) {
-        addEdge(state, byte, added);
+        setEdge(state, byte, added);
         if (state == 0) return;
         state = m_states[state].shorter;
     }
@@ -63,17 +58,17 @@ void CountryFilter::append(char byte) {
     m_states[added].shorter = shorter;
 }
 
-// The shorter parts of a state end at a new place as well, so they get a state of their own.
+// The shorter parts of a state now also end at the new place, so they get a state of their own.
 CountryFilter::Place CountryFilter::split(Place state, Place from, char byte) {
     const auto shorter = static_cast<Place>(m_states.size());
     m_states.push_back({m_states[from].length + 1, m_states[state].shorter, 0});
     for (Place edge = m_states[state].firstEdge; edge != 0; edge = m_edges[edge].next) {
         const Edge copied = m_edges[edge];
-        addEdge(shorter, copied.byte, copied.target);
+        setEdge(shorter, copied.byte, copied.target);
     }
     m_states[state].shorter = shorter;
     while (follow(from, byte) == state) {
-        turnEdge(from, byte, shorter);
+        setEdge(from, byte, shorter);
         if (from == 0) break;
         from = m_states[from].shorter;
     }

@@ -5,7 +5,6 @@
 #include "core/FileStore.h"
 #include "core/ItemReader.h"
 #include "core/KeySet.h"
-#include "core/Paths.h"
 #include "core/Text.h"
 
 #include <utility>
@@ -21,7 +20,7 @@ struct EngineCategories::Tables final {
     explicit Tables(std::string file);
 
     std::string text;  // the file; names are views of it
-    std::string data;  // of all tables, one behind the other; never longer than the file and one byte
+    std::string data;  // of all tables, concatenated; at most one byte longer than the file
     std::vector<Table> tables;
     KeySet byName;
 
@@ -32,7 +31,7 @@ struct EngineCategories::Tables final {
 
 EngineCategories::Tables::Tables(std::string file) : text(std::move(file)) {
     data.reserve(text.size() + 1);
-    bool reading = false;  // the section is the first of its name
+    bool reading = false;  // false for a repeated section name
     ItemReader reader(text);
     std::string_view item;
     while (reader.nextEntry(item)) {
@@ -53,11 +52,11 @@ EngineCategories::Tables::Tables(std::string file) : text(std::move(file)) {
     }
 }
 
-EngineCategories::EngineCategories(const Paths& paths)
-    : m_paths(paths), m_tables(std::make_shared<Tables>(std::string())) {}
+EngineCategories::EngineCategories(std::string text)
+    : m_tables(std::make_shared<const Tables>(std::move(text))) {}
 
-void EngineCategories::load() {
-    std::string text = readFile(m_paths.inWindows("catkws.dat"));
+void EngineCategories::load(const std::string& path) {
+    std::string text = readFile(path);
     if (text.empty()) throw Failure("The file is empty");
     m_tables = std::make_shared<const Tables>(std::move(text));
 }

@@ -7,36 +7,32 @@
 
 namespace relay {
 
-struct Paths;
-
-// One place of the list myCustomEngine.
+// An entry of the list myCustomEngine.
 struct EngineCategoryEntry final {
     std::string EngineName;
-    std::string Data;  // the path chosen
+    std::string Data;  // the chosen path
     std::string SpaceID;
 };
 
-// The tables that turn the program's categories into each engine's own values, from WindowsPath/catkws.dat.
-// Must be loaded before the engines, which look their table up while they are read.
+// The tables that map the program's categories to each engine's own values: the text of a catkws.dat. Load
+// them before the engines, which look their table up while they are read.
 class EngineCategories final {
   public:
-    explicit EngineCategories(const Paths& paths);
+    explicit EngineCategories(std::string text = {});
 
-    // Reads the file anew. Throws Failure when it is missing, empty or unreadable; the tables that stood then
-    // stay.
-    void load();
+    // Reads the file. Throws Failure and keeps the old tables when it is missing, empty or unreadable.
+    void load(const std::string& path);
     // The table of the first section with the name, without regard to case: label=value entries, each ended
     // by ">". Empty when there is none. The view lives as long as storage(). Throws Failure 9 when the file
-    // held no section at all.
+    // had no sections.
     std::string_view getEngineCategoryData(std::string_view name) const;
 
-    // What the views point into, for those who keep them beyond a reload.
+    // Owns what the views point into; keep it to use them after a reload.
     std::shared_ptr<const std::string> storage() const noexcept;
 
   private:
     struct Tables;
 
-    const Paths& m_paths;
     std::shared_ptr<const Tables> m_tables;
 };
 

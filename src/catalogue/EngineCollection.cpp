@@ -6,7 +6,7 @@
 namespace relay {
 
 namespace {
-constexpr std::size_t kUsualRecordBytes = 250;  // a guess to make room by
+constexpr std::size_t kUsualRecordBytes = 250;  // estimate for reserving space
 }
 
 void EngineCollection::start(std::string file, std::shared_ptr<const std::string> tables) {
@@ -22,11 +22,6 @@ bool EngineCollection::add(const clsEngines& engine) {
         return false;
     m_store->engines.push_back(engine);
     return true;
-}
-
-clsEngines* EngineCollection::find(std::string_view name) noexcept {
-    const std::uint32_t place = m_store->byName.find(name, names());
-    return place == KeySet::kNone ? nullptr : &m_store->engines[place];
 }
 
 const clsEngines* EngineCollection::find(std::string_view name) const noexcept {

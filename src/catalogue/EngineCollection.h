@@ -10,25 +10,30 @@
 #include <memory_resource>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace relay {
 
-// The loaded engines in the order of the file, keyed by name without regard to case. Look-up does not depend
-// on their number; a record stays where it is.
+// The loaded engines in file order, keyed by name without regard to case. The cost of a look-up does not
+// depend on their number; records do not move.
 class EngineCollection final {
   public:
-    // Drops all engines and takes over what the next ones point into: the engine file and the category
+    // Drops all engines and stores the texts that the next ones point into: the engine file and the category
     // tables.
     void start(std::string file, std::shared_ptr<const std::string> tables);
     std::string& file() noexcept { return m_store->file; }
     const EngineTexts& texts() const noexcept { return m_store->texts; }
-    // The same, there for as long as this is kept, whatever is loaded meanwhile: for work in another thread.
+    // The same, valid for as long as this is kept, even after another load: for work in another thread.
     std::shared_ptr<const EngineTexts> keptTexts() const noexcept { return {m_store, &m_store->texts}; }
-    // Adds a record of texts(); false when the name is already there.
+    // Call when a record's name was read, ahead of add(): prefetches its place in the index.
+    void expect(std::string_view name) const noexcept { m_store->byName.expect(name); }
+    // Adds a record of texts(); false when the name is taken.
     bool add(const clsEngines& engine);
 
     std::size_t count() const noexcept { return m_store->engines.size(); }
-    clsEngines* find(std::string_view name) noexcept;
+    clsEngines* find(std::string_view name) noexcept {
+        return const_cast<clsEngines*>(std::as_const(*this).find(name));
+    }
     const clsEngines* find(std::string_view name) const noexcept;
     auto begin() noexcept { return m_store->engines.begin(); }
     auto end() noexcept { return m_store->engines.end(); }

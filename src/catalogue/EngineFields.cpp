@@ -17,9 +17,9 @@ namespace {
 constexpr std::string_view kSharedFFA = "Free For All Links";
 constexpr std::string_view kSharedGeneral = "General For All Links";
 
-// A key as two numbers that are equal for equal keys of one length, whatever their case: its first and its
-// last bytes (which may overlap), with the bit set that tells small letters from capitals. Keys are letters
-// only, so no other byte can pass for one of theirs.
+// A key as two numbers, equal for equal keys of one length without regard to case: its first and last bytes
+// (which may overlap) with the case bit set. Keys are letters only, so no other byte can be mistaken for one
+// of theirs.
 struct Signature final {
     std::uint64_t first = 0;
     std::uint64_t last = 0;
@@ -29,7 +29,7 @@ struct Signature final {
 constexpr std::size_t kShortestKey = 4;
 constexpr std::size_t kLongestKey = 16;
 
-// Of a text from kShortestKey to kLongestKey long.
+// For a text of kShortestKey to kLongestKey bytes.
 Signature signatureOf(std::string_view text) noexcept {
     const auto load = [](const char* from, auto word) {
         std::memcpy(&word, from, sizeof word);
@@ -49,7 +49,7 @@ struct KeyRow final {
     EngineKey key;
 };
 
-// Every spelling of every key, the shortest first.
+// Every spelling of every key, shortest first.
 const std::vector<KeyRow> kKeys = [] {
     std::vector<KeyRow> keys;
     for (const EngineField& field : EngineFields) {
@@ -60,7 +60,7 @@ const std::vector<KeyRow> kKeys = [] {
     return keys;
 }();
 
-// Place of the first key of each length; one more for the end.
+// Index of the first key of each length, and one more for the end.
 const auto kFirstOfLength = [] {
     std::array<std::size_t, kLongestKey + 2> first{};
     for (std::size_t length = 0; length < first.size(); ++length) {
@@ -69,7 +69,7 @@ const auto kFirstOfLength = [] {
     return first;
 }();
 
-// Every byte once, A to Z for the small letters, as storage for one-letter fields.
+// Storage for one-letter fields: every byte once, small letters as capitals.
 constexpr auto kUpperBytes = [] {
     std::array<char, 256> bytes{};
     for (std::size_t code = 0; code < bytes.size(); ++code) {
@@ -78,7 +78,7 @@ constexpr auto kUpperBytes = [] {
     return bytes;
 }();
 
-// Whole numbers of a few digits are what the file is full of; all else takes the long way.
+// The file mostly has short whole numbers; other values take the slow path.
 int number(std::string_view value) noexcept {
     constexpr std::size_t kSafeDigits = 9;
     int sum = 0;

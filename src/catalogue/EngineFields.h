@@ -10,16 +10,16 @@ namespace relay {
 
 class EngineCategories;
 
-// A field of the record: its name where a person or a program reads it, and its key in the engine file in all
-// spellings, the first of which is written. A spelling has 4 to 16 letters, and nothing else. A new field is
-// a row here, and its key and accessor in clsEngines.
+// A field of the record: its name for people and programs, and the spellings of its key in the engine file,
+// the first of which is used for writing. A spelling has 4 to 16 letters and nothing else. To add a field,
+// add a row here and its key and accessor in clsEngines.
 struct EngineField final {
     EngineKey key;
     std::string_view name;
     std::array<std::string_view, 4> spellings;
 };
 
-inline constexpr std::array<EngineField, 18> EngineFields{{
+inline constexpr EngineField EngineFields[] = {
     {EngineKey::Name, "name", {"Name"}},
     {EngineKey::Home, "Home", {"Home"}},
     {EngineKey::AddURL, "AddURL", {"AddURL"}},
@@ -38,28 +38,29 @@ inline constexpr std::array<EngineField, 18> EngineFields{{
     {EngineKey::MaxKeywords, "MaxKeywords", {"MaxKeywords", "MaxKeyword"}},
     {EngineKey::MaxDescriptions, "MaxDescriptions", {"MaxDescription", "MaxDescr"}},
     {EngineKey::SiteLevel, "SiteLevel", {"SiteLevel"}},
-}};
+};
+static_assert(std::size(EngineFields) == static_cast<std::size_t>(EngineKey::None), "a row for each key");
 
-// The key without regard to case, with no blank forgiven; Unknown when it is none.
+// The key, without regard to case; a blank makes it Unknown, as does any other text.
 EngineKey engineKey(std::string_view text) noexcept;
 
-// Looks up CategoryData by a record's category rule. It remembers the last name, so that a record that gives
-// its rule a million times does not have its name searched for as often.
+// Looks up CategoryData by a record's category rule. It remembers the last name, so repeating the rule in a
+// record costs no further search.
 class CategoryRule final {
   public:
     explicit CategoryRule(const EngineCategories& categories) : m_categories(categories) {}
-    // Fails as getEngineCategoryData does.
+    // Throws as getEngineCategoryData does.
     void resolve(clsEngines& engine);
 
   private:
     const EngineCategories& m_categories;
-    std::string_view m_name = "none yet";  // told by its place in the file
+    std::string_view m_name = "none yet";  // compared by its address in the file
     std::string_view m_ownData;
 };
 
-// The rule asks for a table and none was found.
+// True if the rule needs a table and none was found.
 bool missesCategoryData(const clsEngines& engine) noexcept;
-// An engine for adult sites only, which a user who refuses them never sees.
+// True for an engine that takes adult sites only; users who refuse them never see it.
 bool isAdultOnly(const clsEngines& engine) noexcept;
 
 }  // namespace relay

@@ -19,7 +19,7 @@ struct Group final {
 
 constexpr std::string_view kCloser = "</ol></font></td></tr>";
 
-// The last group takes every type that no other takes.
+// The last group takes all other types.
 constexpr std::array<Group, 7> kGroups{{
     {"ENG", "General Engines", kCloser, true},
     {"DIR", "Directories", "</ol></font></font></td></tr>", true},

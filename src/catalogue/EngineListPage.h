@@ -7,7 +7,7 @@ namespace relay {
 
 class EngineCollection;
 
-// The page that lists all engines by type. Names stand in it as they are.
+// The HTML page that lists all engines by type. Names are not escaped.
 std::string engineListPage(const EngineCollection& engines);
 
 }  // namespace relay

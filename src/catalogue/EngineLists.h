@@ -18,12 +18,11 @@ namespace relay {
 // The check box of an engine type.
 struct TypeBox final {
     std::string caption;
-    std::int16_t count = 0;  // Type lines of the file, not usable engines
+    std::int16_t count = 0;  // Type lines in the file, not usable engines
     bool checked = false;
 };
 
-// What the engine screens show and the operations on engines work on: the collection and the lists that refer
-// to it by name.
+// The data behind the engine screens: the collection and the lists that refer to it by name.
 struct EngineLists final {
     EngineLists();
 
@@ -33,18 +32,18 @@ struct EngineLists final {
     Rows lstCountry;              // "<name>(<code>)", rows without a key
     CountryFilter countryFilter;  // the codes of lstCountry
     std::vector<std::string> cboCustomEngines;
-    std::vector<EngineCategoryEntry> myCustomEngine;  // in step with cboCustomEngines
+    std::vector<EngineCategoryEntry> myCustomEngine;  // parallel to cboCustomEngines
     std::array<TypeBox, EngineTypes.size()> chkType;
-    // While false, clicks on chkType select nothing: the boxes are being ticked by the program.
+    // False while the program itself ticks the boxes of chkType, so that this selects nothing.
     bool typeClicksSelect = true;
-    // Called while clicks are held back, after the program changed the boxes.
+    // Called after the program changed the boxes, while typeClicksSelect is false.
     std::function<void()> typeBoxesChanged;
 };
 
-// Adds the engine's row: key and text its name, its type and country beside it, the type's icon. Throws
-// Failure 457 when the name has a row already.
+// Adds a row for the engine: name as key and text, type and country in further columns, the icon of its type.
+// Throws Failure 457 when the name already has a row.
 void addEngineListView(Rows& list, const clsEngines& engine);
-// Adds the rows of all engines, none of which may have one yet.
+// Adds rows for all engines; none may have one yet.
 void addEngineListView(Rows& list, const EngineCollection& engines);
 
 }  // namespace relay

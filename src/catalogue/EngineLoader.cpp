@@ -22,7 +22,8 @@ namespace {
 
 constexpr std::size_t kMostRemarks = 1000;   // of one kind in one load
 constexpr std::size_t kRemarkedBytes = 500;  // of a name or a value
-constexpr std::size_t kMostCustomEngines = std::numeric_limits<std::int16_t>::max();  // as their index goes
+constexpr std::size_t kMostCustomEngines = std::numeric_limits<std::int16_t>::max();  // the range of their
+                                                                                      // index
 constexpr std::array<std::string_view, 3> kRemarks{
     "Error_Engine_URL:", "CategoryData missing. Engine: ", "Duplicate Engine: "};
 
@@ -30,7 +31,7 @@ std::string countText(std::uint16_t count) {
     return std::to_string(static_cast<std::int16_t>(count)) + ")";
 }
 
-// Turns a part of the text into upper case where it stands.
+// Turns a part of the text into upper case in place.
 void upperCase(std::string& text, std::string_view part) {
     const auto start = static_cast<std::size_t>(part.data() - text.data());
     for (std::size_t i = 0; i < part.size(); ++i) {
@@ -50,13 +51,13 @@ void EngineLoader::load() {
         emptySelection();
         readEngines();
     } catch (const std::exception&) {
-        tellRemarksLeftOut();
+        logSkippedRemarks();
         throw;
     }
-    tellRemarksLeftOut();
+    logSkippedRemarks();
 }
 
-// The engines themselves stand until the file proved readable, so they must not stay selected without a row.
+// The engines stay until the file has been read, but must not stay selected without a row.
 void EngineLoader::emptySelection() {
     for (clsEngines& engine : m_lists.engines) engine.Selected = false;
     m_lists.lsvEngines.clear();
@@ -88,6 +89,7 @@ void EngineLoader::readRecords(Load& load) {
         if (reader.key() == EngineKey::Name) {
             addEngineList(engine);
             engine = blank;
+            m_lists.engines.expect(reader.value());
             ++load.engines;
         }
         applyItem(engine, reader.key(), reader.value(), load);
@@ -126,7 +128,7 @@ void EngineLoader::applyCategory(clsEngines& engine, Load& load) {
     if (missesCategoryData(engine)) remark(Remark::NoCategoryData, engine);
 }
 
-// A record that gives its rule again and again adds its name as often, but not without end.
+// A record that repeats its rule adds its name each time, up to a limit.
 void EngineLoader::addCustomEngine(const clsEngines& engine, Load& load) {
     load.customNameBytes += engine.name().size();
     if (load.customNameBytes > load.text.size() || m_lists.myCustomEngine.size() >= kMostCustomEngines)
@@ -158,7 +160,7 @@ void EngineLoader::remark(Remark kind, const clsEngines& engine) {
     m_services.log.WriteErrorLog(line);
 }
 
-void EngineLoader::tellRemarksLeftOut() {
+void EngineLoader::logSkippedRemarks() {
     for (std::size_t kind = 0; kind < m_remarks.size(); ++kind) {
         if (m_remarks[kind] <= kMostRemarks) continue;
         m_services.log.WriteErrorLog(std::string(kRemarks[kind]) + "... " +

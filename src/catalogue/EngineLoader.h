@@ -15,27 +15,26 @@ class Countries;
 struct EngineLists;
 struct Services;
 
-// Builds the engine collection and its lists from WindowsPath/krveng5.dat. Must run after
-// EngineCategories::load.
+// Builds the engine collection and its lists from WindowsPath/krveng5.dat. Run EngineCategories::load first.
 class EngineLoader final {
   public:
     EngineLoader(const Services& services, EngineLists& lists, const EngineCategories& categories,
                  const Countries& countries);
 
-    // Throws Failure, with the engines read so far, when the file is missing, empty or fails while it is
-    // read. Replaces the engines and empties the selection; the country filter and the custom engines only
-    // ever grow. The log is told a thousand remarks of a kind, and the number of those beyond.
+    // Replaces the engines and empties the selection; the country filter and the custom engines only grow.
+    // Logs up to a thousand remarks of each kind, then the number of the rest. Throws Failure when the file
+    // is missing, empty or fails while it is read; the engines read so far stay.
     void load();
-    // Adds a finished record, whose row the end of the load adds. One without a name, or for adult sites only
-    // where these are refused, is dropped in silence; one whose name is taken goes to the log.
+    // Adds a finished record; its row follows at the end of the load. Silently skips one without a name, and
+    // one for adult sites only when these are refused; logs one whose name is taken.
     void addEngineList(const clsEngines& engine);
     void addCountryFilterList(std::string_view code);
 
   private:
-    // What the log is told about a record.
+    // A remark in the log about a record.
     enum class Remark : std::uint8_t { UnknownAction, NoCategoryData, Duplicate };
 
-    // One load: the file, and what is counted of it, in 16 bits that wrap around.
+    // One load: the file, and its counts, in 16 bits that wrap around.
     struct Load final {
         std::string& text;
         CategoryRule rule;
@@ -52,13 +51,13 @@ class EngineLoader final {
     void addCustomEngine(const clsEngines& engine, Load& load);
     void showCounts(const Load& load);
     void remark(Remark kind, const clsEngines& engine);
-    void tellRemarksLeftOut();
+    void logSkippedRemarks();
 
     const Services& m_services;
     EngineLists& m_lists;
     const EngineCategories& m_categories;
     const Countries& m_countries;
-    std::array<std::size_t, 3> m_remarks{};  // of each kind, in the load that runs
+    std::array<std::size_t, 3> m_remarks{};  // of each kind, in the current load
 };
 
 }  // namespace relay

@@ -5,6 +5,7 @@
 #include "catalogue/EngineLists.h"
 #include "core/Failure.h"
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
 #include "core/ItemReader.h"
 #include "core/Paths.h"
 #include "core/Prompts.h"
@@ -20,7 +21,7 @@ constexpr SaveQuestion kSaveQuestion = {
     "Korvel Engine Files (*.eng)|*.eng|Text Files(*.txt)|*.txt|All Files(*.*)|*.*", "The file '",
     "' already exists.\r\nDo you want to replace it?", "Save Selected Engines"};
 
-// The code in a row of lstCountry.
+// The country code in a row of lstCountry.
 std::string_view countryCode(std::string_view rowText) noexcept {
     const std::size_t open = rowText.find('(');
     return open == npos ? rowText : rowText.substr(open + 1, 2);
@@ -42,7 +43,7 @@ void EngineSelection::bulk(std::string_view words, const std::function<void()>& 
 
 void EngineSelection::select(clsEngines& engine) {
     engine.Selected = true;
-    // The row may have outlived a deletion from lsvEngines.
+    // Deleting from lsvEngines may have left the row.
     if (!m_lists.lsvSelectedEngines.contains(engine.name()))
         addEngineListView(m_lists.lsvSelectedEngines, engine);
 }
@@ -53,7 +54,7 @@ void EngineSelection::selectWhere(const std::function<bool(const clsEngines&)>& 
     }
 }
 
-// Walks the rows once, so that thousands of them go as quickly as one.
+// One pass over the rows, however many there are.
 void EngineSelection::unselectWhere(const std::function<bool(const clsEngines&)>& qualifies) {
     m_lists.lsvSelectedEngines.removeIf([&](const RowView& row) {
         clsEngines& engine = engineOf(row.key);
@@ -71,7 +72,12 @@ clsEngines& EngineSelection::engineOf(std::string_view rowKey) const {
 
 void EngineSelection::renewTitle() {
     Rows& list = m_lists.lsvSelectedEngines;
-    list.setColumnTitle(0, "Selected Engines (" + std::to_string(list.count()) + ")");
+    const std::string before = list.columnTitle(0);
+    const std::string count = std::to_string(list.count());
+    list.setColumnTitle(0, "Selected Engines (" + count + ")");
+    // The first count of an empty list is not a change.
+    const bool changed = before != list.columnTitle(0) && (before.ends_with(')') || !list.empty());
+    if (changed) m_services.prompts.notice("Engines selected: " + count);
 }
 
 void EngineSelection::clickType(std::size_t index, bool ticked) {
@@ -198,6 +204,7 @@ void EngineSelection::saveSelectedEngine(const std::string& path) const {
 
 bool EngineSelection::readSelection(const std::string& path, Repeated repeated) {
     if (!fileExists(path)) return true;
+    int taken = 0;
     try {
         const BusyPointer busy(m_services.prompts);
         const RowsBatch batch(m_lists.lsvSelectedEngines);
@@ -208,8 +215,16 @@ bool EngineSelection::readSelection(const std::string& path, Repeated repeated) 
             clsEngines* engine = m_lists.engines.find(name);
             if (engine == nullptr) continue;
             engine->Selected = true;
-            if (repeated == Repeated::Passes && m_lists.lsvSelectedEngines.contains(engine->name())) continue;
-            addEngineListView(m_lists.lsvSelectedEngines, *engine);  // a row that is there ends the loading
+            const bool repeats = m_lists.lsvSelectedEngines.contains(name);
+            if (repeats && repeated == Repeated::Skipped) continue;
+            if (repeats)
+                throw Failure("The engine \"" + std::string(engine->name()) +
+                                  "\" is selected already, and the reading stopped there. Engines taken from "
+                                  "the file before it: " +
+                                  std::to_string(taken) + ".",
+                              457);
+            addEngineListView(m_lists.lsvSelectedEngines, *engine);
+            ++taken;
         }
     } catch (const std::exception& failure) {
         renewTitle();
@@ -218,13 +233,15 @@ bool EngineSelection::readSelection(const std::string& path, Repeated repeated) 
         return false;
     }
     renewTitle();
+    m_services.prompts.notice("Engines taken from " + path + ": " + std::to_string(taken));
     return true;
 }
 
 void EngineSelection::exportEngineList() const {
     const std::string path = m_services.paths.inApp("englist.htm");
     writeFile(path, engineListPage(m_lists.engines));
-    m_services.prompts.openWithSystem(path);
+    m_services.prompts.notice("Engine list written to " + path);
+    openOrTell(m_services.prompts, path, "Export Engine List");
 }
 
 void EngineSelection::inEnginesFolder(const std::function<void(const std::string& folder)>& operation) {
@@ -244,7 +261,10 @@ void EngineSelection::saveSelection() {
             return;
         }
         const std::string path = askWhereToSave(m_services.prompts, kSaveQuestion, folder);
-        if (!path.empty()) saveSelectedEngine(path);
+        if (path.empty()) return;
+        saveSelectedEngine(path);
+        m_services.prompts.notice("Engines saved to " + path + ": " +
+                                  std::to_string(m_lists.lsvSelectedEngines.count()));
     });
 }
 
@@ -270,7 +290,7 @@ void EngineSelection::selectFailedEngines() {
 }
 
 void EngineSelection::selectFailedEnginesOnce() {
-    selectFailed(Repeated::Passes);
+    selectFailed(Repeated::Skipped);
 }
 
 void EngineSelection::selectFailed(Repeated repeated) {

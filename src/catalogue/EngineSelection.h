@@ -12,40 +12,43 @@ struct EngineLists;
 struct Services;
 struct clsEngines;
 
-// All the ways into and out of the selection. It is held twice, by each engine's Selected and by the rows of
-// lsvSelectedEngines; every operation here keeps the two together and renews the count in the list's title.
-// Operations that return nothing and say nothing else tell their failures in a message titled "Error".
+// Selects and unselects engines. The selection is stored in each engine's Selected and in the rows of
+// lsvSelectedEngines; every operation here updates both and the count in the list's title. Unless noted
+// otherwise, operations that return nothing show failures in a message titled "Error".
 class EngineSelection final {
   public:
     EngineSelection(const Services& services, EngineLists& lists);
 
-    // A user's click on a type's box; held back while the program ticks the boxes.
+    // A user's click on the box of a type; ignored while the program ticks the boxes.
     void clickType(std::size_t index, bool ticked);
-    // Hot sites go along with every type, both ways.
+    // Hot sites are selected and unselected with every type.
     void EngineSelectByType(std::string_view type, bool on);
-    // The code is the two characters behind the row's first "(", or the whole row; "ALL" takes every engine.
-    // Only ever adds.
+    // The code is the two characters after the first "(" of the row, or the whole row; "ALL" takes every
+    // engine. Only adds.
     void EngineSelectByCountry(std::string_view rowText);
-    // Replaces the selection by "MajorSite", "CustomEngine" or "AdultOnlySite"; by nothing for another mode.
+    // Replaces the selection by the engines of "MajorSite", "CustomEngine" or "AdultOnlySite"; any other mode
+    // selects nothing.
     void SelectByMode(std::string_view mode);
-    // Drops the engines that refuse adult sites or take nothing else.
+    // Unselects the engines that refuse adult sites and those that take nothing else.
     void EngineSelectNoAdultSites();
-    // The highlighted rows of lsvEngines, or all of them; all of them tick every type's box as well.
+    // Selects the highlighted rows of lsvEngines, or all, which also ticks every type box.
     void EngineSelect(bool all);
-    // The highlighted rows of lsvSelectedEngines, or all of them, which clears every type's box as well.
+    // Unselects the highlighted rows of lsvSelectedEngines, or all, which also clears every type box.
     void EngineRemove(bool all);
-    // False, and nothing happens, for a name that is not loaded. An engine that has a row already stays.
+    // Returns false and does nothing for a name that is not loaded. An engine that already has a row keeps
+    // it.
     bool EngineSingleSelect(std::string_view name);
-    // Highlights and selects every row of lsvEngines whose text contains the text; says so when none does.
+    // Highlights and selects every row of lsvEngines whose text contains `text`; shows a message when none
+    // does.
     void findEnginesByKeyword(std::string_view text);
-    // The Delete key in lsvEngines: the highlighted rows go, their engines stay in the collection. Rows of
-    // lsvSelectedEngines are not touched.
+    // The Delete key in lsvEngines: removes the highlighted rows; their engines stay in the collection, and
+    // lsvSelectedEngines does not change.
     void deleteListedEngines();
 
-    // One name a line, over an existing file. Throws Failure when it cannot be written.
+    // One name per line; replaces an existing file. Throws Failure when it cannot be written.
     void saveSelectedEngine(const std::string& path) const;
-    // Adds the engines named in the file; names that are not loaded are passed over, and a missing file is no
-    // failure. False, with a message, when reading stopped (a name has a row already, an unreadable file).
+    // Adds the engines named in the file; ignores names that are not loaded and a missing file. Shows a
+    // message and returns false when reading stops (a name already has a row, an unreadable file).
     bool loadSelectedEngine(const std::string& path) { return readSelection(path, Repeated::Ends); }
     // Writes AppPath/englist.htm and opens it in the system's handler. Throws Failure when it cannot be
     // written.
@@ -58,18 +61,18 @@ class EngineSelection final {
     void selectTopEngines();
     void selectCustomEngines();
     void selectFailedEngines();
-    // The same, but a name that is chosen already is passed over instead of ending the reading.
+    // The same, but a name that is chosen already is skipped instead of ending the reading.
     void selectFailedEnginesOnce();
     void offerEngineList();
 
-    // A selected engine shows the FFA icon.
+    // True if a selected engine shows the FFA icon.
     bool isThereFFASites() const;
-    // The codes of the ticked boxes; each but ENG has a comma in front of it.
+    // The codes of the ticked boxes; each except ENG has a comma before it.
     std::string getEngineType() const;
 
   private:
     // What a name that has a row already does to the reading of a file of engines.
-    enum class Repeated { Ends, Passes };
+    enum class Repeated { Ends, Skipped };
     bool readSelection(const std::string& path, Repeated repeated);
     void selectFailed(Repeated repeated);
     void bulk(std::string_view words, const std::function<void()>& operation);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/Text.h"
+
 #include <array>
 #include <cstddef>
 #include <string_view>
@@ -8,7 +10,7 @@
 namespace relay {
 
 // A kind of engine: its code in the catalogue, the caption of its check box (the count and ")" follow) and
-// the icon of its rows. Online malls have no picture of their own.
+// the icon of its rows. Online malls have no icon of their own.
 struct EngineTypeRow final {
     std::string_view code;
     std::string_view caption;
@@ -26,7 +28,11 @@ inline constexpr std::array<EngineTypeRow, 7> EngineTypes{{
     {"MIS", "&Miscellaneous(", "MIS"},
 }};
 
-// Place of the code in EngineTypes; any other text counts as miscellaneous, the last place.
-std::size_t engineTypeIndex(std::string_view type) noexcept;
+// Index of the code in EngineTypes; any other text counts as miscellaneous, the last one.
+inline std::size_t engineTypeIndex(std::string_view type) noexcept {
+    std::size_t index = 0;
+    while (index + 1 < EngineTypes.size() && !equalsNoCase(type, EngineTypes[index].code)) ++index;
+    return index;
+}
 
 }  // namespace relay

@@ -8,7 +8,7 @@
 
 namespace relay {
 
-// What a name in angle brackets stands for in a Query template. The values come from
+// The meaning of a name in angle brackets in a Query template. The values come from
 // submission/SubmissionData.
 enum class Macro : std::uint8_t {
     Title,
@@ -39,7 +39,7 @@ enum class Macro : std::uint8_t {
 };
 inline constexpr auto kMacroCount = static_cast<std::size_t>(Macro::EntryURL) + 1;
 
-// Without regard to case; nothing for a name that is no macro and stands for itself.
+// Compares without regard to case; nothing for an unknown name, which expands to itself.
 std::optional<Macro> macroOf(std::string_view name) noexcept;
 
 }  // namespace relay

@@ -8,8 +8,7 @@
 
 namespace relay {
 
-// The keys of an engine's record; those with several spellings are one. Texts come first, then single
-// letters, then numbers.
+// The keys of an engine's record, one for all spellings. Texts come first, then single letters, then numbers.
 enum class EngineKey : std::uint8_t {
     Name,
     Home,
@@ -22,7 +21,7 @@ enum class EngineKey : std::uint8_t {
     Action,
     Query,
     Language,
-    CategoryData,  // found by the category rule; no key of the file
+    CategoryData,  // found by the category rule; not a key of the file
     AdultOnlySites,
     Adults,
     MaxTitle,
@@ -30,17 +29,17 @@ enum class EngineKey : std::uint8_t {
     MaxDescriptions,
     SiteLevel,
     None,     // an item without "="
-    Unknown,  // a key nobody knows
+    Unknown,  // any other key
 };
 
-// What the records of one load point into; less than 4 GiB each, as no larger file is read.
+// What the records of one load point into; less than 4 GiB each, as larger files are not read.
 struct EngineTexts final {
     std::string_view file;    // the engine file
     std::string_view tables;  // the category tables
 };
 
-// One engine: a plain record of places in EngineTexts, which must outlive it, so that a hundred thousand
-// records stay small.
+// One engine: a record of offsets into EngineTexts, which must outlive it. This keeps a hundred thousand
+// records small.
 class clsEngines final {
   public:
     explicit clsEngines(const EngineTexts& texts) noexcept : m_texts(&texts) {}
@@ -51,7 +50,7 @@ class clsEngines final {
     std::string_view AddURL() const noexcept { return text(EngineKey::AddURL); }
     std::string_view Country() const noexcept { return text(EngineKey::Country); }  // two letters, upper case
     std::string_view CountryOnly() const noexcept { return text(EngineKey::CountryOnly); }
-    // ENG, DIR, FFA, NEWS, MALL, HOT, MIS, or other text as it stood.
+    // ENG, DIR, FFA, NEWS, MALL, HOT, MIS, or other text as written.
     std::string_view EngineType() const noexcept { return text(EngineKey::EngineType); }
     // Category rule, as written: F, G, Y, C, N.
     std::string_view Category() const noexcept { return text(EngineKey::Category); }
@@ -64,17 +63,15 @@ class clsEngines final {
     // "Y", "N" or empty.
     std::string_view AdultOnlySites() const noexcept { return text(EngineKey::AdultOnlySites); }
     std::string_view Adults() const noexcept { return text(EngineKey::Adults); }
-    std::string_view WebType() const noexcept { return {}; }  // no key of the file fills it
+    std::string_view WebType() const noexcept { return {}; }  // never set by the file
     std::string_view Language() const noexcept { return text(EngineKey::Language); }
     std::int32_t MaxTitle() const noexcept { return number(EngineKey::MaxTitle); }
     std::int32_t MaxKeywords() const noexcept { return number(EngineKey::MaxKeywords); }
     std::int32_t MaxDescriptions() const noexcept { return number(EngineKey::MaxDescriptions); }
     std::int32_t SiteLevel() const noexcept { return number(EngineKey::SiteLevel); }  // 1: a major site
 
-    bool Selected = false;  // stands in the selected list; never in the file
-
     static constexpr bool isNumber(EngineKey key) noexcept { return key >= EngineKey::MaxTitle; }
-    // Of a key that is no number.
+    // For a key that is not a number.
     std::string_view text(EngineKey key) const noexcept {
         const auto place = static_cast<std::size_t>(key);
         if (place >= kTexts) return letter(m_letters[place - kTexts]);
@@ -85,8 +82,8 @@ class clsEngines final {
     std::int32_t number(EngineKey key) const noexcept {
         return m_numbers[static_cast<std::size_t>(key) - kTexts - kLetters];
     }
-    // Stores the value under its key, by the rules of the file; None and Unknown change nothing. A text must
-    // be part of EngineTexts, or empty.
+    // Converts the value and stores it under its key; None and Unknown change nothing. A text must be part of
+    // EngineTexts, or empty.
     void set(EngineKey key, std::string_view value) noexcept;
 
   private:
@@ -104,7 +101,10 @@ class clsEngines final {
     const EngineTexts* m_texts;
     std::array<Part, kTexts> m_parts{};
     std::array<std::int32_t, kNumbers> m_numbers{};
-    std::array<std::uint16_t, kLetters> m_letters{};  // the byte and one; 0 for none
+    std::array<std::uint16_t, kLetters> m_letters{};  // the byte plus one; 0 for none
+
+  public:
+    bool Selected = false;  // in the selected list; not in the file; placed last to need no padding
 };
 
 }  // namespace relay

@@ -5,27 +5,44 @@
 #include "catalogue/EngineSelection.h"
 #include "core/ScreenText.h"
 #include "ui_frmEnginePanel.h"
+#include "widgets/Forms.h"
 #include "widgets/IconTheme.h"
 
 #include <QAction>
+#include <QScrollBar>
 
 namespace relay {
 
 namespace {
 // Width of the column with types, adult sites and countries.
 constexpr int kWaysCharacters = 38;
+constexpr int kFindCharacters = 100;
+constexpr int kCountriesInSight = 3;  // in the smallest window
+constexpr int kRowPadding = 7;
+
+// Alt with one of these letters opens a menu of the window. A shared key would work for neither.
+QString withoutMenuKey(QString caption) {
+    const qsizetype mark = caption.indexOf(QLatin1Char('&'));
+    const bool shared = mark >= 0 && QStringLiteral("FETAH").contains(caption.mid(mark + 1, 1));
+    return shared ? caption.remove(mark, 1) : caption;
+}
 }  // namespace
 
 frmEnginePanel::frmEnginePanel(QWidget* parent)
     : QWidget(parent), m_ui(std::make_unique<Ui::frmEnginePanel>()) {
     m_ui->setupUi(this);
     const int waysWidth = fontMetrics().averageCharWidth() * kWaysCharacters;
-    for (QWidget* way : {static_cast<QWidget*>(m_ui->fraTypes), static_cast<QWidget*>(m_ui->fraAdult),
-                         static_cast<QWidget*>(m_ui->lstCountry)})
-        way->setFixedWidth(waysWidth);
+    for (QWidget* way : {static_cast<QWidget*>(m_ui->scrWays), static_cast<QWidget*>(m_ui->lstCountry)})
+        way->setMaximumWidth(waysWidth);
+    m_ui->lstCountry->setMinimumHeight((fontMetrics().height() + kRowPadding) * kCountriesInSight);
+    // The buttons do not limit the lists: they stack when the lists get narrow.
+    for (QPushButton* push :
+         {m_ui->cmdSelectEngine_0, m_ui->cmdSelectEngine_1, m_ui->cmdRemoveEngine_0, m_ui->cmdRemoveEngine_1})
+        push->setMinimumWidth(1);
     for (std::size_t index = 0; index < EngineTypes.size(); ++index)
         typeBox(index)->setIcon(themedIcon(EngineTypes[index].icon));
-    m_ui->txtFindEngines->addAction(themedIcon("Search"), QLineEdit::LeadingPosition);
+    m_ui->txtFindEngines->addAction(themedIcon("Search"), QLineEdit::LeadingPosition)->setText(tr("Find"));
+    m_ui->txtFindEngines->setMaximumWidth(fontMetrics().averageCharWidth() * kFindCharacters);
 }
 
 frmEnginePanel::~frmEnginePanel() {
@@ -64,7 +81,7 @@ void frmEnginePanel::connectTypeBoxes() {
 
 void frmEnginePanel::showTypeBoxes() {
     for (std::size_t index = 0; index < EngineTypes.size(); ++index) {
-        typeBox(index)->setText(toScreen(m_lists->chkType[index].caption));
+        typeBox(index)->setText(withoutMenuKey(toScreen(m_lists->chkType[index].caption)));
         typeBox(index)->setChecked(m_lists->chkType[index].checked);
     }
 }
@@ -92,9 +109,10 @@ void frmEnginePanel::connectButtons() {
                                void (EngineSelection::*operation)(bool), bool all) {
         connect(push, &QPushButton::clicked, this,
                 [this, operation, all] { (m_selection->*operation)(all); });
-        // The same command on the list's own menu.
+        // The same command in the context menu of the list.
         auto* action = new QAction(themedIcon(icon), push->text(), this);
         connect(action, &QAction::triggered, push, &QPushButton::click);
+        if (!all) connect(list, &ListView::rowsSelected, action, &QAction::setEnabled);
         list->addAction(action);
     };
     button(m_ui->cmdSelectEngine_0, "Select", m_ui->lsvEngines, &EngineSelection::EngineSelect, false);
@@ -103,10 +121,56 @@ void frmEnginePanel::connectButtons() {
            false);
     button(m_ui->cmdRemoveEngine_1, "UnselectAll", m_ui->lsvSelectedEngines, &EngineSelection::EngineRemove,
            true);
-    auto* drop = new QAction(themedIcon("DeleteURL"), tr("Take off this list\tDel"), this);
+    auto* drop = new QAction(themedIcon("DeleteURL"), tr("Remove from this list\tDel"), this);
     connect(drop, &QAction::triggered, this, [this] { m_selection->deleteListedEngines(); });
     m_ui->lsvEngines->addAction(drop);
+    connect(m_ui->lsvEngines, &ListView::rowsSelected, drop, &QAction::setEnabled);
+    followSelections();
     offerPreview();
+}
+
+void frmEnginePanel::followSelections() {
+    const QString reason = tr("Select engines in the list first.");
+    needSelection(*m_ui->lsvEngines, *m_ui->cmdSelectEngine_0,
+                  tr("Adds the engines that are selected in the list above"), reason);
+    needSelection(*m_ui->lsvSelectedEngines, *m_ui->cmdRemoveEngine_0,
+                  tr("Takes the engines that are selected in the list above out of the selection (Del)"),
+                  reason);
+}
+
+void frmEnginePanel::showWarning(const QString& text) {
+    m_ui->lblPasswordWarning->setText(text);
+    m_ui->lblPasswordWarning->setVisible(!text.isEmpty());
+}
+
+void frmEnginePanel::setInstallAction(QAction& install) {
+    m_ui->lsvEngines->setEmptyAction(install);
+}
+
+void frmEnginePanel::focusEngines() {
+    if (m_lists->lsvEngines.empty())
+        focusFirst(*m_ui->lsvEngines);
+    else
+        m_ui->lsvEngines->setFocus(Qt::ShortcutFocusReason);
+}
+
+void frmEnginePanel::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    m_ui->scrWays->setMinimumWidth(m_ui->scrWaysContents->minimumSizeHint().width() +
+                                   m_ui->scrWays->verticalScrollBar()->sizeHint().width());
+    stackButtons();
+}
+
+// Both rows of buttons stack together.
+void frmEnginePanel::stackButtons() {
+    const int room = std::min(m_ui->lsvEngines->width(), m_ui->lsvSelectedEngines->width());
+    const auto needed = [](const QBoxLayout* row, const QPushButton* one, const QPushButton* other) {
+        return one->sizeHint().width() + row->spacing() + other->sizeHint().width();
+    };
+    const bool fits = room >= needed(m_ui->layoutSelect, m_ui->cmdSelectEngine_0, m_ui->cmdSelectEngine_1) &&
+                      room >= needed(m_ui->layoutRemove, m_ui->cmdRemoveEngine_0, m_ui->cmdRemoveEngine_1);
+    for (QBoxLayout* row : {m_ui->layoutSelect, m_ui->layoutRemove})
+        row->setDirection(fits ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
 }
 
 void frmEnginePanel::offerPreview() {

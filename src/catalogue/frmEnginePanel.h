@@ -7,6 +7,7 @@
 #include <string>
 
 class QAbstractButton;
+class QAction;
 class QCheckBox;
 
 namespace relay {
@@ -17,25 +18,34 @@ class frmEnginePanel;
 class EngineSelection;
 struct EngineLists;
 
-// The engine screen, SSTab3: the engines that are loaded, those that are selected, and the ways from the one
-// list to the other.
+// The engine screen, SSTab3: the loaded engines, the selected ones, and the commands that select and
+// unselect.
 class frmEnginePanel final : public QWidget {
     Q_OBJECT
   public:
     explicit frmEnginePanel(QWidget* parent = nullptr);
     ~frmEnginePanel() override;
 
-    // Shows the lists and drives the selection; both must outlive the panel. Without `adultSites` their two
-    // options are hidden.
+    // Shows the lists and drives the selection; both must outlive the panel. Without `adultSites` the two
+    // adult options are hidden.
     void connectTo(EngineLists& lists, EngineSelection& selection, bool adultSites);
-    // Brings captions and ticks of the type boxes up to date.
+    // Updates captions and ticks of the type boxes.
     void showTypeBoxes();
+    // Shows the text below the lists; an empty text hides it.
+    void showWarning(const QString& text);
+    // The action of the button in the empty list of engines.
+    void setInstallAction(QAction& install);
+    // Focuses the list of engines, or the button in the empty list.
+    void focusEngines();
     // Puts the cursor into the find box.
     void focusFindBox();
 
   Q_SIGNALS:
-    // The user wants to see what the engine would be sent.
+    // The user wants to see what would be sent to the engine.
     void previewWanted(const std::string& engine);
+
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
 
   private:
     QCheckBox* typeBox(std::size_t index) const;
@@ -43,6 +53,8 @@ class frmEnginePanel final : public QWidget {
     void connectLists();
     void connectButtons();
     void offerPreview();
+    void followSelections();
+    void stackButtons();
 
     std::unique_ptr<Ui::frmEnginePanel> m_ui;
     EngineLists* m_lists = nullptr;

@@ -8,10 +8,13 @@ namespace relay {
 
 class CommandLineContext;
 
-// One command of the program: its options, its help, and what it does.
+// "Examples:" and the command lines, one per line and without the program's name, for the help.
+std::string exampleText(const std::string& examples);
+
+// One command of the program: its options, its help and its operation.
 class Command {
   public:
-    // `examples`: command lines for the help, one a line, without the program's name.
+    // `examples`: command lines for the help, one per line, without the program's name.
     Command(CLI::App& parent, CommandLineContext& context, const std::string& name,
             const std::string& description, const std::string& examples);
     virtual ~Command() = default;
@@ -19,7 +22,7 @@ class Command {
     Command& operator=(const Command&) = delete;
 
     bool isChosen() const { return m_app.parsed(); }
-    // Gives an ExitCode. Throws UsageError, and Failure where the command could not run.
+    // Returns an ExitCode. Throws UsageError, or Failure when the command could not run.
     virtual int execute() = 0;
 
   protected:

@@ -26,20 +26,22 @@ namespace {
 constexpr const char* kAbout = "Submits web sites to search engines, directories and link pages.";
 constexpr const char* kClosing =
     "\nThe switches /D (write a trace to Error.log) and /U (reports link to the engines' own pages) may\n"
-    "stand anywhere.\n"
+    "be anywhere.\n"
     "\n"
-    "Exit codes: 0 everything succeeded; 1 the run ended and some engine did not succeed;\n"
+    "Exit codes: 0 everything succeeded; 1 the run ended but some engines did not succeed;\n"
     "2 wrong usage; 3 could not run; 130 stopped by Ctrl-C.\n"
     "\n"
-    "Examples:\n"
-    "  korvel-relay-cli engines install\n"
+    "Examples with the practice catalogue, so nothing leaves this computer. The first command keeps\n"
+    "running; enter the others in a second terminal:\n"
+    "  korvel-relay-cli --home try practice\n"
+    "  korvel-relay-cli --home try engines install --practice\n"
     "  korvel-relay-cli website set shop.kws Title='Paper Shop' Email=info@shop.example\n"
     "  korvel-relay-cli website add-url shop.kws http://shop.example/\n"
-    "  korvel-relay-cli submit --website shop.kws --all\n"
+    "  korvel-relay-cli --home try submit --website shop.kws --all\n"
     "\n"
-    "Each command tells more: korvel-relay-cli submit --help";
+    "Help for a command: korvel-relay-cli submit --help";
 
-// The switches are no options of the parser's kind: the logic looks for them in the whole command line.
+// The parser has no options of this form, and the logic looks for the switches in the whole command line.
 std::vector<std::string> withoutSwitches(const std::vector<std::string>& arguments) {
     std::vector<std::string> rest;
     for (const std::string& argument : arguments) {
@@ -48,7 +50,7 @@ std::vector<std::string> withoutSwitches(const std::vector<std::string>& argumen
     return rest;
 }
 
-// The whole parser: the options of every command and the commands.
+// The parser: the common options and the commands.
 class Parser final {
   public:
     explicit Parser(CommandLineContext& context) : m_app(kAbout, "korvel-relay-cli"), m_context(context) {
@@ -59,12 +61,12 @@ class Parser final {
         m_app.add_option("--home", context.homeOption, "Keep everything inside this folder")
             ->type_name("DIR")
             ->check(CLI::Validator([](std::string& text) { return text.empty() ? "is empty" : ""; }, ""));
-        m_app.add_flag("--json", context.json, "Results as JSON, one object a line");
-        m_app.add_flag("--quiet", context.quiet, "Results only: no progress, no messages but failures");
+        m_app.add_flag("--json", context.json, "Results as JSON, one object per line");
+        m_app.add_flag("--quiet", context.quiet, "Only results and failures: no progress, no other messages");
         addCommands();
     }
 
-    // Throws CLI::ParseError, also where help or the version was asked for.
+    // Throws CLI::ParseError, also for help and version.
     Command& parse(std::vector<std::string> arguments) {
         // The parser would take the next word for the folder.
         if (std::find(arguments.begin(), arguments.end(), "--home=") != arguments.end())
@@ -77,13 +79,14 @@ class Parser final {
         throw CLI::RequiredError("A command");
     }
 
-    // What the parser could not understand, in words of ours where its own would mislead.
+    // The usage error, in our own words where the parser's would mislead.
     std::string explain(const CLI::ParseError& error) const {
         if (error.get_name() != "RequiredError" || isCommandChosen()) return error.what();
         const std::vector<std::string> strangers = m_app.remaining(true);
-        return strangers.empty() ? "A command is missing." : "\"" + strangers.front() + "\" is no command.";
+        return strangers.empty() ? "A command is missing."
+                                 : "\"" + strangers.front() + "\" is not a command.";
     }
-    // "korvel-relay-cli website set", as far as the command line was understood.
+    // "korvel-relay-cli website set", as far as the command line was parsed.
     std::string usedName() const {
         std::string name = m_app.get_name();
         for (const CLI::App* app = &m_app; !app->get_subcommands().empty();) {
@@ -101,9 +104,10 @@ class Parser final {
         return std::any_of(m_commands.begin(), m_commands.end(),
                            [](const std::unique_ptr<Command>& command) { return command->isChosen(); });
     }
-    CLI::App& addGroup(const char* name, const char* description) {
+    CLI::App& addGroup(const char* name, const char* description, const char* examples) {
         CLI::App& group = *m_app.add_subcommand(name, description);
         group.require_subcommand(1);
+        group.footer(exampleText(examples));
         return group;
     }
     template <typename Kind>
@@ -111,13 +115,19 @@ class Parser final {
         m_commands.push_back(std::make_unique<Kind>(parent, m_context));
     }
     void addCommands() {
-        CLI::App& website = addGroup("website", "Show and change website files");
+        CLI::App& website = addGroup("website", "Show and change website files",
+                                     "website set shop.kws Title='Paper Shop' Email=info@shop.example\n"
+                                     "website add-url shop.kws http://shop.example/\n"
+                                     "website show shop.kws");
         add<WebsiteShowCommand>(website);
         add<WebsiteSetCommand>(website);
         add<WebsiteAddUrlCommand>(website);
         add<WebsiteImportUrlsCommand>(website);
         add<WebsiteExportUrlsCommand>(website);
-        CLI::App& engines = addGroup("engines", "List, check and install the engine catalogue");
+        CLI::App& engines = addGroup("engines", "List, check and install the engine catalogue",
+                                     "--home try engines install --practice\n"
+                                     "--home try engines list --country DE\n"
+                                     "--home try engines check");
         add<EnginesListCommand>(engines);
         add<EnginesCheckCommand>(engines);
         add<EnginesInstallCommand>(engines);
@@ -153,7 +163,7 @@ int parseAndExecute(const std::vector<std::string>& arguments, CommandLineContex
     }
 }
 
-// Results that nobody got are a failure of their own. A reader that simply left (a closed pipe) is not told.
+// Results that could not be written are a failure. If the reader closed the pipe, there is no message.
 int checkResults(CommandLineContext& context, int exitCode) {
     Console& console = context.console();
     if (console.out.flush()) return exitCode;

@@ -8,7 +8,7 @@ namespace relay {
 
 struct Console;
 
-// Runs the program: `arguments` without the program's name. Gives its exit code; throws nothing.
+// Runs the program and returns its exit code. `arguments` are without the program's name. Throws nothing.
 int runCommandLine(const std::vector<std::string>& arguments, Console& console);
 
 }  // namespace relay

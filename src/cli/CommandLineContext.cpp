@@ -4,8 +4,10 @@
 #include "cli/ExitCode.h"
 #include "cli/TerminalText.h"
 #include "core/Failure.h"
+#include "core/FileSystem.h"
 #include "core/Paths.h"
 #include "core/Text.h"
+#include "session/InstalledData.h"
 
 #include <algorithm>
 #include <ostream>
@@ -56,19 +58,21 @@ void CommandLineContext::applyOptions() {
 }
 
 Paths CommandLineContext::choosePaths() const {
-    if (homeOption.empty()) return Paths::fromEnvironment(m_console.environment);
-    return Paths::insideHome(homeOption);
+    Paths paths =
+        homeOption.empty() ? Paths::fromEnvironment(m_console.environment) : Paths::insideHome(homeOption);
+    paths.installedData = installedDataFolder(m_console.programFolder, m_console.environment);
+    return paths;
 }
 
 Session& CommandLineContext::home() {
     if (m_home) return *m_home;
     auto home = std::make_unique<Session>(choosePaths(), m_console.clock, m_commandLine, m_prompts);
     try {
-        home->prepareHome(installedDataFolder(m_console.programFolder, m_console.environment));
+        prepareHome(home->paths, home->paths.installedData);
     } catch (const Failure& failure) {
         if (!folderExists(home->paths.AppPath))
-            throw Failure(std::string("The home cannot be made: ") + failure.what(), failure.number());
-        warn(std::string("The home cannot be written, so nothing is kept there: ") + failure.what());
+            throw Failure(std::string("The home cannot be created: ") + failure.what(), failure.number());
+        warn(std::string("The home cannot be written, so nothing is saved there: ") + failure.what());
     }
     home->readSettings(SettingsReader::CommandLine);
     m_home = std::move(home);
@@ -78,6 +82,17 @@ Session& CommandLineContext::home() {
 void CommandLineContext::finish(int exitCode) {
     m_progress.erase();
     if (exitCode == kCouldNotRun) m_prompts.showHeld();
+}
+
+// Tests for the files first, as the start of the window does.
+bool CommandLineContext::load(bool (Catalogue::*step)()) {
+    Catalogue& catalogue = home().catalogue;
+    const bool present = catalogue.engineDataPresent();
+    if (present && (catalogue.*step)()) return true;
+    if (!present) m_prompts.message(kMissingDataNotice, kApplication, Icon::Information);
+    warn("No engines could be loaded from " + home().paths.WindowsPath +
+         "\nTo install the program's catalogue, run: korvel-relay-cli engines install");
+    return false;
 }
 
 }  // namespace relay

@@ -14,10 +14,10 @@
 
 namespace relay {
 
-// What the commands share: the console, the options that stand in front of every command, and the home.
+// What the commands share: the console, the common options, and the home.
 class CommandLineContext final {
   public:
-    // `arguments` as they were typed, without the program's name.
+    // `arguments` as typed, without the program's name.
     CommandLineContext(Console& console, const std::vector<std::string>& arguments);
 
     std::string homeOption;  // --home, empty when not given
@@ -27,32 +27,37 @@ class CommandLineContext final {
     Console& console() noexcept { return m_console; }
     Prompts& prompts() noexcept { return m_prompts; }
     ProgressLine& progress() noexcept { return m_progress; }
-    // Whether the switch "/U" was given: reports then link to the engines' own pages. Unlike "/D", which the
-    // log finds anywhere in the command line, it must be an argument of its own.
+    // True for the switch "/U": reports then link to the engines' own pages. Unlike "/D", which the log finds
+    // anywhere in the command line, it must be an argument of its own.
     bool linksEngines() const noexcept { return m_linksEngines; }
 
-    // Where results go; a progress line is gone before they appear.
+    // The stream for results; erases the progress line first.
     std::ostream& out();
-    // Whether results go to a terminal that takes colours.
+    // True if results go to a terminal with colours.
     bool colours() const;
-    // Whether results go to a terminal, which has people behind one's back; a file and a script get passwords
-    // as they stand.
+    // True if results go to a terminal, where others may look on; files and scripts get passwords as they
+    // are.
     bool hidesPasswords() const noexcept { return m_console.outIsTerminal; }
-    // A message that --quiet keeps back, and one that is always told.
+    // note() shows a message unless --quiet is given; warn() always does.
     void note(std::string_view text);
     void warn(std::string_view text);
 
-    // Once the options are known.
+    // Call after parsing the options.
     void applyOptions();
-    // Opens the home at the first call: makes its folders, copies the files of the installation that are
-    // absent, starts the log. A home that is there but cannot be written is told and used all the same.
-    // Throws Failure when there is none and none can be made.
+    // Opens the home on the first call: makes its folders, copies missing files of the installation, starts
+    // the log. Warns about a home that cannot be written and uses it; throws Failure if there is none and it
+    // cannot be made.
     Session& home();
-    // At the end: messages that --quiet held back are told when the command could not run.
+    // Loads the home's engines, or just their category tables. When the files are missing or unusable,
+    // returns false after a message that says what to do.
+    bool loadEngines() { return load(&Catalogue::loadEngineData); }
+    bool loadEngineCategories() { return load(&Catalogue::loadEngineCategory); }
+    // Call at the end. If the command could not run, shows the messages that --quiet held back.
     void finish(int exitCode);
 
   private:
     Paths choosePaths() const;
+    bool load(bool (Catalogue::*step)());
 
     Console& m_console;
     std::string m_commandLine;  // all arguments joined by blanks

@@ -12,7 +12,7 @@ namespace relay {
 
 class StopSignal;
 
-// The world a command runs in: everything that a test swaps.
+// The environment of a command; tests replace all of it.
 struct Console final {
     std::istream& in;
     std::ostream& out;  // results
@@ -26,7 +26,7 @@ struct Console final {
     bool outIsTerminal = false;
     bool errIsTerminal = false;
     int errColumns = 80;  // width of the terminal behind err
-    // The errno of the first write to out that failed, or 0. Empty: not known.
+    // The errno of the first failed write to out, or 0. Empty if unknown.
     std::function<int()> outError;
 };
 

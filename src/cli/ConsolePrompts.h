@@ -12,13 +12,13 @@ namespace relay {
 class ProgressLine;
 struct Console;
 
-// The user at a terminal, or nobody at all. Messages go to the error stream as "title: text". Questions are
-// asked only where someone can answer; everywhere else the answer is No, and nothing ever waits.
+// Prompts on a terminal or without a user. Messages go to the error stream as "title: text". Questions are
+// asked only if someone can answer; otherwise the answer is No, without waiting.
 class ConsolePrompts final : public Prompts {
   public:
     ConsolePrompts(Console& console, ProgressLine& progress);
 
-    // From here on messages that tell no failure are kept back until showHeld() lets them out.
+    // From here on messages other than failures are held until showHeld().
     void setHolding(bool on) noexcept { m_holding = on; }
     void showHeld();
     // Messages and questions so far, shown or held.
@@ -28,10 +28,10 @@ class ConsolePrompts final : public Prompts {
     bool ask(std::string_view text, std::string_view title) override;
     std::optional<std::string> input(std::string_view text, std::string_view title,
                                      std::string_view preset = {}) override;
-    // No dialogs here: always cancelled. Commands take their file names from the command line.
+    // Always cancelled: commands take their file names from the command line.
     FileChoice openFile(std::string_view filter, std::string_view folder) override;
     FileChoice saveFile(std::string_view filter, std::string_view folder, std::string_view name) override;
-    // Headless: nothing is opened.
+    // Opens nothing.
     bool openWithSystem(std::string_view target) override;
     void beep() override {}
     void busy(bool) override {}

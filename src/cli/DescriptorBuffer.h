@@ -6,7 +6,7 @@
 
 namespace relay {
 
-// A stream's way to a file descriptor that remembers why a write failed, which the standard streams forget.
+// A stream buffer for a file descriptor that stores why a write failed, which the standard streams do not.
 // After a failure nothing more is written.
 class DescriptorBuffer final : public std::streambuf {
   public:
@@ -15,7 +15,7 @@ class DescriptorBuffer final : public std::streambuf {
     DescriptorBuffer(const DescriptorBuffer&) = delete;
     DescriptorBuffer& operator=(const DescriptorBuffer&) = delete;
 
-    // The errno of the write that failed, or 0.
+    // The errno of the failed write, or 0.
     int error() const noexcept { return m_error; }
 
   protected:

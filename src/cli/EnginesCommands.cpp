@@ -5,7 +5,6 @@
 #include "catalogue/EngineFields.h"
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
-#include "cli/LoadEngines.h"
 #include "cli/Table.h"
 #include "core/Failure.h"
 #include "core/FileStore.h"
@@ -32,14 +31,14 @@ void writeJson(const clsEngines& engine, std::ostream& out) {
 }  // namespace
 
 EnginesListCommand::EnginesListCommand(CLI::App& parent, CommandLineContext& context)
-    : Command(parent, context, "list", "List the engines of the catalogue, or those chosen",
-              "engines list\nengines list --major\n"
-              "engines list --type ENG,DIR --no-adult --save-selection general.eng") {
+    : Command(parent, context, "list", "List the engines of the catalogue, or the chosen ones",
+              "--home try engines list\n--home try engines list --major\n"
+              "--home try engines list --type ENG,DIR --no-adult --save-selection general.eng") {
     m_selection.addTo(app());
 }
 
 int EnginesListCommand::execute() {
-    if (!loadEngines(context())) return kCouldNotRun;
+    if (!context().loadEngines()) return kCouldNotRun;
     Catalogue& catalogue = context().home().catalogue;
     m_selection.apply(context(), catalogue);
     const Rows& rows =
@@ -62,11 +61,11 @@ int EnginesListCommand::execute() {
 }
 
 EnginesCheckCommand::EnginesCheckCommand(CLI::App& parent, CommandLineContext& context)
-    : Command(parent, context, "check", "Tell everything that is wrong with the catalogue",
-              "engines check\nengines check --json") {}
+    : Command(parent, context, "check", "List everything that is wrong with the catalogue",
+              "--home try engines check\n--home try engines check --json") {}
 
 int EnginesCheckCommand::execute() {
-    if (!loadEngineCategories(context())) return kCouldNotRun;
+    if (!context().loadEngineCategories()) return kCouldNotRun;
     const Session& home = context().home();
     const std::string file = home.paths.inWindows("krveng5.dat");
     const std::string text = readFile(file);

@@ -1,16 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/EnginesInstallCommand.h"
 
+#include "catalogue/PasswordKey.h"
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
 #include "cli/PracticeAddress.h"
 #include "cli/Table.h"
 #include "core/Failure.h"
-#include "core/FileStore.h"
 #include "core/JsonLine.h"
 #include "core/Paths.h"
 #include "core/Text.h"
-#include "practice/PracticeCatalogue.h"
+#include "practice/PracticeWeb.h"
+#include "session/InstalledData.h"
 
 #include <algorithm>
 #include <cctype>
@@ -19,14 +20,14 @@
 namespace relay {
 
 EnginesInstallCommand::EnginesInstallCommand(CLI::App& parent, CommandLineContext& context)
-    : Command(parent, context, "install", "Put the catalogue that comes with the program into the home",
-              "engines install\nengines install --practice --replace") {
-    app().add_flag("--replace", m_replace, "Replace files that are there and differ");
+    : Command(parent, context, "install", "Install the program's catalogue in the home",
+              "--home try engines install --practice\n--home try engines install --practice --replace") {
+    app().add_flag("--replace", m_replace, "Replace existing files that differ");
     CLI::Option* practice =
-        app().add_flag("--practice", m_practice, "The practice catalogue, for the practice web that runs");
+        app().add_flag("--practice", m_practice, "The practice catalogue, for a running practice web");
     app()
         .add_option("--practice-address", m_practiceAddress,
-                    "Where the practice web is (default: the one that runs for this home)")
+                    "Address of the practice web (default: the one running for this home)")
         ->type_name("HOST:PORT")
         ->needs(practice);
 }
@@ -44,56 +45,39 @@ std::string EnginesInstallCommand::practiceAddress() {
     return "http://" + std::string(host);
 }
 
-std::vector<EnginesInstallCommand::File> EnginesInstallCommand::collect() {
-    const std::string address = m_practice ? practiceAddress() : std::string();
+std::vector<CatalogueFile> EnginesInstallCommand::collect() {
     const Paths& paths = context().home().paths;
-    const std::string data =
-        installedDataFolder(context().console().programFolder, context().console().environment);
-    if (data.empty())
-        throw Failure(
-            "The files that are installed with the program are missing. KORVEL_RELAY_DATA names their "
-            "folder.");
-    std::vector<File> files;
-    for (const char* name : {"country.kws", "cat.kws", "top.kws"})
-        files.push_back({paths.inApp(name), readFile(data + "/" + name)});
-    for (const char* name : {"krveng5.dat", "catkws.dat"}) {
-        std::string bytes = readFile(data + (m_practice ? "/practice/" : "/") + name);
-        if (m_practice) bytes = pointAtPracticeWeb(bytes, address);
-        files.push_back({paths.inWindows(name), std::move(bytes)});
-    }
+    if (!m_practice) return readCatalogueFiles(paths);
+    const std::string address = practiceAddress();
+    std::vector<CatalogueFile> files = readCatalogueFiles(paths, "practice");
+    for (CatalogueFile& file : files)
+        if (file.ofEngines) file.bytes = pointAtPracticeWeb(file.bytes, address);
     return files;
 }
 
-void EnginesInstallCommand::compare(std::vector<File>& files) const {
+void EnginesInstallCommand::compare(std::vector<CatalogueFile>& files) const {
     std::string inTheWay;
-    for (File& file : files) {
-        if (!fileExists(file.target)) continue;
-        if (readFile(file.target) == file.bytes) {
-            file.state = "unchanged";
-        } else {
-            file.state = "replaced";
-            inTheWay += "\n  " + file.target;
-        }
-    }
+    for (const std::string& path : compareWithHome(files)) inTheWay += "\n  " + path;
     if (!m_replace && !inTheWay.empty())
         throw Failure(
-            "Nothing was installed: these files are there already, and differ. --replace replaces them." +
+            "Nothing was installed: these files already exist and differ. Use --replace to replace them." +
             inTheWay);
 }
 
 int EnginesInstallCommand::execute() {
-    std::vector<File> files = collect();
+    std::vector<CatalogueFile> files = collect();
     compare(files);
+    writeCatalogueFiles(files);
     Table table({});
-    for (const File& file : files) {
-        if (std::string_view(file.state) != "unchanged") writeFile(file.target, file.bytes);
+    for (const CatalogueFile& file : files) {
         if (context().json) {
-            JsonLine().add("file", file.target).add("state", file.state).write(context().out());
+            JsonLine().add("file", file.target).add("state", stateName(file.state)).write(context().out());
         } else {
-            table.add({file.state, file.target});
+            table.add({std::string(stateName(file.state)), file.target});
         }
     }
     if (!context().quiet) table.write(context().console().err, false);
+    if (!m_practice) context().note(kPasswordKeyNotice);
     return kSucceeded;
 }
 

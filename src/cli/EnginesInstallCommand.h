@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "catalogue/CatalogueFiles.h"
 #include "cli/Command.h"
 
 #include <string>
@@ -15,16 +16,10 @@ class EnginesInstallCommand final : public Command {
     int execute() override;
 
   private:
-    struct File final {
-        std::string target;
-        std::string bytes;
-        const char* state = "installed";  // or "unchanged", "replaced"
-    };
-
     std::string practiceAddress();
-    std::vector<File> collect();
-    // Settles each file's state; throws Failure on a file that stands in the way.
-    void compare(std::vector<File>& files) const;
+    std::vector<CatalogueFile> collect();
+    // Sets the state of each file; throws Failure for files that may not be replaced.
+    void compare(std::vector<CatalogueFile>& files) const;
 
     bool m_practice = false;
     bool m_replace = false;

@@ -6,16 +6,16 @@
 
 namespace relay {
 
-// What the program tells its caller at its end. Scripts rely on these numbers.
+// The exit codes of the program. Scripts rely on these numbers.
 enum ExitCode : int {
     kSucceeded = 0,
-    kSomeFailed = 1,   // the run ended, and some engine did not succeed
-    kWrongUsage = 2,   // the command line makes no sense
-    kCouldNotRun = 3,  // something the command needs is missing or cannot be written
+    kSomeFailed = 1,   // the run ended, but some engines did not succeed
+    kWrongUsage = 2,   // invalid command line
+    kCouldNotRun = 3,  // something needed is missing or cannot be written
     kStopped = 130,    // Ctrl-C
 };
 
-// The command line cannot be understood: ends the program with kWrongUsage and a hint at the help.
+// An invalid command line: ends the program with kWrongUsage and a hint to the help.
 class UsageError final : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;

@@ -3,6 +3,7 @@
 
 #include "core/Failure.h"
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
 #include "core/Paths.h"
 #include "core/ScreenText.h"
 #include "core/Text.h"
@@ -31,7 +32,8 @@ std::string practiceAddressFile(const Paths& paths) {
 
 std::string runningPracticeWeb(const Paths& paths) {
     const std::string file = practiceAddressFile(paths);
-    if (!fileExists(file)) throw Failure("No practice web runs for " + paths.AppPath + ". " + kHowToStart);
+    if (!fileExists(file))
+        throw Failure("No practice web is running for " + paths.AppPath + ". " + kHowToStart);
     const QUrl address(toScreen(firstLine(readFile(file, 4096))));
     if (address.host() != QStringLiteral("127.0.0.1") || !answers(address))
         throw Failure("The practice web that " + file + " names does not answer. " + kHowToStart);
@@ -47,7 +49,7 @@ PracticeAddress::~PracticeAddress() {
     try {
         if (readFile(m_file, 4096) == m_bytes) removeFile(m_file);
     } catch (const Failure&) {
-        // Gone already, or the home became unwritable: a stale address does no harm.
+        // The file is gone, or the home became unwritable: a stale address does no harm.
     }
 }
 

@@ -7,19 +7,19 @@ namespace relay {
 
 struct Paths;
 
-// Where a running practice web is found: a file of the home that it writes when it starts and removes when it
-// ends.
+// The file of the home with the address of a running practice web, which writes it at its start and removes
+// it at its end.
 std::string practiceAddressFile(const Paths& paths);
-// The address of the practice web that runs for this home, "http://127.0.0.1:PORT". Throws Failure when none
+// The address of the practice web running for this home, "http://127.0.0.1:PORT". Throws Failure when none
 // answers.
 std::string runningPracticeWeb(const Paths& paths);
 
-// Keeps the file for the length of a block.
+// Keeps the file for the duration of a block.
 class PracticeAddress final {
   public:
     // Throws Failure when the file cannot be written.
     PracticeAddress(const Paths& paths, const std::string& address);
-    // Removes the file, unless another practice web wrote it since.
+    // Removes the file unless another practice web has written it since.
     ~PracticeAddress();
     PracticeAddress(const PracticeAddress&) = delete;
     PracticeAddress& operator=(const PracticeAddress&) = delete;

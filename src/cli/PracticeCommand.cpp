@@ -7,9 +7,11 @@
 #include "cli/StopSignal.h"
 #include "core/Failure.h"
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
 #include "core/JsonLine.h"
 #include "core/Paths.h"
 #include "practice/PracticeWeb.h"
+#include "session/InstalledData.h"
 
 #include <QEventLoop>
 
@@ -20,7 +22,7 @@ namespace relay {
 
 namespace {
 
-// Lets the form pages ask for what the practice catalogue sends; without it they have the usual fields.
+// Makes the form pages ask for what the practice catalogue sends; without it they have the usual fields.
 void describeEngines(PracticeWeb& web, const std::string& dataFolder) {
     const std::string engines = dataFolder + "/practice/krveng5.dat";
     const std::string categories = dataFolder + "/practice/catkws.dat";
@@ -32,7 +34,7 @@ std::optional<std::string> otherPracticeWeb(const Paths& paths) {
     try {
         return runningPracticeWeb(paths);
     } catch (const Failure&) {
-        return std::nullopt;  // none, or one that ended without taking its address away
+        return std::nullopt;  // none, or one that ended without removing its address
     }
 }
 
@@ -40,14 +42,14 @@ std::optional<std::string> otherPracticeWeb(const Paths& paths) {
 
 PracticeCommand::PracticeCommand(CLI::App& parent, CommandLineContext& context)
     : Command(parent, context, "practice", "Run the practice web until Ctrl-C",
-              "practice\npractice --port 8080\nengines install --practice (in a second terminal)") {
+              "--home try practice\n--home try practice --port 8080") {
     app()
         .add_option("--port", m_port, "Port on this machine (default: a free one)")
         ->type_name("N")
         ->check(CLI::Range(0, 65535));
 }
 
-void PracticeCommand::tellAddress(const std::string& address) {
+void PracticeCommand::writeAddress(const std::string& address) {
     std::ostream& out = context().out();
     if (context().json) {
         JsonLine().add("address", address).write(out);
@@ -55,7 +57,8 @@ void PracticeCommand::tellAddress(const std::string& address) {
         out << address << "/\n";
     }
     out.flush();
-    context().note("The practice web is running; the address shows what it receives. Ctrl-C ends it.");
+    context().note(
+        "The practice web is running; open the address to see what it receives. Stop it with Ctrl-C.");
 }
 
 int PracticeCommand::execute() {
@@ -63,20 +66,19 @@ int PracticeCommand::execute() {
     stop.watch();
     const Paths& paths = context().home().paths;
     PracticeWeb web;
-    describeEngines(web,
-                    installedDataFolder(context().console().programFolder, context().console().environment));
+    describeEngines(web, paths.installedData);
     web.start(m_port);
     std::optional<PracticeAddress> kept;
     try {
         if (const std::optional<std::string> other = otherPracticeWeb(paths))
             context().warn(
-                "Another practice web runs for this home; other commands go on finding that one: " + *other);
+                "Another practice web is running for this home; other commands will use that one: " + *other);
         else
             kept.emplace(paths, web.address());
     } catch (const Failure& failure) {
         context().warn(std::string("Other commands will not find the practice web: ") + failure.what());
     }
-    tellAddress(web.address());
+    writeAddress(web.address());
     QEventLoop loop;
     QObject::connect(&stop, &StopSignal::requested, &loop, &QEventLoop::quit);
     const int failed = stop.poll() ? 0 : loop.exec();

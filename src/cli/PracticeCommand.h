@@ -14,7 +14,7 @@ class PracticeCommand final : public Command {
     int execute() override;
 
   private:
-    void tellAddress(const std::string& address);
+    void writeAddress(const std::string& address);
 
     std::uint16_t m_port = 0;
 };

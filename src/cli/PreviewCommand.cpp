@@ -3,7 +3,6 @@
 
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
-#include "cli/LoadEngines.h"
 #include "cli/Table.h"
 #include "core/JsonLine.h"
 #include "projects/WebsiteKeys.h"
@@ -12,9 +11,9 @@
 namespace relay {
 
 PreviewCommand::PreviewCommand(CLI::App& parent, CommandLineContext& context)
-    : Command(parent, context, "preview", "Show what an engine would be sent; nothing is sent",
-              "preview --website shop.kws --engine 'Practice Engine 01'\n"
-              "preview --website shop.kws --engine IndexNow --url http://shop.example/pens.html --json") {
+    : Command(parent, context, "preview", "Show what an engine would be sent, without sending it",
+              "--home try preview --website shop.kws --engine 'Harbour Search'\n"
+              "--home try preview --website shop.kws --engine 'Beacon Finder' --json") {
     app().add_option("--website", m_website, "The website file")->type_name("FILE")->required();
     app().add_option("--engine", m_engine, "An engine of the catalogue")->type_name("NAME")->required();
     app().add_option("--url", m_url, "The URL to submit (default: the website's first)")->type_name("URL");
@@ -23,7 +22,7 @@ PreviewCommand::PreviewCommand(CLI::App& parent, CommandLineContext& context)
 
 int PreviewCommand::execute() {
     requireWebsite(m_website);
-    if (!loadEngines(context())) return kCouldNotRun;
+    if (!context().loadEngines()) return kCouldNotRun;
     Session& home = context().home();
     const RequestPreview preview =
         previewRequest(home.services, home.catalogue,
@@ -32,6 +31,7 @@ int PreviewCommand::execute() {
         context().warn(preview.refusal);
         return kSomeFailed;
     }
+    if (!preview.warning.empty()) context().note(preview.warning);
     if (context().json) {
         JsonLine()
             .add("method", preview.method())

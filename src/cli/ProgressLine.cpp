@@ -13,7 +13,7 @@ ProgressLine::ProgressLine(std::ostream& err, int columns) : m_err(err), m_colum
 void ProgressLine::show(std::string_view text) {
     constexpr qint64 kPause = 50;  // milliseconds
     if (!m_on || (m_shown && m_lastDrawn.isValid() && m_lastDrawn.elapsed() < kPause)) return;
-    // The last column stays free: a terminal would go to the next line.
+    // The last column stays free, as a terminal would wrap to the next line.
     const auto columns = static_cast<std::size_t>(std::max(m_columns - 1, 10));
     const std::string line = terminalText(text);
     m_err << "\r\033[K" << cutToWidth(line, columns) << std::flush;

@@ -8,17 +8,17 @@
 
 namespace relay {
 
-// A line on the terminal that tells how far a command has come; it is drawn over and leaves nothing behind.
+// A line on the terminal that shows a command's progress; it is overwritten and leaves nothing behind.
 class ProgressLine final {
   public:
     ProgressLine(std::ostream& err, int columns);
 
-    // Off until switched on: only a terminal takes it.
+    // Off by default; switch on for a terminal only.
     void setOn(bool on) noexcept { m_on = on; }
     bool isOn() const noexcept { return m_on; }
-    // Drawn at most some twenty times a second; a text that comes sooner is passed over.
+    // Draws about twenty times a second at most; skips texts that come sooner.
     void show(std::string_view text);
-    // Before anything else is written to the same terminal.
+    // Call before writing anything else to the same terminal.
     void erase();
 
   private:

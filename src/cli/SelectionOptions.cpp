@@ -5,6 +5,7 @@
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
 #include "core/Failure.h"
+#include "core/FileSystem.h"
 #include "core/Text.h"
 
 #include <algorithm>
@@ -26,7 +27,7 @@ std::vector<std::string> typeCodes(const std::string& list) {
                                        [&](const EngineTypeRow& type) { return type.code == code; });
         if (!known)
             throw UsageError("\"" + item +
-                             "\" is no engine type. The types are: ENG, DIR, FFA, NEWS, MALL, HOT, MIS");
+                             "\" is not an engine type. The types are: ENG, DIR, FFA, NEWS, MALL, HOT, MIS");
         codes.push_back(code);
     }
     if (codes.empty()) throw UsageError("--type needs an engine type.");
@@ -38,7 +39,7 @@ std::string countryCode(const std::string& text) {
     const bool letters = code.size() == 2 &&
                          std::all_of(code.begin(), code.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
     if (!letters && code != "ALL")
-        throw UsageError("\"" + text + "\" is no country code: two letters, or ALL for every country.");
+        throw UsageError("\"" + text + "\" is not a country code: two letters, or ALL for every country.");
     return code;
 }
 
@@ -68,7 +69,7 @@ void SelectionOptions::addTo(CLI::App& app) {
     addFlag(app, "--all", "Every engine",
             [](Catalogue& catalogue) { catalogue.selection.EngineSelect(true); });
     addValue(app, "--type", "CODE[,CODE]",
-             "Types: ENG DIR FFA NEWS MALL HOT MIS; hot sites go along with each",
+             "Types: ENG DIR FFA NEWS MALL HOT MIS; hot sites are always included",
              [](const std::string& list) -> Step {
                  return [codes = typeCodes(list)](Catalogue& catalogue) {
                      for (const std::string& code : codes) catalogue.selection.EngineSelectByType(code, true);
@@ -79,22 +80,21 @@ void SelectionOptions::addTo(CLI::App& app) {
             catalogue.selection.EngineSelectByCountry(code);
         };
     });
-    addFlag(app, "--major", "The major engines, in place of what was chosen before", byMode("MajorSite"));
-    addFlag(app, "--custom", "The customised engines, in place of what was chosen before",
-            byMode("CustomEngine"));
-    addFlag(app, "--adult-only", "The engines for adult sites, in place of what was chosen before",
+    addFlag(app, "--major", "The major engines; replaces earlier choices", byMode("MajorSite"));
+    addFlag(app, "--custom", "The customised engines; replaces earlier choices", byMode("CustomEngine"));
+    addFlag(app, "--adult-only", "The engines for adult sites; replaces earlier choices",
             byMode("AdultOnlySite"));
     addFlag(app, "--no-adult", "Drop engines that refuse adult sites or take nothing else",
             [](Catalogue& catalogue) { catalogue.selection.EngineSelectNoAdultSites(); });
-    addValue(app, "--engine", "NAME", "One engine; may be given again", [](const std::string& name) -> Step {
+    addValue(app, "--engine", "NAME", "One engine; may be repeated", [](const std::string& name) -> Step {
         return [name](Catalogue& catalogue) {
             catalogue.selection.EngineSingleSelect(catalogue.engine(name).name());
         };
     });
-    addValue(app, "--engines", "FILE", "The engines named in a file, one a line",
+    addValue(app, "--engines", "FILE", "The engines named in a file, one per line",
              [](const std::string& file) -> Step {
                  return [file](Catalogue& catalogue) {
-                     if (!fileExists(file)) throw Failure(file + ": there is no such file of engines.");
+                     if (!fileExists(file)) throw Failure(file + ": there is no such engine file.");
                      catalogue.selection.loadSelectedEngine(file);
                  };
              });

@@ -11,15 +11,15 @@ namespace relay {
 class CommandLineContext;
 class Catalogue;
 
-// The options that choose engines. Each is one step, and the steps are taken in the order given.
+// The options that choose engines. They are applied in the order given.
 class SelectionOptions final {
   public:
     void addTo(CLI::App& app);
 
-    // Whether any option chooses engines (saving a selection chooses none).
+    // True if any option chooses engines (saving a selection does not).
     bool chooses() const noexcept { return !m_steps.empty(); }
     bool isGiven() const noexcept { return chooses() || !m_saveTo.empty(); }
-    // Makes the selection of the catalogue. Throws Failure on an engine or a file that is not there.
+    // Applies the options to the catalogue's selection. Throws Failure if an engine or a file does not exist.
     void apply(CommandLineContext& context, Catalogue& catalogue) const;
 
   private:

@@ -25,7 +25,8 @@ std::atomic<long> firstTime{0};
 static_assert(std::atomic<int>::is_always_lock_free && std::atomic<long>::is_always_lock_free,
               "the handler needs it");
 
-// A wrapper may send one stop both to the program and to its group; a person's second Ctrl-C comes later.
+// A wrapper may send one stop both to the program and to its process group; a person's second Ctrl-C comes
+// later.
 constexpr long kOneStop = 200;  // milliseconds
 
 long milliseconds() {
@@ -34,7 +35,7 @@ long milliseconds() {
     return static_cast<long>(now.tv_sec) * 1000 + now.tv_nsec / 1'000'000;
 }
 
-// Only what a signal handler may do.
+// Calls only what a signal handler may call.
 void onSignal(int number) {
     const int savedError = errno;
     if (signalCount.fetch_add(1) > 0) {

@@ -7,19 +7,19 @@
 
 namespace relay {
 
-// Ctrl-C, as the program takes it: the first SIGINT or SIGTERM is a request that the command answers in its
-// own time, the second ends the process at once with 130. One may watch at a time.
+// Handles Ctrl-C: the first SIGINT or SIGTERM is a request that the command handles in its own time, the
+// second ends the process at once with 130. Only one object may watch at a time.
 class StopSignal final : public QObject {
     Q_OBJECT
   public:
     StopSignal();
     ~StopSignal() override;
 
-    // From here on the signals are requests; until then they end the process as they always do.
+    // From here on the signals are requests; before, they end the process as usual.
     void watch();
-    // What the first signal does.
+    // Does the same as the first signal.
     void request();
-    // Sees a signal that the event loop has not delivered yet. True when a stop is requested.
+    // Also notices a signal that the event loop has not delivered yet. True when a stop is requested.
     bool poll();
 
   Q_SIGNALS:

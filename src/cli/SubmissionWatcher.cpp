@@ -72,9 +72,8 @@ void SubmissionWatcher::reportWritten(const UrlReport& report) {
     m_reports.push_back(report);
     if (!report.problem.empty()) {
         m_reportMissing = true;
-        const char* const words = report.path.empty()
-                                      ? " could not be written: "
-                                      : " was written, but not everything that goes with it: ";
+        const char* const words =
+            report.path.empty() ? " could not be written: " : " was written, but with an error: ";
         m_context.warn("The report of " + report.URL + words + report.problem);
     }
     if (m_context.json) {
@@ -128,9 +127,9 @@ void SubmissionWatcher::writeSummary() {
     if (m_summary.sharedReports == 0) return;
     out << '\n' << m_summary.sharedReports << " reports share ";
     if (m_summary.sharedFiles == 1)
-        out << "one file, which holds the last of them.\n";
+        out << "one file, which contains the last of them.\n";
     else
-        out << m_summary.sharedFiles << " files; each holds the last of its reports.\n";
+        out << m_summary.sharedFiles << " files; each contains the last of its reports.\n";
 }
 
 int SubmissionWatcher::exitCode() const noexcept {

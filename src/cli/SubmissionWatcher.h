@@ -12,7 +12,7 @@ class Results;
 class SubmissionController;
 struct CutOffRun;
 
-// Tells a run as it goes: JSON events, or a live count on the terminal and a summary at the end.
+// Reports a run as it goes: JSON events, or a live count on the terminal and a summary at the end.
 class SubmissionWatcher final {
   public:
     // The controller's run is prepared.
@@ -35,7 +35,7 @@ class SubmissionWatcher final {
     const Results& m_results;
     int m_urls;  // numbers the live count runs up to
     int m_engines;
-    int m_url = 1;         // the one under way
+    int m_url = 1;         // the current one
     int m_endedOfUrl = 0;  // engines that ended for it
     std::vector<UrlReport> m_reports;
     bool m_reportMissing = false;

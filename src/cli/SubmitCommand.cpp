@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/SubmitCommand.h"
 
+#include "catalogue/PasswordKey.h"
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
-#include "cli/LoadEngines.h"
 #include "cli/StopSignal.h"
 #include "cli/SubmissionWatcher.h"
 #include "core/Failure.h"
-#include "core/Paths.h"
+#include "core/FileSystem.h"
+#include "core/IniFile.h"
 #include "core/Trap.h"
 #include "projects/WebsiteKeys.h"
 #include "submission/SubmissionController.h"
@@ -24,7 +25,7 @@ namespace relay {
 
 namespace {
 
-// Lists the websites for the run, in their order. Throws Failure when one cannot be submitted.
+// Adds the websites to the run, in order. Throws Failure when one cannot be submitted.
 void addSites(SubmissionController& controller, CommandLineContext& context,
               const std::vector<std::string>& files) {
     for (const std::string& file : files) {
@@ -41,22 +42,31 @@ void addSites(SubmissionController& controller, CommandLineContext& context,
     }
 }
 
+void warnOfEmptyPasswords(CommandLineContext& context, const EngineLists& lists,
+                          const std::vector<std::string>& files) {
+    const std::string warning = emptyPasswordWarning(lists);
+    if (warning.empty()) return;
+    for (const std::string& file : files)
+        if (IniFile::load(file).value("Web Site Info", "Password").empty())
+            context.note(file + ": " + warning);
+}
+
 }  // namespace
 
 SubmitCommand::SubmitCommand(CLI::App& parent, CommandLineContext& context)
     : Command(parent, context, "submit", "Submit the URLs of websites to the chosen engines",
-              "submit --website shop.kws --all\n"
-              "submit --website shop.kws blog.kws --type ENG,DIR --no-adult --connections 20\n"
-              "submit --website shop.kws --failed --csv results.csv\n"
-              "submit --resume\n"
-              "submit --website shop.kws --major --json > run.jsonl") {
+              "--home try submit --website shop.kws --all\n"
+              "--home try submit --website shop.kws blog.kws --type ENG,DIR --no-adult --connections 20\n"
+              "--home try submit --website shop.kws --failed --csv results.csv\n"
+              "--home try submit --resume\n"
+              "--home try submit --website shop.kws --major --json > run.jsonl") {
     app()
         .add_option("--website", m_websites, "The website files, in the order of the run")
         ->type_name("FILE");
     app().add_flag("--resume", m_resume, "Go on with the run that was cut off by a crash or a power cut");
     app()
         .add_option("--connections", m_connections,
-                    "Requests at a time, 1 to 1000 (default: as the settings say)")
+                    "Requests at a time, 1 to 1000 (default: from the settings)")
         ->type_name("N")
         ->check(CLI::Range(1, 1000));
     app().add_option("--csv", m_csv, "At the end, write all results to a table")->type_name("FILE");
@@ -87,7 +97,7 @@ int SubmitCommand::execute() {
         cutOff = findCutOffRun(context().home().paths.AppPath);
         if (!cutOff) throw Failure("There is no run that was cut off.");
     }
-    if (!loadEngines(context())) return kCouldNotRun;
+    if (!context().loadEngines()) return kCouldNotRun;
     Catalogue& catalogue = context().home().catalogue;
     m_selection.apply(context(), catalogue);
     if (m_connections > 0) context().home().preference.Connections = m_connections;
@@ -99,6 +109,7 @@ int SubmitCommand::execute() {
 bool SubmitCommand::prepare(SubmissionController& controller, std::optional<CutOffRun>& cutOff) {
     if (cutOff) return controller.resume(*cutOff);
     addSites(controller, context(), m_websites);
+    warnOfEmptyPasswords(context(), context().home().catalogue.lists, m_websites);
     return controller.cmdNext() && controller.cmdStart();
 }
 
@@ -122,7 +133,7 @@ int SubmitCommand::run(Catalogue& catalogue, std::optional<CutOffRun> cutOff) {
 int SubmitCommand::watch(SubmissionController& controller, SubmissionWatcher& watcher) {
     Console& console = context().console();
     QEventLoop loop;
-    // What cannot be told ends the run; the run itself would go on as if it had been.
+    // A failure to report ends the run, which would otherwise go on unreported.
     std::exception_ptr untold;
     const auto tell = [&](const auto& telling) {
         try {

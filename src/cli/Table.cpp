@@ -27,7 +27,7 @@ void Table::measure(const Cells& cells) {
 }
 
 void Table::writeRow(std::ostream& out, const Cells& cells) const {
-    std::size_t owed = 0;  // blanks in front of the next cell that holds anything
+    std::size_t owed = 0;  // blanks to write before the next non-empty cell
     for (std::size_t i = 0; i < cells.size(); ++i) {
         if (!cells[i].empty()) {
             out << std::string(owed, ' ') << cells[i];

@@ -9,7 +9,7 @@
 
 namespace relay {
 
-// Rows of text in aligned columns, for a person's eyes. Cells may hold any bytes; they are written through
+// Rows of text in aligned columns, for people. Cells may have any bytes; they are written through
 // terminalText.
 class Table final {
   public:
@@ -18,7 +18,7 @@ class Table final {
 
     void add(const std::vector<std::string_view>& cells);
     bool empty() const noexcept { return m_rows.empty(); }
-    // `bold`: sets the heading in bold with terminal sequences.
+    // `bold`: writes the heading in bold, with terminal sequences.
     void write(std::ostream& out, bool bold) const;
 
   private:

@@ -7,6 +7,7 @@
 #include "cli/Table.h"
 #include "core/Failure.h"
 #include "core/FileStore.h"
+#include "core/FolderLock.h"
 #include "core/IniFile.h"
 #include "core/JsonLine.h"
 #include "core/Text.h"
@@ -30,10 +31,10 @@ namespace relay {
 
 namespace {
 
-constexpr std::size_t kLongestPassword = 4096;  // bytes that are read of a pipe
+constexpr std::size_t kLongestPassword = 4096;  // bytes read from a pipe
 constexpr int kMostUrls = std::numeric_limits<std::int16_t>::max();
 
-// What is typed at the terminal does not show while this lives.
+// Hides what is typed at the terminal while this object lives.
 class HiddenInput final {
   public:
     explicit HiddenInput(bool isTerminal)
@@ -75,7 +76,7 @@ const WebsiteKey& settableKey(const std::string& text) {
     const WebsiteKey* const key = findWebsiteKey(text);
     if (!key) throw UsageError("A website file has no key \"" + text + "\". The keys are: " + settableKeys());
     if (key->kind == WebsiteKeyKind::Kept)
-        throw UsageError("The key \"" + text + "\" is kept by the program itself.");
+        throw UsageError("The key \"" + text + "\" is maintained by the program.");
     return *key;
 }
 
@@ -83,7 +84,7 @@ std::string numbered(std::string_view name, int number) {
     return std::string(name) + std::to_string(number);
 }
 
-// Reads a website file's lists; a failure names the file.
+// Reads the lists of a website file; a failure names the file.
 void readLists(const std::string& path, const std::function<void()>& read) {
     try {
         read();
@@ -110,7 +111,7 @@ std::vector<ReportEntry> readReports(const IniFile& file) {
     return reports;
 }
 
-// Changes the URL list of a website file in one piece, so that two programs at once lose nothing.
+// Changes the URL list of a website file under one lock, so that two programs lose nothing.
 void changeUrls(const std::string& path, const std::function<void(Rows& urls)>& change) {
     requireFile(path);
     const FolderLock lock(path);
@@ -119,7 +120,7 @@ void changeUrls(const std::string& path, const std::function<void(Rows& urls)>& 
     readLists(path, [&] { readUrls(file, urls); });
     change(urls);
     if (urls.count() > kMostUrls)
-        throw Failure(path + ": a website file holds at most " + std::to_string(kMostUrls) + " URLs.");
+        throw Failure(path + ": a website file has at most " + std::to_string(kMostUrls) + " URLs.");
     writeUrls(file, urls);
     file.save(path, Readable::OwnerOnly);
 }
@@ -127,7 +128,7 @@ void changeUrls(const std::string& path, const std::function<void(Rows& urls)>& 
 void checkUrl(const std::string& url) {
     if (trim(url).empty()) throw UsageError("A URL is empty.");
     if (hasControlByte(url))
-        throw UsageError("A URL holds a line break or another control character: " + url);
+        throw UsageError("A URL contains a line break or another control character: " + url);
 }
 
 }  // namespace
@@ -188,7 +189,7 @@ int WebsiteShowCommand::execute() {
 }
 
 WebsiteSetCommand::WebsiteSetCommand(CLI::App& parent, CommandLineContext& context)
-    : Command(parent, context, "set", "Set fields of a website file; a missing file is made",
+    : Command(parent, context, "set", "Set fields of a website file, which is created if missing",
               "website set shop.kws Title='Paper Shop' Keyword='paper, pens' BlockFFA=1\n"
               "website set shop.kws MainCategory='Business and Finance' Category=Accounting\n"
               "website set shop.kws --password-file secret.txt") {
@@ -197,8 +198,8 @@ WebsiteSetCommand::WebsiteSetCommand(CLI::App& parent, CommandLineContext& conte
     app()
         .add_option(
             "--password-file", m_passwordFile,
-            "Take the password from the first line of this file (\"-\": the standard input), where no "
-            "list of processes shows it")
+            "Take the password from the first line of this file (\"-\": standard input), which hides it from "
+            "process lists")
         ->type_name("FILE");
 }
 
@@ -209,7 +210,7 @@ std::string WebsiteSetCommand::readPassword() {
         if (context().console().inIsTerminal) context().warn("Password:");
         std::getline(context().console().in, text);
     } else if (std::filesystem::is_fifo(m_passwordFile)) {
-        // A shell hands on what another program writes as a pipe.
+        // A shell passes another program's output as a pipe.
         std::ifstream pipe(m_passwordFile, std::ios::binary);
         text.resize(kLongestPassword);
         pipe.read(text.data(), kLongestPassword);
@@ -224,7 +225,7 @@ std::vector<KeyValue> WebsiteSetCommand::wantedValues() {
     std::vector<KeyValue> values;
     for (const std::string& assignment : m_assignments) {
         const std::size_t equals = assignment.find('=');
-        if (equals == std::string::npos) throw UsageError("\"" + assignment + "\" is no KEY=VALUE.");
+        if (equals == std::string::npos) throw UsageError("\"" + assignment + "\" is not KEY=VALUE.");
         const WebsiteKey& key = settableKey(assignment.substr(0, equals));
         KeyValue entry{std::string(key.name), assignment.substr(equals + 1)};
         if (key.kind == WebsiteKeyKind::Flag && entry.value != "0" && entry.value != "1")
@@ -249,7 +250,7 @@ int WebsiteSetCommand::execute() {
     return kSucceeded;
 }
 
-// A category that the catalogue does not have is kept, but engines get another one in its place.
+// A category that the catalogue does not have is saved, but engines get another one instead.
 void WebsiteSetCommand::noteStrangeCategory() {
     const IniFile file = IniFile::load(m_file);
     const std::string main = file.value(kWebsiteSection, "MainCategory");
@@ -263,7 +264,7 @@ void WebsiteSetCommand::noteStrangeCategory() {
                        (main.empty() ? "." : " in \"" + main + "\"."));
 }
 
-// What the file does not keep of a value is told, and what engines do not take.
+// Warns about the parts of a value that the file or the engines do not take.
 void WebsiteSetCommand::noteLosses(const KeyValue& entry) {
     const bool joined = settableKey(entry.key).kind == WebsiteKeyKind::OneLine;
     const std::string line = joined ? removeCrLf(entry.value) : entry.value;
@@ -278,10 +279,7 @@ WebsiteAddUrlCommand::WebsiteAddUrlCommand(CLI::App& parent, CommandLineContext&
     : Command(parent, context, "add-url", "Add URLs to a website",
               "website add-url shop.kws http://shop.example/ http://shop.example/pens.html") {
     addFileOption(app(), m_file);
-    app()
-        .add_option("URL", m_urls, "Taken as they stand; one that is there already is passed over")
-        ->required()
-        ->type_name("");
+    app().add_option("URL", m_urls, "Added unchanged, except those already there")->required()->type_name("");
 }
 
 int WebsiteAddUrlCommand::execute() {
@@ -305,7 +303,7 @@ WebsiteImportUrlsCommand::WebsiteImportUrlsCommand(CLI::App& parent, CommandLine
     addFileOption(app(), m_file);
     app()
         .add_option("TEXTFILE", m_textFile,
-                    "Fields that begin with \"http\" and hold a dot; lines and commas part them")
+                    "Fields that begin with \"http\" and contain a dot, separated by lines or commas")
         ->required()
         ->type_name("");
 }
@@ -324,10 +322,10 @@ int WebsiteImportUrlsCommand::execute() {
 }
 
 WebsiteExportUrlsCommand::WebsiteExportUrlsCommand(CLI::App& parent, CommandLineContext& context)
-    : Command(parent, context, "export-urls", "Write a website's URLs to a text file, one a line",
+    : Command(parent, context, "export-urls", "Write a website's URLs to a text file, one per line",
               "website export-urls shop.kws urls.txt") {
     addFileOption(app(), m_file);
-    app().add_option("TEXTFILE", m_textFile, "Replaced when it is there")->required();
+    app().add_option("TEXTFILE", m_textFile, "Replaced if it exists")->required();
 }
 
 int WebsiteExportUrlsCommand::execute() {

@@ -19,8 +19,8 @@
 
 namespace {
 
-// A standard stream that the caller closed must not become the number of a file opened later. Writing to it
-// goes on failing.
+// The number of a standard stream that the caller closed must not be reused for another file. Writing to the
+// stream still fails.
 void occupyStandardStreams() {
     for (int descriptor = ::open("/dev/null", O_RDONLY); descriptor >= 0; descriptor = ::dup(descriptor)) {
         if (descriptor > STDERR_FILENO) {
@@ -35,13 +35,12 @@ int terminalColumns() {
     return ::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
 }
 
-int tellFailure(const std::exception& failure) noexcept {
+int reportFailure(const std::exception& failure) noexcept {
     std::fprintf(stderr, "%s\n", relay::failureText(failure));
     return relay::kCouldNotRun;
 }
 
-// What the handler of an event lets out is told and ends the event loops: the end they wait for may never
-// come.
+// Reports exceptions that leave an event handler and ends the event loops, whose end might never come.
 class Application final : public QCoreApplication {
   public:
     using QCoreApplication::QCoreApplication;
@@ -50,7 +49,7 @@ class Application final : public QCoreApplication {
         try {
             return QCoreApplication::notify(receiver, event);
         } catch (const std::exception& failure) {
-            exit(tellFailure(failure));
+            exit(reportFailure(failure));
             return false;
         }
     }
@@ -85,11 +84,11 @@ int run(int argc, char** argv) {
 int main(int argc, char** argv) {
     occupyStandardStreams();
     std::signal(SIGPIPE, SIG_IGN);
-    std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is a write that fails
+    std::signal(SIGXFSZ, SIG_IGN);  // exceeding the file size limit becomes a write error
     relay::raiseDescriptorLimit();
     try {
         return run(argc, argv);
     } catch (const std::exception& failure) {
-        return tellFailure(failure);
+        return reportFailure(failure);
     }
 }

@@ -8,7 +8,7 @@
 
 namespace relay {
 
-// The time of day, passed in so that tests can hold it still.
+// The current time, passed in so that tests can set it.
 class Clock {
   public:
     virtual ~Clock() = default;
@@ -20,13 +20,13 @@ class SystemClock final : public Clock {
     QDateTime now() const override { return QDateTime::currentDateTime(); }
 };
 
-// "Apr 01, 2002 13:05": months as three English letters.
+// "Apr 01, 2002 13:05", with English month names.
 std::string reportDate(const QDateTime& time);
 // "2002-Apr-01-1305", for file names.
 std::string fileDate(const QDateTime& time);
 // The long date of the system's locale ("Monday, April 1, 2002" in en_US).
 std::string longDate(const QDateTime& time, const QLocale& locale);
-// The short date and the time of the system's locale, for the log's banner.
+// The short date and time of the system's locale, for the banner of the log.
 std::string shortDateTime(const QDateTime& time, const QLocale& locale);
 
 }  // namespace relay

@@ -1,18 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/FileStore.h"
 
-#include "core/Failure.h"
+#include "core/Descriptor.h"
+#include "core/FileNames.h"
 #include "core/Text.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <chrono>
+#include <cstdint>
 #include <dirent.h>
 #include <fcntl.h>
 #include <map>
 #include <mutex>
 #include <random>
 #include <sys/file.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <system_error>
 #include <thread>
@@ -28,45 +30,10 @@ SaveFault& saveFault() {
     return fault;
 }
 
-[[noreturn]] void fail(const std::string& path, int error) {
-    int number = 75;
-    if (error == ENOENT) number = 53;
-    if (error == ENOSPC || error == EDQUOT) number = 61;
-    if (error == EACCES || error == EPERM || error == EROFS || error == ELOOP) number = 70;
-    throw fileFailure(path, std::generic_category().message(error), number);
-}
-
-class Descriptor final {
-  public:
-    explicit Descriptor(int descriptor) : m_descriptor(descriptor) {}
-    ~Descriptor() {
-        if (m_descriptor >= 0) ::close(m_descriptor);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    operator int() const { return m_descriptor; }
-    int release() { return std::exchange(m_descriptor, -1); }
-    void take(Descriptor&& other) {
-        if (m_descriptor >= 0) ::close(m_descriptor);
-        m_descriptor = other.release();
-    }
-    int close() { return ::close(release()); }
-
-  private:
-    int m_descriptor;
-};
-
-std::string folderOf(const std::string& path) {
-    const std::size_t slash = path.rfind('/');
-    if (slash == std::string::npos) return ".";
-    return slash == 0 ? "/" : path.substr(0, slash);
-}
-
 // Fails the step where a test asks for it.
 void step(SaveStep which, const std::string& path) {
     const int error = saveFault() ? saveFault()(which) : 0;
-    if (error != 0) fail(path, error);
+    if (error != 0) throw fileFailure(path, error);
 }
 
 // Large texts go in pieces, so that no write depends on the kernel's own limit.
@@ -76,7 +43,7 @@ void writeAll(int descriptor, std::string_view bytes, const std::string& path, b
         if (faults) step(SaveStep::Write, path);
         const ssize_t written = ::write(descriptor, bytes.data(), std::min(bytes.size(), kPiece));
         if (written < 0 && errno == EINTR) continue;
-        if (written < 0) fail(path, errno);
+        if (written < 0) throw fileFailure(path, errno);
         bytes.remove_prefix(static_cast<std::size_t>(written));
     }
 }
@@ -86,8 +53,8 @@ mode_t permissionsFor(const std::string& path, Readable readable, bool& keep) {
     struct stat status {};
     keep = false;
     if (::lstat(path.c_str(), &status) == 0 && !S_ISLNK(status.st_mode)) {
-        if (!S_ISREG(status.st_mode)) fail(path, S_ISDIR(status.st_mode) ? EISDIR : EINVAL);
-        if (::faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) != 0) fail(path, errno);
+        if (!S_ISREG(status.st_mode)) throw fileFailure(path, S_ISDIR(status.st_mode) ? EISDIR : EINVAL);
+        if (::faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) != 0) throw fileFailure(path, errno);
         keep = readable == Readable::Everyone;
     }
     if (readable == Readable::OwnerOnly) return 0600;
@@ -102,16 +69,7 @@ bool isTemporaryName(std::string_view name) {
            name.find_first_not_of("0123456789", kTemporaryStart.size()) == std::string_view::npos;
 }
 
-bool isOwnFile(const struct stat& status) {
-    return S_ISREG(status.st_mode) && status.st_uid == ::geteuid();
-}
-
-bool hasName(int file) {
-    struct stat status {};
-    return ::fstat(file, &status) == 0 && status.st_nlink > 0;
-}
-
-// The lock tells a temporary file that is still written from one whose program is gone.
+// A locked temporary file is still being written; an unlocked one was left by a program that is gone.
 void removeIfStale(int folder, const char* name) {
     const Descriptor file(::openat(folder, name, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     struct stat status {};
@@ -160,12 +118,12 @@ class TemporaryFile final {
             const std::string digits = std::to_string(random()) + std::to_string(random());
             m_name = folderOf(path) + "/" + std::string(kTemporaryStart) + digits;
             m_descriptor = ::open(m_name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
-            if (m_descriptor < 0 && errno != EEXIST) fail(path, errno);
+            if (m_descriptor < 0 && errno != EEXIST) throw fileFailure(path, errno);
             if (m_descriptor >= 0 && isKept()) return;
             if (m_descriptor >= 0) ::close(std::exchange(m_descriptor, -1));
         }
         m_name.clear();
-        fail(path, EEXIST);
+        throw fileFailure(path, EEXIST);
     }
     ~TemporaryFile() {
         if (!m_name.empty()) ::unlink(m_name.c_str());
@@ -178,11 +136,11 @@ class TemporaryFile final {
     void flush(const std::string& path) {
         step(SaveStep::Flush, path);
         // The bytes and the size must be there before the name is; the times of the file may follow.
-        if (::fdatasync(m_descriptor) != 0) fail(path, errno);
+        if (::fdatasync(m_descriptor) != 0) throw fileFailure(path, errno);
     }
     void rename(const std::string& path) {
         step(SaveStep::Rename, path);
-        if (::rename(m_name.c_str(), path.c_str()) != 0) fail(path, errno);
+        if (::rename(m_name.c_str(), path.c_str()) != 0) throw fileFailure(path, errno);
         m_name.clear();
     }
 
@@ -200,9 +158,9 @@ class TemporaryFile final {
 void flushFolder(const std::string& path) {
     step(SaveStep::FolderFlush, path);
     const Descriptor folder(::open(folderOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (folder < 0) fail(path, errno);
+    if (folder < 0) throw fileFailure(path, errno);
     // Some file systems have nothing to flush for a folder.
-    if (::fsync(folder) != 0 && errno != EINVAL && errno != ENOTSUP) fail(path, errno);
+    if (::fsync(folder) != 0 && errno != EINVAL && errno != ENOTSUP) throw fileFailure(path, errno);
 }
 
 // Keeps a replaced file alive until it is let go of. Giving its blocks back can take the file system as long
@@ -215,7 +173,7 @@ class ReplacedFile final {
     void release() {
         if (m_file < 0) return;
         try {
-            m_release = std::jthread([this] { m_file.close(); });
+            m_release = std::jthread([this] { m_file.reset(); });
         } catch (const std::system_error&) {
             // Without a thread to spare it is let go of at the end.
         }
@@ -226,56 +184,13 @@ class ReplacedFile final {
     std::jthread m_release;
 };
 
-constexpr std::chrono::seconds kLockPatience(10);
-
-// -1 where there can be no lock.
-int openLockFile(int folder, const char* name) {
-    Descriptor file(
-        ::openat(folder, name, O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0600));
-    if (file < 0 && (errno == EMFILE || errno == ENFILE)) fail(name, errno);
-    struct stat status {};
-    if (file < 0 || ::fstat(file, &status) != 0 || !isOwnFile(status)) return -1;
-    if ((status.st_mode & 077) != 0 && ::fchmod(file, 0600) != 0) return -1;
-    return file.release();
+// Asks the system for pages of 2 MiB: filling a large text in pages of 4 KiB costs as much as reading it.
+void takeLargePages(std::string& room) {
+    constexpr std::uintptr_t kLargePage = 2u * 1024 * 1024;
+    const auto start = (reinterpret_cast<std::uintptr_t>(room.data()) + kLargePage - 1) & ~(kLargePage - 1);
+    const auto end = (reinterpret_cast<std::uintptr_t>(room.data()) + room.capacity()) & ~(kLargePage - 1);
+    if (start < end) ::madvise(reinterpret_cast<void*>(start), end - start, MADV_HUGEPAGE);
 }
-
-// One folder that a thread holds: nobody else has the lock until this goes.
-class HeldFolder final {
-  public:
-    HeldFolder() : m_name(".relay-lock-" + std::to_string(::geteuid())) {}
-    ~HeldFolder() {
-        if (m_lock >= 0 && hasName(m_lock)) ::unlinkat(m_folder, m_name.c_str(), 0);
-    }
-    HeldFolder(const HeldFolder&) = delete;
-    HeldFolder& operator=(const HeldFolder&) = delete;
-
-    void lock(Descriptor&& folder, const std::string& shown) {
-        m_folder.take(std::move(folder));
-        const auto limit = std::chrono::steady_clock::now() + kLockPatience;
-        for (;;) {
-            Descriptor file(openLockFile(m_folder, m_name.c_str()));
-            if (file < 0) return;
-            while (::flock(file, LOCK_EX | LOCK_NB) != 0) {
-                if (errno != EWOULDBLOCK && errno != EINTR) return;
-                if (std::chrono::steady_clock::now() > limit)
-                    throw fileFailure(shown, "In use by another program", 70);
-                std::this_thread::sleep_for(std::chrono::milliseconds(5));
-            }
-            // Who held it before has removed it: the lock that counts is on the file that has the name now.
-            if (!hasName(file)) continue;
-            m_lock.take(std::move(file));
-            return;
-        }
-    }
-    int depth = 1;
-
-  private:
-    std::string m_name;
-    Descriptor m_folder{-1};
-    Descriptor m_lock{-1};
-};
-// The folders this thread holds, so that a lock taken inside a lock does not wait for itself.
-thread_local std::map<std::pair<dev_t, ino_t>, HeldFolder> heldFolders;
 
 }  // namespace
 
@@ -283,30 +198,41 @@ Failure fileFailure(const std::string& path, const std::string& reason, int numb
     return Failure(escapeControlCharacters(path) + ": " + reason, number);
 }
 
+Failure fileFailure(const std::string& path, int error) {
+    int number = 75;
+    if (error == ENOENT) number = 53;
+    if (error == ENOSPC || error == EDQUOT) number = 61;
+    if (error == EACCES || error == EPERM || error == EROFS || error == ELOOP) number = 70;
+    return fileFailure(path, std::generic_category().message(error), number);
+}
+
 std::string readFile(const std::string& path, std::size_t limit) {
     // Without O_NONBLOCK the opening of a pipe would wait for its other end.
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-    if (file < 0) fail(path, errno);
+    if (file < 0) throw fileFailure(path, errno);
     struct stat status {};
-    if (::fstat(file, &status) != 0) fail(path, errno);
+    if (::fstat(file, &status) != 0) throw fileFailure(path, errno);
     if (!S_ISREG(status.st_mode)) throw fileFailure(path, "Not a regular file", 75);
     const auto tooLarge = [&] { return fileFailure(path, "File too large", 75); };
     const std::size_t expected = static_cast<std::size_t>(status.st_size);
     if (expected > limit) throw tooLarge();
-    // One byte more than expected shows the end of the file without growing the text.
-    std::string bytes(expected + 1, '\0');
-    std::size_t size = 0;
+    // resize() clears each piece first, so pieces are small enough to stay in the cache. One byte more than
+    // expected shows the end of the file without growing the text.
+    constexpr std::size_t kPiece = 128 * 1024;
+    std::string bytes;
+    bytes.reserve(expected + 1);
+    takeLargePages(bytes);
     for (;;) {
+        const std::size_t size = bytes.size();
+        const std::size_t room = bytes.capacity() - size;
+        bytes.resize(size + (room == 0 ? kPiece : std::min(room, kPiece)));
         const ssize_t got = ::read(file, bytes.data() + size, bytes.size() - size);
-        if (got < 0 && errno == EINTR) continue;
-        if (got < 0) fail(path, errno);
-        size += static_cast<std::size_t>(got);
-        if (size > limit) throw tooLarge();
-        if (got == 0) break;
-        if (size == bytes.size()) bytes.resize(size * 2);
+        const int error = errno;
+        bytes.resize(size + static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
+        if (got < 0 && error != EINTR) throw fileFailure(path, error);
+        if (bytes.size() > limit) throw tooLarge();
+        if (got == 0) return bytes;
     }
-    bytes.resize(size);
-    return bytes;
 }
 
 void writeFile(const std::string& path, std::string_view bytes, Readable readable) {
@@ -314,7 +240,7 @@ void writeFile(const std::string& path, std::string_view bytes, Readable readabl
     const mode_t mode = permissionsFor(path, readable, keep);
     tidyFolder(path);
     TemporaryFile temporary(path, keep ? 0600 : mode);
-    if (keep && ::fchmod(temporary.descriptor(), mode) != 0) fail(path, errno);
+    if (keep && ::fchmod(temporary.descriptor(), mode) != 0) throw fileFailure(path, errno);
     writeAll(temporary.descriptor(), bytes, path, true);
     temporary.flush(path);
     ReplacedFile replaced(path);
@@ -328,44 +254,19 @@ void appendFile(const std::string& path, std::string_view bytes, Readable readab
     Descriptor file(::open(path.c_str(),
                            O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC,
                            ownerOnly ? 0600 : 0644));
-    if (file < 0) fail(path, errno);
+    if (file < 0) throw fileFailure(path, errno);
     struct stat status {};
-    if (::fstat(file, &status) != 0) fail(path, errno);
+    if (::fstat(file, &status) != 0) throw fileFailure(path, errno);
     if (!S_ISREG(status.st_mode)) throw fileFailure(path, "Not a regular file", 75);
-    if (ownerOnly && (status.st_mode & 077) != 0 && ::fchmod(file, 0600) != 0) fail(path, errno);
+    if (ownerOnly && (status.st_mode & 077) != 0 && ::fchmod(file, 0600) != 0) throw fileFailure(path, errno);
     writeAll(file, bytes, path, false);
-    if (file.close() != 0) fail(path, errno);
+    if (file.reset() != 0) throw fileFailure(path, errno);
 }
 
 bool removeFile(const std::string& path) {
     if (::unlink(path.c_str()) == 0) return true;
-    if (errno != ENOENT) fail(path, errno);
+    if (errno != ENOENT) throw fileFailure(path, errno);
     return false;
-}
-
-FolderLock::FolderLock(const std::string& fileInFolder) {
-    const std::string name = folderOf(fileInFolder);
-    Descriptor folder(::open(name.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-    struct stat status {};
-    if (folder < 0 || ::fstat(folder, &status) != 0) fail(name, errno);
-    m_device = status.st_dev;
-    m_inode = status.st_ino;
-    const auto [held, isNew] = heldFolders.try_emplace({m_device, m_inode});
-    if (!isNew) {
-        ++held->second.depth;
-        return;
-    }
-    try {
-        held->second.lock(std::move(folder), name);
-    } catch (...) {
-        heldFolders.erase(held);
-        throw;
-    }
-}
-
-FolderLock::~FolderLock() {
-    const auto held = heldFolders.find({m_device, m_inode});
-    if (held != heldFolders.end() && --held->second.depth == 0) heldFolders.erase(held);
 }
 
 SaveFault setSaveFault(SaveFault fault) {

@@ -6,7 +6,6 @@
 #include <functional>
 #include <string>
 #include <string_view>
-#include <sys/types.h>
 
 // Reading and writing whole files. A write goes to a temporary file in the same folder, is flushed, renamed
 // over the old one, and the folder is flushed: a crash or a full disk leaves the old file or the new one,
@@ -18,6 +17,7 @@ enum class Readable { Everyone, OwnerOnly };
 
 // A failure of the file system: the path, shown so that it stays on one line, and the reason.
 Failure fileFailure(const std::string& path, const std::string& reason, int number);
+Failure fileFailure(const std::string& path, int error);  // in the system's words for an errno value
 
 // The whole file as bytes. Throws Failure (53 when absent; over `limit` bytes; unreadable; not a regular
 // file).
@@ -29,24 +29,6 @@ void writeFile(const std::string& path, std::string_view bytes, Readable readabl
 void appendFile(const std::string& path, std::string_view bytes, Readable readable = Readable::Everyone);
 // Removes the file; false when there was none. Throws Failure when it is there and cannot be removed.
 bool removeFile(const std::string& path);
-
-// Holds off other programs of ours that change files of the same folder, for a read, change and write in one
-// piece. An advisory lock on a file in the folder that only the user can open, so that no other user can hold
-// it; it is removed at the end, and a killed program's lock is none. Where that file cannot be made or is not
-// the user's (a folder that cannot be written, a file system without locks), the work goes on without a lock.
-// A thread may take it again while it holds it; it ends in the thread that took it. Throws Failure when there
-// is no such folder, and when another program has held it for ten seconds.
-class FolderLock final {
-  public:
-    explicit FolderLock(const std::string& fileInFolder);
-    ~FolderLock();
-    FolderLock(const FolderLock&) = delete;
-    FolderLock& operator=(const FolderLock&) = delete;
-
-  private:
-    dev_t m_device = 0;  // of the folder
-    ino_t m_inode = 0;
-};
 
 // The steps of a save, in the order they happen. Tests make the n-th one fail.
 enum class SaveStep { Create, Write, Flush, Rename, FolderFlush };

@@ -2,6 +2,7 @@
 #include "core/IniFile.h"
 
 #include "core/Failure.h"
+#include "core/FolderLock.h"
 #include "core/Keys.h"
 #include "core/Text.h"
 
@@ -30,7 +31,7 @@ std::string_view wholeLine(std::string_view text) {
     return text.substr(0, end + (startsWithNoCase(rest, "\r\n") ? 2 : rest.empty() ? 0 : 1));
 }
 
-// What the reader gives for the text behind an equals sign.
+// The value for the text after an equals sign.
 std::string_view readValue(std::string_view value, std::size_t limit) {
     value = trimBlanks(value);
     const bool quoted =
@@ -43,8 +44,8 @@ std::string_view readValue(std::string_view value, std::size_t limit) {
 }  // namespace
 
 struct IniFile::Data {
-    // A key, or (with an empty name) a run of lines that are none. What was read stays a view of the text; a
-    // value that was set is held apart.
+    // A key, or (with an empty name) a run of lines that are not keys. Text that was read stays a view; a
+    // value that was set is stored separately.
     struct Entry final {
         std::string_view raw;
         std::string_view key;
@@ -57,7 +58,7 @@ struct IniFile::Data {
         }
     };
     struct Section final {
-        std::string header;  // empty for what stands before the first section
+        std::string header;  // empty for the lines before the first section
         std::string_view name;
         std::vector<Entry> entries;
         std::string_view closingBlanks;
@@ -66,7 +67,7 @@ struct IniFile::Data {
 
     std::string source;
     Style style = Style::Profile;
-    std::list<Section> sections;  // a list, and names in a deque: pointers and views stay good
+    std::list<Section> sections;  // a list, and names in a deque, so that pointers and views stay valid
     std::deque<std::string> names;
     std::unordered_map<std::string_view, Section*, KeyHash, KeyEqual> sectionPlaces;
 
@@ -115,8 +116,7 @@ void IniFile::Data::readLine(Section& section, std::string_view raw) {
     }
     const std::size_t equals = line.find('=');
     const bool isKey = equals != npos && equals > 0 && line.front() != ';' && line.front() != '[';
-    // Lines that are no key, and the blank ones between them, share one entry: they follow one another in the
-    // text.
+    // Consecutive lines that are not keys share one entry, blank lines between them included.
     if (!section.closingBlanks.empty() || !isKey) {
         if (section.entries.empty() || !section.entries.back().key.empty()) section.entries.emplace_back();
         std::string_view& run = section.entries.back().raw;
@@ -251,7 +251,7 @@ std::string IniFile::text() const {
     out.reserve(m_data->source.size() + m_data->source.size() / 4);
     const std::string_view lineEnd = m_data->lineEnd();
     const auto append = [&](std::string_view piece) {
-        // Only the last line that was read can lack its end.
+        // Only the last line read can lack a line end.
         const bool open = !out.empty() && out.back() != '\n' && out.back() != '\r';
         if (open && !piece.empty()) out.append(lineEnd);
         out.append(piece);

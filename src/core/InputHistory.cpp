@@ -2,6 +2,7 @@
 #include "core/InputHistory.h"
 
 #include "core/Failure.h"
+#include "core/FolderLock.h"
 #include "core/IniFile.h"
 #include "core/Text.h"
 
@@ -19,7 +20,7 @@ std::vector<std::string> LoadInputHistory(const std::string& file, std::string_v
     try {
         history = IniFile::load(file);
     } catch (const Failure&) {
-        return rows;  // as ReadIniValue: a file that cannot be read is an empty one
+        return rows;  // as in ReadIniValue, a file that cannot be read counts as empty
     }
     for (int n = 1; n <= maximum; ++n) {
         std::string row = history.value(section, std::to_string(n));

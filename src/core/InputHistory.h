@@ -5,15 +5,15 @@
 #include <string_view>
 #include <vector>
 
-// What the user typed into a combo box before, kept in WindowsPath/apikrv.dmc, one section a list, keys 1, 2,
-// ...
+// Earlier entries of combo boxes, kept in WindowsPath/apikrv.dmc: one section per list, keys 1, 2, ...
 namespace relay {
 
 std::vector<std::string> LoadInputHistory(const std::string& file, std::string_view section, int maximum);
-// Writes the first 30 rows; keys beyond that are not removed.
+// Writes the first 30 rows; keys beyond 30 are not removed.
 void SaveInputHistory(const std::string& file, std::string_view section,
                       const std::vector<std::string>& rows);
-// A text that is there (without regard to case) changes nothing; a new one goes to the top, 30 rows are kept.
+// A text already in the list (without regard to case) changes nothing; a new one goes to the top. Keeps 30
+// rows.
 void AddInputHistory(std::vector<std::string>& rows, std::string_view text);
 
 }  // namespace relay

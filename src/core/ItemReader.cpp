@@ -12,7 +12,7 @@ namespace relay {
 
 namespace {
 
-// The first comma or line break, or `end`. Sixteen bytes at a step where the processor can.
+// The first comma or line break, or `end`. Reads sixteen bytes at a time where the processor can.
 const char* findDelimiter(const char* from, const char* end) noexcept {
 #ifdef __SSE2__
     const auto equals = [](__m128i bytes, char c) { return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(c)); };

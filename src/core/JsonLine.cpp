@@ -13,7 +13,7 @@ namespace relay {
 
 namespace {
 
-// Many of these are legal in JSON as they stand, but a terminal obeys them.
+// Many of these are legal in JSON, but a terminal obeys them.
 std::string withoutRawControls(std::string_view json) {
     std::string out;
     out.reserve(json.size());

@@ -6,8 +6,8 @@
 
 namespace relay {
 
-// Eight bytes at a step. The bit that tells small letters from capitals is set in all of them: that makes a
-// few other bytes alike too, which a hash may do.
+// Hashes eight bytes at a time. Setting the case bit of every byte also makes a few other bytes equal, which
+// a hash may do.
 std::size_t KeyHash::operator()(std::string_view key) const noexcept {
     constexpr std::uint64_t kCaseBits = 0x2020202020202020u;
     constexpr std::uint64_t kFactor = 0x9E3779B97F4A7C15u;

@@ -8,7 +8,7 @@
 
 namespace relay {
 
-// Hash and equality of keys without regard to case, for look-up by view without a copy.
+// Hash and equality of keys without regard to case; looking up a view needs no copy.
 struct KeyHash final {
     using is_transparent = void;
     std::size_t operator()(std::string_view key) const noexcept;

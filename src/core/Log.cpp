@@ -8,7 +8,6 @@
 #include <cerrno>
 #include <chrono>
 #include <fcntl.h>
-#include <iterator>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <thread>
@@ -30,7 +29,7 @@ std::string bannerVersion() {
            revision;
 }
 
-// CR LF alone ends a line; whatever else commands a terminal is shown as the bytes it is.
+// Only CR LF ends a line; other control characters are escaped.
 std::string harmless(std::string_view text) {
     constexpr std::string_view kLineEnd = "\r\n";
     std::string lines;
@@ -41,14 +40,9 @@ std::string harmless(std::string_view text) {
     return lines.append(escapeControlCharacters(text));
 }
 
-bool hasName(int file) {
-    struct stat status {};
-    return ::fstat(file, &status) == 0 && status.st_nlink > 0;
-}
-
-// O_APPEND puts every write behind those of other writers; a link is not followed, so that a log never grows
-// into another file. The shared lock, where the file system has locks, says that the log is in use; it waits
-// only for a program that is just removing the file.
+// With O_APPEND, writers do not overwrite each other; with O_NOFOLLOW, a link cannot make the log grow into
+// another file. The shared lock (where the file system has locks) marks the log as in use; it waits only for
+// a program that is just removing the file.
 int openToAppend(const std::string& path) {
     constexpr int kAttempts = 100;
     for (int attempt = 1;; ++attempt) {
@@ -63,12 +57,11 @@ int openToAppend(const std::string& path) {
     }
 }
 
-// A log that another program writes stays: its lines would go with it.
+// A log that another program is writing stays: that program's lines would be lost.
 void removeUnlessInUse(const std::string& path) {
-    const int file = ::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     const bool inUse = file >= 0 && ::flock(file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
     if (!inUse) ::unlink(path.c_str());
-    if (file >= 0) ::close(file);
 }
 
 }  // namespace
@@ -76,14 +69,10 @@ void removeUnlessInUse(const std::string& path) {
 Log::Log(std::string path, const Clock& clock, std::string_view commandLine)
     : m_path(std::move(path)), m_clock(clock), m_trace(containsNoCase(commandLine, "/D")) {}
 
-Log::~Log() {
-    closeAll();
-}
-
 void Log::startRun() {
     struct stat status {};
     if (::lstat(m_path.c_str(), &status) == 0 && status.st_size >= kSizeLimit) {
-        closeAll();  // a line written before the run began must not keep the old file open
+        closeAll();  // a line written before the run started must not keep the old file open
         removeUnlessInUse(m_path);
     }
     WriteErrorLog("\r\nVersion: " + bannerVersion() + " - " +
@@ -92,27 +81,24 @@ void Log::startRun() {
 }
 
 void Log::WriteErrorLog(std::string_view text) {
-    append(m_errorDescriptor, harmless(text) + "\r\n");
+    append(m_errorFile, harmless(text) + "\r\n");
 }
 
 void Log::WriteTraceLog(std::string_view text) {
     if (!m_trace) return;
-    append(m_traceDescriptor,
-           shortDateTime(m_clock.now(), QLocale::system()) + "\r\n" + harmless(text) + "\r\n");
+    append(m_traceFile, shortDateTime(m_clock.now(), QLocale::system()) + "\r\n" + harmless(text) + "\r\n");
 }
 
 void Log::closeAll() {
-    for (int* const descriptor : {&m_errorDescriptor, &m_traceDescriptor}) {
-        if (*descriptor >= 0) ::close(*descriptor);
-        *descriptor = -1;
-    }
+    m_errorFile.reset();
+    m_traceFile.reset();
 }
 
-void Log::append(int& descriptor, std::string_view bytes) {
-    if (descriptor >= 0 && !hasName(descriptor)) ::close(std::exchange(descriptor, -1));
-    if (descriptor < 0) descriptor = openToAppend(m_path);
-    while (descriptor >= 0 && !bytes.empty()) {
-        const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
+void Log::append(Descriptor& file, std::string_view bytes) {
+    if (file >= 0 && !hasName(file)) file.reset();
+    if (file < 0) file.reset(openToAppend(m_path));
+    while (file >= 0 && !bytes.empty()) {
+        const ssize_t written = ::write(file, bytes.data(), bytes.size());
         if (written < 0 && errno == EINTR) continue;
         if (written <= 0) return;  // a log that cannot be written stops nothing
         bytes.remove_prefix(static_cast<std::size_t>(written));

@@ -2,27 +2,24 @@
 #pragma once
 
 #include "core/Clock.h"
+#include "core/Descriptor.h"
 
 #include <string>
 #include <string_view>
 
 namespace relay {
 
-// AppPath/Error.log. WriteErrorLog is always active and appends the text and a CR LF; WriteTraceLog works
-// only with the switch "/D" and appends the date and time, a CR LF, the text and a CR LF. Each writer opens
-// its handle at its first use and keeps it to the end, unless the file is removed meanwhile. Neither ever
-// throws: a log that cannot be written stops nothing. Lines never carry passwords: callers mask them.
+// AppPath/Error.log. WriteErrorLog always appends the text and a CR LF; WriteTraceLog works only with the
+// switch "/D" and appends the date and time, a CR LF, the text and a CR LF. Each opens its own handle on
+// first use and keeps it, unless the file is removed meanwhile. Neither throws: a log that cannot be written
+// stops nothing. Callers mask passwords.
 class Log final {
   public:
-    // `commandLine` is the whole of it, arguments joined by blanks: "/d" anywhere in it switches the trace
-    // on.
+    // `commandLine` is all arguments joined by blanks; "/d" anywhere in it switches the trace on.
     Log(std::string path, const Clock& clock, std::string_view commandLine);
-    ~Log();
-    Log(const Log&) = delete;
-    Log& operator=(const Log&) = delete;
 
-    // At the start of a run: a file of 5001 bytes or more is deleted, unless another program has it open,
-    // then the banner is written.
+    // Call at the start of a run: deletes a log of 5001 bytes or more unless another program has it open,
+    // then writes the banner.
     void startRun();
     void WriteErrorLog(std::string_view text);
     void WriteTraceLog(std::string_view text);
@@ -31,13 +28,13 @@ class Log final {
     void closeAll();
 
   private:
-    void append(int& descriptor, std::string_view bytes);
+    void append(Descriptor& file, std::string_view bytes);
 
     std::string m_path;
     const Clock& m_clock;
     bool m_trace;
-    int m_errorDescriptor = -1;
-    int m_traceDescriptor = -1;
+    Descriptor m_errorFile;
+    Descriptor m_traceFile;
 };
 
 }  // namespace relay

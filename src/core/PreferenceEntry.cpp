@@ -28,7 +28,7 @@ std::string withoutScheme(const std::string& text) {
     return scheme == npos ? text : text.substr(scheme + 3);
 }
 
-// The name of the first control whose text will not do, after the user was told; empty when all will.
+// The name of the first control with an invalid text, after a message; empty when all are valid.
 std::string_view refusedControl(Prompts& prompts, const PreferenceEntry& entry) {
     const double timeOut = leadingNumber(entry.txtTimeOut);
     if (timeOut <= 0 || timeOut > kMaximumTimeOut) {
@@ -80,6 +80,7 @@ void takeOver(clsPreference& preference, SettingsStore& store, const PreferenceE
     preference.BlockSpam = entry.chkBlockConfirmEmail ? 1 : 0;
     preference.DontClearFields = entry.chkDontClearFields ? 1 : 0;
     preference.PromptConnection = entry.chkPromptConnection ? 1 : 0;
+    preference.Colours = entry.cboColours;
 }
 }  // namespace
 
@@ -104,6 +105,7 @@ PreferenceEntry openPreference(clsPreference& preference) {
     entry.chkBlockConfirmEmail = preference.BlockSpam != 0;
     entry.chkDontClearFields = preference.DontClearFields != 0;
     entry.chkPromptConnection = preference.PromptConnection != 0;
+    entry.cboColours = preference.Colours;
     return entry;
 }
 

@@ -11,7 +11,7 @@ class clsPreference;
 class Prompts;
 class SettingsStore;
 
-// What stands in the settings dialog while the user edits it. Members are named after their controls.
+// The contents of the settings dialog while the user edits it. Members are named after their controls.
 struct PreferenceEntry final {
     int optProxy = 1;  // 1 direct, 2 through a proxy
     std::string txtProxy;
@@ -31,15 +31,16 @@ struct PreferenceEntry final {
     bool chkBlockConfirmEmail = false;
     bool chkDontClearFields = false;
     bool chkPromptConnection = false;
+    std::string cboColours;  // "system", "light" or "dark"
 };
 
-// The settings as the dialog opens on them. Marks the dialog as shown once, and settles how the internet is
-// reached where that is not told yet.
+// The settings that the dialog opens with. Marks the dialog as shown, and chooses how the internet is reached
+// if that is not yet set.
 PreferenceEntry openPreference(clsPreference& preference);
-// A click on an option of internet access counts at once, even if the dialog is cancelled afterwards.
+// A click on an internet access option takes effect at once, even if the dialog is then cancelled.
 void selectProxy(clsPreference& preference, PreferenceEntry& entry, int index);
-// "&OK": checks, takes the entry over and saves the settings. False when a check failed and the user was
-// told; `show` then gets the name of the control to go back to, and nothing is saved.
+// "&OK": checks the entry, copies it to the settings and saves them. When a check fails, shows a message,
+// calls `show` with the name of the control to go back to, saves nothing and returns false.
 bool confirmPreference(clsPreference& preference, SettingsStore& store, Prompts& prompts,
                        const PreferenceEntry& entry, const std::function<void(std::string_view)>& show);
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/Prompts.h"
 
-#include "core/Paths.h"
+#include "core/FileSystem.h"
 #include "core/Text.h"
 
 namespace relay {
@@ -18,6 +18,11 @@ std::string_view extensionOf(std::string_view filters, int index) {
     return pattern == "*.*" || !pattern.starts_with("*.") ? std::string_view() : pattern.substr(1);
 }
 }  // namespace
+
+void openOrTell(Prompts& prompts, std::string_view target, std::string_view title) {
+    if (prompts.openWithSystem(target)) return;
+    prompts.message("This system has no program that opens\r\n" + std::string(target), title, Icon::Critical);
+}
 
 std::string ShowFileDialog(Prompts& prompts, bool save, std::string_view filter, std::string_view folder,
                            std::string_view file, int& filterIndex) {

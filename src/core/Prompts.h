@@ -10,23 +10,23 @@ namespace relay {
 enum class Icon { None, Information, Question, Critical };
 
 struct FileChoice final {
-    std::string path;     // empty: cancelled
-    int filterIndex = 1;  // 1-based place of the chosen filter
+    std::string path;     // empty when cancelled
+    int filterIndex = 1;  // number of the chosen filter, from 1
 };
 
-// The one door to the user. Logic calls it when the user must be told or asked; it knows no toolkit.
-// Texts are bytes as in the rest of the program, line breaks inside them CR LF.
+// The only way to the user: messages, questions, file dialogs. Independent of any toolkit. Texts are bytes as
+// in the rest of the program; their line breaks are CR LF.
 class Prompts {
   public:
     virtual ~Prompts() = default;
 
     virtual void message(std::string_view text, std::string_view title, Icon icon = Icon::None) = 0;
-    // Yes gives true.
+    // True for Yes.
     virtual bool ask(std::string_view text, std::string_view title) = 0;
-    // nullopt: cancelled. An empty answer counts as a cancel wherever the caller does not tell them apart.
+    // nullopt when cancelled. An empty answer counts as a cancel unless the caller distinguishes them.
     virtual std::optional<std::string> input(std::string_view text, std::string_view title,
                                              std::string_view preset = {}) = 0;
-    // `filter` is "Name|*.a;*.b|Name|*.c"; `folder` is where the dialog opens (empty: where it was last).
+    // `filter` is "Name|*.a;*.b|Name|*.c"; `folder` is where the dialog opens (empty: the last one used).
     virtual FileChoice openFile(std::string_view filter, std::string_view folder) = 0;
     virtual FileChoice saveFile(std::string_view filter, std::string_view folder, std::string_view name) = 0;
     // Hands a file or a web address to the system's handler; false when there is none.
@@ -34,9 +34,14 @@ class Prompts {
     virtual void beep() = 0;
     virtual void busy(bool on) = 0;
     virtual void status(std::string_view text) = 0;
+    // Shows for a while, in the status line, what was just done; does nothing where there is no such line.
+    virtual void notice(std::string_view) {}
 };
 
-// The busy pointer for the length of a block.
+// Opens a file or a web address with the system's handler; shows a message when there is none.
+void openOrTell(Prompts& prompts, std::string_view target, std::string_view title);
+
+// Shows the busy pointer for the duration of a block.
 class BusyPointer final {
   public:
     explicit BusyPointer(Prompts& prompts) : m_prompts(prompts) { m_prompts.busy(true); }
@@ -48,19 +53,19 @@ class BusyPointer final {
     Prompts& m_prompts;
 };
 
-// Save and open in the program's own terms: the chosen path, or empty; `filterIndex` gets the chosen filter.
+// The chosen path, or empty; `filterIndex` receives the chosen filter.
 std::string ShowFileDialog(Prompts& prompts, bool save, std::string_view filter, std::string_view folder,
                            std::string_view file, int& filterIndex);
 
-// What is asked where a file is to be saved.
+// The texts of a save dialog.
 struct SaveQuestion final {
     std::string_view filter;
-    std::string_view beforeName;  // "The file ": the question whether an existing file may be replaced ...
-    std::string_view behindName;  // ... with the file's name in its middle
+    std::string_view beforeName;  // "The file ": the question before an existing file is replaced ...
+    std::string_view behindName;  // ... is beforeName, the file's name, behindName
     std::string_view title;
 };
-// The path to save to, or empty when the user steps back. The extension of the chosen filter ("*.kws") is
-// added to a name that does not end in it.
+// The path to save to, or empty when the user cancels. Appends the extension of the chosen filter ("*.kws")
+// to a name without it.
 std::string askWhereToSave(Prompts& prompts, const SaveQuestion& question, std::string_view folder = {});
 
 }  // namespace relay

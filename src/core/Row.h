@@ -8,19 +8,19 @@
 
 namespace relay {
 
-// One row of a keyed list, as it is handed in.
+// One row to be added to a keyed list.
 struct Row final {
-    std::string key{};   // unique in its list without regard to case; empty: a row without a key
+    std::string key{};   // unique in its list without regard to case; empty for a row without a key
     std::string text{};  // column 0
     std::vector<std::string> subItems{};  // columns 1 and up
-    std::string icon{};                   // icon key; logic reads it back, views turn it into a picture
+    std::string icon{};                   // icon key; logic reads it back, views draw it
     std::string tag{};                    // what the row stands for (a file, a link); never shown
     bool checked = false;
     bool highlighted = false;
 };
 
-// Makes rows of records that stand elsewhere: a list refers to them and copies nothing. A record must outlive
-// its rows and keep its key meanwhile.
+// Makes rows from records stored elsewhere: a list refers to them and copies nothing. A record must outlive
+// its rows and keep its key until then.
 class RowSource {
   public:
     virtual ~RowSource() = default;
@@ -31,11 +31,11 @@ class RowSource {
     virtual std::string_view text(const void* record, std::size_t column) const = 0;
     virtual std::string_view icon(const void* record) const = 0;
     virtual std::string_view tag(const void*) const { return {}; }
-    // The row is gone.
+    // Called when the row is removed.
     virtual void release(const void*) const noexcept {}
 };
 
-// The columns behind the first of a row inside a list.
+// The columns of a row after the first.
 class RowSubItems final {
   public:
     RowSubItems(const RowSource& source, const void* record) : m_source(source), m_record(record) {}
@@ -52,7 +52,7 @@ class RowSubItems final {
     const void* m_record;
 };
 
-// A row as it stands in a list: views that are good until the row changes.
+// A row of a list, as views that are valid until the row changes.
 struct RowView final {
     std::string_view key;
     std::string_view text;
@@ -62,7 +62,7 @@ struct RowView final {
     bool checked = false;
     bool highlighted = false;
 
-    // A copy to keep or to change.
+    // A copy to keep or change.
     explicit operator Row() const;
 };
 

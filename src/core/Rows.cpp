@@ -7,25 +7,60 @@
 
 #include <algorithm>
 #include <numeric>
+#include <stdexcept>
 
 namespace relay {
 
 namespace {
 
-const Row& own(const void* record) {
-    return *static_cast<const Row*>(record);
+// A row that the list itself owns, in one block: the number of fields, the places of the fields, their bytes.
+// The fields are key, text, icon, tag and the sub-items; a text equal to the key shares its bytes.
+struct Place final {
+    std::uint32_t from, length;
+};
+enum Field : std::size_t { kKey, kText, kIcon, kTag, kSubItems };
+
+std::string_view field(const void* record, std::size_t index) {
+    const Place place = static_cast<const Place*>(record)[index + 1];
+    return {static_cast<const char*>(record) + place.from, place.length};
 }
 
-// Rows that a list keeps itself.
+void* pack(const Row& row) {
+    const std::size_t count = kSubItems + row.subItems.size();
+    std::size_t size =
+        (count + 1) * sizeof(Place) + row.key.size() + row.text.size() + row.icon.size() + row.tag.size();
+    for (const std::string& text : row.subItems) size += text.size();
+    if (size > UINT32_MAX) throw std::length_error("a row of more than 4 GB");
+    auto* const block = static_cast<char*>(::operator new(size));
+    auto* place = new (block) Place{static_cast<std::uint32_t>(count), 0};
+    auto from = static_cast<std::uint32_t>((count + 1) * sizeof(Place));
+    const auto put = [&](std::string_view text) {
+        new (++place) Place{from, static_cast<std::uint32_t>(text.copy(block + from, text.size()))};
+        from += place->length;
+    };
+    put(row.key);
+    const Place key = *place;
+    if (row.text == row.key)
+        new (++place) Place(key);
+    else
+        put(row.text);
+    put(row.icon);
+    put(row.tag);
+    for (const std::string& text : row.subItems) put(text);
+    return block;
+}
+
 class OwnRows final : public RowSource {
-    std::string_view key(const void* record) const override { return own(record).key; }
-    std::size_t columns(const void* record) const override { return own(record).subItems.size() + 1; }
-    std::string_view text(const void* record, std::size_t column) const override {
-        return column == 0 ? own(record).text : own(record).subItems[column - 1];
+    std::string_view key(const void* record) const override { return field(record, kKey); }
+    std::size_t columns(const void* record) const override {
+        return static_cast<const Place*>(record)->from - kSubItems + 1;
     }
-    std::string_view icon(const void* record) const override { return own(record).icon; }
-    std::string_view tag(const void* record) const override { return own(record).tag; }
-    void release(const void* record) const noexcept override { delete &own(record); }
+    std::string_view text(const void* record, std::size_t column) const override {
+        return field(record, column == 0 ? kText : kSubItems + column - 1);
+    }
+    std::string_view icon(const void* record) const override { return field(record, kIcon); }
+    std::string_view tag(const void* record) const override { return field(record, kTag); }
+    void release(const void* record) const noexcept override { ::operator delete(const_cast<void*>(record)); }
 };
 
 [[noreturn]] void failTakenKey() {
@@ -52,7 +87,7 @@ void Rows::setColumns(std::vector<std::string> titles) {
 
 void Rows::setColumnTitle(int column, std::string title) {
     m_titles.at(static_cast<std::size_t>(column)) = std::move(title);
-    if (told()) Q_EMIT headerDataChanged(Qt::Horizontal, column, column);
+    if (notifies()) Q_EMIT headerDataChanged(Qt::Horizontal, column, column);
 }
 
 const std::string& Rows::columnTitle(int column) const {
@@ -70,17 +105,15 @@ RowView Rows::Entry::view() const {
             checked,         highlighted};
 }
 
-Rows::Entry Rows::ownEntry(Row row) {
+Rows::Entry Rows::ownEntry(const Row& row) {
     static const OwnRows source;
-    const bool checked = row.checked;
-    const bool highlighted = row.highlighted;
-    Entry made(source, new Row(std::move(row)));
-    made.checked = checked;
-    made.highlighted = highlighted;
+    Entry made(source, pack(row));
+    made.checked = row.checked;
+    made.highlighted = row.highlighted;
     return made;
 }
 
-// Brings the rows that were added since into the set of keys.
+// Adds the rows that are not yet in the key set.
 void Rows::findKeys() const {
     for (; m_keyed < m_rows.size(); ++m_keyed) {
         const std::string_view key = m_rows[m_keyed].key();
@@ -104,20 +137,33 @@ bool Rows::contains(std::string_view key) const {
 }
 
 void Rows::add(Entry row) {
-    if (contains(row.key())) failTakenKey();
-    if (told()) beginInsertRows({}, count(), count());
-    m_rows.push_back(std::move(row));
-    if (told()) endInsertRows();
+    if (!takeKey(row.key())) failTakenKey();
+    append(std::move(row));
 }
 
-bool Rows::tryAdd(Row row) {
-    if (contains(row.key)) return false;
-    add(std::move(row));
+bool Rows::tryAdd(const Row& row) {
+    Entry own = ownEntry(row);
+    if (!takeKey(own.key())) return false;
+    append(std::move(own));
     return true;
 }
 
+bool Rows::takeKey(std::string_view key) {
+    findKeys();
+    if (m_rows.size() == m_rows.capacity()) m_rows.reserve(std::max<std::size_t>(16, m_rows.size() * 2));
+    if (!key.empty() && !m_keys.insert(static_cast<std::uint32_t>(m_rows.size()), key, keys())) return false;
+    ++m_keyed;
+    return true;
+}
+
+void Rows::append(Entry row) {
+    if (notifies()) beginInsertRows({}, count(), count());
+    m_rows.push_back(std::move(row));
+    if (notifies()) endInsertRows();
+}
+
 int Rows::removeIf(const std::function<bool(const RowView&)>& test) {
-    // The tests come first, all of them: they may throw, and they may look at the list.
+    // All tests run first: they may throw, and they may look at the list.
     std::vector<bool> named(m_rows.size());
     for (std::size_t i = 0; i < m_rows.size(); ++i) named[i] = test(m_rows[i].view());
     if (std::find(named.begin(), named.end(), true) == named.end()) return 0;
@@ -142,7 +188,7 @@ template <typename Edit>
 void Rows::change(int row, Edit&& edit) {
     Row edited(entry(row).view());
     edit(edited);
-    entry(row) = ownEntry(std::move(edited));
+    entry(row) = ownEntry(edited);
     changed(row, Qt::DisplayRole);
 }
 
@@ -198,14 +244,14 @@ void Rows::sortByColumn(int column) {
 }
 
 void Rows::sort(int column, Qt::SortOrder order) {
-    if (column < 0) return;  // a view's way of saying "unsorted"
+    if (column < 0) return;  // how views say "unsorted"
     m_sortedColumn = column;
     m_ascending = order == Qt::AscendingOrder;
-    if (told()) Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
+    if (notifies()) Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
     std::vector<std::size_t> places(m_rows.size());
     std::iota(places.begin(), places.end(), std::size_t{0});
     const auto by = static_cast<std::size_t>(column);
-    if (holdsNumbers(column)) {
+    if (isNumberColumn(column)) {
         std::vector<double> numbers;
         numbers.reserve(m_rows.size());
         for (const Entry& row : m_rows) numbers.push_back(leadingNumber(row.text(by)));
@@ -232,7 +278,7 @@ void Rows::sort(int column, Qt::SortOrder order) {
     for (const QModelIndex& moved : before)
         after.append(index(placeOf[static_cast<std::size_t>(moved.row())], moved.column()));
     changePersistentIndexList(before, after);
-    if (told()) Q_EMIT layoutChanged({}, QAbstractItemModel::VerticalSortHint);
+    if (notifies()) Q_EMIT layoutChanged({}, QAbstractItemModel::VerticalSortHint);
 }
 
 int Rows::rowCount(const QModelIndex& parent) const {
@@ -253,7 +299,7 @@ QVariant Rows::data(const QModelIndex& index, int role) const {
             if (!m_checkable || index.column() != 0) return {};
             return row.checked ? Qt::Checked : Qt::Unchecked;
         case Qt::TextAlignmentRole:
-            if (!holdsNumbers(index.column())) return {};
+            if (!isNumberColumn(index.column())) return {};
             return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
         case IconRole:
             return toScreen(row.source().icon(row.record.get()));
@@ -279,7 +325,7 @@ bool Rows::setData(const QModelIndex& index, const QVariant& value, int role) {
 
 QVariant Rows::headerData(int section, Qt::Orientation orientation, int role) const {
     if (orientation != Qt::Horizontal) return {};
-    if (role == Qt::TextAlignmentRole && holdsNumbers(section))
+    if (role == Qt::TextAlignmentRole && isNumberColumn(section))
         return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
     if (role != Qt::DisplayRole) return {};
     if (section < 0 || static_cast<std::size_t>(section) >= m_titles.size()) return {};
@@ -293,10 +339,10 @@ Qt::ItemFlags Rows::flags(const QModelIndex& index) const {
 }
 
 void Rows::changed(int row, int role) {
-    if (told()) Q_EMIT dataChanged(index(row, 0), index(row, columnCount() - 1), {role});
+    if (notifies()) Q_EMIT dataChanged(index(row, 0), index(row, columnCount() - 1), {role});
 }
 
-bool Rows::holdsNumbers(int column) const {
+bool Rows::isNumberColumn(int column) const {
     return std::find(m_numberColumns.begin(), m_numberColumns.end(), column) != m_numberColumns.end();
 }
 

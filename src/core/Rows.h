@@ -18,7 +18,7 @@ namespace relay {
 
 class Rows;
 
-// Keeps a batch of changes to a list open for the length of a block.
+// Keeps a batch of changes open for the duration of a block.
 class RowsBatch final {
   public:
     explicit RowsBatch(Rows& rows);
@@ -30,11 +30,11 @@ class RowsBatch final {
     Rows& m_rows;
 };
 
-// Every list of the program: keyed rows in order, with column titles. It needs no Widgets; a view shows it as
-// it is, sorted by itself or through its own sort(). Bytes go to the screen through ScreenText. Row numbers
-// count from 0; one that does not exist throws std::out_of_range. Finding a key does not depend on the number
-// of rows; removing many rows at once is linear. The first search for a key after rows changed their places
-// goes through all rows: loops that remove belong into removeIf.
+// A list of keyed rows with column titles; every list of the program is one. It needs no Widgets; a view
+// shows it as it is or sorted. Bytes go to the screen through ScreenText. Row numbers count from 0; one that
+// does not exist throws std::out_of_range. The cost of finding a key does not depend on the number of rows,
+// but the first search after rows have moved goes through all of them: to remove rows in a loop, use
+// removeIf.
 class Rows final : public QAbstractTableModel {
     Q_OBJECT
   public:
@@ -45,9 +45,9 @@ class Rows final : public QAbstractTableModel {
     void setColumns(std::vector<std::string> titles);
     void setColumnTitle(int column, std::string title);
     const std::string& columnTitle(int column) const;
-    // Rows with a check box in column 0.
+    // Whether column 0 has check boxes.
     void setCheckable(bool on) { m_checkable = on; }
-    // Columns that hold numbers: they sort as such and stand at the right.
+    // Columns of numbers: sorted as numbers and aligned to the right.
     void setNumberColumns(std::vector<int> columns) { m_numberColumns = std::move(columns); }
 
     int count() const noexcept { return static_cast<int>(m_rows.size()); }
@@ -57,21 +57,22 @@ class Rows final : public QAbstractTableModel {
     int indexOf(std::string_view key) const;
     bool contains(std::string_view key) const;
 
-    // Throws Failure 457 "This key is already associated with an element of this collection" when taken.
-    void add(Row row) { add(ownEntry(std::move(row))); }
+    // Throws Failure 457 "This key is already associated with an element of this collection" when the key is
+    // taken.
+    void add(const Row& row) { add(ownEntry(row)); }
     void add(const RowSource& source, const void* record) { add(Entry(source, record)); }
-    // False, and nothing happens, when the key is taken: duplicates are kept out in silence.
-    bool tryAdd(Row row);
-    // Adds a row for each of the records, whose keys must all be new to the list.
+    // Does nothing and returns false when the key is taken.
+    bool tryAdd(const Row& row);
+    // Adds a row for each record; their keys must all be new to the list.
     template <typename Records>
     void addAll(const RowSource& source, const Records& records) {
         const RowsBatch batch(*this);
         m_rows.reserve(m_rows.size() + records.count());
         for (const auto& record : records) m_rows.emplace_back(source, &record);
     }
-    // Removes every row the test names, in one pass; gives their number.
+    // Removes every row that passes the test, in one pass; returns how many.
     int removeIf(const std::function<bool(const RowView&)>& test);
-    // Empties the list, which is then in no order: the next click on a column title sorts ascending.
+    // Empties the list and forgets its sort order: the next click on a column title sorts ascending.
     void clear();
 
     void setSubItem(int row, int column, std::string text);  // column 1 and up
@@ -83,14 +84,14 @@ class Rows final : public QAbstractTableModel {
     // First highlighted row, or -1.
     int firstHighlighted() const;
 
-    // Many changes, one repaint: between the two calls views are told nothing; the last call resets them.
+    // Between the two calls views get no signals; the last endBatch resets them once.
     void beginBatch();
     void endBatch();
 
-    // A click on a column title: sorts by it, ascending first, and flips at each further click on it.
+    // A click on a column title: sorts by that column, ascending first, and reverses with each further click.
     void sortByColumn(int column);
     bool sortedAscending() const noexcept { return m_ascending; }
-    int sortedColumn() const noexcept { return m_sortedColumn; }  // -1: in no order
+    int sortedColumn() const noexcept { return m_sortedColumn; }  // -1: unsorted
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
@@ -98,15 +99,15 @@ class Rows final : public QAbstractTableModel {
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
-    // Stable, and without regard to case.
+    // Stable, without regard to case.
     void sort(int column, Qt::SortOrder order) override;
 
   Q_SIGNALS:
-    // The user ticked or cleared a box in a view (not raised by setChecked).
+    // The user ticked or cleared a check box (setChecked does not emit this).
     void checkToggled(int row, bool on);
 
   private:
-    // A row: the record it shows and what the list itself knows of it.
+    // A row: its record and the list's own state for it.
     struct Entry final {
         struct Release final {
             const RowSource* source;
@@ -117,7 +118,7 @@ class Rows final : public QAbstractTableModel {
 
         const RowSource& source() const noexcept { return *record.get_deleter().source; }
         std::string_view key() const { return source().key(record.get()); }
-        std::string_view text(std::size_t column) const;  // empty behind the last column
+        std::string_view text(std::size_t column) const;  // empty beyond the last column
         RowView view() const;
 
         std::unique_ptr<const void, Release> record;
@@ -125,10 +126,13 @@ class Rows final : public QAbstractTableModel {
         bool highlighted = false;
     };
 
-    static Entry ownEntry(Row row);
+    static Entry ownEntry(const Row& row);
     const Entry& entry(int row) const { return m_rows.at(static_cast<std::size_t>(row)); }
     Entry& entry(int row) { return m_rows.at(static_cast<std::size_t>(row)); }
     void add(Entry row);
+    // Registers the key for the row that append() adds next; false when the key is taken.
+    bool takeKey(std::string_view key);
+    void append(Entry row);
     template <typename Edit>
     void change(int row, Edit&& edit);
     auto keys() const {
@@ -136,13 +140,14 @@ class Rows final : public QAbstractTableModel {
     }
     void findKeys() const;
     void forgetKeys() noexcept;
-    void changed(int row, int role);  // the role tells flags from texts
-    bool holdsNumbers(int column) const;
-    bool told() const noexcept { return m_batch == 0; }
+    // The role tells a change of the highlight flag from other changes.
+    void changed(int row, int role);
+    bool isNumberColumn(int column) const;
+    bool notifies() const noexcept { return m_batch == 0; }
 
     std::vector<Entry> m_rows;
     std::vector<std::string> m_titles;
-    mutable KeySet m_keys;  // of the first m_keyed rows, by their places
+    mutable KeySet m_keys;  // of the first m_keyed rows, by row number
     mutable std::size_t m_keyed = 0;
     std::vector<int> m_numberColumns;
     bool m_checkable = false;

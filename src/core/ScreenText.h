@@ -6,13 +6,14 @@
 #include <string>
 #include <string_view>
 
-// The only door between the program's bytes and the screen's characters. Bytes are read as UTF-8; a byte that
-// is no valid UTF-8 becomes one lone surrogate U+DC80 to U+DCFF and comes back as that byte.
+// The only conversion between the program's bytes and the screen's characters. Bytes are read as UTF-8; a
+// byte that is not valid UTF-8 becomes one lone surrogate U+DC80 to U+DCFF and is converted back to that
+// byte.
 namespace relay {
 
 QString toScreen(std::string_view bytes);
 std::string fromScreen(QStringView text);
-// For places that take valid UTF-8 only (JSON): a byte that is no valid UTF-8 appears as \xNN.
+// For formats that take only valid UTF-8 (JSON): other bytes appear as \xNN.
 std::string toPrintableUtf8(std::string_view bytes);
 
 }  // namespace relay

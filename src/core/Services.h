@@ -11,8 +11,8 @@ class SettingsStore;
 class clsPreference;
 struct Paths;
 
-// What an operation needs from the program, handed on by reference. Everything in it lives as long as the
-// program on one home does.
+// What an operation needs from the program, passed on by reference. Everything in it lives as long as the
+// program.
 struct Services final {
     const Paths& paths;
     SettingsStore& settings;

@@ -2,9 +2,11 @@
 #include "core/SettingsStore.h"
 
 #include "core/Failure.h"
+#include "core/FileNames.h"
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
+#include "core/FolderLock.h"
 #include "core/IniFile.h"
-#include "core/Paths.h"
 #include "core/SettingsText.h"
 
 #include <map>
@@ -19,21 +21,21 @@ namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-// The names of one value, as they are written.
+// Section and key of one value, as written in the file.
 using Place = std::pair<std::string, std::string>;
 
 Place placeFor(std::string_view application, std::string_view section, std::string_view key) {
     return {settingsName(application), settingsName(std::string(section) + "/" + std::string(key))};
 }
 
-// The file holds passwords. A link is left alone: what it leads to is not this program's.
+// The file holds passwords. The target of a link is left alone: it does not belong to this program.
 void makePrivate(const std::string& file) {
     struct stat status {};
     if (::lstat(file.c_str(), &status) == 0 && S_ISREG(status.st_mode) && (status.st_mode & 077) != 0)
         ::chmod(file.c_str(), status.st_mode & 0700);
 }
 
-// Names by what they mean: a person may have written one with fewer escapes than the program does.
+// Finds names by their meaning: a person may have escaped fewer characters than the program does.
 class WrittenNames final {
   public:
     WrittenNames() = default;
@@ -80,16 +82,16 @@ class Document final {
     bool m_mark;
     IniFile m_ini;
     WrittenNames m_sections;
-    mutable std::unordered_map<std::string, WrittenNames> m_keys;  // by section, once it was asked for
+    mutable std::unordered_map<std::string, WrittenNames> m_keys;  // by section, filled on first use
 };
 
 }  // namespace
 
 struct SettingsStore::Data {
     std::string file;
-    Document known;                        // as the file was last read or written
-    std::map<Place, std::string> seen;     // what this program last got or set
-    std::map<Place, std::string> changes;  // what the file does not hold yet
+    Document known;                        // the file as last read or written
+    std::map<Place, std::string> seen;     // what this program last read or set
+    std::map<Place, std::string> changes;  // not yet in the file
     bool keepFile = false;
 };
 
@@ -99,7 +101,7 @@ SettingsStore::SettingsStore(const std::string& file) : m_data(std::make_unique<
         makePrivate(file);
         m_data->known = Document(readFile(file, IniFile::kLargestFile));
     } catch (const Failure&) {
-        // Without a file that can be read the store is empty. save() tells.
+        // A file that cannot be read gives an empty store; save() reports it.
     }
 }
 
@@ -133,7 +135,7 @@ void SettingsStore::save() {
     const std::string& file = data.file;
     std::optional<FolderLock> lock;
     if (!data.changes.empty()) {
-        makeFolder(file.substr(0, file.rfind('/')), 0700);
+        makeFolder(folderOf(file), 0700);
         lock.emplace(file);
     }
     try {
@@ -141,7 +143,7 @@ void SettingsStore::save() {
         if (data.keepFile && !data.changes.empty()) writeFile(file + ".bad", present, Readable::OwnerOnly);
         data.known = Document(present);
     } catch (const Failure& failure) {
-        // A file that has gone meanwhile is written as it was known.
+        // A file that has disappeared is written again as last known.
         if (failure.number() != 53 || fileExists(file)) throw;
     }
     if (data.changes.empty()) return;

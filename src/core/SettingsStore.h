@@ -7,11 +7,11 @@
 
 namespace relay {
 
-// The per-user store: strings by application, section and key, in one INI file that only its owner can read
-// (mode 0600). What is set reaches the disk at save(), and when the store is destroyed at the latest. Only
-// what differs from the file as this program last saw it is written, into the file as it then stands: what
-// other programs wrote meanwhile stays. A link in the file's place gives way to a copy of what it leads to; a
-// pipe or a device reads as an empty store that cannot be written.
+// The per-user settings: strings by application, section and key, in one INI file that only its owner can
+// read (mode 0600). Changes reach the disk at save(), at the latest when the store is destroyed. Only changed
+// values are written, into the file as it is then: what other programs wrote meanwhile stays. A link in place
+// of the file is replaced by a copy of its target; a pipe or a device reads as an empty store that cannot be
+// written.
 class SettingsStore final {
   public:
     explicit SettingsStore(const std::string& file);
@@ -23,13 +23,13 @@ class SettingsStore final {
                       std::string_view fallback = {}) const;
     void setValue(std::string_view application, std::string_view section, std::string_view key,
                   std::string_view value);
-    // Writes what was set, and takes over what other programs wrote. Throws Failure with the file and the
-    // reason; what could not be written stays for the next time.
+    // Writes the changes and picks up what other programs wrote. Throws Failure with the file and the reason;
+    // changes that could not be written are kept for the next save.
     void save();
-    // The same where a failure is not to be told.
+    // The same for callers that ignore a failure.
     bool trySave() noexcept;
-    // For a file that was not understood: before anything else is written to it, it is copied beside itself,
-    // to "settings.ini.bad" (mode 0600).
+    // For a file that could not be understood: before the next write, copies it to "settings.ini.bad" beside
+    // it (mode 0600).
     void keepFileBeforeSave();
 
   private:

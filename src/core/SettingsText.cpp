@@ -19,15 +19,8 @@ constexpr std::string_view kLetters = "abfnrtv";
 constexpr std::string_view kLetterCodes = "\a\b\f\n\r\t\v";
 
 bool isDigitOf(int base, char c) {
-    const int lower = c | 0x20;
-    const int digit = c >= '0' && c <= '9' ? c - '0' : lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : base;
-    return digit < base;
-}
-
-std::string hex(unsigned code, std::size_t digits, const char* alphabet) {
-    std::string text;
-    for (; code != 0 || text.size() < digits; code >>= 4) text.insert(text.begin(), alphabet[code & 15]);
-    return text;
+    const int digit = hexDigit(c);
+    return digit >= 0 && digit < base;
 }
 
 bool standsInNames(char16_t unit) {
@@ -35,7 +28,7 @@ bool standsInNames(char16_t unit) {
            unit == '_' || unit == '-' || unit == '.';
 }
 
-// Text without NUL that is valid UTF-8 throughout.
+// True for valid UTF-8 without a NUL.
 bool isPlainText(std::string_view bytes) {
     while (!bytes.empty()) {
         const Utf8Character character = firstUtf8Character(bytes);
@@ -45,11 +38,11 @@ bool isPlainText(std::string_view bytes) {
     return true;
 }
 
-// `highest` is the highest code that stands for itself.
+// `highest` is the highest code that is not escaped.
 std::string escapedValue(std::string_view text, unsigned char highest = 0xFF) {
     std::string out;
     bool needsQuotes = false;
-    bool afterNumber = false;  // a hexadecimal digit would be taken as a part of the number before it
+    bool afterNumber = false;  // a hexadecimal digit here would become part of the escape before it
     for (const char c : text) {
         const auto code = static_cast<unsigned char>(c);
         const std::size_t letter = c == '\0' ? npos : kLetterCodes.find(c);
@@ -59,7 +52,7 @@ std::string escapedValue(std::string_view text, unsigned char highest = 0xFF) {
         if (c == '\0') {
             out += "\\0";
         } else if (number) {
-            out += "\\x" + hex(code, 1, "0123456789abcdef");
+            out += "\\x" + QByteArray::number(code, 16).toStdString();
         } else if (letter != npos) {
             out.append("\\").append(1, kLetters[letter]);
         } else {
@@ -72,12 +65,13 @@ std::string escapedValue(std::string_view text, unsigned char highest = 0xFF) {
     return needsQuotes ? '"' + out + '"' : out;
 }
 
-// Reads one written value from its start to its end.
+// Reads one value as written in the file.
 class ValueReader final {
   public:
     explicit ValueReader(std::string_view written) : m_rest(written) {}
 
-    // The parts between the commas: one where there is none. A byte that is no UTF-8 is a lone surrogate.
+    // The parts between the commas; one part if there is no comma. A byte that is not UTF-8 is a lone
+    // surrogate.
     std::vector<QString> parts() {
         skipBlanks();
         while (!m_rest.empty() && (m_inQuotes || m_rest.front() != ';')) readPiece();
@@ -136,7 +130,7 @@ class ValueReader final {
             m_part += QLatin1Char(c);
         m_solid = m_part.size();
     }
-    // Without a digit the escape means nothing.
+    // An escape without a digit is dropped.
     void readNumber(int base) {
         unsigned code = 0;
         const bool isNumber = !m_rest.empty() && isDigitOf(base, m_rest.front());
@@ -153,12 +147,12 @@ class ValueReader final {
     std::string_view m_rest;
     std::vector<QString> m_parts;
     QString m_part;
-    qsizetype m_solid = 0;  // up to here blanks at the end of the part are its own
+    qsizetype m_solid = 0;  // trailing blanks before this position belong to the part
     bool m_inQuotes = false;
     bool m_wasQuoted = false;
 };
 
-// The bytes of one part.
+// The bytes that one part stands for.
 std::string meaning(const QString& part) {
     std::string text = fromScreen(part);
     if (text.starts_with("@@")) return text.substr(1);
@@ -180,10 +174,11 @@ std::string settingsName(std::string_view name) {
             out += '\\';
         else if (standsInNames(unit))
             out += static_cast<char>(unit);
-        else if (unit <= 0xFF)
-            out += "%" + hex(unit, 2, "0123456789ABCDEF");
-        else
-            out += "%U" + hex(unit, 4, "0123456789ABCDEF");
+        else {
+            out += unit <= 0xFF ? "%" : "%U";
+            if (unit > 0xFF) appendHex(out, static_cast<char>(unit >> 8));
+            appendHex(out, static_cast<char>(unit));
+        }
     }
     return out;
 }

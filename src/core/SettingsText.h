@@ -4,18 +4,18 @@
 #include <string>
 #include <string_view>
 
-// The spelling of names and values in the settings file. Names are letters, digits, "_", "-" and "."; a
-// separator is written as a backslash and any other character as %XX or %UXXXX. Values stand in quotes where
-// they need them, with backslash escapes; what is no UTF-8 text without a NUL is written as @ByteArray(...).
+// How names and values are written in the settings file. Names are letters, digits, "_", "-" and "."; a
+// separator is written as a backslash, any other character as %XX or %UXXXX. Values are quoted where
+// necessary, with backslash escapes; a value that is not UTF-8 or has a NUL is written as @ByteArray(...).
 namespace relay {
 
 std::string settingsName(std::string_view name);
-// The name that is meant, also where a person wrote it with fewer escapes.
+// Also reads a name that a person wrote with fewer escapes.
 std::string nameFromSettings(std::string_view written);
 
-// What stands behind the equals sign.
+// The text after the equals sign.
 std::string settingsValue(std::string_view value);
-// A value with commas outside quotes is a list: its parts come joined by ", ".
+// A value with commas outside quotes is a list; its parts are joined with ", ".
 std::string valueFromSettings(std::string_view written);
 
 }  // namespace relay

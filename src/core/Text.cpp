@@ -51,8 +51,8 @@ char unusedCharacter(std::string_view text) {
     return '\0';
 }
 
-// Turns every marker into a line break and drops the blanks at the start of each line. Going on behind each
-// break, rather than from the front, keeps this linear.
+// Turns every marker into a line break and drops the blanks at the start of each line. Continuing after each
+// break, not from the front, keeps this linear.
 std::string breakAtMarkers(std::string_view text, char marker) {
     std::string result;
     result.reserve(text.size() + text.size() / 16);
@@ -141,7 +141,7 @@ double leadingNumber(std::string_view text) noexcept {
     text = trimLeft(text);
     const bool negative = !text.empty() && text.front() == '-';
     if (negative || (!text.empty() && text.front() == '+')) text.remove_prefix(1);
-    // from_chars would take the words "inf" and "nan" and a second sign.
+    // from_chars would also accept "inf", "nan" and a second sign.
     if (text.empty() || (text.front() != '.' && (text.front() < '0' || text.front() > '9'))) return 0;
     double value = 0;
     const std::errc error =
@@ -271,6 +271,12 @@ bool hasControlByte(std::string_view text) noexcept {
     return std::any_of(text.begin(), text.end(), isControlByte);
 }
 
+int hexDigit(char c) noexcept {
+    if (c >= '0' && c <= '9') return c - '0';
+    const int letter = c | 0x20;
+    return letter >= 'a' && letter <= 'f' ? letter - 'a' + 10 : -1;
+}
+
 void appendHex(std::string& out, char byte, std::string_view digits) {
     const auto code = static_cast<unsigned char>(byte);
     out += digits[code >> 4];
@@ -291,7 +297,7 @@ std::string Base64Encode(std::string_view text) {
         "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
     std::string result;
     result.reserve((text.size() + 2) / 3 * 4);
-    // 54 is a multiple of 3, so the blocks join without a seam and only the end of the text is filled up.
+    // 54 is a multiple of 3, so only the end of the text is padded.
     for (std::size_t at = 0; at < text.size(); at += 3) {
         const auto byte = [&](std::size_t i) {
             return static_cast<unsigned char>(at + i < text.size() ? text[at + i] : ' ');

@@ -5,16 +5,16 @@
 #include <string>
 #include <string_view>
 
-// Work on text as bytes: one byte, one character, no code page. "Without regard to case" folds A to Z only,
-// so bytes above 127 compare as they stand.
+// Functions on text as bytes: one byte, one character, no code page. "Without regard to case" folds A to Z
+// only; bytes above 127 compare as they are.
 namespace relay {
 
 inline constexpr std::size_t npos = std::string_view::npos;
 
-// Offset of the first needle at or after `from`, or npos. An empty needle is found at `from`
-// (npos when from > hay.size()). Never allocates; the fastest path the processor has is chosen at run time.
+// Offset of the first needle at or after `from`, or npos. An empty needle is found at `from` (npos when from
+// > hay.size()). Never allocates; picks the fastest code for the processor at run time.
 std::size_t findNoCase(std::string_view hay, std::string_view needle, std::size_t from = 0) noexcept;
-// The same rule in plain C++, for processors without vector registers and as the tests' yardstick.
+// The same in plain C++, for processors without vector registers and for tests to compare with.
 std::size_t findNoCasePortable(std::string_view hay, std::string_view needle, std::size_t from = 0) noexcept;
 
 bool containsNoCase(std::string_view hay, std::string_view needle) noexcept;
@@ -27,32 +27,33 @@ int compareNoCase(std::string_view a, std::string_view b) noexcept;
 std::string toUpper(std::string_view text);
 std::string toLower(std::string_view text);
 
-// Blanks (0x20) only, as everywhere in this program; tabs and line breaks stay.
+// Removes blanks (0x20) only; tabs and line breaks stay.
 std::string_view trim(std::string_view text) noexcept;
 std::string_view trimLeft(std::string_view text) noexcept;
 std::string_view trimRight(std::string_view text) noexcept;
 
-// Every occurrence of `what`, in one pass from the left, with regard to case. An empty `what` changes
+// Replaces every occurrence of `what` in one pass from the left, case-sensitively. An empty `what` changes
 // nothing.
 std::string replaceAll(std::string_view text, std::string_view what, std::string_view with);
 
-// The text before the first CR or LF: what may stand on one line of a file.
+// The text before the first CR or LF.
 std::string_view firstLine(std::string_view text) noexcept;
 
-// The leading decimal number of the text (blanks before it passed over, sign and fraction allowed);
-// 0 when there is none.
+// The leading decimal number of the text, after any blanks, with optional sign and fraction; 0 if there is
+// none.
 double leadingNumber(std::string_view text) noexcept;
-// leadingNumber rounded to the nearest integer (half to even), held to the range of 32 bits.
+// leadingNumber rounded to the nearest integer (half to even), limited to 32 bits.
 int leadingInteger(std::string_view text) noexcept;
-// A number that must fit 16 signed bits: throws Failure "Overflow" when it does not.
+// Throws Failure "Overflow" when the value does not fit.
 std::int16_t toInt16(double value);
 
-// "keep the first n characters"; n beyond the end keeps all.
+// The first n characters, or all if there are fewer.
 std::string_view left(std::string_view text, std::size_t n) noexcept;
 
 std::string GetToken(std::string_view text, char delimiter, int n);
 std::string CleanLineBreaks(std::string_view text);
-// Splits at the first pipe: `text` keeps what stands before it, `rest` gets what stands behind it or nothing.
+// Splits at the first pipe: `text` keeps what comes before it, `rest` receives what comes after it, or
+// nothing.
 void SplitAtPipe(std::string& text, std::string& rest);
 std::string StripHTML(std::string_view html);
 // The text before the first NUL.
@@ -60,36 +61,37 @@ std::string CutAtNull(std::string_view text);
 
 // The first character of a text read as UTF-8: its code and its length in bytes. The length is 0 for an empty
 // text and for one that does not begin with valid UTF-8 (overlong forms, surrogates and codes over U+10FFFF
-// are not valid).
+// are invalid).
 struct Utf8Character final {
     char32_t code = 0;
     std::size_t length = 0;
 };
 Utf8Character firstUtf8Character(std::string_view text) noexcept;
 
-// The one test for characters that a terminal, a log or a table must not get as they stand: they command the
-// terminal, break the line, or turn the direction of what follows. Controls (U+0000 to U+001F, U+007F to
-// U+009F), line and paragraph separators, marks of direction, interlinear marks.
+// True for characters that must not reach a terminal, a log or a table unescaped, because they control the
+// terminal, break the line or change the text direction: controls (U+0000 to U+001F, U+007F to U+009F), line
+// and paragraph separators, direction marks, interlinear marks.
 bool isControlCharacter(char32_t code) noexcept;
-// Offset of the first such character at or after `from`, or npos. A byte 0x80 to 0x9F outside valid UTF-8 is
-// one too, as some terminals obey it; other bytes outside UTF-8 are not.
+// Offset of the first such character at or after `from`, or npos. A byte 0x80 to 0x9F outside valid UTF-8
+// counts too, as some terminals obey it; other bytes outside UTF-8 do not.
 std::size_t findControlCharacter(std::string_view text, std::size_t from = 0) noexcept;
-// Every byte of each such character as \xNN, all else as it stands: a name from a file, a page or a server as
-// a part of one line.
+// Writes every byte of each such character as \xNN, so that a name from a file, a page or a server can be
+// part of one line.
 std::string escapeControlCharacters(std::string_view text);
 
-// True for a byte below 0x20, or 0x7F: what no request line, log line or file name may hold.
+// True for 0x7F and bytes below 0x20, which no request line, log line or file name may hold.
 bool isControlByte(char byte) noexcept;
 bool hasControlByte(std::string_view text) noexcept;
 
+int hexDigit(char c) noexcept;  // its value, or -1 for any other character
 // Appends the byte as two hex digits.
 void appendHex(std::string& out, char byte, std::string_view digits = "0123456789ABCDEF");
 
 // CRC-32 as in ZIP and PNG files.
 std::uint32_t crc32(std::string_view bytes) noexcept;
 
-// Base64 of the bytes in blocks of 54; a last group of one byte is filled with a blank, not with zero bits,
-// which is what servers have always received from this program.
+// Base64 in blocks of 54 bytes. A last group of one byte is padded with a blank instead of zero bits, as
+// servers have always received it.
 std::string Base64Encode(std::string_view text);
 
 }  // namespace relay

@@ -26,7 +26,7 @@ bool equalFolded(const char* a, const char* b, std::size_t length) noexcept {
     return true;
 }
 
-// The first place from `begin` to `end` (exclusive) where the needle stands; every place is possible.
+// The first match starting from `begin` to `end` (exclusive), tested one by one.
 std::size_t searchPlain(const char* hay, std::size_t begin, std::size_t end,
                         std::string_view needle) noexcept {
     const char first = lower(needle.front());
@@ -39,12 +39,12 @@ std::size_t searchPlain(const char* hay, std::size_t begin, std::size_t end,
 #ifdef RELAY_VECTOR_SEARCH
 
 // A byte equals a letter in either case exactly when the byte with bit 5 set equals the small letter; other
-// characters are compared as they stand.
+// characters are compared directly.
 constexpr char foldBit(char c) noexcept {
     return isUpper(c) || isLower(c) ? 0x20 : 0;
 }
 
-// The first of the marked places at which the whole needle stands: its first and last byte are known to fit.
+// The first marked place where the whole needle matches; its first and last byte are known to match.
 inline std::size_t verify(const char* hay, std::size_t block, unsigned long long marks,
                           std::string_view needle) noexcept {
     for (; marks != 0; marks &= marks - 1) {
@@ -103,7 +103,7 @@ __attribute__((target("avx2"))) std::size_t searchAvx2(const char* hay, std::siz
     const __m256i lastFold = _mm256_set1_epi8(foldBit(needle.back()));
     const char* const tail = hay + needle.size() - 1;
     std::size_t at = begin;
-    // Four blocks share one test: most text holds no mark at all.
+    // Four blocks share one test: most text holds no candidates.
     for (; at + 4 * kWidth <= end; at += 4 * kWidth) {
         __m256i marks[4];
         for (std::size_t i = 0; i < 4; ++i)

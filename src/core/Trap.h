@@ -11,8 +11,8 @@
 
 namespace relay {
 
-// What the user would read of the operation's failure; nothing when it succeeded. For the few places where a
-// box is not the answer to a failure.
+// The text of the operation's failure; nothing when it succeeded. For the few places that handle a failure
+// without a message box.
 template <typename Operation>
 std::optional<std::string> failureOf(Operation&& operation) {
     try {
@@ -23,9 +23,9 @@ std::optional<std::string> failureOf(Operation&& operation) {
     }
 }
 
-// The one trap at the end of a user-level operation: runs `operation`, and on a failure shows `words` with
-// the failure's text behind them in a box titled `title`. False when the operation failed. `words` carries
-// its own ending ("editProject_Error: ", or "Module: NewProject\r\n").
+// The trap at the end of a user-level operation: runs `operation`, and on failure shows `words` followed by
+// the text of the failure in a box titled `title`. False when the operation failed. `words` includes its
+// separator ("editProject_Error: ", or "Module: NewProject\r\n").
 template <typename Operation>
 bool trap(Prompts& prompts, std::string_view words, Operation&& operation, std::string_view title = "Error",
           Icon icon = Icon::Critical) {

@@ -29,25 +29,18 @@ std::array<std::string_view, 256> makeEscapes() {
     return table;
 }
 
-int hexValue(char c) {
-    if (c >= '0' && c <= '9') return c - '0';
-    const int letter = c | 0x20;
-    return letter >= 'a' && letter <= 'f' ? letter - 'a' + 10 : -1;
-}
-
-// The character that the two behind a percent sign stand for, or '\0' when the escape is unknown.
+// The character for the two hex digits of an escape, or '\0' when the escape is unknown.
 char unescaped(char high, char low) {
     static constexpr std::string_view kKnown = "~.-!#$%^&,()+`={}|[/]\\_:';<>?";
-    const int code = hexValue(high) * 16 + hexValue(low);
-    if (hexValue(high) < 0 || hexValue(low) < 0 || code == 0) return '\0';
+    const int code = hexDigit(high) * 16 + hexDigit(low);
+    if (hexDigit(high) < 0 || hexDigit(low) < 0 || code == 0) return '\0';
     const char character = static_cast<char>(code);
     return kKnown.find(character) == npos ? '\0' : character;
 }
 
-// Decodes in rounds: each takes the first percent sign with the two characters behind it and replaces all
-// places that hold the same three, at once. Doing that on the whole text each time would take the square of
-// its length for a text such as "%252525...", so the characters form a chain in which a replacement is cut
-// out, and a list of places is kept for each escape.
+// Decodes in rounds: each takes the first percent sign with the two characters after it and replaces all
+// occurrences of these three at once. On a plain string that would be quadratic for a text such as
+// "%252525...", so the characters form a linked list, and the places of each escape are kept in a list.
 class Unescaper final {
   public:
     explicit Unescaper(std::string_view text)
@@ -65,7 +58,7 @@ class Unescaper final {
             if (m_text[at] != '%') {
                 at = m_next[at];
             } else if (!complete(at)) {
-                // A shorter piece at the end is unknown to the table, and goes.
+                // An incomplete escape at the end is removed.
                 cut(at, end);
                 at = end;
             } else {
@@ -94,7 +87,7 @@ class Unescaper final {
     void note(Place at) {
         if (m_text[at] == '%' && complete(at)) m_places[escapeAt(at)].push_back(at);
     }
-    // Takes the characters from `begin` up to `end` out of the chain.
+    // Unlinks the characters from `begin` up to `end`.
     void cut(Place begin, Place end) {
         const Place before = m_previous[begin];
         if (begin == m_front)
@@ -105,13 +98,13 @@ class Unescaper final {
         for (Place i = begin; i != end;) {
             const Place following = m_next[i];
             m_text[i] = '\0';
-            m_next[i] = i;  // marks the place as gone
+            m_next[i] = i;  // marks the place as removed
             i = following;
         }
     }
     bool gone(Place at) const { return m_next[at] == at; }
 
-    // Gives the place from which the first percent sign of the next round is looked for.
+    // Returns the place where the search for the next round starts.
     Place replaceEscape(Place first) {
         const std::uint16_t escape = escapeAt(first);
         std::vector<Place> places = std::move(m_places[escape]);
@@ -122,7 +115,7 @@ class Unescaper final {
         std::sort(places.begin(), places.end());
         places.erase(std::unique(places.begin(), places.end()), places.end());
         const char with = unescaped(m_text[m_next[first]], m_text[m_next[m_next[first]]]);
-        // What stands before the first percent sign is never cut.
+        // The text before the first percent sign is never removed.
         const bool atFront = first == m_front;
         const Place before = m_previous[first];
         for (const Place at : places) {
@@ -136,7 +129,7 @@ class Unescaper final {
         }
         return atFront ? m_front : m_next[before];
     }
-    // The escapes that the change at `at` may have made: its own and those of the two characters before it.
+    // Notes the escapes that the change at `at` may have created: there and at the two characters before.
     void noteAround(Place at) {
         if (at != m_text.size()) note(at);
         for (int step = 0; step < 2 && at != m_front; ++step) {

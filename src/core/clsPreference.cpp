@@ -20,9 +20,10 @@ namespace {
 
 constexpr const char* kPreference = "Preference";
 constexpr const char* kSetting = "Setting";
+constexpr const char* kWindow = "Window";
 constexpr const char* kPresentVersion = "6.0";
 
-// A text that must be a number as a whole, blanks around it aside.
+// The whole text, apart from blanks around it, must be a number.
 double numberOf(std::string_view text) {
     text = trim(text);
     if (!text.empty() && text.front() == '+') text.remove_prefix(1);
@@ -50,7 +51,7 @@ class Section final {
     std::string text(std::string_view key, std::string_view fallback = {}) const {
         return m_store.value(kApplication, m_section, key, fallback);
     }
-    // Throws Failure with the key's name where the text cannot be converted.
+    // Throws Failure with the name of the key when the text cannot be converted.
     template <typename Conversion>
     auto converted(std::string_view key, std::string_view fallback, Conversion conversion) const {
         try {
@@ -68,7 +69,7 @@ class Section final {
     std::string_view m_section;
 };
 
-// The full path of a neighbour of the program, or empty where it is not installed.
+// The full path of a companion program, or empty when it is not installed.
 std::string siblingTool(const SettingsStore& store, std::string_view application, std::string_view section,
                         std::string_view file) {
     const std::string folder = store.value(application, section, "Location");
@@ -84,14 +85,14 @@ bool clsPreference::GetSettings(SettingsReader reader) {
     const bool read = trap(m_prompts, "GetSetting_Error: ", [this, reader] {
         m_log.startRun();
         readPreference();
-        // Two of the three neighbours stood in a registry that this system does not have.
+        // Two of the three companion programs were found through a registry that this system does not have.
         KRWLocation.clear();
         KBKLocation.clear();
         KLBLocation = siblingTool(m_store, "Korvel Link Builder", "Version", "klink.exe");
         readSetting(reader);
         readServiceLinks();
     });
-    // What was not read will be written over with defaults.
+    // The next save replaces what could not be read with defaults.
     if (!read) m_store.keepFileBeforeSave();
     return read;
 }
@@ -121,6 +122,7 @@ void clsPreference::readPreference() {
     BlockSpam = from.number("BlockSpam");
     DontClearFields = from.number("DontClearFields");
     PromptConnection = from.number("PromptConnection", "1");
+    Colours = Section(m_store, kWindow).text("Colours", "system");
 }
 
 void clsPreference::readSetting(SettingsReader reader) {
@@ -178,6 +180,7 @@ void clsPreference::SaveSettings() {
         writeNumber("BlockSpam", BlockSpam);
         writeNumber("DontClearFields", DontClearFields);
         writeNumber("PromptConnection", PromptConnection);
+        m_store.setValue(kApplication, kWindow, "Colours", Colours);
         m_store.save();
     });
 }

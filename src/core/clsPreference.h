@@ -13,19 +13,19 @@ struct Paths;
 
 inline constexpr const char* kApplication = "Korvel Relay";
 
-// Who reads the settings. The notice that follows an upgrade is the window's, so only the window notes the
-// version it was due for.
+// Who reads the settings. Only the window shows the notice after an upgrade, so only the window records the
+// version.
 enum class SettingsReader { Window, CommandLine };
 
-// The one settings object. Fields carry the settings' own names; GetSettings fills them from the per-user
-// store and the program's INI file (WindowsPath/korvel.ini), SaveSettings writes the section "Preference"
-// back.
+// The settings of the program. Fields have the names used in the files; GetSettings fills them from the
+// per-user store and the program's INI file (WindowsPath/korvel.ini), SaveSettings writes the section
+// "Preference".
 class clsPreference final {
   public:
     clsPreference(const Paths& paths, SettingsStore& store, Log& log, Prompts& prompts);
 
-    // Also starts the log's run (size test and banner). A failure is shown as "GetSetting_Error: ", with the
-    // key that cannot be read, and gives false; the file as it was is then kept beside before it is written.
+    // Also starts the log (size check and banner). On failure shows "GetSetting_Error: " and the key that
+    // cannot be read, returns false, and keeps a copy of the file before its next write.
     bool GetSettings(SettingsReader reader = SettingsReader::Window);
     // A failure is shown as "Save_Setting_Error: ".
     void SaveSettings();
@@ -34,12 +34,12 @@ class clsPreference final {
     std::int16_t AccessType = 0;  // 1 direct, 2 through a proxy; 0 counts as 1
     std::string Proxy;            // host without scheme
     std::int32_t Port = 0;
-    std::int16_t LoadConfigure = 0;  // 0 until the settings dialog was shown once
+    std::int16_t LoadConfigure = 0;  // 0 until the settings dialog has been shown
     std::int16_t TimeOut = 30;       // seconds
     std::int16_t Connections = 9;
     std::int16_t Authentication = 0;
     std::string HTTPUserName;
-    std::string HTTPPassword;  // stored in plain, in a file that only its owner can read
+    std::string HTTPPassword;  // stored in plain text, in a file that only its owner can read
     std::string HTTPLogin;     // Base64 of user and password, or empty; never stored
     std::string name;
     std::string Email;
@@ -51,7 +51,8 @@ class clsPreference final {
     std::int16_t BlockSpam = 0;
     std::int16_t DontClearFields = 0;
     std::int16_t PromptConnection = 1;
-    std::string Version;  // of the last run; the store already holds the present one
+    std::string Colours = "system";  // of the window: "system", "light" or "dark"
+    std::string Version;             // of the last run; the store already holds the current one
     std::string DownEngineData = "1";
 
     std::string KRWLocation;

@@ -1,16 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "catalogue/Macros.h"
 #include "core/Text.h"
 #include "practice/PracticePages.h"
 
 namespace relay {
 
 namespace {
-
-// "<TITLE>" gives "TITLE"; anything else nothing.
-std::string macroOf(std::string_view value) {
-    if (!value.starts_with('<') || !value.ends_with('>')) return {};
-    return toUpper(value.substr(1, value.size() - 2));
-}
 
 std::string categoryOptions(const NamedValues& categories) {
     std::string options;
@@ -21,15 +16,15 @@ std::string categoryOptions(const NamedValues& categories) {
 }
 
 std::string fieldHtml(const std::string& name, const std::string& value, const NamedValues& categories) {
-    const std::string macro = macroOf(value);
     const std::string named = " name=\"" + escapeHtml(name) + "\"";
-    if (macro.empty()) return "<input type=\"hidden\"" + named + " value=\"" + escapeHtml(value) + "\">\n";
+    const bool isMacro = value.size() > 2 && value.front() == '<' && value.back() == '>';
+    if (!isMacro) return "<input type=\"hidden\"" + named + " value=\"" + escapeHtml(value) + "\">\n";
+    const auto macro = macroOf(std::string_view(value).substr(1, value.size() - 2));
     const std::string label = "<label>" + escapeHtml(name) + "</label>\n";
-    if (macro == "DESCRIPTION") return label + "<textarea" + named + " rows=\"3\"></textarea>\n";
-    if ((macro == "CATEGORY" || macro == "SUBCATEGORY") && !categories.empty()) {
+    if (macro == Macro::Description) return label + "<textarea" + named + " rows=\"3\"></textarea>\n";
+    if (macro == Macro::Category && !categories.empty())
         return label + "<select" + named + " size=\"1\">\n" + categoryOptions(categories) + "</select>\n";
-    }
-    return label + "<input" + named + " type=\"" + (macro == "PASSWORD" ? "password" : "text") + "\">\n";
+    return label + "<input" + named + " type=\"" + (macro == Macro::Password ? "password" : "text") + "\">\n";
 }
 
 std::string formPage(const EngineForm& form, const std::string& address) {

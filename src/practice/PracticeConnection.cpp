@@ -8,11 +8,11 @@ namespace relay {
 namespace {
 
 constexpr qint64 kReadBuffer = qint64{256} * 1024;
-// Of a large answer, what one client and all clients may have been sent without taking it.
+// Limits for the bytes of large replies that one client and all clients have not read yet.
 constexpr qint64 kAhead = qint64{64} * 1024;
 constexpr qint64 kAllAhead = qint64{8} * 1024 * 1024;
 constexpr int kRetryMilliseconds = 50;
-// A refused client may still be sending; closing at once would reset the connection and lose the answer.
+// A refused client may still be sending; closing at once would reset the connection and lose the reply.
 constexpr int kRefusalLingerMilliseconds = 200;
 
 QByteArray toBytes(const std::string& text) {
@@ -41,7 +41,7 @@ PracticeConnection::PracticeConnection(QTcpSocket* socket, PracticeSite& site, i
     m_retry.setSingleShot(true);
     m_retry.setInterval(kRetryMilliseconds);
     connect(&m_retry, &QTimer::timeout, this, &PracticeConnection::keepSending);
-    // Bytes, or the end, may have come before the signals were connected.
+    // Bytes or the end may have arrived before the signals were connected.
     if (socket->bytesAvailable() > 0) read();
     if (socket->state() == QAbstractSocket::UnconnectedState) deleteLater();
 }
@@ -148,7 +148,7 @@ void PracticeConnection::keepSending() {
     std::string piece;
     while (m_socket->state() == QAbstractSocket::ConnectedState && m_socket->bytesToWrite() < kAhead) {
         if (m_site.ahead >= kAllAhead) {
-            // The others have to take theirs first; who has nothing to take is not late.
+            // Other clients must read theirs first; a client with nothing to read is not late.
             if (m_socket->bytesToWrite() == 0) m_deadline.stop();
             m_retry.start();
             break;

@@ -12,13 +12,13 @@
 
 namespace relay {
 
-// One client's connection: reads one request, plays the answer, closes. Deletes itself when the socket is
-// gone. Whoever has not sent a whole request within the limit is dropped, and so is who takes nothing of a
-// large answer for as long. A large answer is made as fast as it is taken.
+// The connection of one client: reads one request, plays the reply, closes. Deletes itself when the socket is
+// closed. Drops a client that does not send a whole request within the limit, or reads nothing of a large
+// reply for that long. A large reply is produced as fast as it is read.
 class PracticeConnection final : public QObject {
     Q_OBJECT
   public:
-    // Takes the socket over.
+    // Takes ownership of the socket.
     PracticeConnection(QTcpSocket* socket, PracticeSite& site, int requestMilliseconds, QObject* parent);
     ~PracticeConnection() override;
 

@@ -5,6 +5,7 @@
 #include "core/Text.h"
 
 #include <array>
+#include <map>
 
 namespace relay {
 
@@ -33,7 +34,7 @@ PracticeReply answer(const PracticeRequest& request, PracticeSite& site) {
     PracticeReply reply;
     if (request.method != "GET" && request.method != "POST" && request.method != "HEAD") {
         reply.status = 405;
-        reply.body = htmlPage("Method not allowed", "<p>The practice web knows GET and POST.</p>\n");
+        reply.body = htmlPage("Method not allowed", "<p>The practice web takes GET and POST.</p>\n");
         return reply;
     }
     for (const PracticePage page : kPages) {
@@ -47,30 +48,12 @@ PracticeReply answer(const PracticeRequest& request, PracticeSite& site) {
 }
 
 std::string escapeHtml(std::string_view text) {
+    static const std::map<char, std::string_view> kEscapes = {
+        {'&', "&amp;"}, {'<', "&lt;"}, {'>', "&gt;"}, {'"', "&quot;"}, {'\'', "&#39;"}, {'\0', "\\x00"}};
     std::string escaped;
     for (const char c : toPrintableUtf8(text)) {
-        switch (c) {
-            case '&':
-                escaped += "&amp;";
-                break;
-            case '<':
-                escaped += "&lt;";
-                break;
-            case '>':
-                escaped += "&gt;";
-                break;
-            case '"':
-                escaped += "&quot;";
-                break;
-            case '\'':
-                escaped += "&#39;";
-                break;
-            case '\0':
-                escaped += "\\x00";
-                break;
-            default:
-                escaped += c;
-        }
+        const auto escape = kEscapes.find(c);
+        escaped += escape == kEscapes.end() ? std::string_view(&c, 1) : escape->second;
     }
     return escaped;
 }

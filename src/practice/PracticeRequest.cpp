@@ -15,13 +15,6 @@ std::string_view withoutCarriageReturn(std::string_view line) {
     return line;
 }
 
-int hexDigit(char c) {
-    if (c >= '0' && c <= '9') return c - '0';
-    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-    return -1;
-}
-
 std::string decodeField(std::string_view text) {
     std::string decoded;
     decoded.reserve(text.size());
@@ -75,7 +68,7 @@ PracticeRequestReader::State PracticeRequestReader::feed(std::string_view bytes)
         if (readHead(std::string_view(m_head).substr(0, end)) == State::Refused) return State::Refused;
         m_headDone = true;
     }
-    // Bytes behind the body belong to no request: every reply closes its connection.
+    // Bytes after the body belong to no request: every reply closes its connection.
     m_request.body.append(bytes.substr(0, m_bodyLength - m_request.body.size()));
     return m_request.body.size() == m_bodyLength ? State::Complete : State::NeedsMore;
 }

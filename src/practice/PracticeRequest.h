@@ -11,7 +11,7 @@ namespace relay {
 
 using NamedValues = std::vector<std::pair<std::string, std::string>>;
 
-// A request as it stood on the wire; nothing is decoded or re-spelled.
+// A request as received; nothing is decoded or rewritten.
 struct PracticeRequest final {
     std::string method;
     std::string target;
@@ -19,12 +19,12 @@ struct PracticeRequest final {
     std::string body;
 
     std::string_view path() const noexcept;                         // of the target, up to "?"
-    std::string_view query() const noexcept;                        // of the target, behind the first "?"
+    std::string_view query() const noexcept;                        // of the target, after the first "?"
     std::string_view header(std::string_view name) const noexcept;  // the first of that name, or empty
 };
 
-// Puts a request together from the bytes that come in. Bounded: a head of 64 KiB and 200 headers, a body of
-// 1 MiB; what goes beyond, or is no request at all, is refused with the status that says so.
+// Assembles a request from incoming bytes. Limits: a head of 64 KiB and 200 headers, a body of 1 MiB. A
+// larger or invalid request is refused with the matching status.
 class PracticeRequestReader final {
   public:
     static constexpr std::size_t kHeadLimit = std::size_t{64} * 1024;
@@ -35,7 +35,7 @@ class PracticeRequestReader final {
 
     State feed(std::string_view bytes);
     const PracticeRequest& request() const noexcept { return m_request; }
-    // 400, 413, 431 or 501 once refused.
+    // 400, 413, 431 or 501 after a refusal.
     int refusal() const noexcept { return m_refusal; }
 
   private:
@@ -52,8 +52,8 @@ class PracticeRequestReader final {
     bool m_headDone = false;
 };
 
-// Decodes a query or a form body: fields split at "&", name and value at the first "=", "+" to a blank and
-// percent escapes to bytes; a broken escape stays as it stands. At most `limit` fields.
+// Decodes a query or a form body: fields split at "&", name and value at the first "=", "+" becomes a blank
+// and percent escapes become bytes; an invalid escape stays. At most `limit` fields.
 NamedValues decodeForm(std::string_view text, std::size_t limit = 500);
 
 }  // namespace relay

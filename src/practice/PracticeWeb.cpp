@@ -2,6 +2,7 @@
 #include "practice/PracticeWeb.h"
 
 #include "core/Failure.h"
+#include "core/Text.h"
 #include "practice/PracticeConnection.h"
 #include "practice/PracticePages.h"
 
@@ -12,7 +13,7 @@ namespace relay {
 
 namespace {
 
-// Enough for a full pool that connects in one go.
+// Enough for a full pool that connects at once.
 constexpr int kBacklog = 512;
 
 }  // namespace
@@ -21,7 +22,7 @@ struct PracticeWeb::Data {
     PracticeLimits limits;
     PracticeSite site;
     QThread thread;
-    QTcpServer* server = nullptr;    // lives in `thread` and goes with it
+    QTcpServer* server = nullptr;    // lives in `thread` and is deleted with it
     QObject* connections = nullptr;  // child of the server, parent of every connection
 
     void accept();
@@ -80,6 +81,10 @@ std::vector<ReceivedSubmission> PracticeWeb::received() const {
 
 void PracticeWeb::forgetReceived() {
     m_data->site.received.clear();
+}
+
+std::string pointAtPracticeWeb(std::string_view catalogue, std::string_view address) {
+    return replaceAll(catalogue, "http://@PRACTICE@", address);
 }
 
 }  // namespace relay

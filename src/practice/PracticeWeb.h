@@ -12,28 +12,32 @@
 
 namespace relay {
 
-// One submission as the practice web got it.
+// One submission as the practice web received it.
 struct ReceivedSubmission final {
     QDateTime time;
     std::string engine;                                        // which practice engine, from the path
     std::string method;                                        // GET or POST
-    std::string target;                                        // request target as it stood on the wire
-    std::string body;                                          // as it stood on the wire
-    std::vector<std::pair<std::string, std::string>> headers;  // names as they stood on the wire
+    std::string target;                                        // request target as received
+    std::string body;                                          // as received
+    std::vector<std::pair<std::string, std::string>> headers;  // names as received
     std::vector<std::pair<std::string, std::string>> fields;   // of query and body, decoded
 };
 
-// What one client may take of the practice web.
+// Replaces the placeholder http://@PRACTICE@ in the practice catalogue's text by the address of a running
+// practice web.
+std::string pointAtPracticeWeb(std::string_view catalogue, std::string_view address);
+
+// Limits for clients of the practice web.
 struct PracticeLimits final {
-    int requestMilliseconds = 10000;  // until the whole request must be there
-    int connections = 512;            // at a time; one more is closed at once
+    int requestMilliseconds = 10000;  // time for a whole request
+    int connections = 512;            // at a time; any more are closed at once
 };
 
-// The practice web: a loopback web that plays the engines of the practice catalogue, keeps what it received
-// (the newest 10,000) and shows it at "/". It listens on 127.0.0.1 only and serves from a thread of its own,
-// so a test or a program may block while it answers. Paths that name an outcome play it: see
-// docs/practice-web.md. It is a plain socket server: Qt's own HTTP server re-spells the request target and
-// leaves the connection of an HTTP/1.0 client open.
+// The practice web: a loopback web server that plays the engines of the practice catalogue, stores what it
+// receives (the newest 10,000) and shows it at "/". It listens on 127.0.0.1 only and has its own thread, so a
+// test or a program may block while it replies. Paths that name an outcome play it: see docs/practice-web.md.
+// It uses plain sockets because Qt's HTTP server rewrites the request target and leaves the connection of an
+// HTTP/1.0 client open.
 class PracticeWeb final {
   public:
     explicit PracticeWeb(const PracticeLimits& limits = {});
@@ -41,10 +45,10 @@ class PracticeWeb final {
     PracticeWeb(const PracticeWeb&) = delete;
     PracticeWeb& operator=(const PracticeWeb&) = delete;
 
-    // The texts of a krveng5.dat and its catkws.dat, so that each engine's form page asks for what its record
-    // sends; without them every form has the usual fields. To be called before start().
+    // Reads a krveng5.dat and its catkws.dat, so that the form page of each engine asks for what its record
+    // sends; without them every form has the usual fields. Call before start().
     void describeEngines(std::string_view engines, std::string_view categories);
-    // Port 0: a free one. Throws Failure when it cannot listen.
+    // Port 0 picks a free one. Throws Failure when it cannot listen.
     void start(std::uint16_t port = 0);
     // "http://127.0.0.1:PORT", without a trailing slash.
     std::string address() const;

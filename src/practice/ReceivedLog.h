@@ -10,8 +10,7 @@
 
 namespace relay {
 
-// What the practice web received, oldest first: the newest 10,000 submissions within 32 MiB. Any thread may
-// call any of it.
+// What the practice web received, oldest first: the newest 10,000 submissions within 32 MiB. Thread-safe.
 class ReceivedLog final {
   public:
     static constexpr std::size_t kMostSubmissions = 10000;
@@ -20,15 +19,15 @@ class ReceivedLog final {
     void add(std::string_view engine, const PracticeRequest& request);
     // At most the newest `count`, oldest first, fields decoded.
     std::vector<ReceivedSubmission> newest(std::size_t count = kMostSubmissions) const;
-    // Number `before` - 1 by order of arrival, or the newest where that is older; nullopt when it is not kept
-    // any more. Gives the number, too, so that all can be asked for one by one.
+    // Submission `before` - 1 by order of arrival, or the newest if that is older; nullopt if it is no longer
+    // stored. The number is returned too, so that all can be read one by one.
     struct Numbered final {
         std::size_t number = 0;
         ReceivedSubmission submission;
     };
     std::optional<Numbered> newestBefore(std::size_t before) const;
     std::size_t kept() const;
-    std::size_t total() const;  // since the start, those no longer kept included
+    std::size_t total() const;  // since the start, including those no longer stored
     void clear();
 
   private:

@@ -14,7 +14,7 @@ namespace relay {
 
 namespace {
 
-// A browser lays out this many rows without a wait; /received.json has all.
+// A browser shows this many rows without delay; /received.json has all.
 constexpr std::size_t kRowsShown = 500;
 
 bool isOwnHost(std::string_view host) {
@@ -36,7 +36,7 @@ std::string tableRow(const ReceivedSubmission& submission) {
 
 using Body = std::function<bool(std::string& piece)>;
 
-// `start`, each submission by `piece`, newest first and `most` of them, `end`.
+// `start`, then up to `most` submissions by `pieceOf`, newest first, then `end`.
 template <typename Piece>
 Body bodyOf(const ReceivedLog& received, std::string start, Piece pieceOf, std::string end,
             std::size_t most) {

@@ -2,7 +2,7 @@
 #include "projects/OpenWebsite.h"
 
 #include "catalogue/Catalogue.h"
-#include "core/Paths.h"
+#include "core/FileSystem.h"
 #include "core/Prompts.h"
 #include "core/Text.h"
 #include "core/Trap.h"
@@ -65,15 +65,15 @@ bool OpenWebsite::write(const std::string& path, SaveOver over) {
 bool OpenWebsite::askToSaveOver(const std::string& path) const {
     const std::string_view reason =
         m_whole ? " was changed by another program since this window read it."
-                : " could not be read to its end. A save writes over what was not read.";
+                : " could not be read completely. Saving overwrites the part that was not read.";
     return m_prompts.ask("The file " + path + std::string(reason) +
-                             "\r\n\r\nDo you want to save what this window shows over it?",
+                             "\r\n\r\nDo you want to overwrite it with what this window shows?",
                          "Save Web Site");
 }
 
 bool OpenWebsite::giveUpTyped(const std::string& path) {
     const bool gaveUp =
-        m_prompts.ask("What you typed is not saved.\r\n\r\nDo you want to drop it and leave the file " +
+        m_prompts.ask("Your changes are not saved.\r\n\r\nDo you want to discard them and leave the file " +
                           path + " as it is?",
                       "Save Web Site");
     if (gaveUp) open(path);
@@ -154,7 +154,7 @@ void OpenWebsite::viewReport() {
         const std::string file = row < 0 ? std::string() : std::string(fields.lsvReports.at(row).tag);
         const std::string name = file.substr(file.find_last_of("/\\") + 1);
         if (containsNoCase(name, ".htm") && fileExists(file))
-            m_prompts.openWithSystem(file);
+            openOrTell(m_prompts, file, "View Report");
         else
             m_prompts.message("Report file is missing and corrupt. Please re-submit and try again.",
                               "View Report", Icon::Critical);

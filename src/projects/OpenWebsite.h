@@ -12,10 +12,10 @@ namespace relay {
 class Catalogue;
 class Prompts;
 
-// The website in the panel: its fields together with what the catalogue holds for it, the two category lists
-// and the custom engines' table, and the operations that a user drives on them. A file that another program
-// changed since it was read, or that could not be read to its end, is written over only when the user says
-// so; where nothing was typed, the changed file is read again instead.
+// The website in the panel: its fields, its part of the catalogue (the two category lists and the custom
+// engines' table), and the user's operations on them. A file that another program changed since it was read,
+// or that could not be read completely, is overwritten only with the user's consent; if nothing was typed, a
+// changed file is read again instead.
 class OpenWebsite final : public QObject {
     Q_OBJECT
   public:
@@ -23,38 +23,37 @@ class OpenWebsite final : public QObject {
 
     WebsiteFields fields;
 
-    // Reads the file into the panel, as far as it can be read; says so when that is not to its end.
+    // Reads the file into the panel, as far as possible; shows a message if it is not complete.
     void open(const std::string& path);
-    // The panel is the beginning of a website that has no file yet.
+    // The panel starts a website that has no file yet.
     void openNew();
-    // Something that a save writes was changed since the panel was filled or saved.
+    // True if something to be saved has changed since the panel was filled or saved.
     bool isTouched();
 
     enum class SaveWish { Leaving, Command };
-    // False when the user would neither save over the file nor, on leaving, give up what was typed. Throws
-    // Failure.
+    // False when the user neither overwrites the file nor, on leaving, discards the changes. Throws Failure.
     bool save(const std::string& path, SaveWish wish);
-    // Whatever the file holds. Throws Failure.
+    // Saves without asking. Throws Failure.
     void saveOver(const std::string& path);
 
     // Resets the panel, the category lists and the selection of engines.
     void clearWebsiteFields();
-    // The selected rows of the category lists into the fields, from where the file is written and the check
-    // before saving reads them.
+    // Copies the selection in the category lists to the fields, which the check before saving and the file
+    // use.
     void takeSelectedCategory();
 
-    // A click on a row of lsvSiteURLs: its local file goes to the work area beside the list, whose other
-    // fields are emptied.
+    // A click on a row of lsvSiteURLs: shows its local file in the work area beside the list and empties the
+    // other fields there.
     void chooseURL(int row);
-    // cmdFileLocation: asks for an HTML file; one that exists becomes the local file of the selected URL.
+    // cmdFileLocation: asks for an HTML file; if it exists, it becomes the local file of the selected URL.
     void openFileLocation();
-    // cmdViewReport: hands the selected report to the system.
+    // cmdViewReport: opens the selected report in the system's handler.
     void viewReport();
     // As that of WebsiteFile.
     bool DeleteReportFile(const std::string& path, const std::string& reportFolder);
 
   Q_SIGNALS:
-    // The fields were changed by the program.
+    // The program changed the fields.
     void fieldsChanged();
 
   private:
@@ -69,8 +68,8 @@ class OpenWebsite final : public QObject {
     Catalogue& m_catalogue;
     Prompts& m_prompts;
     WebsiteFile m_file;
-    std::size_t m_filled = 0;  // fingerprint of the panel as it was filled or saved last
-    bool m_whole = true;       // the panel holds all of its file
+    std::size_t m_filled = 0;  // fingerprint of the panel when last filled or saved
+    bool m_whole = true;       // the file was read completely
 };
 
 }  // namespace relay

@@ -3,8 +3,9 @@
 
 #include "core/Failure.h"
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
+#include "core/FolderLock.h"
 #include "core/IniFile.h"
-#include "core/Paths.h"
 #include "core/Text.h"
 
 #include <algorithm>
@@ -14,7 +15,7 @@ namespace relay {
 
 namespace {
 
-// A slot's number, or 0 for any other key.
+// The number of a slot, or 0 for any other key.
 int slotNumber(std::string_view key) {
     int number = 0;
     const auto [end, error] = std::from_chars(key.data(), key.data() + key.size(), number);
@@ -82,7 +83,7 @@ int ProjectStore::addNewProject(std::string_view project, std::string_view websi
     int slot = 0;
     if (website.empty()) {
         if (holds(index, project))
-            throw Failure(m_file + " holds a project \"" + std::string(project) + "\" already.", 457);
+            throw Failure(m_file + " already has a project \"" + std::string(project) + "\".", 457);
         index.setValue(project, "Description", "");
         index.setValue(project, "Last", "0");
     } else {
@@ -142,10 +143,6 @@ std::string descriptionLine(std::string_view description) {
     std::replace_if(
         line.begin(), line.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
     return line;
-}
-
-std::string getFileNameFromFile(std::string_view path) {
-    return std::string(path.substr(path.rfind('/') + 1));
 }
 
 }  // namespace relay

@@ -2,8 +2,8 @@
 #include "projects/UrlList.h"
 
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
 #include "core/ItemReader.h"
-#include "core/Paths.h"
 #include "core/Prompts.h"
 #include "core/Text.h"
 #include "core/Trap.h"
@@ -21,7 +21,7 @@ bool addNewItem(Rows& list, std::string_view url, std::string_view localFile) {
     row.text = url;
     row.icon = kUrlIcon;
     row.tag = localFile;
-    return list.tryAdd(std::move(row));
+    return list.tryAdd(row);
 }
 
 std::string getFirstSelectedItem(const Rows& list) {
@@ -47,9 +47,13 @@ bool UrlList::loadURLFromFile(const std::string& file) {
     return trap(m_prompts, "loadURLList_Error: ", [&] {
         const std::string text = readFile(file);
         ItemReader items(text);
-        const RowsBatch batch(m_list);
-        for (std::string_view field; items.next(field);)
-            if (startsWithNoCase(field, "http") && field.find('.') != npos) addNewItem(m_list, field);
+        const int before = m_list.count();
+        {
+            const RowsBatch batch(m_list);
+            for (std::string_view field; items.next(field);)
+                if (startsWithNoCase(field, "http") && field.find('.') != npos) addNewItem(m_list, field);
+        }
+        m_prompts.notice("URLs loaded from " + file + ": " + std::to_string(m_list.count() - before));
     });
 }
 
@@ -65,8 +69,11 @@ bool UrlList::saveURLToFile(const std::string& file) {
         text += firstLine(m_list.at(i).text);
         text += "\r\n";
     }
-    if (!failureOf([&] { writeFile(file, text); })) return true;
-    // These words alone, whatever the reason.
+    if (!failureOf([&] { writeFile(file, text); })) {
+        m_prompts.notice("URLs saved to " + file + ": " + std::to_string(m_list.count()));
+        return true;
+    }
+    // The same message for every reason.
     m_prompts.message(kInvalidFile, "Save URL List", Icon::Information);
     return false;
 }

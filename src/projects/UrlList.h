@@ -12,30 +12,29 @@ class Prompts;
 
 inline constexpr const char* kUrlIcon = "HTMLFile";
 
-// Adds a URL with its local file, or none; the URL is the row's key. False, in silence, when it is there
-// already in any mix of case.
+// Adds a URL with its local file, if any; the URL is the row's key. Returns false, without a message, when it
+// is already there in any case.
 bool addNewItem(Rows& list, std::string_view url, std::string_view localFile = {});
 // The text of the first highlighted row, or empty.
 std::string getFirstSelectedItem(const Rows& list);
 
-// The operations on a website's URL list: the ways in and out that a user drives. Each shows its
-// failure and gives false.
+// The user's operations on a website's URL list. Each shows its failure and returns false.
 class UrlList final {
   public:
     UrlList(Rows& list, Prompts& prompts) : m_list(list), m_prompts(prompts) {}
 
-    // Asks for a URL and takes it as it stands.
+    // Asks for a URL and adds it unchecked.
     void addTypedURL();
     // Asks, then removes the highlighted rows.
     void DeleteURL();
-    // Adds the fields of a text file that begin with "http" and hold a "."; a comma or a line end closes a
-    // field, quotes around it go.
+    // Adds the fields of a text file that begin with "http" and contain a "."; a comma or a line end closes a
+    // field, quotes around it are removed.
     bool loadURLFromFile(const std::string& file);
     // Asks for the file.
     bool loadURLs();
-    // One URL a line. Replaces the file.
+    // Writes one URL per line. Replaces the file.
     bool saveURLToFile(const std::string& file);
-    // Asks for the file, and before it replaces one. False when it failed or the user stepped back.
+    // Asks for the file, and before replacing one. False when it failed or the user cancelled.
     bool saveURLs();
 
   private:

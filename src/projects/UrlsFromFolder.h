@@ -18,17 +18,17 @@ struct FolderChoice final {
     bool asp = false;   // chkExtention(1)
     bool cgi = false;   // chkExtention(2)
     bool chkSubDirectory = false;
-    std::string folder;  // where Dir1 stands, without a trailing separator
+    std::string folder;  // selected in Dir1, without a trailing separator
 };
 
-// ".htm,.html,.shtml", ",.asp" and ",.cgi" of the ticked boxes; empty when none is ticked.
+// ".htm,.html,.shtml", ",.asp" and ",.cgi" for the ticked boxes; empty when none is ticked.
 std::string extensionList(const FolderChoice& choice);
-// Adds a URL for each of the folder's files whose last four characters occur anywhere in the extension list;
-// every file when the list is empty. `domain` ends in a slash; `subFolder` is empty for the root.
+// Adds a URL for each file of the folder whose last four characters occur anywhere in the extension list, or
+// for every file when the list is empty. `domain` ends in a slash; `subFolder` is empty for the root.
 void createURL(Rows& urls, std::string_view domain, std::string_view subFolder, std::string_view extensions,
                const std::string& folder, const std::vector<std::string>& files);
-// "&Get": the files of the folder and, where asked for, of the folders directly beneath it, sorted by name;
-// hidden ones are passed over. False, with a message, when the domain will not do: the form then stays open.
+// "&Get": adds the files of the folder and, if chosen, of the folders directly below it, sorted by name and
+// without hidden ones. False, after a message, when the domain is invalid; the form then stays open.
 bool addURLFromFolder(Rows& urls, const FolderChoice& choice, Prompts& prompts);
 
 }  // namespace relay

@@ -16,7 +16,7 @@ namespace {
 constexpr std::string_view kAttribute = "href=";
 constexpr std::string_view kParent = "../";
 
-// The link without its quotes and without what follows it in the tag.
+// The link without its quotes and the rest of its tag.
 std::string_view bareLink(std::string_view link) {
     link = trim(link);
     if (link.starts_with('"')) link.remove_prefix(1);
@@ -91,7 +91,7 @@ std::string UrlsFromPage::getParentURL(std::string_view link) const {
     std::size_t climbs = 0;
     for (std::size_t next; (next = link.find(kParent)) != npos; ++climbs)
         link.remove_prefix(next + kParent.size());
-    // The base's last segment is a file, so one segment more goes than there are "../".
+    // The last segment of the base is a file, so one more segment goes than there are "../".
     std::string_view base = m_WebURL;
     for (std::size_t slashes = 0; slashes <= climbs; ++slashes) {
         const std::size_t slash = base.rfind('/');

@@ -16,17 +16,17 @@ class UrlsFromPage final {
   public:
     UrlsFromPage(Rows& urls, Prompts& prompts) : m_urls(urls), m_prompts(prompts) {}
 
-    std::vector<std::string> lstKeywords;  // the filters: a link that holds one of them stays out
+    std::vector<std::string> lstKeywords;  // the filters: links that contain one of them are left out
 
-    // "&Add": false, with a message, for an empty filter.
+    // "&Add": false, after a message, for an empty filter.
     bool addFilter(std::string_view text);
-    // "&Get": keeps the page's address without its scheme and gives the address to fetch.
+    // "&Get": stores the page's address without its scheme and returns the address to fetch.
     std::string setPage(std::string_view txtWebURL);
     const std::string& page() const noexcept { return m_WebURL; }
 
-    // Adds every "href=" of the page, of any tag, but those that hold "mailto:". One pass over the page.
+    // Adds every "href=" of the page, in any tag, except those with "mailto:". One pass over the page.
     void getURL(std::string_view html);
-    // The link as an absolute URL, by plain searches: "./" counts from the root of the host, and the last
+    // The link as an absolute URL, by plain searches: "./" starts at the root of the host, and the last
     // segment of the page's address always counts as a file.
     std::string getFullURL(std::string_view link) const;
 

@@ -9,8 +9,8 @@
 
 namespace relay {
 
-// The website panel's fields: the website in memory. Each member is named after its control. There is no
-// other website record: the file is written from these fields and read into them.
+// The fields of the website panel, which are the website in memory: the file is written from them and read
+// into them. Members are named after their controls.
 struct WebsiteFields final {
     std::string txtSiteTitle;
     std::string txtSiteKeywords;
@@ -29,12 +29,12 @@ struct WebsiteFields final {
     std::string cboCountry;
     std::string txtPhone;
     std::string txtFax;
-    std::string txtPassword;       // in plain; never logged
+    std::string txtPassword;       // plain text; never logged
     std::int16_t chkBlockFFA = 0;  // 0 or 1
     Rows lsvSiteURLs;              // key and text the URL, icon "HTMLFile", tag the local file or empty
     Rows lsvReports;  // text the URL, sub-item 1 the date, icon "HTMLFile", tag the report's path
 
-    // The custom engines tab: what the user is choosing at present, not yet in the custom engines' table.
+    // The custom engines tab: the current choice, not yet in the custom engines' table.
     int cboCustomEngines = -1;  // selected row, -1 for none
     std::string txtCustomCategory;
     Rows lsvCustomMainCategory;
@@ -49,23 +49,23 @@ struct WebsiteFields final {
     std::string lblURLKeyword = "Keywords:";
     std::string lblURLDescription = "Description:";
 
-    // Gives the lists their column titles.
+    // Sets the column titles of the lists.
     WebsiteFields();
 
-    // As for a new website. chkBlockFFA and txtURLFileLocation keep their state.
+    // Resets everything for a new website except chkBlockFFA and txtURLFileLocation.
     void clear();
-    // Empties the texts of the work area and sets its labels to rest; txtURLFileLocation stays.
+    // Empties the texts of the work area and resets its labels; txtURLFileLocation stays.
     void clearWorkArea();
-    // Drops what stands on the custom engines tab.
+    // Clears the custom engines tab.
     void clearCustomEngine();
 };
 
-// What a key of section "Web Site Info" holds.
+// The kind of value of a key in section "Web Site Info".
 enum class WebsiteKeyKind {
     Text,
     OneLine,  // text whose line breaks become blanks
     Flag,     // 0 or 1
-    Kept,     // what the program keeps by itself; nobody sets it
+    Kept,     // maintained by the program
 };
 
 // A key of the website file with its field and the control that shows it.
@@ -76,7 +76,7 @@ struct WebsiteKey final {
     const char* control = nullptr;                // of texts that are typed
 };
 
-// All of them, in the order of writing. The file, the panel and the command line go by this table.
+// All keys, in the order of writing. The file, the panel and the command line use this table.
 inline constexpr WebsiteKey kWebsiteKeys[] = {
     {"Version", WebsiteKeyKind::Kept},
     {"Title", WebsiteKeyKind::Text, &WebsiteFields::txtSiteTitle, "txtSiteTitle"},
@@ -101,7 +101,7 @@ inline constexpr WebsiteKey kWebsiteKeys[] = {
     {"BlockFFA", WebsiteKeyKind::Flag},
     {"LastReport", WebsiteKeyKind::Kept},
 };
-// By name without regard to case; nullptr when there is no such key.
+// By name, without regard to case; nullptr if there is none.
 const WebsiteKey* findWebsiteKey(std::string_view name) noexcept;
 
 }  // namespace relay

@@ -3,7 +3,8 @@
 
 #include "core/Failure.h"
 #include "core/FileStore.h"
-#include "core/Paths.h"
+#include "core/FileSystem.h"
+#include "core/FolderLock.h"
 #include "core/Prompts.h"
 #include "core/Text.h"
 #include "core/Trap.h"
@@ -32,7 +33,7 @@ int readCount(const IniFile& file, std::string_view key) {
 void writeCustomCategories(IniFile& file, const CustomEngines& customEngines, std::size_t& reached) {
     for (reached = 0; reached < customEngines.size(); ++reached) {
         const EngineCategoryEntry& engine = customEngines[reached];
-        // A name that could never be read back must not keep the website from being saved.
+        // A name that could not be read back must not prevent saving.
         if (!IniFile::takesKey(engine.EngineName)) continue;
         if (!engine.Data.empty()) file.setValue(kCustomCategorySection, engine.EngineName, engine.Data);
         if (!engine.SpaceID.empty())
@@ -53,7 +54,7 @@ void writeInfo(IniFile& file, const WebsiteFields& fields) {
     }
 }
 
-// Behind the rows that are there.
+// Appends to the rows.
 void readReports(const IniFile& file, Rows& reports) {
     const RowsBatch batch(reports);
     const int count = readCount(file, "LastReport");
@@ -80,7 +81,7 @@ void readLists(const IniFile& file, WebsiteFields& fields) {
     readReports(file, fields.lsvReports);
 }
 
-// A count that overflows ends the reading, so the keys are read in their order.
+// A count that overflows ends the reading, so the keys are read in order.
 void readWebsite(const IniFile& file, WebsiteFields& fields, CustomEngines& customEngines,
                  const SelectCategory& selectCategory) {
     for (const WebsiteKey& key : kWebsiteKeys) {
@@ -88,7 +89,7 @@ void readWebsite(const IniFile& file, WebsiteFields& fields, CustomEngines& cust
         if (key.name == "LastURL") readLists(file, fields);
         if (key.name == "Category" && selectCategory) selectCategory(fields.mainCategory, fields.category);
     }
-    // Not the section that the save writes: the chosen category is read when the user picks its engine.
+    // Not the section that saving writes: the chosen category is read when the user picks its engine.
     for (EngineCategoryEntry& engine : customEngines)
         engine.Data = file.value("CustomEngine", engine.EngineName);
     fields.clearCustomEngine();
@@ -97,7 +98,7 @@ void readWebsite(const IniFile& file, WebsiteFields& fields, CustomEngines& cust
     fields.clearWorkArea();
 }
 
-// The file's bytes; none when it is absent.
+// The bytes of the file; none if it does not exist.
 std::optional<std::string> bytesOf(const std::string& path) {
     try {
         return readFile(path, IniFile::kLargestFile);
@@ -107,7 +108,7 @@ std::optional<std::string> bytesOf(const std::string& path) {
     }
 }
 
-// The text's lines without their ends; CR, LF or both end a line.
+// The lines of the text without their ends; CR, LF or both end a line.
 std::vector<std::string_view> splitLines(std::string_view text) {
     std::vector<std::string_view> lines;
     while (!text.empty()) {
@@ -169,7 +170,7 @@ std::string keptWords(const std::vector<std::string>& kept) {
     return words;
 }
 
-// How often each report entry stands in a list.
+// How often a list contains each report entry.
 using ReportCounts = std::map<std::vector<std::string>, int>;
 
 std::vector<std::string> reportEntry(const RowView& row) {
@@ -183,8 +184,8 @@ ReportCounts countReports(const Rows& reports) {
     return counts;
 }
 
-// Brings the list up to what the file holds: rows that have gone from the file go, entries that are new in it
-// are added. `before` counts what the list held before the user's rows were removed.
+// Updates the list from the file: removes rows that are no longer in the file and adds entries that are new
+// there. `before` counts the list before the user's rows were removed.
 void followFile(Rows& reports, ReportCounts before, const Rows& inFile) {
     const RowsBatch batch(reports);
     ReportCounts left = countReports(inFile);
@@ -229,7 +230,7 @@ void readUrls(const IniFile& file, Rows& urls) {
 
 bool WebsiteFile::saveWebsiteFile(const std::string& path, const WebsiteFields& fields,
                                   CustomEngines& customEngines) {
-    // The failure brings its own words.
+    // The failure has its own text.
     return trap(m_prompts, {}, [&] { save(path, fields, customEngines, SaveOver::Anything); });
 }
 
@@ -284,7 +285,7 @@ bool WebsiteFile::DeleteReportFile(const std::string& path, Rows& reports, const
         followFile(reports, before, inFile);
         std::string written = replaceReports(found, reports);
         writeFile(path, written, Readable::OwnerOnly);
-        // What another program changed beside the reports was not seen by this.
+        // Other programs' changes outside the reports have not been seen.
         if (found == m_seen) m_seen = std::move(written);
     });
     if (!kept.empty()) m_prompts.message(keptWords(kept), "Delete Report File", Icon::Information);

@@ -22,61 +22,58 @@ inline constexpr std::string_view kCustomCategorySection = "CustomEngineCategory
 
 // The table of custom engines, in the order of cboCustomEngines.
 using CustomEngines = std::vector<EngineCategoryEntry>;
-// Puts the two category lists on a website's saved category: takes what the file says, leaves in both texts
-// what is selected afterwards.
+// Selects a website's saved category in the two category lists; leaves in both texts what is selected
+// afterwards.
 using SelectCategory = std::function<void(std::string& mainCategory, std::string& category)>;
 
-// What a save may write over.
+// What saving may overwrite.
 enum class SaveOver { WhatWasSeen, Anything };
 
-// Moves a website between its file (".kws", an INI file that only its owner can read) and the fields. Every
-// operation reads the file once and writes it once, whole; a save keeps what it does not know, so keys that
-// are no longer meant stay, out of reach behind the counts LastURL and LastReport.
+// Reads and writes a website file (".kws", an INI file that only its owner can read). Every operation reads
+// the file once and writes it once, whole. Saving keeps unknown keys; old URL and report keys stay too,
+// beyond the counts LastURL and LastReport.
 class WebsiteFile final {
   public:
     explicit WebsiteFile(Prompts& prompts) : m_prompts(prompts) {}
 
-    // An empty path does nothing. The category the user is choosing on the custom engines tab goes to the
-    // table first. False when it failed, which was shown; the file is then as it was.
+    // An empty path does nothing. First copies the current choice on the custom engines tab to the table. On
+    // failure shows it, returns false, and the file does not change.
     bool saveWebsiteFile(const std::string& path, const WebsiteFields& fields, CustomEngines& customEngines);
-    // The same, but throws Failure. False, with nothing written, when only what was seen may
-    // be written over and the file holds other bytes than this object read from it or wrote to it last. A
-    // file that has gone is written anew.
+    // The same, but throws Failure. With SaveOver::WhatWasSeen, returns false and writes nothing when the
+    // file has changed since this object last read or wrote it; a deleted file is written again.
     bool save(const std::string& path, const WebsiteFields& fields, CustomEngines& customEngines,
               SaveOver over);
-    // The fields hold no file from here on.
+    // From here on the fields belong to no file.
     void forget() { m_seen.reset(); }
-    // A missing file reads as empty. False when it failed, which was shown; the fields are then loaded
-    // as far as it had come (LastURL and LastReport beyond 16 bits overflow).
+    // A missing file counts as empty. On failure shows it and returns false, with the fields loaded as far as
+    // possible (LastURL and LastReport beyond 16 bits overflow).
     bool loadWebsiteFile(const std::string& path, WebsiteFields& fields, CustomEngines& customEngines,
                          const SelectCategory& selectCategory);
-    // Asks, then removes the highlighted report entries, their files, and their lines of the website file. A
-    // file that does not lie in the folder of reports stays, and a message names it. Entries that came into
-    // the file meanwhile join the list, those that went from it leave it. False when it failed, which was
-    // shown.
+    // Asks, then removes the highlighted report entries, their files, and their lines in the website file. A
+    // file outside the folder of reports stays, and a message names it. The list then follows other changes
+    // in the file. On failure shows it and returns false.
     bool DeleteReportFile(const std::string& path, Rows& reports, const std::string& reportFolder);
 
   private:
     Prompts& m_prompts;
-    std::optional<std::string> m_seen;  // the file's bytes as they were read or written last; none: no file
+    std::optional<std::string> m_seen;  // the file when last read or written; none: no file
 };
 
-// The steps below throw Failure; the operations above are what a user sees of them.
+// The steps of these operations. They throw Failure.
 
-// Each CR LF to one blank; a lone CR or LF stays.
+// Replaces each CR LF by a blank; a lone CR or LF stays.
 std::string removeCrLf(std::string_view text);
-// The website's fields into the document, keys of a new file in their settled order.
+// Writes the fields into the document; keys of a new file are in their usual order.
 void writeWebsite(IniFile& file, const WebsiteFields& fields, const CustomEngines& customEngines);
-// URL<i>, LocalFile<i> and LastURL. Throws Failure "Overflow", with nothing changed, beyond the 16 bits in
-// which LastURL is read.
+// Writes URL<i>, LocalFile<i> and LastURL. Throws Failure "Overflow", with nothing changed, if LastURL would
+// exceed 16 bits.
 void writeUrls(IniFile& file, const Rows& urls);
-// The file's URLs behind the rows that are there; duplicates and empty entries are passed over.
+// Appends the file's URLs to the rows, without duplicates and empty entries.
 void readUrls(const IniFile& file, Rows& urls);
-// The bytes of a website file after its report entries became `reports`. Its last line is never copied: the
-// section Report, normally the last, is written anew behind the rest.
+// The text of a website file with its report entries replaced by `reports`: the section Report, normally the
+// last, is written again at the end. The last line of the old text is never copied.
 std::string replaceReports(std::string_view text, const Rows& reports);
-// A website file's URL list alone: what the file holds behind the rows that are there, and back into the
-// file.
+// Only the URL list of a website file: appends it to the rows, and writes it back.
 void loadUrlList(const std::string& path, Rows& urls);
 void SaveURL(const std::string& path, const Rows& urls);
 

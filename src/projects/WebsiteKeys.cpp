@@ -3,7 +3,8 @@
 
 #include "core/Failure.h"
 #include "core/FileStore.h"
-#include "core/Paths.h"
+#include "core/FileSystem.h"
+#include "core/FolderLock.h"
 #include "projects/WebsiteFile.h"
 
 #include <algorithm>
@@ -21,7 +22,7 @@ KeyValue checked(const KeyValue& wanted) {
     const WebsiteKey& key = knownKey(wanted.key);
     const std::string name(key.name);
     if (key.kind == WebsiteKeyKind::Kept)
-        throw Failure("The key \"" + name + "\" is kept by the program itself.");
+        throw Failure("The key \"" + name + "\" is maintained by the program.");
     if (key.kind == WebsiteKeyKind::Flag && wanted.value != "0" && wanted.value != "1")
         throw Failure("The key \"" + name + "\" takes 0 or 1.");
     return {name, key.kind == WebsiteKeyKind::OneLine ? removeCrLf(wanted.value) : wanted.value};

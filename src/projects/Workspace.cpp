@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "projects/Workspace.h"
 
+#include "core/FileNames.h"
+#include "core/FileSystem.h"
 #include "core/Paths.h"
 #include "core/Prompts.h"
 #include "core/Services.h"
@@ -89,11 +91,12 @@ bool Workspace::autoSave() {
         if (node.isProject()) saveDescription(node);
         if (!node.isWebsite()) return;
         if (node.file.empty()) placeFile(node, newWebsitePath(node.text));
-        words.clear();  // a failure of the save brings its own
+        words.clear();  // a failure of the save has its own
         settled = m_website.save(node.file, OpenWebsite::SaveWish::Leaving);
     });
+    Q_EMIT saved();
     if (!failure) {
-        m_failureShown = false;
+        if (std::exchange(m_failureShown, false)) m_services.prompts.status({});
         return settled;
     }
     words += *failure;
@@ -109,7 +112,7 @@ void Workspace::autoSaveToLeave() {
     autoSave();
 }
 
-// Whether something was typed into the node's panel since it was shown or saved.
+// True if something was typed into the node's panel since it was shown or saved.
 bool Workspace::isTouched(const ProjectNode& node) {
     if (node.isWebsite()) return m_website.isTouched();
     return node.isProject() && descriptionLine(m_panels.txtProjectDescr) != node.description;
@@ -127,7 +130,7 @@ std::string Workspace::newWebsitePath(const std::string& name) const {
     return m_services.paths.inApp("Projects/" + fileName);
 }
 
-// Notes the website's file in its slot and its node.
+// Stores the website's file in its slot and its node.
 void Workspace::placeFile(ProjectNode& website, const std::string& path) {
     m_store.setSlot(website.parent->text, {website.slot, website.text, path});
     website.file = path;
@@ -137,12 +140,12 @@ ProjectNode& Workspace::currentProject() const {
     return m_CurrentNode->isWebsite() ? *m_CurrentNode->parent : *m_CurrentNode;
 }
 
-// It may stand in the index and not in the tree.
+// A project may be in the index but not in the tree.
 bool Workspace::isProjectTaken(const std::string& name) {
     return m_tree.isTaken(m_tree.root(), name) || m_store.holdsProject(name);
 }
 
-// The slot, or 0 for a project; none when it failed, which was shown.
+// The slot, or 0 for a project; none after a failure, which is shown.
 std::optional<int> Workspace::addToIndex(const std::string& project, const std::string& website,
                                          const std::string& file) {
     std::optional<int> slot;
@@ -151,12 +154,14 @@ std::optional<int> Workspace::addToIndex(const std::string& project, const std::
     return slot;
 }
 
-// The panels change only once the name is settled: stepping back leaves the open website as it is.
+// The panels change only when the name is chosen: cancelling leaves the open website as it is.
 void Workspace::newProject() {
     trap(m_services.prompts, "NewProjectAndWeb_Error: ", [this] {
         const std::string name = askNewName(m_services.prompts, NodeKind::Project,
                                             [this](const std::string& wish) { return isProjectTaken(wish); });
-        if (!name.empty() && addToIndex(name, {}, {})) showNode(m_tree.addProject(name, {}));
+        if (name.empty() || !addToIndex(name, {}, {})) return;
+        showNode(m_tree.addProject(name, {}));
+        Q_EMIT panelOpened();
     });
 }
 
@@ -177,9 +182,10 @@ void Workspace::newWebsite() {
         const std::optional<int> slot = addToIndex(project.text, name, path);
         if (!slot) return;
         if (m_services.preference.DontClearFields == 0) m_website.clearWebsiteFields();
-        // Nothing is saved first: the fields in the panel are not those of the new node's file, which may
-        // be there from an earlier website of that name.
+        // Nothing is saved first: the fields in the panel do not belong to the new node's file, which may
+        // exist from an earlier website of that name.
         showNode(m_tree.addWebsite(project, {*slot, name, path}), Fields::AsTheyAre);
+        Q_EMIT panelOpened();
     });
 }
 
@@ -202,7 +208,9 @@ void Workspace::addWebSite() {
             return;
         }
         const std::optional<int> slot = addToIndex(project.text, name, path);
-        if (slot) showNode(m_tree.addWebsite(project, {*slot, name, path}));
+        if (!slot) return;
+        showNode(m_tree.addWebsite(project, {*slot, name, path}));
+        Q_EMIT panelOpened();
     });
 }
 
@@ -270,10 +278,13 @@ void Workspace::editLabel() {
 }
 
 void Workspace::save() {
-    if (m_CurrentNode->isProject())
-        trap(m_services.prompts, "saveProject_Error: ", [this] { saveDescription(*m_CurrentNode); });
-    else
+    if (!m_CurrentNode->isProject()) {
         saveWebsite();
+        return;
+    }
+    if (trap(m_services.prompts, "saveProject_Error: ", [this] { saveDescription(*m_CurrentNode); }))
+        m_services.prompts.notice("Project saved: " + m_CurrentNode->text);
+    Q_EMIT saved();
 }
 
 void Workspace::saveWebsite() {
@@ -288,7 +299,10 @@ void Workspace::saveChecked(const std::string& path) {
     m_website.takeSelectedCategory();
     const bool valid = isValidFields(m_website.fields, m_services.prompts,
                                      [this](const MissingField& missing) { Q_EMIT fieldMissing(missing); });
-    if (valid && saveWebSite(path)) m_services.prompts.status(breaksGetNotice(m_website.fields));
+    if (!valid || !saveWebSite(path)) return;
+    const std::string remark = breaksGetNotice(m_website.fields);
+    m_services.prompts.notice("Website saved: " + m_CurrentNode->text +
+                              (remark.empty() ? "" : ". " + remark));
 }
 
 bool Workspace::saveWebSite(const std::string& path) {
@@ -303,17 +317,18 @@ bool Workspace::saveWebSite(const std::string& path) {
         placeFile(*m_CurrentNode, file);
         chosen = file;
     });
-    bool saved = false;
-    // The failure brings its own words.
+    bool done = false;
+    // The failure has its own text.
     trap(m_services.prompts, {}, [&] {
         if (!path.empty()) {
-            saved = m_website.save(path, OpenWebsite::SaveWish::Command);
+            done = m_website.save(path, OpenWebsite::SaveWish::Command);
         } else if (!chosen.empty()) {
             m_website.saveOver(chosen);
-            saved = true;
+            done = true;
         }
     });
-    return saved;
+    Q_EMIT saved();
+    return done;
 }
 
 void Workspace::showEngines() {

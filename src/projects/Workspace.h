@@ -16,7 +16,7 @@ namespace relay {
 class OpenWebsite;
 struct Services;
 
-// The three panels at the right of the tree, of which one is visible: SSTab2, SSTab1 and SSTab3.
+// The three panels to the right of the tree: SSTab2, SSTab1 and SSTab3. One is visible.
 enum class MainPanel { Project, Website, Engines };
 
 // What the main window shows beside the tree.
@@ -24,14 +24,13 @@ struct PanelState final {
     MainPanel panel = MainPanel::Project;
     NodeKind node = NodeKind::Root;  // the kind of the current node
     std::string title;               // the text of the current node: lblProjectTitle, fraSiteInfo
-    std::string txtProjectDescr;     // what the user types goes in here at once
+    std::string txtProjectDescr;     // updated as the user types
 };
 
-// The user's projects and websites as they are worked on: the tree, its current node, and the operations that
-// a user drives through the tree, the File menu and the toolbar, without a window. They work on the tree, the
-// index file, the open website and the panels' state, and signal what changed. Each shows its own failures.
-// The open website is saved by itself before another node takes the panel; while that fails, the panel stays
-// where it is, so nothing typed is lost.
+// The user's projects and websites: the tree, its current node, and the operations of the tree, the File menu
+// and the toolbar, without a window. They change the tree, the index file, the open website and the panels'
+// state, signal the changes, and show their own failures. The open website is saved before the panel shows
+// another node; while that fails, the panel stays, so nothing typed is lost.
 class Workspace final : public QObject {
     Q_OBJECT
   public:
@@ -42,45 +41,52 @@ class Workspace final : public QObject {
     // Never null; the root when nothing else is current.
     ProjectNode* currentNode() const noexcept { return m_CurrentNode; }
     void setProjectDescription(std::string text) { m_panels.txtProjectDescr = std::move(text); }
+    // True if the panel contains something that is not saved yet.
+    bool isChanged() { return isTouched(*m_CurrentNode); }
 
-    // Rebuilds the tree from the index. A key that the tree has already is passed over.
+    // Rebuilds the tree from the index, without repeated keys.
     void loadProject();
-    // Saves first; false, with the panel as it was, when that failed.
+    // Saves first; when that fails, returns false and the panel does not change.
     bool nodeClick(ProjectNode& node);
-    // Saves what the current node's panel holds. False when that failed, or the user would not have it, and
-    // something typed would be lost. A box shows the first failure, the status bar those that follow it.
+    // Saves the current node's panel. False when something typed was not saved, because of a failure or by
+    // the user's choice. The first failure is shown in a box, later ones in the status bar.
     bool autoSave();
-    // autoSave on the way out, which a failure does not bar: a box shows it, even when one did before.
+    // autoSave before leaving, which a failure does not prevent: shows it in a box, even after an earlier
+    // one.
     void autoSaveToLeave();
 
-    // Each asks for a name, and again while it is taken.
+    // Each asks for a name, again while it is taken.
     void newProject();
     // In the current project; refused at the root.
     void newWebsite();
-    // Asks for a website file and puts it into the current project.
+    // Asks for a website file and adds it to the current project.
     void addWebSite();
-    // Asks, then takes the node out of the tree and the index. A beep at the root.
+    // Asks, then removes the node from the tree and the index. Beeps at the root.
     void removeSelectedNode(ProjectNode& node);
-    // A label edit that came to its end. Where the name will not do, labelEditWanted asks for another.
+    // The end of a label edit. If the name is refused, labelEditWanted asks for another.
     void rename(ProjectNode& node, std::string_view newText);
     // Asks for a new label of the current node.
     void editLabel();
-    // The description of a project, or a website that passes its check.
+    // Saves the description of a project, or a website that passes its check.
     void save();
-    // A website that passes its check: to its file, or to one that is asked for.
+    // Save a website that passes its check, to its file or to one that is asked for.
     void saveWebsite();
     void saveWebsiteAs();
-    // An empty path asks for one. False when nothing was saved.
+    // An empty path asks for one. False if nothing was saved.
     bool saveWebSite(const std::string& path);
-    // Saves first, but a failure does not bar the way: the fields stay as they are.
+    // Saves first; shows the engines even if that fails, and the fields stay.
     void showEngines();
     void deleteReports();
 
   Q_SIGNALS:
     void panelsChanged();
+    // After each save, automatic or by command.
+    void saved();
+    // The panel of a new node is shown and should have the focus.
+    void panelOpened();
     void currentChanged(relay::ProjectNode* node);
     void labelEditWanted(relay::ProjectNode* node);
-    // A field that is not filled in is to come to the front.
+    // A field is not filled in; bring it to the front.
     void fieldMissing(const relay::MissingField& missing);
 
   private:
@@ -105,7 +111,7 @@ class Workspace final : public QObject {
     ProjectTree m_tree;
     PanelState m_panels;
     ProjectNode* m_CurrentNode;
-    bool m_failureShown = false;  // a box has shown that saving fails, and it has not worked since
+    bool m_failureShown = false;  // a box has shown that saving fails, and it still does
 };
 
 }  // namespace relay

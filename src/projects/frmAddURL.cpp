@@ -16,7 +16,7 @@
 namespace relay {
 
 namespace {
-// The program's own folder picture, whatever the desktop offers.
+// The program's own folder icon, whatever the desktop has.
 class FolderIcons final : public QFileIconProvider {
   public:
     QIcon icon(const QFileInfo&) const override { return themedIcon("ProjectFolder"); }
@@ -32,6 +32,7 @@ frmAddURL::frmAddURL(Rows& urls, Prompts& prompts, const std::string& folder, QW
       m_prompts(prompts) {
     m_ui->setupUi(this);
     m_ui->txtDomain->setText(toScreen(FolderChoice().txtDomain));
+    continueAddress(*m_ui->txtDomain, m_ui->txtDomain->text());
     m_folders->setFilter(QDir::Dirs | QDir::NoDotAndDotDot);
     static FolderIcons icons;
     m_folders->setIconProvider(&icons);
@@ -42,8 +43,8 @@ frmAddURL::frmAddURL(Rows& urls, Prompts& prompts, const std::string& folder, QW
     for (int column = 1; column < m_folders->columnCount(); ++column) m_ui->Dir1->hideColumn(column);
     fillDrives(toScreen(folder));
     showFolders(toScreen(folder));
-    // Folders come in, and are sorted, after the list is shown; until the user takes over, the chosen one is
-    // to stay in sight.
+    // Folders are loaded and sorted after the list is shown; until the user takes over, keep the chosen one
+    // visible.
     const auto keepInSight = [this] {
         if (!m_ui->Dir1->hasFocus())
             m_ui->Dir1->scrollTo(m_ui->Dir1->currentIndex(), QAbstractItemView::PositionAtCenter);
@@ -59,8 +60,8 @@ frmAddURL::frmAddURL(Rows& urls, Prompts& prompts, const std::string& folder, QW
 
 frmAddURL::~frmAddURL() = default;
 
-// What a drive list offers where there are no drive letters: the starting folder, the user's own folders and
-// the mounted media.
+// Where there are no drive letters, the drive list has the starting folder, the user's own folders and
+// mounted media.
 void frmAddURL::fillDrives(const QString& folder) {
     m_ui->Drive1->addItem(tr("Program data"), folder);
     m_ui->Drive1->addItem(tr("Home"), QDir::homePath());

@@ -16,7 +16,7 @@ class frmAddURL;
 class Prompts;
 class Rows;
 
-// "Create URL from Local Folder": makes URLs for the files of a folder on this computer.
+// "Create URL from Local Folder": makes URLs for the files of a local folder.
 class frmAddURL final : public QDialog {
     Q_OBJECT
   public:

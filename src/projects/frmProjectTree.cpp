@@ -19,7 +19,7 @@ namespace {
 constexpr int kIconSize = 18;
 constexpr auto kLabelEditor = "txtNodeLabel";
 
-// Keeps its keys from the tree, which has uses of its own for Return, Delete and F5.
+// Hides its keys from the tree, which uses Return, Delete and F5 itself.
 class NodeLabel final : public QLineEdit {
   public:
     using QLineEdit::QLineEdit;
@@ -49,7 +49,7 @@ class NodeDelegate final : public QStyledItemDelegate {
     }
 
   protected:
-    // Tab ends the edit as Return does; the toolkit would go on to edit the next node.
+    // Tab ends the edit like Return; by default it would edit the next node.
     bool eventFilter(QObject* editor, QEvent* event) override {
         const int key = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent*>(event)->key() : 0;
         if (key != Qt::Key_Tab && key != Qt::Key_Backtab)
@@ -84,8 +84,7 @@ void frmProjectTree::connectTo(Workspace& workspace, Prompts& prompts) {
     connect(this, &QTreeView::clicked, this, [this](const QModelIndex& index) {
         if (!m_clickDone) clickNode(index);
     });
-    // A press highlights the row under it even where the click was refused; with Control held it takes the
-    // highlight away.
+    // A press highlights its row even if the click is refused; with Control it removes the highlight.
     connect(this, &QTreeView::pressed, this, &frmProjectTree::keepHighlight);
     connect(this, &QTreeView::collapsed, this, &frmProjectTree::leaveHiddenNode);
     connect(this, &QTreeView::doubleClicked, this, &frmProjectTree::sortCurrentNode);
@@ -93,21 +92,21 @@ void frmProjectTree::connectTo(Workspace& workspace, Prompts& prompts) {
         trap(*m_prompts, "Menupopup_Error: ", [&] { showPopup(place); });
     });
     const QString keys =
-        tr("Double click or F5 sorts what is under the current node, F2 renames it, Delete "
-           "removes it.");
+        tr("Double-click or F5 sorts the contents of the current node, F2 renames it, Delete "
+           "removes it. F6 leads here from everywhere, and back.");
     setToolTip(keys);
     setAccessibleDescription(keys);
 }
 
 void frmProjectTree::connectWorkspace() {
     ProjectTree& tree = m_workspace->tree();
-    // While a node is removed, the view picks another current row; the workspace decides which it is to be.
+    // When a node is removed, the view selects another row; the workspace decides which one.
     connect(&tree, &ProjectTree::rowsAboutToBeRemoved, this, [this] { m_following = true; });
     setModel(&tree);
     connect(&tree, &ProjectTree::rowsRemoved, this, [this] { m_following = false; });
     connect(m_workspace, &Workspace::currentChanged, this, &frmProjectTree::showCurrentNode);
     connect(m_workspace, &Workspace::labelEditWanted, this, &frmProjectTree::editLabel, Qt::QueuedConnection);
-    // The editor must be gone before a rename asks or shows anything.
+    // The editor must close before a rename asks or shows anything.
     connect(&tree, &ProjectTree::labelEdited, this, [this](ProjectNode* node, const std::string& text) {
         QMetaObject::invokeMethod(
             this, [this, key = node->key, text] { renameFromEditor(key, text); }, Qt::QueuedConnection);
@@ -124,7 +123,7 @@ void frmProjectTree::clickNode(const QModelIndex& index) {
     ProjectNode* const node = m_workspace->tree().nodeAt(index);
     if (node == nullptr || m_workspace->nodeClick(*node)) return;
     showCurrentNode();
-    // A key, too, moves the highlight when it is done.
+    // A key also moves the highlight, after this handler.
     QMetaObject::invokeMethod(this, &frmProjectTree::keepHighlight, Qt::QueuedConnection);
 }
 
@@ -144,8 +143,8 @@ void frmProjectTree::editLabel(const ProjectNode* node) {
         return;
     }
     if (findChild<NodeLabel*>() != nullptr) return;
-    // The node need not be the current one: a name that will not do is asked for again wherever the user
-    // went meanwhile.
+    // The node may not be the current one: a refused name is asked for again wherever the user has gone
+    // since.
     const QModelIndex index = m_workspace->tree().indexOf(*node);
     scrollTo(index);
     setFocus(Qt::OtherFocusReason);
@@ -162,7 +161,7 @@ void frmProjectTree::leaveHiddenNode(const QModelIndex& closed) {
     while (above.isValid() && above != closed) above = above.parent();
     if (!above.isValid()) return;
     setCurrentIndex(closed);
-    if (currentIndex() == closed) collapse(closed);  // the click has opened it again
+    if (currentIndex() == closed) collapse(closed);  // the click opened it again
 }
 
 void frmProjectTree::renameFromEditor(const std::string& key, const std::string& text) {
@@ -179,7 +178,7 @@ void frmProjectTree::sortCurrentNode() {
 }
 
 void frmProjectTree::showPopup(const QPoint& place) {
-    // The menu key asks at the current node, which may be scrolled out of sight.
+    // The menu key reports the current node, which may be scrolled out of sight.
     const QModelIndex current = currentIndex();
     if (indexAt(place) != current && !visualRect(current).contains(place)) return;
     QMenu menu(this);
@@ -201,10 +200,10 @@ void frmProjectTree::keyPressEvent(QKeyEvent* event) {
         case Qt::Key_F5:
             sortCurrentNode();
             break;
-        case Qt::Key_F2:  // elsewhere the key is the action's, which the root disables
+        case Qt::Key_F2:  // otherwise an action has this key, which is disabled at the root
             editLabel(m_workspace->currentNode());
             break;
-        case Qt::Key_Return:  // the keyboard's click: leads from the engine screen back to the node's panel
+        case Qt::Key_Return:  // like a click: leads from the engine screen back to the node's panel
         case Qt::Key_Enter:
             clickNode(currentIndex());
             break;

@@ -11,9 +11,8 @@ class Prompts;
 class Workspace;
 struct ProjectNode;
 
-// The tree of projects and websites, TreeView1. A click, or a move by the keys, goes to the workspace, and
-// the highlight follows the workspace's current node, also where the click was refused. Its actions are its
-// popup.
+// The tree of projects and websites, TreeView1. Clicks and key moves go to the workspace; the highlight
+// follows the workspace's current node, even when a click is refused. Its actions make up its popup menu.
 class frmProjectTree final : public QTreeView {
     Q_OBJECT
   public:
@@ -21,7 +20,7 @@ class frmProjectTree final : public QTreeView {
 
     // Both must outlive the tree.
     void connectTo(Workspace& workspace, Prompts& prompts);
-    // For the form, which lists the popup's items.
+    // For the form, which adds the popup's items.
     void addSeparator();
 
   protected:
@@ -32,9 +31,9 @@ class frmProjectTree final : public QTreeView {
     void connectWorkspace();
     void clickNode(const QModelIndex& index);
     void showCurrentNode();
-    // Highlights the node that commands act on, wherever a press has left the highlight.
+    // Highlights the node that commands act on, whatever a press highlighted.
     void keepHighlight();
-    // The current node goes up to a node that was closed over it.
+    // If closing a node hides the current node, the closed one becomes current.
     void leaveHiddenNode(const QModelIndex& closed);
     void editLabel(const ProjectNode* node);
     void renameFromEditor(const std::string& key, const std::string& text);
@@ -45,7 +44,7 @@ class frmProjectTree final : public QTreeView {
     Workspace* m_workspace = nullptr;
     Prompts* m_prompts = nullptr;
     bool m_following = false;  // the current row follows the workspace, not the user
-    bool m_clickDone = false;  // the press already switched the panel
+    bool m_clickDone = false;  // the press has already switched the panel
 };
 
 }  // namespace relay

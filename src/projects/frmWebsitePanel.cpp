@@ -9,13 +9,29 @@
 #include "widgets/ListView.h"
 
 #include <QAction>
-#include <QShortcut>
 #include <QSignalBlocker>
 #include <QToolButton>
 
 namespace relay {
 
 namespace {
+constexpr int kLineCharacters = 150;  // width of a page of one-line fields
+constexpr int kKeywordsLimit = 200;
+constexpr int kDescriptionLimit = 250;
+
+// Shows the number of characters in a box beside it. `limit` is a recommendation; a longer text is allowed.
+void showCount(const QPlainTextEdit& edit, QLabel& label, int limit) {
+    const auto show = [&edit, &label, limit] {
+        const auto count = edit.toPlainText().toUcs4().size();
+        QFont font = edit.font();
+        font.setBold(count > limit);
+        label.setFont(font);
+        label.setText(QStringLiteral("%1 of %2").arg(count).arg(limit));
+    };
+    QObject::connect(edit.document(), &QTextDocument::contentsChanged, &label, show);
+    show();
+}
+
 // The text with the first occurrence of the letter underlined.
 QString withMnemonic(const QString& text, QChar letter) {
     QString marked = text;
@@ -27,17 +43,24 @@ QString withMnemonic(const QString& text, QChar letter) {
 frmWebsitePanel::frmWebsitePanel(QWidget* parent)
     : QTabWidget(parent), m_ui(std::make_unique<Ui::frmWebsitePanel>()) {
     m_ui->setupUi(this);
-    for (int tab = 0; tab < count(); ++tab) {
-        const QKeySequence keys(Qt::ALT | static_cast<Qt::Key>(Qt::Key_1 + tab));
-        setTabToolTip(tab, keys.toString(QKeySequence::NativeText));
-        connect(new QShortcut(keys, this), &QShortcut::activated, this,
-                [this, tab] { setCurrentIndex(tab); });
-    }
+    for (int tab = 0; tab < count(); ++tab)
+        setTabToolTip(tab, pageKeys(tab).toString(QKeySequence::NativeText));
     makeToolbarReachable();
     drawIcons();
+    for (QWidget* page : {m_ui->tabSiteInfo, m_ui->tabContact, static_cast<QWidget*>(m_ui->fraSiteURls)})
+        limitWidth(*page, kLineCharacters);
+    describePlaceholders(*this);
+    for (QComboBox* box : {m_ui->cboWebType, m_ui->cboLanguage, m_ui->cboCountry})
+        box->lineEdit()->setAccessibleName(box->accessibleName());
+    showCount(*m_ui->txtSiteKeywords, *m_ui->lblSiteKeywordsCount, kKeywordsLimit);
+    showCount(*m_ui->txtSiteDescription, *m_ui->lblSiteDescriptionCount, kDescriptionLimit);
 }
 
 frmWebsitePanel::~frmWebsitePanel() = default;
+
+QKeySequence frmWebsitePanel::pageKeys(int tab) {
+    return {Qt::ALT | static_cast<Qt::Key>(Qt::Key_1 + tab)};
+}
 
 void frmWebsitePanel::drawIcons() {
     setIconSize(QSize(16, 16));
@@ -51,8 +74,8 @@ void frmWebsitePanel::drawIcons() {
 }
 
 void frmWebsitePanel::makeToolbarReachable() {
-    // The buttons come before the list in the tab order, as in the window. Nothing is placed behind a widget
-    // without a focus policy, so the toolbar has one for as long as that takes.
+    // The buttons come before the list in the tab order, as in the window. setTabOrder ignores widgets
+    // without a focus policy, so the toolbar gets one for a moment.
     m_ui->ToolbarSiteURL->setFocusPolicy(Qt::TabFocus);
     QWidget* before = m_ui->ToolbarSiteURL;
     for (QAction* action : m_ui->ToolbarSiteURL->actions()) {
@@ -92,9 +115,13 @@ void frmWebsitePanel::connectTo(WebsiteFields& fields, Categories& categories) {
     showFields();
 }
 
+void frmWebsitePanel::take(TextMember member, const QString& text) {
+    m_fields->*member = fromScreen(text);
+    Q_EMIT edited();
+}
+
 void frmWebsitePanel::bind(QLineEdit* edit, TextMember member) {
-    connect(edit, &QLineEdit::textEdited, this,
-            [this, member](const QString& text) { m_fields->*member = fromScreen(text); });
+    connect(edit, &QLineEdit::textEdited, this, [this, member](const QString& text) { take(member, text); });
     m_show.emplace_back([this, edit, member] {
         const QString text = toScreen(m_fields->*member);
         if (edit->text() == text) return;
@@ -104,9 +131,9 @@ void frmWebsitePanel::bind(QLineEdit* edit, TextMember member) {
 }
 
 void frmWebsitePanel::bind(QPlainTextEdit* edit, TextMember member) {
-    // The fields' line breaks are CR LF; the screen's are LF.
+    // Line breaks are CR LF in the fields and LF on the screen.
     connect(edit, &QPlainTextEdit::textChanged, this, [this, edit, member] {
-        m_fields->*member = fromScreen(typedText(*edit).replace(QLatin1Char('\n'), QStringLiteral("\r\n")));
+        take(member, typedText(*edit).replace(QLatin1Char('\n'), QStringLiteral("\r\n")));
     });
     m_show.emplace_back([this, edit, member] {
         const QString text =
@@ -119,7 +146,7 @@ void frmWebsitePanel::bind(QPlainTextEdit* edit, TextMember member) {
 
 void frmWebsitePanel::bind(QComboBox* box, TextMember member) {
     connect(box, &QComboBox::currentTextChanged, this,
-            [this, member](const QString& text) { m_fields->*member = fromScreen(text); });
+            [this, member](const QString& text) { take(member, text); });
     m_show.emplace_back([this, box, member] {
         const QString text = toScreen(m_fields->*member);
         const QSignalBlocker quiet(box);
@@ -151,8 +178,10 @@ void frmWebsitePanel::bindFields() {
     bindLabel(m_ui->lblURLTitle, &WebsiteFields::lblURLTitle);
     bindLabel(m_ui->lblURLKeyword, &WebsiteFields::lblURLKeyword);
     bindLabel(m_ui->lblURLDescription, &WebsiteFields::lblURLDescription);
-    connect(m_ui->chkBlockFFA, &QCheckBox::clicked, this,
-            [this](bool on) { m_fields->chkBlockFFA = on ? 1 : 0; });
+    connect(m_ui->chkBlockFFA, &QCheckBox::clicked, this, [this](bool on) {
+        m_fields->chkBlockFFA = on ? 1 : 0;
+        Q_EMIT edited();
+    });
     m_show.emplace_back([this] { m_ui->chkBlockFFA->setChecked(m_fields->chkBlockFFA != 0); });
 }
 
@@ -173,6 +202,18 @@ void frmWebsitePanel::connectLists(Categories& categories) {
     connect(m_ui->lsvReports, &ListView::rowActivated, this, &frmWebsitePanel::viewReport);
     connect(m_ui->cmdViewReport, &QPushButton::clicked, this, &frmWebsitePanel::viewReport);
     connect(m_ui->cmdDeleteReport, &QPushButton::clicked, this, &frmWebsitePanel::deleteReport);
+    connect(m_ui->lsvReports, &ListView::deletePressed, m_ui->cmdDeleteReport, &QPushButton::click);
+    followLists();
+}
+
+void frmWebsitePanel::followLists() {
+    for (ListView* list : {m_ui->lsvSiteURLs, m_ui->lstMainCategory, m_ui->lstCategory})
+        connect(list, &ListView::changed, this, &frmWebsitePanel::edited);
+    connect(m_ui->lsvSiteURLs, &ListView::rowsSelected, this, &frmWebsitePanel::urlSelected);
+    const QString reason = tr("Select a report in the list first.");
+    needSelection(*m_ui->lsvReports, *m_ui->cmdViewReport, tr("Opens the selected report"), reason);
+    needSelection(*m_ui->lsvReports, *m_ui->cmdDeleteReport,
+                  tr("Deletes the files of the selected reports (Del)"), reason);
 }
 
 void frmWebsitePanel::showFields() {

@@ -3,6 +3,7 @@
 
 #include "projects/WebsiteCheck.h"
 
+#include <QKeySequence>
 #include <QTabWidget>
 
 #include <functional>
@@ -22,8 +23,8 @@ class frmWebsitePanel;
 class Categories;
 
 // The website panel, SSTab1: the fields of one website. What is typed goes into the fields at once;
-// showFields brings the controls up to date after the fields were changed by the program. Its commands are
-// QActions of the form, which the window wires.
+// showFields updates the controls after the program changed the fields. Its commands are QActions of the
+// form, which the window connects.
 class frmWebsitePanel final : public QTabWidget {
     Q_OBJECT
   public:
@@ -35,10 +36,14 @@ class frmWebsitePanel final : public QTabWidget {
     void setChoices(const std::vector<std::string>& webTypes, const std::vector<std::string>& languages,
                     const std::vector<std::string>& countries);
     void showFields();
-    // Brings the field of a failed check to the front and puts the cursor into it.
+    // Brings the field of a failed check to the front and focuses it.
     void showMissing(const MissingField& missing);
+    // Alt and the page's number. The window handles them, because they work in other panels too.
+    static QKeySequence pageKeys(int tab);
 
   Q_SIGNALS:
+    void edited();  // something that is saved may have changed
+    void urlSelected(bool any);
     void urlChosen(int row);  // the row of lsvSiteURLs the user moved to
     void browseForLocalFile();
     void viewReport();
@@ -55,6 +60,8 @@ class frmWebsitePanel final : public QTabWidget {
     void bindLabel(QLabel* label, TextMember member);
     void bindFields();
     void connectLists(Categories& categories);
+    void followLists();
+    void take(TextMember member, const QString& text);
 
     std::unique_ptr<Ui::frmWebsitePanel> m_ui;
     WebsiteFields* m_fields = nullptr;

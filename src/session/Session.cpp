@@ -13,10 +13,6 @@ Session::Session(Paths where, const Clock& clock, std::string_view commandLine, 
       services{paths, settings, preference, log, prompts, clock, network},
       catalogue(services) {}
 
-void Session::prepareHome(std::string_view installedData) const {
-    relay::prepareHome(paths, installedData);
-}
-
 void Session::readSettings(SettingsReader reader) {
     if (!preference.GetSettings(reader)) log.WriteErrorLog("GetSettings Error.\r\n");
 }

@@ -14,20 +14,17 @@
 
 namespace relay {
 
-// What every program opens first: one home with its places, log, settings, network and catalogue. Nothing is
-// read but the settings file, and nothing written, until it is asked for.
+// What every program opens first: one home with its paths, log, settings, network and catalogue. Until asked,
+// it reads only the settings file and writes nothing.
 class Session final {
   public:
-    // `commandLine` is the whole of it without the program's name: the log looks for its switch there.
-    // `clock` and `prompts` outlive the session.
+    // `commandLine` is all of it without the program's name; the log looks for its switch there. `clock` and
+    // `prompts` must outlive the session.
     Session(Paths where, const Clock& clock, std::string_view commandLine, Prompts& prompts);
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    // Makes the home's folders and copies the word files that are absent from the installed data. Throws
-    // Failure when the home cannot be written.
-    void prepareHome(std::string_view installedData) const;
-    // Starts the log's run and reads the settings; a failure was told and is in the log.
+    // Starts the log and reads the settings; shows and logs a failure.
     void readSettings(SettingsReader reader = SettingsReader::Window);
 
     const Paths paths;

@@ -6,7 +6,7 @@
 namespace relay {
 
 namespace {
-// Engines handed out before the event loop gets its turn: thousands that end at once would hold it up.
+// Engines handed out in one turn of the event loop: thousands that end at once would block it.
 constexpr int kHandOutsAtOnce = 200;
 }  // namespace
 
@@ -21,7 +21,7 @@ void EngineDispatcher::begin(std::int16_t connections, std::int16_t engines) {
 
 void EngineDispatcher::connectionFree(std::int16_t connection) {
     if (m_stopped) return;
-    // The connection in hand goes on before the others get their turn.
+    // The current connection continues before the others.
     if (connection == m_inHand)
         m_free.push_front(connection);
     else
@@ -41,7 +41,7 @@ void EngineDispatcher::handOut() {
         if (count == kHandOutsAtOnce) return handOutLater();
         m_inHand = m_free.front();
         m_free.pop_front();
-        // The number is not raised past the last engine, which may be the last number of 16 bits.
+        // Never counts past the last engine, which may be the largest 16-bit number.
         if (m_last < m_engines)
             Q_EMIT engineDue(m_inHand, ++m_last);
         else

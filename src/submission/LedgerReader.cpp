@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "submission/LedgerReader.h"
 
+#include "core/Descriptor.h"
 #include "core/FileStore.h"
 #include "core/IniFile.h"
 #include "core/Paths.h"
@@ -8,7 +9,6 @@
 #include "core/Text.h"
 #include "core/Trap.h"
 #include "projects/WebsiteFile.h"
-#include "submission/WorkList.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -18,7 +18,6 @@
 #include <set>
 #include <sys/file.h>
 #include <sys/stat.h>
-#include <system_error>
 #include <unistd.h>
 #include <unordered_map>
 #include <utility>
@@ -68,7 +67,7 @@ std::string exactText(const json& value) {
 
 void readEngines(const json& head, RunPlan& plan) {
     const json& engines = member(head, "engines");
-    if (!engines.is_array() || engines.size() > kMostOfWork) throw NoLedger();
+    if (!engines.is_array() || engines.size() > std::size_t{kMostOfWork}) throw NoLedger();
     for (const json& name : engines) plan.engines.push_back(exactText(name));
 }
 
@@ -77,7 +76,7 @@ void readUrls(const json& website, CutOffRun& run) {
     const std::string name = exactText(member(website, "name"));
     run.head.digests.websites[file] = textOf(member(website, "digest"));
     for (const json& entry : member(website, "urls")) {
-        if (run.plan.urls.size() == kMostOfWork) throw NoLedger();
+        if (run.plan.urls.size() == std::size_t{kMostOfWork}) throw NoLedger();
         PlannedURL url{file, name, exactText(member(entry, "url")), {}};
         for (const json& place : member(entry, "engines")) {
             const std::int64_t engine = numberOf(place);
@@ -214,16 +213,10 @@ class ReadFile final {
     explicit ReadFile(const std::string& path)
         : m_file(::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC)) {
         struct stat status {};
-        if (m_file < 0 || ::fstat(m_file, &status) != 0)
-            throw fileFailure(path, std::generic_category().message(errno), errno == ENOENT ? 53 : 75);
+        if (m_file < 0 || ::fstat(m_file, &status) != 0) throw fileFailure(path, errno);
         m_regular = S_ISREG(status.st_mode);
         m_size = status.st_size;
     }
-    ~ReadFile() {
-        if (m_file >= 0) ::close(m_file);
-    }
-    ReadFile(const ReadFile&) = delete;
-    ReadFile& operator=(const ReadFile&) = delete;
 
     bool isRegular() const noexcept { return m_regular; }
     std::int64_t size() const noexcept { return m_size; }
@@ -256,15 +249,21 @@ class ReadFile final {
     bool isLocked() const { return ::flock(m_file, LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK; }
 
   private:
-    int m_file;
+    Descriptor m_file;
     bool m_regular = false;
     std::int64_t m_size = 0;
 };
 
+// Also what is left of the beginning after a crash.
+bool beginsAsLedger(std::string_view line) {
+    constexpr std::string_view kBeginning = "{\"event\":\"ledger\",";
+    return line.substr(0, kBeginning.size()) == kBeginning.substr(0, line.size());
+}
+
 // False for one that is torn: nothing was sent yet.
 bool readFirstLine(std::string_view line, bool whole, CutOffRun& run) {
     const json head = json::parse(line, nullptr, false);
-    if (head.is_discarded() && !whole && line.starts_with("{\"event\":\"ledger\"")) return false;
+    if (head.is_discarded() && !whole && beginsAsLedger(line)) return false;
     if (head.is_discarded()) throw NoLedger();
     readHead(head, run);
     return true;
@@ -331,12 +330,12 @@ std::optional<CutOffRun> readLedger(const std::string& path) {
 
 bool isLedgerOver(const std::string& path) {
     const ReadFile file(path);
-    bool begun = false;
-    file.forEachLine([&](std::string_view, bool whole) {
-        begun = whole;
+    bool torn = true;
+    file.forEachLine([&](std::string_view line, bool whole) {
+        torn = !whole && beginsAsLedger(line);
         return false;
     });
-    return !begun || file.endsWith("\n{\"event\":\"done\"}\n");
+    return torn || file.endsWith("\n{\"event\":\"done\"}\n");
 }
 
 std::optional<CutOffRun> findCutOffRun(const std::string& home) {

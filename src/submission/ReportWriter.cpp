@@ -4,6 +4,7 @@
 #include "core/Clock.h"
 #include "core/Failure.h"
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
 #include "core/IniFile.h"
 #include "core/Log.h"
 #include "core/Paths.h"
@@ -56,7 +57,7 @@ void ReportWriter::save(const std::string& text, const QDateTime& now, UrlReport
         makeFolder(m_services.paths.reportFolder());
         writeFile(path, text);
         report.path = path;
-        // A report that cannot be noted does not keep the failed engines from being offered again.
+        // If the report cannot be listed, the failed engines are still saved.
         const auto unnoted = failureOf([&] { noteReport(report.website, report.URL, now, path); });
         appendFailed();
         if (unnoted) throw Failure(*unnoted);

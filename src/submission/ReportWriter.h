@@ -15,22 +15,22 @@ struct Services;
 
 // How reports are written.
 struct SubmissionOptions final {
-    QLocale locale;            // of their dates
-    bool linkEngines = false;  // names of engines as links; the switch "/U"
-    bool keepLedger = true;    // so that a run can go on after a crash
+    QLocale locale;            // for dates
+    bool linkEngines = false;  // engine names as links; the switch "/U"
+    bool keepLedger = true;    // see Ledger
 };
 
-// Writes the reports of a run and gathers the engines that failed in it.
+// Writes the reports of a run and collects the engines that failed in it.
 class ReportWriter final {
   public:
     ReportWriter(const Services& services, SubmissionOptions options);
 
-    // Empties the list of failed engines; at the start of a run.
+    // Empties the list of failed engines. Call at the start of a run.
     void setFailEngine();
-    // Where a report of this time goes.
+    // The path of a report written at this time.
     std::string reportPath(const std::string& URL, const QDateTime& now) const;
-    // Writes the report of one URL, notes it in the website file and appends to fail.eng. A failure goes to
-    // the log and into the result.
+    // Writes the report of one URL, lists it in the website file and appends the failed engines to fail.eng.
+    // A failure goes to the log and into the result.
     UrlReport CreateReport(const std::string& URL, const std::string& WebsiteFile,
                            const std::vector<EngineResult>& engines, const QDateTime& now);
     // Appends to fail.eng what the report of a URL did: for a run that goes on after a crash. Throws Failure.

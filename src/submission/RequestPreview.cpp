@@ -2,6 +2,7 @@
 #include "submission/RequestPreview.h"
 
 #include "catalogue/Catalogue.h"
+#include "catalogue/PasswordKey.h"
 #include "core/Failure.h"
 #include "core/IniFile.h"
 #include "core/Rows.h"
@@ -54,11 +55,12 @@ RequestPreview previewRequest(const Services& services, const Catalogue& catalog
     std::optional<SubmissionRequest> request = build();
     if (!request) {
         preview.refusal = "Nothing would be sent: the engine \"" + std::string(engine.name()) +
-                          "\" has no action, or its template holds no macro. It would count as failed.";
+                          "\" has no action, or its template contains no macro. It would count as failed.";
         return preview;
     }
     try {
-        // What is really sent is judged, whatever is shown of it.
+        if (details.Password.empty()) preview.warning = emptyPasswordWarning(engine);
+        // Checks the real request, not the one with the hidden password.
         preview.URL = wireUrl(request->URL);
         if (wish.hidePassword && !details.Password.empty()) {
             details.Password = kHiddenPassword;
@@ -66,7 +68,7 @@ RequestPreview previewRequest(const Services& services, const Catalogue& catalog
             preview.URL = wireUrl(request->URL);
         }
     } catch (const Failure& refused) {
-        preview.URL.clear();
+        preview = {};
         preview.refusal = std::string("Nothing would be sent: ") + refused.what() + ".";
         return preview;
     }

@@ -2,6 +2,7 @@
 #include "submission/RunDigests.h"
 
 #include "catalogue/EngineCollection.h"
+#include "core/FileSystem.h"
 #include "core/IniFile.h"
 #include "core/Paths.h"
 #include "core/Services.h"

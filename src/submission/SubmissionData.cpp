@@ -18,7 +18,7 @@ namespace relay {
 
 namespace {
 
-// A template of ordinary values is expanded in one pass; these bound one whose values hold macros themselves.
+// Limits for values that contain macros themselves; ordinary templates need one pass.
 constexpr int kNestedExpansions = 1000;
 constexpr std::size_t kLargestGrowth = 4u * 1024 * 1024;
 
@@ -141,7 +141,7 @@ WebDetails readWebDetails(std::string_view URL, const IniFile& websiteFile) {
     web.Phone = encoded("Phone");
     web.Fax = encoded("Fax");
     web.Password = encoded("Password");
-    // Only whether it is 0 counts, so a number beyond 16 bits stays a yes.
+    // Only zero or not matters, so a number beyond 16 bits stays a yes.
     web.BlockFFA = static_cast<std::int16_t>(std::clamp<int>(leadingInteger(raw("BlockFFA")),
                                                              std::numeric_limits<std::int16_t>::min(),
                                                              std::numeric_limits<std::int16_t>::max()));
@@ -152,8 +152,8 @@ std::string expandQuery(const TemplateSource& source) {
     const std::string_view query = source.engine.Query();
     if (query.find('<') == npos) return {};
 
-    std::string result;  // what holds no "<" any more
-    std::string nested;  // backs `work` once a value brought macros of its own
+    std::string result;  // finished text, without "<"
+    std::string nested;  // owns the text of `work` after a value with macros
     std::string_view work = query;
     int expansions = 0;
     for (;;) {

@@ -6,15 +6,15 @@
 #include <string>
 #include <string_view>
 
-// From an engine's template, one website and one URL to the text that is sent. Nothing here knows of a run.
+// Builds the text that is sent from an engine's template, one website and one URL. Independent of a run.
 namespace relay {
 
 class Countries;
 class IniFile;
 struct clsEngines;
 
-// One website's fields as they go into a request: percent-encoded where the name of a field does not say
-// otherwise. Keyword and Language are encoded twice, which engines have always received.
+// The fields of one website as they go into a request: percent-encoded unless noted. Keyword and Language are
+// encoded twice, as engines have always received them.
 struct WebDetails final {
     std::string Title;
     std::string Keyword;
@@ -36,17 +36,17 @@ struct WebDetails final {
     std::string Fax;
     std::string Password;
     std::int16_t BlockFFA = 0;
-    std::string EntryBy;  // nothing fills these two
+    std::string EntryBy;  // never filled, like EntryURL
     std::string EntryURL;
 };
 
-// A website file that cannot be read reads as empty, as every reader of single keys has it.
+// A website file that cannot be read counts as empty, as with every reader of single keys.
 IniFile loadWebsiteQuietly(const std::string& path);
 
-// Fills the details from the section "Web Site Info"; an absent key reads as empty.
+// Reads the section "Web Site Info"; a missing key counts as empty.
 WebDetails readWebDetails(std::string_view URL, const IniFile& websiteFile);
 
-// Everything that a template is expanded from.
+// The data for expanding a template.
 struct TemplateSource final {
     const clsEngines& engine;
     const WebDetails& web;
@@ -55,32 +55,32 @@ struct TemplateSource final {
     bool blockSpam = false;  // the setting BlockSpam
 };
 
-// The engine's Query with its macros filled in; empty for a template without any "<". An unknown macro gives
-// its own text, and a "<" that no macro follows ends the expansion. A value that holds macros itself (only a
-// raw SpaceID can) is expanded again; Failure 14 "Out of string space" when that comes to no end.
+// The engine's Query with its macros expanded; empty for a template without "<". An unknown macro expands to
+// its name; a "<" without a macro ends the expansion. A value that contains macros (only a raw SpaceID can)
+// is expanded again; Failure 14 "Out of string space" when that does not end.
 std::string expandQuery(const TemplateSource& source);
 
-// Looks `Key` up in a list of name=value entries, each closed by `Delimiter`: the first place where the key
-// stands, also inside a longer name; then the first word of `Fallback`, then "Other". An empty list gives the
-// key, a failed search the word last searched for.
+// Looks up `Key` in a list of name=value entries, each ended by `Delimiter`: the first occurrence of the key,
+// even within a longer name; then the first word of `Fallback`, then "Other". An empty list gives the key, a
+// failed search the last word searched for.
 std::string getSearchString(std::string_view Data, std::string_view Key, char Delimiter,
                             std::string_view Fallback);
 
-// What goes to the pool. A GET carries its data in the URL too; any other method than POST is sent as a GET,
-// but only "GET" itself brings the data into the URL.
+// What goes to the pool. Any method other than POST is sent as a GET, but only "GET" itself puts the data
+// into the URL.
 struct SubmissionRequest final {
-    std::string method;  // as the engine's record has it
+    std::string method;  // as in the engine's record
     std::string URL;
     std::string data;
 
     bool isPost() const noexcept;
 };
 
-// Nothing when there is nothing to send: the engine has no action, or its template is unusable.
+// Nothing if there is nothing to send: the engine has no action, or its template is unusable.
 std::optional<SubmissionRequest> submissionRequest(std::string_view method, std::string_view action,
                                                    std::string data);
 
-// The text with every occurrence of the encoded password covered, for a log.
+// The text with every occurrence of the encoded password masked, for logs.
 std::string maskPassword(std::string_view text, const WebDetails& web);
 
 }  // namespace relay

@@ -3,26 +3,24 @@
 
 #include "transport/frmHTTPMX.h"
 
-#include <array>
-
 namespace relay {
 
 std::string_view resultWord(std::int16_t result) noexcept {
-    static constexpr std::array<std::string_view, 15> words = {"",
-                                                               "",
-                                                               "Success",
-                                                               "Failed",
-                                                               "Submission Timeout",
-                                                               "Cancelled",
-                                                               "Close",
-                                                               "Exception Error",
-                                                               "Script Error",
-                                                               "Invalid Host",
-                                                               "Server Error",
-                                                               "Connection Timeout",
-                                                               "File Not Found",
-                                                               "Unknown Error",
-                                                               "Server Error"};
+    static constexpr std::string_view words[] = {"",
+                                                 "",
+                                                 "Success",
+                                                 "Failed",
+                                                 "Submission Timeout",
+                                                 "Cancelled",
+                                                 "Close",
+                                                 "Exception Error",
+                                                 "Script Error",
+                                                 "Invalid Host",
+                                                 "Server Error",
+                                                 "Connection Timeout",
+                                                 "File Not Found",
+                                                 "Unknown Error",
+                                                 "Server Error"};
     if (result < 2 || result > 14) return "Unknown Error";
     return words[static_cast<std::size_t>(result)];
 }

@@ -10,8 +10,11 @@
 
 namespace relay {
 
-// Result classes of a submission. They travel as 16-bit numbers; 0 is an engine that was never reached.
-// Classes 6 to 9, 11 and 12 have words for the report, but nothing sets them.
+// The limit for URLs of a run and for engines: both are counted in 16 bits.
+inline constexpr int kMostOfWork = 32767;
+
+// Result classes of a submission, passed as 16-bit numbers; 0 is an engine that was never reached. The report
+// has words for classes 6 to 9, 11 and 12, but nothing sets them.
 enum SubmissionResult : std::int16_t {
     NotReached = 0,
     Success = 2,
@@ -23,16 +26,16 @@ enum SubmissionResult : std::int16_t {
     ServerError = 14,
 };
 
-// What the user reads when a website without URLs is chosen.
+// The message for choosing a website without URLs.
 inline constexpr std::string_view kNoURL =
     "There is not URL in current selected web site, please enter the web site URL before submit.";
 
-// The word of a class, as the report shows it; "Unknown Error" outside 2 to 14.
+// The word for a class in the report; "Unknown Error" outside 2 to 14.
 std::string_view resultWord(std::int16_t result) noexcept;
-// The class of a code of the pool. Every status below 499 is a success: the page itself is not judged.
+// The class for a code of the pool. Every status below 499 is a success: the page itself is not examined.
 std::int16_t classifyReply(std::int32_t code) noexcept;
 
-// One engine of a run. Result is the class of the last URL sent to it.
+// One engine of a run. Result is the class for the last URL sent to it.
 struct EngineResult final {
     std::string Name;
     std::string Home;
@@ -40,10 +43,10 @@ struct EngineResult final {
     std::int16_t Result = NotReached;
 };
 
-// How far a connection has come with its engine, and the icon that shows it.
+// How far a connection is with its engine, shown by an icon.
 enum class ConnectionStage { Waiting, Connecting, Connected, Completed };
 
-// The work record beside one connection of the pool.
+// The work of one connection of the pool.
 struct SubmitSocket final {
     ConnectionStage Stage = ConnectionStage::Waiting;
     std::int16_t Stopped = 0;  // -1 once stopSubmission has cancelled it
@@ -56,16 +59,16 @@ struct SubmitSocket final {
     std::string Action;  // for a GET the full URL
     std::string SubmitData;
     std::int16_t Result = NotReached;
-    std::int16_t EngineIndex = 0;  // place in EngineTable from 1; 0: none yet
+    std::int16_t EngineIndex = 0;  // index in EngineTable from 1; 0: none yet
     std::chrono::steady_clock::time_point Started{};
-    std::int32_t Code = 0;  // the pool's answer
+    std::int32_t Code = 0;  // from the pool
 };
 
-// What is told to those who watch a run.
+// Data of the signals of a run.
 struct EngineEnded final {
-    std::string_view URL;  // the views last for the length of the call
+    std::string_view URL;  // the views are valid during the call
     std::string_view engine;
-    std::int32_t code = 0;  // HTTP status or the pool's code; 0 when the request never reached the pool's end
+    std::int32_t code = 0;  // HTTP status or the pool's code; 0 without a Completed of the pool
     std::int16_t result = NotReached;
     std::int64_t milliseconds = 0;
     std::int16_t EngineIndex = 0;  // place in EngineTable from 1
@@ -74,20 +77,20 @@ struct EngineEnded final {
 struct UrlReport final {
     std::string URL;
     std::string website;  // path of the website file
-    std::string path;     // of the report; empty when it could not be written
-    std::string problem;  // why the saving failed, or empty
-    int success = 0;      // engines by the report's tables
+    std::string path;     // of the report; empty if it could not be written
+    std::string problem;  // why saving failed, or empty
+    int success = 0;      // number of engines in the report's tables
     int failed = 0;
 };
 
-// Requests of the whole run by outcome; `cancelled` are those that a stop ended.
+// Requests of the whole run by outcome; `cancelled` counts those that a stop ended.
 struct RunSummary final {
     int urls = 0;
     int success = 0;
     int failed = 0;
     int cancelled = 0;
-    int sharedReports = 0;  // reports whose file another report of the run has too
-    int sharedFiles = 0;    // those files; each holds the last of its reports
+    int sharedReports = 0;  // reports that share a file with another report of the run
+    int sharedFiles = 0;    // the number of such files; each contains its last report
     bool stopped = false;
 };
 

@@ -11,8 +11,8 @@
 
 namespace relay {
 
-// What the submission wizard shows and what a run remembers, as plain values; each member is named after its
-// control. The controller alone changes it; a form shows it and passes on what the user ticks and highlights.
+// What the submission wizard shows and what a run stores, as plain values; members are named after their
+// controls. Only the controller changes it; a form shows it and passes on what the user ticks and highlights.
 struct SubmissionState final {
     SubmissionState() {
         lsvSiteSelection.setColumns({"Web Site", "Project", "Number of URLs"});
@@ -23,9 +23,16 @@ struct SubmissionState final {
         lsvSiteSelection.setNumberColumns({2});
     }
 
+    // Makes the button start a run.
+    void offerSubmit() {
+        cmdSubmit = "&Submit";
+        cmdCancelEnabled = true;
+    }
+    bool offersSubmit() const { return cmdSubmit == "&Submit"; }
+
     Rows lsvSiteSelection;   // key and tag the website file; "Web Site", "Project", "Number of URLs"
     Rows lsvSiteSubmitting;  // tag the website file; "URL", "Web site", "Status"
-    Rows lsvConnections;     // one row a connection; " ", "Engines", "Status"
+    Rows lsvConnections;     // one row per connection; " ", "Engines", "Status"
     Rows lsvReport;          // tag the report; "URL", "Web Site", "Status"
 
     Results results;  // of the run, as they come; begun anew by the next one
@@ -39,11 +46,11 @@ struct SubmissionState final {
     std::string lblStart;
     std::string lblSubmit;
     std::string cmdSubmit = "&Submit";
-    bool cmdCancelEnabled = true;  // the one of page 2
+    bool cmdCancelEnabled = true;  // of page 2
     int progressValue = 0;
     int progressMaximum = 100;
-    std::string StatusBar1;  // what the run is at, the engines remaining among it
-    std::string clock;       // since the start of the run: "0 :0 :1"
+    std::string StatusBar1;  // messages of the run: how many engines remain, for example
+    std::string clock;       // time since the start of the run: "0 :0 :1"
 
     std::string WebsiteFile;  // of the current URL
     std::string URL;

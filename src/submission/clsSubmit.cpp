@@ -3,13 +3,13 @@
 
 #include "catalogue/Catalogue.h"
 #include "core/Failure.h"
+#include "core/FileSystem.h"
 #include "core/Log.h"
 #include "core/Paths.h"
 #include "core/Services.h"
 #include "core/Text.h"
 #include "core/Trap.h"
 #include "core/clsPreference.h"
-#include "submission/WorkList.h"
 
 #include <utility>
 
@@ -63,7 +63,7 @@ void clsSubmit::listEngines(const Rows& lsvSelectedEngines) {
 }
 
 void clsSubmit::listEngines(const std::vector<std::string>& names) {
-    if (names.size() > kMostOfWork) throw Failure("Overflow", 6);
+    if (names.size() > std::size_t{kMostOfWork}) throw Failure("Overflow", 6);
     m_EngineTable.assign(names.size(), {});
     for (std::size_t i = 0; i < names.size(); ++i) m_EngineTable[i].Name = names[i];
 }
@@ -92,7 +92,7 @@ void clsSubmit::sizeSockets(std::int16_t Count) {
 }
 
 void clsSubmit::LoadHTTPMXSocket(std::int16_t Count) {
-    // No reply is kept: a result is the status alone.
+    // Replies are not kept: a result depends on the status only.
     m_pool.open({Count, false, [this](std::string_view URL) { return maskPassword(URL, m_web); }});
 }
 
@@ -106,7 +106,7 @@ void clsSubmit::Submitting(std::int16_t Index, std::int16_t EngineIndex) {
                                      " Socket : " + std::to_string(Index) +
                                      " Engine: " + escapeControlCharacters(socket(Index).EngineName));
     }
-    // Nothing else would ever free this connection, and the run would wait for it.
+    // Nothing else would free this connection, and the run would wait for it.
     if (socket(Index).Busy == 1) endAtOnce(Index);
 }
 
@@ -166,7 +166,7 @@ void clsSubmit::setSubmitResults(std::int16_t Index, std::string_view Caller, co
         SubmitSocket& work = socket(Index);
         work.Busy = 0;
         if (work.EngineIndex < 1) return show(Index, ConnectionStage::Completed, Text);
-        // Kept even where the row cannot be shown.
+        // Stored even if the row cannot be shown.
         EngineResult& result = m_EngineTable.at(static_cast<std::size_t>(work.EngineIndex - 1));
         result.Result = work.Result;
         show(Index, ConnectionStage::Completed, Text);

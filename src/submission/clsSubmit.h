@@ -20,21 +20,20 @@ class Catalogue;
 class Rows;
 struct Services;
 
-// The submission run: sends one engine's request a connection, classifies what comes back and keeps the
-// results. It does not schedule, and nothing is sent twice. Connections and engines count from 1.
+// The submission run: sends the request of one engine per connection, classifies the reply and stores the
+// result. It does not schedule, and sends nothing twice. Connections and engines count from 1.
 class clsSubmit final : public QObject {
     Q_OBJECT
   public:
     clsSubmit(const Services& services, const Catalogue& catalogue);
 
-    // Reads the website file once for this URL. One that can no longer be read leaves the fields of the URL
-    // before, where that was the same website's; else none of the URL's engines is sent anything. Gives why
-    // it could not be read.
+    // Reads the website file, once per URL. If that fails, returns the reason; then the fields of the last
+    // URL stay if they are of the same website, else nothing is sent for this URL.
     std::optional<std::string> setWebDetails(const std::string& URL, const std::string& WebsiteFile);
-    // The engine's expanded template; empty when unusable, a failure is shown.
+    // The engine's expanded template; empty when unusable. Shows a failure.
     std::string getSubmitData(std::string_view EngineName);
-    // Makes EngineTable as long as the list of selected engines. What an engine's place held stays, but for
-    // the name. Throws Failure 6 "Overflow" for more than 32767.
+    // Makes EngineTable as long as the list of selected engines. Entries keep everything but the name. Throws
+    // Failure 6 "Overflow" for more than 32767.
     void listEngines(const Rows& lsvSelectedEngines);
     // The same for names, with no results.
     void listEngines(const std::vector<std::string>& names);
@@ -47,11 +46,11 @@ class clsSubmit final : public QObject {
     void sizeSockets(std::int16_t Count);
     // Throws Failure when the pool cannot be loaded.
     void LoadHTTPMXSocket(std::int16_t Count);
-    // Starts the engine on the connection. An engine that ends at once (nothing to send, a start that failed)
-    // has its result stored, and connectionFree emitted, before this returns.
+    // Starts the engine on the connection. If the engine ends at once (nothing to send, failed start), its
+    // result is stored and connectionFree emitted before this returns.
     void Submitting(std::int16_t Index, std::int16_t EngineIndex);
     void setSubmitResults(std::int16_t Index, std::string_view Caller, const std::string& Text = "Completed");
-    // Ends what the connection was at as cancelled; nothing when that has ended.
+    // Records the connection's engine as cancelled, unless it has already ended.
     void cancel(std::int16_t Index);
     void Disconnect() { m_pool.Disconnect(); }
 
@@ -63,11 +62,11 @@ class clsSubmit final : public QObject {
     // The engine's request is about to be sent.
     void sending(qint16 EngineIndex);
     void engineEnded(const relay::EngineEnded& ended);
-    // Its stage or these words changed.
+    // The stage or the text of the connection changed.
     void connectionChanged(qint16 Index, const std::string& words);
-    // The connection is to get its next engine, now or in a moment.
+    // The connection can take its next engine.
     void connectionFree(qint16 Index);
-    // A Disconnect has ended all requests.
+    // Disconnect has ended all requests.
     void cancelled();
 
   private:

@@ -17,7 +17,7 @@ namespace relay {
 
 namespace {
 constexpr int kNameCharacters = 24;
-// More than a screen can lay out at once is not shown.
+// Longer texts would block the screen.
 constexpr std::size_t kMostOfRequest = 64 * 1024;
 constexpr std::size_t kMostOfField = 1024;
 
@@ -74,7 +74,7 @@ void frmPreview::showURLs() {
     const int website = m_ui->cboWebsite->currentIndex();
     if (website < 0) return;
     QStringList urls;
-    // The preview says what is wrong with a file that cannot be read.
+    // The preview reports a file that cannot be read.
     failureOf([&] {
         for (const std::string& url : websiteURLs(m_websites[static_cast<std::size_t>(website)].file))
             urls << toScreen(url);
@@ -87,25 +87,22 @@ void frmPreview::showPreview() {
     const auto failure = failureOf([&] {
         const int website = m_ui->cboWebsite->currentIndex();
         if (website < 0) throw Failure("There is no saved web site to make a request for.");
-        preview =
-            previewRequest(m_services, m_catalogue,
-                           {fromScreen(m_ui->cboEngine->currentText()),
-                            m_websites[static_cast<std::size_t>(website)].file,
-                            fromScreen(m_ui->cboURL->currentText()), !m_ui->chkShowPassword->isChecked()});
+        preview = previewRequest(
+            m_services, m_catalogue,
+            {fromScreen(m_ui->cboEngine->currentText()), m_websites[static_cast<std::size_t>(website)].file,
+             fromScreen(m_ui->cboURL->currentText()), !m_ui->chkShowPassword->isChecked()});
     });
     if (failure) preview.refusal = *failure;
     QString text = toScreen(preview.refusal);
     if (text.isEmpty()) text = shown(std::string(preview.method()) + " " + preview.URL, kMostOfRequest);
     if (!preview.body.empty()) text += QStringLiteral("\n\n") + shown(preview.body, kMostOfRequest);
+    if (!preview.warning.empty()) text += QStringLiteral("\n\n") + toScreen(preview.warning);
     m_ui->txtRequest->setPlainText(text);
     const RowsBatch batch(m_fields);
     m_fields.clear();
     for (const auto& [name, value] : preview.fields())
-        m_fields.add({{},
-                      fromScreen(shown(name, kMostOfField)),
-                      {fromScreen(shown(value, kMostOfField))},
-                      {},
-                      {}});
+        m_fields.add(
+            {{}, fromScreen(shown(name, kMostOfField)), {fromScreen(shown(value, kMostOfField))}, {}, {}});
 }
 
 }  // namespace relay

@@ -65,9 +65,9 @@ frmSubmit::~frmSubmit() = default;
 
 void frmSubmit::drawIcons() {
     const std::pair<QPushButton*, const char*> icons[] = {
-        {m_ui->cmdNext, "Next"},           {m_ui->cmdPreview, "Preview"},    {m_ui->cmdStart, "Next"},
-        {m_ui->cmdRemove, "DeleteURL"},    {m_ui->cmdRunFailed, "Repeat"},   {m_ui->cmdReport, "Report"},
-        {m_ui->cmdCopyResults, "Copy"},    {m_ui->cmdSaveResults, "SaveAs"},
+        {m_ui->cmdNext, "Next"},        {m_ui->cmdPreview, "Preview"},    {m_ui->cmdStart, "Next"},
+        {m_ui->cmdRemove, "DeleteURL"}, {m_ui->cmdRunFailed, "Repeat"},   {m_ui->cmdReport, "Report"},
+        {m_ui->cmdCopyResults, "Copy"}, {m_ui->cmdSaveResults, "SaveAs"},
     };
     for (const auto& [button, icon] : icons) button->setIcon(themedIcon(icon));
 }
@@ -107,9 +107,8 @@ void frmSubmit::connectButtons() {
 }
 
 void frmSubmit::connectResults() {
-    connect(m_ui->cboResult, &QComboBox::currentIndexChanged, this, [this] {
-        m_results.show(fromScreen(m_ui->cboResult->currentData().toString()));
-    });
+    connect(m_ui->cboResult, &QComboBox::currentIndexChanged, this,
+            [this] { m_results.show(fromScreen(m_ui->cboResult->currentData().toString())); });
     connect(m_ui->lsvResults, &ListView::rowActivated, this, &frmSubmit::openAddURL);
     connect(m_ui->cmdCopyResults, &QPushButton::clicked, this,
             [this] { QGuiApplication::clipboard()->setText(toScreen(toPrintableUtf8(m_results.text()))); });
@@ -150,7 +149,7 @@ void frmSubmit::showState() {
     showPages();
 }
 
-// What changes with every request.
+// Shows what changes with every request.
 void frmSubmit::showRunning() {
     const SubmissionState& state = m_controller.state();
     m_ui->ProgressBar1->setTextVisible(m_controller.isRunning());
@@ -165,7 +164,7 @@ void frmSubmit::showPages() {
     const int page = m_controller.state().page;
     {
         const QSignalBlocker quiet(m_ui->SSTab1);
-        // A tab control leaves a page that is disabled for one of its own choice.
+        // Disabling the current page would make the tab control choose another.
         m_ui->SSTab1->setTabEnabled(page, true);
         m_ui->SSTab1->setCurrentIndex(page);
         for (int tab = 0; tab < m_ui->SSTab1->count(); ++tab)
@@ -174,7 +173,7 @@ void frmSubmit::showPages() {
     if (page != std::exchange(m_shownPage, page)) takePage();
 }
 
-// Return does what the page is for.
+// The main button of the page gets the focus and the Return key.
 void frmSubmit::takePage() {
     QPushButton* const buttons[] = {m_ui->cmdNext, m_ui->cmdStart, m_ui->cmdSubmit, m_ui->cmdReport};
     for (QPushButton* button : buttons) button->setDefault(false);
@@ -201,8 +200,9 @@ void frmSubmit::openAddURL(int row) {
         if (startsWithNoCase(page, "http://") || startsWithNoCase(page, "https://"))
             m_services.prompts.openWithSystem(page);
         else
-            m_services.prompts.message("The record of \"" + std::string(result.text) + "\" names no page on the web.",
-                                       "View Engine", Icon::Information);
+            m_services.prompts.message(
+                "The record of \"" + std::string(result.text) + "\" names no page on the web.", "View Engine",
+                Icon::Information);
     });
 }
 

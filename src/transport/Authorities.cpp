@@ -3,7 +3,7 @@
 
 #include "core/Failure.h"
 #include "core/FileStore.h"
-#include "core/Paths.h"
+#include "core/FileSystem.h"
 #include "core/Text.h"
 
 #include <algorithm>
@@ -20,13 +20,13 @@ namespace relay {
 
 namespace {
 
-// Names like "5ed36f99.0": the only ones that are looked up in a folder.
+// Names like "5ed36f99.0": look-ups in a certificate folder use no others.
 bool isHashed(const std::string& name) {
     return name.size() > 9 && name[8] == '.' && name.find_first_not_of("0123456789abcdef") == 8 &&
            name.find_first_not_of("0123456789", 9) == npos;
 }
 
-// What cannot be read is left out, as it is by every look-up in a folder.
+// Files that cannot be read are left out, as any look-up in a folder does.
 void addFolder(std::string_view folder, std::string& bundle) {
     std::error_code failure;
     std::filesystem::directory_iterator entries(folder, failure);
@@ -39,7 +39,7 @@ void addFolder(std::string_view folder, std::string& bundle) {
     }
 }
 
-// Bundle and folders as one file in memory; the folders alone when the bundle is no file that can be read.
+// Bundle and folders as one file in memory; just the folders when the bundle cannot be read as a file.
 Authorities inMemory(const std::string& file, const std::string& folders) {
     if (!fileExists(file) || ::access(file.c_str(), R_OK) != 0) return {{}, folders, {}, {}};
     std::string bundle = readFile(file);
@@ -66,7 +66,7 @@ Authorities Authorities::fromEnvironment(
         try {
             return inMemory(file, folder);
         } catch (const std::exception& failure) {
-            // Only a request by https is in want of it.
+            // Only a request by https needs it.
             return {std::move(file), std::move(folder), {}, failureText(failure)};
         }
     }
@@ -75,7 +75,7 @@ Authorities Authorities::fromEnvironment(
     if (!file.empty() && std::filesystem::exists(file, failure) && !fileExists(file))
         return {{}, {}, {}, file + ": Not a regular file"};
     if (!file.empty() || !folder.empty()) return {std::move(file), std::move(folder), {}, {}};
-    // The folder that a system has beside its bundle holds the same certificates.
+    // The system's certificate folder holds the same certificates as its bundle.
     const curl_version_info_data& built = *curl_version_info(CURLVERSION_NOW);
     if (built.cainfo != nullptr) return {built.cainfo, {}, {}, {}};
     return {{}, built.capath == nullptr ? "" : built.capath, {}, {}};

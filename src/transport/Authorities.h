@@ -8,19 +8,19 @@
 
 namespace relay {
 
-// Where the certificates stand of the authorities that the servers of https are checked against: a bundle or
-// a folder. libcurl keeps what it read from a bundle only as long as there is no folder beside it.
+// Where to find the certificates of the authorities that https servers are checked against: a bundle or a
+// folder. libcurl keeps a bundle it has read in memory only if there is no folder beside it.
 struct Authorities final {
     std::string file;
-    std::string folder;            // of files named by their hashes, several parted by ":"
-    std::shared_ptr<void> memory;  // of a file that stands in memory only
-    std::string problem;           // why there is none, or empty
+    std::string folder;            // files named by their hashes; several folders are separated by ":"
+    std::shared_ptr<void> memory;  // owns a file that exists only in memory
+    std::string problem;           // why there are none, or empty
 
-    // What SSL_CERT_FILE and SSL_CERT_DIR of the environment name, where both are set as one bundle in
-    // memory; without either, the system's bundle.
+    // What SSL_CERT_FILE and SSL_CERT_DIR name, joined into one bundle in memory if both are set; the
+    // system's bundle if neither is.
     static Authorities fromEnvironment(
         const std::function<std::optional<std::string>(const char*)>& environment);
-    // Throws Failure when the bundle cannot be read, or is no file: every server would be refused.
+    // Throws Failure when the bundle cannot be read or is not a file: every server would be refused.
     void check() const;
 };
 

@@ -11,10 +11,10 @@ namespace relay {
 namespace {
 
 constexpr std::size_t kMost = std::numeric_limits<std::int16_t>::max();
-// A connection holds three while its host name is looked up: a pair of sockets to hear of the end and one to
-// the name server. Later it holds its socket, or two while both kinds of address are tried.
+// A connection uses three while its host name is looked up: a pair of sockets that signal the result and one
+// to the name server. Later it uses one socket, or two while both address families are tried.
 constexpr std::size_t kForEachConnection = 3;
-// Reports, the log, a certificate file, and what the desktop's libraries open as they go.
+// Reports, the log, a certificate file, and files that the desktop's libraries open.
 constexpr std::size_t kSpare = 64;
 
 rlimit descriptorLimit() noexcept {

@@ -6,12 +6,12 @@
 
 namespace relay {
 
-// Raises the limit of files this program may have open as far as the largest pool can use and the hard limit
-// allows. At the start of a program; a limit that cannot be raised stays as it is.
+// Raises the limit of open files to what the largest pool can use, as far as the hard limit allows. Call at
+// program start. A limit that cannot be raised stays as it is.
 void raiseDescriptorLimit() noexcept;
 
-// How many connections can be open at a time beside the files that are open now: 1 to 32767. More would end
-// healthy requests for want of a descriptor.
+// How many connections can be open besides the files open now: 1 to 32767. Beyond that, requests would fail
+// for lack of descriptors.
 std::int16_t mostConnections() noexcept;
 // The same under a limit of `descriptors` with `open` of them in use.
 std::int16_t mostConnections(std::size_t descriptors, std::size_t open) noexcept;

@@ -12,7 +12,7 @@
 namespace relay {
 
 namespace {
-// Nobody hears of its end.
+// Ends the transfer without a signal.
 void abandon(std::shared_ptr<HttpTransfer>& transfer) {
     if (transfer) transfer->client = nullptr;
     transfer.reset();
@@ -27,8 +27,8 @@ HttpClient::~HttpClient() {
     abandon(m_aborted);
 }
 
-// The transfer is set aside whole, with the request text that the network thread may still be sending; the
-// next request takes a fresh one.
+// The network thread may still be sending the request text, so the transfer is set aside whole and the next
+// request takes a new one.
 void HttpClient::Abort() {
     if (!m_running) return;
     m_running = false;

@@ -26,7 +26,7 @@ constexpr const char* kNetworkThread = "network";  // its name for debuggers and
 
 using TransferPointer = std::shared_ptr<HttpTransfer>;
 
-// What the clients are told of one transfer: progress, its end, or both.
+// Progress of one transfer, its end, or both.
 struct Report final {
     TransferPointer transfer;
     qint32 bytes = 0;
@@ -42,9 +42,9 @@ CURLM* makeMulti() {
 
 }  // namespace
 
-// Requests go in through `m_commands` and news come back through `m_outbox`, both under one lock that is held
-// for moves only. Each side wakes the other only where it may be asleep: the network thread by
-// curl_multi_wakeup while it polls, the event loop by one posted event for all news since it last looked.
+// Requests go in through `m_commands` and reports come back through `m_outbox`; one lock guards both and is
+// held only to move items. Each side wakes the other only when it may be asleep: curl_multi_wakeup while the
+// network thread polls, one posted event for all reports since the event loop last looked.
 struct HttpNetwork::Data final : QObject {
     Data();
     ~Data() override;
@@ -70,16 +70,16 @@ struct HttpNetwork::Data final : QObject {
     Report nextReport();
     void dispatch(const Report& report);
 
-    // Handlers may run the event loop, and so be called inside each other. Beyond this depth news wait for
-    // the handlers under way, so that the stack stays small; but a handler that has kept them waiting for so
-    // long is taken to be waiting for news itself.
+    // Handlers may run the event loop and so nest. Beyond this depth reports wait for the running handlers,
+    // to keep the stack small; but a handler that blocks them for this long is assumed to be waiting for a
+    // report itself.
     static constexpr int kNestedDeliveries = 16;
     static constexpr int kNestedPatience = 100;  // milliseconds
 
     CURLM* const m_multi;
     HttpTransfer* m_active = nullptr;  // first of the running transfers
     TransferQueue<&HttpTransfer::nextNews> m_news;
-    bool m_noticeOwed = false;  // there was news that the event loop was not told of yet
+    bool m_noticeOwed = false;  // a notice to the event loop is still to be posted
 
     std::mutex m_lock;
     TransferQueue<&HttpTransfer::nextCommand> m_commands;
@@ -143,7 +143,7 @@ void HttpNetwork::Data::run() noexcept {
     }
 }
 
-// Hands over the news, and tells what is next: without any command, to poll.
+// Hands over the reports. The result says what to do next: poll when there are no commands.
 HttpNetwork::Data::Turn HttpNetwork::Data::exchange() noexcept {
     bool notify = false;
     Turn turn = Turn::Work;
@@ -169,7 +169,7 @@ HttpNetwork::Data::Turn HttpNetwork::Data::exchange() noexcept {
     return turn == Turn::Poll ? Turn::PollShortly : turn;
 }
 
-// False for want of memory.
+// False when out of memory.
 bool HttpNetwork::Data::postNotice() noexcept {
     try {
         QCoreApplication::postEvent(this, new QEvent(QEvent::User));
@@ -271,7 +271,7 @@ void HttpNetwork::Data::takeOutbox() {
     m_inbox.take(m_outbox);
 }
 
-// Without a transfer when all that was taken is dispatched.
+// Without a transfer when there are no more reports.
 Report HttpNetwork::Data::nextReport() {
     const std::lock_guard guard(m_lock);
     TransferPointer transfer = m_inbox.pop();

@@ -11,9 +11,9 @@ namespace relay {
 struct HttpTransfer;
 
 // The network thread: one libcurl multi_poll loop that serves every HttpClient made with it and hands results
-// to the event loop of the thread that made it, in batches. Make one per program; it must outlive its clients
-// and is not to be deleted from inside one of their signals. For want of memory a request fails, and the
-// thread goes on.
+// in batches to the event loop of the thread that made it. Make one per program; it must outlive its clients
+// and must not be deleted in a handler of their signals. A request that runs out of memory fails; the thread
+// goes on.
 class HttpNetwork final {
   public:
     explicit HttpNetwork(Authorities authorities = Authorities::fromEnvironment(environmentVariable));
@@ -21,15 +21,15 @@ class HttpNetwork final {
     HttpNetwork(const HttpNetwork&) = delete;
     HttpNetwork& operator=(const HttpNetwork&) = delete;
 
-    // Starts the thread, once; the first request does so too. Throws Failure when the thread or libcurl
-    // cannot start.
+    // Starts the thread unless it is running, as the first request also does. Throws Failure when the thread
+    // or libcurl cannot start.
     void open();
     const Authorities& authorities() const noexcept { return m_authorities; }
 
-    // For HttpClient. The transfer belongs to the network thread from here to its end, which comes back
-    // through the client's finish.
+    // For HttpClient. The transfer belongs to the network thread from here until it ends and is passed to the
+    // client's finish.
     void start(std::shared_ptr<HttpTransfer> transfer);
-    // Ends the transfer early; without effect on one that has ended by then.
+    // Ends the transfer early; no effect if it has already ended.
     void abort(std::shared_ptr<HttpTransfer> transfer) noexcept;
 
   private:

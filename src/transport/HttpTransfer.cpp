@@ -16,7 +16,7 @@ namespace {
 constexpr long kRedirectLimit = 10;
 constexpr const char* kOutOfMemory = "Out of memory";
 
-// Removes the one header libcurl would add by itself. Shared by all handles, read only.
+// Removes the one header that libcurl would add. Shared by all handles, read-only.
 curl_slist* headers() {
     static curl_slist* const list = curl_slist_append(nullptr, "Accept:");
     return list;
@@ -33,26 +33,26 @@ HttpTransfer::HttpTransfer(const Authorities& authorities) : easy(curl_easy_init
     if (easy == nullptr) throw Failure("The HTTP client cannot be created");
     set(easy, CURLOPT_PRIVATE, this);
     set(easy, CURLOPT_NOSIGNAL, 1L);
-    // An abort must not wait for a name server that does not answer: the look-up is left behind.
+    // An abort must not wait for a slow name server: the look-up is abandoned.
     set(easy, CURLOPT_QUICK_EXIT, 1L);
-    set(easy, CURLOPT_PATH_AS_IS, 1L);  // "a/../b" is the server's to judge
+    set(easy, CURLOPT_PATH_AS_IS, 1L);  // the server resolves "a/../b"
     set(easy, CURLOPT_PROTOCOLS_STR, "http,https");
     set(easy, CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
     set(easy, CURLOPT_DISALLOW_USERNAME_IN_URL, 1L);  // for redirects; wireUrl refuses the rest
-    set(easy, CURLOPT_PROXY, "");                     // nor one from the environment
+    set(easy, CURLOPT_PROXY, "");                     // not from the environment either
     set(easy, CURLOPT_NOPROXY, "*");
     set(easy, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_0));
     set(easy, CURLOPT_HTTP09_ALLOWED, 0L);
     set(easy, CURLOPT_USERAGENT, "Dart Communications PowerTCP");
     set(easy, CURLOPT_HTTPHEADER, headers());
     set(easy, CURLOPT_MAXREDIRS, kRedirectLimit);
-    // libcurl keeps what it read from a bundle only as long as there is no folder.
+    // libcurl keeps a bundle it has read in memory only if there is no folder.
     set(easy, CURLOPT_CAINFO, authorities.file.empty() ? nullptr : authorities.file.c_str());
     set(easy, CURLOPT_CAPATH, authorities.folder.empty() ? nullptr : authorities.folder.c_str());
     set(easy, CURLOPT_SSL_VERIFYPEER, 1L);
     set(easy, CURLOPT_SSL_VERIFYHOST, 2L);
-    // One request, one connection, as servers expect of HTTP/1.0: a kept connection that dies would make
-    // libcurl send a request twice.
+    // One request per connection, as HTTP/1.0 servers expect: if a kept connection died, libcurl would send a
+    // request twice.
     set(easy, CURLOPT_FORBID_REUSE, 1L);
     set(easy, CURLOPT_WRITEFUNCTION, &HttpTransfer::takeBody);
     set(easy, CURLOPT_WRITEDATA, this);
@@ -88,7 +88,7 @@ void HttpTransfer::prepare(const std::string& url, bool post, bool followRedirec
 void HttpTransfer::readStatus() noexcept {
     long code = 0;
     curl_easy_getinfo(easy, CURLINFO_RESPONSE_CODE, &code);
-    // A connection that ended after an interim answer (1xx) never gave the real one.
+    // A connection that ended after an interim reply (1xx) never sent the real one.
     status = code < 200 ? HttpClient::kNoStatus : static_cast<std::int32_t>(code);
 }
 
@@ -101,7 +101,7 @@ void HttpTransfer::listNews() noexcept {
     if (!std::exchange(hasNews, true)) news->push(shared_from_this());
 }
 
-// Taking fewer bytes than were offered ends the transfer.
+// Taking fewer bytes than offered ends the transfer.
 std::size_t HttpTransfer::takeBody(char* bytes, std::size_t size, std::size_t count, void* owner) noexcept {
     auto& transfer = *static_cast<HttpTransfer*>(owner);
     const std::size_t offered = size * count;
@@ -117,7 +117,7 @@ std::size_t HttpTransfer::takeBody(char* bytes, std::size_t size, std::size_t co
     return taken;
 }
 
-// What was sent with TLS is not sent on without.
+// A request that was sent with TLS is not redirected to plain http.
 void HttpTransfer::redirectOnly(bool secure) {
     if (secure == m_redirectsSecure) return;
     set(easy, CURLOPT_REDIR_PROTOCOLS_STR, secure ? "https" : "http,https");

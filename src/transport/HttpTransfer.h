@@ -15,41 +15,40 @@ struct HttpTransfer;
 template <std::shared_ptr<HttpTransfer> HttpTransfer::*kNext>
 class TransferQueue;
 
-// One libcurl handle with its request and its reply, used for one request after the other. Between the start
-// and the end of a request it belongs to the network thread; otherwise to the thread of the clients. What
-// stands outside this rule says so.
+// One libcurl handle with its request and reply, reused for one request after another. While a request runs
+// it belongs to the network thread, otherwise to the clients' thread; exceptions are noted.
 struct HttpTransfer final : std::enable_shared_from_this<HttpTransfer> {
-    // Of all headers of a request's replies, redirects included: far more than servers send. libcurl keeps
-    // each line until the request ends.
+    // Limits for all headers of a request, redirects included: far more than servers send. libcurl keeps each
+    // line until the request ends.
     static constexpr std::size_t kHeaderLimit = 128u * 1024;
     static constexpr std::size_t kHeaderLines = 1000;
-    // A buffer beyond this is given back rather than kept for the next reply.
+    // A larger buffer is freed, not kept for the next reply.
     static constexpr std::size_t kKeptBuffer = 256u * 1024;
 
-    // Throws Failure when libcurl has no handle to give.
+    // Throws Failure when libcurl cannot make a handle.
     explicit HttpTransfer(const Authorities& authorities);
     ~HttpTransfer();
     HttpTransfer(const HttpTransfer&) = delete;
     HttpTransfer& operator=(const HttpTransfer&) = delete;
 
-    // Makes the handle ready for a request. `url` must have passed wireUrl. A POST sends `body`.
+    // Prepares the handle for a request. `url` must have passed wireUrl. A POST sends `body`.
     void prepare(const std::string& url, bool post, bool followRedirects, std::int32_t timeoutMilliseconds);
-    // Network thread, when the request ends: the reply's status, and why this machine could not go on.
+    // Network thread, when the request ends: the status of the reply, and any local failure.
     void readStatus() noexcept;
     void readFailure(CURLcode result) noexcept;
 
     CURL* const easy;
     std::string body;
     std::string text;
-    bool keepsText = true;     // false: the reply is counted and let go
+    bool keepsText = true;     // false: the reply is counted and dropped
     std::size_t received = 0;  // bytes of the reply so far
     std::int32_t status = HttpClient::kNoStatus;
-    const char* failure = nullptr;  // what this machine lacked; null for all that the other side did
+    const char* failure = nullptr;  // local reason; null for failures of the other side
 
-    HttpClient* client = nullptr;  // clients' thread only; null: nobody waits for the end
+    HttpClient* client = nullptr;  // clients' thread only; null when no client waits for the end
 
-    // Network thread: its place among the running transfers, which own themselves, and the list of those
-    // with news.
+    // Network thread: links in the list of running transfers, which own themselves, and in the list of those
+    // with something to report.
     std::shared_ptr<HttpTransfer> self;
     HttpTransfer* nextActive = nullptr;
     HttpTransfer* previousActive = nullptr;
@@ -59,7 +58,7 @@ struct HttpTransfer final : std::enable_shared_from_this<HttpTransfer> {
     bool ended = false;
     void listNews() noexcept;
 
-    // Under the network's lock: what the clients ask for, and what they are told.
+    // Under the network's lock: requests from the clients and reports to them.
     std::shared_ptr<HttpTransfer> nextCommand;
     bool hasCommand = false;
     bool startWanted = false;
@@ -80,7 +79,7 @@ struct HttpTransfer final : std::enable_shared_from_this<HttpTransfer> {
     bool m_redirectsSecure = false;  // redirects must go to https
 };
 
-// Empties the text and gives back the memory of an unusually large one.
+// Empties the text and frees an unusually large buffer.
 void emptyBuffer(std::string& text) noexcept;
 
 }  // namespace relay

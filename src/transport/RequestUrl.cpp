@@ -13,7 +13,7 @@ namespace {
 std::size_t authorityStart(std::string_view url) noexcept {
     const std::size_t scheme = url.find("://");
     std::size_t start = scheme == npos ? 0 : scheme + 3;
-    // Servers behind "http:///name" are reached too: further slashes do not end the authority.
+    // "http:///name" works too: extra slashes do not end the authority.
     while (start < url.size() && url[start] == '/') ++start;
     return start;
 }

@@ -7,7 +7,7 @@
 namespace relay {
 
 void RunPool::open(Options options) {
-    // The run before may have ended inside a signal of its pool.
+    // The previous run may have ended in a signal of its pool.
     if (m_frmHTTPMX) {
         m_frmHTTPMX->disconnect(this);
         m_frmHTTPMX.release()->deleteLater();

@@ -9,8 +9,8 @@ namespace relay {
 
 struct Services;
 
-// The connection pool of a run. A loaded pool keeps its size, so each run opens a new one here; nothing is
-// heard of the one before, whose requests end with it.
+// The connection pool of a run. A loaded pool cannot change its size, so each run opens a new one; that ends
+// the requests of the previous one, without signals.
 class RunPool final : public QObject {
     Q_OBJECT
   public:
@@ -22,10 +22,9 @@ class RunPool final : public QObject {
 
     explicit RunPool(const Services& services) : m_services(services) {}
 
-    // Throws Failure when the pool cannot be loaded: a run on half of one would wait for requests that never
-    // end.
+    // Throws Failure when the pool cannot be loaded: with half a pool a run would never end.
     void open(Options options);
-    // As those of frmHTTPMX. Connect needs an open pool.
+    // As in frmHTTPMX. Connect needs an open pool.
     void Connect(std::int16_t Index, const std::string& URL, const std::string& Method,
                  const std::string& PostData) {
         m_frmHTTPMX->Connect(Index, URL, Method, PostData);

@@ -8,8 +8,8 @@
 
 namespace relay {
 
-// Transfers in a row, first in, first out. Each carries the link to the next itself, so that a full memory
-// cannot keep one from being listed. A transfer stands in one queue of a kind at most.
+// A first-in, first-out queue of transfers. Each transfer contains its own link, so adding one never
+// allocates. A transfer can be in only one queue of a kind.
 template <std::shared_ptr<HttpTransfer> HttpTransfer::*kNext>
 class TransferQueue final {
   public:
@@ -33,7 +33,7 @@ class TransferQueue final {
         if (!m_first) m_last = nullptr;
         return first;
     }
-    // All of the other queue.
+    // Moves all transfers of the other queue to the end.
     void take(TransferQueue& other) noexcept {
         if (!other.empty()) link(std::move(other.m_first), std::exchange(other.m_last, nullptr));
     }

@@ -10,8 +10,8 @@
 
 namespace relay {
 
-// One single-shot watchdog for each index from 0. They share a timer that is left alone as long as it fires
-// before the earliest deadline, so that starting and stopping one costs next to nothing.
+// A single-shot watchdog for each index from 0. They share one timer, which is left alone as long as it fires
+// before the earliest deadline; so starting and stopping a watchdog is cheap.
 class Watchdogs final : public QObject {
     Q_OBJECT
   public:

@@ -23,8 +23,8 @@ namespace {
 constexpr int kCancelInterval = 800;  // milliseconds
 constexpr std::int16_t kDefaultConnections = 10;
 constexpr std::int32_t kFallbackTimeOut = 30000;
-// Failed starts that may end inside each other: the owner answers a Completed with its next Connect, and a
-// long row of unusable requests must not use up the stack. Further ones end through the event loop.
+// How deep failed starts may nest: the owner answers a Completed with its next Connect, and a series of
+// unusable requests must not use up the stack. Further ones end through the event loop.
 constexpr int kNestedFailures = 16;
 
 }  // namespace
@@ -64,8 +64,8 @@ void frmHTTPMX::addSlot() {
             [this, index](qint32 bytes) { Q_EMIT Progress(index, bytes); });
 }
 
-// The proxy of the settings is for a mode of access that is never chosen: every connection is direct. All
-// that is taken from the settings is the time-out.
+// Every connection is direct: the access mode that would use the proxy of the settings is never chosen. Only
+// the time-out is taken from the settings.
 void frmHTTPMX::getSocketSetting() {
     m_TimeOut = 0;
     if (m_preference.AccessType != 2) return;
@@ -104,7 +104,7 @@ void frmHTTPMX::send(std::int16_t index, const std::string& URL, const std::stri
                      const std::string& postData) {
     HttpSlot& slot = slotAt(index);
     HttpClient& client = slot.client;
-    // The client is idle at once after an abort, but the slot is not: its restart is still to come.
+    // After an abort the client is idle at once, but the slot is not: its restart is still pending.
     if (client.State() != 0 || slot.Status == SlotStatus::Restart) {
         slot.Status = SlotStatus::Restart;
         client.Abort();
@@ -134,7 +134,7 @@ void frmHTTPMX::fail(std::int16_t index, const std::string& URL, const Failure& 
         m_log.WriteErrorLog("frmRanking_Connect_Error: " + std::to_string(failure.number()) + " - " +
                             failure.what() + "\r\nURL: " + loggableUrl(shown));
     } catch (const std::bad_alloc&) {
-        // Where there is no memory for a line of the log, the request still gets its end.
+        // Even without memory for a log line the request must end.
     }
     if (index >= 0 && static_cast<std::size_t>(index) < m_slots.size())
         m_tmrHttpTimeout.stop(static_cast<std::size_t>(index));
@@ -170,8 +170,8 @@ void frmHTTPMX::finish(std::int16_t index) {
     }
 }
 
-// The reply is moved out, as the owner's handler may start the slot's next request and read on; its memory
-// goes back for the next reply.
+// The reply is moved out because the owner's handler may start the slot's next request while it still reads;
+// the buffer is then reused for the next reply.
 void frmHTTPMX::complete(std::int16_t index) {
     const auto place = static_cast<std::size_t>(index);
     if (const char* const failure = m_slots[place].client.LocalFailure()) {
@@ -199,7 +199,7 @@ void frmHTTPMX::timeOut(std::int16_t index) {
 void frmHTTPMX::Disconnect() {
     const QPointer<frmHTTPMX> alive(this);
     const auto failure = failureOf([&] {
-        // What runs in between may unload the pool.
+        // processEvents may unload the pool.
         for (std::size_t index = 1; index < m_slots.size(); ++index) {
             HttpSlot& slot = m_slots[index];
             if (slot.client.State() == 0 && slot.Status != SlotStatus::Restart) continue;

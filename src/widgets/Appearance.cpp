@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "widgets/Appearance.h"
 
+#include "widgets/Contrast.h"
+#include "widgets/DesktopColours.h"
 #include "widgets/IconTheme.h"
+#include "widgets/PlainStyle.h"
 
 #include <QApplication>
-#include <QProxyStyle>
-#include <QStyleFactory>
+#include <QEvent>
+#include <QScopedValueRollback>
 
 #include <initializer_list>
 #include <utility>
@@ -14,18 +17,6 @@ namespace relay {
 
 namespace {
 using Colours = std::initializer_list<std::pair<QPalette::ColorRole, QColor>>;
-
-// The buttons of boxes and dialogs carry words, not whatever pictures the desktop has for them.
-class PlainButtonStyle final : public QProxyStyle {
-  public:
-    using QProxyStyle::QProxyStyle;
-
-    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
-                  QStyleHintReturn* returned) const override {
-        if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;
-        return QProxyStyle::styleHint(hint, option, widget, returned);
-    }
-};
 
 QPalette paletteOf(const Colours& colours, const QColor& disabledText) {
     QPalette palette;
@@ -65,18 +56,18 @@ QPalette lightPalette() {
 }
 
 QPalette darkPalette() {
-    QPalette palette = paletteOf({{QPalette::Window, QColor(0x33, 0x37, 0x3d)},
+    QPalette palette = paletteOf({{QPalette::Window, QColor(0x2a, 0x2d, 0x32)},
                                   {QPalette::WindowText, QColor(0xe6, 0xe8, 0xeb)},
                                   {QPalette::Base, QColor(0x1d, 0x1f, 0x23)},
                                   {QPalette::AlternateBase, QColor(0x24, 0x27, 0x2b)},
                                   {QPalette::Text, QColor(0xe6, 0xe8, 0xeb)},
                                   {QPalette::PlaceholderText, QColor(0x8c, 0x93, 0x9d)},
-                                  {QPalette::Button, QColor(0x3d, 0x42, 0x49)},
+                                  {QPalette::Button, QColor(0x30, 0x34, 0x3a)},
                                   {QPalette::ButtonText, QColor(0xe6, 0xe8, 0xeb)},
                                   {QPalette::BrightText, QColor(0xff, 0xff, 0xff)},
                                   {QPalette::ToolTipBase, QColor(0x35, 0x39, 0x40)},
                                   {QPalette::ToolTipText, QColor(0xe6, 0xe8, 0xeb)},
-                                  {QPalette::Highlight, QColor(0x2b, 0x6c, 0xb8)},
+                                  {QPalette::Highlight, QColor(0x35, 0x77, 0xc4)},
                                   {QPalette::HighlightedText, QColor(0xff, 0xff, 0xff)},
                                   {QPalette::Link, QColor(0x7a, 0xb8, 0xf5)},
                                   {QPalette::LinkVisited, QColor(0x7a, 0xb8, 0xf5)},
@@ -86,17 +77,104 @@ QPalette darkPalette() {
                                   {QPalette::Dark, QColor(0x14, 0x16, 0x18)},
                                   {QPalette::Shadow, QColor(0x0c, 0x0d, 0x0e)}},
                                  QColor(0x84, 0x8a, 0x93));
-    palette.setColor(QPalette::Disabled, QPalette::Base, QColor(0x2b, 0x2e, 0x33));
+    palette.setColor(QPalette::Disabled, QPalette::Base, QColor(0x24, 0x27, 0x2b));
     palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor(0x4a, 0x4f, 0x57));
     return palette;
 }
 
-void applyAppearance(QApplication& application, const QString& wish) {
-    QApplication::setStyle(new PlainButtonStyle(QStyleFactory::create(QStringLiteral("Fusion"))));
-    if (wish == QStringLiteral("dark")) application.setPalette(darkPalette());
-    if (wish == QStringLiteral("light")) application.setPalette(lightPalette());
+QPalette legiblePart(const QPalette& provided) {
+    QPalette part;
+    for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+        const auto colour = [&](QPalette::ColorRole role) { return provided.color(group, role); };
+        const QColor base = colour(QPalette::Base);
+        const QColor text = colour(QPalette::Text);
+        const QColor placeholder = over(colour(QPalette::PlaceholderText), base);
+        if (contrast(placeholder, base) < kTextContrast)
+            part.setColor(group, QPalette::PlaceholderText, contrasting(base, text, {base}, kTextContrast));
+        const QColor selection = colour(QPalette::Highlight);
+        if (contrast(selection, base) < kShapeContrast)
+            part.setColor(group, QPalette::Highlight, contrasting(selection, text, {base}));
+    }
+    return part;
+}
+
+bool isDark(const QPalette& palette) {
+    return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
+}
+
+namespace {
+// Sets the application's palette and follows the desktop's changes.
+class ColourKeeper final : public QObject {
+  public:
+    ColourKeeper(QApplication& application, QString fixed)
+        : QObject(&application), m_application(application), m_fixed(std::move(fixed)) {
+        connect(&m_desktop, &DesktopColours::changed, this, &ColourKeeper::apply);
+        application.installEventFilter(this);
+    }
+
+    void choose(const QString& wish) {
+        m_wish = wish;
+        apply();
+    }
+
+  protected:
+    bool eventFilter(QObject* object, QEvent* event) override {
+        if (m_following && object == &m_application && event->type() == QEvent::ApplicationPaletteChange)
+            apply();
+        return QObject::eventFilter(object, event);
+    }
+
+  private:
+    void apply() {
+        if (m_applying) return;
+        const QScopedValueRollback<bool> applying(m_applying, true);
+        const QString& wish = m_fixed.isEmpty() ? m_wish : m_fixed;
+        m_following = false;
+        if (wish == QStringLiteral("dark"))
+            QApplication::setPalette(darkPalette());
+        else if (wish == QStringLiteral("light"))
+            QApplication::setPalette(lightPalette());
+        else
+            followDesktop();
+    }
+
+    void followDesktop() {
+        m_following = true;
+        QApplication::setPalette(QPalette());
+        const QPalette provided = QApplication::palette();
+        // The style's own palette means that the desktop provides none. It is dark on a dark desktop.
+        if (provided != QApplication::style()->standardPalette()) {
+            QApplication::setPalette(legiblePart(provided));
+            return;
+        }
+        m_desktop.ask();
+        const bool dark = m_desktop.scheme() == DesktopColours::Scheme::NoPreference
+                              ? isDark(provided)
+                              : m_desktop.scheme() == DesktopColours::Scheme::Dark;
+        QApplication::setPalette(dark ? darkPalette() : lightPalette());
+    }
+
+    QApplication& m_application;
+    const QString m_fixed;
+    QString m_wish;
+    DesktopColours m_desktop;
+    bool m_following = false;
+    bool m_applying = false;
+};
+}  // namespace
+
+void applyAppearance(QApplication& application, const QString& fixed) {
+    QApplication::setStyle(new PlainStyle);
+    auto* const colours = new ColourKeeper(application, fixed);
+    if (!fixed.isEmpty()) colours->choose({});
     QApplication::setWindowIcon(programIcon());
     QApplication::setDesktopFileName(QStringLiteral("korvel-relay"));
+}
+
+void chooseColours(const QString& wish) {
+    for (QObject* const part : qApp->children())
+        if (auto* const colours = dynamic_cast<ColourKeeper*>(part); colours != nullptr)
+            colours->choose(wish);
 }
 
 }  // namespace relay

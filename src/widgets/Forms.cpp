@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "widgets/Forms.h"
 
+#include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QScreen>
@@ -29,6 +30,52 @@ void showInTabs(QWidget& field) {
     }
     field.setFocus(Qt::OtherFocusReason);
     if (auto* const edit = qobject_cast<QLineEdit*>(&field); edit != nullptr) edit->selectAll();
+}
+
+void limitWidth(QWidget& page, int characters) {
+    auto* const content = new QWidget;
+    content->setLayout(page.layout());
+    content->setMaximumWidth(page.fontMetrics().averageCharWidth() * characters);
+    auto* const row = new QHBoxLayout(&page);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->addWidget(content, 1);
+    row->addStretch(0);
+}
+
+void describePlaceholders(const QWidget& form) {
+    for (auto* const edit : form.findChildren<QPlainTextEdit*>())
+        if (edit->accessibleDescription().isEmpty()) edit->setAccessibleDescription(edit->placeholderText());
+}
+
+void continueAddress(QLineEdit& edit, const QString& beginning) {
+    // A dialog selects the whole text when it comes up.
+    QMetaObject::invokeMethod(
+        &edit, [&edit] { edit.end(false); }, Qt::QueuedConnection);
+    QObject::connect(&edit, &QLineEdit::textEdited, &edit, [&edit, beginning](const QString& text) {
+        if (!text.startsWith(beginning)) return;
+        const QString typed = text.mid(beginning.size());
+        const auto startsWith = [&typed](const QString& word) {
+            return typed.startsWith(word, Qt::CaseInsensitive);
+        };
+        const QString www = QStringLiteral("www.");
+        QString address;
+        if (startsWith(QStringLiteral("http://")) || startsWith(QStringLiteral("https://")))
+            address = typed;
+        else if (startsWith(www) && beginning.endsWith(www))
+            address = beginning + typed.mid(www.size());
+        if (!address.isEmpty()) edit.setText(address);
+    });
+}
+
+void focusFirst(QWidget& page) {
+    for (QWidget* control = page.nextInFocusChain(); control != &page;
+         control = control->nextInFocusChain()) {
+        const bool takes = (control->focusPolicy() & Qt::TabFocus) != 0 && control->isEnabled() &&
+                           control->isVisibleTo(&page) && page.isAncestorOf(control);
+        if (!takes) continue;
+        control->setFocus(Qt::TabFocusReason);
+        return;
+    }
 }
 
 QString typedText(const QPlainTextEdit& edit) {

@@ -3,19 +3,29 @@
 
 #include <QString>
 
+class QLineEdit;
 class QPlainTextEdit;
 class QWidget;
 
 namespace relay {
 
-// Puts a form a little above the middle of its screen: the height left over counts for nine tenths.
+// Puts a form slightly above the centre of its screen: it gets nine tenths of the centring offset.
 void CenterForm(QWidget& form);
-// Turns every tab control around a field to the field's page and puts the cursor into the field.
+// Switches every tab control around a field to its page and focuses the field.
 void showInTabs(QWidget& field);
+// Limits the width of the content of a page or group box to so many characters. The rest of a wide window
+// stays free on its right.
+void limitWidth(QWidget& page, int characters);
+// Describes the form's text boxes to screen readers by their placeholders, as Qt does for one-line fields.
+void describePlaceholders(const QWidget& form);
+// For a field that contains the start of an address: typing continues it, and a complete address that is
+// typed or pasted replaces it.
+void continueAddress(QLineEdit& edit, const QString& beginning);
+// Focuses the first control of a page that can have the focus.
+void focusFirst(QWidget& page);
 // "Version 6.0": the program's major and minor number.
 QString versionText();
-// The text as it stands in the box, lines ended by LF. toPlainText() would turn non-breaking blanks into
-// plain ones.
+// The text in the box, lines ended by LF. toPlainText() would turn non-breaking spaces into plain ones.
 QString typedText(const QPlainTextEdit& edit);
 
 }  // namespace relay

@@ -2,6 +2,7 @@
 #include "widgets/IconTheme.h"
 
 #include "core/ScreenText.h"
+#include "widgets/Appearance.h"
 
 #include <QFile>
 #include <QGuiApplication>
@@ -15,13 +16,9 @@
 namespace relay {
 
 namespace {
-// The two colours the drawings are written with.
+// The two colours used in the drawings.
 constexpr auto kLine = "currentColor";
 constexpr auto kAccent = "#2f7dd1";
-
-bool isDark(const QPalette& palette) {
-    return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
-}
 
 struct Tint final {
     QColor line;

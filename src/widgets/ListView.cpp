@@ -5,20 +5,30 @@
 #include "core/ScreenText.h"
 #include "widgets/IconTheme.h"
 
+#include <QAction>
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QPainter>
+#include <QPushButton>
+#include <QRegularExpression>
 #include <QScopedValueRollback>
+#include <QScrollBar>
 #include <QSignalBlocker>
 #include <QStyledItemDelegate>
+#include <QtMath>
 
 namespace relay {
 
 namespace {
 constexpr int kIconSize = 16;
 constexpr int kFrameMilliseconds = 33;
+constexpr int kNameCharacters = 18;    // of a name that can be read in the narrowest list
+constexpr int kColumnPadding = 3;      // in characters
+constexpr int kNarrowPadding = 2;      // in characters
+constexpr double kNarrowColumn = 0.6;  // of a column's usual width
+constexpr int kButtonGap = 12;         // between the hint of an empty list and its button
 
 class RowDelegate final : public QStyledItemDelegate {
   public:
@@ -58,6 +68,7 @@ ListView::ListView(QWidget* parent) : QTreeView(parent) {
     header()->setSortIndicatorShown(false);
     header()->setStretchLastSection(false);
     header()->setSectionsMovable(false);
+    header()->setTextElideMode(Qt::ElideRight);
     connect(header(), &QHeaderView::sectionClicked, this, &ListView::sortBy);
     m_frame.setSingleShot(true);
     m_frame.setInterval(kFrameMilliseconds);
@@ -71,8 +82,9 @@ void ListView::setRows(Rows* rows, const std::vector<int>& columnCharacters) {
     m_rows = rows;
     m_columnCharacters = columnCharacters;
     setModel(rows);
-    // Connected behind the selection model, which forgets everything at a reset.
+    // Connected after the selection model, which is cleared by a reset.
     connect(rows, &QAbstractItemModel::modelReset, this, &ListView::followReset);
+    connect(rows, &QAbstractItemModel::rowsRemoved, this, &ListView::followRows);
     layOutColumns();
     followReset();
 }
@@ -81,18 +93,51 @@ void ListView::layOutColumns() {
     if (m_rows == nullptr || m_rows->columnCount() == 0) return;
     header()->setSectionResizeMode(QHeaderView::Interactive);
     header()->setSectionResizeMode(m_stretchedColumn, QHeaderView::Stretch);
-    int section = 0;
-    for (const int characters : m_columnCharacters) {
-        if (section == m_stretchedColumn) ++section;
-        if (section == m_rows->columnCount()) return;
-        header()->resizeSection(section++, fontMetrics().averageCharWidth() * (characters + 3));
+    int usual = nameWidth();
+    int narrow = nameWidth();
+    for (std::size_t column = 0; column < m_columnCharacters.size(); ++column) {
+        usual += columnWidth(column);
+        narrow += narrowWidth(column);
     }
+    if (!m_columnCharacters.empty())
+        setMinimumWidth(narrow + 2 * frameWidth() + verticalScrollBar()->sizeHint().width());
+    const bool fits = viewport()->width() >= usual;
+    for (std::size_t column = 0; column < m_columnCharacters.size(); ++column) {
+        const int place = static_cast<int>(column);
+        const int section = place < m_stretchedColumn ? place : place + 1;
+        if (section < m_rows->columnCount())
+            header()->resizeSection(section, fits ? columnWidth(column) : narrowWidth(column));
+    }
+}
+
+int ListView::nameWidth() const {
+    return fontMetrics().averageCharWidth() * (kNameCharacters + kNarrowPadding) + kIconSize;
+}
+
+int ListView::columnWidth(std::size_t column) const {
+    return fontMetrics().averageCharWidth() * (m_columnCharacters[column] + kColumnPadding);
+}
+
+int ListView::narrowWidth(std::size_t column) const {
+    return fontMetrics().averageCharWidth() *
+           (qCeil(m_columnCharacters[column] * kNarrowColumn) + kNarrowPadding);
 }
 
 void ListView::setEmptyHint(const QString& hint) {
     m_emptyHint = hint;
-    setAccessibleDescription(hint);
+    describe();
     viewport()->update();
+}
+
+void ListView::describe() {
+    const bool hinting = !m_emptyHint.isEmpty() && accessibleDescription() == m_emptyHint;
+    const bool empty = m_rows == nullptr || m_rows->empty();
+    if (empty && !hinting) {
+        m_description = accessibleDescription();
+        setAccessibleDescription(m_emptyHint);
+    } else if (!empty && hinting) {
+        setAccessibleDescription(m_description);
+    }
 }
 
 void ListView::setSortable(bool on) {
@@ -120,15 +165,76 @@ void ListView::showOrder() {
 }
 
 void ListView::followReset() {
+    layOutColumns();
     selectHighlighted();
     showOrder();
+    followRows();
+}
+
+void ListView::rowsInserted(const QModelIndex& parent, int start, int end) {
+    QTreeView::rowsInserted(parent, start, end);
+    followRows();
+}
+
+void ListView::followRows() {
+    describe();
+    placeEmptyButton();
+    tellSelection();
+}
+
+void ListView::tellSelection() {
+    Q_EMIT rowsSelected(selectionModel() != nullptr && selectionModel()->hasSelection());
+    Q_EMIT changed();
+}
+
+void ListView::setEmptyAction(QAction& action) {
+    m_emptyButton = new QPushButton(action.icon(), action.text(), viewport());
+    m_emptyButton->setObjectName(action.objectName() + QStringLiteral("Button"));
+    m_emptyButton->setToolTip(action.toolTip());
+    m_emptyButton->setCursor(Qt::ArrowCursor);
+    connect(m_emptyButton, &QPushButton::clicked, &action, &QAction::trigger);
+    placeEmptyButton();
+}
+
+// The hint and the button below it are centred together.
+QRect ListView::hintPlace() const {
+    constexpr int kMargin = 16;
+    const QRect area = viewport()->rect().adjusted(kMargin, kMargin, -kMargin, -kMargin);
+    const int button = m_emptyButton == nullptr ? 0 : m_emptyButton->sizeHint().height() + kButtonGap;
+    const int height =
+        fontMetrics()
+            .boundingRect(area, static_cast<int>(Qt::AlignCenter) | Qt::TextWordWrap, m_emptyHint)
+            .height();
+    return {area.left(), area.top() + std::max(0, (area.height() - height - button) / 2), area.width(),
+            height};
+}
+
+void ListView::placeEmptyButton() {
+    if (m_emptyButton == nullptr) return;
+    const QSize size = m_emptyButton->sizeHint();
+    const QRect hint = hintPlace();
+    m_emptyButton->setGeometry(hint.center().x() - size.width() / 2, hint.bottom() + kButtonGap, size.width(),
+                               size.height());
+    const bool hadFocus = m_emptyButton->hasFocus();
+    m_emptyButton->setVisible(m_rows == nullptr || m_rows->empty());
+    if (hadFocus && m_emptyButton->isHidden()) setFocus(Qt::OtherFocusReason);
+}
+
+void ListView::resizeEvent(QResizeEvent* event) {
+    layOutColumns();
+    QTreeView::resizeEvent(event);
+    placeEmptyButton();
 }
 
 void ListView::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
     QTreeView::selectionChanged(selected, deselected);
-    if (m_rows == nullptr || m_following) return;
+    if (m_rows == nullptr) return;
+    if (m_following) {
+        tellSelection();
+        return;
+    }
     const QScopedValueRollback<bool> following(m_following, true);
-    // The selection is on the screen already; nobody else needs to hear of the flags.
+    // The selection is already on the screen, so the flags need no signals.
     const QSignalBlocker quiet(m_rows);
     const auto mark = [this](const QItemSelection& ranges, bool on) {
         for (const QItemSelectionRange& range : ranges) {
@@ -138,6 +244,7 @@ void ListView::selectionChanged(const QItemSelection& selected, const QItemSelec
     };
     mark(deselected, false);
     mark(selected, true);
+    tellSelection();
 }
 
 void ListView::repaintSoon() {
@@ -149,8 +256,8 @@ void ListView::repaintSoon() {
     m_frame.start();
 }
 
-// Thousands of flags may change one by one: one look at all of them follows. Rows are of one height and have
-// no editors, so nothing else depends on a row's data.
+// Thousands of flags may change one by one: they are followed once. Rows have one height and no editors, so
+// nothing else depends on a row's data.
 void ListView::dataChanged(const QModelIndex&, const QModelIndex&, const QList<int>& roles) {
     repaintSoon();
     if (!roles.isEmpty() && !roles.contains(Rows::HighlightRole)) return;
@@ -214,7 +321,8 @@ void ListView::contextMenuEvent(QContextMenuEvent* event) {
     if (!actions().isEmpty()) menu.addSeparator();
     if (m_rows != nullptr && m_sortable) {
         for (int column = 0; column < m_rows->columnCount(); ++column) {
-            const QString title = toScreen(m_rows->columnTitle(column));
+            static const QRegularExpression count(QStringLiteral("\\s*\\(\\d+\\)$"));
+            const QString title = toScreen(m_rows->columnTitle(column)).remove(count);
             menu.addAction(
                 tr("Sort by %1").arg(QString(title).replace(QLatin1Char('&'), QStringLiteral("&&"))), this,
                 [this, column] { sortBy(column); });
@@ -230,13 +338,24 @@ void ListView::paintEvent(QPaintEvent* event) {
     if (m_emptyHint.isEmpty() || (m_rows != nullptr && !m_rows->empty())) return;
     QPainter painter(viewport());
     painter.setPen(palette().color(QPalette::PlaceholderText));
-    painter.drawText(viewport()->rect().adjusted(16, 16, -16, -16),
-                     static_cast<int>(Qt::AlignCenter) | static_cast<int>(Qt::TextWordWrap), m_emptyHint);
+    painter.drawText(hintPlace(), static_cast<int>(Qt::AlignCenter) | static_cast<int>(Qt::TextWordWrap),
+                     m_emptyHint);
 }
 
 void ListView::changeEvent(QEvent* event) {
     QTreeView::changeEvent(event);
-    if (event->type() == QEvent::FontChange) layOutColumns();
+    if (event->type() != QEvent::FontChange) return;
+    layOutColumns();
+    placeEmptyButton();
+}
+
+void needSelection(ListView& list, QAbstractButton& button, const QString& does, const QString& whyDisabled) {
+    const auto follow = [&button, does, whyDisabled](bool any) {
+        button.setEnabled(any);
+        button.setToolTip(any ? does : does + QStringLiteral(". ") + whyDisabled);
+    };
+    QObject::connect(&list, &ListView::rowsSelected, &button, follow);
+    follow(list.selectionModel() != nullptr && list.selectionModel()->hasSelection());
 }
 
 }  // namespace relay

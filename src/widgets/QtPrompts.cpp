@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "widgets/QtPrompts.h"
 
+#include "core/FileSystem.h"
 #include "core/ScreenText.h"
 #include "core/Text.h"
+#include "widgets/Forms.h"
 
 #include <QApplication>
 #include <QDesktopServices>
@@ -19,6 +21,7 @@ namespace relay {
 
 namespace {
 constexpr int kInputWidth = 420;
+constexpr int kNoticeMilliseconds = 8000;
 
 QString toBoxText(std::string_view text) {
     return toScreen(text).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
@@ -38,7 +41,7 @@ QMessageBox::Icon toQtIcon(Icon icon) {
     return QMessageBox::NoIcon;
 }
 
-// A label breaks its lines at blanks only: a long name without any gets places to break at that do not show.
+// Labels break lines at blanks only, so long words get invisible places to break.
 QString breakable(QString text) {
     constexpr int kLongestPiece = 40;
     int piece = 0;
@@ -74,7 +77,7 @@ QStringList toQtFilters(std::string_view filter) {
         QString name = pieces.at(piece);
         name.remove(patternInName);
         QString patterns = pieces.at(piece + 1);
-        // "*.*" means every file, also one without a dot in its name.
+        // "*.*" means every file, even without a dot in its name.
         patterns.replace(QStringLiteral("*.*"), QStringLiteral("*"))
             .replace(QLatin1Char(';'), QLatin1Char(' '));
         filters << name + QStringLiteral(" (") + patterns + QLatin1Char(')');
@@ -82,8 +85,7 @@ QStringList toQtFilters(std::string_view filter) {
     return filters;
 }
 
-// The ordinary pointer for as long as a box waits for the user in the middle of long work, which may end
-// meanwhile.
+// Shows the normal pointer while a box waits for the user during long work, which may end meanwhile.
 class QtPrompts::PlainPointer final {
   public:
     explicit PlainPointer(QtPrompts& prompts) : m_prompts(prompts) { change(1); }
@@ -130,7 +132,7 @@ std::optional<std::string> QtPrompts::input(std::string_view text, std::string_v
     dialog.setLabelText(toBoxText(text));
     dialog.setTextValue(toScreen(preset));
     dialog.ensurePolished();
-    dialog.sizeHint();  // lays the dialog out, which sets the label's size policy
+    dialog.sizeHint();  // lays out the dialog, which sets the label's size policy
     if (auto* label = dialog.findChild<QLabel*>(); label != nullptr) {
         label->setTextFormat(Qt::PlainText);
         label->setText(breakable(label->text()));
@@ -144,6 +146,7 @@ std::optional<std::string> QtPrompts::input(std::string_view text, std::string_v
     if (auto* edit = dialog.findChild<QLineEdit*>(); edit != nullptr) {
         edit->setAccessibleName(toBoxText(text));
         edit->setMaxLength(1 << 24);
+        if (startsWithNoCase(preset, "http://")) continueAddress(*edit, toScreen(preset));
     }
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
     return fromScreen(dialog.textValue());
@@ -162,7 +165,7 @@ FileChoice QtPrompts::saveFile(std::string_view filter, std::string_view folder,
                        folder.empty() ? m_lastFolder : toScreen(folder));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
-    // The program asks about an existing file in its own words, after it has added the extension.
+    // The program itself asks about an existing file, after adding the extension.
     dialog.setOption(QFileDialog::DontConfirmOverwrite);
     if (!name.empty()) dialog.selectFile(toScreen(name));
     return run(dialog, toQtFilters(filter), m_lastFolder);
@@ -193,7 +196,11 @@ void QtPrompts::showPointer() {
 }
 
 void QtPrompts::status(std::string_view text) {
-    if (m_statusSink) m_statusSink(toScreen(text));
+    if (m_statusSink) m_statusSink(toScreen(text), 0);
+}
+
+void QtPrompts::notice(std::string_view text) {
+    if (m_statusSink) m_statusSink(toScreen(text), kNoticeMilliseconds);
 }
 
 }  // namespace relay

@@ -15,14 +15,15 @@ namespace relay {
 // A dialog filter "Name (*.a)|*.a;*.b|Name|*.c|" as Qt's list "Name (*.a *.b)", "Name (*.c)".
 QStringList toQtFilters(std::string_view filter);
 
-// The door to the user in the window program: Qt's own boxes and dialogs, over the window in front. Boxes
-// show plain text and can be copied from.
+// Prompts of the window program: Qt's boxes and dialogs, over the front window. Boxes show plain text that
+// can be copied.
 class QtPrompts final : public Prompts {
   public:
-    // The window that boxes without an active window belong to.
+    // The parent of boxes when no window is active.
     void setWindow(QWidget* window) { m_window = window; }
-    // Where status texts go.
-    void setStatusSink(std::function<void(const QString&)> sink) { m_statusSink = std::move(sink); }
+    // Receives status texts, and after how many milliseconds they disappear; 0 means never.
+    using StatusSink = std::function<void(const QString& text, int milliseconds)>;
+    void setStatusSink(StatusSink sink) { m_statusSink = std::move(sink); }
 
     void message(std::string_view text, std::string_view title, Icon icon = Icon::None) override;
     bool ask(std::string_view text, std::string_view title) override;
@@ -34,6 +35,7 @@ class QtPrompts final : public Prompts {
     void beep() override;
     void busy(bool on) override;
     void status(std::string_view text) override;
+    void notice(std::string_view text) override;
 
   private:
     class PlainPointer;
@@ -42,11 +44,11 @@ class QtPrompts final : public Prompts {
     void showPointer();
 
     QPointer<QWidget> m_window;
-    std::function<void(const QString&)> m_statusSink;
+    StatusSink m_statusSink;
     QString m_lastFolder;
     int m_busyDepth = 0;
-    int m_boxes = 0;           // open, one over another
-    bool m_hourglass = false;  // the pointer as it is
+    int m_boxes = 0;           // open boxes, one over another
+    bool m_hourglass = false;  // whether the pointer is an hourglass
 };
 
 }  // namespace relay

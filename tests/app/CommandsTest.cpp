@@ -9,13 +9,13 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::Pair;
 
-TEST(CommandsTest, EachCommandIsThereForTheNodesAndThePanelsItServes) {
+TEST(CommandsTest, EachCommandIsEnabledForItsNodesAndPanels) {
     constexpr CommandState kStates[] = {{NodeKind::Root, MainPanel::Project},
                                         {NodeKind::Project, MainPanel::Project},
                                         {NodeKind::Project, MainPanel::Engines},
                                         {NodeKind::Website, MainPanel::Website},
                                         {NodeKind::Website, MainPanel::Engines}};
-    std::map<std::string, std::string> names;  // of the commands that are enabled in the same states
+    std::map<std::string, std::string> names;  // of commands enabled in the same states
     for (const Command& command : mainCommands()) {
         std::string enabled;
         for (const CommandState& state : kStates) enabled += command.isEnabled(state) ? '1' : '0';
@@ -31,7 +31,20 @@ TEST(CommandsTest, EachCommandIsThereForTheNodesAndThePanelsItServes) {
                             Pair("11111",
                                  " NewProject NewWeb Engines Submit mnuFileItems_0 mnuFileItems_13 "
                                  "mnuFileItems_15 mnuHelpItems_0 mnuHelpItems_6 mnuHelpItems_7 "
-                                 "mnuHelpItems_8 mnuHelpItems_10")));
+                                 "mnuHelpItems_8 mnuHelpItems_10 InstallCatalogue")));
+}
+
+TEST(CommandsTest, ADisabledCommandSaysWhyWhereItIsNotPlainToSee) {
+    for (const Command& command : urlCommands()) {
+        if (command.name != "DeleteURL") continue;
+        EXPECT_FALSE(command.isEnabled({}));
+        EXPECT_THAT(command.shownToolTip({}), testing::EndsWith(". Select a URL in the list first."));
+        const CommandState selected{NodeKind::Website, MainPanel::Website, true};
+        EXPECT_TRUE(command.isEnabled(selected));
+        EXPECT_EQ(command.shownToolTip(selected), command.toolTip);
+        return;
+    }
+    FAIL() << "no such command";
 }
 
 }  // namespace

@@ -5,8 +5,9 @@
 #include "app/WindowTest.h"
 #include "core/Failure.h"
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
 #include "core/ScreenText.h"
-#include "widgets/ListView.h"
+#include "support/CaseTable.h"
 #include "widgets/QtPrompts.h"
 
 #include <QAbstractButton>
@@ -15,6 +16,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QPushButton>
@@ -26,6 +28,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <gmock/gmock.h>
+#include <map>
 #include <set>
 
 namespace relay::test {
@@ -56,6 +59,7 @@ TEST_F(MainWindowTest, AnEmptyHomeShowsTheSettingsOnceAndEndsInTheNotice) {
     int settingsShown = 0;
     whenModal([&](QWidget& dialog) {
         settingsShown += dialog.objectName() == QStringLiteral("frmPreference") ? 1 : 0;
+        EXPECT_TRUE(control<QLabel>(dialog, "lblFirstStart").isVisible()) << "it says why it is there";
         program().bringToFront();
         EXPECT_FALSE(window().isVisible()) << "before it has anything to show";
         QTest::keyClick(&dialog, Qt::Key_Escape);
@@ -72,7 +76,7 @@ TEST_F(MainWindowTest, AnEmptyHomeShowsTheSettingsOnceAndEndsInTheNotice) {
     EXPECT_EQ(settingsShown, 1);
 }
 
-TEST_F(MainWindowTest, TheWindowTakesItsSavedPlaceButStaysInReach) {
+TEST_F(MainWindowTest, TheWindowReturnsToItsSavedPlaceButStaysReachable) {
     settleHome(kSmallCatalogue);
     const auto placed = [this](const char* saved) {
         {
@@ -99,7 +103,7 @@ TEST_F(MainWindowTest, TheWindowTakesItsSavedPlaceButStaysInReach) {
     EXPECT_EQ(window().splitterPlace(), place);
 }
 
-TEST_F(MainWindowTest, QuickStartLeadsToItsCommands) {
+TEST_F(MainWindowTest, QuickStartLinksRunTheirCommands) {
     settleHome(kSmallCatalogue);
     start();
     QLabel& tips = find<QLabel>("lblQuickStartTips");
@@ -128,7 +132,7 @@ TEST_F(MainWindowTest, EveryCommandIsInAFormAndFollowsItsRule) {
             EXPECT_FALSE(action->icon().isNull()) << command.name;
         }
     };
-    check(find<QWidget>("SSTab1"), urlCommands(), {});
+    check(find<QWidget>("SSTab1"), urlCommands(), {NodeKind::Website, MainPanel::Website});
     check(window(), mainCommands(), {NodeKind::Website, MainPanel::Website});
     command("Engines");
     check(window(), mainCommands(), {NodeKind::Website, MainPanel::Engines});
@@ -150,7 +154,7 @@ TEST_F(MainWindowTest, AMissingFieldComesToTheFront) {
     }
 }
 
-TEST_F(MainWindowTest, AClickThatIsRefusedLeavesTheHighlightWhereCommandsAct) {
+TEST_F(MainWindowTest, ARefusedClickLeavesTheHighlightOnTheCurrentNode) {
     startWithOneWebsite();
     type("txtSiteTitle", QStringLiteral("Typed"));
     setSaveFault([](SaveStep step) { return step == SaveStep::Create ? EROFS : 0; });
@@ -163,7 +167,7 @@ TEST_F(MainWindowTest, AClickThatIsRefusedLeavesTheHighlightWhereCommandsAct) {
         QTest::mouseClick(tree.viewport(), button, {}, shop);
         refused("click");
     }
-    // The menu of a node is not opened over a node that it would not act on.
+    // The menu does not open over a node that it would not affect.
     Q_EMIT tree.customContextMenuRequested(shop);
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
     QTest::mouseClick(tree.viewport(), Qt::RightButton, Qt::ControlModifier,
@@ -175,30 +179,25 @@ TEST_F(MainWindowTest, AClickThatIsRefusedLeavesTheHighlightWhereCommandsAct) {
     refused("closed project");
     setSaveFault({});
     tree.collapse(node("Shop"));
-    EXPECT_EQ(current() + ", " + highlighted(), "Shop, Shop") << "a node out of sight is left";
+    EXPECT_EQ(current() + ", " + highlighted(), "Shop, Shop") << "a hidden node does not stay current";
     EXPECT_FALSE(tree.isExpanded(node("Shop")));
 }
 
-TEST_F(MainWindowTest, AHomeThatCannotBeWrittenIsShownOnceAndKeepsWhatWasTyped) {
+TEST_F(MainWindowTest, AHomeThatCannotBeWrittenIsShownAgainAtTheExit) {
     startWithOneWebsite();
     type("txtSiteTitle", QStringLiteral("Typed before"));
     setSaveFault([](SaveStep step) { return step == SaveStep::Create ? EROFS : 0; });
-    prompts.shown.clear();
-    for (int attempt = 0; attempt < 3; ++attempt) clickNode("Shop");
-    EXPECT_EQ(titles(), std::vector<std::string>{"Error"});
-    EXPECT_EQ(current(), "Home");
+    clickNode("Shop");
     QTest::keyClicks(&find<QWidget>("txtSiteTitle"), QStringLiteral(" and after"));
     prompts.shown.clear();
     prompts.answers = {false, true};
     command("mnuFileItems_15");
-    EXPECT_THAT(titles(), ElementsAre("Error", "Exit")) << "shown again, and asked all the same";
+    EXPECT_THAT(titles(), ElementsAre("Error", "Exit")) << "shown again, and still asked";
     EXPECT_TRUE(window().isVisible());
     setSaveFault({});
-    clickNode("Shop");
-    EXPECT_EQ(current(), "Shop");
-    EXPECT_THAT(home.read("Projects/Home.kws"), HasSubstr("Title=Typed before and after\r\n"));
     command("mnuFileItems_15");
     EXPECT_FALSE(window().isVisible());
+    EXPECT_THAT(home.read("Projects/Home.kws"), HasSubstr("Title=Typed before and after\r\n"));
 }
 
 TEST_F(MainWindowTest, TheTreeIsSortedWidenedAndGuardedByKeys) {
@@ -228,7 +227,7 @@ TEST_F(MainWindowTest, TheTreeIsSortedWidenedAndGuardedByKeys) {
     });
     Q_EMIT tree.customContextMenuRequested(QPoint(20, tree.viewport()->height() - 5));
     QCoreApplication::processEvents();
-    EXPECT_FALSE(opened) << "nothing is there to act on";
+    EXPECT_FALSE(opened) << "there is no node to act on";
 }
 
 TEST_F(MainWindowTest, TheToolbarOfTheUrlsComesBeforeTheirListInTheTabOrder) {
@@ -246,7 +245,7 @@ TEST_F(MainWindowTest, TheToolbarOfTheUrlsComesBeforeTheirListInTheTabOrder) {
         "ReplaceMetaTag Optimizer");
 }
 
-TEST(InputBoxTest, LongNamesAndTagsStandAsTheyReadInABoxOfTheUsualWidth) {
+TEST(InputBoxTest, LongNamesAndTagsAreShownLiterallyInABoxOfTheUsualWidth) {
     QtPrompts prompts;
     const std::string name = "<b>" + std::string(600, 'n') + "</b>";
     whenModal([&](QWidget& dialog) {
@@ -261,20 +260,7 @@ TEST(InputBoxTest, LongNamesAndTagsStandAsTheyReadInABoxOfTheUsualWidth) {
     EXPECT_EQ(prompts.input(name, "Name"), std::nullopt);
 }
 
-TEST_F(MainWindowTest, EveryBadProjectFileStillOpensAWindow) {
-    settleHome(kSmallCatalogue);
-    const std::string files[] = {"", std::string("\0\xff[\x01]\0", 6), "[A]\r\nLast=abc\r\n",
-                                 "[A]\r\nLast=2000000000\r\n1=x|/nowhere/at/all.kws\r\n", "[\r\n]\r\n["};
-    for (const std::string& bytes : files) {
-        home.write("project.kwj", bytes);
-        prompts.shown.clear();
-        start();
-        EXPECT_TRUE(window().isVisible());
-        EXPECT_EQ(titles(), std::vector<std::string>()) << prompts.last().text;
-    }
-}
-
-TEST_F(MainWindowTest, NamesAreShownAsTheyReadAndNeverWidenTheWindow) {
+TEST_F(MainWindowTest, NamesAreShownLiterallyAndNeverWidenTheWindow) {
     settleHome(kSmallCatalogue);
     const QString name = QStringLiteral("<b>") + QString(300, QLatin1Char('p'));
     home.write("project.kwj", "[" + name.toStdString() + "]\r\nLast=1\r\n1=" + name.toStdString() + "|\r\n");
@@ -317,71 +303,45 @@ TEST_F(MainWindowTest, FieldsKeepEveryByteAndEveryCharacter) {
     EXPECT_THAT(home.read("Projects/Home.kws"), HasSubstr("Keyword=" + huge.toStdString() + "\r\n"));
 }
 
+// The node, what is typed and the key that ends it; then the names in the index, the current node, and the
+// title of a box that was shown, with which the editor is open again.
 TEST_F(MainWindowTest, ALabelEditEndsByItsOwnKeysAndTheHighlightStaysRight) {
-    struct Case final {
-        const char* node;
-        const char* typed;
-        Qt::Key end;          // Key_unknown: a click on Zoo
-        const char* index;    // the names in the project index
-        const char* current;  // ... and highlighted
-        const char* shown;    // the title of a box that was shown, and the editor is open again
-    };
-    constexpr auto click = Qt::Key_unknown;
-    const char* const same = "Shop Home Next Zoo";
-    const char* const forbidden = "New WebProject and WebSite";
-    const Case cases[] = {
-        {"Shop", "Mill", Qt::Key_Return, "Mill Home Next Zoo", "Mill", ""},
-        {"Shop", "Mill", Qt::Key_Enter, "Mill Home Next Zoo", "Mill", ""},
-        {"Shop", "Mill", Qt::Key_Tab, "Mill Home Next Zoo", "Mill", ""},
-        {"Shop", "Mill", Qt::Key_Backtab, "Mill Home Next Zoo", "Mill", ""},
-        {"Shop", "Mill", Qt::Key_Escape, same, "Shop", ""},
-        {"Shop", "Mill", click, "Mill Home Next Zoo", "Zoo", ""},
-        {"Shop/Home", "Mill", Qt::Key_Return, "Shop Mill Next Zoo", "Mill", ""},
-        {"Shop/Home", "Mill", Qt::Key_Enter, "Shop Mill Next Zoo", "Mill", ""},
-        {"Shop/Home", "Mill", Qt::Key_Tab, "Shop Mill Next Zoo", "Mill", ""},
-        {"Shop/Home", "Mill", Qt::Key_Escape, same, "Home", ""},
-        {"Shop/Home", "Mill", click, "Shop Mill Next Zoo", "Zoo", ""},
-        {"Shop", "a/b", Qt::Key_Return, same, "Shop", forbidden},
-        {"Shop/Home", "next", Qt::Key_Return, same, "Home", "Change Project Name"},
-        {"Shop/Home", "a/b", click, same, "Zoo", forbidden},
-    };
     settleHome(kSmallCatalogue);
-    for (const Case& c : cases) {
-        SCOPED_TRACE(std::string(c.node) + " " + c.typed + " " +
-                     QKeySequence(c.end).toString().toStdString());
+    const auto edit = [this](const std::vector<std::string>& in) {
         home.write("project.kwj", "[Shop]\r\nLast=2\r\n1=Home|\r\n2=Next|\r\n[Zoo]\r\nLast=0\r\n");
         start();
-        clickNode(c.node);
+        clickNode(in[0].c_str());
         bringUp();
         press(Qt::Key_F2);
-        ASSERT_TRUE(waitUntil([&] { return labelEditor() != nullptr; }));
+        EXPECT_TRUE(waitUntil([&] { return labelEditor() != nullptr; }));
         QTest::keySequence(labelEditor(), QKeySequence::SelectAll);
-        QTest::keyClicks(labelEditor(), QString::fromLatin1(c.typed));
+        QTest::keyClicks(labelEditor(), toScreen(in[1]));
         prompts.shown.clear();
-        if (c.end == click)
+        const bool byClick = in[2] == "click on Zoo";
+        if (byClick)
             clickNode("Zoo");
         else
-            press(c.end);
+            press(QKeySequence(toScreen(in[2]))[0].key());
         const QPointer<QLineEdit> first = labelEditor();
-        ASSERT_TRUE(waitUntil([&] { return first.isNull() || first != labelEditor(); }));
-        const bool again = *c.shown != '\0';
-        EXPECT_TRUE(waitUntil([&] { return again == (labelEditor() != nullptr); }));
-        EXPECT_EQ(titles(), again ? std::vector<std::string>{c.shown} : std::vector<std::string>{});
+        EXPECT_TRUE(waitUntil([&] { return first.isNull() || first != labelEditor(); }));
+        const std::vector<std::string> shown = titles();
+        EXPECT_TRUE(waitUntil([&] { return shown.empty() == (labelEditor() == nullptr); }));
         std::string names;
         for (const auto& project : ProjectStore(home.paths().ProjectFilePath).loadProject()) {
-            names += (names.empty() ? "" : " ") + project.name;
+            names += " " + project.name;
             for (const WebsiteSlot& site : project.websites) names += " " + site.name;
         }
-        EXPECT_EQ(names, c.index);
-        EXPECT_EQ(current() + ", " + highlighted(), std::string(c.current) + ", " + c.current);
-        EXPECT_EQ(fileExists(home.path("Projects/Home.kws")), c.end == click && names.find("Shop") == 0)
-            << "only a click is a click on a node";
+        const std::string place = current();
+        EXPECT_EQ(highlighted(), place);
+        EXPECT_EQ(fileExists(home.path("Projects/Home.kws")), byClick && names.starts_with(" Shop"))
+            << "keys do not click on a node";
         std::filesystem::remove(home.path("Projects/Home.kws"));
-        if (again) press(Qt::Key_Escape);
-        prompts.shown.clear();
+        if (!shown.empty()) press(Qt::Key_Escape);
         press(Qt::Key_Delete);
-        EXPECT_THAT(prompts.last().text, HasSubstr(std::string(c.current) + " ?"));
-    }
+        EXPECT_THAT(prompts.last().text, HasSubstr(place + " ?"));
+        return joined({names.substr(1), place, joined(shown)});
+    };
+    playCases(TEST_FOLDER "/cases/label-edit.txt", {{"edit", edit}});
     clickNode("");
     for (const Qt::Key key : {Qt::Key_F2, Qt::Key_Delete}) {
         prompts.shown.clear();
@@ -391,47 +351,102 @@ TEST_F(MainWindowTest, ALabelEditEndsByItsOwnKeysAndTheHighlightStaysRight) {
     }
 }
 
-TEST_F(MainWindowTest, ReportsOpenOrAreMissed) {
+TEST_F(MainWindowTest, UrlsAndReportsAreWiredToTheirButtons) {
     settleHome(kSmallCatalogue);
     home.write("a.kws",
-               "[Web Site Info]\r\nVersion=6.0\r\nLastURL=1\r\nLastReport=2\r\n[URL]\r\nURL1=http://a\r\n"
+               "[Web Site Info]\r\nVersion=6.0\r\nLastURL=1\r\nLastReport=1\r\n[URL]\r\nURL1=http://a\r\n"
                "LocalFile1=/x.htm\r\n[Report]\r\nURL1=http://a\r\nDate1=d\r\nReportFile1=" +
-                   home.write("r.htm", "") + "\r\nURL2=http://b\r\nDate2=d\r\nReportFile2=/gone.htm\r\n");
+                   home.write("Reports/Submition/r.htm", "") + "\r\n");
     home.write("project.kwj", "[Shop]\r\nLast=1\r\n1=Home|" + home.path("a.kws") + "\r\n");
     start();
     clickNode("Shop/Home");
     find<QTabWidget>("SSTab1").setCurrentIndex(1);
     clickRow("lsvSiteURLs", "http://a");
     EXPECT_EQ(find<QLineEdit>("txtURLFileLocation").text(), QStringLiteral("/x.htm"));
+    prompts.files = {{home.write("a.html", "")}};
+    QTest::mouseClick(&find<QPushButton>("cmdFileLocation"), Qt::LeftButton);
+    EXPECT_EQ(find<QLineEdit>("txtURLFileLocation").text(), toScreen(home.path("a.html")));
     find<QTabWidget>("SSTab1").setCurrentIndex(4);
-    clickRow("lsvReports", "http://b");
-    QTest::mouseClick(&find<QPushButton>("cmdViewReport"), Qt::LeftButton);
-    EXPECT_THAT(prompts.last().text, StartsWith("Report file is missing and corrupt."));
     clickRow("lsvReports", "http://a");
-    QTest::keyClick(&find<QWidget>("lsvReports"), Qt::Key_Return);
-    EXPECT_EQ(prompts.last().kind + prompts.last().text, "system" + home.path("r.htm"));
-    prompts.answers = {true};
-    QTest::mouseClick(&find<QPushButton>("cmdDeleteReport"), Qt::LeftButton);
-    EXPECT_THAT(rowTexts("lsvReports"), ElementsAre("http://b"));
-}
-
-TEST_F(MainWindowTest, TheLocalFileOfAUrlIsChosenAndHelpIsMissed) {
-    startWithOneWebsite();
-    find<QTabWidget>("SSTab1").setCurrentIndex(1);
-    prompts.inputs = {"http://a.test/"};
-    command("AddURL");
-    clickRow("lsvSiteURLs", "http://a.test/");
-    for (const std::string& chosen : {home.write("a.html", ""), home.path("gone.html"), std::string()}) {
-        prompts.files = {{chosen}};
-        QTest::mouseClick(&find<QPushButton>("cmdFileLocation"), Qt::LeftButton);
-        EXPECT_EQ(find<QLineEdit>("txtURLFileLocation").text(), toScreen(home.path("a.html")));
+    for (const bool byKey : {true, false}) {
+        prompts.shown.clear();
+        if (byKey)
+            QTest::keyClick(&find<QWidget>("lsvReports"), Qt::Key_Return);
+        else
+            QTest::mouseClick(&find<QPushButton>("cmdViewReport"), Qt::LeftButton);
+        EXPECT_EQ(prompts.last().kind + prompts.last().text, "system" + home.path("Reports/Submition/r.htm"));
     }
-    EXPECT_EQ(std::string(find<ListView>("lsvSiteURLs").rows()->at(0).tag), home.path("a.html"));
+    prompts.answers = {true};
+    prompts.shown.clear();
+    QTest::mouseClick(&find<QPushButton>("cmdDeleteReport"), Qt::LeftButton);
+    EXPECT_THAT(titles(), ElementsAre("Delete Report File")) << "asked once";
+    EXPECT_TRUE(rowTexts("lsvReports").empty());
     command("mnuHelpItems_0");
     EXPECT_EQ(prompts.last().title, "Help File");
     home.write("korvel.hlp", "");
     command("mnuHelpItems_0");
     EXPECT_EQ(prompts.last().kind, "system");
+}
+
+TEST_F(MainWindowTest, ButtonsThatNeedASelectionSayWhyTheyAreDisabled) {
+    startWithOneWebsite();
+    prompts.inputs = {"http://a.test/"};
+    command("AddURL");
+    command("Engines");
+    const auto check = [&](const char* button, bool enabled) {
+        const auto& push = find<QPushButton>(button);
+        EXPECT_EQ(push.isEnabled(), enabled) << button;
+        EXPECT_EQ(push.toolTip().endsWith(QStringLiteral(" first.")), !enabled) << button;
+    };
+    for (const char* button : {"cmdSelectEngine_0", "cmdRemoveEngine_0", "cmdViewReport", "cmdDeleteReport"})
+        check(button, false);
+    clickRow("lsvEngines", "Alpha");
+    check("cmdSelectEngine_0", true);
+    QTest::mouseClick(&find<QPushButton>("cmdSelectEngine_0"), Qt::LeftButton);
+    clickRow("lsvSelectedEngines", "Alpha");
+    check("cmdRemoveEngine_0", true);
+    QTest::keyClick(&find<QWidget>("lsvSelectedEngines"), Qt::Key_Delete);
+    check("cmdRemoveEngine_0", false);
+
+    clickNode("Shop/Home");
+    find<QTabWidget>("SSTab1").setCurrentIndex(1);
+    QAction& remove = find<QAction>("DeleteURL");
+    EXPECT_FALSE(remove.isEnabled());
+    clickRow("lsvSiteURLs", "http://a.test/");
+    EXPECT_TRUE(remove.isEnabled());
+    prompts.answers = {true};
+    prompts.shown.clear();
+    QTest::keyClick(&find<QWidget>("lsvSiteURLs"), Qt::Key_Delete);
+    EXPECT_THAT(titles(), ElementsAre("Delete URL")) << "asked once";
+    EXPECT_FALSE(remove.isEnabled());
+}
+
+TEST_F(MainWindowTest, NoTwoOfTheKeysThatAPanelShowsAreTheSame) {
+    startWithOneWebsite();
+    const auto letters = [this] {
+        std::map<QString, QStringList> owners;
+        const auto add = [&owners](const QString& text, const QString& name) {
+            const QKeySequence keys = QKeySequence::mnemonic(text);
+            if (!keys.isEmpty()) owners[keys.toString()] << name;
+        };
+        for (const QAction* menu : window().findChild<QMenuBar*>()->actions())
+            add(menu->text(), menu->text());
+        for (const auto* label : window().findChildren<QLabel*>())
+            if (label->isVisible() && label->buddy() != nullptr) add(label->text(), label->objectName());
+        for (const auto* button : window().findChildren<QAbstractButton*>())
+            if (button->isVisible()) add(button->text(), button->objectName());
+        return owners;
+    };
+    const auto check = [&](const QString& panel) {
+        for (const auto& [keys, owners] : letters())
+            EXPECT_EQ(owners.size(), 1) << qPrintable(panel + keys + owners.join(QLatin1Char(' ')));
+    };
+    for (int tab = 0; tab < 5; ++tab) {
+        find<QTabWidget>("SSTab1").setCurrentIndex(tab);
+        check(QStringLiteral("page %1: ").arg(tab + 1));
+    }
+    command("Engines");
+    check(QStringLiteral("engines: "));
 }
 
 TEST_F(MainWindowTest, EveryControlHasANameAndAPlaceInTheTabOrder) {
@@ -462,7 +477,7 @@ TEST_F(MainWindowTest, EveryControlHasANameAndAPlaceInTheTabOrder) {
     EXPECT_GT(controls, 60);
 }
 
-TEST(WindowApplicationTest, WhatAHandlerLetsOutIsShownAndTheProgramGoesOn) {
+TEST(WindowApplicationTest, AnExceptionFromAHandlerIsShownAndTheProgramContinues) {
     auto& application = dynamic_cast<WindowApplication&>(*qApp);
     std::vector<std::string> shown;
     QObject failing;
@@ -500,12 +515,15 @@ TEST(SingleInstanceTest, TheSecondOnAHomeRaisesTheFirst) {
     EXPECT_EQ(SingleInstance(toScreen(other.paths().AppPath)).claim(), SingleInstance::Claim::Raised);
 }
 
-TEST(OptionsTest, SwitchesStandAnywhere) {
+TEST(OptionsTest, SwitchesMayBeAnywhere) {
     const Options options =
         readOptions({QStringLiteral("/d"), QStringLiteral("--home"), QStringLiteral("/tmp/x")});
     EXPECT_EQ(options.home, "/tmp/x");
     EXPECT_EQ(options.commandLine, "/d --home /tmp/x");
     EXPECT_TRUE(options.answer.isEmpty());
+    for (const char* help : {"-h", "--help"})
+        EXPECT_THAT(readOptions({QString::fromLatin1(help)}).answer.toStdString(),
+                    StartsWith("Usage: korvel-relay [options]"));
     EXPECT_EQ(readOptions({QStringLiteral("--version")}).exitCode, 0);
     EXPECT_EQ(readOptions({QStringLiteral("--nonsense")}).exitCode, 2);
     EXPECT_EQ(readOptions({QStringLiteral("--home"), QString()}).exitCode, 2);

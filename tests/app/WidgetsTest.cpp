@@ -4,8 +4,11 @@
 #include "core/PreferenceEntry.h"
 #include "core/Rows.h"
 #include "core/ScreenText.h"
+#include "support/CaseTable.h"
 #include "support/SessionFixture.h"
 #include "widgets/Appearance.h"
+#include "widgets/Contrast.h"
+#include "widgets/Forms.h"
 #include "widgets/IconTheme.h"
 #include "widgets/ListView.h"
 #include "widgets/QtPrompts.h"
@@ -15,7 +18,9 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPainter>
 #include <QSignalSpy>
+#include <QStyleOption>
 #include <QTabWidget>
 
 #include <gmock/gmock.h>
@@ -28,7 +33,7 @@ using ::testing::ElementsAre;
 class ListViewTest : public ::testing::Test {
   protected:
     ListViewTest() {
-        rows.setColumns({"Name", "Type"});
+        rows.setColumns({"Name (3)", "Type"});
         for (const char* name : {"b", "c", "a"})
             rows.add({.key = name, .text = name, .subItems = {"ENG"}, .icon = "ENG"});
         view.setRows(&rows, {6});
@@ -62,7 +67,7 @@ class ListViewTest : public ::testing::Test {
     ListView view;
 };
 
-TEST_F(ListViewTest, TitlesSortAndFlipByMouseAndByMenu) {
+TEST_F(ListViewTest, TitlesSortAndReverseByMouseAndByMenu) {
     clickTitle(0);
     EXPECT_EQ(order(), "abc");
     EXPECT_EQ(view.header()->sortIndicatorOrder(), Qt::AscendingOrder);
@@ -72,6 +77,7 @@ TEST_F(ListViewTest, TitlesSortAndFlipByMouseAndByMenu) {
     QTimer::singleShot(0, [] {
         auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
         ASSERT_NE(menu, nullptr);
+        EXPECT_EQ(menu->actions().constFirst()->text(), QStringLiteral("Sort by Name"));
         QTest::keyClick(menu, Qt::Key_Down);
         QTest::keyClick(menu, Qt::Key_Return);
     });
@@ -81,7 +87,7 @@ TEST_F(ListViewTest, TitlesSortAndFlipByMouseAndByMenu) {
     EXPECT_EQ(order(), "abc");
     rows.clear();
     for (const char* name : {"e", "d"}) rows.add({.key = name, .text = name});
-    EXPECT_FALSE(view.header()->isSortIndicatorShown()) << "a list that was filled anew is in no order";
+    EXPECT_FALSE(view.header()->isSortIndicatorShown()) << "a refilled list is unsorted";
     clickTitle(0);
     EXPECT_EQ(order(), "de");
 }
@@ -101,7 +107,17 @@ TEST_F(ListViewTest, SelectionAndHighlightsAreTheSame) {
         const RowsBatch batch(rows);
         rows.setSubItem(0, 1, "cc");
     }
-    EXPECT_EQ(selected(), "d") << "a view that was reset looks at the flags again";
+    EXPECT_EQ(selected(), "d") << "a view follows the flags after a reset";
+}
+
+TEST_F(ListViewTest, TheHintIsForAnEmptyListOnly) {
+    view.setAccessibleDescription(QStringLiteral("Return opens"));
+    view.setEmptyHint(QStringLiteral("Nothing here"));
+    EXPECT_EQ(view.accessibleDescription(), QStringLiteral("Return opens"));
+    rows.clear();
+    EXPECT_EQ(view.accessibleDescription(), QStringLiteral("Nothing here"));
+    rows.add({.key = "d", .text = "d"});
+    EXPECT_EQ(view.accessibleDescription(), QStringLiteral("Return opens"));
 }
 
 TEST_F(ListViewTest, KeysDoWhatTheMouseDoes) {
@@ -152,7 +168,78 @@ TEST(IconThemeTest, EveryKeyInUseIsDrawnAndFollowsThePalette) {
     EXPECT_TRUE(themedIcon("no such key").pixmap(16, 16).toImage().allGray());
 }
 
-TEST(QtPromptsTest, FiltersAreTurnedIntoQtsOwn) {
+// What the style draws on the window's background.
+QImage drawn(QStyle::PrimitiveElement element, QStyle::State state, const QPalette& palette) {
+    QImage image(24, 24, QImage::Format_RGB32);
+    image.fill(palette.color(QPalette::Window));
+    QStyleOptionFocusRect option;
+    option.palette = palette;
+    option.rect = QRect(4, 4, 16, 16);
+    option.state = state | QStyle::State_Enabled;
+    option.backgroundColor = palette.color(QPalette::Base);
+    QPainter painter(&image);
+    QApplication::style()->drawPrimitive(element, &option, &painter);
+    return image;
+}
+
+// The number of pixels with enough contrast to window and fields.
+int seenPixels(const QImage& image, const QPalette& palette) {
+    int seen = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QColor pixel = image.pixelColor(x, y);
+            if (contrast(pixel, palette.color(QPalette::Window)) >= kShapeContrast &&
+                contrast(pixel, palette.color(QPalette::Base)) >= kShapeContrast)
+                ++seen;
+        }
+    }
+    return seen;
+}
+
+TEST(AppearanceTest, WhatHasAStateIsSeenInEveryPalette) {
+    // A desktop's dark palette with a black placeholder and a faint selection.
+    QPalette provided(QColor(49, 54, 59), QColor(42, 46, 50));
+    provided.setColor(QPalette::Base, QColor(27, 30, 32));
+    provided.setColor(QPalette::Text, QColor(252, 252, 252));
+    provided.setColor(QPalette::PlaceholderText, QColor(0, 0, 0, 128));
+    provided.setColor(QPalette::Inactive, QPalette::Highlight, QColor(40, 60, 70));
+    for (const QPalette& palette : {lightPalette(), darkPalette(), legiblePart(provided).resolve(provided)}) {
+        const QColor base = palette.color(QPalette::Base);
+        SCOPED_TRACE(base.name().toStdString());
+        constexpr int kHalfAnOutline = 24;
+        const auto seen = [&palette](QStyle::PrimitiveElement element, QStyle::State state) {
+            return seenPixels(drawn(element, state, palette), palette);
+        };
+        EXPECT_GT(seen(QStyle::PE_IndicatorCheckBox, QStyle::State_Off), kHalfAnOutline);
+        EXPECT_GT(seen(QStyle::PE_IndicatorRadioButton, QStyle::State_Off), kHalfAnOutline);
+        EXPECT_GT(seen(QStyle::PE_FrameLineEdit, {}), kHalfAnOutline);
+        EXPECT_GT(seen(QStyle::PE_FrameLineEdit, QStyle::State_HasFocus), kHalfAnOutline);
+        EXPECT_GT(seen(QStyle::PE_FrameFocusRect, QStyle::State_KeyboardFocusChange), kHalfAnOutline);
+        for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+            EXPECT_GE(contrast(palette.color(group, QPalette::Highlight), base), kShapeContrast);
+            EXPECT_GE(contrast(over(palette.color(group, QPalette::PlaceholderText), base), base),
+                      kTextContrast);
+        }
+    }
+    EXPECT_EQ(legiblePart(lightPalette()).resolveMask(), QPalette().resolveMask())
+        << "a good palette is not changed";
+}
+
+TEST(QtPromptsTest, AWholeAddressTakesThePlaceOfItsBeginning) {
+    for (const auto& [typed, shown] : {std::pair{"roses.example", "http://www.roses.example"},
+                                       {"http://a.example", "http://a.example"},
+                                       {"https://a.example", "https://a.example"},
+                                       {"www.a.example", "http://www.a.example"}}) {
+        QLineEdit edit(QStringLiteral("http://www."));
+        edit.selectAll();
+        continueAddress(edit, edit.text());
+        QCoreApplication::processEvents();
+        QTest::keyClicks(&edit, QString::fromLatin1(typed));
+        EXPECT_EQ(edit.text(), QString::fromLatin1(shown));
+    }
+}
+
+TEST(QtPromptsTest, FiltersAreConvertedToQts) {
     EXPECT_EQ(toQtFilters("HTML files (*.htm;*.html)|*.htm;*.html|All Files (*.*)|*.*|"),
               (QStringList{QStringLiteral("HTML files (*.htm *.html)"), QStringLiteral("All Files (*)")}));
     EXPECT_EQ(toQtFilters("Text Files(*.txt)|*.txt"), QStringList{QStringLiteral("Text Files (*.txt)")});
@@ -226,7 +313,7 @@ TEST(QtPromptsTest, FileDialogsGiveThePathAndTheFilter) {
 class PreferenceTest : public ::testing::Test, protected SessionFixture {
   protected:
     PreferenceTest() { session.readSettings(); }
-    // The control the user is sent back to; "saved" when the entry was taken.
+    // The control the user is sent back to, or "saved".
     std::string confirm(const PreferenceEntry& entry) {
         std::string control = "saved";
         const bool taken = confirmPreference(preference, store, prompts, entry,
@@ -240,37 +327,21 @@ class PreferenceTest : public ::testing::Test, protected SessionFixture {
 };
 
 TEST_F(PreferenceTest, TheFirstFieldThatWillNotDoStopsOK) {
-    struct Case final {
-        std::string PreferenceEntry::*field;
-        const char* text;
-        const char* control;
-        const char* words;
-    };
-    const char* const timeOut = "Time out setting must be between 1 to 200 seconds !";
-    const char* const few =
-        "Invalid value for connection setting. The value for this setting must greater than 1 !";
-    const Case cases[] = {
-        {&PreferenceEntry::txtTimeOut, "0", "txtTimeOut", timeOut},
-        {&PreferenceEntry::txtTimeOut, "201", "txtTimeOut", timeOut},
-        {&PreferenceEntry::txtTimeOut, "abc", "txtTimeOut", timeOut},
-        {&PreferenceEntry::txtTimeOut, "200", "saved", ""},
-        {&PreferenceEntry::txtTimeOut, "0.5", "saved", ""},
-        {&PreferenceEntry::txtConnections, "0", "txtConnections", few},
-        {&PreferenceEntry::txtConnections, "1", "saved", ""},
-        {&PreferenceEntry::txtConnections, "60", "saved", ""},
-        {&PreferenceEntry::txtProxy, "", "txtProxy", "Invalid Proxy Server address."},
-        {&PreferenceEntry::txtPort, "", "txtPort", "Invalid Proxy Port Number."},
-    };
-    for (const Case& c : cases) {
+    const std::map<std::string, std::string PreferenceEntry::*> fields = {
+        {"txtTimeOut", &PreferenceEntry::txtTimeOut},
+        {"txtConnections", &PreferenceEntry::txtConnections},
+        {"txtProxy", &PreferenceEntry::txtProxy},
+        {"txtPort", &PreferenceEntry::txtPort}};
+    const auto confirmed = [&](const std::vector<std::string>& in) {
         preference.TimeOut = 30;
         PreferenceEntry entry = openPreference(preference);
         selectProxy(preference, entry, 2);
         entry.txtProxy = "proxy.test";
-        entry.*(c.field) = c.text;
+        entry.*(fields.at(in[0])) = in[1];
         prompts.shown.clear();
-        EXPECT_EQ(confirm(entry), c.control) << c.text;
-        EXPECT_EQ(prompts.last().text, c.words) << c.text;
-    }
+        return joined({confirm(entry), prompts.last().text});
+    };
+    playCases(TEST_FOLDER "/cases/preference.txt", {{"confirm", confirmed}});
 }
 
 TEST_F(PreferenceTest, ManyConnectionsAreAskedAboutOnlyWhenTyped) {
@@ -291,7 +362,7 @@ TEST_F(PreferenceTest, ManyConnectionsAreAskedAboutOnlyWhenTyped) {
     EXPECT_EQ(preference.Connections, 51);
 }
 
-TEST_F(PreferenceTest, SchemesAreTakenOffAndAClickOutlivesCancel) {
+TEST_F(PreferenceTest, SchemesAreRemovedAndAClickSurvivesCancel) {
     PreferenceEntry entry = openPreference(preference);
     EXPECT_EQ(preference.AccessType, 1);
     EXPECT_EQ(preference.LoadConfigure, 1);
@@ -309,7 +380,7 @@ TEST_F(PreferenceTest, SchemesAreTakenOffAndAClickOutlivesCancel) {
     EXPECT_EQ(stored("Port") + stored("SiteURL") + stored("LogoURL"), "8080site.testlogo.test/x.png");
 }
 
-TEST_F(PreferenceTest, TheDialogGoesToTheFieldThatWillNotDo) {
+TEST_F(PreferenceTest, TheDialogGoesToTheInvalidField) {
     frmPreference dialog(services);
     dialog.show();
     EXPECT_FALSE(control<QWidget>(dialog, "txtProxy").isEnabled());

@@ -11,7 +11,7 @@
 namespace relay::test {
 
 namespace {
-// Only a broken program takes so long.
+// Only a broken program takes this long.
 constexpr int kLimitMilliseconds = 30000;
 }  // namespace
 

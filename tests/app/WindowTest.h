@@ -14,7 +14,8 @@
 
 namespace relay::test {
 
-// Does `work` once a dialog has come up over the window; what waits for the dialog goes on when it closes.
+// Runs `work` when a dialog appears over the window; the code that waits for the dialog continues when it
+// closes.
 inline void whenModal(const std::function<void(QWidget&)>& work) {
     auto* const poll = new QTimer(qApp);
     QObject::connect(poll, &QTimer::timeout, poll, [poll, work] {
@@ -26,7 +27,7 @@ inline void whenModal(const std::function<void(QWidget&)>& work) {
     poll->start(1);
 }
 
-// Finds by control name; a name nobody has ends the test with it.
+// Finds a control by name; an unknown name ends the test.
 template <typename Widget>
 Widget& control(const QWidget& window, const char* name) {
     Widget* const found = window.findChild<Widget*>(QString::fromLatin1(name));
@@ -34,15 +35,15 @@ Widget& control(const QWidget& window, const char* name) {
     return *found;
 }
 
-// A home with the installed word files, and the whole program on it. Boxes are answered from a script.
+// A home with the installed word lists, and the whole program on it. Boxes are answered from a script.
 class WindowTest : public ::testing::Test {
   protected:
     WindowTest() { setenv("KORVEL_RELAY_DATA", RELAY_DATA_FOLDER, 1); }
 
-    // As after the first run: the settings dialog was shown, and `engines` is the catalogue.
+    // The state after the first run: the settings dialog was shown, and `engines` is the catalogue.
     void settleHome(std::string_view engines);
     void start();
-    // Ends the program by its window, as a user does.
+    // Closes the window, as a user does.
     void quit();
 
     frmMain& window() { return m_program->window(); }
@@ -52,22 +53,22 @@ class WindowTest : public ::testing::Test {
         return control<Widget>(window(), name);
     }
 
-    // Shortcuts work in the active window only, which no window manager brings back after a dialog here.
+    // Shortcuts work only in the active window, and no window manager reactivates it here after a dialog.
     void bringUp();
-    // By mouse on the toolbar, or by the menu where the toolbar has no such button.
+    // Clicks the toolbar button, or the menu item if there is no such button.
     void command(const char* name);
     void type(const char* field, const QString& text);
-    // Moves to the node by clicking its row. "Shop", or "Shop/Home" for a website.
+    // Clicks the row of the node: "Shop", or "Shop/Home" for a website.
     void clickNode(const char* path);
     QModelIndex node(const char* path);
-    // Clicks the row of a list that begins with the text; `modifiers` as held down with the click.
+    // Clicks the row of a list that begins with the text, with `modifiers` held down.
     void clickRow(const char* list, std::string_view text, Qt::KeyboardModifiers modifiers = {});
     std::vector<std::string> rowTexts(const char* list);
     std::string current();  // the text of the current node
     std::string highlighted();
     // The open editor of a node's label, or nullptr.
     QLineEdit* labelEditor();
-    // To whatever has the focus, as a keyboard does.
+    // Sends the key to the widget with the focus.
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {});
 
     TestHome home;

@@ -6,7 +6,7 @@
 
 int main(int argc, char** argv) {
     ::testing::InitGoogleTest(&argc, argv);
-    // No test needs a real screen; one that is asked for is used.
+    // No test needs a real screen; an explicit platform is used.
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     relay::WindowApplication application(argc, argv);
     relay::applyAppearance(application, QStringLiteral("light"));

@@ -49,11 +49,11 @@ std::string dump(const SessionFixture& fixture, bool loaded, const std::vector<F
     return out.str();
 }
 
-// Every folder holds the files of a home (krveng5.dat, and catkws.dat, korvel.ini, country.kws where the case
-// needs them) and what a load of it must give: expected.txt.
+// Every folder has the files of a home (krveng5.dat, and if needed catkws.dat, korvel.ini and country.kws)
+// and the expected result of a load: expected.txt.
 class CatalogueGoldenTest : public testing::TestWithParam<std::string> {};
 
-TEST_P(CatalogueGoldenTest, LoadsAsWritten) {
+TEST_P(CatalogueGoldenTest, LoadsAsExpected) {
     const std::filesystem::path folder = std::filesystem::path(TEST_FOLDER "/golden") / GetParam();
     SessionFixture fixture;
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {

@@ -1,56 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "catalogue/CatalogueCheck.h"
 #include "catalogue/CountryFilter.h"
+#include "core/FileSystem.h"
 #include "support/SessionFixture.h"
 
-#include <filesystem>
 #include <gmock/gmock.h>
 #include <random>
-#include <sys/stat.h>
 
 namespace relay::test {
 
 namespace {
-
-constexpr std::string_view kCorrupted =
-    "Engine data file is corrupted, you need to download the engine submission data file from our web site "
-    "by "
-    "click on the 'File/Update Engine Data' menu item from the menu bar and following the instruction on the "
-    "screen.";
-
-// A catalogue that cannot be read ends in the one message and false, whatever is wrong with it.
-TEST(EngineLoaderTest, TellsWhenTheFileCannotBeRead) {
-    using Spoil = void (*)(const std::string& path);
-    const std::pair<const char*, Spoil> cases[] = {
-        {"missing", [](const std::string&) {}},
-        {"empty", [](const std::string& path) { writeFile(path, ""); }},
-        {"folder", [](const std::string& path) { makeFolder(path); }},
-        {"pipe", [](const std::string& path) { ASSERT_EQ(mkfifo(path.c_str(), 0600), 0); }},
-    };
-    for (const auto& [name, spoil] : cases) {
-        SCOPED_TRACE(name);
-        SessionFixture fixture;
-        ASSERT_TRUE(fixture.loadEngines("Name=One\nName=Two\n"));
-        fixture.selection.EngineSelect(true);
-        const std::string path = fixture.home.path("data/krveng5.dat");
-        std::filesystem::remove(path);
-        spoil(path);
-        bool splashOpen = true;
-        fixture.catalogue.beforeFailure = [&] { splashOpen = false; };
-
-        EXPECT_FALSE(fixture.catalogue.loadEngines());
-        EXPECT_FALSE(splashOpen);
-        ASSERT_EQ(fixture.prompts.shown.size(), 1u);
-        EXPECT_EQ(fixture.prompts.last().text, kCorrupted);
-        EXPECT_EQ(fixture.prompts.last().title, "Load Engines");
-        EXPECT_EQ(fixture.prompts.last().icon, Icon::Information);
-        EXPECT_TRUE(fixture.lists.lsvEngines.empty());
-        EXPECT_EQ(fixture.lists.lsvSelectedEngines.columnTitle(0), "Selected Engines");
-        // The engines still stand, and none of them is selected without a row.
-        fixture.selection.EngineSelectByCountry("ALL");
-        EXPECT_EQ(texts(fixture.lists.lsvSelectedEngines), (std::vector<std::string>{"One", "Two"}));
-    }
-}
 
 TEST(EngineLoaderTest, ReadsBinaryRubbishAsAnEmptyCatalogue) {
     SessionFixture fixture;
@@ -68,7 +27,7 @@ TEST(EngineLoaderTest, ReplacesEnginesButKeepsFilterAndCustomEngines) {
     fixture.selection.EngineSelect(true);
     const std::string_view heldData = fixture.lists.engines.find("old")->CategoryData();
     ASSERT_TRUE(fixture.catalogue.loadEngineCategory());
-    EXPECT_EQ(heldData, "URL=http://o.example/>");  // a reload of the tables leaves loaded engines alone
+    EXPECT_EQ(heldData, "URL=http://o.example/>");  // reloading the tables does not change loaded engines
 
     ASSERT_TRUE(
         fixture.loadEngines("Name=New\nCountry=S\nCountry=DE\nName=Old\nCategory=C\n", "[New]\nx=y\n"));
@@ -95,8 +54,8 @@ TEST(CountryFilterTest, FindsWhatAPlainSearchFinds) {
     EXPECT_GT(filter.text().size(), 10000U);
 }
 
-// Sixteen bits wrap around, and what is said of one kind is only counted after the first thousand.
-TEST(EngineLoaderTest, CountsWhatIsTooMany) {
+// Counts of 16 bits wrap around, and after a thousand remarks of one kind the rest is only counted.
+TEST(EngineLoaderTest, CountsTheRestOfTooManyRemarks) {
     SessionFixture fixture;
     std::string text;
     for (int number = 0; number < 40000; ++number) text += "Name=Same\nType=ZINE\n";
@@ -108,7 +67,7 @@ TEST(EngineLoaderTest, CountsWhatIsTooMany) {
     EXPECT_THAT(fixture.logText(),
                 testing::EndsWith("Duplicate Engine: Same\r\nDuplicate Engine: ... 38999 more\r\n"));
     EXPECT_LT(fixture.logText().size(), 1002U * 24);
-    // Each load counts anew, and one that fails tells its rest too.
+    // Each load counts from zero, and a failing one logs its rest too.
     EXPECT_FALSE(fixture.loadEngines(text + "Name=Last\nCategory=Y\n", "# no table\n"));
     EXPECT_THAT(fixture.logText(), testing::EndsWith(" 38999 more\r\n"));
 
@@ -119,7 +78,7 @@ TEST(EngineLoaderTest, CountsWhatIsTooMany) {
     EXPECT_EQ(findings.back().text, "39000 more of this kind");
 }
 
-// A name costs no more than its bytes, however often its record gives a rule.
+// The memory for a name does not depend on how often its record repeats a rule.
 TEST(EngineLoaderTest, KeepsLittleOfALongName) {
     SessionFixture fixture;
     std::string text = "Name=" + std::string(600, 'n') + "\n";
@@ -131,27 +90,7 @@ TEST(EngineLoaderTest, KeepsLittleOfALongName) {
     text = "Name=x\n";
     for (int number = 0; number < 40000; ++number) text += "Category=C\n";
     ASSERT_TRUE(fixture.loadEngines(text));
-    EXPECT_EQ(fixture.lists.cboCustomEngines.size(), 32767U);  // as far as their index goes
-}
-
-TEST(EngineCategoriesTest, TellsWhenTheFileCannotBeRead) {
-    SessionFixture fixture;
-    ASSERT_TRUE(fixture.loadEngines("Name=One\n", "[One]\na=b\n"));
-    fixture.home.write("data/catkws.dat", "");
-    int splashClosed = 0;
-    fixture.catalogue.beforeFailure = [&] { ++splashClosed; };
-    EXPECT_FALSE(fixture.catalogue.loadEngineCategory());
-    std::filesystem::remove(fixture.home.path("data/catkws.dat"));
-    EXPECT_FALSE(fixture.catalogue.loadEngineCategory());
-    EXPECT_EQ(splashClosed, 2);
-    EXPECT_EQ(fixture.prompts.last().title, "Error");
-    EXPECT_EQ(
-        fixture.prompts.last().text,
-        "Category data file is corrupted, you need to download the engine submission data file from our web "
-        "site by click on the 'File/Update Engine Data' menu item from the menu bar and following the "
-        "instruction on the screen.");
-    EXPECT_EQ(fixture.catalogue.engineCategories.getEngineCategoryData("ONE"), "a=b>");
-    EXPECT_EQ(fixture.catalogue.engineCategories.getEngineCategoryData("Two"), "");
+    EXPECT_EQ(fixture.lists.cboCustomEngines.size(), 32767U);  // the range of their index
 }
 
 }  // namespace

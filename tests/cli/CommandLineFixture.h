@@ -10,14 +10,14 @@
 
 namespace relay::test {
 
-// What one command left behind.
+// The result of one command.
 struct CommandResult final {
     int code = -1;
     std::string out;
     std::string err;
 };
 
-// Runs commands in this process, on a home of their own, with streams, environment and clock in hand.
+// Runs commands in this process, on a home of their own, with controlled streams, environment and clock.
 class CommandLineFixture final {
   public:
     CommandLineFixture();
@@ -28,7 +28,7 @@ class CommandLineFixture final {
     FixedClock clock;
     StopSignal stop;
     std::map<std::string, std::string> environment;
-    std::string typed;  // what stands in the input stream
+    std::string typed;  // contents of the input stream
     bool inIsTerminal = false;
     bool outIsTerminal = false;
     bool errIsTerminal = false;

@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/Failure.h"
+#include "core/FileNames.h"
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
+#include "core/FolderLock.h"
 #include "core/IniFile.h"
 #include "core/Paths.h"
 #include "support/TestHome.h"
 
+#include <array>
 #include <cerrno>
 #include <fcntl.h>
 #include <filesystem>
@@ -185,21 +189,7 @@ TEST(Paths, LieInOneHomeOrInTheDesktopsFolders) {
     EXPECT_EQ(absolutePath(folders.path("./link//x")), folders.path("link/x"));
 }
 
-TEST(Paths, PreparesAHomeAndOverwritesNothing) {
-    const TestHome home;
-    home.write("installed/cat.kws", "categories");
-    home.write("installed/country.kws", "countries");
-    home.write("new/cat.kws", "mine");
-    const Paths paths = Paths::insideHome(home.path("new"));
-    prepareHome(paths, home.path("installed"));
-    EXPECT_EQ(home.read("new/cat.kws"), "mine");
-    EXPECT_EQ(home.read("new/country.kws"), "countries");
-    EXPECT_TRUE(folderExists(paths.WindowsPath));
-    prepareHome(Paths::insideHome(home.path("bare")), home.path("absent"));
-    EXPECT_THROW(prepareHome(Paths::insideHome(home.path("new/cat.kws")), ""), Failure);
-}
-
-TEST(Paths, LetsNoNameLeaveItsFolder) {
+TEST(FileNames, LetsNoNameLeaveItsFolder) {
     for (const std::string_view bad : {"", ".", "..", "../x", "a/b", "a\\b", "a\nb", "\x7F"})
         EXPECT_THROW(safeFileName(bad), Failure) << bad;
     EXPECT_THROW(safeFileName(std::string_view("a\0b", 3)), Failure);
@@ -209,6 +199,18 @@ TEST(Paths, LetsNoNameLeaveItsFolder) {
     EXPECT_EQ(mendedFileName("../../x\r\n"), "___.._x__");
     EXPECT_EQ(mendedFileName(""), "_");
     EXPECT_EQ(mendedFileName(std::string(300, 'a')).size(), 200u);
+}
+
+TEST(FileNames, SplitsAPathAtItsLastSeparator) {
+    const std::array<std::array<const char*, 3>, 5> cases{{{"/a/b c.kws", "/a", "b c.kws"},
+                                                           {"b.kws", ".", "b.kws"},
+                                                           {"/a/", "/a", ""},
+                                                           {"/b.kws", "/", "b.kws"},
+                                                           {"", ".", ""}}};
+    for (const auto& [path, folder, name] : cases) {
+        EXPECT_EQ(folderOf(path), folder) << path;
+        EXPECT_EQ(getFileNameFromFile(path), name) << path;
+    }
 }
 
 }  // namespace

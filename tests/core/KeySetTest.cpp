@@ -9,7 +9,7 @@ namespace relay::test {
 
 namespace {
 
-// Random additions, beside a plain list that cannot be wrong.
+// Random additions, compared with a plain list.
 TEST(KeySet, agreesWithAList) {
     std::mt19937 random(20020401);
     std::vector<std::string> keys;
@@ -32,8 +32,8 @@ TEST(KeySet, agreesWithAList) {
     EXPECT_EQ(set.find(keys.front(), keyOf), KeySet::kNone);
 }
 
-// The bytes that differ from a letter by its case bit alone hash like it, and are not it.
-TEST(KeySet, tellsSignsFromLetters) {
+// Bytes that differ from a letter only in the case bit have its hash, but are not equal.
+TEST(KeySet, distinguishesSignsFromLetters) {
     const std::string_view keys[] = {"a@", "a`"};
     const auto keyOf = [&](std::uint32_t place) { return keys[place]; };
     KeySet set;

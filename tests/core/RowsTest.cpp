@@ -19,7 +19,7 @@ Row rowOf(const std::string& key) {
         .key = key, .text = "text of " + key, .subItems = {"ENG", key}, .icon = "ENG", .tag = "tag " + key};
 }
 
-TEST(Rows, KeysAreOneWithoutRegardToCase) {
+TEST(Rows, KeysCompareWithoutRegardToCase) {
     Rows rows;
     rows.add(rowOf("Alpha"));
     rows.add({.text = "no key"});
@@ -35,7 +35,7 @@ TEST(Rows, KeysAreOneWithoutRegardToCase) {
     EXPECT_THROW(rows.at(2), std::out_of_range);
 }
 
-TEST(Rows, RowsGiveBackWhatTheyWereGiven) {
+TEST(Rows, RowsReturnWhatWasStored) {
     Rows rows;
     rows.add({.key = "k", .text = "k", .subItems = {"", "two"}, .tag = "t", .checked = true});
     rows.setSubItem(0, 4, "four");
@@ -55,8 +55,8 @@ TEST(Rows, RowsGiveBackWhatTheyWereGiven) {
     EXPECT_EQ(rows.firstHighlighted(), -1);
 }
 
-// Random changes, beside a plain list of the same rows, with the toolkit's model checker and a proxy that
-// lives by the signals alone.
+// Random changes, compared with a plain list, with Qt's model checker and a proxy that depends on the signals
+// alone.
 TEST(Rows, SignalsAndIndexFollowEveryChange) {
     Rows rows;
     rows.setColumns({"Engine", "Type", "Country"});
@@ -123,7 +123,7 @@ TEST(Rows, SignalsAndIndexFollowEveryChange) {
     }
 }
 
-TEST(Rows, SortsWithoutCaseAndFlips) {
+TEST(Rows, SortsWithoutCaseAndReverses) {
     Rows rows;
     rows.setColumns({"Name"});
     for (const char* const text : {"beta", "Alpha", "BETA", "alpha"}) rows.add({.text = text});
@@ -141,7 +141,7 @@ TEST(Rows, SortsWithoutCaseAndFlips) {
     EXPECT_TRUE(rows.sortedAscending());
 }
 
-TEST(Rows, ABoxTickedInAViewIsTold) {
+TEST(Rows, ABoxTickedInAViewEmitsASignal) {
     Rows rows;
     rows.setCheckable(true);
     rows.add(rowOf("a"));

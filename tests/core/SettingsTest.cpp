@@ -2,16 +2,18 @@
 #include "core/Failure.h"
 #include "core/FileStore.h"
 #include "core/Text.h"
+#include "support/CaseTable.h"
 #include "support/PreferenceFixture.h"
 
 #include <cerrno>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <tuple>
 
 namespace relay::test {
 namespace {
+
+using Inputs = std::vector<std::string>;
 
 TEST(SettingsStore, EveryValueComesBackInAFileOfItsOwners) {
     const TestHome home;
@@ -24,7 +26,7 @@ TEST(SettingsStore, EveryValueComesBackInAFileOfItsOwners) {
     const mode_t mask = ::umask(0);
     {
         SettingsStore store(file);
-        EXPECT_FALSE(std::filesystem::exists(file));  // looking makes nothing
+        EXPECT_FALSE(std::filesystem::exists(file));  // reading creates no file
         store.setValue("App Name", "Section", "first", "");
         EXPECT_FALSE(std::filesystem::exists(file));
         for (std::size_t i = 0; i < std::size(values); ++i)
@@ -52,7 +54,7 @@ TEST(SettingsStore, TwoProgramsKeepEachOthersValues) {
     other.save();
     one.save();
     EXPECT_EQ(one.value("A", "S", "other"), "2");
-    // What a program only holds as it read it is not written over what another wrote.
+    // A value that a program has only read does not overwrite what another wrote.
     other.setValue("A", "S", "one", "new");
     other.save();
     one.setValue("A", "S", "one", "1");
@@ -63,62 +65,54 @@ TEST(SettingsStore, TwoProgramsKeepEachOthersValues) {
     EXPECT_EQ(home.read("settings.ini"), "[A]\nS\\one=new\nS\\other=2\nS\\third=3\n");
 }
 
-// The files are as QSettings wrote them, once with the values "before", once with the ones set below.
+// The golden files are as QSettings wrote them.
 TEST(SettingsStore, WritesTheFileAsItAlwaysStood) {
     const TestHome home;
-    const std::string before =
-        "[General]\nstray=1\n\n"
-        "[Korvel%20Relay]\nPreference\\Auth_Password=\"p,w;=\"\n"
-        "Preference\\Proxy=\nSetting\\Version=6.0\n\n[Other]\nx=@Invalid()\n";
-    const std::string after =
-        "[General]\nstray=1\n\n"
-        "[Korvel%20Relay]\nPreference\\Auth_Password=\"@ByteArray(p\\xe9,\\0\\x31)\"\n"
-        "Preference\\Company=@@\\\"\\x1\\x62 caf\xC3\xA9\\\\\nPreference\\Proxy=\n"
-        "Preference\\SMTP%20Server=\" x \"\nSetting\\Version=6.0\n\n"
-        "[M%E9%UD83D%UDE00]\nS\\k=\\r\\n\n\n[Other]\nx=@Invalid()\n";
+    const std::string password("p\xE9,\0001", 5);
+    const std::pair<const char*, std::string> changes[] = {{"SMTP Server", " x "},
+                                                           {"Company",
+                                                            "@\"\x01"
+                                                            "b caf\xC3\xA9\\"},
+                                                           {"Auth_Password", password}};
     for (const std::string mark : {"", "\xEF\xBB\xBF"}) {
-        const std::string file = home.write("settings.ini", mark + before);
-        SettingsStore store(file);
+        SettingsStore store(
+            home.write("settings.ini", mark + readFile(TEST_FOLDER "/golden/settings-before.ini")));
         EXPECT_EQ(store.value("Korvel Relay", "Preference", "Auth_Password"), "p,w;=");
-        store.setValue("Korvel Relay", "Preference", "SMTP Server", " x ");
-        store.setValue("Korvel Relay", "Preference", "Company",
-                       "@\"\x01"
-                       "b caf\xC3\xA9\\");
-        store.setValue("Korvel Relay", "Preference", "Auth_Password",
-                       std::string("p\xE9,\0"
-                                   "1",
-                                   5));
+        for (const auto& [key, value] : changes) store.setValue("Korvel Relay", "Preference", key, value);
         store.setValue("M\xC3\xA9\xF0\x9F\x98\x80", "S", "k", "\r\n");
         store.save();
-        EXPECT_EQ(home.read("settings.ini"), mark + after);
+        EXPECT_EQ(home.read("settings.ini"), mark + readFile(TEST_FOLDER "/golden/settings-after.ini"));
     }
 }
 
-TEST(SettingsStore, ReadsWhatAPersonWrote) {
+std::string valueWrittenByHand(const Inputs& in) {
     const TestHome home;
-    const std::pair<const char*, const char*> cases[] = {
-        {"  a b \t", "a b"},
-        {"a, b,c", "a, b, c"},
-        {"\"a\" , \"b \"", "a, b "},
-        {"a;comment", "a"},
-        {"\"a;b\"", "a;b"},
-        {"caf\xE9", "caf\xE9"},
-        {"\\x41\\102\\q\\?\\x", "AB?"},
-        {"@@a", "@a"},
-        {"\xEF\xBB\xBF"
-         "a",
-         "\xEF\xBB\xBF"
-         "a"},
-        {"\\xd83d\\xde00", "\xF0\x9F\x98\x80"},
-    };
-    for (const auto& [written, value] : cases) {
-        const std::string text = "; mine\r\n[A B]\r\nS/k%20k = " + std::string(written) + "\r\n";
-        SettingsStore store(home.write("settings.ini", text));
-        EXPECT_EQ(store.value("A B", "S", "k k"), value) << written;
-        store.setValue("A B", "S", "k k", "new");
-        store.save();
-        EXPECT_EQ(home.read("settings.ini"), "; mine\r\n[A B]\r\nS/k%20k=new\n") << written;
-    }
+    SettingsStore store(home.write("settings.ini", "; mine\r\n[A B]\r\nS/k%20k = " + in[0] + "\r\n"));
+    const std::string value = store.value("A B", "S", "k k");
+    store.setValue("A B", "S", "k k", "new");
+    store.save();
+    EXPECT_EQ(home.read("settings.ini"), "; mine\r\n[A B]\r\nS/k%20k=new\n");
+    return value;
+}
+
+// What is shown for a preference that cannot be read; the file is kept when the settings are saved.
+std::string unreadable(const Inputs& in) {
+    const TestHome home;
+    const FixedClock clock;
+    ScriptedPrompts prompts;
+    const std::string bad =
+        "[Korvel%20Relay]\nPreference\\Auth_Password=pw\nPreference\\" + in[0] + "=" + in[1] + "\n";
+    SettingsStore broken(home.write("settings.ini", bad));
+    Log log(home.path("Error.log"), clock, {});
+    clsPreference reader(home.paths(), broken, log, prompts);
+    EXPECT_FALSE(reader.GetSettings());
+    reader.SaveSettings();
+    EXPECT_EQ(home.read("settings.ini.bad"), bad);
+    return prompts.last().title + ": " + prompts.last().text;
+}
+
+TEST(SettingsStore, ReadsWhatAPersonWrote) {
+    playCases(TEST_FOLDER "/cases/settings.txt", {{"value", valueWrittenByHand}, {"unreadable", unreadable}});
 }
 
 TEST(SettingsStore, AFailedSaveLosesNothing) {
@@ -172,7 +166,7 @@ TEST(SettingsStore, NeverWritesThroughALink) {
     }
 }
 
-TEST(SettingsStore, SaysWhenItCannotWrite) {
+TEST(SettingsStore, ReportsThatItCannotWrite) {
     const TestHome home;
     home.write("file", "");
     SettingsStore store(home.path("file/settings.ini"));
@@ -202,7 +196,7 @@ TEST_F(PreferenceTest, AnEmptyStoreGivesTheDefaults) {
     EXPECT_EQ(preference.UpdateURL, "https://www.korvel.example/upgrade.html");
     EXPECT_EQ(preference.KLBLocation, "");
     EXPECT_FALSE(preference.refusesAdultSites());
-    EXPECT_EQ(preference.Version, "");  // the old one, while the store holds the new one
+    EXPECT_EQ(preference.Version, "");  // the old one; the store has the new one
     EXPECT_EQ(stored("Setting", "Version"), "6.0");
     EXPECT_EQ(stored("Setting", "Download"), "1");
     EXPECT_NE(home.read("Error.log").find("Version: 6.0.00 - "), npos);
@@ -236,35 +230,14 @@ TEST_F(PreferenceTest, ReadsTheStoreAndTheServiceLinks) {
     EXPECT_EQ(preference.HTTPLogin, "");
 }
 
-TEST_F(PreferenceTest, ATextThatIsNoNumberFailsTheReading) {
-    for (const auto& [key, value, words] : {std::tuple{"Connections", "nine", "Type mismatch"},
-                                            {"Connections", "", "Type mismatch"},
-                                            {"Connections", "40000", "Overflow"},
-                                            {"Connections", "9 or so", "Type mismatch"},
-                                            {"Connections", "inf", "Type mismatch"},
-                                            {"Port", "x", "Type mismatch"},
-                                            {"LogoPosition", "40000", "Overflow"}}) {
-        const TestHome place;
-        const std::string file = place.paths().settingsFile;
-        const std::string bad = "[Korvel%20Relay]\nPreference\\Auth_Password=pw\nPreference\\" +
-                                std::string(key) + "=" + value + "\n";
-        place.write("settings.ini", bad);
-        SettingsStore broken(file);
-        clsPreference reader(place.paths(), broken, log, prompts);
-        EXPECT_FALSE(reader.GetSettings());
-        EXPECT_EQ(prompts.last().text, std::string("GetSetting_Error: ") + key + ": " + words) << value;
-        EXPECT_EQ(prompts.last().title, "Error");
-        reader.SaveSettings();
-        EXPECT_EQ(place.read("settings.ini.bad"), bad);
-    }
-}
-
 TEST_F(PreferenceTest, SavesWhatItReadsBack) {
     ASSERT_TRUE(load());
     preference.Proxy = "proxy.test";
     preference.Connections = 50;
     preference.HTTPPassword = "p\xE4ss,word";
+    EXPECT_EQ(std::exchange(preference.Colours, "dark"), "system");
     preference.SaveSettings();
+    EXPECT_EQ(stored("Window", "Colours"), "dark");
     EXPECT_EQ(stored("Setting", "Location"), home.paths().AppPath);
     EXPECT_EQ(stored("Preference", "HTTPVersion"), "(absent)");
     preference.setHTTPVersion("HTTP/1.1");
@@ -273,19 +246,20 @@ TEST_F(PreferenceTest, SavesWhatItReadsBack) {
     ASSERT_TRUE(second.GetSettings());
     EXPECT_EQ(second.Proxy, "proxy.test");
     EXPECT_EQ(second.Connections, 50);
+    EXPECT_EQ(second.Colours, "dark");
     EXPECT_EQ(second.HTTPPassword, "p\xE4ss,word");
     EXPECT_EQ(second.HTTPVersion(), "HTTP/1.1");
     EXPECT_EQ(modeOf(home.paths().settingsFile), 0600u);
     EXPECT_TRUE(prompts.shown.empty());
 }
 
-TEST(Log, StartsAnewAt5001Bytes) {
+TEST(Log, StartsAgainAt5001Bytes) {
     const TestHome home;
     const FixedClock clock;
     for (const std::size_t size : {5000u, 5001u}) {
         home.write("Error.log", std::string(size - 6, 'x'));
         Log log(home.path("Error.log"), clock, "");
-        log.WriteErrorLog("xxxx");  // what goes wrong before the run begins
+        log.WriteErrorLog("xxxx");  // a failure before the run starts
         log.startRun();
         const std::string banner = "\r\nVersion: 6.0.00 - " + shortDateTime(clock.now(), QLocale::system()) +
                                    "\r\n-------------------------------------\r\n\r\n";
@@ -319,7 +293,7 @@ TEST(Log, TwoProgramsAppendAndAFailureStopsNothing) {
     other.WriteErrorLog("2");
     one.WriteErrorLog("3");
     EXPECT_EQ(home.read("Error.log"), "1\r\n2\r\n3\r\n");
-    // A long log stays while another program writes it, and goes with the next start.
+    // A long log stays while another program writes it, and is removed at the next start.
     one.WriteErrorLog(std::string(5001, 'x'));
     other.startRun();
     EXPECT_GT(home.read("Error.log").size(), 5001u);

@@ -7,7 +7,7 @@
 
 namespace relay::test {
 
-// A blocking client of one connection that sends exactly the bytes it is given and gives back what came.
+// A blocking client with one connection that sends exactly the given bytes and returns what it receives.
 class PlainClient final {
   public:
     enum class End { Closed, Reset, StillOpen };
@@ -17,9 +17,9 @@ class PlainClient final {
     PlainClient(const PlainClient&) = delete;
     PlainClient& operator=(const PlainClient&) = delete;
 
-    // False when the server has gone.
+    // False when the server has closed.
     bool send(std::string_view bytes);
-    // Reads until the server ends the connection, `most` bytes are there, or nothing came for a while.
+    // Reads until the server ends the connection, `most` bytes have arrived, or nothing arrives for a while.
     End read(std::string& bytes, std::size_t most = std::size_t{64} * 1024 * 1024,
              int silenceMilliseconds = 30000);
 
@@ -27,11 +27,11 @@ class PlainClient final {
     int m_socket = -1;
 };
 
-// One HTTP/1.0 request; the whole reply.
+// Sends one HTTP/1.0 request and returns the whole reply.
 std::string sendRaw(const std::string& address, std::string_view request);
 std::string get(const std::string& address, std::string_view target);
 std::string post(const std::string& address, std::string_view target, std::string_view body);
-// The text behind the first empty line.
+// The text after the first empty line.
 std::string bodyOf(const std::string& reply);
 
 }  // namespace relay::test

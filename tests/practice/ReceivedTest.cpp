@@ -26,7 +26,7 @@ class Received : public ::testing::Test {
     PracticeWeb m_web;
 };
 
-TEST_F(Received, KeepsTheRequestAsItStoodOnTheWire) {
+TEST_F(Received, StoresTheRequestAsReceived) {
     sendRaw(m_web.address(),
             "POST /engines/harbour-search/submit?a=%41%2b+b&q=\xE9 HTTP/1.0\r\nHoSt: here\r\nX-Two: 1\r\n"
             "x-two:  2 \r\nContent-Length: 9\r\n\r\nt=%zz&u==");
@@ -55,7 +55,7 @@ TEST_F(Received, TableShowsDecodedFieldsNewestFirstAndEscaped) {
     EXPECT_LT(page.find("&lt;b&gt;"), page.find("first-engine"));
 }
 
-TEST_F(Received, JsonHoldsTheSame) {
+TEST_F(Received, JsonHasTheSameData) {
     post(m_web.address(), "/engines/first/submit", "title=%E9+x");
     get(m_web.address(), "/engines/second/404?a=b");
     const std::string text = bodyOf(get(m_web.address(), "/received.json"));
@@ -77,7 +77,7 @@ TEST_F(Received, IsShownToThisMachineOnly) {
     EXPECT_THAT(with("rebound.example:80"), StartsWith("HTTP/1.1 403"));
 }
 
-TEST(ReceivedLog, KeepsTheNewestWithinItsBounds) {
+TEST(ReceivedLog, KeepsTheNewestWithinItsLimits) {
     ReceivedLog log;
     PracticeRequest request;
     request.method = "POST";

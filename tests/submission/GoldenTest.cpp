@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "SubmissionFixture.h"
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
 #include "core/IniFile.h"
 #include "core/Text.h"
 #include "support/GoldenCases.h"
@@ -21,10 +22,10 @@ std::string requestText(const std::vector<std::string>& requests) {
     return text;
 }
 
-// Every folder is a run: krveng5.dat and catkws.dat ({web} stands for the server's address), website.kws and
-// case.ini (CommandLine, BlockSpam) go in; the reports in their order (report1.html and on), the website file
-// (website-after.kws, {home} for the home), fail.eng and what the server got (requests.txt, request line and
-// body) must come out, to the byte. It is April 1 of 2002, 13:05, and one connection is used.
+// Every folder is a run. Input: krveng5.dat and catkws.dat ({web} stands for the server's address),
+// website.kws and case.ini (CommandLine, BlockSpam). Output, compared byte for byte: the reports in order
+// (report1.html and on), the website file (website-after.kws, {home} for the home), fail.eng and the requests
+// (requests.txt, request line and body). It is April 1 of 2002, 13:05, and one connection is used.
 class SubmissionGoldenTest : public testing::TestWithParam<std::string> {};
 
 TEST_P(SubmissionGoldenTest, SubmitsAndReports) {

@@ -30,7 +30,7 @@ TEST_F(RunTest, OpensNoMoreConnectionsThanEngines) {
     EXPECT_EQ(controller->state().cmdSubmit, "&Stop");
     ASSERT_TRUE(waitForEnd());
 
-    // Every engine once a URL, and nothing of the second URL before the first one's end.
+    // Every engine once per URL, and nothing for the second URL before the end of the first.
     std::multiset<std::string> seen;
     for (std::size_t i = 0; i < ended.size(); ++i) {
         EXPECT_EQ(ended[i].url, i < 3 ? "http://a.test/1" : "http://a.test/2");
@@ -58,8 +58,8 @@ TEST_F(RunTest, OpensNoMoreConnectionsThanEngines) {
     EXPECT_THAT(boxes(), ElementsAre("Submit|Submission done !"));
 }
 
-// Records that end at once, in a number that nested calls would not survive, around one that is sent.
-TEST_F(RunTest, PassesOverEnginesThatCannotBeSent) {
+// So many records that end at once that nested calls would overflow the stack, around one that is sent.
+TEST_F(RunTest, SkipsEnginesThatCannotBeSent) {
     preference.Connections = 2;
     selectEngines(records("NoAction", 15000, "") + records("Good", 1, "/200/s") +
                   "Name=NoMacro\nMethod=GET\nQuery=a=b\nAction=" + server.url("/200/x") + "\n" +
@@ -90,7 +90,7 @@ TEST_F(RunTest, GoesOnWithTheConnectionWhoseEngineEndedAtOnce) {
     EXPECT_EQ(cell(connections, 1, 1), "Slow2");
 }
 
-TEST_F(RunTest, ComesToItsEndWhateverFails) {
+TEST_F(RunTest, EndsWhateverFails) {
     const auto fail = [] { throw Failure("broken"); };
     struct Case final {
         std::function<void(SubmissionController&)> sabotage;
@@ -135,7 +135,7 @@ TEST_F(RunTest, StopsBeforeAnyReply) {
     EXPECT_TRUE(waitUntil([&] { return controller->state().clock == "3 :2 :1"; }));
     EXPECT_TRUE(controller->cmdSubmit());
     EXPECT_EQ(controller->state().cmdSubmit, "&Submit");
-    // The stop is still under way: the button does nothing.
+    // The stop is still pending: the button does nothing.
     EXPECT_FALSE(controller->cmdSubmit());
     ASSERT_TRUE(waitForEnd());
 
@@ -156,7 +156,7 @@ TEST_F(RunTest, StopsBeforeAnyReply) {
     EXPECT_EQ(controller->submit().socket(1).Stopped, -1);
 }
 
-// The stop falls between two chunks of engines that end at once, with no request under way.
+// The stop comes between two batches of engines that end at once, with no request running.
 TEST_F(RunTest, StopsWhileNothingIsSent) {
     preference.Connections = 2;
     selectEngines(records("E", 30000, ""));
@@ -189,16 +189,6 @@ TEST_F(RunTest, CanBeRunAgainWithMoreEngines) {
     EXPECT_EQ(done->success, 5);
     EXPECT_EQ(controller->state().lsvReport.count(), 1);
     EXPECT_EQ(home.read("fail.eng"), "");
-}
-
-TEST_F(RunTest, GoesOnWhenTheReportCannotBeWritten) {
-    selectEngines(records("E", 1, "/200/s"));
-    home.write("Reports", "a file where the folder should be");
-    run({website("Shop", {"http://a.test/1", "http://a.test/2"})});
-    EXPECT_EQ(done->success, 2);
-    EXPECT_EQ(done->urls, 2);
-    EXPECT_TRUE(reports.at(0).path.empty());
-    EXPECT_THAT(logText(), HasSubstr("CreateReport_Error: "));
 }
 
 TEST_F(RunTest, KeepsThePasswordOutOfTheLog) {

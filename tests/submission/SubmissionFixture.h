@@ -14,10 +14,10 @@
 
 namespace relay::test {
 
-// "/200/..." answers 200, and so with any status; any other path waits until the client goes away.
+// "/200/..." answers 200, and so on for any status; any other path waits until the client leaves.
 void statusByPath(FaultServer::Peer& peer);
 
-// A home with a catalogue, a submission wizard on it and a server for its engines, and what a run told.
+// A home with a catalogue, its submission wizard, a server for the engines, and the signals of a run.
 struct SubmissionFixture : SessionFixture {
     explicit SubmissionFixture(std::string ownCommandLine = {});
     // A new wizard, in place of the one before.
@@ -39,14 +39,15 @@ struct SubmissionFixture : SessionFixture {
 
     // Loads the records and selects them all.
     void selectEngines(std::string_view records, std::string_view tables = "[Free For All Links]\n");
-    // "Name=<prefix>1" and so on, all with one action and the query "u=<url>"; a path is one of the server's.
+    // "Name=<prefix>1" and so on, all with one action and the query "u=<url>"; the action may be a path on
+    // the server.
     std::string records(std::string_view prefix, int count, std::string_view action) const;
-    // A website file of the projects; gives its path.
+    // Writes a website file and returns its path.
     std::string website(const std::string& name, const std::vector<std::string>& urls,
                         std::string_view fields = {}) const {
         return home.writeWebsite("Projects/" + name + ".kws", urls, fields);
     }
-    // Through the pages up to the list of URLs; then the run starts.
+    // prepare() goes through the pages up to the list of URLs; start() also starts the run.
     void prepare(const std::vector<std::string>& websites);
     void start(const std::vector<std::string>& websites);
     void run(const std::vector<std::string>& websites);

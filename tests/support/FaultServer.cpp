@@ -16,7 +16,8 @@ namespace relay::test {
 
 namespace {
 
-// A request with its body, or the start of a TLS greeting; nothing when the client goes before it is whole.
+// A request with its body, or the start of a TLS greeting; nothing if the client leaves before it is
+// complete.
 std::optional<std::string> readRequest(int descriptor) {
     std::string text;
     char buffer[4096];

@@ -12,18 +12,18 @@
 
 namespace relay::test {
 
-// A web server on 127.0.0.1 and a random port that does what a test tells it, faults included. Each
-// connection whose request has come whole runs the script on a thread of its own.
+// A web server on 127.0.0.1 and a random port, scripted by a test, faults included. Each complete request
+// runs the script in a thread of its own.
 class FaultServer final {
   public:
     // The server's end of one connection. The connection is closed when the script returns.
     class Peer final {
       public:
-        // The request as it came: head, empty line and body; or the start of a TLS greeting.
+        // The request as received: head, empty line and body; or the start of a TLS greeting.
         const std::string request;
         std::string path() const;  // "/x?y" of the request line
 
-        // False when the client is gone or the server stops.
+        // False when the client has left or the server stops.
         bool send(std::string_view bytes);
         void waitForClose();  // until the client closes or the server stops
         void reset();         // ends with RST instead of FIN
@@ -36,17 +36,17 @@ class FaultServer final {
     using Script = std::function<void(Peer& peer)>;
 
     explicit FaultServer(Script script);
-    ~FaultServer();  // cuts what is still open
+    ~FaultServer();  // cuts open connections
     FaultServer(const FaultServer&) = delete;
     FaultServer& operator=(const FaultServer&) = delete;
 
     std::string url(std::string_view path) const;  // "http://127.0.0.1:port" + path
     std::string host() const;                      // "127.0.0.1:port"
-    // Every request so far, whole, in the order in which they were complete.
+    // Every complete request so far, in order of completion.
     std::vector<std::string> requests() const;
     int connections() const noexcept { return m_connections; }
 
-    // An answer with a length: "HTTP/1.0 status words", Content-Length, body.
+    // A reply with a length: "HTTP/1.0 status words", Content-Length, body.
     static std::string answer(int status, std::string_view body = "ok", std::string_view headers = {});
 
   private:

@@ -8,9 +8,9 @@
 
 namespace relay::test {
 
-// The names of the folders in a folder, each of them a case, in their order.
+// The sorted names of the subfolders of a folder; each is a case.
 std::vector<std::string> goldenCases(std::string_view folder);
-// The case's name as a test may be called.
+// The case's name in a form that is allowed for tests.
 std::string goldenName(const testing::TestParamInfo<std::string>& named);
 
 }  // namespace relay::test

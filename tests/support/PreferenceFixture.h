@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "core/FileStore.h"
+#include "core/FileSystem.h"
 #include "core/Log.h"
 #include "core/SettingsStore.h"
 #include "core/clsPreference.h"
@@ -13,7 +13,7 @@
 
 namespace relay::test {
 
-// The preference and all it stands on, on a home of their own.
+// The preference and all it depends on, on a home of its own.
 struct PreferenceFixture {
     explicit PreferenceFixture(std::string ownCommandLine = {}) : commandLine(std::move(ownCommandLine)) {}
 

@@ -55,6 +55,10 @@ void ScriptedPrompts::status(std::string_view text) {
     statuses.emplace_back(text);
 }
 
+void ScriptedPrompts::notice(std::string_view text) {
+    notices.emplace_back(text);
+}
+
 const ScriptedPrompts::Shown& ScriptedPrompts::last() const {
     static const Shown nothing;
     return shown.empty() ? nothing : shown.back();

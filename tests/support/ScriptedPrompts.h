@@ -22,6 +22,7 @@ class ScriptedPrompts final : public Prompts {
 
     std::vector<Shown> shown;
     std::vector<std::string> statuses;
+    std::vector<std::string> notices;
     std::deque<bool> answers;                       // for ask
     std::deque<std::optional<std::string>> inputs;  // for input
     std::deque<FileChoice> files;                   // for openFile and saveFile
@@ -38,8 +39,9 @@ class ScriptedPrompts final : public Prompts {
     void beep() override;
     void busy(bool on) override;
     void status(std::string_view text) override;
+    void notice(std::string_view text) override;
 
-    // "" when nothing was shown.
+    // Empty when nothing was shown.
     const Shown& last() const;
 };
 

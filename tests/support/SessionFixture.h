@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "core/FileStore.h"
+#include "core/FileSystem.h"
 #include "session/Session.h"
 #include "support/ScriptedPrompts.h"
 #include "support/TestHome.h"

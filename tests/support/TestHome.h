@@ -13,14 +13,14 @@
 
 namespace relay::test {
 
-// A home in a temporary folder, with its folders made and nothing else in it.
+// A home in a temporary folder, with its folders and nothing else.
 class TestHome final {
   public:
     TestHome();
 
     const Paths& paths() const noexcept { return m_paths; }
     std::string path(std::string_view relative) const;  // inside the home
-    // Writes a file inside the home (making folders) and gives its path.
+    // Writes a file inside the home (making folders) and returns its path.
     std::string write(std::string_view relative, std::string_view bytes) const;
     std::string read(std::string_view relative) const;
     // Writes a website file with these URLs, and `fields` ("Key=value\r\n"...) in its first section.
@@ -41,8 +41,7 @@ class FixedClock final : public Clock {
     QDateTime now() const override { return time; }
 };
 
-// Runs the event loop until the condition holds; false after a generous limit that only a broken program
-// reaches.
+// Runs the event loop until the condition is true; false after a limit that only a broken program reaches.
 bool waitUntil(const std::function<bool()>& condition, int limitMilliseconds = 30000);
 
 }  // namespace relay::test

@@ -12,13 +12,13 @@ class QSslServer;
 
 namespace relay::test {
 
-// A web server with TLS on 127.0.0.1 and a random port, on a thread of its own. It answers each request and
+// A web server with TLS on 127.0.0.1 and a random port, in a thread of its own. It answers each request and
 // closes.
 class TlsServer final {
   public:
     using Answer = std::function<std::string(std::string_view path)>;
 
-    // Two PEM files. The answer is given on the server's thread.
+    // Takes two PEM files. `answer` runs in the server's thread.
     TlsServer(const std::string& certificateFile, const std::string& keyFile, Answer answer);
     ~TlsServer();
     TlsServer(const TlsServer&) = delete;
@@ -32,7 +32,7 @@ class TlsServer final {
 
     Answer m_answer;
     QThread m_thread;
-    QSslServer* m_server;  // lives in the thread and goes with it
+    QSslServer* m_server;  // lives in the thread and is deleted with it
     int m_port = 0;
     std::atomic<int> m_requests = 0;
 };

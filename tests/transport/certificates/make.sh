@@ -1,7 +1,7 @@
 #!/bin/sh
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Makes the certificates of the TLS tests anew, in this folder: an authority of our own, and servers that it
-# vouches for, vouched for in 2020, vouches for under another name, or does not know.
+# Renews the certificates of the TLS tests in this folder: an authority of our own, and servers that it
+# certifies, certified in 2020, certifies under another name, or does not certify.
 set -eu
 cd "$(dirname "$0")"
 work=$(mktemp -d)

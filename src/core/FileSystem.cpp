@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "core/FileSystem.h"
+
+#include "core/FileNames.h"
+#include "core/FileStore.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <filesystem>
+#include <sys/stat.h>
+#include <system_error>
+
+namespace relay {
+
+namespace {
+
+bool statusOf(std::string_view path, struct stat& status) noexcept {
+    try {
+        return ::stat(std::string(path).c_str(), &status) == 0;
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+}
+
+}  // namespace
+
+std::string absolutePath(std::string_view path) {
+    const std::filesystem::path absolute = std::filesystem::absolute(path);
+    const bool climbs = std::find(absolute.begin(), absolute.end(), "..") != absolute.end();
+    if (!climbs) return absolute.lexically_normal().string();
+    std::error_code error;
+    const std::filesystem::path resolved = std::filesystem::weakly_canonical(absolute, error);
+    return error ? absolute.string() : resolved.string();
+}
+
+void makeFolder(const std::string& folder, unsigned mode) {
+    if (folder.empty() || folderExists(folder)) return;
+    const std::string path = withoutEndSlash(folder);
+    if (const std::string parent = folderOf(path); parent != ".") makeFolder(parent);
+    if (::mkdir(path.c_str(), mode) == 0 || (errno == EEXIST && folderExists(path))) return;
+    throw fileFailure(path, errno);
+}
+
+bool fileExists(std::string_view path) noexcept {
+    struct stat status {};
+    return statusOf(path, status) && S_ISREG(status.st_mode);
+}
+
+bool folderExists(std::string_view path) noexcept {
+    struct stat status {};
+    return statusOf(path, status) && S_ISDIR(status.st_mode);
+}
+
+}  // namespace relay

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace relay {
+
+// The path from the root, without "." and doubled separators. A ".." after a link leads to the folder above
+// the link's target, as in the system.
+std::string absolutePath(std::string_view path);
+// Makes the folder (and its parents) if missing; throws Failure with the folder's name and the reason.
+void makeFolder(const std::string& folder, unsigned mode = 0755);
+bool fileExists(std::string_view path) noexcept;  // a regular file, or a link to one
+bool folderExists(std::string_view path) noexcept;
+
+}  // namespace relay
