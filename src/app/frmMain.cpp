@@ -35,7 +35,7 @@ constexpr int kUsualTreeWidth = 225;
 constexpr int kSplitterStep = 24;
 constexpr QSize kFrame(8, 40);  // around a window, at most
 
-// The wizard over the window, which can do nothing until it closes.
+// Opens the wizard. The window is disabled until it closes.
 void showSubmit(const CommandTarget& target, QWidget* parent, std::optional<CutOffRun> cutOff) {
     std::optional<frmSubmit> wizard;
     {
@@ -46,7 +46,7 @@ void showSubmit(const CommandTarget& target, QWidget* parent, std::optional<CutO
     }
     if (cutOff && !wizard->controller().resume(std::move(*cutOff))) return;
     wizard->exec();
-    // The panel shows the reports that came into its website's file.
+    // Reads the new reports into the website's panel.
     target.main.workspace.autoSave();
 }
 

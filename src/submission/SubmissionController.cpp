@@ -20,7 +20,8 @@ namespace relay {
 
 namespace {
 
-constexpr std::string_view kConfirm = "Please confirm your setting above and click the 'Start' button:";
+constexpr std::string_view kConfirmSettings =
+    "Please confirm your setting above and click the 'Start' button:";
 
 // "##,##0"
 std::string grouped(double number) {
@@ -116,7 +117,7 @@ void SubmissionController::selectAllSites(bool on) {
 bool SubmissionController::cmdNext() {
     if (!getSubmitSummary()) return false;
     m_run.beginDigests();
-    m_state.lblStart = kConfirm;
+    m_state.lblStart = kConfirmSettings;
     m_state.progressValue = 0;
     m_state.page = 1;
     Q_EMIT stateChanged();
@@ -228,7 +229,7 @@ void SubmissionController::cmdRemove() {
 }
 
 bool SubmissionController::cmdSubmit() {
-    if (m_state.cmdSubmit == kSubmitCaption) {
+    if (m_state.offersSubmit()) {
         if (m_run.isUnderWay()) return false;
         m_state.lblSubmit = "Please wait while submitting ..... ";
         m_state.cmdSubmit = "&Stop";
@@ -271,7 +272,7 @@ void SubmissionController::viewReport() {
 
 bool SubmissionController::mayShow(int page) const {
     if (page == m_state.page) return true;
-    if (isRunning() || page < 0) return false;
+    if (isRunning()) return false;
     switch (page) {
         case 0:
             return true;
@@ -287,7 +288,7 @@ bool SubmissionController::mayShow(int page) const {
 void SubmissionController::showPage(int page) {
     if (!mayShow(page)) return;
     m_state.page = page;
-    if (page == 1) m_state.lblStart = kConfirm;
+    if (page == 1) m_state.lblStart = kConfirmSettings;
     Q_EMIT stateChanged();
 }
 

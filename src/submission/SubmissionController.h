@@ -72,7 +72,8 @@ class SubmissionController final : public QObject {
     // Removes its ledger.
     void forget(const CutOffRun& run);
 
-    // Shows a page if that is possible: back while nothing runs, forward to the reports of the last run.
+    // Shows a page the user chose, if it may be shown: earlier pages while no run is active, and the reports
+    // of the last run.
     void showPage(int page);
     bool mayShow(int page) const;
 
@@ -80,8 +81,8 @@ class SubmissionController final : public QObject {
     bool closing();
 
     bool isRunning() const noexcept { return m_run.isRunning(); }
-    // "Stop" was pressed, and connections are still ending.
-    bool isStopping() const { return isRunning() && m_state.cmdSubmit == kSubmitCaption; }
+    // The user pressed "Stop", and the run has not ended yet.
+    bool isStopping() const { return isRunning() && m_state.offersSubmit(); }
 
   Q_SIGNALS:
     void engineEnded(const relay::EngineEnded& ended);

@@ -49,7 +49,7 @@ class SubmissionRun final : public QObject {
     void forgetPrepared();
     // The user removed a URL that has not been started.
     void noteRemoved(std::string_view website, std::string_view URL);
-    // Sets the maximum of the progress bar, which counts requests during a run.
+    // Sets the maximum of the progress bar to the requests of the run.
     void countWork();
     // Starts the digests of the catalogue in the background; they are needed at the start of a run.
     void beginDigests();

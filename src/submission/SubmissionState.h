@@ -11,9 +11,6 @@
 
 namespace relay {
 
-// The caption of the button that starts a run; during a run it is "&Stop".
-inline constexpr std::string_view kSubmitCaption = "&Submit";
-
 // What the submission wizard shows and what a run stores, as plain values; members are named after their
 // controls. Only the controller changes it; a form shows it and passes on what the user ticks and highlights.
 struct SubmissionState final {
@@ -28,9 +25,10 @@ struct SubmissionState final {
 
     // Makes the button start a run.
     void offerSubmit() {
-        cmdSubmit = std::string(kSubmitCaption);
+        cmdSubmit = "&Submit";
         cmdCancelEnabled = true;
     }
+    bool offersSubmit() const { return cmdSubmit == "&Submit"; }
 
     Rows lsvSiteSelection;   // key and tag the website file; "Web Site", "Project", "Number of URLs"
     Rows lsvSiteSubmitting;  // tag the website file; "URL", "Web site", "Status"
@@ -47,12 +45,12 @@ struct SubmissionState final {
     std::string lblEstimatedTime;
     std::string lblStart;
     std::string lblSubmit;
-    std::string cmdSubmit = std::string(kSubmitCaption);
+    std::string cmdSubmit = "&Submit";
     bool cmdCancelEnabled = true;  // of page 2
     int progressValue = 0;
     int progressMaximum = 100;
-    std::string StatusBar1;  // what the run is at, the engines remaining among it
-    std::string clock;       // since the start of the run: "0 :0 :1"
+    std::string StatusBar1;  // messages of the run: how many engines remain, for example
+    std::string clock;       // time since the start of the run: "0 :0 :1"
 
     std::string WebsiteFile;  // of the current URL
     std::string URL;

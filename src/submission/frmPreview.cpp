@@ -17,7 +17,7 @@ namespace relay {
 
 namespace {
 constexpr int kNameCharacters = 24;
-// More than a screen can lay out at once is not shown.
+// Longer texts would block the screen.
 constexpr std::size_t kMostOfRequest = 64 * 1024;
 constexpr std::size_t kMostOfField = 1024;
 
@@ -74,7 +74,7 @@ void frmPreview::showURLs() {
     const int website = m_ui->cboWebsite->currentIndex();
     if (website < 0) return;
     QStringList urls;
-    // The preview says what is wrong with a file that cannot be read.
+    // The preview reports a file that cannot be read.
     failureOf([&] {
         for (const std::string& url : websiteURLs(m_websites[static_cast<std::size_t>(website)].file))
             urls << toScreen(url);

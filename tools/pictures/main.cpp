@@ -6,7 +6,6 @@
 #include "app/frmPreference.h"
 #include "app/frmSplash.h"
 #include "core/FileStore.h"
-#include "practice/PracticeCatalogue.h"
 #include "practice/PracticeWeb.h"
 #include "projects/frmAddURL.h"
 #include "submission/frmPreview.h"
