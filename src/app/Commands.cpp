@@ -7,6 +7,7 @@
 #include "core/Paths.h"
 #include "core/Prompts.h"
 #include "core/Services.h"
+#include "core/Text.h"
 #include "core/Trap.h"
 #include "core/clsPreference.h"
 #include "projects/UrlList.h"
@@ -72,11 +73,7 @@ void leave(Target target) {
     target.close();
 }
 void submit(Target target) {
-    if (!target.main.readyToSubmit()) return;
-    target.services.prompts.message(
-        "A later version will submit from this window.\r\n\r\n"
-        "Until then use \"korvel-relay-cli submit\" with a saved selection of engines.",
-        "Submit", Icon::Information);
+    if (target.main.readyToSubmit()) target.show("frmSubmit");
 }
 void openHelp(Target target) {
     const std::string file = target.services.paths.inApp("korvel.hlp");
@@ -85,6 +82,15 @@ void openHelp(Target target) {
     else
         target.services.prompts.message("Help file is missing or could not be found.", "Help File",
                                         Icon::Information);
+}
+
+// The address may come from the home's korvel.ini.
+void openPage(Target target, std::string_view address) {
+    if (startsWithNoCase(address, "http://") || startsWithNoCase(address, "https://"))
+        openOrTell(target.services.prompts, address, kApplication);
+    else
+        target.services.prompts.message("This is not a web address:\r\n" + std::string(address), kApplication,
+                                        Icon::Critical);
 }
 
 constexpr std::string_view kFile = "Module: NewProject\r\n";
@@ -96,8 +102,8 @@ constexpr Command kMainCommands[] = {
     // The toolbar.
     {"NewProject", "NewProject", "Create a new project (Ctrl+N)", "", always, kFile,
      afterSave<&Workspace::newProject>},
-    {"NewWeb", "NewWeb", "Create a new website in the current project (Ctrl+Shift+N)", "", always, kFile,
-     afterSave<&Workspace::newWebsite>},
+    {"NewWeb", "NewWeb", "Create a new website in the current project (Ctrl+Shift+N)", "Ctrl+Shift+N", always,
+     kFile, afterSave<&Workspace::newWebsite>},
     {"Save", "Save", "Save the website or the project (Ctrl+S)", "Ctrl+S", canSave, kFile,
      onWorkspace<&Workspace::save>},
     {"Engines", "Engines", "Select the engines to submit to (Ctrl+E)", "Ctrl+E", always, kFile,
@@ -114,8 +120,8 @@ constexpr Command kMainCommands[] = {
     {"mnuFileItems_0", "NewProject", "Create a new project", "Ctrl+N", always, kFile,
      afterSave<&Workspace::newProject>},
     {"mnuFileItems_1", "Remove", "", "", inProject, kFile, removeCurrent, "Del"},
-    {"mnuFileItems_3", "NewWeb", "Create a new website in the current project", "Ctrl+Shift+N", inProject,
-     kFile, afterSave<&Workspace::newWebsite>},
+    {"mnuFileItems_3", "NewWeb", "Create a new website in the current project", "", inProject, kFile,
+     afterSave<&Workspace::newWebsite>, "Ctrl+Shift+N"},
     {"mnuFileItems_4", "RemoveWeb", "", "", onWebsite, kFile, removeCurrent, "Del"},
     {"mnuFileItems_6", "AddWebsite", "", "Ctrl+O", inProject, kFile, afterSave<&Workspace::addWebSite>},
     {"mnuFileItems_7", "Save", "", "", canSaveWebsite, kFile, onWorkspace<&Workspace::saveWebsite>, "Ctrl+S"},
@@ -148,16 +154,11 @@ constexpr Command kMainCommands[] = {
     {"mnuAddInsItems_0", "AddIn"},
     // Help.
     {"mnuHelpItems_0", "Help", "", "F1", always, kHelp, openHelp},
-    {"mnuHelpItems_6", "Web", "", "", always, kHelp,
-     [](Target target) { openOrTell(target.services.prompts, kWebAddress, kApplication); }},
+    {"mnuHelpItems_6", "Web", "", "", always, kHelp, [](Target target) { openPage(target, kWebAddress); }},
     {"mnuHelpItems_7", "UpdateEngines", "", "", always, kHelp,
-     [](Target target) {
-         openOrTell(target.services.prompts, target.services.preference.UpdateURL, kApplication);
-     }},
+     [](Target target) { openPage(target, target.services.preference.UpdateURL); }},
     {"mnuHelpItems_8", "Support", "", "", always, kHelp,
-     [](Target target) {
-         openOrTell(target.services.prompts, target.services.preference.SupportURL, kApplication);
-     }},
+     [](Target target) { openPage(target, target.services.preference.SupportURL); }},
     {"mnuHelpItems_10", "About", "", "", always, kHelp, [](Target target) { target.show("frmAbout"); }},
     // The tree's popup, which also has items of the File menu.
     {"mnuPopupItems_10", "Rename", "", "", inProject, kPopup, onWorkspace<&Workspace::editLabel>, "F2"},

@@ -5,8 +5,10 @@
 #include "projects/SiteDetails.h"
 #include "projects/UrlMetaTags.h"
 #include "projects/Workspace.h"
+#include "submission/LedgerReader.h"
 #include "transport/frmHTTP.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -27,6 +29,7 @@ class clsMain final {
     SiteDetails siteDetails;
     UrlMetaTags urlMetaTags;
     Workspace workspace;
+    bool linksEngines = false;  // reports link to the engines; the switch "/U"
 
     // Items of cboWebType; includes adult sites unless they are refused.
     std::vector<std::string> webTypes() const;
@@ -37,6 +40,9 @@ class clsMain final {
     bool readyToSubmit();
     // The warning for an open website without a password if a selected engine would be sent it; else empty.
     std::string passwordWarning() const;
+    // A submission that was cut off and that the user wants to go on with, after asking; nothing when there
+    // is none, or the user does not want to. Only on the user's word it is not offered again.
+    std::optional<CutOffRun> cutOffRunToGoOnWith();
 
   private:
     const Services& m_services;

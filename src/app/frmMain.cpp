@@ -15,6 +15,8 @@
 #include "projects/UrlList.h"
 #include "projects/frmAddURL.h"
 #include "projects/frmAddURLFromWeb.h"
+#include "submission/frmPreview.h"
+#include "submission/frmSubmit.h"
 #include "ui_frmMain.h"
 #include "widgets/Forms.h"
 #include "widgets/IconTheme.h"
@@ -58,6 +60,21 @@ void showMetaTag(const CommandTarget& target, QWidget* parent) {
     form->exec();
 }
 
+// The wizard over the window, which can do nothing until it closes.
+void showSubmit(const CommandTarget& target, QWidget* parent, std::optional<CutOffRun> cutOff) {
+    std::optional<frmSubmit> wizard;
+    {
+        const BusyPointer busy(target.services.prompts);
+        SubmissionOptions options{QLocale()};
+        options.linkEngines = target.main.linksEngines;
+        wizard.emplace(target.services, target.main.catalogue, std::move(options), parent);
+    }
+    if (cutOff && !wizard->controller().resume(std::move(*cutOff))) return;
+    wizard->exec();
+    // The panel shows the reports that came into its website's file.
+    target.main.workspace.autoSave();
+}
+
 // The screens that commands open.
 struct Screen final {
     std::string_view name;
@@ -76,6 +93,8 @@ constexpr Screen kScreens[] = {
                    target.services.paths.AppPath, parent)
              .exec();
      }},
+    {"frmSubmit",
+     [](const CommandTarget& target, QWidget* parent) { showSubmit(target, parent, std::nullopt); }},
     {"frmAddURLFromWeb",
      [](const CommandTarget& target, QWidget* parent) {
          Rows& urls = target.main.website.fields.lsvSiteURLs;
@@ -116,6 +135,7 @@ frmMain::frmMain(const Services& services, clsMain& main, QWidget* parent)
     makeFetchCancellable();
     connectEnginePanel();
     followChanges();
+    connect(m_ui->SSTab3, &frmEnginePanel::previewWanted, this, &frmMain::showPreview);
     m_ui->TreeView1->connectTo(main.workspace, services.prompts);
     connect(&main.workspace, &Workspace::panelsChanged, this, &frmMain::showPanels);
     connect(&main.workspace, &Workspace::panelOpened, this, [this] {
@@ -174,6 +194,24 @@ void frmMain::enableCommands() {
 void frmMain::showScreen(std::string_view name) {
     for (const Screen& screen : kScreens)
         if (screen.name == name) screen.show(m_target, this);
+}
+
+void frmMain::offerCutOffRun() {
+    if (std::optional<CutOffRun> run = m_main.cutOffRunToGoOnWith())
+        showSubmit(m_target, this, std::move(run));
+}
+
+void frmMain::showPreview(const std::string& engine) {
+    Workspace& workspace = m_main.workspace;
+    workspace.autoSave();
+    std::vector<frmPreview::Website> websites;
+    for (const auto& project : workspace.tree().root().children)
+        for (const auto& website : project->children)
+            if (!website->file.empty()) websites.push_back({website->text, website->file});
+    frmPreview preview(m_target.services, m_main.catalogue, std::move(websites), this);
+    preview.chooseEngine(engine);
+    preview.chooseWebsite(workspace.currentNode()->file);
+    preview.exec();
 }
 
 void frmMain::connectWebsitePanel() {

@@ -37,6 +37,8 @@ class frmMain final : public QMainWindow {
     void showCatalogue();
     // For the given milliseconds; 0 means until the next text.
     void showStatus(const QString& text, int milliseconds = 0);
+    // Asks whether to continue an interrupted submission, and opens the wizard on it.
+    void offerCutOffRun();
     // Position of the border between tree and panel, in pixels from the left; 0 means the default.
     int splitterPlace() const;
     void setSplitterPlace(int place);
@@ -62,6 +64,8 @@ class frmMain final : public QMainWindow {
     static QAction* actionOf(std::string_view name, const QWidget& owner);
     void enableCommands();
     void showScreen(std::string_view name);
+    // What the engine would be sent for one of the websites.
+    void showPreview(const std::string& engine);
     void connectWebsitePanel();
     void connectEnginePanel();
     void followChanges();

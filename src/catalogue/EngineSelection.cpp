@@ -202,7 +202,7 @@ void EngineSelection::saveSelectedEngine(const std::string& path) const {
     writeFile(path, lines);
 }
 
-bool EngineSelection::loadSelectedEngine(const std::string& path) {
+bool EngineSelection::readSelection(const std::string& path, Repeated repeated) {
     if (!fileExists(path)) return true;
     int taken = 0;
     try {
@@ -215,6 +215,7 @@ bool EngineSelection::loadSelectedEngine(const std::string& path) {
             clsEngines* engine = m_lists.engines.find(name);
             if (engine == nullptr) continue;
             engine->Selected = true;
+            if (repeated == Repeated::Passes && m_lists.lsvSelectedEngines.contains(engine->name())) continue;
             if (m_lists.lsvSelectedEngines.contains(name))
                 throw Failure("The engine \"" + std::string(engine->name()) +
                                   "\" is selected already, and the reading stopped there. Engines taken from "
@@ -284,10 +285,18 @@ void EngineSelection::selectCustomEngines() {
 }
 
 void EngineSelection::selectFailedEngines() {
-    inEnginesFolder([this](const std::string&) {
+    addFailedEngines(Repeated::Ends);
+}
+
+void EngineSelection::selectFailedEnginesOnce() {
+    addFailedEngines(Repeated::Passes);
+}
+
+void EngineSelection::addFailedEngines(Repeated repeated) {
+    inEnginesFolder([&](const std::string&) {
         const std::string path = m_services.paths.inApp("fail.eng");
         if (fileExists(path) && !readFile(path).empty())
-            loadSelectedEngine(path);
+            readSelection(path, repeated);
         else
             m_services.prompts.message("Failed engine list is empty.", "Load Engines", Icon::Information);
     });

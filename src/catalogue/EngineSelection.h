@@ -49,7 +49,7 @@ class EngineSelection final {
     void saveSelectedEngine(const std::string& path) const;
     // Adds the engines named in the file; ignores names that are not loaded and a missing file. Shows a
     // message and returns false when reading stops (a name already has a row, an unreadable file).
-    bool loadSelectedEngine(const std::string& path);
+    bool loadSelectedEngine(const std::string& path) { return readSelection(path, Repeated::Ends); }
     // Writes AppPath/englist.htm and opens it in the system's handler. Throws Failure when it cannot be
     // written.
     void exportEngineList() const;
@@ -61,6 +61,8 @@ class EngineSelection final {
     void selectTopEngines();
     void selectCustomEngines();
     void selectFailedEngines();
+    // The same, but a name that is chosen already is passed over instead of ending the reading.
+    void selectFailedEnginesOnce();
     void offerEngineList();
 
     // True if a selected engine shows the FFA icon.
@@ -69,6 +71,10 @@ class EngineSelection final {
     std::string getEngineType() const;
 
   private:
+    // What a name that has a row already does to the reading of a file of engines.
+    enum class Repeated { Ends, Passes };
+    bool readSelection(const std::string& path, Repeated repeated);
+    void addFailedEngines(Repeated repeated);
     void bulk(std::string_view words, const std::function<void()>& operation);
     void select(clsEngines& engine);
     void selectWhere(const std::function<bool(const clsEngines&)>& qualifies);

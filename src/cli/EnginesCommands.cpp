@@ -5,10 +5,10 @@
 #include "catalogue/EngineFields.h"
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
-#include "cli/JsonLine.h"
 #include "cli/Table.h"
 #include "core/Failure.h"
 #include "core/FileStore.h"
+#include "core/JsonLine.h"
 
 #include <ostream>
 

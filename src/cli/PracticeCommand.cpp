@@ -3,12 +3,12 @@
 
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
-#include "cli/JsonLine.h"
 #include "cli/PracticeAddress.h"
 #include "cli/StopSignal.h"
 #include "core/Failure.h"
 #include "core/FileStore.h"
 #include "core/FileSystem.h"
+#include "core/JsonLine.h"
 #include "core/Paths.h"
 #include "practice/PracticeWeb.h"
 #include "session/InstalledData.h"

@@ -99,7 +99,7 @@ void SelectionOptions::addTo(CLI::App& app) {
                  };
              });
     addFlag(app, "--failed", "The engines that failed in the last run",
-            [](Catalogue& catalogue) { catalogue.selection.selectFailedEngines(); });
+            [](Catalogue& catalogue) { catalogue.selection.selectFailedEnginesOnce(); });
     app.add_option("--save-selection", m_saveTo, "Write the chosen engines to a file, replacing it")
         ->type_name("FILE")
         ->group(kGroup);

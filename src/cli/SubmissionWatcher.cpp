@@ -3,30 +3,57 @@
 
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
-#include "cli/JsonLine.h"
 #include "cli/Table.h"
+#include "core/Clock.h"
+#include "core/JsonLine.h"
+#include "submission/RunEvents.h"
+#include "submission/SubmissionController.h"
 
+#include <algorithm>
+#include <map>
 #include <ostream>
+#include <string>
 
 namespace relay {
 
-SubmissionWatcher::SubmissionWatcher(CommandLineContext& context, int urls, int engines)
-    : m_context(context), m_urls(urls), m_engines(engines) {}
+SubmissionWatcher::SubmissionWatcher(CommandLineContext& context, const SubmissionController& controller)
+    : m_context(context),
+      m_results(controller.state().results),
+      m_urls(controller.state().lsvSiteSubmitting.count()),
+      m_engines(static_cast<int>(controller.submit().EngineTable().size())) {}
+
+void SubmissionWatcher::goOn(const CutOffRun& run) {
+    m_reports = run.reports;
+    m_reportMissing = std::any_of(m_reports.begin(), m_reports.end(),
+                                  [](const UrlReport& report) { return report.path.empty(); });
+    m_url += static_cast<int>(m_reports.size());
+    m_urls += static_cast<int>(m_reports.size());
+    m_endedOfUrl = static_cast<int>(std::count_if(
+        run.ended.begin(), run.ended.end(), [&](const PairEnd& end) { return !run.finished[end.url]; }));
+    m_context.note("Going on with the run of " + reportDate(run.head.time) + ": " +
+                   std::to_string(run.left()) + " requests are left.");
+    for (const PairEnd& pair : run.inFlight) {
+        const PlannedURL& url = run.plan.urls[pair.url];
+        const std::string& engine = run.plan.engines[pair.engine];
+        m_context.note("Sent again, as it was under way: " + engine + " for " + url.URL);
+        if (!m_context.json) continue;
+        JsonLine()
+            .add("event", "again")
+            .add("website", url.website)
+            .add("url", url.URL)
+            .add("engine", engine)
+            .write(m_context.out());
+    }
+}
 
 void SubmissionWatcher::engineEnded(const EngineEnded& ended) {
     ++m_endedOfUrl;
-    ++m_byResult[ended.result];
     if (m_context.json) {
         std::ostream& out = m_context.out();
-        JsonLine()
-            .add("event", "engine")
-            .add("url", ended.URL)
-            .add("engine", ended.engine)
-            .add("code", ended.code)
-            .add("result", ended.result)
-            .add("word", resultWord(ended.result))
-            .add("ms", ended.milliseconds)
-            .write(out);
+        JsonLine line;
+        line.add("event", "engine");
+        addEngineEnded(line, ended);
+        line.write(out);
         out.flush();
     }
     showCount();
@@ -34,13 +61,11 @@ void SubmissionWatcher::engineEnded(const EngineEnded& ended) {
 
 void SubmissionWatcher::showCount() {
     if (!m_context.progress().isOn()) return;
-    int ended = 0;
-    for (const auto& [result, count] : m_byResult) ended += count;
-    const int successes = m_byResult[Success];
+    const int successes = m_results.countOf(Success);
     m_context.progress().show("URL " + std::to_string(m_url) + " of " + std::to_string(m_urls) + ", engine " +
                               std::to_string(m_endedOfUrl) + " of " + std::to_string(m_engines) + "   " +
-                              std::to_string(successes) + " succeeded, " + std::to_string(ended - successes) +
-                              " did not");
+                              std::to_string(successes) + " succeeded, " +
+                              std::to_string(m_results.count() - successes) + " did not");
 }
 
 void SubmissionWatcher::reportWritten(const UrlReport& report) {
@@ -53,14 +78,10 @@ void SubmissionWatcher::reportWritten(const UrlReport& report) {
     }
     if (m_context.json) {
         std::ostream& out = m_context.out();
-        JsonLine()
-            .add("event", "report")
-            .add("url", report.URL)
-            .add("website", report.website)
-            .add("path", report.path)
-            .add("success", report.success)
-            .add("failed", report.failed)
-            .write(out);
+        JsonLine line;
+        line.add("event", "report");
+        addUrlReport(line, report);
+        line.write(out);
         out.flush();
     }
     ++m_url;
@@ -87,17 +108,13 @@ void SubmissionWatcher::runDone(const RunSummary& summary) {
 void SubmissionWatcher::writeSummary() {
     std::ostream& out = m_context.out();
     std::map<std::string_view, int> byWord;  // two classes share one word
-    int total = 0;
-    for (const auto& [result, count] : m_byResult) {
-        byWord[resultWord(result)] += count;
-        total += count;
-    }
+    for (int place = 0; place < m_results.count(); ++place) ++byWord[m_results.at(place).word()];
     Table counts({"Result", "Requests"});
     const auto addCount = [&](std::string_view word) { counts.add({word, std::to_string(byWord[word])}); };
     addCount(resultWord(Success));
     for (const auto& [word, count] : byWord)
         if (word != resultWord(Success)) addCount(word);
-    counts.add({"All", std::to_string(total)});
+    counts.add({"All", std::to_string(m_results.count())});
     counts.write(out, m_context.colours());
 
     Table reports({"URL", "Succeeded", "Failed", "Report"});

@@ -3,19 +3,22 @@
 
 #include "submission/SubmissionRecords.h"
 
-#include <map>
-#include <string>
 #include <vector>
 
 namespace relay {
 
 class CommandLineContext;
+class Results;
+class SubmissionController;
+struct CutOffRun;
 
 // Reports a run as it goes: JSON events, or a live count on the terminal and a summary at the end.
 class SubmissionWatcher final {
   public:
-    // `urls` and `engines` are the totals of the live count.
-    SubmissionWatcher(CommandLineContext& context, int urls, int engines);
+    // The controller's run is prepared.
+    SubmissionWatcher(CommandLineContext& context, const SubmissionController& controller);
+    // The run goes on with one that was cut off: names what is sent again, and counts what is done.
+    void goOn(const CutOffRun& run);
 
     void engineEnded(const EngineEnded& ended);
     void reportWritten(const UrlReport& report);
@@ -29,11 +32,11 @@ class SubmissionWatcher final {
     void writeSummary();
 
     CommandLineContext& m_context;
-    int m_urls;
+    const Results& m_results;
+    int m_urls;  // numbers the live count runs up to
     int m_engines;
     int m_url = 1;         // the current one
     int m_endedOfUrl = 0;  // engines that ended for it
-    std::map<std::int16_t, int> m_byResult;
     std::vector<UrlReport> m_reports;
     bool m_reportMissing = false;
     bool m_done = false;

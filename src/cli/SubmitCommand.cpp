@@ -8,7 +8,8 @@
 #include "cli/SubmissionWatcher.h"
 #include "core/Failure.h"
 #include "core/FileSystem.h"
-#include "core/IniFile.h"
+#include "core/Paths.h"
+#include "core/Trap.h"
 #include "projects/WebsiteKeys.h"
 #include "submission/SubmissionController.h"
 #include "submission/SubmissionRecords.h"
@@ -18,6 +19,7 @@
 
 #include <exception>
 #include <filesystem>
+#include <utility>
 
 namespace relay {
 
@@ -55,45 +57,81 @@ SubmitCommand::SubmitCommand(CLI::App& parent, CommandLineContext& context)
     : Command(parent, context, "submit", "Submit the URLs of websites to the chosen engines",
               "--home try submit --website shop.kws --all\n"
               "--home try submit --website shop.kws blog.kws --type ENG,DIR --no-adult --connections 20\n"
-              "--home try submit --website shop.kws --failed\n"
+              "--home try submit --website shop.kws --failed --csv results.csv\n"
+              "--home try submit --resume\n"
               "--home try submit --website shop.kws --major --json > run.jsonl") {
     app()
         .add_option("--website", m_websites, "The website files, in the order of the run")
-        ->type_name("FILE")
-        ->required();
+        ->type_name("FILE");
+    app().add_flag("--resume", m_resume, "Go on with the run that was cut off by a crash or a power cut");
     app()
         .add_option("--connections", m_connections,
                     "Requests at a time, 1 to 1000 (default: from the settings)")
         ->type_name("N")
         ->check(CLI::Range(1, 1000));
+    app().add_option("--csv", m_csv, "At the end, write all results to a table")->type_name("FILE");
     m_selection.addTo(app());
 }
 
-int SubmitCommand::execute() {
-    if (!m_selection.chooses())
+void SubmitCommand::checkUsage() const {
+    if (m_resume) {
+        if (!m_websites.empty() || m_selection.isGiven())
+            throw UsageError("--resume goes on with a run as it was: it takes no websites and no engines.");
+    } else if (m_websites.empty()) {
+        throw UsageError("--website is required");
+    } else if (!m_selection.chooses()) {
         throw UsageError(
             "No engines are chosen. Choose them with --all, --type, --country, --engine or another option.");
+    }
+}
+
+int SubmitCommand::execute() {
+    checkUsage();
+    // A run must not end in a table that has no place.
+    if (!m_csv.empty() && !folderExists(std::filesystem::path(absolutePath(m_csv)).parent_path().string()))
+        throw Failure(m_csv + ": there is no such folder.");
     StopSignal& stop = context().console().stop;
     stop.watch();
+    std::optional<CutOffRun> cutOff;
+    if (m_resume) {
+        cutOff = findCutOffRun(context().home().paths.AppPath);
+        if (!cutOff) throw Failure("There is no run that was cut off.");
+    }
     if (!context().loadEngines()) return kCouldNotRun;
     Catalogue& catalogue = context().home().catalogue;
     m_selection.apply(context(), catalogue);
     if (m_connections > 0) context().home().preference.Connections = m_connections;
     if (stop.poll()) return kStopped;
-    return run(catalogue);
+    return run(catalogue, std::move(cutOff));
 }
 
-int SubmitCommand::run(Catalogue& catalogue) {
+// The controller shows why not.
+bool SubmitCommand::prepare(SubmissionController& controller, std::optional<CutOffRun>& cutOff) {
+    if (cutOff) return controller.resume(*cutOff);
+    addSites(controller, context(), m_websites);
+    warnOfEmptyPasswords(context(), context().home().catalogue.lists, m_websites);
+    return controller.cmdNext() && controller.cmdStart();
+}
+
+int SubmitCommand::run(Catalogue& catalogue, std::optional<CutOffRun> cutOff) {
     Session& home = context().home();
-    Console& console = context().console();
     home.network.open();
     SubmissionController controller(home.services, catalogue, {QLocale::system(), context().linksEngines()});
-    addSites(controller, context(), m_websites);
-    warnOfEmptyPasswords(context(), catalogue.lists, m_websites);
-    if (!controller.cmdNext() || !controller.cmdStart()) return kCouldNotRun;
+    if (!prepare(controller, cutOff)) return kCouldNotRun;
+    SubmissionWatcher watcher(context(), controller);
+    if (cutOff) watcher.goOn(*cutOff);
+    cutOff.reset();
+    try {
+        return saveTable(controller, watch(controller, watcher));
+    } catch (...) {
+        // What cannot be told is no reason to lose the table.
+        if (controller.state().results.count() > 0) saveTable(controller, kCouldNotRun);
+        throw;
+    }
+}
 
-    SubmissionWatcher watcher(context(), controller.state().lsvSiteSubmitting.count(),
-                              controller.submit().NumOfEngines());
+int SubmitCommand::watch(SubmissionController& controller, SubmissionWatcher& watcher) {
+    Console& console = context().console();
     QEventLoop loop;
     // A failure to report ends the run, which would otherwise go on unreported.
     std::exception_ptr untold;
@@ -109,6 +147,9 @@ int SubmitCommand::run(Catalogue& catalogue) {
                      [&](const EngineEnded& ended) { tell([&] { watcher.engineEnded(ended); }); });
     QObject::connect(&controller, &SubmissionController::reportWritten, &loop,
                      [&](const UrlReport& report) { tell([&] { watcher.reportWritten(report); }); });
+    QObject::connect(&controller, &SubmissionController::ledgerFailed, &loop, [&](const std::string& why) {
+        tell([&] { context().warn("The run could not go on after a crash: " + why); });
+    });
     QObject::connect(&controller, &SubmissionController::runDone, &loop, [&](const RunSummary& summary) {
         tell([&] { watcher.runDone(summary); });
         loop.quit();
@@ -122,6 +163,14 @@ int SubmitCommand::run(Catalogue& catalogue) {
     const int failed = watcher.isDone() || untold ? 0 : loop.exec();
     if (untold) std::rethrow_exception(untold);
     return failed != 0 ? failed : watcher.exitCode();
+}
+
+int SubmitCommand::saveTable(const SubmissionController& controller, int exitCode) {
+    if (m_csv.empty()) return exitCode;
+    const auto failure = failureOf([&] { saveResults(controller.state().results, m_csv); });
+    if (!failure) return exitCode;
+    context().warn("The table of results could not be written: " + *failure);
+    return exitCode == kStopped ? kStopped : kCouldNotRun;
 }
 
 }  // namespace relay

@@ -3,12 +3,12 @@
 
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
-#include "cli/JsonLine.h"
 #include "cli/PageWait.h"
 #include "cli/Table.h"
 #include "cli/TerminalText.h"
 #include "cli/WebsiteEditing.h"
 #include "core/Failure.h"
+#include "core/JsonLine.h"
 #include "core/Url.h"
 #include "projects/SiteDetails.h"
 #include "projects/UrlList.h"

@@ -47,6 +47,10 @@ std::string Paths::inApp(std::string_view name) const {
     return AppPath + "/" + std::string(name);
 }
 
+std::string Paths::reportFolder() const {
+    return inApp("Reports/Submition");
+}
+
 std::string Paths::inWindows(std::string_view name) const {
     return WindowsPath + std::string(name);
 }

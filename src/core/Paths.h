@@ -24,6 +24,7 @@ struct Paths final {
 
     std::string inApp(std::string_view name) const;      // AppPath + separator + name
     std::string inWindows(std::string_view name) const;  // WindowsPath + name
+    std::string reportFolder() const;                    // of the submission's reports
 };
 
 // The process's own environment: a variable's value or nullopt. Programs pass it in; tests pass their own.

@@ -189,8 +189,8 @@ void OpenWebsite::viewReport() {
     });
 }
 
-bool OpenWebsite::DeleteReportFile(const std::string& path) {
-    return m_file.DeleteReportFile(path, fields.lsvReports);
+bool OpenWebsite::DeleteReportFile(const std::string& path, const std::string& reportFolder) {
+    return m_file.DeleteReportFile(path, fields.lsvReports, reportFolder);
 }
 
 }  // namespace relay

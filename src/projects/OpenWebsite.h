@@ -54,7 +54,8 @@ class OpenWebsite final : public QObject {
     void openFileLocation();
     // cmdViewReport: opens the selected report in the system's handler.
     void viewReport();
-    bool DeleteReportFile(const std::string& path);
+    // As that of WebsiteFile.
+    bool DeleteReportFile(const std::string& path, const std::string& reportFolder);
 
   Q_SIGNALS:
     // The program changed the fields.

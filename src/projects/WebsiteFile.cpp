@@ -11,8 +11,10 @@
 #include "projects/UrlList.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <map>
 #include <string>
+#include <system_error>
 
 namespace relay {
 
@@ -119,9 +121,20 @@ std::vector<std::string_view> splitLines(std::string_view text) {
     return lines;
 }
 
-// Deletes the files of the highlighted reports and removes their rows, up to the first file that cannot be
-// deleted.
-void deleteHighlightedReports(Rows& reports) {
+// Whether the file itself, wherever links lead, lies in the folder or below it.
+bool liesIn(const std::string& path, const std::string& folder) {
+    std::error_code error;
+    const auto whole = std::filesystem::canonical(folder, error);
+    if (error) return false;
+    const auto above = std::filesystem::canonical(std::filesystem::path(path).parent_path(), error);
+    if (error) return false;
+    return std::mismatch(whole.begin(), whole.end(), above.begin(), above.end()).first == whole.end();
+}
+
+// Deletes the files of the highlighted reports and removes their rows; gives the files that stay as they lie
+// outside the folder. Where a file cannot be deleted, the rows before it are gone and the rest stays.
+std::vector<std::string> deleteHighlightedReports(Rows& reports, const std::string& folder) {
+    std::vector<std::string> kept;
     int deleted = 0;
     const auto removeRows = [&reports, &deleted] {
         int left = deleted;
@@ -131,8 +144,13 @@ void deleteHighlightedReports(Rows& reports) {
         for (int i = 0; i < reports.count(); ++i) {
             const RowView row = reports.at(i);
             if (!row.highlighted) continue;
-            const std::string path(row.tag);
-            if (fileExists(path)) removeFile(path);
+            std::string path(row.tag);
+            if (fileExists(path)) {
+                if (liesIn(path, folder))
+                    removeFile(path);
+                else
+                    kept.push_back(std::move(path));
+            }
             ++deleted;
         }
     } catch (const Failure&) {
@@ -140,6 +158,16 @@ void deleteHighlightedReports(Rows& reports) {
         throw;
     }
     removeRows();
+    return kept;
+}
+
+std::string keptWords(const std::vector<std::string>& kept) {
+    constexpr std::size_t kMostNamed = 10;
+    std::string words = "Only files in the folder of reports are deleted. Left in place:";
+    for (std::size_t i = 0; i < kept.size() && i < kMostNamed; ++i)
+        words += "\r\n" + escapeControlCharacters(kept[i]);
+    if (kept.size() > kMostNamed) words += "\r\nand " + std::to_string(kept.size() - kMostNamed) + " more";
+    return words;
 }
 
 // How often a list contains each report entry.
@@ -242,23 +270,26 @@ bool WebsiteFile::loadWebsiteFile(const std::string& path, WebsiteFields& fields
     });
 }
 
-bool WebsiteFile::DeleteReportFile(const std::string& path, Rows& reports) {
+bool WebsiteFile::DeleteReportFile(const std::string& path, Rows& reports, const std::string& reportFolder) {
     if (!m_prompts.ask("Are you sure you want to delete selected report files?", "Delete Report File"))
         return true;
-    return trap(m_prompts, "DeleteReportFile_Error: ", [&] {
+    std::vector<std::string> kept;
+    const bool deleted = trap(m_prompts, "DeleteReportFile_Error: ", [&] {
         if (reports.firstHighlighted() < 0) return;
         const FolderLock lock(path);
         const std::string found = readFile(path, IniFile::kLargestFile);
         Rows inFile;
         readReports(IniFile::parse(found), inFile);
         const ReportCounts before = countReports(reports);
-        deleteHighlightedReports(reports);
+        kept = deleteHighlightedReports(reports, reportFolder);
         followFile(reports, before, inFile);
         std::string written = replaceReports(found, reports);
         writeFile(path, written, Readable::OwnerOnly);
         // Other programs' changes outside the reports have not been seen.
         if (found == m_seen) m_seen = std::move(written);
     });
+    if (!kept.empty()) m_prompts.message(keptWords(kept), "Delete Report File", Icon::Information);
+    return deleted;
 }
 
 std::string replaceReports(std::string_view text, const Rows& reports) {

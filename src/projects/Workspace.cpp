@@ -339,7 +339,7 @@ void Workspace::showEngines() {
 }
 
 void Workspace::deleteReports() {
-    m_website.DeleteReportFile(m_CurrentNode->file);
+    m_website.DeleteReportFile(m_CurrentNode->file, m_services.paths.reportFolder());
 }
 
 }  // namespace relay

@@ -25,32 +25,41 @@ void ReportWriter::setFailEngine() {
     m_FailEngines.clear();
 }
 
+std::string ReportWriter::reportPath(const std::string& URL, const QDateTime& now) const {
+    return m_services.paths.reportFolder() + "/" + reportFileName(URL, now);
+}
+
+void ReportWriter::appendFailed() const {
+    appendFile(m_services.paths.inApp("fail.eng"), m_FailEngines.text());
+}
+
+void ReportWriter::recallFailed(const std::vector<EngineResult>& engines) {
+    buildResultRows(engines, false, m_FailEngines);
+    appendFailed();
+}
+
 UrlReport ReportWriter::CreateReport(const std::string& URL, const std::string& WebsiteFile,
-                                     const std::vector<EngineResult>& engines) {
+                                     const std::vector<EngineResult>& engines, const QDateTime& now) {
     const BusyPointer busy(m_services.prompts);
     const SubmitResults results = buildResultRows(engines, m_options.linkEngines, m_FailEngines);
     UrlReport report{URL, WebsiteFile, {}, {}, results.successCount, results.failCount};
     const clsPreference& preference = m_services.preference;
     std::string text =
-        buildReport(URL, loadWebsiteQuietly(WebsiteFile), longDate(m_services.clock.now(), m_options.locale),
-                    results, {preference.DealerName, preference.DealerEmail, preference.DealerURL});
-    save(text.append("\r\n"), report);
+        buildReport(URL, loadWebsiteQuietly(WebsiteFile), longDate(now, m_options.locale), results,
+                    {preference.DealerName, preference.DealerEmail, preference.DealerURL});
+    save(text.append("\r\n"), now, report);
     return report;
 }
 
-void ReportWriter::save(const std::string& text, UrlReport& report) const {
-    const QDateTime now = m_services.clock.now();
-    std::string path;
+void ReportWriter::save(const std::string& text, const QDateTime& now, UrlReport& report) const {
+    const std::string path = reportPath(report.URL, now);
     const auto failure = failureOf([&] {
-        makeFolder(m_services.paths.inApp("Reports"));
-        const std::string folder = m_services.paths.inApp("Reports/Submition");
-        makeFolder(folder);
-        path = folder + "/" + reportFileName(report.URL, now);
+        makeFolder(m_services.paths.reportFolder());
         writeFile(path, text);
         report.path = path;
         // If the report cannot be listed, the failed engines are still saved.
         const auto unnoted = failureOf([&] { noteReport(report.website, report.URL, now, path); });
-        appendFile(m_services.paths.inApp("fail.eng"), m_FailEngines.text());
+        appendFailed();
         if (unnoted) throw Failure(*unnoted);
     });
     if (!failure) return;

@@ -17,6 +17,7 @@ struct Services;
 struct SubmissionOptions final {
     QLocale locale;            // for dates
     bool linkEngines = false;  // engine names as links; the switch "/U"
+    bool keepLedger = true;    // so that a run can go on after a crash
 };
 
 // Writes the reports of a run and collects the engines that failed in it.
@@ -26,13 +27,18 @@ class ReportWriter final {
 
     // Empties the list of failed engines. Call at the start of a run.
     void setFailEngine();
+    // Where a report of this time goes.
+    std::string reportPath(const std::string& URL, const QDateTime& now) const;
     // Writes the report of one URL, lists it in the website file and appends the failed engines to fail.eng.
     // A failure goes to the log and into the result.
     UrlReport CreateReport(const std::string& URL, const std::string& WebsiteFile,
-                           const std::vector<EngineResult>& engines);
+                           const std::vector<EngineResult>& engines, const QDateTime& now);
+    // Appends to fail.eng what the report of a URL did: for a run that goes on after a crash. Throws Failure.
+    void recallFailed(const std::vector<EngineResult>& engines);
 
   private:
-    void save(const std::string& text, UrlReport& report) const;
+    void save(const std::string& text, const QDateTime& now, UrlReport& report) const;
+    void appendFailed() const;
 
     const Services& m_services;
     SubmissionOptions m_options;

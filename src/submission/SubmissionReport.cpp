@@ -5,6 +5,7 @@
 #include "core/Failure.h"
 #include "core/FileNames.h"
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
 #include "core/FolderLock.h"
 #include "core/IniFile.h"
 #include "core/Text.h"
@@ -173,6 +174,8 @@ std::string reportFileName(std::string_view URL, const QDateTime& time) {
 void noteReport(const std::string& websiteFile, std::string_view URL, const QDateTime& time,
                 std::string_view reportPath) {
     const FolderLock lock(websiteFile);
+    // A website that has gone is not to come back as a file of reports.
+    if (!fileExists(websiteFile)) throw fileFailure(websiteFile, "The website file has gone", 53);
     IniFile file = IniFile::load(websiteFile);
     const int last = leadingInteger(file.value(kWebsiteSection, "LastReport"));
     if (last == std::numeric_limits<int>::max()) throw Failure("Overflow", 6);

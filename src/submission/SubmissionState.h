@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/Rows.h"
+#include "submission/Results.h"
 
 #include <QDateTime>
 
@@ -19,6 +20,7 @@ struct SubmissionState final {
         lsvSiteSubmitting.setColumns({"URL", "Web site", "Status"});
         lsvConnections.setColumns({" ", "Engines", "Status"});
         lsvReport.setColumns({"URL", "Web Site", "Status"});
+        lsvSiteSelection.setNumberColumns({2});
     }
 
     // Makes the button start a run.
@@ -32,6 +34,8 @@ struct SubmissionState final {
     Rows lsvConnections;     // one row per connection; " ", "Engines", "Status"
     Rows lsvReport;          // tag the report; "URL", "Web Site", "Status"
 
+    Results results;  // of the run, as they come; begun anew by the next one
+
     int page = 0;  // of SSTab1: 0 selection, 1 summary, 2 run, 3 reports
     std::string lblNumOfEngines;
     std::string lblNumOfWebsites;
@@ -44,6 +48,8 @@ struct SubmissionState final {
     bool cmdCancelEnabled = true;  // of page 2
     int progressValue = 0;
     int progressMaximum = 100;
+    std::string StatusBar1;  // what the run is at, the engines remaining among it
+    std::string clock;       // since the start of the run: "0 :0 :1"
 
     std::string WebsiteFile;  // of the current URL
     std::string URL;

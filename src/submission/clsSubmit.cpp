@@ -3,7 +3,9 @@
 
 #include "catalogue/Catalogue.h"
 #include "core/Failure.h"
+#include "core/FileSystem.h"
 #include "core/Log.h"
+#include "core/Paths.h"
 #include "core/Services.h"
 #include "core/Text.h"
 #include "core/Trap.h"
@@ -28,14 +30,24 @@ clsSubmit::clsSubmit(const Services& services, const Catalogue& catalogue)
     connect(&m_pool, &RunPool::Cancelled, this, &clsSubmit::m_frmHTTPMX_Cancelled);
 }
 
-void clsSubmit::setWebDetails(const std::string& URL, const std::string& WebsiteFile) {
+std::optional<std::string> clsSubmit::setWebDetails(const std::string& URL, const std::string& WebsiteFile) {
     m_URL = URL;
-    m_website = loadWebsiteQuietly(WebsiteFile);
+    const auto failure = failureOf([&] {
+        if (!fileExists(WebsiteFile)) throw fileFailure(WebsiteFile, "The website file has gone", 53);
+        m_website = IniFile::load(WebsiteFile);
+        m_WebsiteFile = WebsiteFile;
+    });
+    if (failure && m_WebsiteFile != WebsiteFile) {
+        m_website = {};
+        m_WebsiteFile.clear();
+    }
     m_web = readWebDetails(URL, m_website);
+    return failure;
 }
 
 std::string clsSubmit::getSubmitData(std::string_view EngineName) {
     std::string data;
+    if (m_WebsiteFile.empty()) return data;
     trap(m_services.prompts, "Module: getSubmitData\r\n", [&] {
         data = expandQuery({engineNamed(m_catalogue, EngineName), m_web, m_website, m_catalogue.countries,
                             m_services.preference.BlockSpam != 0});
@@ -48,6 +60,21 @@ void clsSubmit::listEngines(const Rows& lsvSelectedEngines) {
     m_EngineTable.resize(static_cast<std::size_t>(lsvSelectedEngines.count()));
     for (int row = 0; row < lsvSelectedEngines.count(); ++row)
         m_EngineTable[static_cast<std::size_t>(row)].Name = lsvSelectedEngines.at(row).text;
+}
+
+void clsSubmit::listEngines(const std::vector<std::string>& names) {
+    if (names.size() > kMostOfWork) throw Failure("Overflow", 6);
+    m_EngineTable.assign(names.size(), {});
+    for (std::size_t i = 0; i < names.size(); ++i) m_EngineTable[i].Name = names[i];
+}
+
+void clsSubmit::recallResult(std::int16_t EngineIndex, std::int16_t result) {
+    EngineResult& entry = m_EngineTable.at(static_cast<std::size_t>(EngineIndex - 1));
+    entry.Result = result;
+    const clsEngines* engine = m_catalogue.lists.engines.find(entry.Name);
+    if (!engine) return;
+    entry.Home = engine->Home();
+    entry.AddURL = engine->AddURL();
 }
 
 std::int16_t clsSubmit::NumOfEngines() const noexcept {
@@ -114,6 +141,7 @@ void clsSubmit::sendRequest(std::int16_t Index, std::int16_t EngineIndex, int& s
                 escapeControlCharacters(
                     maskPassword(request->isPost() ? work.SubmitData : std::string(), m_web)));
         }
+        Q_EMIT sending(EngineIndex);
         m_pool.Connect(Index, work.Action, work.Method, work.SubmitData);
         return;
     }
@@ -145,7 +173,8 @@ void clsSubmit::setSubmitResults(std::int16_t Index, std::string_view Caller, co
         result.Home = work.Home;
         const auto taken = std::chrono::steady_clock::now() - work.Started;
         Q_EMIT engineEnded({m_URL, work.EngineName, work.Code, work.Result,
-                            std::chrono::duration_cast<std::chrono::milliseconds>(taken).count()});
+                            std::chrono::duration_cast<std::chrono::milliseconds>(taken).count(),
+                            work.EngineIndex});
     });
     if (failure && m_services.log.traceOn()) {
         m_services.log.WriteTraceLog("setSubmitResults_Error: " + *failure +

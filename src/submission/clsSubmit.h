@@ -9,6 +9,7 @@
 #include <QObject>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -26,13 +27,19 @@ class clsSubmit final : public QObject {
   public:
     clsSubmit(const Services& services, const Catalogue& catalogue);
 
-    // Reads the website file, once per URL.
-    void setWebDetails(const std::string& URL, const std::string& WebsiteFile);
-    // The engine's expanded template; empty when unusable. Shows a failure.
+    // Reads the website file once for this URL. One that can no longer be read leaves the fields of the URL
+    // before, where that was the same website's; else none of the URL's engines is sent anything. Gives why
+    // it could not be read.
+    std::optional<std::string> setWebDetails(const std::string& URL, const std::string& WebsiteFile);
+    // The engine's expanded template; empty when unusable, a failure is shown.
     std::string getSubmitData(std::string_view EngineName);
     // Makes EngineTable as long as the list of selected engines. Entries keep everything but the name. Throws
     // Failure 6 "Overflow" for more than 32767.
     void listEngines(const Rows& lsvSelectedEngines);
+    // The same for names, with no results.
+    void listEngines(const std::vector<std::string>& names);
+    // Takes over what an engine of a run that was cut off had come to.
+    void recallResult(std::int16_t EngineIndex, std::int16_t result);
     void forgetEngines() { m_EngineTable.clear(); }
     std::int16_t NumOfEngines() const noexcept;
 
@@ -53,6 +60,8 @@ class clsSubmit final : public QObject {
     const std::vector<EngineResult>& EngineTable() const noexcept { return m_EngineTable; }
 
   Q_SIGNALS:
+    // The engine's request is about to be sent.
+    void sending(qint16 EngineIndex);
     void engineEnded(const relay::EngineEnded& ended);
     // The stage or the text of the connection changed.
     void connectionChanged(qint16 Index, const std::string& words);
@@ -76,6 +85,7 @@ class clsSubmit final : public QObject {
     std::vector<SubmitSocket> m_SubmitSocket;
     std::vector<EngineResult> m_EngineTable;
     std::string m_URL;
+    std::string m_WebsiteFile;  // that the fields below are of; empty: of none
     WebDetails m_web;
     IniFile m_website;
 };

@@ -122,6 +122,7 @@ void frmHTTP::finish() {
         return;
     }
     FetchReply reply{m_URL, std::move(m_Response), m_Http1.ResponseCode(), m_Http1.Problem()};
+    if (reply.text.size() >= HttpClient::kReplyLimit) reply.problem = "Only its first 16 MiB were read";
     if (m_timedOut)
         reply.problem = "The time-out of " + std::to_string(watchdogInterval() / 1000) + " seconds passed";
     if (consumer(m_ConnectType) == nullptr)

@@ -4,6 +4,7 @@
 #include "core/PreferenceEntry.h"
 #include "core/Rows.h"
 #include "core/ScreenText.h"
+#include "support/CaseTable.h"
 #include "support/SessionFixture.h"
 #include "widgets/Appearance.h"
 #include "widgets/Contrast.h"
@@ -22,6 +23,7 @@
 #include <QStyleOption>
 #include <QTabWidget>
 
+#include <filesystem>
 #include <gmock/gmock.h>
 
 namespace relay::test {
@@ -224,6 +226,18 @@ TEST(AppearanceTest, WhatHasAStateIsSeenInEveryPalette) {
         << "a good palette is not changed";
 }
 
+TEST(AppearanceTest, APaletteWithoutLegibleTextIsRecognised) {
+    EXPECT_TRUE(isLegible(lightPalette()));
+    EXPECT_TRUE(isLegible(darkPalette()));
+    for (const auto& [text, ground] : {std::pair{QPalette::WindowText, QPalette::Window},
+                                       {QPalette::Text, QPalette::Base},
+                                       {QPalette::ButtonText, QPalette::Button}}) {
+        QPalette broken = darkPalette();
+        broken.setColor(text, broken.color(ground).lighter(120));
+        EXPECT_FALSE(isLegible(broken)) << text;
+    }
+}
+
 TEST(QtPromptsTest, AWholeAddressTakesThePlaceOfItsBeginning) {
     for (const auto& [typed, shown] : {std::pair{"roses.example", "http://www.roses.example"},
                                        {"http://a.example", "http://a.example"},
@@ -236,6 +250,32 @@ TEST(QtPromptsTest, AWholeAddressTakesThePlaceOfItsBeginning) {
         QTest::keyClicks(&edit, QString::fromLatin1(typed));
         EXPECT_EQ(edit.text(), QString::fromLatin1(shown));
     }
+}
+
+TEST(QtPromptsTest, WhatTheSystemCannotOpenIsReported) {
+    const TestHome home;
+    const QByteArray path = qgetenv("PATH");
+    qputenv("PATH", QByteArray::fromStdString(home.path("bin")) + ":" + path);
+    QtPrompts prompts;
+    QStringList boxes;
+    const auto open = [&](const std::string& script) {
+        std::filesystem::permissions(home.write("bin/xdg-open", script), std::filesystem::perms::owner_all);
+        EXPECT_TRUE(prompts.openWithSystem("/tmp/a #b.html"));
+    };
+    for (const char* script : {"#!/bin/sh\nexit 3\n", "#!/no/such/program\n"}) {
+        whenModal([&](QWidget& box) {
+            boxes << qobject_cast<QMessageBox*>(&box)->text();
+            QTest::keyClick(&box, Qt::Key_Return);
+        });
+        const auto before = boxes.size();
+        open(script);
+        EXPECT_TRUE(waitUntil([&] { return boxes.size() > before; })) << script;
+    }
+    EXPECT_EQ(boxes, QStringList(2, QStringLiteral("This system has no program that opens\n/tmp/a #b.html")));
+    home.write("opened", "");
+    open("#!/bin/sh\necho \"$1\" > '" + home.path("opened") + "'\n");
+    EXPECT_TRUE(waitUntil([&] { return home.read("opened") == "file:///tmp/a%20%23b.html\n"; }));
+    qputenv("PATH", path);
 }
 
 TEST(QtPromptsTest, FiltersAreConvertedToQts) {
@@ -325,38 +365,22 @@ class PreferenceTest : public ::testing::Test, protected SessionFixture {
     SettingsStore& store = session.settings;
 };
 
-TEST_F(PreferenceTest, TheFirstInvalidFieldStopsOK) {
-    struct Case final {
-        std::string PreferenceEntry::*field;
-        const char* text;
-        const char* control;
-        const char* words;
-    };
-    const char* const timeOut = "Time out setting must be between 1 to 200 seconds !";
-    const char* const few =
-        "Invalid value for connection setting. The value for this setting must greater than 1 !";
-    const Case cases[] = {
-        {&PreferenceEntry::txtTimeOut, "0", "txtTimeOut", timeOut},
-        {&PreferenceEntry::txtTimeOut, "201", "txtTimeOut", timeOut},
-        {&PreferenceEntry::txtTimeOut, "abc", "txtTimeOut", timeOut},
-        {&PreferenceEntry::txtTimeOut, "200", "saved", ""},
-        {&PreferenceEntry::txtTimeOut, "0.5", "saved", ""},
-        {&PreferenceEntry::txtConnections, "0", "txtConnections", few},
-        {&PreferenceEntry::txtConnections, "1", "saved", ""},
-        {&PreferenceEntry::txtConnections, "60", "saved", ""},
-        {&PreferenceEntry::txtProxy, "", "txtProxy", "Invalid Proxy Server address."},
-        {&PreferenceEntry::txtPort, "", "txtPort", "Invalid Proxy Port Number."},
-    };
-    for (const Case& c : cases) {
+TEST_F(PreferenceTest, TheFirstFieldThatWillNotDoStopsOK) {
+    const std::map<std::string, std::string PreferenceEntry::*> fields = {
+        {"txtTimeOut", &PreferenceEntry::txtTimeOut},
+        {"txtConnections", &PreferenceEntry::txtConnections},
+        {"txtProxy", &PreferenceEntry::txtProxy},
+        {"txtPort", &PreferenceEntry::txtPort}};
+    const auto confirmed = [&](const std::vector<std::string>& in) {
         preference.TimeOut = 30;
         PreferenceEntry entry = openPreference(preference);
         selectProxy(preference, entry, 2);
         entry.txtProxy = "proxy.test";
-        entry.*(c.field) = c.text;
+        entry.*(fields.at(in[0])) = in[1];
         prompts.shown.clear();
-        EXPECT_EQ(confirm(entry), c.control) << c.text;
-        EXPECT_EQ(prompts.last().text, c.words) << c.text;
-    }
+        return joined({confirm(entry), prompts.last().text});
+    };
+    playCases(TEST_FOLDER "/cases/preference.txt", {{"confirm", confirmed}});
 }
 
 TEST_F(PreferenceTest, ManyConnectionsAreAskedAboutOnlyWhenTyped) {

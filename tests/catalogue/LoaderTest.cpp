@@ -4,54 +4,12 @@
 #include "core/FileSystem.h"
 #include "support/SessionFixture.h"
 
-#include <filesystem>
 #include <gmock/gmock.h>
 #include <random>
-#include <sys/stat.h>
 
 namespace relay::test {
 
 namespace {
-
-constexpr std::string_view kCorrupted =
-    "Engine data file is corrupted, you need to download the engine submission data file from our web site "
-    "by "
-    "click on the 'File/Update Engine Data' menu item from the menu bar and following the instruction on the "
-    "screen.";
-
-// A catalogue that cannot be read always gives the same message and false.
-TEST(EngineLoaderTest, ReportsAFileThatCannotBeRead) {
-    using Spoil = void (*)(const std::string& path);
-    const std::pair<const char*, Spoil> cases[] = {
-        {"missing", [](const std::string&) {}},
-        {"empty", [](const std::string& path) { writeFile(path, ""); }},
-        {"folder", [](const std::string& path) { makeFolder(path); }},
-        {"pipe", [](const std::string& path) { ASSERT_EQ(mkfifo(path.c_str(), 0600), 0); }},
-    };
-    for (const auto& [name, spoil] : cases) {
-        SCOPED_TRACE(name);
-        SessionFixture fixture;
-        ASSERT_TRUE(fixture.loadEngines("Name=One\nName=Two\n"));
-        fixture.selection.EngineSelect(true);
-        const std::string path = fixture.home.path("data/krveng5.dat");
-        std::filesystem::remove(path);
-        spoil(path);
-        bool splashOpen = true;
-        fixture.catalogue.beforeFailure = [&] { splashOpen = false; };
-
-        EXPECT_FALSE(fixture.catalogue.loadEngines());
-        EXPECT_FALSE(splashOpen);
-        ASSERT_EQ(fixture.prompts.shown.size(), 1u);
-        EXPECT_EQ(fixture.prompts.last().text, kCorrupted);
-        EXPECT_EQ(fixture.prompts.last().title, "Load Engines");
-        EXPECT_EQ(fixture.prompts.last().icon, Icon::Information);
-        EXPECT_TRUE(fixture.lists.lsvEngines.empty());
-        EXPECT_EQ(fixture.lists.lsvSelectedEngines.columnTitle(0), "Selected Engines");
-        // The engines are still there, and none is selected without a row.
-        fixture.selection.EngineSelectByCountry("ALL");
-        EXPECT_EQ(texts(fixture.lists.lsvSelectedEngines), (std::vector<std::string>{"One", "Two"}));
-    }
-}
 
 TEST(EngineLoaderTest, ReadsBinaryRubbishAsAnEmptyCatalogue) {
     SessionFixture fixture;
@@ -133,26 +91,6 @@ TEST(EngineLoaderTest, KeepsLittleOfALongName) {
     for (int number = 0; number < 40000; ++number) text += "Category=C\n";
     ASSERT_TRUE(fixture.loadEngines(text));
     EXPECT_EQ(fixture.lists.cboCustomEngines.size(), 32767U);  // the range of their index
-}
-
-TEST(EngineCategoriesTest, ReportsAFileThatCannotBeRead) {
-    SessionFixture fixture;
-    ASSERT_TRUE(fixture.loadEngines("Name=One\n", "[One]\na=b\n"));
-    fixture.home.write("data/catkws.dat", "");
-    int splashClosed = 0;
-    fixture.catalogue.beforeFailure = [&] { ++splashClosed; };
-    EXPECT_FALSE(fixture.catalogue.loadEngineCategory());
-    std::filesystem::remove(fixture.home.path("data/catkws.dat"));
-    EXPECT_FALSE(fixture.catalogue.loadEngineCategory());
-    EXPECT_EQ(splashClosed, 2);
-    EXPECT_EQ(fixture.prompts.last().title, "Error");
-    EXPECT_EQ(
-        fixture.prompts.last().text,
-        "Category data file is corrupted, you need to download the engine submission data file from our web "
-        "site by click on the 'File/Update Engine Data' menu item from the menu bar and following the "
-        "instruction on the screen.");
-    EXPECT_EQ(fixture.catalogue.engineCategories.getEngineCategoryData("ONE"), "a=b>");
-    EXPECT_EQ(fixture.catalogue.engineCategories.getEngineCategoryData("Two"), "");
 }
 
 }  // namespace

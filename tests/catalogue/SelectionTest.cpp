@@ -1,10 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+//
+// Every file under transcripts/ is a case: what a user does with the engines' lists, the categories and the
+// countries, and what comes of it.
 #include "catalogue/EngineListPage.h"
 #include "core/FileStore.h"
-#include "core/FileSystem.h"
+#include "support/CaseTable.h"
+#include "support/GoldenCases.h"
 #include "support/SessionFixture.h"
+#include "support/Transcript.h"
 
-#include <filesystem>
+#include <sys/stat.h>
 
 namespace relay::test {
 
@@ -19,220 +24,134 @@ constexpr std::string_view kEngines =
     "\"Name=Shop, corner\"\nType=MALL\n"
     "Name=Odd\nType=HOTEL\n";
 
-struct SelectionFixture final : SessionFixture {
-    SelectionFixture() { EXPECT_TRUE(loadEngines(kEngines)); }
+class SelectionTest : public testing::TestWithParam<std::string>, protected SessionFixture {
+  protected:
+    SelectionTest() {
+        transcript.on("load-engines", [this](auto&) { EXPECT_TRUE(loadEngines(kEngines)); });
+        // A form answers the change by setting its check boxes, which reports each as a click.
+        transcript.on("answer-boxes-by-clicks", [this](auto&) {
+            lists.typeBoxesChanged = [this] {
+                out += "boxes changed\n";
+                for (std::size_t index = 0; index < EngineTypes.size(); ++index)
+                    selection.clickType(index, lists.chkType[index].checked);
+            };
+        });
+        addSelection("select", [this](auto& names) {
+            for (const std::string& name : names)
+                out += selection.EngineSingleSelect(name) ? "" : "no engine " + name + "\n";
+        });
+        addSelection("by-type",
+                     [this](auto& in) { selection.EngineSelectByType(in.at(0), in.at(1) == "on"); });
+        addSelection("click-type",
+                     [this](auto& in) { selection.clickType(std::stoul(in.at(0)), in.at(1) == "on"); });
+        addSelection("by-country", [this](auto& row) { selection.EngineSelectByCountry(row.at(0)); });
+        addSelection("by-mode", [this](auto& mode) { selection.SelectByMode(mode.at(0)); });
+        addSelection("top", [this](auto&) { selection.selectTopEngines(); });
+        addSelection("custom", [this](auto&) { selection.selectCustomEngines(); });
+        addSelection("no-adults", [this](auto&) { selection.EngineSelectNoAdultSites(); });
+        addSelection("find", [this](auto& text) { selection.findEnginesByKeyword(text.at(0)); });
+        addSelection("add",
+                     [this](auto& names) { selection.EngineSelect(highlight(lists.lsvEngines, names)); });
+        addSelection("remove", [this](auto& names) {
+            selection.EngineRemove(highlight(lists.lsvSelectedEngines, names));
+        });
+        addSelection("failed", [this](auto&) { selection.selectFailedEngines(); });
+        addSelection("load-selection", [this](auto&) { selection.loadSelection(); });
+        addSelection("load-file", [this](auto& file) {
+            out += selection.loadSelectedEngine(file.at(0)) ? "" : "failed\n";
+        });
+        transcript.on("delete-listed", [this](auto& names) {
+            highlight(lists.lsvEngines, names);
+            selection.deleteListedEngines();
+            out += lists.lsvEngines.columnTitle(0) + ": " + joined(texts(lists.lsvEngines)) + "\n";
+        });
+        transcript.on("types", [this](auto&) {
+            out += selection.getEngineType() + (selection.isThereFFASites() ? " with FFA" : "") + "\n";
+        });
+        transcript.on("save-selection", [this](auto&) { selection.saveSelection(); });
+        transcript.on("highlighted", [this](auto&) {
+            for (int row = 0; row < lists.lsvEngines.count(); ++row)
+                if (lists.lsvEngines.at(row).highlighted)
+                    out.append(lists.lsvEngines.at(row).text).append("\n");
+        });
+        addCategories();
+        addLoading();
+    }
 
-    void select(std::string_view names) {
-        for (std::size_t place = 0; place < names.size(); ++place) {
+    void addLoading() {
+        catalogue.beforeFailure = [this] { out += "the splash is closed\n"; };
+        transcript.on("pipe",
+                      [this](auto& file) { EXPECT_EQ(mkfifo(home.path(file.at(0)).c_str(), 0600), 0); });
+        transcript.on("load", [this](auto&) {
+            out += catalogue.loadEngineData() ? "" : "failed\n";
+            out += lists.lsvEngines.columnTitle(0) + ": " + joined(texts(lists.lsvEngines)) + "\n";
+            out += lists.lsvSelectedEngines.columnTitle(0) + "\n";
+        });
+        transcript.on("table", [this](auto& name) {
+            out.append(catalogue.engineCategories.getEngineCategoryData(name.at(0))).append("\n");
+        });
+    }
+
+    void addCategories() {
+        Categories& tree = catalogue.categories;
+        transcript.on("load-categories", [&](auto&) {
+            out += tree.loadCategory() ? "" : "failed\n";
+            out += joined(texts(tree.lstMainCategory)) + "\n" + joined(texts(tree.lstCategory)) + "\n";
+        });
+        transcript.on("sub-categories", [&](auto& name) {
+            tree.loadSubCategory(name.at(0));
+            out += joined(texts(tree.lstCategory)) + "\n";
+        });
+        transcript.on("choose-category", [&](auto& names) {
+            std::string main = "-";
+            std::string sub = "-";
+            if (!names.empty()) tree.setSelectedCategory(names.at(0), names.at(1));
+            tree.getSelectedCategory(main, sub);
+            out += main + " / " + sub + "\n";
+        });
+        transcript.on("has",
+                      [&](auto& names) { out += tree.has(names.at(0), names.at(1)) ? "yes\n" : "no\n"; });
+        transcript.on("refuse-adults", [this](auto&) { preference.AcceptAdultSite = "NO"; });
+        transcript.on("load-countries", [this](auto&) {
+            out += catalogue.countries.loadCountry() ? "" : "failed\n";
+            out += joined(catalogue.countries.cboCountry) + "\n";
+        });
+        transcript.on("country", [this](auto& text) {
+            out += "name " + catalogue.countries.getCountryName(text.at(0)) + ", code " +
+                   catalogue.countries.getCountryCode(text.at(0)) + "\n";
+        });
+    }
+    // Lists the selected engines; the title and the engines' own fields must agree with them.
+    void addSelection(const std::string& name, const std::function<void(const Arguments&)>& command) {
+        transcript.on(name, [this, command](const Arguments& arguments) {
+            command(arguments);
+            const Rows& rows = lists.lsvSelectedEngines;
+            out += joined(texts(rows)) + "\n";
+            EXPECT_EQ(rows.columnTitle(0), "Selected Engines (" + std::to_string(rows.count()) + ")");
             for (const clsEngines& engine : lists.engines)
-                if (engine.name().front() == names[place]) selection.EngineSingleSelect(engine.name());
-        }
+                if (engine.Selected != rows.contains(engine.name()))
+                    out.append("at odds with its row: ").append(engine.name()).append("\n");
+        });
     }
-    void highlight(Rows& rows, std::string_view initials) {
+    // "all" is what the buttons for all rows ask for.
+    static bool highlight(Rows& rows, const Arguments& names) {
         for (int row = 0; row < rows.count(); ++row)
-            rows.setHighlighted(row, initials.find(rows.at(row).text.front()) != npos);
+            rows.setHighlighted(row, std::count(names.begin(), names.end(), rows.at(row).text) > 0);
+        return names == Arguments{"all"};
     }
-    // The initials of the selected rows; also checks the title and the engines' own fields.
-    std::string selected() const {
-        std::string initials;
-        const Rows& rows = lists.lsvSelectedEngines;
-        for (int row = 0; row < rows.count(); ++row) initials += rows.at(row).text.front();
-        EXPECT_EQ(rows.columnTitle(0), "Selected Engines (" + std::to_string(rows.count()) + ")");
-        for (const clsEngines& engine : lists.engines)
-            EXPECT_EQ(engine.Selected, rows.contains(engine.name()));
-        EXPECT_EQ(prompts.busyDepth, 0);
-        return initials;
-    }
+
+    Transcript transcript{home, &prompts};
+    std::string& out = transcript.out;
 };
 
-TEST(EngineSelectionTest, EachOperationSelectsItsEngines) {
-    using Operation = void (*)(SelectionFixture&);
-    const struct {
-        const char* what;
-        const char* before;
-        Operation operation;
-        const char* after;
-    } cases[] = {
-        {"hot sites join every type", "", [](auto& f) { f.selection.EngineSelectByType("ENG", true); },
-         "ADO"},
-        {"no second row", "AD", [](auto& f) { f.selection.EngineSelectByType("eng", true); }, "ADO"},
-        {"hot sites leave with any type", "DAB",
-         [](auto& f) { f.selection.EngineSelectByType("NEWS", false); }, "AB"},
-        {"a click on a box", "", [](auto& f) { f.selection.clickType(2, true); }, "GDO"},
-        {"a country", "P", [](auto& f) { f.selection.EngineSelectByCountry("United States(US)"); }, "PAG"},
-        {"a country again", "AG", [](auto& f) { f.selection.EngineSelectByCountry("(us)"); }, "AG"},
-        {"a name with a bracket hides its code", "",
-         [](auto& f) { f.selection.EngineSelectByCountry("Here (DExx)(GB)"); }, "B"},
-        {"a bare code", "", [](auto& f) { f.selection.EngineSelectByCountry("GB"); }, "D"},
-        {"all countries", "", [](auto& f) { f.selection.EngineSelectByCountry("all"); }, "ABGDPSO"},
-        {"major sites replace", "BG", [](auto& f) { f.selection.SelectByMode("MajorSite"); }, "AP"},
-        {"custom engines", "A", [](auto& f) { f.selection.selectCustomEngines(); }, "B"},
-        {"top engines", "G", [](auto& f) { f.selection.selectTopEngines(); }, "AP"},
-        {"adult only", "A", [](auto& f) { f.selection.SelectByMode("AdultOnlySite"); }, "G"},
-        {"no such mode", "AB", [](auto& f) { f.selection.SelectByMode("Nothing"); }, ""},
-        {"no adult sites only shrinks", "ABG", [](auto& f) { f.selection.EngineSelectNoAdultSites(); }, "A"},
-        {"the highlighted rows", "B",
-         [](auto& f) {
-             f.highlight(f.lists.lsvEngines, "BP");
-             f.selection.EngineSelect(false);
-         },
-         "BP"},
-        {"nothing highlighted", "B", [](auto& f) { f.selection.EngineSelect(false); }, "B"},
-        {"all rows", "B", [](auto& f) { f.selection.EngineSelect(true); }, "BAGDPSO"},
-        {"highlighted rows go", "ABGD",
-         [](auto& f) {
-             f.highlight(f.lists.lsvSelectedEngines, "BG");
-             f.selection.EngineRemove(false);
-         },
-         "AD"},
-        {"all rows go", "ABG", [](auto& f) { f.selection.EngineRemove(true); }, ""},
-        {"one twice", "A", [](auto& f) { EXPECT_TRUE(f.selection.EngineSingleSelect("ALPHA")); }, "A"},
-        {"one unknown", "A", [](auto& f) { EXPECT_FALSE(f.selection.EngineSingleSelect("Alph")); }, "A"},
-        {"by keyword", "P", [](auto& f) { f.selection.findEnginesByKeyword("P"); }, "PAS"},
-    };
-    for (const auto& example : cases) {
-        SCOPED_TRACE(example.what);
-        SelectionFixture fixture;
-        fixture.select(example.before);
-        example.operation(fixture);
-        EXPECT_EQ(fixture.selected(), example.after);
-        EXPECT_TRUE(fixture.prompts.shown.empty());
-    }
+TEST_P(SelectionTest, DoesWhatTheTranscriptSays) {
+    transcript.play(TEST_FOLDER "/transcripts/" + GetParam());
 }
 
-TEST(EngineSelectionTest, FindHighlightsMatchesOrShowsThatThereAreNone) {
-    SelectionFixture fixture;
-    fixture.selection.findEnginesByKeyword("elt");
-    EXPECT_EQ(fixture.lists.lsvEngines.at(fixture.lists.lsvEngines.firstHighlighted()).text, "Delta");
-    fixture.selection.findEnginesByKeyword("zzz");
-    EXPECT_EQ(fixture.prompts.last().title, "Find Engine");
-    EXPECT_EQ(fixture.prompts.last().text, "No matches found.");
-}
+INSTANTIATE_TEST_SUITE_P(Transcripts, SelectionTest,
+                         testing::ValuesIn(goldenCases(TEST_FOLDER "/transcripts")), goldenName);
 
-TEST(EngineSelectionTest, IgnoresTypeClicksWhileItTicksTheBoxes) {
-    SelectionFixture fixture;
-    int changes = 0;
-    // A form reacts by setting its check boxes, which reports each as a click.
-    fixture.lists.typeBoxesChanged = [&] {
-        ++changes;
-        for (std::size_t index = 0; index < EngineTypes.size(); ++index)
-            fixture.selection.clickType(index, fixture.lists.chkType[index].checked);
-    };
-    fixture.selection.EngineSelect(true);
-    EXPECT_EQ(fixture.selected().size(), 7u);
-    EXPECT_EQ(fixture.selection.getEngineType(), "ENG,DIR,FFA,NEWS,MALL,HOT,MIS");
-    EXPECT_TRUE(fixture.selection.isThereFFASites());
-    fixture.selection.EngineRemove(true);
-    EXPECT_EQ(fixture.selection.getEngineType(), "");
-    EXPECT_EQ(changes, 2);
-    fixture.selection.clickType(1, true);
-    EXPECT_EQ(fixture.selected(), "BDO");
-    EXPECT_EQ(fixture.selection.getEngineType(), ",DIR");
-    EXPECT_FALSE(fixture.selection.isThereFFASites());
-}
-
-TEST(EngineSelectionTest, DeletingListedEnginesLeavesTheirSelectedRows) {
-    SelectionFixture fixture;
-    fixture.select("AB");
-    fixture.highlight(fixture.lists.lsvEngines, "BG");
-    fixture.selection.deleteListedEngines();
-    EXPECT_EQ(fixture.lists.lsvEngines.columnTitle(0), "Engines (5)");
-    EXPECT_EQ(texts(fixture.lists.lsvSelectedEngines), (std::vector<std::string>{"Alpha", "Beta"}));
-    EXPECT_FALSE(fixture.lists.engines.find("Beta")->Selected);
-
-    fixture.selection.EngineSelectByType("FFA", true);  // the engine itself is still there
-    EXPECT_TRUE(fixture.lists.lsvSelectedEngines.contains("Gamma"));
-    fixture.selection.EngineSelectByType("DIR", true);  // so is its row
-    EXPECT_TRUE(fixture.lists.engines.find("Beta")->Selected);
-    EXPECT_TRUE(fixture.prompts.shown.empty());
-}
-
-TEST(SelectionFilesTest, SaveAndLoad) {
-    SelectionFixture fixture;
-    fixture.select("BSA");
-    const std::string path = fixture.home.path("set.eng");
-    fixture.selection.saveSelectedEngine(path);
-    EXPECT_EQ(fixture.home.read("set.eng"), "Beta\r\nShop, corner\r\nAlpha\r\n");
-
-    fixture.selection.EngineRemove(true);
-    fixture.select("G");
-    fixture.home.write("set.eng", "Beta\nGone\r\n\r\nShop, corner\nAlpha, Paper");
-    EXPECT_TRUE(fixture.selection.loadSelectedEngine(path));
-    EXPECT_EQ(fixture.selected(), "GBAP");  // the name with a comma was read as two
-    EXPECT_TRUE(fixture.selection.loadSelectedEngine(fixture.home.path("absent.eng")));
-    EXPECT_TRUE(fixture.prompts.shown.empty());
-
-    fixture.home.write("set.eng", "Delta\nBETA\nOdd\n");
-    EXPECT_FALSE(fixture.selection.loadSelectedEngine(path));
-    EXPECT_EQ(fixture.selected(), "GBAPD");
-    EXPECT_EQ(fixture.prompts.last().title, "Error");
-    EXPECT_EQ(
-        fixture.prompts.last().text,
-        "The engine \"Beta\" is selected already, and the reading stopped there. Engines taken from the "
-        "file before it: 1.\r\nModule: Load Selected Engine");
-}
-
-TEST(EnginesMenuTest, SavesThroughTheDialog) {
-    SelectionFixture fixture;
-    fixture.selection.saveSelection();
-    EXPECT_EQ(fixture.prompts.last().title, "Save Selected Engines");
-    EXPECT_EQ(fixture.prompts.last().text,
-              "No engines have been selected. Please select the engines you would like to save.");
-    EXPECT_TRUE(folderExists(fixture.home.path("Engines")));
-
-    fixture.select("A");
-    const struct {
-        const char* chosen;
-        int filter;
-        const char* written;
-    } cases[] = {{"one", 1, "one.eng"},
-                 {"two.ENG", 1, "two.ENG"},
-                 {"three.eng", 2, "three.eng.txt"},
-                 {"four", 3, "four"}};
-    for (const auto& example : cases) {
-        fixture.prompts.files.push_back({fixture.home.path(example.chosen), example.filter});
-        fixture.selection.saveSelection();
-        EXPECT_EQ(fixture.home.read(example.written), "Alpha\r\n");
-    }
-    EXPECT_EQ(fixture.prompts.last().text,
-              "Korvel Engine Files (*.eng)|*.eng|Text Files(*.txt)|*.txt|All Files(*.*)|*.*");
-
-    fixture.select("B");
-    for (const bool replace : {false, true}) {
-        fixture.prompts.files.push_back({fixture.home.path("one.eng"), 1});
-        fixture.prompts.answers.push_back(replace);
-        fixture.selection.saveSelection();
-        EXPECT_EQ(fixture.prompts.last().text, "The file '" + fixture.home.path("one.eng") +
-                                                   "' already exists.\r\nDo you want to replace it?");
-        EXPECT_EQ(fixture.home.read("one.eng"), replace ? "Alpha\r\nBeta\r\n" : "Alpha\r\n");
-    }
-
-    fixture.prompts.files.push_back({fixture.home.path("absent/deep.eng"), 1});
-    fixture.selection.saveSelection();
-    EXPECT_EQ(fixture.prompts.last().title, "Error");
-    EXPECT_EQ(fixture.prompts.last().text.rfind("EngineItems_Error: ", 0), 0u);
-}
-
-TEST(EnginesMenuTest, LoadsFilesAndFailedEngines) {
-    SelectionFixture fixture;
-    for (const std::size_t boxes : {1U, 2U}) {  // without the file, and with an empty one
-        fixture.selection.selectFailedEngines();
-        ASSERT_EQ(fixture.prompts.shown.size(), boxes);
-        EXPECT_EQ(fixture.prompts.last().title, "Load Engines");
-        EXPECT_EQ(fixture.prompts.last().text, "Failed engine list is empty.");
-        fixture.home.write("fail.eng", "");
-    }
-    fixture.home.write("fail.eng", "Gamma\r\n");
-    fixture.selection.selectFailedEngines();
-    EXPECT_EQ(fixture.selected(), "G");
-
-    fixture.prompts.files.push_back({fixture.home.write("mine.eng", "Odd\r\n"), 1});
-    fixture.selection.loadSelection();
-    fixture.selection.loadSelection();  // cancelled
-    EXPECT_EQ(fixture.selected(), "GO");
-}
-
-TEST(EnginesMenuTest, ExportsThePage) {
+TEST(EngineListPageTest, IsExported) {
     SessionFixture fixture;
     ASSERT_TRUE(fixture.loadEngines(
         "Name=A <b>\nType=ENG\nName=M\nType=MALL\nName=N\nType=NEWS\nName=X\nName=F\nType=FFA\n"

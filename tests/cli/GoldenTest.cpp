@@ -1,22 +1,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // Every folder under golden/ is a case: home/ is copied into a fresh home, then the commands of the file
-// "transcript" run in it, and their output must match it. In a transcript "$" begins a command, "| " a line
-// of results, "! " a line of messages, "= " an exit code other than 0. Double quotes group an argument; \n,
-// \r and \xNN stand for bytes. HOME is the home's path, WEB the practice web's address. Two commands exist
-// only in transcripts: "cat FILE" shows a file, with its line ends, and "mode FILE" its permissions. Set
-// RELAY_GOLDEN_UPDATE to write the transcripts instead.
+// "transcript" (support/Transcript.h) run in it. Some commands exist only in transcripts:
+//   practice-engines OUTCOME or OUTCOME=NAME or OUTCOME=NAME=FIELDS ...
+//                  a catalogue of engines on a practice web, FIELDS in addition to those of every template
+//   received       the engine and the URL of each submission since
+//   terminal in|out|err, typed TEXT, variable NAME VALUE, stop
+// WEB stands for the address of that practice web.
 #include "CommandLineFixture.h"
-#include "core/FileStore.h"
 #include "core/Text.h"
 #include "practice/PracticeWeb.h"
 #include "support/GoldenCases.h"
+#include "support/Transcript.h"
 
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <sstream>
+#include <regex>
 
 namespace relay::test {
 
@@ -24,95 +23,76 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::vector<std::string> splitArguments(const std::string& line) {
-    std::vector<std::string> arguments;
-    bool quoted = false;
-    bool inside = false;
-    for (std::size_t i = 0; i < line.size(); ++i) {
-        if (line[i] == ' ' && !quoted) {
-            inside = false;
-            continue;
+class CommandLineGolden : public testing::TestWithParam<std::string> {
+  protected:
+    CommandLineGolden() {
+        m_transcript.on("practice-engines", [this](auto& outcomes) { useEngines(outcomes); });
+        m_transcript.on("terminal", [this](auto& stream) {
+            (stream.at(0) == "in" ? m_cli.inIsTerminal
+             : stream[0] == "out" ? m_cli.outIsTerminal
+                                  : m_cli.errIsTerminal) = true;
+        });
+        m_transcript.on("typed", [this](auto& text) { m_cli.typed = text.at(0); });
+        m_transcript.on("variable", [this](auto& set) { m_cli.environment[set.at(0)] = set.at(1); });
+        m_transcript.on("stop", [this](auto&) { m_cli.stop.request(); });
+        m_transcript.on("received", [this](auto&) { listReceived(); });
+        m_transcript.otherwise = [this](Arguments arguments) {
+            for (std::string& argument : arguments)
+                if (argument.find("WEB") != npos) argument = replaceAll(argument, "WEB", web());
+            const CommandResult result = m_cli.run(arguments);
+            return Said{result.out, result.err, result.code};
+        };
+        m_transcript.settle = [this](const std::string& text) {
+            // A line of JSON, or of a table: the column before the last.
+            const std::string settled =
+                std::regex_replace(std::regex_replace(text, std::regex("\"ms\":\\d+"), "\"ms\":N"),
+                                   std::regex("(,\\d+,[A-Z][A-Za-z ]+,\\d+),\\d+,"), "$1,MS,");
+            return replaceAll(settled, m_address, "WEB");
+        };
+    }
+
+    // Starts the practice web at the first call.
+    const std::string& web() {
+        if (m_address.empty()) {
+            m_web.start();
+            m_address = m_web.address();
         }
-        if (!inside) arguments.emplace_back();
-        inside = true;
-        if (line[i] == '"') {
-            quoted = !quoted;
-        } else if (line[i] == '\\' && line[i + 1] == 'x') {
-            arguments.back() += static_cast<char>(std::stoi(line.substr(i + 2, 2), nullptr, 16));
-            i += 3;
-        } else if (line[i] == '\\') {
-            arguments.back() += line[++i] == 'n' ? '\n' : '\r';
-        } else {
-            arguments.back() += line[i];
+        return m_address;
+    }
+
+    void useEngines(const Arguments& outcomes) {
+        std::string text;
+        for (const std::string& given : outcomes) {
+            const std::string outcome = GetToken(given, '=', 1);
+            const std::string name = GetToken(given, '=', 2);
+            const std::size_t fields = outcome.size() + name.size() + 2;
+            text += "Name=" + (name.empty() ? outcome : name) + "\r\nType=ENG\r\nCategory=N\r\nMethod=POST" +
+                    "\r\nAction=" + web() + "/engines/" + outcome + "/" + outcome +
+                    "\r\nQuery=url=<URL>&title=<TITLE>" +
+                    (fields < given.size() ? "&" + given.substr(fields) : "") + "\r\n";
         }
+        m_cli.home.write("data/krveng5.dat", text);
+        m_cli.home.write("data/catkws.dat", "[General For All Links]\r\nOther=1\r\nEND\r\n");
     }
-    return arguments;
-}
-
-std::string prefixed(const std::string& prefix, const std::string& text) {
-    std::istringstream lines(text);
-    std::string result;
-    for (std::string line; std::getline(lines, line);) result += prefix + line + "\n";
-    return result;
-}
-
-// The practice web of all cases.
-const std::string& web() {
-    static PracticeWeb server;
-    static const std::string address = [] {
-        server.start();
-        return server.address();
-    }();
-    return address;
-}
-
-CommandResult perform(CommandLineFixture& fixture, std::vector<std::string> arguments) {
-    if (arguments.at(0) == "cat")
-        return {0, replaceAll(fixture.home.read(arguments.at(1)), "\r\n", "<CRLF>\n"), {}};
-    if (arguments.at(0) == "mode") {
-        std::ostringstream octal;
-        octal << std::oct << modeOf(fixture.home.path(arguments.at(1))) << '\n';
-        return {0, octal.str(), {}};
+    void listReceived() {
+        for (const ReceivedSubmission& one : m_web.received())
+            m_transcript.out += one.engine + " " + one.fields.at(0).second + "\n";
+        m_web.forgetReceived();
     }
-    for (std::string& argument : arguments) {
-        argument = replaceAll(argument, "HOME", fixture.home.paths().AppPath);
-        if (argument.find("WEB") != npos) argument = replaceAll(argument, "WEB", web());
-    }
-    return fixture.run(arguments);
-}
 
-std::string play(CommandLineFixture& fixture, const std::string& transcript) {
-    std::istringstream lines(transcript);
-    std::string played;
-    for (std::string line; std::getline(lines, line);) {
-        if (line.starts_with('#')) played += line + "\n";
-        if (!line.starts_with("$ ")) continue;
-        const CommandResult result = perform(fixture, splitArguments(line.substr(2)));
-        played += line + "\n" + prefixed("| ", result.out) + prefixed("! ", result.err);
-        if (result.code != 0) played += "= " + std::to_string(result.code) + "\n";
-    }
-    played = replaceAll(played, fixture.home.paths().AppPath, "HOME");
-    // A case that does not use the practice web does not start it.
-    return transcript.find("WEB") == npos ? played : replaceAll(played, web(), "WEB");
-}
-
-class CommandLineGolden : public testing::TestWithParam<std::string> {};
+    CommandLineFixture m_cli;
+    PracticeWeb m_web;
+    std::string m_address;
+    Transcript m_transcript{m_cli.home};
+};
 
 }  // namespace
 
 TEST_P(CommandLineGolden, SaysWhatTheTranscriptSays) {
     const fs::path folder = fs::path(TEST_FOLDER) / "golden" / GetParam();
-    CommandLineFixture fixture;
     if (fs::exists(folder / "home"))
-        fs::copy(folder / "home", fixture.home.path(""), fs::copy_options::recursive);
-    const std::string transcript = readFile((folder / "transcript").string());
-    ASSERT_NE(transcript.find("$ "), std::string::npos);
-    const std::string played = play(fixture, transcript);
-    if (std::getenv("RELAY_GOLDEN_UPDATE") != nullptr) {
-        std::ofstream(folder / "transcript", std::ios::binary) << played;
-        return;
-    }
-    EXPECT_EQ(played, transcript);
+        fs::copy(folder / "home", m_cli.home.path(""), fs::copy_options::recursive);
+    m_transcript.play((folder / "transcript").string());
 }
 
 INSTANTIATE_TEST_SUITE_P(Folders, CommandLineGolden, testing::ValuesIn(goldenCases(TEST_FOLDER "/golden")),

@@ -2,18 +2,20 @@
 #include "core/Failure.h"
 #include "core/FileStore.h"
 #include "core/Text.h"
+#include "support/CaseTable.h"
 #include "support/PreferenceFixture.h"
 
 #include <cerrno>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <tuple>
 
 namespace relay::test {
 namespace {
 
-TEST(SettingsStore, EveryValueComesBackFromAPrivateFile) {
+using Inputs = std::vector<std::string>;
+
+TEST(SettingsStore, EveryValueComesBackInAFileOfItsOwners) {
     const TestHome home;
     const std::string file = home.path("config/settings.ini");
     std::string allBytes;
@@ -63,62 +65,54 @@ TEST(SettingsStore, TwoProgramsKeepEachOthersValues) {
     EXPECT_EQ(home.read("settings.ini"), "[A]\nS\\one=new\nS\\other=2\nS\\third=3\n");
 }
 
-// The files are as QSettings writes them: one with the values "before", one with those set below.
-TEST(SettingsStore, KeepsTheFormatOfTheFile) {
+// The golden files are as QSettings wrote them.
+TEST(SettingsStore, WritesTheFileAsItAlwaysStood) {
     const TestHome home;
-    const std::string before =
-        "[General]\nstray=1\n\n"
-        "[Korvel%20Relay]\nPreference\\Auth_Password=\"p,w;=\"\n"
-        "Preference\\Proxy=\nSetting\\Version=6.0\n\n[Other]\nx=@Invalid()\n";
-    const std::string after =
-        "[General]\nstray=1\n\n"
-        "[Korvel%20Relay]\nPreference\\Auth_Password=\"@ByteArray(p\\xe9,\\0\\x31)\"\n"
-        "Preference\\Company=@@\\\"\\x1\\x62 caf\xC3\xA9\\\\\nPreference\\Proxy=\n"
-        "Preference\\SMTP%20Server=\" x \"\nSetting\\Version=6.0\n\n"
-        "[M%E9%UD83D%UDE00]\nS\\k=\\r\\n\n\n[Other]\nx=@Invalid()\n";
+    const std::string password("p\xE9,\0001", 5);
+    const std::pair<const char*, std::string> changes[] = {{"SMTP Server", " x "},
+                                                           {"Company",
+                                                            "@\"\x01"
+                                                            "b caf\xC3\xA9\\"},
+                                                           {"Auth_Password", password}};
     for (const std::string mark : {"", "\xEF\xBB\xBF"}) {
-        const std::string file = home.write("settings.ini", mark + before);
-        SettingsStore store(file);
+        SettingsStore store(
+            home.write("settings.ini", mark + readFile(TEST_FOLDER "/golden/settings-before.ini")));
         EXPECT_EQ(store.value("Korvel Relay", "Preference", "Auth_Password"), "p,w;=");
-        store.setValue("Korvel Relay", "Preference", "SMTP Server", " x ");
-        store.setValue("Korvel Relay", "Preference", "Company",
-                       "@\"\x01"
-                       "b caf\xC3\xA9\\");
-        store.setValue("Korvel Relay", "Preference", "Auth_Password",
-                       std::string("p\xE9,\0"
-                                   "1",
-                                   5));
+        for (const auto& [key, value] : changes) store.setValue("Korvel Relay", "Preference", key, value);
         store.setValue("M\xC3\xA9\xF0\x9F\x98\x80", "S", "k", "\r\n");
         store.save();
-        EXPECT_EQ(home.read("settings.ini"), mark + after);
+        EXPECT_EQ(home.read("settings.ini"), mark + readFile(TEST_FOLDER "/golden/settings-after.ini"));
     }
 }
 
-TEST(SettingsStore, ReadsWhatAPersonWrote) {
+std::string valueWrittenByHand(const Inputs& in) {
     const TestHome home;
-    const std::pair<const char*, const char*> cases[] = {
-        {"  a b \t", "a b"},
-        {"a, b,c", "a, b, c"},
-        {"\"a\" , \"b \"", "a, b "},
-        {"a;comment", "a"},
-        {"\"a;b\"", "a;b"},
-        {"caf\xE9", "caf\xE9"},
-        {"\\x41\\102\\q\\?\\x", "AB?"},
-        {"@@a", "@a"},
-        {"\xEF\xBB\xBF"
-         "a",
-         "\xEF\xBB\xBF"
-         "a"},
-        {"\\xd83d\\xde00", "\xF0\x9F\x98\x80"},
-    };
-    for (const auto& [written, value] : cases) {
-        const std::string text = "; mine\r\n[A B]\r\nS/k%20k = " + std::string(written) + "\r\n";
-        SettingsStore store(home.write("settings.ini", text));
-        EXPECT_EQ(store.value("A B", "S", "k k"), value) << written;
-        store.setValue("A B", "S", "k k", "new");
-        store.save();
-        EXPECT_EQ(home.read("settings.ini"), "; mine\r\n[A B]\r\nS/k%20k=new\n") << written;
-    }
+    SettingsStore store(home.write("settings.ini", "; mine\r\n[A B]\r\nS/k%20k = " + in[0] + "\r\n"));
+    const std::string value = store.value("A B", "S", "k k");
+    store.setValue("A B", "S", "k k", "new");
+    store.save();
+    EXPECT_EQ(home.read("settings.ini"), "; mine\r\n[A B]\r\nS/k%20k=new\n");
+    return value;
+}
+
+// What is shown for a preference that cannot be read; the file is kept when the settings are saved.
+std::string unreadable(const Inputs& in) {
+    const TestHome home;
+    const FixedClock clock;
+    ScriptedPrompts prompts;
+    const std::string bad =
+        "[Korvel%20Relay]\nPreference\\Auth_Password=pw\nPreference\\" + in[0] + "=" + in[1] + "\n";
+    SettingsStore broken(home.write("settings.ini", bad));
+    Log log(home.path("Error.log"), clock, {});
+    clsPreference reader(home.paths(), broken, log, prompts);
+    EXPECT_FALSE(reader.GetSettings());
+    reader.SaveSettings();
+    EXPECT_EQ(home.read("settings.ini.bad"), bad);
+    return prompts.last().title + ": " + prompts.last().text;
+}
+
+TEST(SettingsStore, ReadsWhatAPersonWrote) {
+    playCases(TEST_FOLDER "/cases/settings.txt", {{"value", valueWrittenByHand}, {"unreadable", unreadable}});
 }
 
 TEST(SettingsStore, AFailedSaveLosesNothing) {
@@ -234,29 +228,6 @@ TEST_F(PreferenceTest, ReadsTheStoreAndTheServiceLinks) {
     preference.HTTPUserName.clear();
     preference.updateHTTPLogin();
     EXPECT_EQ(preference.HTTPLogin, "");
-}
-
-TEST_F(PreferenceTest, ATextThatIsNotANumberFails) {
-    for (const auto& [key, value, words] : {std::tuple{"Connections", "nine", "Type mismatch"},
-                                            {"Connections", "", "Type mismatch"},
-                                            {"Connections", "40000", "Overflow"},
-                                            {"Connections", "9 or so", "Type mismatch"},
-                                            {"Connections", "inf", "Type mismatch"},
-                                            {"Port", "x", "Type mismatch"},
-                                            {"LogoPosition", "40000", "Overflow"}}) {
-        const TestHome place;
-        const std::string file = place.paths().settingsFile;
-        const std::string bad = "[Korvel%20Relay]\nPreference\\Auth_Password=pw\nPreference\\" +
-                                std::string(key) + "=" + value + "\n";
-        place.write("settings.ini", bad);
-        SettingsStore broken(file);
-        clsPreference reader(place.paths(), broken, log, prompts);
-        EXPECT_FALSE(reader.GetSettings());
-        EXPECT_EQ(prompts.last().text, std::string("GetSetting_Error: ") + key + ": " + words) << value;
-        EXPECT_EQ(prompts.last().title, "Error");
-        reader.SaveSettings();
-        EXPECT_EQ(place.read("settings.ini.bad"), bad);
-    }
 }
 
 TEST_F(PreferenceTest, SavesWhatItReadsBack) {

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "core/Failure.h"
+#include "core/ItemReader.h"
+#include "core/ScreenText.h"
 #include "core/Text.h"
+#include "support/CaseTable.h"
 
-#include <algorithm>
-#include <array>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <memory>
@@ -13,11 +13,80 @@ namespace relay::test {
 namespace {
 
 using namespace std::literals;
+using Inputs = std::vector<std::string>;
 
-std::size_t findByTheBook(std::string_view hay, std::string_view needle, std::size_t from) {
-    if (from > hay.size()) return npos;
-    const std::string text = toLower(hay);
-    return text.find(toLower(needle), from);
+std::string yesOrNo(bool yes) {
+    return yes ? "yes" : "no";
+}
+
+std::string walkItems(std::string_view text) {
+    std::string seen;
+    ItemReader reader(text);
+    for (std::string_view item; reader.next(item);) {
+        EXPECT_EQ(text.substr(reader.offset(), item.size()), item);
+        seen += std::to_string(reader.line()) + "[" + std::string(item) + "]" +
+                (reader.closedByComma() ? "," : "");
+    }
+    return seen;
+}
+
+std::string order(const Inputs& in) {
+    const int compared = compareNoCase(in[0], in[1]);
+    return compared < 0 ? "less" : compared > 0 ? "more" : "same";
+}
+
+std::string splitAtPipe(const Inputs& in) {
+    std::string text = in[0];
+    std::string rest = "old";
+    SplitAtPipe(text, rest);
+    return text + "; " + rest;
+}
+
+std::string escapedControls(const Inputs& in) {
+    const std::string escaped = escapeControlCharacters(in[0]);
+    EXPECT_EQ(findControlCharacter(in[0]) == npos, escaped == in[0]);
+    return escaped;
+}
+
+std::string screenCodes(const Inputs& in) {
+    std::string codes;
+    for (const QChar shown : toScreen(in[0]))
+        codes += shown.unicode() < 0x80
+                     ? std::string(1, static_cast<char>(shown.unicode()))
+                     : "<" + QString::number(shown.unicode(), 16).toUpper().toStdString() + ">";
+    return codes;
+}
+
+TEST(Text, FollowsItsTable) {
+    playCases(TEST_FOLDER "/cases/text.txt",
+              {{"equalsNoCase", [](const Inputs& in) { return yesOrNo(equalsNoCase(in[0], in[1])); }},
+               {"startsWithNoCase", [](const Inputs& in) { return yesOrNo(startsWithNoCase(in[0], in[1])); }},
+               {"endsWithNoCase", [](const Inputs& in) { return yesOrNo(endsWithNoCase(in[0], in[1])); }},
+               {"compareNoCase", order},
+               {"leadingInteger", [](const Inputs& in) { return std::to_string(leadingInteger(in[0])); }},
+               {"leadingNumber", [](const Inputs& in) { return std::to_string(leadingNumber(in[0])); }},
+               {"toInt16", [](const Inputs& in) { return std::to_string(toInt16(std::stod(in[0]))); }},
+               {"GetToken", [](const Inputs& in) { return GetToken(in[0], ',', std::stoi(in[1])); }},
+               {"CleanLineBreaks", [](const Inputs& in) { return CleanLineBreaks(in[0]); }},
+               {"CutAtNull", [](const Inputs& in) { return CutAtNull(in[0]); }},
+               {"replaceAll", [](const Inputs& in) { return replaceAll(in[0], in[1], in[2]); }},
+               {"firstLine", [](const Inputs& in) { return std::string(firstLine(in[0])); }},
+               {"trim", [](const Inputs& in) { return std::string(trim(in[0])); }},
+               {"SplitAtPipe", splitAtPipe},
+               {"StripHTML", [](const Inputs& in) { return StripHTML(in[0]); }},
+               {"Base64Encode", [](const Inputs& in) { return Base64Encode(in[0]); }},
+               {"escapeControlCharacters", escapedControls},
+               {"ItemReader", [](const Inputs& in) { return walkItems(in[0]); }},
+               {"toScreen", screenCodes},
+               {"toPrintableUtf8", [](const Inputs& in) { return toPrintableUtf8(in[0]); }}});
+}
+
+// "<" never reaches the result, so there is always a marker.
+TEST(Text, StripHTMLPicksItsMarkerAmongTheCharactersLeft) {
+    std::string codes;
+    for (int code = 1; code < 256; ++code)
+        if ("<>\r\n"sv.find(static_cast<char>(code)) == npos) codes += static_cast<char>(code);
+    EXPECT_EQ(StripHTML(codes + "\n  end<b>"), codes + "\r\nend");
 }
 
 // Exactly as large as the text, so that the sanitizer finds every read outside it.
@@ -30,18 +99,8 @@ struct Exact final {
     std::size_t size;
 };
 
-void expectFound(std::string_view hayText, std::string_view needleText, std::size_t from) {
-    const Exact hay(hayText);
-    const Exact needle(needleText);
-    const std::size_t expected = findByTheBook(hayText, needleText, from);
-    ASSERT_EQ(findNoCase(hay.view(), needle.view(), from), expected)
-        << "'" << needleText << "' in '" << hayText << "' from " << from;
-    ASSERT_EQ(findNoCasePortable(hay.view(), needle.view(), from), expected)
-        << "'" << needleText << "' in '" << hayText << "' from " << from;
-}
-
-TEST(Search, AgreesWithAPlainSearchOnRandomTexts) {
-    // Includes characters that differ from letters only in bit 5, and accented letters.
+TEST(Text, TheSearchFindsWhatASearchInLowerCaseFinds) {
+    // Characters that differ in bit 5 only stand beside letters, and so do accented letters.
     constexpr std::string_view kAlphabet = "aAbBzZ@`[{\xC1\xE1\n \0"sv;
     std::mt19937 random(20020401);
     const auto text = [&](std::size_t size, std::size_t variety) {
@@ -54,56 +113,20 @@ TEST(Search, AgreesWithAPlainSearchOnRandomTexts) {
         const std::string hay = text(random() % 300, variety);
         std::string needle = text(random() % 7, variety);
         if (random() % 2 == 0 && !hay.empty()) {
-            const std::size_t at = random() % hay.size();
-            needle = hay.substr(at, 1 + random() % 40);
+            needle = hay.substr(random() % hay.size(), 1 + random() % 40);
             if (random() % 2 == 0) needle = toUpper(needle);
         }
-        expectFound(hay, needle, random() % 3 == 0 ? random() % (hay.size() + 2) : 0);
-        if (HasFatalFailure()) return;
+        const std::size_t from = random() % 3 == 0 ? random() % (hay.size() + 2) : 0;
+        const std::size_t expected = toLower(hay).find(toLower(needle), from);
+        const Exact exactHay(hay);
+        const Exact exactNeedle(needle);
+        ASSERT_EQ(findNoCase(exactHay.view(), exactNeedle.view(), from), expected) << hay << "|" << needle;
+        ASSERT_EQ(findNoCasePortable(exactHay.view(), exactNeedle.view(), from), expected);
     }
 }
 
-TEST(Text, ComparesWithoutCaseForLettersOnly) {
-    EXPECT_TRUE(equalsNoCase("aZ[\xE1", "Az[\xE1"));
-    EXPECT_FALSE(equalsNoCase("@", "`"));
-    EXPECT_FALSE(equalsNoCase("\xE1", "\xC1"));
-    EXPECT_TRUE(startsWithNoCase("LastReport=1", "lastREPORT"));
-    EXPECT_FALSE(startsWithNoCase("La", "Last"));
-    EXPECT_TRUE(endsWithNoCase("x.KWS", ".kws"));
-    EXPECT_LT(compareNoCase("alpha", "Beta"), 0);
-    EXPECT_GT(compareNoCase("alphas", "ALPHA"), 0);
-    EXPECT_LT(compareNoCase("z", "\xE1"), 0);
-    EXPECT_EQ(compareNoCase("SaMe", "sAmE"), 0);
-}
-
-TEST(Text, ReadsLeadingNumbers) {
-    const struct {
-        const char* text;
-        int value;
-    } cases[] = {{"30abc", 30}, {"abc", 0},    {"", 0},         {"  7", 7},   {"60.5", 60},
-                 {"61.5", 62},  {"-.5x", 0},   {"+4", 4},       {"--4", 0},   {"1e3", 1},
-                 {"inf", 0},    {"-nan", 0},   {"3,000", 3},    {"-2.7", -3}, {"\t5", 0},
-                 {"0x1F", 0},   {".", 0},      {"5.", 5},       {"- 5", 0},   {"99999999999", 2147483647},
-                 {"-9e", -9},   {"00012", 12}, {"0.0000001", 0}};
-    for (const auto& each : cases) EXPECT_EQ(leadingInteger(each.text), each.value) << each.text;
-    EXPECT_EQ(leadingInteger(std::string(400, '9')), 2147483647);
-    EXPECT_EQ(leadingInteger("-" + std::string(400, '9')), -2147483647 - 1);
-    EXPECT_DOUBLE_EQ(leadingNumber("0.5 seconds"), 0.5);
-    EXPECT_EQ(toInt16(32767.4), 32767);
-    EXPECT_THROW(toInt16(32767.5), Failure);
-    EXPECT_THROW(toInt16(-32769), Failure);
-}
-
-TEST(Text, SplitsTexts) {
-    EXPECT_EQ(GetToken("a b", ' ', 3), "");
-    EXPECT_EQ(GetToken("a b", ' ', 2), "b");
-    EXPECT_EQ(GetToken("a,,c", ',', 2), "");
-    EXPECT_EQ(GetToken("a,b,c", ',', 0), "a");
-    EXPECT_EQ(CleanLineBreaks("a\r\nb\rc\nd"), "a b c d");
-    EXPECT_EQ(CleanLineBreaks("x      y"), "xy");     // six blanks: three, then none
-    EXPECT_EQ(CleanLineBreaks("x    y"), "x  y");     // four: two
-    EXPECT_EQ(CleanLineBreaks("x\r\n\r\ny"), "x y");  // two breaks: two blanks, then one
-    // As five replacements in this order.
+// As five replacements in this order.
+TEST(Text, CleaningLineBreaksLeavesOneLine) {
     std::mt19937 random(5);
     for (int i = 0; i < 2000; ++i) {
         std::string text;
@@ -115,92 +138,37 @@ TEST(Text, SplitsTexts) {
             line = replaceAll(line, what, with);
         ASSERT_EQ(CleanLineBreaks(text), line) << testing::PrintToString(text);
     }
-    EXPECT_EQ(CutAtNull("ab\0cd"s), "ab");
-    EXPECT_EQ(replaceAll("aaaa", "aa", "a"), "aa");
-    EXPECT_EQ(replaceAll("aAa", "A", ""), "aa");
-    EXPECT_EQ(replaceAll("abc", "", "x"), "abc");
-    EXPECT_EQ(firstLine("one\rtwo"), "one");
-    EXPECT_EQ(trim("  \ta \t  "), "\ta \t");
-    EXPECT_EQ(trim("   "), "");
-    std::string text = "a|b|c";
-    std::string rest = "old";
-    SplitAtPipe(text, rest);
-    EXPECT_EQ(text + ";" + rest, "a;b|c");
-    text = "none";
-    SplitAtPipe(text, rest);
-    EXPECT_EQ(text + ";" + rest, "none;");
 }
 
-TEST(StripHTML, TurnsMarkupIntoLines) {
-    const std::string rule(50, '-');
-    const struct {
-        std::string html;
-        std::string plain;
-    } cases[] = {
-        {"<p>one</p>two", "\r\n\r\none"},
-        {"no tag at all", ""},
-        {"", ""},
-        {"a<b>c</b><unclosed", "ac"},
-        {"a<", "a"},
-        {"<H1>T</h1>x<br>", "T\r\n\r\nx\r\n"},
-        {"<p class=x>a<P\n>b<i>", "\r\n\r\nab"},  // only a blank ends a tag's name
-        {"x<br/>y<hr noshade>z<b>", "xy\r\n" + rule + "\r\nz"},
-        {"one<br>   two  <br>three   <br>   <b>", "one\r\ntwo  \r\nthree   \r\n"},
-        {"  lead<b>", "  lead"},
-        {"a\r\n  b\rc\nd<b>", "a\r\nbc\r\nd"},
-        {"&amp;<b>", "&amp;"},
-        {"<dl>x<dt>", "\r\n\r\nx"},
-    };
-    for (const auto& each : cases) EXPECT_EQ(StripHTML(each.html), each.plain) << each.html;
-}
-
-TEST(StripHTML, PicksItsMarkerAmongTheCharactersLeft) {
-    const auto codes = [](int from, int to) {
-        std::string text;
-        for (int code = from; code <= to; ++code)
-            if (code != '<' && code != '>') text += static_cast<char>(code);
-        return text;
-    };
-    // "<" never reaches the result, so there is always a marker.
-    EXPECT_EQ(StripHTML(codes(1, 9) + codes(11, 12) + codes(14, 255) + "\n  end<b>"),
-              codes(1, 9) + codes(11, 12) + codes(14, 255) + "\r\nend");
-    EXPECT_EQ(StripHTML("a\xFF<br>b<b>"), "a\xFF\r\nb");
-}
-
-TEST(Base64, PadsALoneByteWithABlank) {
-    const struct {
-        std::string text;
-        std::string encoded;
-    } cases[] = {{"", ""},
-                 {"a", "YS=="},
-                 {"ab", "YWI="},
-                 {"abc", "YWJj"},
-                 {"user:pass", "dXNlcjpwYXNz"},
-                 {"\xFF\xFE\xFD", "//79"},
-                 {"\0\0"s, "AAA="}};
-    for (const auto& each : cases) EXPECT_EQ(Base64Encode(each.text), each.encoded) << each.text;
-    EXPECT_EQ(Base64Encode(std::string(54, 'x')).size(), 72u);
-    const std::string longer = Base64Encode(std::string(55, 'x'));
-    EXPECT_EQ(longer.size(), 76u);
-    EXPECT_EQ(longer.substr(72), "eC==");
-}
-
-TEST(Text, EscapesControlCharacters) {
-    const std::pair<std::string, std::string> cases[] = {
-        {"plain ~ \xC2\xA0 \xE2\x80\x8D caf\xE9 caf\xC3\xA9 \xF0\x9F\x98\x80", ""},
-        {"a\tb\r\nc\x1b[2J\x7f", "a\\x09b\\x0D\\x0Ac\\x1B[2J\\x7F"},
-        {"\0"s, "\\x00"},
-        {"\xC2\x9B"
-         "2J\x9B",
-         "\\xC2\\x9B2J\\x9B"},
-        {"\xE2\x80\xAEtxt.exe\xE2\x81\xA6", "\\xE2\\x80\\xAEtxt.exe\\xE2\\x81\\xA6"},
-        {"\xE2\x80\xA8\xD8\x9C", "\\xE2\\x80\\xA8\\xD8\\x9C"},
-        {"\xE2\x80", "\xE2\\x80"},  // cut short
-    };
-    for (const auto& [text, shown] : cases) {
-        EXPECT_EQ(escapeControlCharacters(text), shown.empty() ? text : shown);
-        EXPECT_EQ(findControlCharacter(text) == npos, shown.empty()) << shown;
+// Long items are walked in steps of sixteen bytes: a delimiter counts at every place of a step.
+TEST(Text, ItemsEndAtADelimiterAnywhere) {
+    for (const char* delimiter : {",", "\r", "\n", "\r\n"}) {
+        for (std::size_t before = 1; before < 40; ++before) {
+            const std::string first(before, 'x');
+            const std::string second(50 - before, '-');
+            EXPECT_EQ(walkItems(first + delimiter + second),
+                      "1[" + first + (*delimiter == ',' ? "],1[" : "]2[") + second + "]");
+        }
     }
+}
+
+TEST(Text, EveryByteStringComesBackFromTheScreen) {
+    std::mt19937 random(11);
+    const std::string pieces[] = {"a",        "\xC3\xA9", "\xF0\x9F\x98\x80", "\xED\xA0\xBD\xED\xB8\x80",
+                                  "\xE2\x82", "\xF0"};
+    for (int round = 0; round < 50000; ++round) {
+        std::string bytes;
+        for (auto i = random() % 12; i > 0; --i) {
+            if (random() % 2 == 0)
+                bytes += pieces[random() % std::size(pieces)];
+            else
+                bytes += static_cast<char>(random());
+        }
+        ASSERT_EQ(fromScreen(toScreen(bytes)), bytes) << toPrintableUtf8(bytes);
+        ASSERT_TRUE(QByteArray::fromStdString(toPrintableUtf8(bytes)).isValidUtf8());
+    }
+    const QChar loose[] = {QChar(0xD83D), QChar(u'x'), QChar(0xDC00)};
+    EXPECT_EQ(fromScreen(QStringView(loose, 3)), "\xEF\xBF\xBDx\xEF\xBF\xBD");
 }
 
 }  // namespace

@@ -1,21 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PlainClient.h"
-#include "catalogue/CatalogueReader.h"
-#include "catalogue/EngineCategories.h"
+#include "core/FileStore.h"
 #include "core/ItemReader.h"
-#include "core/Text.h"
 #include "practice/PracticeWeb.h"
 #include "submission/SubmissionData.h"
 #include "support/SessionFixture.h"
 
-#include <algorithm>
-#include <fstream>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <iterator>
-#include <map>
 #include <set>
-#include <vector>
 
 // Checks of the installed catalogues beyond those of "engines check": categories are found, countries agree,
 // practice engines answer.
@@ -25,120 +17,91 @@ namespace {
 using ::testing::HasSubstr;
 
 std::string readData(const std::string& name) {
-    std::ifstream file(std::string(RELAY_DATA_FOLDER) + "/" + name, std::ios::binary);
-    EXPECT_TRUE(file.is_open()) << name;
-    return {std::istreambuf_iterator<char>(file), {}};
+    return readFile(RELAY_DATA_FOLDER "/" + name);
 }
 
-// The items except empty ones and comments. A comma outside a quoted item is a mistake.
-std::vector<std::string> itemsOf(const std::string& name) {
-    const std::string text = readData(name);
-    std::vector<std::string> items;
-    ItemReader reader(text);
-    for (std::string_view item; reader.nextEntry(item);) {
-        EXPECT_FALSE(reader.closedByComma()) << name << ": " << item;
-        items.emplace_back(item);
+// A session that has loaded the installed catalogue, or the one in the folder "practice/".
+struct DataFixture final : SessionFixture {
+    explicit DataFixture(const std::string& folder) {
+        for (const char* const name : {"cat.kws", "country.kws"}) home.write(name, readData(name));
+        EXPECT_TRUE(catalogue.categories.loadCategory() && catalogue.countries.loadCountry());
+        EXPECT_TRUE(loadEngines(readData(folder + "krveng5.dat"), readData(folder + "catkws.dat")));
     }
-    return items;
-}
+};
 
-// Each engine's "label=value>" entries.
-std::map<std::string, std::string> tablesOf(const std::string& name) {
-    const EngineCategories categories(readData(name));
-    std::map<std::string, std::string> tables;
-    const auto items = itemsOf(name);
-    EXPECT_EQ(items.back(), "END");
-    for (const std::string& item : items) {
-        if (!item.starts_with('[')) continue;
-        const std::string engine = item.substr(1, item.size() - 2);
-        EXPECT_TRUE(tables.emplace(engine, categories.getEngineCategoryData(engine)).second) << item;
-    }
-    return tables;
-}
-
-// Main category, then its sub-categories.
-std::vector<std::vector<std::string>> categoryTree() {
-    std::vector<std::vector<std::string>> tree;
-    for (const std::string& item : itemsOf("cat.kws")) {
-        if (item.starts_with('[')) {
-            tree.push_back({item.substr(1, item.size() - 2)});
-        } else {
-            tree.back().push_back(item);
+// A comma anywhere but in a quoted item is a mistake, and so is a section, a record or a key that comes
+// twice.
+TEST(InstalledData, HoldsNothingTwice) {
+    const struct {
+        const char* file;
+        const char* opening;  // of an item that begins a section or a record
+        const char* last;
+        std::size_t items;  // 0: any number
+    } files[] = {{"cat.kws", "[", nullptr, 0},
+                 {"country.kws", "[", nullptr, 2 + 2 * 249},
+                 {"catkws.dat", "[", "END", 0},
+                 {"practice/catkws.dat", "[", "END", 0},
+                 {"practice/krveng5.dat", "Name=", "END:Version 6.0", 0}};
+    for (const auto& given : files) {
+        const std::string text = readData(given.file);
+        std::set<std::string_view> openings;
+        std::set<std::string_view> keys;
+        std::string_view last;
+        std::size_t items = 0;
+        ItemReader reader(text);
+        std::string_view item;
+        while (reader.nextEntry(item)) {
+            EXPECT_FALSE(reader.closedByComma()) << given.file << ": " << item;
+            const bool opens = item.starts_with(given.opening);
+            if (opens) keys.clear();
+            EXPECT_TRUE((opens ? openings.insert(item) : keys.insert(item.substr(0, item.find('=')))).second)
+                << given.file << ": " << item;
+            ++items;
+            last = item;
         }
+        EXPECT_TRUE(given.last == nullptr || last == given.last) << given.file;
+        EXPECT_TRUE(given.items == 0 || items == given.items) << given.file << ": " << items;
     }
-    return tree;
 }
 
-std::set<std::string> sensibleValues(std::string_view table, const std::string& main,
-                                     const std::string& sub) {
-    std::set<std::string> values;
-    for (std::size_t end = table.find('>'); end != npos; end = table.find('>')) {
-        const std::size_t equals = table.find('=');
-        const std::string_view label = table.substr(0, equals);
-        if (label == main || label == sub || label == "Other")
-            values.emplace(table.substr(equals + 1, end - equals - 1));
-        table.remove_prefix(end + 1);
-    }
-    return values;
-}
-
-TEST(CategoryTables, MapEveryCategoryToItsOwnEntryOrToOther) {
-    // A website without a category counts under the first one.
-    EXPECT_EQ(categoryTree().front().front(), "Business and Finance");
-    EXPECT_EQ(categoryTree().back().front(), "Adult");
+TEST(InstalledData, LeadsEveryCategoryToItsOwnEntryOrToOther) {
     for (const std::string folder : {"", "practice/"}) {
-        for (const auto& [engine, table] : tablesOf(folder + "catkws.dat")) {
-            if (table.starts_with("URL=")) continue;
-            for (const auto& categories : categoryTree()) {
-                const std::string& main = categories.front();
-                for (const std::string& sub : categories) {
-                    const std::string value = getSearchString(table, sub, '>', main);
-                    EXPECT_TRUE(sensibleValues(table, main, sub).contains(value))
-                        << engine << ": " << main << " / " << sub << " gives " << value;
+        DataFixture fixture(folder);
+        Categories& tree = fixture.catalogue.categories;
+        const std::vector<std::string> mains = texts(tree.lstMainCategory);
+        // A website without a category is filed under the first one.
+        EXPECT_EQ(mains.front() + ", " + mains.back(), "Business and Finance, Adult");
+        for (const clsEngines& engine : fixture.lists.engines) {
+            const std::string data(engine.CategoryData());
+            if (data.empty() || data.starts_with("URL=")) continue;
+            for (const std::string& main : mains) {
+                tree.loadSubCategory(main);
+                std::vector<std::string> subs = texts(tree.lstCategory);
+                subs.push_back(main);
+                for (const std::string& sub : subs) {
+                    const std::string code(getSearchString(data, sub, '>', main));
+                    bool sensible = false;
+                    for (const std::string& label : {main, sub, std::string("Other")})
+                        sensible |= (">" + data).find(">" + label + "=" + code + ">") != npos;
+                    EXPECT_TRUE(sensible)
+                        << engine.name() << ": " << main << " / " << sub << " gives " << code;
                 }
             }
         }
     }
 }
 
-TEST(Countries, BothSectionsAgreeAndSurviveASubmissionsEscapes) {
-    std::map<std::string, std::string> codes;
-    std::map<std::string, std::string> names;
-    auto items = itemsOf("country.kws");
-    ASSERT_EQ(items.front(), "[Country Name]");
-    std::map<std::string, std::string>* section = nullptr;
-    for (const std::string& item : items) {
-        if (item.starts_with('[')) {
-            section = item == "[Country Name]" ? &codes : &names;
-            continue;
-        }
-        const std::size_t equals = item.find('=');
-        EXPECT_TRUE(section->emplace(item.substr(0, equals), item.substr(equals + 1)).second) << item;
+TEST(InstalledData, CountriesAgreeAndSurviveASubmissionsEscapes) {
+    DataFixture fixture("practice/");
+    const Countries& countries = fixture.catalogue.countries;
+    EXPECT_EQ(countries.cboCountry.size(), 249U);
+    for (const std::string& name : countries.cboCountry) {
+        EXPECT_EQ(countries.getCountryName(countries.getCountryCode(name)), name);
+        EXPECT_EQ(name.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz .-"), npos)
+            << name;
     }
-    EXPECT_EQ(codes.size(), 249U);
-    EXPECT_EQ(names.size(), 249U);
-    for (const auto& [name, code] : codes) {
-        EXPECT_EQ(names[code], name);
-        const bool plain = std::all_of(name.begin(), name.end(), [](char c) {
-            return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == ' ' || c == '.' || c == '-';
-        });
-        EXPECT_TRUE(plain) << name;
-    }
-    SessionFixture fixture;
-    ASSERT_TRUE(fixture.loadEngines(readData("practice/krveng5.dat")));
     for (const clsEngines& engine : fixture.lists.engines)
-        EXPECT_TRUE(names.contains(std::string(engine.Country()))) << engine.name();
-}
-
-TEST(PracticeCatalogue, NoRecordGivesAKeyTwice) {
-    const std::string text = readData("practice/krveng5.dat");
-    std::set<EngineKey> keys;
-    CatalogueReader reader(text);
-    while (reader.next()) {
-        if (reader.key() == EngineKey::Name) keys.clear();
-        EXPECT_TRUE(keys.insert(reader.key()).second) << reader.item();
-    }
-    EXPECT_EQ(itemsOf("practice/krveng5.dat").back(), "END:Version 6.0");
+        EXPECT_NE(countries.getCountryName(engine.Country()), "") << engine.name();
 }
 
 TEST(PracticeCatalogue, EveryEngineHasItsPagesAndItsTarget) {

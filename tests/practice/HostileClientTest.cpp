@@ -2,6 +2,7 @@
 #include "PlainClient.h"
 #include "practice/PracticeRequest.h"
 #include "practice/PracticeWeb.h"
+#include "support/CaseTable.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -10,7 +11,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <thread>
-#include <vector>
 
 namespace relay::test {
 namespace {
@@ -26,30 +26,15 @@ std::string statusTo(const PracticeWeb& web, std::string_view request) {
 TEST(HostileClient, IsRefusedAndTheNextOneServed) {
     PracticeWeb web;
     web.start();
-    const std::string manyHeaders = [] {
-        std::string head = "GET / HTTP/1.0\r\n";
-        for (int i = 0; i < 201; ++i) head += "a: b\r\n";
-        return head + "\r\n";
-    }();
-    const std::vector<std::pair<std::string, std::string>> table = {
-        {"GET /" + std::string(100000, 'a') + " HTTP/1.0\r\n\r\n", "HTTP/1.1 431"},
-        {manyHeaders, "HTTP/1.1 431"},
-        {"\x16\x03\x01\x02 \xFF\xFE \x01\r\n\r\n", "HTTP/1.1 400"},
-        {"GET /200\r\n\r\n", "HTTP/1.1 400"},
-        {"GET http://127.0.0.1/200 HTTP/1.0\r\n\r\n", "HTTP/1.1 400"},
-        {"GET /200 HTTP/1.0\r\n folded\r\n\r\n", "HTTP/1.1 400"},
-        {std::string("GET /20\0 0 HTTP/1.0\r\n\r\n", 24), "HTTP/1.1 400"},
-        {"\r\n\r\n", "HTTP/1.1 400"},
-        {"POST /200 HTTP/1.0\r\nContent-Length: -1\r\n\r\n", "HTTP/1.1 400"},
-        {"POST /200 HTTP/1.0\r\nContent-Length: 99999999999999999999\r\n\r\n", "HTTP/1.1 413"},
-        {"POST /200 HTTP/1.0\r\nContent-Length: 1048577\r\n\r\n" + std::string(500000, 'b'), "HTTP/1.1 413"},
-        {"POST /200 HTTP/1.1\r\nTransfer-Encoding: chunked\r\n\r\n", "HTTP/1.1 501"},
-        {"DELETE /200 HTTP/1.0\r\n\r\n", "HTTP/1.1 405"},
-    };
-    for (const auto& [request, status] : table) {
-        EXPECT_EQ(statusTo(web, request), status) << request.substr(0, 60);
-        EXPECT_EQ(statusTo(web, "GET /robots.txt HTTP/1.0\n\n"), "HTTP/1.1 404");
-    }
+    playCases(TEST_FOLDER "/cases/hostile.txt", {{"request", [&](const std::vector<std::string>& in) {
+                                                      const std::string status = statusTo(web, in[0]);
+                                                      EXPECT_EQ(statusTo(web, "GET /robots.txt HTTP/1.0\n\n"),
+                                                                "HTTP/1.1 404");
+                                                      return status;
+                                                  }}});
+    std::string head = "GET / HTTP/1.0\r\n";
+    for (int i = 0; i < 201; ++i) head += "a: b\r\n";
+    EXPECT_EQ(statusTo(web, head + "\r\n"), "HTTP/1.1 431");
     EXPECT_TRUE(web.received().empty());
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "projects/UrlsFromPage.h"
+#include "support/CaseTable.h"
 #include "support/FaultServer.h"
 #include "support/SessionFixture.h"
 #include "transport/frmHTTP.h"
@@ -41,36 +42,10 @@ class UrlsFromPageTest : public ::testing::Test, protected SessionFixture {
 }  // namespace
 
 TEST_F(UrlsFromPageTest, LinksBecomeAbsolute) {
-    struct Case {
-        const char* base;
-        const char* link;
-        const char* url;
-    };
-    const Case cases[] = {
-        {"a.test/c/d.html", "page.html", "http://a.test/c/page.html"},
-        {"a.test/c/d.html", "\"page.html\" class=x", "http://a.test/c/page.html"},
-        {"a.test/c/d.html", " \"page.html\" ", "http://a.test/c/page.html"},
-        {"a.test/c/d.html", "'page.html'", "http://a.test/c/'page.html'"},
-        {"a.test/c/d.html", "page.html\r\ntarget=x", "http://a.test/c/page.html"},
-        {"a.test/c/d.html", "page.html\ntarget=x", "http://a.test/c/page.html"},
-        {"a.test/c/d.html", "\"HTTPS://b.test/x\"", "HTTPS://b.test/x"},
-        {"a.test/c/d.html", "/x/y", "http://a.test/x/y"},
-        {"a.test/c/d.html", "./x", "http://a.test/x"},
-        {"a.test/c/d.html", "x/y.html", "http://a.test/c/x/y.html"},
-        {"a.test/c/d.html", "#top", "http://a.test/c/#top"},
-        {"a.test/c/d.html", "\"\"", "http://a.test/c/"},
-        {"a.test/c/d.html", "//b.test/x", "http://a.test//b.test/x"},
-        {"a.test/b/c", "../x", "http://a.test/x"},
-        {"a.test/b/c/d", "../../x", "http://a.test/x"},
-        {"a.test/b/c/d", "../u/../x", "http://a.test/x"},
-        {"a.test/b", "../../x", "http:///x"},
-        {"a.test", "../x", "http:///x"},
-        {"a.test/c/", "x", "http://a.test/c/x"},
-    };
-    for (const Case& test : cases) {
-        page.setPage(test.base);
-        EXPECT_EQ(page.getFullURL(test.link), test.url) << test.base << " " << test.link;
-    }
+    playCases(TEST_FOLDER "/cases/links.txt", {{"getFullURL", [this](const Strings& in) {
+                                                    page.setPage(in[0]);
+                                                    return page.getFullURL(in[1]);
+                                                }}});
 }
 
 TEST_F(UrlsFromPageTest, CollectsEveryHrefOfAPage) {

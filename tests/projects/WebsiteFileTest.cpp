@@ -6,8 +6,8 @@
 #include "projects/UrlList.h"
 #include "projects/WebsiteFile.h"
 #include "projects/WebsiteKeys.h"
-#include "support/ScriptedPrompts.h"
-#include "support/TestHome.h"
+#include "support/CaseTable.h"
+#include "support/SessionFixture.h"
 
 #include <filesystem>
 #include <gmock/gmock.h>
@@ -19,6 +19,7 @@ namespace relay::test {
 namespace {
 
 using ::testing::HasSubstr;
+using Strings = std::vector<std::string>;
 
 // One website of a golden case: "key=value" lines with the keys of the file, "url=URL|local file" and
 // "custom=engine|category|space" for the lists, \r and \n for line breaks.
@@ -70,15 +71,7 @@ class WebsiteFileTest : public ::testing::Test {
     bool load(const std::string& path) {
         return website.loadWebsiteFile(path, fields, customEngines, nullptr);
     }
-    std::vector<std::string> urls() const {
-        std::vector<std::string> texts;
-        for (int i = 0; i < fields.lsvSiteURLs.count(); ++i)
-            texts.emplace_back(fields.lsvSiteURLs.at(i).text);
-        return texts;
-    }
 };
-
-using Strings = std::vector<std::string>;
 
 }  // namespace
 
@@ -107,41 +100,15 @@ TEST_F(WebsiteFileTest, SavesEachGoldenSiteByteForByte) {
     EXPECT_TRUE(prompts.shown.empty());
 }
 
-TEST_F(WebsiteFileTest, OnlyTheOwnerReadsIt) {
-    const std::string path = home.write("open.kws", "[Web Site Info]\r\n");
-    std::filesystem::permissions(path, std::filesystem::perms(0644));
-    EXPECT_TRUE(website.saveWebsiteFile(path, fields, customEngines));
-    setKeys(home.path("new.kws"), {{"Password", "secret"}});
-    for (const std::string& file : {path, home.path("new.kws")})
-        EXPECT_EQ(std::filesystem::status(file).permissions(), std::filesystem::perms(0600)) << file;
-}
-
-TEST_F(WebsiteFileTest, LoadsOlderAndDamagedFiles) {
-    struct Case {
-        const char* text;
-        Strings urls;
-    };
-    const Case cases[] = {
-        {"", {}},
-        {"no sections \x01\xff at all", {}},
-        {"[Web Site Info]\r\nVersion=6.0\r\nLastURL=2\r\n[URL]\r\nURL1=\r\nURL2=http://b.test/\r\n",
-         {"http://b.test/"}},
-        {"[Web Site Info]\r\nURL=http://old.test/\r\nFileLocation0=/x\r\nLastURL=1\r\n[URL]\r\n"
-         "URL1=http://a.test/\r\n",
-         {"http://old.test/", "http://a.test/"}},
-        {"[Web Site Info]\r\nVersion=6.0\r\nURL=http://old.test/\r\n", {}},
-        {"[Web Site Info]\r\nVersion=6.0\r\nLastURL=abc\r\n[URL]\r\nURL1=http://a.test/\r\n", {}},
-        {"[Web Site Info]\r\nVersion=6.0\r\nLastURL=-5\r\n[URL]\r\nURL1=http://a.test/\r\n", {}},
-        {"[Web Site Info]\r\nVersion=6.0\r\nLastURL=3\r\n[URL]\r\nURL1=http://a.test/\r\n"
-         "URL2=HTTP://A.TEST/\r\nURL3=http://b.test/\r\n",
-         {"http://a.test/", "http://b.test/"}},
-    };
-    for (const Case& test : cases) {
-        SCOPED_TRACE(test.text);
-        EXPECT_TRUE(load(home.write("site.kws", test.text)));
-        EXPECT_EQ(urls(), test.urls);
+TEST_F(WebsiteFileTest, FollowsItsTable) {
+    const auto loadUrls = [this](const Strings& in) {
+        EXPECT_TRUE(load(home.write("site.kws", in[0])));
         EXPECT_EQ(fields.txtURLFileLocation, "");
-    }
+        return joined(texts(fields.lsvSiteURLs));
+    };
+    playCases(TEST_FOLDER "/cases/website-file.txt",
+              {{"load", loadUrls},
+               {"replaceReports", [](const Strings& in) { return replaceReports(in[0], Rows()); }}});
     EXPECT_TRUE(load(home.path("missing.kws")));
     EXPECT_TRUE(prompts.shown.empty());
 }
@@ -192,81 +159,32 @@ TEST_F(WebsiteFileTest, CountsBeyondSixteenBitsOverflow) {
     EXPECT_EQ(getKey(path, "LastURL"), "32767");
 }
 
-TEST_F(WebsiteFileTest, AFailedSaveShowsItAndLeavesTheOldFile) {
-    const std::string path = home.write("site.kws", "[Web Site Info]\r\nTitle=old\r\n");
-    fields.txtSiteTitle = "new";
-    for (int failing = 0; failing < 4; ++failing) {
-        int step = 0;
-        setSaveFault([&step, failing](SaveStep) { return step++ == failing ? ENOSPC : 0; });
-        EXPECT_FALSE(website.saveWebsiteFile(path, fields, customEngines));
-        setSaveFault({});
-        EXPECT_EQ(home.read("site.kws"), "[Web Site Info]\r\nTitle=old\r\n") << failing;
+// A website file can name any file of the user's as a report.
+TEST_F(WebsiteFileTest, DeletesOnlyFilesInTheFolderOfReports) {
+    const std::string folder = home.paths().reportFolder();
+    const std::string report = home.write("Reports/Submition/a.html", "x");
+    home.write("Reports/Submition-old/b.html", "x");
+    const std::vector<std::string> strangers = {home.write("thesis.html", "x"), folder + "/../../thesis.html",
+                                                folder + "-old/b.html", folder + "/link/thesis.html"};
+    std::filesystem::create_directory_symlink(home.path(""), folder + "/link");
+    std::string text = "[Web Site Info]\r\nLastReport=5\r\n[Report]\r\n";
+    for (int i = 1; i <= 5; ++i)
+        text += "URL" + std::to_string(i) + "=http://a.test/\r\nReportFile" + std::to_string(i) + "=" +
+                (i == 1 ? report : strangers[static_cast<std::size_t>(i - 2)]) + "\r\n";
+    const std::string path = home.write("site.kws", text);
+    ASSERT_TRUE(load(path));
+    for (int row = 0; row < 5; ++row) fields.lsvReports.setHighlighted(row, true);
+    prompts.answers = {true};
+
+    EXPECT_TRUE(website.DeleteReportFile(path, fields.lsvReports, folder));
+
+    EXPECT_FALSE(fileExists(report));
+    ASSERT_EQ(prompts.shown.size(), 2u);  // the question, and one message for all
+    for (const std::string& stranger : strangers) {
+        EXPECT_TRUE(fileExists(stranger)) << stranger;
+        EXPECT_THAT(prompts.last().text, HasSubstr("\r\n" + stranger));
     }
-    EXPECT_THAT(prompts.last().text, HasSubstr("Module: saveWebsiteFile: "));
-    EXPECT_THAT(prompts.last().text, HasSubstr("m_intNumOfCustEngines:0"));
-    EXPECT_EQ(prompts.busyDepth, 0);
-}
-
-TEST_F(WebsiteFileTest, DeletingReportsRewritesTheSectionAtTheEnd) {
-    const std::string gone = home.write("gone.html", "x");
-    const std::string kept = home.write("kept.html", "x");
-    const std::string path =
-        home.write("site.kws",
-                   "[Web Site Info]\r\nTitle=T\r\nLastReport=3\r\n[report]\r\nURL1=http://a.test/\r\n"
-                   "Date1=d1\r\nReportFile1=" +
-                       gone + "\r\nURL2=http://b.test/\r\nDate2=d2\r\nReportFile2=" + kept +
-                       "\r\nURL3=http://c.test/\r\nDate3=d3\r\nReportFile3=/nowhere.html\r\n"
-                       "[URL]\r\nURL1=http://a.test/\r\nLast line=lost\r\n");
-    ASSERT_TRUE(load(path));
-    fields.lsvReports.setHighlighted(0, true);
-    fields.lsvReports.setHighlighted(2, true);
-    EXPECT_TRUE(website.DeleteReportFile(path, fields.lsvReports));  // answered No
-    EXPECT_EQ(fields.lsvReports.count(), 3);
-    // Another program listed a fourth report, and the third has disappeared.
-    home.write("site.kws", replaceAll(replaceAll(home.read("site.kws"), "LastReport=3", "LastReport=4"),
-                                      "URL3=http://c.test/\r\nDate3=d3\r\nReportFile3=/nowhere.html\r\n",
-                                      "URL4=http://d.test/\r\nDate4=d4\r\nReportFile4=/d.html\r\n"));
-    prompts.answers = {true};
-    EXPECT_TRUE(website.DeleteReportFile(path, fields.lsvReports));
-    EXPECT_EQ(prompts.last().title, "Delete Report File");
-    EXPECT_FALSE(fileExists(gone));
-    EXPECT_TRUE(fileExists(kept));
-    EXPECT_EQ(home.read("site.kws"),
-              "[Web Site Info]\r\nTitle=T\r\nLastReport=2\r\n[URL]\r\n"
-              "URL1=http://a.test/\r\n[Report]\r\nURL1=http://b.test/\r\nDate1=d2\r\n"
-              "ReportFile1=" +
-                  kept + "\r\nURL2=http://d.test/\r\nDate2=d4\r\nReportFile2=/d.html\r\n");
-    EXPECT_EQ(fields.lsvReports.count(), 2);
-    // This program changed the file, but has not read what it was changed from.
-    EXPECT_FALSE(website.save(path, fields, customEngines, SaveOver::WhatWasSeen));
-    ASSERT_TRUE(load(path));
-    fields.lsvReports.setHighlighted(1, true);
-    prompts.answers = {true};
-    EXPECT_TRUE(website.DeleteReportFile(path, fields.lsvReports));
-    EXPECT_TRUE(website.save(path, fields, customEngines, SaveOver::WhatWasSeen));
-    prompts.answers = {true};
-    EXPECT_TRUE(
-        website.DeleteReportFile(home.path("missing.kws"), fields.lsvReports));  // nothing highlighted
-    fields.lsvReports.setHighlighted(0, true);
-    prompts.answers = {true};
-    EXPECT_FALSE(website.DeleteReportFile(home.path("missing.kws"), fields.lsvReports));
-    EXPECT_THAT(prompts.last().text, HasSubstr("DeleteReportFile_Error: "));
-}
-
-TEST_F(WebsiteFileTest, ReplacedReportsFollowTheLineRules) {
-    struct Case {
-        const char* before;
-        const char* after;
-    };
-    const Case cases[] = {
-        {"", "[Report]\r\n"},
-        {"[Web Site Info]", "[Report]\r\n"},
-        {"a\nb\rc\r\nlast", "a\r\nb\r\nc\r\n[Report]\r\n"},
-        {"lastreport=7\r\nLASTREPORTER=1\r\nx", "LastReport=0\r\nLastReport=0\r\n[Report]\r\n"},
-        {"[Report]\r\nURL1=x\r\n[REPORT]\r\nURL2=y\r\n[Report of two]\r\nz\r\nlast",
-         "[Report of two]\r\nz\r\n[Report]\r\n"},
-    };
-    for (const Case& test : cases) EXPECT_EQ(replaceReports(test.before, Rows()), test.after) << test.before;
+    EXPECT_EQ(home.read("site.kws"), "[Web Site Info]\r\nLastReport=0\r\n[Report]\r\n");
 }
 
 TEST_F(WebsiteFileTest, KeysOfTheCommandLine) {

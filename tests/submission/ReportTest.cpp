@@ -3,6 +3,7 @@
 #include "core/FileStore.h"
 #include "core/IniFile.h"
 #include "submission/SubmissionReport.h"
+#include "support/CaseTable.h"
 #include "support/TestHome.h"
 
 #include <gtest/gtest.h>
@@ -12,23 +13,10 @@ namespace relay::test {
 namespace {
 
 TEST(ReportTest, MakesAFileNameOfAnyURL) {
-    const QDateTime time = FixedClock().now();
-    struct Name final {
-        std::string url, expected;
-    };
-    for (const Name& n : std::vector<Name>{
-             {"http://a.test/b/c.html?x", "a.test_b_c"},
-             {"http://a.test/b-.htm", "a.test_b"},
-             {"a.test/?q=1*2:3\\4", "a.test__q=1_2_3_4"},
-             {"http://../../etc/passwd", "___.._etc_passwd"},
-             {"http://a.test/\r\nb\x01", "a.test___b_"},
-             {"http://", ""},
-             {".htm", "_htm"},
-             {"http://" + std::string(200, 'a') + ".html", std::string(200, 'a')},
-             {"http://" + std::string(200, 'a') + "b", std::string(180, 'a') + "~1457accf"},
-             {"http://" + std::string(4000, 'a') + "/", std::string(180, 'a') + "~1e761da6"},
-         })
-        EXPECT_EQ(reportFileName(n.url, time), n.expected + "(2002-Apr-01-1305).html") << n.url;
+    playCases(TEST_FOLDER "/cases/report-names.txt",
+              {{"reportFileName", [](const std::vector<std::string>& in) {
+                    return reportFileName(in[0], FixedClock().now());
+                }}});
 }
 
 TEST(ReportTest, KeepsEachFailedEngineOnce) {

@@ -13,10 +13,14 @@ void statusByPath(FaultServer::Peer& peer) {
         peer.send(FaultServer::answer(status));
 }
 
-SubmissionFixture::SubmissionFixture(std::string ownCommandLine) : SessionFixture(ownCommandLine) {
+SubmissionFixture::SubmissionFixture(std::string ownCommandLine)
+    : SessionFixture(ownCommandLine), linkEngines(containsNoCase(ownCommandLine, "/U")) {
     preference.GetSettings();
-    controller.emplace(services, catalogue,
-                       SubmissionOptions{QLocale(QLocale::English), containsNoCase(ownCommandLine, "/U")});
+    openController();
+}
+
+void SubmissionFixture::openController() {
+    controller.emplace(services, catalogue, SubmissionOptions{QLocale(QLocale::English), linkEngines});
     QObject::connect(&*controller, &SubmissionController::engineEnded, &*controller,
                      [this](const EngineEnded& e) {
                          ended.push_back({std::string(e.URL), std::string(e.engine), e.code, e.result});

@@ -20,6 +20,8 @@ void statusByPath(FaultServer::Peer& peer);
 // A home with a catalogue, its submission wizard, a server for the engines, and the signals of a run.
 struct SubmissionFixture : SessionFixture {
     explicit SubmissionFixture(std::string ownCommandLine = {});
+    // A new wizard, in place of the one before.
+    void openController();
 
     const FaultServer server{statusByPath};
     std::optional<SubmissionController> controller;
@@ -33,6 +35,7 @@ struct SubmissionFixture : SessionFixture {
     std::vector<Ended> ended;
     std::vector<UrlReport> reports;
     std::optional<RunSummary> done;
+    bool linkEngines;
 
     // Loads the records and selects them all.
     void selectEngines(std::string_view records, std::string_view tables = "[Free For All Links]\n");

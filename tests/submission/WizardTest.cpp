@@ -1,8 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+//
+// Every file under transcripts/ is a case: what a user does on the pages of a submission, and what comes of
+// it.
 #include "SubmissionFixture.h"
 #include "core/Failure.h"
+#include "support/GoldenCases.h"
+#include "support/Transcript.h"
 
 #include <gmock/gmock.h>
+#include <regex>
 
 namespace relay::test {
 
@@ -10,97 +16,90 @@ namespace {
 
 using testing::ElementsAre;
 
-struct WizardTest : testing::Test, SubmissionFixture {};
+class WizardTest : public testing::TestWithParam<std::string>, protected SubmissionFixture {
+  protected:
+    WizardTest() {
+        // How long the run has taken is shown once a second.
+        transcript.settle = [](const std::string& text) {
+            return std::regex_replace(text, std::regex("! status: \\d+ :\\d+ :\\d+\n"), "");
+        };
+        transcript.on("engines", [this](auto& in) {
+            selectEngines(records("E", std::stoi(in.at(0)), in.size() > 1 ? in[1] : ""));
+        });
+        transcript.on("website",
+                      [this](auto& in) { website(in.at(0), Arguments(in.begin() + 1, in.end())); });
+        transcript.on("load-project", [this](auto&) { controller->loadProject(); });
+        transcript.on("add-site", [this](auto& in) {
+            refusedUnless(controller->addSite(home.path("Projects/" + in.at(0) + ".kws"), in.at(0), "P"));
+        });
+        // As a view reports a click on a box.
+        transcript.on("tick", [this](auto& row) {
+            sites.setData(sites.index(std::stoi(row.at(0)), 0), Qt::Checked, Qt::CheckStateRole);
+        });
+        transcript.on("select-all", [this](auto& on) { controller->selectAllSites(on.at(0) == "on"); });
+        transcript.on("next", [this](auto&) { refusedUnless(controller->cmdNext()); });
+        transcript.on("start", [this](auto&) { refusedUnless(controller->cmdStart()); });
+        transcript.on("submit", [this](auto&) { refusedUnless(controller->cmdSubmit()); });
+        transcript.on("wait-for-requests", [this](auto& count) {
+            EXPECT_TRUE(waitUntil([&] { return server.connections() == std::stoi(count.at(0)); }));
+        });
+        transcript.on("wait-for-end", [this](auto&) { EXPECT_TRUE(waitForEnd()); });
+        transcript.on("remove", [this](auto& rows) {
+            Rows& urls = controller->state().lsvSiteSubmitting;
+            for (const std::string& row : rows) urls.setHighlighted(std::stoi(row), true);
+            controller->cmdRemove();
+        });
+        transcript.on("add-report", [this](auto& in) {
+            controller->state().lsvReport.add({in.at(0), in.at(0), {}, {}, in.at(1)});
+        });
+        transcript.on("view-report", [this](auto& rows) {
+            controller->state().lsvReport.clearHighlights();
+            for (const std::string& row : rows)
+                controller->state().lsvReport.setHighlighted(std::stoi(row), true);
+            controller->viewReport();
+        });
+        transcript.on("close", [this](auto&) { refusedUnless(controller->closing()); });
+        transcript.on("show", [this](auto&) { show(); });
+    }
 
-TEST_F(WizardTest, ListsTheWebsitesOfTheProjects) {
-    const std::string shop = website("Shop", {"http://a.test/1", "http://a.test/2"});
-    const std::string empty = website("Empty", {});
-    home.write("Projects/Unsaved.kws", "[Web Site Info]\r\nTitle=x\r\n");
-    home.write("project.kwj", "[Spring]\r\nLast=4\r\n1=Home|" + shop + "\r\n2=\r\n3=Blank|" + empty +
-                                  "\r\n4=New|\r\n[Autumn]\r\nLast=2\r\n1=Again|" + shop + "\r\n2=U|" +
-                                  home.path("Projects/Unsaved.kws") + "\r\n");
-    SubmissionController& wizard = *controller;
-    wizard.loadProject();
-    Rows& sites = wizard.state().lsvSiteSelection;
-    EXPECT_THAT(texts(sites), ElementsAre("Home", "Blank"));
-    const Row first(sites.at(0));
-    EXPECT_EQ(first.tag, shop);
-    EXPECT_THAT(first.subItems, ElementsAre("Spring", "2"));
-    EXPECT_TRUE(first.checked);
-    EXPECT_FALSE(sites.at(1).checked);
+    void refusedUnless(bool taken) { out += taken ? "" : "refused\n"; }
+    void show() {
+        const SubmissionState& state = controller->state();
+        out += "page " + std::to_string(state.page) + (controller->isRunning() ? ", running\n" : "\n");
+        for (int row = 0; row < sites.count(); ++row) {
+            const Row site(sites.at(row));
+            out += (site.checked ? "[x] " : "[ ] ") + site.text + " of " + site.subItems.at(0) + ", " +
+                   site.subItems.at(1) + " URLs, " + site.tag + "\n";
+        }
+        if (!state.lblNumOfEngines.empty())
+            out += state.lblNumOfEngines + " engines, " + state.lblNumOfWebsites + " websites, " +
+                   state.lblNumOfURLs + " URLs, " + state.lblNumOfConnections + " connections, " +
+                   state.lblEstimatedTime + " minutes; " + std::to_string(state.progressValue) + " of " +
+                   std::to_string(state.progressMaximum) + "\n";
+        for (const std::string& url : texts(state.lsvSiteSubmitting)) out += url + "\n";
+    }
 
-    sites.setChecked(1, true);
-    Q_EMIT sites.checkToggled(1, true);
-    EXPECT_FALSE(sites.at(1).checked);
-    EXPECT_THAT(boxes(),
-                ElementsAre("Submit|There is not URL in current selected web site, please enter the web site "
-                            "URL before submit."));
-    // A path in another case is another website, with its own URLs; one that cannot be read gives the reason.
-    EXPECT_TRUE(wizard.addSite(website("shop", {"http://a.test/1"}), "shop", ""));
-    EXPECT_FALSE(wizard.addSite(website("shop", {"http://a.test/1"}), "shop", ""));
-    EXPECT_TRUE(wizard.createSubmissionData());
-    EXPECT_EQ(wizard.state().lsvSiteSubmitting.count(), 3);
-    EXPECT_THROW(wizard.addSite(home.path("Projects"), "", ""), Failure);
-    wizard.selectAllSites(false);
-    EXPECT_FALSE(sites.at(0).checked);
-    wizard.selectAllSites(true);
-    EXPECT_TRUE(sites.at(0).checked);
-    EXPECT_FALSE(sites.at(1).checked);
+    Rows& sites = controller->state().lsvSiteSelection;
+    Transcript transcript{home, &prompts};
+    std::string& out = transcript.out;
+};
+
+TEST_P(WizardTest, DoesWhatTheTranscriptSays) {
+    transcript.play(TEST_FOLDER "/transcripts/" + GetParam());
 }
 
-TEST_F(WizardTest, ShowsTheSummaryOrRefuses) {
-    SubmissionController& wizard = *controller;
-    EXPECT_FALSE(wizard.cmdNext());
-    EXPECT_FALSE(wizard.cmdStart());
-    selectEngines(records("E", 1234, ""));
-    EXPECT_FALSE(wizard.cmdNext());
-    EXPECT_EQ(wizard.state().page, 0);
-    EXPECT_THAT(
-        boxes(),
-        ElementsAre("Submit|There is no engine selected, please select the engines you want to submit and "
-                    "try again.",
-                    "Confirm Submit|There is no web site to be submitted. Please make sure to select the "
-                    "web site you want to submit and try again.",
-                    "Submit|There is no web site selected, please select the web site you want to submit "
-                    "and press the 'Next' button."));
+INSTANTIATE_TEST_SUITE_P(Transcripts, WizardTest, testing::ValuesIn(goldenCases(TEST_FOLDER "/transcripts")),
+                         goldenName);
 
-    wizard.addSite(website("Shop", std::vector<std::string>(90, "http://a.test/same")), "Shop", "P");
-    ASSERT_TRUE(wizard.cmdNext());
-    const SubmissionState& state = wizard.state();
-    EXPECT_EQ(state.lblNumOfEngines + " " + state.lblNumOfWebsites + " " + state.lblNumOfURLs + " " +
-                  state.lblNumOfConnections + " " + state.lblEstimatedTime,
-              "1234 1 90 9 2,468");
-    EXPECT_EQ(state.page, 1);
-    ASSERT_TRUE(wizard.cmdStart());
-    EXPECT_EQ(state.page, 2);
-    EXPECT_EQ(state.progressMaximum, 1234 + 1 + 90);
-    EXPECT_EQ(state.progressValue, 1234 + 90);
-    EXPECT_THAT(texts(state.lsvSiteSubmitting), ElementsAre("http://a.test/same"));
-}
+struct FullWizardTest : testing::Test, SubmissionFixture {};
 
-TEST_F(WizardTest, RemovesTheHighlightedURLs) {
-    selectEngines(records("E", 1, "/200/s"));
-    prepare({website("A", {"http://a.test/1", "", "http://a.test/2"}), website("B", {"http://a.test/1"})});
-    SubmissionController& wizard = *controller;
-    Rows& urls = wizard.state().lsvSiteSubmitting;
-    EXPECT_THAT(texts(urls), ElementsAre("http://a.test/1", "http://a.test/2", "http://a.test/1"));
-    urls.setHighlighted(1, true);
-    wizard.cmdRemove();
-    ASSERT_TRUE(wizard.cmdSubmit());
-    // URLs that a run has started stay.
-    for (int row = 0; row < urls.count(); ++row) urls.setHighlighted(row, true);
-    wizard.cmdRemove();
-    EXPECT_THAT(texts(urls), ElementsAre("http://a.test/1"));
-    ASSERT_TRUE(waitForEnd());
-    EXPECT_EQ(reports.size(), 1U);
-}
-
-TEST_F(WizardTest, RefusesWhatCannotBeCountedOrStarted) {
+TEST_F(FullWizardTest, RefusesWhatCannotBeCountedOrBegun) {
     selectEngines(records("E", 1, ""));
     SubmissionController& wizard = *controller;
     Rows& selected = lists.lsvSelectedEngines;
     wizard.addSite(website("A", {"http://a.test/1"}), "A", "P");
-    // Each website may have this many URLs, but not all of them together.
+    EXPECT_THROW(wizard.addSite(home.path("Projects"), "", ""), Failure);
+    // Each website may hold as many URLs, but not all of them together.
     std::vector<std::string> urls;
     for (int i = 1; i <= 16384; ++i) urls.push_back("http://b.test/" + std::to_string(i));
     for (const char* name : {"B", "C"}) wizard.addSite(website(name, urls), name, "P");
@@ -129,38 +128,6 @@ TEST_F(WizardTest, RefusesWhatCannotBeCountedOrStarted) {
                                      "Error|setSiteSubmittingStatus_Error: Index out of bounds",
                                      "Error|Module: StartSubmit\r\nErrorCode: 9",
                                      "Error|getSubmitSummary_Error: Overflow"));
-}
-
-TEST_F(WizardTest, ViewsTheReportThatIsChosen) {
-    SubmissionController& wizard = *controller;
-    wizard.viewReport();
-    EXPECT_EQ(prompts.last().title, "View Report");
-    Rows& list = wizard.state().lsvReport;
-    list.add({"a", "a", {}, {}, "/nowhere.html"});
-    list.add({"b", "b", {}, {}, home.write("b.html", "x"), true});
-    wizard.viewReport();
-    EXPECT_EQ(prompts.last().kind, "system");
-    EXPECT_EQ(prompts.last().text, home.path("b.html"));
-    list.setHighlighted(0, true);
-    wizard.viewReport();
-    EXPECT_EQ(prompts.last().text,
-              "Report file is corrupted or missing, please re-run the submission again.");
-    EXPECT_THAT(logText(), testing::HasSubstr("ReportFile: /nowhere.html\r\n"));
-}
-
-TEST_F(WizardTest, AsksBeforeItClosesDuringARun) {
-    EXPECT_TRUE(controller->closing());
-    selectEngines(records("E", 2, "/never"));
-    start({website("A", {"http://a.test/1"})});
-    ASSERT_TRUE(waitUntil([&] { return server.connections() == 2; }));
-    prompts.answers = {false, true};
-    EXPECT_FALSE(controller->closing());
-    EXPECT_TRUE(controller->isRunning());
-    EXPECT_TRUE(controller->closing());
-    EXPECT_FALSE(controller->isRunning());
-    EXPECT_THAT(logText(), testing::HasSubstr("Cancel submit by user.\r\n"));
-    controller.reset();
-    EXPECT_FALSE(done);
 }
 
 }  // namespace

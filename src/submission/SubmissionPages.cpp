@@ -1,0 +1,262 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The wizard's pages before and after a run; the run itself stands in SubmissionController.cpp.
+#include "core/Failure.h"
+#include "core/FileSystem.h"
+#include "core/IniFile.h"
+#include "core/Log.h"
+#include "core/Paths.h"
+#include "core/Prompts.h"
+#include "core/Services.h"
+#include "core/Text.h"
+#include "core/Trap.h"
+#include "core/clsPreference.h"
+#include "projects/ProjectStore.h"
+#include "projects/WebsiteFile.h"
+#include "submission/SubmissionController.h"
+#include "submission/SubmissionRecords.h"
+#include "submission/WorkList.h"
+
+#include <cmath>
+
+namespace relay {
+
+namespace {
+
+constexpr std::string_view kConfirm = "Please confirm your setting above and click the 'Start' button:";
+
+// "##,##0"
+std::string grouped(double number) {
+    std::string digits = std::to_string(std::llround(number));
+    for (std::size_t end = digits.size(); end > 3; end -= 3) digits.insert(end - 3, ",");
+    return digits;
+}
+
+}  // namespace
+
+void SubmissionController::loadProject() {
+    constexpr std::string_view kLoadTrap = "FormLoad_Submit_Error: ";
+    trap(m_services.prompts, kLoadTrap, [&] {
+        const RowsBatch batch(m_state.lsvSiteSelection);
+        for (const ProjectRecord& project : ProjectStore(m_services.paths.ProjectFilePath).loadProject()) {
+            for (const WebsiteSlot& site : project.websites) {
+                if (site.file.empty()) continue;
+                trap(m_services.prompts, kLoadTrap, [&] { addSite(site.file, site.name, project.name); });
+            }
+        }
+    });
+}
+
+bool SubmissionController::addSite(const std::string& websiteFile, std::string_view name,
+                                   std::string_view project) {
+    const std::string lastURL = IniFile::load(websiteFile).value(kWebsiteSection, "LastURL");
+    if (lastURL.empty()) return false;
+    Row row{siteKey(websiteFile), std::string(name), {std::string(project), lastURL}, "WebFile", websiteFile};
+    row.checked = leadingNumber(lastURL) > 0;
+    return m_state.lsvSiteSelection.tryAdd(std::move(row));
+}
+
+bool SubmissionController::hasSite(std::string_view websiteFile) const {
+    return m_state.lsvSiteSelection.contains(siteKey(websiteFile));
+}
+
+void SubmissionController::siteChecked(int row, bool on) {
+    if (!on) return;
+    const RowView site = m_state.lsvSiteSelection.at(row);
+    const std::string_view count = site.subItems.at(1);
+    if (site.key.empty()) {
+        m_services.prompts.message("Web site file is empty, please save the web site details before submit.",
+                                   "Select Website\"", Icon::Critical);
+    } else if (count.empty() || count == "0") {
+        m_services.prompts.message(kNoURL, "Submit", Icon::Critical);
+    } else {
+        return;
+    }
+    m_state.lsvSiteSelection.setChecked(row, false);
+}
+
+void SubmissionController::selectAllSites(bool on) {
+    const RowsBatch batch(m_state.lsvSiteSelection);
+    for (int row = 0; row < m_state.lsvSiteSelection.count(); ++row) {
+        const RowView site = m_state.lsvSiteSelection.at(row);
+        const bool hasURLs = !site.key.empty() && leadingNumber(site.subItems.at(1)) > 0;
+        m_state.lsvSiteSelection.setChecked(row, on && hasURLs);
+    }
+}
+
+bool SubmissionController::cmdNext() {
+    if (!getSubmitSummary()) return false;
+    m_state.lblStart = kConfirm;
+    m_state.progressValue = 0;
+    m_state.page = 1;
+    Q_EMIT stateChanged();
+    return true;
+}
+
+void SubmissionController::getNumOfSelectedSites(int& Sites, int& URLs) const {
+    Sites = URLs = 0;
+    for (int row = 0; row < m_state.lsvSiteSelection.count(); ++row) {
+        const RowView site = m_state.lsvSiteSelection.at(row);
+        if (!site.checked) continue;
+        ++Sites;
+        URLs += toInt16(leadingNumber(site.subItems.at(1)));
+    }
+}
+
+bool SubmissionController::getSubmitSummary() {
+    bool complete = false;
+    trap(m_services.prompts, "getSubmitSummary_Error: ", [&] {
+        int sites = 0;
+        int urls = 0;
+        getNumOfSelectedSites(sites, urls);
+        m_state.EngineCount = toInt16(m_catalogue.lists.lsvSelectedEngines.count());
+        if (m_state.EngineCount == 0) {
+            m_services.prompts.message(
+                "There is no engine selected, please select the engines you want to submit and try again.",
+                "Submit", Icon::Critical);
+            return;
+        }
+        if (sites == 0) {
+            m_services.prompts.message(
+                "There is no web site selected, please select the web site you want to submit and press the "
+                "'Next' button.",
+                "Submit", Icon::Critical);
+            return;
+        }
+        const int connections = m_services.preference.Connections;
+        if (connections == 0) throw Failure("Division by zero", 11);
+        m_state.lblNumOfEngines = std::to_string(m_state.EngineCount);
+        m_state.lblNumOfWebsites = std::to_string(sites);
+        m_state.lblNumOfURLs = std::to_string(urls);
+        m_state.lblNumOfConnections = std::to_string(connections);
+        // The label calls this minutes.
+        m_state.lblEstimatedTime = grouped(200.0 * urls * m_state.EngineCount / (connections * 1000.0));
+        complete = true;
+    });
+    return complete;
+}
+
+bool SubmissionController::ConfirmSubmit() {
+    std::string_view refusal;
+    if (m_state.lblNumOfWebsites.empty())
+        refusal =
+            "There is no web site to be submitted. Please make sure to select the web site you want to "
+            "submit and try again.";
+    else if (m_state.lblNumOfEngines.empty())
+        refusal =
+            "There is no engine has been submitted. Please select the engines you want to submit and "
+            "try again.";
+    if (refusal.empty()) return true;
+    m_services.prompts.message(refusal, "Confirm Submit", Icon::Critical);
+    return false;
+}
+
+bool SubmissionController::cmdStart() {
+    if (!ConfirmSubmit()) return false;
+    forgetPrepared();
+    m_state.lblStart = "Please wait for creating the submission data ......";
+    m_state.lblSubmit = kConfirmURLs;
+    m_state.progressMaximum = leadingInteger(m_state.lblNumOfWebsites) +
+                              leadingInteger(m_state.lblNumOfURLs) + leadingInteger(m_state.lblNumOfEngines);
+    m_state.lsvConnections.clear();
+    Q_EMIT stateChanged();
+    const bool made = createSubmissionData();
+    resetSubmitButton();
+    m_state.page = 2;
+    Q_EMIT stateChanged();
+    return made;
+}
+
+bool SubmissionController::createSubmissionData() {
+    const bool made = trap(m_services.prompts, "createSubmissionData_Error:\r\n", [&] {
+        int progress = 0;
+        const auto advance = [&] {
+            if (++progress <= m_state.progressMaximum) m_state.progressValue = progress;
+        };
+        listSiteURLs(m_state.lsvSiteSelection, m_state.lsvSiteSubmitting, advance);
+        m_clsSubmit.listEngines(m_catalogue.lists.lsvSelectedEngines);
+        for (int engine = 0; engine < m_clsSubmit.NumOfEngines(); ++engine) advance();
+    });
+    if (!made) {
+        m_state.lsvSiteSubmitting.clear();
+        m_clsSubmit.forgetEngines();
+    }
+    return made;
+}
+
+void SubmissionController::cmdRemove() {
+    // A run counts rows: those it has begun must stay where they are.
+    const int kept = isRunning() ? m_state.URLIndex : 0;
+    int place = 0;
+    m_state.lsvSiteSubmitting.removeIf([&](const RowView& row) {
+        if (++place <= kept || !row.highlighted) return false;
+        writeLedger([&] { m_ledger.removed(m_services.clock.now(), row.tag, row.text); });
+        return true;
+    });
+    if (isRunning()) countWork();
+    Q_EMIT stateChanged();
+}
+
+void SubmissionController::viewReport() {
+    trap(m_services.prompts, "viewReport_Error: ", [&] {
+        const Rows& reports = m_state.lsvReport;
+        int found = 0;
+        while (found < reports.count() && !reports.at(found).highlighted && !reports.at(found).checked)
+            ++found;
+        if (found == reports.count()) {
+            m_services.prompts.message(
+                "Please select the web site you want to view and then press the 'Report' button.",
+                "View Report", Icon::Information);
+            return;
+        }
+        const std::string path(reports.at(found).tag);
+        if (path.empty() || !fileExists(path)) {
+            m_services.log.WriteErrorLog("ReportFile: " + path);
+            m_services.prompts.message(
+                "Report file is corrupted or missing, please re-run the submission again.", "View Report",
+                Icon::Critical);
+            return;
+        }
+        const BusyPointer busy(m_services.prompts);
+        openOrTell(m_services.prompts, path, "View Report");
+    });
+}
+
+bool SubmissionController::mayShow(int page) const {
+    if (page == m_state.page) return true;
+    if (isRunning() || page < 0) return false;
+    switch (page) {
+        case 0:
+            return true;
+        case 1:
+            return m_state.page > 1;
+        case 3:
+            return !m_state.lsvReport.empty();
+        default:
+            return false;  // the list of URLs is made by "Start" alone
+    }
+}
+
+void SubmissionController::showPage(int page) {
+    if (!mayShow(page)) return;
+    m_state.page = page;
+    if (page == 1) m_state.lblStart = kConfirm;
+    Q_EMIT stateChanged();
+}
+
+bool SubmissionController::closing() {
+    if (m_state.Running != 0) {
+        if (!m_services.prompts.ask("Are you sure you want to exit?", "Exit Submit")) return false;
+        m_services.log.WriteErrorLog("Cancel submit by user.");
+    }
+    m_held.reset();
+    m_ended = false;
+    m_dispatcher.stop();
+    m_ledger.leave();
+    m_state.Running = 0;
+    m_TimerSubmit.stop();
+    for (int i = 1; i <= m_clsSubmit.socketCount(); ++i)
+        if (m_clsSubmit.socket(i).Stopped != 0) m_clsSubmit.Disconnect();
+    return true;
+}
+
+}  // namespace relay

@@ -1,0 +1,202 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Draws the window's panels to PNG files, to check changes and for the documentation:
+// QT_QPA_PLATFORM=offscreen KORVEL_RELAY_PALETTE=light QT_SCALE_FACTOR=2 pictures FOLDER
+#include "app/Program.h"
+#include "app/frmAbout.h"
+#include "app/frmPreference.h"
+#include "app/frmSplash.h"
+#include "core/FileStore.h"
+#include "pagetools/frmMetaTag.h"
+#include "pagetools/frmMetaTagChanges.h"
+#include "practice/PracticeCatalogue.h"
+#include "practice/PracticeWeb.h"
+#include "projects/frmAddURL.h"
+#include "submission/frmPreview.h"
+#include "submission/frmSubmit.h"
+#include "support/ScriptedPrompts.h"
+#include "support/TestHome.h"
+#include "widgets/Appearance.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDir>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTabWidget>
+#include <QTreeView>
+
+#include <filesystem>
+
+namespace {
+using namespace relay;
+
+void save(QWidget& widget, const QString& folder, const char* name) {
+    widget.ensurePolished();
+    QCoreApplication::processEvents();
+    widget.grab().save(folder + QLatin1Char('/') + QString::fromLatin1(name) + QStringLiteral(".png"));
+}
+
+void fillHome(const test::TestHome& home, const std::string& practice) {
+    for (const char* name : {"country.kws", "cat.kws"})
+        std::filesystem::copy(std::string(RELAY_DATA_FOLDER "/") + name, home.path(name));
+    for (const char* name : {"krveng5.dat", "catkws.dat"})
+        home.write(
+            std::string("data/") + name,
+            pointAtPracticeWeb(readFile(std::string(RELAY_DATA_FOLDER "/practice/") + name), practice));
+    home.write("settings.ini", "[Korvel%20Relay]\nPreference\\LoadConfig=1\n");
+    home.write("project.kwj",
+               "[Garden Shop]\r\nDescription=Plants, pots and tools for small gardens\r\nLast=2\r\n1=Roses|" +
+                   home.path("Projects/Roses.kws") + "\r\n2=Garden Tools|" +
+                   home.writeWebsite("Projects/Tools.kws", {"http://www.roses.example/tools/"}) +
+                   "\r\n[Travel Notes]\r\nDescription=\r\n"
+                   "Last=1\r\n1=Harbour Walks|" +
+                   home.writeWebsite("Projects/Walks.kws",
+                                     {"http://walks.example/", "http://walks.example/maps.html"}) +
+                   "\r\n");
+    home.write(
+        "Projects/Roses.kws",
+        "[Web Site Info]\r\nVersion=6.0\r\nTitle=Old Garden Roses\r\nKeyword=roses, old roses, climbing "
+        "roses, rose care, rose nursery\r\nDescription=A nursery for old garden roses: 240 kinds, grown "
+        "outdoors, sent bare-rooted from November to March, with a guide to planting and care.\r\n"
+        "WebType=Commercial Site\r\nLanguage=English\r\nLastURL=4\r\nMainCategory=Home and Garden\r\n"
+        "Category=\r\nYourName=Ada Mills\r\nEmail=ada@roses.example\r\nCompany=Old Garden Roses\r\n"
+        "Address=12 Harbour Road\r\nCity=Bristol\r\npostcode=BS1 5TY\r\nState=Avon\r\nCountry=United "
+        "Kingdom\r\nPhone=+44 117 496 0012\r\nFax=+44 117 496 0013\r\nPassword=secret\r\nBlockFFA=1\r\n"
+        "LastReport=2\r\n[URL]\r\nURL1=http://www.roses.example/\r\nLocalFile1=\r\n"
+        "URL2=http://www.roses.example/climbing.html\r\nLocalFile2=\r\n"
+        "URL3=http://www.roses.example/care.html\r\nLocalFile3=\r\n"
+        "URL4=http://www.roses.example/contact.html\r\nLocalFile4=\r\n[Report]\r\n"
+        "URL1=http://www.roses.example/\r\nDate1=Apr 01, 2026 13:05\r\nReportFile1=/reports/a.htm\r\n"
+        "URL2=http://www.roses.example/care.html\r\nDate2=Apr 01, 2026 13:07\r\n"
+        "ReportFile2=/reports/b.htm\r\n");
+}
+
+void drawMetaTags(Program& program, const test::TestHome& home, const QString& folder) {
+    for (const char* name : {"Site/index.html", "Site/climbing.html", "Site/care.html"})
+        home.write(
+            name,
+            "<html>\r\n<head>\r\n<title>Roses</title>\r\n<meta name=\"keywords\" content=\"roses\">\r\n"
+            "<link rel=\"stylesheet\" href=\"roses.css\">\r\n</head>\r\n<body>\r\n<h1>Old Garden "
+            "Roses</h1>\r\n</body>\r\n</html>\r\n");
+    home.write("Site/roses.css", "");
+    home.write("Site/pictures/rose.txt", "");
+    frmMetaTag editor(program.services(), {{}, [] { return false; }, {}});
+    editor.editor().openFolder(home.path("Site"));
+    editor.findChild<QAction*>(QStringLiteral("mnuSelectPages"))->trigger();
+    editor.editor().chooseRow(3);
+    editor.editor().txtTitle.set("Old Garden Roses: 240 kinds, grown outdoors");
+    editor.editor().txtKeyWord.set("roses, old roses, climbing roses, rose care, rose nursery");
+    editor.editor().txtDescription.set(
+        "A nursery for old garden roses, sent bare-rooted from November to March.");
+    Q_EMIT editor.editor().fieldsChanged();
+    editor.findChild<QRadioButton*>(QStringLiteral("optUpdate_1"))->setChecked(true);
+    editor.show();
+    save(editor, folder, "meta-tag-editor");
+    editor.resize(editor.minimumSizeHint());
+    save(editor, folder, "meta-tag-editor-small");
+    frmMetaTagChanges changes(editor.editor().selectedFiles(), *editor.editor().wantedChange());
+    changes.show();
+    save(changes, folder, "meta-tag-changes");
+}
+
+void drawDialogs(Program& program, test::ScriptedPrompts& prompts, const QString& folder) {
+    frmPreference preference(program.services());
+    auto* const tabs = preference.findChild<QTabWidget*>(QStringLiteral("SSTab1"));
+    for (int tab = 0; tab < tabs->count(); ++tab) {
+        tabs->setCurrentIndex(tab);
+        save(preference, folder, qPrintable(QStringLiteral("preference-%1").arg(tab)));
+    }
+    Rows urls;
+    frmAddURL addURL(urls, prompts, "/usr/share");
+    addURL.show();
+    const auto* const folders = addURL.findChild<QTreeView*>(QStringLiteral("Dir1"));
+    test::waitUntil([&] { return folders->model()->rowCount(folders->currentIndex()) > 1; });
+    save(addURL, folder, "add-url");
+    frmAbout about;
+    save(about, folder, "about");
+    frmSplash splash;
+    save(splash, folder, "splash");
+}
+
+// The wizard's pages, on the practice web.
+void drawSubmission(Program& program, const QString& folder) {
+    program.main().catalogue.selection.EngineSelect(true);
+    frmSubmit wizard(program.services(), program.main().catalogue, {}, &program.window());
+    const auto push = [&wizard](const char* button) {
+        wizard.findChild<QPushButton*>(QString::fromLatin1(button))->click();
+        QCoreApplication::processEvents();
+    };
+    wizard.show();
+    save(wizard, folder, "submit-1");
+    push("cmdNext");
+    save(wizard, folder, "submit-2");
+    push("cmdStart");
+    save(wizard, folder, "submit-3-ready");
+    int ended = 0;
+    QObject::connect(&wizard.controller(), &SubmissionController::engineEnded, &wizard, [&] { ++ended; });
+    push("cmdSubmit");
+    test::waitUntil([&] { return ended >= 150; });
+    test::waitUntil([] { return true; });
+    save(wizard, folder, "submit-3");
+    test::waitUntil([&] { return !wizard.controller().isRunning(); });
+    test::waitUntil([] { return true; });
+    save(wizard, folder, "submit-4");
+    frmPreview preview(program.services(), program.main().catalogue,
+                       {{"Roses", program.services().paths.inApp("Projects/Roses.kws")}}, &wizard);
+    preview.chooseEngine("Beacon Finder");
+    save(preview, folder, "submit-preview");
+}
+
+void drawWindow(Program& program, const QString& folder) {
+    frmMain& window = program.window();
+    window.resize(1280, 800);
+    const auto trigger = [&window](const char* command) {
+        window.findChild<QAction*>(QString::fromLatin1(command), Qt::FindDirectChildrenOnly)->trigger();
+    };
+    Workspace& workspace = program.main().workspace;
+    workspace.nodeClick(workspace.tree().root());
+    save(window, folder, "root");
+    workspace.nodeClick(*workspace.tree().root().children.at(0));
+    save(window, folder, "project");
+    workspace.nodeClick(*workspace.tree().root().children.at(0)->children.at(1));
+    window.findChild<QTabWidget*>(QStringLiteral("SSTab1"))->setCurrentIndex(1);
+    save(window, folder, "website-empty-urls");
+    workspace.nodeClick(*workspace.tree().root().children.at(0)->children.at(0));
+    auto* const tabs = window.findChild<QTabWidget*>(QStringLiteral("SSTab1"));
+    const char* const names[] = {"website-info", "website-urls", "website-category", "website-contact",
+                                 "website-reports"};
+    for (int tab = 0; tab < tabs->count(); ++tab) {
+        tabs->setCurrentIndex(tab);
+        save(window, folder, names[tab]);
+    }
+    tabs->setCurrentIndex(2);
+    window.findChild<QTabWidget*>(QStringLiteral("tabCategory"))->setCurrentIndex(1);
+    save(window, folder, "website-custom");
+    tabs->setCurrentIndex(0);
+    trigger("Engines");
+    save(window, folder, "engines-empty");
+    program.main().catalogue.selection.EngineSelectByType("DIR", true);
+    save(window, folder, "engines");
+}
+}  // namespace
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    applyAppearance(application, qEnvironmentVariable("KORVEL_RELAY_PALETTE"));
+    const QString folder = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral(".");
+    QDir().mkpath(folder);
+    const test::TestHome home;
+    PracticeWeb practice;
+    practice.start();
+    fillHome(home, practice.address());
+    test::ScriptedPrompts prompts;
+    const test::FixedClock clock;
+    Program program(home.paths(), {}, clock, prompts);
+    program.start();
+    drawWindow(program, folder);
+    drawSubmission(program, folder);
+    drawDialogs(program, prompts, folder);
+    drawMetaTags(program, home, folder);
+    for (const auto& shown : prompts.shown) qWarning("%s: %s", shown.title.c_str(), shown.text.c_str());
+    return 0;
+}
