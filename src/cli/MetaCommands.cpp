@@ -31,20 +31,15 @@ std::string explained(const std::string& failure) {
 
 // The diff for people: colours, the touched bytes in reverse, nothing that a terminal obeys.
 void writeColoured(std::ostream& out, const std::string& name, const std::vector<DiffHunk>& hunks) {
-    const auto piece = [](std::string_view bytes, bool touched) {
-        // A line's own end stays out of sight unless the change touches it.
-        while (!touched && (bytes.ends_with('\n') || bytes.ends_with('\r'))) bytes.remove_suffix(1);
-        return terminalText(bytes);
-    };
     out << "--- " << terminalText(name) << "\n+++ " << terminalText(name) << '\n';
     for (const DiffHunk& hunk : hunks) {
         out << "\x1b[36m" << hunk.title() << "\x1b[0m\n";
         for (const DiffLine& line : hunk.lines) {
             const bool changed = line.sign != ' ';
             if (changed) out << (line.sign == '-' ? "\x1b[31m" : "\x1b[32m");
-            out << line.sign << piece(line.untouchedStart(), false);
-            if (!line.touched().empty()) out << "\x1b[7m" << piece(line.touched(), true) << "\x1b[27m";
-            out << piece(line.untouchedEnd(), false) << (changed ? "\x1b[0m\n" : "\n");
+            out << line.sign << terminalText(line.untouchedStart());
+            if (!line.touched().empty()) out << "\x1b[7m" << terminalText(line.touched()) << "\x1b[27m";
+            out << terminalText(line.untouchedEnd()) << (changed ? "\x1b[0m\n" : "\n");
         }
     }
 }

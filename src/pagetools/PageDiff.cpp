@@ -287,6 +287,12 @@ class HunkBuilder final {
 
 }  // namespace
 
+std::string_view DiffLine::withoutEnd(std::string_view line) {
+    if (line.ends_with('\n')) line.remove_suffix(1);
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    return line;
+}
+
 std::string DiffHunk::title() const {
     return "@@ -" + std::to_string(beforeLine) + "," + std::to_string(beforeCount) + " +" +
            std::to_string(afterLine) + "," + std::to_string(afterCount) + " @@";

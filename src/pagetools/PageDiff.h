@@ -15,9 +15,18 @@ struct DiffLine final {
     std::size_t touchedFrom = 0;  // the bytes of the line that the change removes or adds
     std::size_t touchedEnd = 0;
 
-    std::string_view untouchedStart() const { return text.substr(0, touchedFrom); }
+    // The three parts of the line; its own line end is left out unless it is touched.
+    std::string_view untouchedStart() const {
+        return touchedFrom < text.size() && touchedEnd > touchedFrom ? text.substr(0, touchedFrom)
+                                                                     : withoutEnd(text);
+    }
     std::string_view touched() const { return text.substr(touchedFrom, touchedEnd - touchedFrom); }
-    std::string_view untouchedEnd() const { return text.substr(touchedEnd); }
+    std::string_view untouchedEnd() const {
+        return touchedEnd > touchedFrom ? withoutEnd(text.substr(touchedEnd)) : std::string_view();
+    }
+
+  private:
+    static std::string_view withoutEnd(std::string_view line);
 };
 
 // Changed lines that are near each other, with up to three lines around them.

@@ -77,7 +77,7 @@ void frmMetaTag::connectFields() {
 
 void frmMetaTag::connectFiles() {
     m_ui->mnuViewSource->setIcon(themedIcon("HTMLFile"));
-    m_ui->lsvDirs->setRows(&m_editor.lsvDirs, {10});
+    m_ui->lsvDirs->setRows(&m_editor.lsvDirs, {12});
     connect(m_ui->lsvDirs, &ListView::rowClicked, this, [this](int row) { m_editor.chooseRow(row); });
     connect(m_ui->lsvDirs, &ListView::rowEntered, this, [this](int row) { m_editor.chooseRow(row); });
     // The list is filled anew, which it must not be within its own click.

@@ -46,10 +46,8 @@ QString shownPiece(std::string_view bytes, bool touched) {
                        ? toScreen(bytes)
                        : toScreen(bytes.substr(0, kMostShown / 2)) + QStringLiteral(" ... ") +
                              toScreen(bytes.substr(bytes.size() - kMostShown / 2));
-    if (touched) return withEscapes(text);
-    // A line's own end is not shown, any other carriage return is.
-    while (text.endsWith(QLatin1Char('\n')) || text.endsWith(QLatin1Char('\r'))) text.chop(1);
-    return withEscapes(text.replace(QLatin1Char('\t'), QStringLiteral("    ")));
+    if (!touched) text.replace(QLatin1Char('\t'), QStringLiteral("    "));
+    return withEscapes(text);
 }
 
 class DiffDrawer final {
@@ -63,7 +61,7 @@ class DiffDrawer final {
 
     void line(const DiffLine& line) {
         if (line.sign == ' ') {
-            write(QStringLiteral("  ") + shownPiece(line.text, false), {}, {});
+            write(QStringLiteral("  ") + shownPiece(line.untouchedStart(), false), {}, {});
             return;
         }
         const Colours colours = coloursOf(line.sign, m_view.palette());
