@@ -4,6 +4,7 @@
 #include "catalogue/EngineUpdate.h"
 #include "projects/OpenWebsite.h"
 #include "projects/SiteDetails.h"
+#include "projects/UrlMetaTags.h"
 #include "projects/Workspace.h"
 #include "submission/LedgerReader.h"
 #include "transport/frmHTTP.h"
@@ -27,6 +28,7 @@ class clsMain final {
     frmHTTP fetcher;
     OpenWebsite website;
     SiteDetails siteDetails;
+    UrlMetaTags urlMetaTags;
     Workspace workspace;
     EngineUpdate update;
     bool linksEngines = false;  // reports link to the engines; the switch "/U"
@@ -38,11 +40,11 @@ class clsMain final {
     // The checks of the toolbar's "Submit": saves, refuses an empty selection (and shows the engine screen),
     // and offers to block mail from free-for-all sites. True when the submission may open.
     bool readyToSubmit();
+    // Asks whether to continue an interrupted submission, if there is one, and returns it on Yes. On No, asks
+    // whether to keep it for later.
+    std::optional<CutOffRun> cutOffRunToGoOnWith();
     // The warning for an open website without a password if a selected engine would be sent it; else empty.
     std::string passwordWarning() const;
-    // A submission that was cut off and that the user wants to go on with, after asking; nothing when there
-    // is none, or the user does not want to. Only on the user's word it is not offered again.
-    std::optional<CutOffRun> cutOffRunToGoOnWith();
 
   private:
     const Services& m_services;

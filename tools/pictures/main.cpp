@@ -6,7 +6,8 @@
 #include "app/frmPreference.h"
 #include "app/frmSplash.h"
 #include "core/FileStore.h"
-#include "practice/PracticeCatalogue.h"
+#include "pagetools/frmMetaTag.h"
+#include "pagetools/frmMetaTagChanges.h"
 #include "practice/PracticeWeb.h"
 #include "projects/frmAddURL.h"
 #include "submission/frmPreview.h"
@@ -19,6 +20,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QTabWidget>
 #include <QTreeView>
 
@@ -66,6 +68,34 @@ void fillHome(const test::TestHome& home, const std::string& practice) {
         "URL1=http://www.roses.example/\r\nDate1=Apr 01, 2026 13:05\r\nReportFile1=/reports/a.htm\r\n"
         "URL2=http://www.roses.example/care.html\r\nDate2=Apr 01, 2026 13:07\r\n"
         "ReportFile2=/reports/b.htm\r\n");
+}
+
+void drawMetaTags(Program& program, const test::TestHome& home, const QString& folder) {
+    for (const char* name : {"Site/index.html", "Site/climbing.html", "Site/care.html"})
+        home.write(
+            name,
+            "<html>\r\n<head>\r\n<title>Roses</title>\r\n<meta name=\"keywords\" content=\"roses\">\r\n"
+            "<link rel=\"stylesheet\" href=\"roses.css\">\r\n</head>\r\n<body>\r\n<h1>Old Garden "
+            "Roses</h1>\r\n</body>\r\n</html>\r\n");
+    home.write("Site/roses.css", "");
+    home.write("Site/pictures/rose.txt", "");
+    frmMetaTag editor(program.services(), {{}, [] { return false; }, {}});
+    editor.editor().openFolder(home.path("Site"));
+    editor.findChild<QAction*>(QStringLiteral("mnuSelectPages"))->trigger();
+    editor.editor().chooseRow(3);
+    editor.editor().txtTitle.set("Old Garden Roses: 240 kinds, grown outdoors");
+    editor.editor().txtKeyWord.set("roses, old roses, climbing roses, rose care, rose nursery");
+    editor.editor().txtDescription.set(
+        "A nursery for old garden roses, sent bare-rooted from November to March.");
+    Q_EMIT editor.editor().fieldsChanged();
+    editor.findChild<QRadioButton*>(QStringLiteral("optUpdate_1"))->setChecked(true);
+    editor.show();
+    save(editor, folder, "meta-tag-editor");
+    editor.resize(editor.minimumSizeHint());
+    save(editor, folder, "meta-tag-editor-small");
+    frmMetaTagChanges changes(editor.editor().selectedFiles(), *editor.editor().wantedChange());
+    changes.show();
+    save(changes, folder, "meta-tag-changes");
 }
 
 void drawDialogs(Program& program, test::ScriptedPrompts& prompts, const QString& folder) {
@@ -165,6 +195,7 @@ int main(int argc, char** argv) {
     drawWindow(program, folder);
     drawSubmission(program, folder);
     drawDialogs(program, prompts, folder);
+    drawMetaTags(program, home, folder);
     for (const auto& shown : prompts.shown) qWarning("%s: %s", shown.title.c_str(), shown.text.c_str());
     return 0;
 }
