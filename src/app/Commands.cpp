@@ -7,6 +7,7 @@
 #include "core/Paths.h"
 #include "core/Prompts.h"
 #include "core/Services.h"
+#include "core/Text.h"
 #include "core/Trap.h"
 #include "core/clsPreference.h"
 #include "projects/UrlList.h"
@@ -79,6 +80,15 @@ void openHelp(Target target) {
                                         Icon::Information);
 }
 
+// The address may come from the home's korvel.ini.
+void openPage(Target target, std::string_view address) {
+    if (startsWithNoCase(address, "http://") || startsWithNoCase(address, "https://"))
+        openOrTell(target.services.prompts, address, kApplication);
+    else
+        target.services.prompts.message("This is not a web address:\r\n" + std::string(address), kApplication,
+                                        Icon::Critical);
+}
+
 constexpr std::string_view kFile = "Module: NewProject\r\n";
 constexpr std::string_view kHelp = "Module: Help\r\n";
 constexpr std::string_view kPopup = "Menupopup_Error: ";
@@ -87,8 +97,8 @@ constexpr Command kMainCommands[] = {
     // The toolbar.
     {"NewProject", "NewProject", "Create a new project (Ctrl+N)", "", always, kFile,
      afterSave<&Workspace::newProject>},
-    {"NewWeb", "NewWeb", "Create a new website in the current project (Ctrl+Shift+N)", "", always, kFile,
-     afterSave<&Workspace::newWebsite>},
+    {"NewWeb", "NewWeb", "Create a new website in the current project (Ctrl+Shift+N)", "Ctrl+Shift+N", always,
+     kFile, afterSave<&Workspace::newWebsite>},
     {"Save", "Save", "Save the website or the project (Ctrl+S)", "Ctrl+S", canSave, kFile,
      onWorkspace<&Workspace::save>},
     {"Engines", "Engines", "Select the engines to submit to (Ctrl+E)", "Ctrl+E", always, kFile,
@@ -104,8 +114,8 @@ constexpr Command kMainCommands[] = {
     {"mnuFileItems_0", "NewProject", "Create a new project", "Ctrl+N", always, kFile,
      afterSave<&Workspace::newProject>},
     {"mnuFileItems_1", "Remove", "", "", inProject, kFile, removeCurrent, "Del"},
-    {"mnuFileItems_3", "NewWeb", "Create a new website in the current project", "Ctrl+Shift+N", inProject,
-     kFile, afterSave<&Workspace::newWebsite>},
+    {"mnuFileItems_3", "NewWeb", "Create a new website in the current project", "", inProject, kFile,
+     afterSave<&Workspace::newWebsite>, "Ctrl+Shift+N"},
     {"mnuFileItems_4", "RemoveWeb", "", "", onWebsite, kFile, removeCurrent, "Del"},
     {"mnuFileItems_6", "AddWebsite", "", "Ctrl+O", inProject, kFile, afterSave<&Workspace::addWebSite>},
     {"mnuFileItems_7", "Save", "", "", canSaveWebsite, kFile, onWorkspace<&Workspace::saveWebsite>, "Ctrl+S"},
@@ -137,16 +147,11 @@ constexpr Command kMainCommands[] = {
     {"mnuAddInsItems_0", "AddIn"},
     // Help.
     {"mnuHelpItems_0", "Help", "", "F1", always, kHelp, openHelp},
-    {"mnuHelpItems_6", "Web", "", "", always, kHelp,
-     [](Target target) { openOrTell(target.services.prompts, kWebAddress, kApplication); }},
+    {"mnuHelpItems_6", "Web", "", "", always, kHelp, [](Target target) { openPage(target, kWebAddress); }},
     {"mnuHelpItems_7", "UpdateEngines", "", "", always, kHelp,
-     [](Target target) {
-         openOrTell(target.services.prompts, target.services.preference.UpdateURL, kApplication);
-     }},
+     [](Target target) { openPage(target, target.services.preference.UpdateURL); }},
     {"mnuHelpItems_8", "Support", "", "", always, kHelp,
-     [](Target target) {
-         openOrTell(target.services.prompts, target.services.preference.SupportURL, kApplication);
-     }},
+     [](Target target) { openPage(target, target.services.preference.SupportURL); }},
     {"mnuHelpItems_10", "About", "", "", always, kHelp, [](Target target) { target.show("frmAbout"); }},
     // The tree's popup, which also has items of the File menu.
     {"mnuPopupItems_10", "Rename", "", "", inProject, kPopup, onWorkspace<&Workspace::editLabel>, "F2"},
@@ -159,7 +164,8 @@ constexpr Command kUrlCommands[] = {
     {"AddURL", "AddURL", "Type a URL", "", always, "", onUrls<&UrlList::addTypedURL>},
     {"AddFromLocalFolder", "AddFromLocalFolder", "Make URLs from the HTML files of a local folder", "",
      always, "", [](Target target) { target.show("frmAddURL"); }},
-    {"AddFromWeb", "AddFromWeb", "Collect the links of a live page"},
+    {"AddFromWeb", "AddFromWeb", "Collect the links of a live page", "", always, "",
+     [](Target target) { target.show("frmAddURLFromWeb"); }},
     {"LoadURL", "LoadURL", "Load URLs from a text file", "", always, "", onUrls<&UrlList::loadURLs>},
     {"LocalURL", "LocalURL", "Load URLs from a text file on this computer", "", always, "",
      onUrls<&UrlList::loadURLs>},

@@ -13,9 +13,15 @@ namespace relay {
 
 clsMain::clsMain(const Services& services, Catalogue& ownCatalogue)
     : catalogue(ownCatalogue),
-      website(catalogue, services.prompts),
+      fetcher(services),
+      website(catalogue, services),
+      siteDetails(website.fields, fetcher, services),
       workspace(services, website),
-      m_services(services) {}
+      m_services(services) {
+    QObject::connect(&siteDetails, &SiteDetails::fieldsChanged, &website, &OpenWebsite::fieldsChanged);
+    // A page that is still on its way would fill the fields of another website.
+    QObject::connect(&workspace, &Workspace::currentChanged, &siteDetails, &SiteDetails::cancel);
+}
 
 std::vector<std::string> clsMain::webTypes() const {
     std::vector<std::string> types = {"Commercial Site", "Personal Site"};

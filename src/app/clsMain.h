@@ -2,8 +2,10 @@
 #pragma once
 
 #include "projects/OpenWebsite.h"
+#include "projects/SiteDetails.h"
 #include "projects/Workspace.h"
 #include "submission/LedgerReader.h"
+#include "transport/frmHTTP.h"
 
 #include <optional>
 #include <string>
@@ -21,7 +23,9 @@ class clsMain final {
     clsMain(const Services& services, Catalogue& catalogue);
 
     Catalogue& catalogue;
+    frmHTTP fetcher;
     OpenWebsite website;
+    SiteDetails siteDetails;
     Workspace workspace;
     bool linksEngines = false;  // reports link to the engines; the switch "/U"
 

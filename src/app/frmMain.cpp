@@ -11,7 +11,9 @@
 #include "core/ScreenText.h"
 #include "core/Services.h"
 #include "core/clsPreference.h"
+#include "projects/UrlList.h"
 #include "projects/frmAddURL.h"
+#include "projects/frmAddURLFromWeb.h"
 #include "submission/frmPreview.h"
 #include "submission/frmSubmit.h"
 #include "ui_frmMain.h"
@@ -66,6 +68,13 @@ constexpr Screen kScreens[] = {
      }},
     {"frmSubmit",
      [](const CommandTarget& target, QWidget* parent) { showSubmit(target, parent, std::nullopt); }},
+    {"frmAddURLFromWeb",
+     [](const CommandTarget& target, QWidget* parent) {
+         Rows& urls = target.main.website.fields.lsvSiteURLs;
+         frmAddURLFromWeb(urls, target.main.fetcher, target.services.prompts, getFirstSelectedItem(urls),
+                          parent)
+             .exec();
+     }},
 };
 
 // One line of the quick start text as HTML, its command as a link.
@@ -96,6 +105,7 @@ frmMain::frmMain(const Services& services, clsMain& main, QWidget* parent)
     wireCommands(urlCommands(), *m_ui->SSTab1);
     addKeys();
     connectWebsitePanel();
+    makeFetchCancellable();
     connect(m_ui->SSTab3, &frmEnginePanel::previewWanted, this, &frmMain::showPreview);
     connectEnginePanel();
     followChanges();
@@ -182,6 +192,7 @@ void frmMain::connectWebsitePanel() {
     OpenWebsite& website = m_main.website;
     connect(&website, &OpenWebsite::fieldsChanged, panel, &frmWebsitePanel::showFields);
     connect(panel, &frmWebsitePanel::urlChosen, &website, &OpenWebsite::chooseURL);
+    connect(panel, &frmWebsitePanel::getSiteInfo, &m_main.siteDetails, &SiteDetails::askAndFetch);
     connect(panel, &frmWebsitePanel::browseForLocalFile, &website, &OpenWebsite::openFileLocation);
     connect(panel, &frmWebsitePanel::viewReport, &website, &OpenWebsite::viewReport);
     connect(panel, &frmWebsitePanel::deleteReport, &m_main.workspace, &Workspace::deleteReports);
@@ -315,6 +326,14 @@ void frmMain::makeSplitterReachable() {
     for (const auto& [key, step] : {std::pair(Qt::Key_Left, -kSplitterStep), {Qt::Key_Right, kSplitterStep}})
         connect(new QShortcut(QKeySequence(Qt::ALT | key), this), &QShortcut::activated, this,
                 [this, step = step] { setSplitterPlace(std::max(1, splitterPlace() + step)); });
+}
+
+// Escape is free for other uses while nothing is being fetched.
+void frmMain::makeFetchCancellable() {
+    auto* const escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
+    escape->setEnabled(false);
+    connect(escape, &QShortcut::activated, &m_main.fetcher, &frmHTTP::Disconnect);
+    connect(&m_main.fetcher, &frmHTTP::runningChanged, escape, &QShortcut::setEnabled);
 }
 
 void frmMain::showQuickStart() {

@@ -56,6 +56,7 @@ class frmMain final : public QMainWindow {
     void enlargeTitle();
     void makeToolbarReachable();
     void makeSplitterReachable();
+    void makeFetchCancellable();
     void showQuickStart();
     void runQuickStartLink(const QString& command);
     // Connects the commands to the actions of the same names that belong to `owner`.

@@ -148,10 +148,7 @@ void frmEnginePanel::setInstallAction(QAction& install) {
 }
 
 void frmEnginePanel::focusEngines() {
-    if (m_lists->lsvEngines.empty())
-        focusFirst(*m_ui->lsvEngines);
-    else
-        m_ui->lsvEngines->setFocus(Qt::ShortcutFocusReason);
+    m_ui->lsvEngines->takeFocus();
 }
 
 void frmEnginePanel::resizeEvent(QResizeEvent* event) {

@@ -10,6 +10,7 @@
 #include "cli/PreviewCommand.h"
 #include "cli/SubmitCommand.h"
 #include "cli/WebsiteCommands.h"
+#include "cli/WebsiteWebCommands.h"
 #include "core/Failure.h"
 #include "core/Text.h"
 
@@ -124,6 +125,8 @@ class Parser final {
         add<WebsiteAddUrlCommand>(website);
         add<WebsiteImportUrlsCommand>(website);
         add<WebsiteExportUrlsCommand>(website);
+        add<WebsiteUrlsFromWebCommand>(website);
+        add<WebsiteDetailsCommand>(website);
         CLI::App& engines = addGroup("engines", "List, check and install the engine catalogue",
                                      "--home try engines install --practice\n"
                                      "--home try engines list --country DE\n"

@@ -29,7 +29,8 @@ class Prompts {
     // `filter` is "Name|*.a;*.b|Name|*.c"; `folder` is where the dialog opens (empty: the last one used).
     virtual FileChoice openFile(std::string_view filter, std::string_view folder) = 0;
     virtual FileChoice saveFile(std::string_view filter, std::string_view folder, std::string_view name) = 0;
-    // Hands a file or a web address to the system's handler; false when there is none.
+    // Hands a file or a web address to the system's handler; false when there is none. A handler that fails
+    // later is reported by the prompts themselves.
     virtual bool openWithSystem(std::string_view target) = 0;
     virtual void beep() = 0;
     virtual void busy(bool on) = 0;
@@ -38,6 +39,8 @@ class Prompts {
     virtual void notice(std::string_view) {}
 };
 
+// The message for a file or a web address that the system cannot open.
+std::string cannotOpenText(std::string_view target);
 // Opens a file or a web address with the system's handler; shows a message when there is none.
 void openOrTell(Prompts& prompts, std::string_view target, std::string_view title);
 

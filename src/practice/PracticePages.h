@@ -30,6 +30,9 @@ std::optional<PracticeReply> enginePage(const PracticeRequest& request, Practice
 // Paths whose last word names an outcome; submissions to them are stored.
 std::optional<PracticeReply> outcomePage(const PracticeRequest& request, PracticeSite& site);
 
+// "/site/": a small web site, with a page of links of every shape.
+std::optional<PracticeReply> sitePage(const PracticeRequest& request, PracticeSite& site);
+
 // Tries every kind of page in turn; 404 if none matches.
 PracticeReply answer(const PracticeRequest& request, PracticeSite& site);
 

@@ -3,6 +3,7 @@
 
 #include "core/Rows.h"
 #include "core/ScreenText.h"
+#include "widgets/Forms.h"
 #include "widgets/IconTheme.h"
 
 #include <QAction>
@@ -188,10 +189,12 @@ void ListView::tellSelection() {
 }
 
 void ListView::setEmptyAction(QAction& action) {
-    m_emptyButton = new QPushButton(action.icon(), action.text(), viewport());
+    m_emptyButton = new QPushButton(action.icon(), action.text(), parentWidget());
     m_emptyButton->setObjectName(action.objectName() + QStringLiteral("Button"));
-    m_emptyButton->setToolTip(action.toolTip());
-    m_emptyButton->setCursor(Qt::ArrowCursor);
+    const auto explain = [this, &action] { m_emptyButton->setToolTip(action.toolTip()); };
+    connect(&action, &QAction::changed, m_emptyButton, explain);
+    explain();
+    setTabOrder(this, m_emptyButton);
     connect(m_emptyButton, &QPushButton::clicked, &action, &QAction::trigger);
     placeEmptyButton();
 }
@@ -213,11 +216,24 @@ void ListView::placeEmptyButton() {
     if (m_emptyButton == nullptr) return;
     const QSize size = m_emptyButton->sizeHint();
     const QRect hint = hintPlace();
-    m_emptyButton->setGeometry(hint.center().x() - size.width() / 2, hint.bottom() + kButtonGap, size.width(),
-                               size.height());
+    const QPoint place(hint.center().x() - size.width() / 2, hint.bottom() + kButtonGap);
+    m_emptyButton->setGeometry(QRect(viewport()->mapTo(parentWidget(), place), size));
+    m_emptyButton->raise();
     const bool hadFocus = m_emptyButton->hasFocus();
     m_emptyButton->setVisible(m_rows == nullptr || m_rows->empty());
     if (hadFocus && m_emptyButton->isHidden()) setFocus(Qt::OtherFocusReason);
+}
+
+void ListView::takeFocus() {
+    const bool button = m_emptyButton != nullptr && m_emptyButton->isVisible();
+    QWidget* const target = button ? static_cast<QWidget*>(m_emptyButton) : this;
+    target->setFocus(Qt::ShortcutFocusReason);
+    showFocus(*target);
+}
+
+void ListView::moveEvent(QMoveEvent* event) {
+    QTreeView::moveEvent(event);
+    placeEmptyButton();
 }
 
 void ListView::resizeEvent(QResizeEvent* event) {

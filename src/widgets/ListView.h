@@ -46,8 +46,11 @@ class ListView final : public QTreeView {
     int stretchedColumn() const noexcept { return m_stretchedColumn; }
     void setStretchedColumn(int column);
 
-    // Shows a button for the action below the hint of the empty list. The action outlives the list.
+    // Shows a button for the action below the hint of the empty list. The action outlives the list. The
+    // button belongs to the list's parent, since screen readers find only rows inside a list.
     void setEmptyAction(QAction& action);
+    // Gives the keyboard to the list, or to the button of the empty list.
+    void takeFocus();
 
     // Repaints at most once per frame, however many rows change.
     void dataChanged(const QModelIndex& from, const QModelIndex& to, const QList<int>& roles = {}) override;
@@ -69,6 +72,7 @@ class ListView final : public QTreeView {
     void contextMenuEvent(QContextMenuEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void rowsInserted(const QModelIndex& parent, int start, int end) override;
 

@@ -3,11 +3,13 @@
 
 #include "core/Prompts.h"
 
+#include <QObject>
 #include <QPointer>
 #include <QString>
 
 #include <functional>
 
+class QUrl;
 class QWidget;
 
 namespace relay {
@@ -41,8 +43,11 @@ class QtPrompts final : public Prompts {
     class PlainPointer;
 
     QWidget* parent() const;
+    // Shows a message if the opener fails.
+    void startOpener(const QString& opener, const QUrl& address, const std::string& target);
     void showPointer();
 
+    QObject m_context;  // ends the connections to openers that still run
     QPointer<QWidget> m_window;
     StatusSink m_statusSink;
     QString m_lastFolder;
