@@ -61,6 +61,10 @@ template <auto Operation>
 void onUrls(Target target) {
     (UrlList(target.main.website.fields.lsvSiteURLs, target.services.prompts).*Operation)();
 }
+template <auto Operation>
+void onMetaTags(Target target) {
+    (target.main.urlMetaTags.*Operation)();
+}
 void configure(Target target) {
     if (target.main.workspace.autoSave()) target.show("frmPreference");
 }
@@ -91,6 +95,7 @@ void openPage(Target target, std::string_view address) {
 
 constexpr std::string_view kFile = "Module: NewProject\r\n";
 constexpr std::string_view kHelp = "Module: Help\r\n";
+constexpr std::string_view kTools = "frmMetaTag_Load_Error: ";
 constexpr std::string_view kPopup = "Menupopup_Error: ";
 
 constexpr Command kMainCommands[] = {
@@ -105,7 +110,8 @@ constexpr Command kMainCommands[] = {
      onWorkspace<&Workspace::showEngines>},
     {"Submit", "Submit", "Submit the websites to the selected engines (Ctrl+Return)", "Ctrl+Return", always,
      kFile, submit},
-    {"MetaTag", "MetaTag"},
+    {"MetaTag", "MetaTag", "Read and write the meta tags of pages (Ctrl+M)", "", always, kTools,
+     [](Target target) { target.show("frmMetaTag"); }},
     {"Optimizer", "Optimizer"},
     {"Ranking", "Ranking"},
     {"Search", "Search"},
@@ -135,7 +141,8 @@ constexpr Command kMainCommands[] = {
     {"mnuEngineItems_6", "Failed", "", "", inProject, "", onSelection<&EngineSelection::selectFailedEngines>},
     {"mnuEngineItems_8", "Export", "", "", inProject, "", onSelection<&EngineSelection::offerEngineList>},
     // Tools.
-    {"mnuToolsItems_0", "MetaTag"},
+    {"mnuToolsItems_0", "MetaTag", "", "Ctrl+M", always, kTools,
+     [](Target target) { target.show("frmMetaTag"); }},
     {"mnuToolsItems_1", "Optimizer"},
     {"mnuToolsItems_2", "Ranking"},
     {"mnuToolsItems_3", "Search"},
@@ -172,9 +179,12 @@ constexpr Command kUrlCommands[] = {
     {"SaveURL", "SaveURL", "Save the URLs to a text file", "", always, "", onUrls<&UrlList::saveURLs>},
     {"DeleteURL", "DeleteURL", "Delete the selected URLs (Del)", "", withUrl, "", onUrls<&UrlList::DeleteURL>,
      "Del", "Select a URL in the list first."},
-    {"GetMetaTag", "GetMetaTag", "Read title, keywords and description of the page"},
-    {"InsertMetaTag", "InsertMetaTag", "Write the meta tags into the local file"},
-    {"ReplaceMetaTag", "ReplaceMetaTag", "Replace the meta tags of the local file"},
+    {"GetMetaTag", "GetMetaTag", "Read title, keywords and description of the page", "", always, "",
+     onMetaTags<&UrlMetaTags::GetMetaTag>},
+    {"InsertMetaTag", "InsertMetaTag", "Write the meta tags into the local file", "", always, "",
+     onMetaTags<&UrlMetaTags::InsertMetaTag>},
+    {"ReplaceMetaTag", "ReplaceMetaTag", "Replace the meta tags of the local file", "", always, "",
+     onMetaTags<&UrlMetaTags::ReplaceMetaTag>},
     {"Optimizer", "Optimizer", "Rate the page"},
 };
 

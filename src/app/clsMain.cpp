@@ -16,11 +16,13 @@ clsMain::clsMain(const Services& services, Catalogue& ownCatalogue)
       fetcher(services),
       website(catalogue, services),
       siteDetails(website.fields, fetcher, services),
+      urlMetaTags(website, fetcher, services),
       workspace(services, website),
       m_services(services) {
     QObject::connect(&siteDetails, &SiteDetails::fieldsChanged, &website, &OpenWebsite::fieldsChanged);
     // A page that is still on its way would fill the fields of another website.
     QObject::connect(&workspace, &Workspace::currentChanged, &siteDetails, &SiteDetails::cancel);
+    QObject::connect(&workspace, &Workspace::currentChanged, &website, [this] { urlMetaTags.cancel(); });
 }
 
 std::vector<std::string> clsMain::webTypes() const {

@@ -3,6 +3,7 @@
 
 #include "projects/OpenWebsite.h"
 #include "projects/SiteDetails.h"
+#include "projects/UrlMetaTags.h"
 #include "projects/Workspace.h"
 #include "submission/LedgerReader.h"
 #include "transport/frmHTTP.h"
@@ -26,6 +27,7 @@ class clsMain final {
     frmHTTP fetcher;
     OpenWebsite website;
     SiteDetails siteDetails;
+    UrlMetaTags urlMetaTags;
     Workspace workspace;
     bool linksEngines = false;  // reports link to the engines; the switch "/U"
 

@@ -11,6 +11,7 @@
 #include "core/ScreenText.h"
 #include "core/Services.h"
 #include "core/clsPreference.h"
+#include "pagetools/frmMetaTag.h"
 #include "projects/UrlList.h"
 #include "projects/frmAddURL.h"
 #include "projects/frmAddURLFromWeb.h"
@@ -49,12 +50,38 @@ void showSubmit(const CommandTarget& target, QWidget* parent, std::optional<CutO
     target.main.workspace.autoSave();
 }
 
+// The editor is made at its first use and keeps its folder and texts.
+void showMetaTag(const CommandTarget& target, QWidget* parent) {
+    static constexpr std::string_view kPurpose = "MetaTagEdit";
+    frmHTTP& fetcher = target.main.fetcher;
+    auto* form = parent->findChild<frmMetaTag*>(QString(), Qt::FindDirectChildrenOnly);
+    if (form == nullptr) {
+        form = new frmMetaTag(
+            target.services,
+            {[&fetcher](const std::string& url) { return fetcher.fetch(kPurpose, url); },
+             [&fetcher] { return fetcher.isRunning(kPurpose); }, [&fetcher] { fetcher.Disconnect(); }},
+            parent);
+        MetaTagEditor& editor = form->editor();
+        fetcher.setConsumer(
+            kPurpose, {[&editor](const FetchReply& reply) {
+                           editor.showPage(reply.isPage() ? reply.text : std::string(), fetchProblem(reply));
+                       },
+                       [&editor](const FetchReply& reply) { editor.showPage({}, fetchProblem(reply)); },
+                       [&editor] { editor.showPage({}, "Cancelled"); }});
+        QObject::connect(form, &QObject::destroyed, &fetcher,
+                         [&fetcher] { fetcher.removeConsumer(kPurpose); });
+        QObject::connect(&fetcher, &frmHTTP::runningChanged, form, &frmMetaTag::showFetching);
+    }
+    form->exec();
+}
+
 // The screens that commands open.
 struct Screen final {
     std::string_view name;
     void (*show)(const CommandTarget& target, QWidget* parent);
 };
 constexpr Screen kScreens[] = {
+    {"frmMetaTag", showMetaTag},
     {"frmAbout", [](const CommandTarget&, QWidget* parent) { frmAbout(parent).exec(); }},
     {"frmPreference",
      [](const CommandTarget& target, QWidget* parent) {
@@ -106,9 +133,9 @@ frmMain::frmMain(const Services& services, clsMain& main, QWidget* parent)
     addKeys();
     connectWebsitePanel();
     makeFetchCancellable();
-    connect(m_ui->SSTab3, &frmEnginePanel::previewWanted, this, &frmMain::showPreview);
     connectEnginePanel();
     followChanges();
+    connect(m_ui->SSTab3, &frmEnginePanel::previewWanted, this, &frmMain::showPreview);
     m_ui->TreeView1->connectTo(main.workspace, services.prompts);
     connect(&main.workspace, &Workspace::panelsChanged, this, &frmMain::showPanels);
     connect(&main.workspace, &Workspace::panelOpened, this, [this] {
@@ -191,7 +218,10 @@ void frmMain::connectWebsitePanel() {
     frmWebsitePanel* const panel = m_ui->SSTab1;
     OpenWebsite& website = m_main.website;
     connect(&website, &OpenWebsite::fieldsChanged, panel, &frmWebsitePanel::showFields);
-    connect(panel, &frmWebsitePanel::urlChosen, &website, &OpenWebsite::chooseURL);
+    connect(panel, &frmWebsitePanel::urlChosen, this, [this](int row) {
+        m_main.urlMetaTags.cancel();
+        m_main.website.chooseURL(row);
+    });
     connect(panel, &frmWebsitePanel::getSiteInfo, &m_main.siteDetails, &SiteDetails::askAndFetch);
     connect(panel, &frmWebsitePanel::browseForLocalFile, &website, &OpenWebsite::openFileLocation);
     connect(panel, &frmWebsitePanel::viewReport, &website, &OpenWebsite::viewReport);

@@ -52,9 +52,9 @@ class frmEnginePanel final : public QWidget {
     void connectTypeBoxes();
     void connectLists();
     void connectButtons();
-    void offerPreview();
     void followSelections();
     void stackButtons();
+    void offerPreview();
 
     std::unique_ptr<Ui::frmEnginePanel> m_ui;
     EngineLists* m_lists = nullptr;

@@ -6,6 +6,7 @@
 #include "cli/EnginesCommands.h"
 #include "cli/EnginesInstallCommand.h"
 #include "cli/ExitCode.h"
+#include "cli/MetaCommands.h"
 #include "cli/PracticeCommand.h"
 #include "cli/PreviewCommand.h"
 #include "cli/SubmitCommand.h"
@@ -134,6 +135,13 @@ class Parser final {
         add<EnginesListCommand>(engines);
         add<EnginesCheckCommand>(engines);
         add<EnginesInstallCommand>(engines);
+        CLI::App& meta = addGroup("meta", "Read and change the meta tags of pages",
+                                  "meta show index.html\n"
+                                  "meta replace index.html --title 'Paper Shop' --keywords 'paper, pens' "
+                                  "--description 'Paper and pens' --dry-run");
+        add<MetaShowCommand>(meta);
+        add<MetaInsertCommand>(meta);
+        add<MetaReplaceCommand>(meta);
         add<PreviewCommand>(m_app);
         add<SubmitCommand>(m_app);
         add<PracticeCommand>(m_app);

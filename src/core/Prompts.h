@@ -32,6 +32,8 @@ class Prompts {
     // Hands a file or a web address to the system's handler; false when there is none. A handler that fails
     // later is reported by the prompts themselves.
     virtual bool openWithSystem(std::string_view target) = 0;
+    // Opens a local file in the system's program for text, whatever its type; false when there is none.
+    virtual bool viewText(std::string_view file) = 0;
     virtual void beep() = 0;
     virtual void busy(bool on) = 0;
     virtual void status(std::string_view text) = 0;

@@ -204,6 +204,10 @@ std::string URLToFileName(std::string_view url) {
     return name;
 }
 
+std::string withScheme(std::string_view address) {
+    return (address.find("://") == npos ? "http://" : "") + std::string(address);
+}
+
 std::optional<std::string> localPath(
     std::string_view text, TypedIn where,
     const std::function<std::optional<std::string>(const char*)>& environment) {

@@ -23,6 +23,9 @@ std::string GetURLDirectory(std::string_view url);
 // before using it as a path.
 std::string URLToFileName(std::string_view url);
 
+// The address as it can be requested: "http://" in front of one without "://".
+std::string withScheme(std::string_view address);
+
 // Where a text that may be a web address or a local file was typed.
 enum class TypedIn {
     Field,        // a file begins with "/" or "~/", where "~" is the user's home folder

@@ -75,7 +75,7 @@ class PageReader final {
         std::string body;
         findTag();
         while (m_tag != npos) {
-            if (startsWithNoCase(m_html.substr(m_tag + 1), "script")) {
+            if (isScript()) {
                 passScript();
                 continue;
             }
@@ -89,7 +89,10 @@ class PageReader final {
             const bool shown = !m_title.isIn(first, end) && !m_option.isIn(first, end);
             if (m_tag != npos && shown) body.append(m_html.substr(m_start, m_tag - m_start));
         }
-        m_page.body = trim(CleanLineBreaks(body));
+        cleanLineBreaks(body);
+        body.erase(trimRight(body).size());
+        body.erase(0, body.size() - trimLeft(body).size());
+        m_page.body = std::move(body);
     }
 
     void readTitle() {
@@ -103,6 +106,11 @@ class PageReader final {
     }
 
   private:
+    bool isScript() const {
+        const std::string_view tag = m_html.substr(m_tag + 1);
+        return !tag.empty() && (tag.front() == 's' || tag.front() == 'S') && startsWithNoCase(tag, "script");
+    }
+
     // Checks a place's position in the working copy.
     void position(std::size_t place) const { pagePosition(place - m_start + 1); }
 

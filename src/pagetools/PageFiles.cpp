@@ -17,6 +17,13 @@ bool change(const Services& services, std::string_view words, const std::string&
     return trapAndLog(services, words, [&] { changeFile(fileName, wanted); });
 }
 
+bool cut(const Services& services, std::string_view html, HtmlPart part, std::string& section) {
+    std::string remark = "\r\nPlease report this error to '";
+    remark.append(kSupportAddress).append("'");
+    return trapAndLog(
+        services, "Module: getHTMLSection\r\n", [&] { section = htmlSection(html, part); }, remark);
+}
+
 }  // namespace
 
 void changeFile(const std::string& fileName, const MetaTagChange& change) {
@@ -37,20 +44,22 @@ bool readMetaTag(const Services& services, std::string_view html, PageTexts& pag
     return trapAndLog(services, "Module: retrieveMetaTag\r\n", [&] { retrieveMetaTag(html, page); });
 }
 
+bool readPage(const Services& services, const std::string& fileName, std::string& html) {
+    if (!failureOf([&] { html = readFile(fileName); })) return true;
+    services.prompts.message(
+        "Open HTML file error. Please make sure the file is not open by other program and try again.",
+        "Error", Icon::Critical);
+    return false;
+}
+
+bool cutHead(const Services& services, std::string_view html, std::string& head) {
+    return cut(services, html, HtmlPart::Head, head);
+}
+
 std::string getHTMLSection(const Services& services, const std::string& fileName, HtmlPart part) {
-    if (fileName.empty()) return {};
     std::string html;
-    const bool opened = !failureOf([&] { html = readFile(fileName); });
-    if (!opened) {
-        services.prompts.message(
-            "Open HTML file error. Please make sure the file is not open by other program and try again.",
-            "Error", Icon::Critical);
-        return {};
-    }
     std::string section;
-    trapAndLog(
-        services, "Module: getHTMLSection\r\n", [&] { section = htmlSection(html, part); },
-        std::string("\r\nPlease report this error to '") + kSupportAddress + "'");
+    if (!fileName.empty() && readPage(services, fileName, html)) cut(services, html, part, section);
     return section;
 }
 

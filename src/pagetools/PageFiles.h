@@ -21,7 +21,11 @@ bool replaceMetaTag(const Services& services, const std::string& fileName, const
                     bool titleOnTop);
 // retrieveMetaTag with its trap; what was found before a failure stays in `page`.
 bool readMetaTag(const Services& services, std::string_view html, PageTexts& page);
-// The part of the file; empty, after a message, when it cannot be read or cut.
+// Reads a page; false, after a message, when that fails.
+bool readPage(const Services& services, const std::string& fileName, std::string& html);
+// Cuts the head out of a page; false, after a message, when that fails.
+bool cutHead(const Services& services, std::string_view html, std::string& head);
+// The part of the file; empty for an empty name and, after a message, when it cannot be read or cut.
 std::string getHTMLSection(const Services& services, const std::string& fileName, HtmlPart part);
 
 }  // namespace relay

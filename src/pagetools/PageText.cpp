@@ -1,24 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "pagetools/PageText.h"
 
-#include "core/Failure.h"
-
 #include <algorithm>
-#include <limits>
 
 namespace relay {
 
 namespace {
-constexpr std::size_t kLastPosition = std::numeric_limits<std::int16_t>::max();
 // What the front has at least, if the page is as long: every position and the marker that begins there.
 constexpr std::size_t kLeast = kLastPosition + 64;
 constexpr std::size_t kFront = 2 * kLeast;
 }  // namespace
-
-int pagePosition(std::size_t position) {
-    if (position > kLastPosition) throw Failure("Overflow", 6);
-    return static_cast<int>(position);
-}
 
 PageText::PageText(std::string_view html) : m_html(html) {
     refill();

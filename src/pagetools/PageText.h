@@ -1,16 +1,24 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/Failure.h"
 #include "core/Text.h"
 
+#include <cstdint>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace relay {
 
-// The place of a marker; throws Failure 6 "Overflow" beyond 32,767.
-int pagePosition(std::size_t position);
+inline constexpr std::size_t kLastPosition = std::numeric_limits<std::int16_t>::max();
+
+// The position of a marker; throws Failure 6 "Overflow" beyond 32,767.
+inline int pagePosition(std::size_t position) {
+    if (position > kLastPosition) throw Failure("Overflow", 6);
+    return static_cast<int>(position);
+}
 
 // A page that is being changed. Positions count from 1, and 0 stands for "not found". Every change happens
 // near the front, as no position is over 32,767; so only the front is kept as a text of its own, and the rest

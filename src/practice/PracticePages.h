@@ -36,6 +36,9 @@ std::optional<PracticeReply> sitePage(const PracticeRequest& request, PracticeSi
 // Tries every kind of page in turn; 404 if none matches.
 PracticeReply answer(const PracticeRequest& request, PracticeSite& site);
 
+// "meta/NAME.html" of the site: pages with meta tags of every shape; nullopt for any other name.
+std::optional<PracticeReply> metaTagPage(std::string_view name);
+
 std::string escapeHtml(std::string_view text);  // the five characters; bytes that are not UTF-8 as \xNN
 // A whole page of the practice web around its content, which must be HTML.
 std::string htmlPage(std::string_view title, std::string_view content);

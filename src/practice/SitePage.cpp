@@ -74,7 +74,7 @@ std::optional<PracticeReply> sitePage(const PracticeRequest& request, PracticeSi
     else if (page == "plain.html")
         reply.body = htmlPage("No meta tags", "<p>This page has a title only.</p>\n");
     else
-        return std::nullopt;
+        return metaTagPage(page);
     return reply;
 }
 

@@ -4,7 +4,6 @@
 #include "catalogue/Catalogue.h"
 #include "core/FileSystem.h"
 #include "core/Prompts.h"
-#include "core/ScreenText.h"
 #include "core/Services.h"
 #include "core/Text.h"
 #include "core/Trap.h"
@@ -154,10 +153,9 @@ void OpenWebsite::showMetaTag(std::string_view html) {
     trap(m_prompts, "Module: getMetaTag\r\n", [&] {
         PageTexts page;
         readMetaTag(m_services, html, page);
-        // Counted as they are shown.
         const auto show = [](std::string& field, std::string text, std::string& label, const char* name) {
             field = std::move(text);
-            label = std::string(name) + ": (" + std::to_string(toScreen(field).size()) + " chars)";
+            label = std::string(name) + ": (" + std::to_string(characterCount(field)) + " chars)";
         };
         show(fields.txtURLTitle, CleanLineBreaks(page.tags.title), fields.lblURLTitle, "Title");
         show(fields.txtURLKeyword, std::move(page.tags.keywords), fields.lblURLKeyword, "Keywords");

@@ -90,7 +90,7 @@ std::int16_t SubmissionRun::connectionsToOpen() {
     const std::int16_t wanted = std::min(due, m_services.preference.Connections);
     const std::int16_t most = mostConnections();
     if (wanted <= most) return wanted;
-    if (!std::exchange(m_limitTold, true)) {
+    if (!std::exchange(m_limitShown, true)) {
         m_services.prompts.message("Opening " + std::to_string(most) + " of " + std::to_string(wanted) +
                                        " connections: the system limits the files this program may open.",
                                    "Submit", Icon::Information);
@@ -148,7 +148,7 @@ void SubmissionRun::endRun() {
     QMetaObject::invokeMethod(
         this,
         [this] {
-            if (std::exchange(m_ended, false)) tellRunDone();
+            if (std::exchange(m_ended, false)) announceRunDone();
         },
         Qt::QueuedConnection);
 }
@@ -234,7 +234,7 @@ void SubmissionRun::setSubmitComplete() {
     });
 }
 
-void SubmissionRun::tellRunDone() {
+void SubmissionRun::announceRunDone() {
     trap(m_services.prompts, "Module : SubmitIt. ", [&] {
         m_services.prompts.beep();
         m_services.prompts.message("Submission done !", "Submit", Icon::Information);

@@ -24,12 +24,12 @@ namespace relay {
 
 namespace {
 constexpr int kIconSize = 16;
-constexpr int kFrameMilliseconds = 33;
 constexpr int kNameCharacters = 18;    // of a name that can be read in the narrowest list
 constexpr int kColumnPadding = 3;      // in characters
 constexpr int kNarrowPadding = 2;      // in characters
 constexpr double kNarrowColumn = 0.6;  // of a column's usual width
 constexpr int kButtonGap = 12;         // between the hint of an empty list and its button
+constexpr int kFrameMilliseconds = 33;
 
 class RowDelegate final : public QStyledItemDelegate {
   public:

@@ -86,23 +86,23 @@ class ListView final : public QTreeView {
     void selectHighlighted();
     void followReset();
     void layOutColumns();
-    void repaintSoon();
     void followRows();
     void tellSelection();
     QRect hintPlace() const;
     void placeEmptyButton();
     // Describes an empty list to screen readers by its hint, a filled one by its own description.
     void describe();
+    void repaintSoon();
 
     Rows* m_rows = nullptr;
     std::vector<int> m_columnCharacters;
     QString m_emptyHint;
+    QPushButton* m_emptyButton = nullptr;
+    QString m_description;      // of the filled list
     QTimer m_frame;             // since the last repaint for changed rows
-    bool m_repaintDue = false;  // at the end of the frame
+    bool m_repaintDue = false;  // when the frame is over
     bool m_sortable = true;
     int m_stretchedColumn = 0;
-    QPushButton* m_emptyButton = nullptr;
-    QString m_description;        // of the filled list
     bool m_following = false;     // flags or selection are being changed to follow the other
     bool m_flagsChanged = false;  // the selection will follow the flags in the next turn of the event loop
     bool m_mousePress = false;

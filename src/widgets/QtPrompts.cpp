@@ -6,6 +6,7 @@
 #include "core/Text.h"
 #include "core/clsPreference.h"
 #include "widgets/Forms.h"
+#include "widgets/TextViewer.h"
 
 #include <QApplication>
 #include <QDeadlineTimer>
@@ -203,6 +204,10 @@ void QtPrompts::startOpener(const QString& opener, const QUrl& address, const st
     QObject::connect(process, &QProcess::finished, &m_context, [end](int code) { end(code == 0); });
     QObject::connect(process, &QProcess::errorOccurred, &m_context, [end] { end(false); });
     process->start(opener, {address.toString(QUrl::FullyEncoded)});
+}
+
+bool QtPrompts::viewText(std::string_view file) {
+    return openAsText(toScreen(file));
 }
 
 void QtPrompts::beep() {

@@ -34,6 +34,7 @@ class QtPrompts final : public Prompts {
     FileChoice openFile(std::string_view filter, std::string_view folder) override;
     FileChoice saveFile(std::string_view filter, std::string_view folder, std::string_view name) override;
     bool openWithSystem(std::string_view target) override;
+    bool viewText(std::string_view file) override;
     void beep() override;
     void busy(bool on) override;
     void status(std::string_view text) override;
