@@ -3,12 +3,12 @@
 
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
-#include "cli/JsonLine.h"
 #include "cli/PageWait.h"
 #include "cli/StopSignal.h"
 #include "cli/Table.h"
 #include "cli/TerminalText.h"
 #include "core/FileStore.h"
+#include "core/JsonLine.h"
 #include "core/Trap.h"
 #include "core/Url.h"
 #include "pagetools/PageDiff.h"
