@@ -7,6 +7,7 @@
 #include "core/Paths.h"
 #include "core/Prompts.h"
 #include "core/Services.h"
+#include "core/Text.h"
 #include "core/Trap.h"
 #include "core/clsPreference.h"
 #include "projects/UrlList.h"
@@ -60,6 +61,10 @@ template <auto Operation>
 void onUrls(Target target) {
     (UrlList(target.main.website.fields.lsvSiteURLs, target.services.prompts).*Operation)();
 }
+template <auto Operation>
+void onMetaTags(Target target) {
+    (target.main.urlMetaTags.*Operation)();
+}
 void configure(Target target) {
     if (target.main.workspace.autoSave()) target.show("frmPreference");
 }
@@ -68,11 +73,7 @@ void leave(Target target) {
     target.close();
 }
 void submit(Target target) {
-    if (!target.main.readyToSubmit()) return;
-    target.services.prompts.message(
-        "A later version will submit from this window.\r\n\r\n"
-        "Until then use \"korvel-relay-cli submit\" with a saved selection of engines.",
-        "Submit", Icon::Information);
+    if (target.main.readyToSubmit()) target.show("frmSubmit");
 }
 void openHelp(Target target) {
     const std::string file = target.services.paths.inApp("korvel.hlp");
@@ -83,23 +84,34 @@ void openHelp(Target target) {
                                         Icon::Information);
 }
 
+// The address may come from the home's korvel.ini.
+void openPage(Target target, std::string_view address) {
+    if (startsWithNoCase(address, "http://") || startsWithNoCase(address, "https://"))
+        openOrTell(target.services.prompts, address, kApplication);
+    else
+        target.services.prompts.message("This is not a web address:\r\n" + std::string(address), kApplication,
+                                        Icon::Critical);
+}
+
 constexpr std::string_view kFile = "Module: NewProject\r\n";
 constexpr std::string_view kHelp = "Module: Help\r\n";
+constexpr std::string_view kTools = "frmMetaTag_Load_Error: ";
 constexpr std::string_view kPopup = "Menupopup_Error: ";
 
 constexpr Command kMainCommands[] = {
     // The toolbar.
     {"NewProject", "NewProject", "Create a new project (Ctrl+N)", "", always, kFile,
      afterSave<&Workspace::newProject>},
-    {"NewWeb", "NewWeb", "Create a new website in the current project (Ctrl+Shift+N)", "", always, kFile,
-     afterSave<&Workspace::newWebsite>},
+    {"NewWeb", "NewWeb", "Create a new website in the current project (Ctrl+Shift+N)", "Ctrl+Shift+N", always,
+     kFile, afterSave<&Workspace::newWebsite>},
     {"Save", "Save", "Save the website or the project (Ctrl+S)", "Ctrl+S", canSave, kFile,
      onWorkspace<&Workspace::save>},
     {"Engines", "Engines", "Select the engines to submit to (Ctrl+E)", "Ctrl+E", always, kFile,
      onWorkspace<&Workspace::showEngines>},
     {"Submit", "Submit", "Submit the websites to the selected engines (Ctrl+Return)", "Ctrl+Return", always,
      kFile, submit},
-    {"MetaTag", "MetaTag"},
+    {"MetaTag", "MetaTag", "Read and write the meta tags of pages (Ctrl+M)", "", always, kTools,
+     [](Target target) { target.show("frmMetaTag"); }},
     {"Optimizer", "Optimizer"},
     {"Ranking", "Ranking"},
     {"Search", "Search"},
@@ -108,8 +120,8 @@ constexpr Command kMainCommands[] = {
     {"mnuFileItems_0", "NewProject", "Create a new project", "Ctrl+N", always, kFile,
      afterSave<&Workspace::newProject>},
     {"mnuFileItems_1", "Remove", "", "", inProject, kFile, removeCurrent, "Del"},
-    {"mnuFileItems_3", "NewWeb", "Create a new website in the current project", "Ctrl+Shift+N", inProject,
-     kFile, afterSave<&Workspace::newWebsite>},
+    {"mnuFileItems_3", "NewWeb", "Create a new website in the current project", "", inProject, kFile,
+     afterSave<&Workspace::newWebsite>, "Ctrl+Shift+N"},
     {"mnuFileItems_4", "RemoveWeb", "", "", onWebsite, kFile, removeCurrent, "Del"},
     {"mnuFileItems_6", "AddWebsite", "", "Ctrl+O", inProject, kFile, afterSave<&Workspace::addWebSite>},
     {"mnuFileItems_7", "Save", "", "", canSaveWebsite, kFile, onWorkspace<&Workspace::saveWebsite>, "Ctrl+S"},
@@ -129,7 +141,8 @@ constexpr Command kMainCommands[] = {
     {"mnuEngineItems_6", "Failed", "", "", inProject, "", onSelection<&EngineSelection::selectFailedEngines>},
     {"mnuEngineItems_8", "Export", "", "", inProject, "", onSelection<&EngineSelection::offerEngineList>},
     // Tools.
-    {"mnuToolsItems_0", "MetaTag"},
+    {"mnuToolsItems_0", "MetaTag", "", "Ctrl+M", always, kTools,
+     [](Target target) { target.show("frmMetaTag"); }},
     {"mnuToolsItems_1", "Optimizer"},
     {"mnuToolsItems_2", "Ranking"},
     {"mnuToolsItems_3", "Search"},
@@ -141,16 +154,11 @@ constexpr Command kMainCommands[] = {
     {"mnuAddInsItems_0", "AddIn"},
     // Help.
     {"mnuHelpItems_0", "Help", "", "F1", always, kHelp, openHelp},
-    {"mnuHelpItems_6", "Web", "", "", always, kHelp,
-     [](Target target) { openOrTell(target.services.prompts, kWebAddress, kApplication); }},
+    {"mnuHelpItems_6", "Web", "", "", always, kHelp, [](Target target) { openPage(target, kWebAddress); }},
     {"mnuHelpItems_7", "UpdateEngines", "", "", always, kHelp,
-     [](Target target) {
-         openOrTell(target.services.prompts, target.services.preference.UpdateURL, kApplication);
-     }},
+     [](Target target) { openPage(target, target.services.preference.UpdateURL); }},
     {"mnuHelpItems_8", "Support", "", "", always, kHelp,
-     [](Target target) {
-         openOrTell(target.services.prompts, target.services.preference.SupportURL, kApplication);
-     }},
+     [](Target target) { openPage(target, target.services.preference.SupportURL); }},
     {"mnuHelpItems_10", "About", "", "", always, kHelp, [](Target target) { target.show("frmAbout"); }},
     // The tree's popup, which also has items of the File menu.
     {"mnuPopupItems_10", "Rename", "", "", inProject, kPopup, onWorkspace<&Workspace::editLabel>, "F2"},
@@ -163,16 +171,20 @@ constexpr Command kUrlCommands[] = {
     {"AddURL", "AddURL", "Type a URL", "", always, "", onUrls<&UrlList::addTypedURL>},
     {"AddFromLocalFolder", "AddFromLocalFolder", "Make URLs from the HTML files of a local folder", "",
      always, "", [](Target target) { target.show("frmAddURL"); }},
-    {"AddFromWeb", "AddFromWeb", "Collect the links of a live page"},
+    {"AddFromWeb", "AddFromWeb", "Collect the links of a live page", "", always, "",
+     [](Target target) { target.show("frmAddURLFromWeb"); }},
     {"LoadURL", "LoadURL", "Load URLs from a text file", "", always, "", onUrls<&UrlList::loadURLs>},
     {"LocalURL", "LocalURL", "Load URLs from a text file on this computer", "", always, "",
      onUrls<&UrlList::loadURLs>},
     {"SaveURL", "SaveURL", "Save the URLs to a text file", "", always, "", onUrls<&UrlList::saveURLs>},
     {"DeleteURL", "DeleteURL", "Delete the selected URLs (Del)", "", withUrl, "", onUrls<&UrlList::DeleteURL>,
      "Del", "Select a URL in the list first."},
-    {"GetMetaTag", "GetMetaTag", "Read title, keywords and description of the page"},
-    {"InsertMetaTag", "InsertMetaTag", "Write the meta tags into the local file"},
-    {"ReplaceMetaTag", "ReplaceMetaTag", "Replace the meta tags of the local file"},
+    {"GetMetaTag", "GetMetaTag", "Read title, keywords and description of the page", "", always, "",
+     onMetaTags<&UrlMetaTags::GetMetaTag>},
+    {"InsertMetaTag", "InsertMetaTag", "Write the meta tags into the local file", "", always, "",
+     onMetaTags<&UrlMetaTags::InsertMetaTag>},
+    {"ReplaceMetaTag", "ReplaceMetaTag", "Replace the meta tags of the local file", "", always, "",
+     onMetaTags<&UrlMetaTags::ReplaceMetaTag>},
     {"Optimizer", "Optimizer", "Rate the page"},
 };
 

@@ -50,7 +50,9 @@ Program::Program(Paths paths, const std::string& commandLine, const Clock& clock
     : m_prompts(prompts),
       m_session(withInstalledData(std::move(paths)), clock, commandLine, prompts),
       m_main(m_session.services, m_session.catalogue),
-      m_startUp(m_session.services, m_main, startUpScreens()) {}
+      m_startUp(m_session.services, m_main, startUpScreens()) {
+    m_main.linksEngines = containsNoCase(commandLine, "/U");
+}
 
 Program::~Program() = default;
 
@@ -99,6 +101,7 @@ void Program::start() {
     m_window->show();
     // The saved position is used unless the window would be out of reach.
     if (!m_window->isMaximized() && !isReachable(*m_window)) CenterForm(*m_window);
+    QTimer::singleShot(0, m_window.get(), &frmMain::offerCutOffRun);
 }
 
 void Program::placeWindow() {

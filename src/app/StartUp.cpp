@@ -148,6 +148,7 @@ bool StartUp::confirmExit() {
 
 void StartUp::finish(std::string_view mainFormPos) {
     m_services.log.closeAll();
+    m_main.fetcher.Unload();
     m_services.settings.setValue(kApplication, "Preference", "MainFormPos", mainFormPos);
     m_services.preference.SaveSettings();
 }

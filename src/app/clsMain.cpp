@@ -3,17 +3,27 @@
 
 #include "catalogue/Catalogue.h"
 #include "catalogue/PasswordKey.h"
+#include "core/Clock.h"
 #include "core/Prompts.h"
 #include "core/Services.h"
 #include "core/clsPreference.h"
+#include "submission/SubmissionController.h"
 
 namespace relay {
 
 clsMain::clsMain(const Services& services, Catalogue& ownCatalogue)
     : catalogue(ownCatalogue),
-      website(catalogue, services.prompts),
+      fetcher(services),
+      website(catalogue, services),
+      siteDetails(website.fields, fetcher, services),
+      urlMetaTags(website, fetcher, services),
       workspace(services, website),
-      m_services(services) {}
+      m_services(services) {
+    QObject::connect(&siteDetails, &SiteDetails::fieldsChanged, &website, &OpenWebsite::fieldsChanged);
+    // A page that is still on its way would fill the fields of another website.
+    QObject::connect(&workspace, &Workspace::currentChanged, &siteDetails, &SiteDetails::cancel);
+    QObject::connect(&workspace, &Workspace::currentChanged, &website, [this] { urlMetaTags.cancel(); });
+}
 
 std::vector<std::string> clsMain::webTypes() const {
     std::vector<std::string> types = {"Commercial Site", "Personal Site"};
@@ -46,6 +56,21 @@ bool clsMain::readyToSubmit() {
                                "Submit"))
         m_services.preference.BlockSpam = 1;
     return true;
+}
+
+std::optional<CutOffRun> clsMain::cutOffRunToGoOnWith() {
+    SubmissionController runs(m_services, catalogue, {});
+    std::optional<CutOffRun> run = runs.cutOffRun();
+    if (!run) return std::nullopt;
+    const std::string left = std::to_string(run->left());
+    if (m_services.prompts.ask("The submission of " + reportDate(run->head.time) + " was cut off. Of its " +
+                                   "requests, " + left + " are left.\r\n\r\nDo you want to go on with it?",
+                               "Submit"))
+        return run;
+    if (!m_services.prompts.ask("Do you want to keep it for later? It is offered again at the next start.",
+                                "Submit"))
+        runs.forget(*run);
+    return std::nullopt;
 }
 
 }  // namespace relay

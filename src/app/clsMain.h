@@ -2,8 +2,13 @@
 #pragma once
 
 #include "projects/OpenWebsite.h"
+#include "projects/SiteDetails.h"
+#include "projects/UrlMetaTags.h"
 #include "projects/Workspace.h"
+#include "submission/LedgerReader.h"
+#include "transport/frmHTTP.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,8 +24,12 @@ class clsMain final {
     clsMain(const Services& services, Catalogue& catalogue);
 
     Catalogue& catalogue;
+    frmHTTP fetcher;
     OpenWebsite website;
+    SiteDetails siteDetails;
+    UrlMetaTags urlMetaTags;
     Workspace workspace;
+    bool linksEngines = false;  // reports link to the engines; the switch "/U"
 
     // Items of cboWebType; includes adult sites unless they are refused.
     std::vector<std::string> webTypes() const;
@@ -29,6 +38,9 @@ class clsMain final {
     // The checks of the toolbar's "Submit": saves, refuses an empty selection (and shows the engine screen),
     // and offers to block mail from free-for-all sites. True when the submission may open.
     bool readyToSubmit();
+    // Asks whether to continue an interrupted submission, if there is one, and returns it on Yes. On No, asks
+    // whether to keep it for later.
+    std::optional<CutOffRun> cutOffRunToGoOnWith();
     // The warning for an open website without a password if a selected engine would be sent it; else empty.
     std::string passwordWarning() const;
 

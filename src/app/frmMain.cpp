@@ -11,7 +11,12 @@
 #include "core/ScreenText.h"
 #include "core/Services.h"
 #include "core/clsPreference.h"
+#include "pagetools/frmMetaTag.h"
+#include "projects/UrlList.h"
 #include "projects/frmAddURL.h"
+#include "projects/frmAddURLFromWeb.h"
+#include "submission/frmPreview.h"
+#include "submission/frmSubmit.h"
 #include "ui_frmMain.h"
 #include "widgets/Forms.h"
 #include "widgets/IconTheme.h"
@@ -30,12 +35,53 @@ constexpr int kUsualTreeWidth = 225;
 constexpr int kSplitterStep = 24;
 constexpr QSize kFrame(8, 40);  // around a window, at most
 
+// Opens the wizard. The window is disabled until it closes.
+void showSubmit(const CommandTarget& target, QWidget* parent, std::optional<CutOffRun> cutOff) {
+    std::optional<frmSubmit> wizard;
+    {
+        const BusyPointer busy(target.services.prompts);
+        SubmissionOptions options{QLocale()};
+        options.linkEngines = target.main.linksEngines;
+        wizard.emplace(target.services, target.main.catalogue, std::move(options), parent);
+    }
+    if (cutOff && !wizard->controller().resume(std::move(*cutOff))) return;
+    wizard->exec();
+    // Reads the new reports into the website's panel.
+    target.main.workspace.autoSave();
+}
+
+// The editor is made at its first use and keeps its folder and texts.
+void showMetaTag(const CommandTarget& target, QWidget* parent) {
+    static constexpr std::string_view kPurpose = "MetaTagEdit";
+    frmHTTP& fetcher = target.main.fetcher;
+    auto* form = parent->findChild<frmMetaTag*>(QString(), Qt::FindDirectChildrenOnly);
+    if (form == nullptr) {
+        form = new frmMetaTag(
+            target.services,
+            {[&fetcher](const std::string& url) { return fetcher.fetch(kPurpose, url); },
+             [&fetcher] { return fetcher.isRunning(kPurpose); }, [&fetcher] { fetcher.Disconnect(); }},
+            parent);
+        MetaTagEditor& editor = form->editor();
+        fetcher.setConsumer(
+            kPurpose, {[&editor](const FetchReply& reply) {
+                           editor.showPage(reply.isPage() ? reply.text : std::string(), fetchProblem(reply));
+                       },
+                       [&editor](const FetchReply& reply) { editor.showPage({}, fetchProblem(reply)); },
+                       [&editor] { editor.showPage({}, "Cancelled"); }});
+        QObject::connect(form, &QObject::destroyed, &fetcher,
+                         [&fetcher] { fetcher.removeConsumer(kPurpose); });
+        QObject::connect(&fetcher, &frmHTTP::runningChanged, form, &frmMetaTag::showFetching);
+    }
+    form->exec();
+}
+
 // The screens that commands open.
 struct Screen final {
     std::string_view name;
     void (*show)(const CommandTarget& target, QWidget* parent);
 };
 constexpr Screen kScreens[] = {
+    {"frmMetaTag", showMetaTag},
     {"frmAbout", [](const CommandTarget&, QWidget* parent) { frmAbout(parent).exec(); }},
     {"frmPreference",
      [](const CommandTarget& target, QWidget* parent) {
@@ -45,6 +91,15 @@ constexpr Screen kScreens[] = {
      [](const CommandTarget& target, QWidget* parent) {
          frmAddURL(target.main.website.fields.lsvSiteURLs, target.services.prompts,
                    target.services.paths.AppPath, parent)
+             .exec();
+     }},
+    {"frmSubmit",
+     [](const CommandTarget& target, QWidget* parent) { showSubmit(target, parent, std::nullopt); }},
+    {"frmAddURLFromWeb",
+     [](const CommandTarget& target, QWidget* parent) {
+         Rows& urls = target.main.website.fields.lsvSiteURLs;
+         frmAddURLFromWeb(urls, target.main.fetcher, target.services.prompts, getFirstSelectedItem(urls),
+                          parent)
              .exec();
      }},
 };
@@ -77,8 +132,10 @@ frmMain::frmMain(const Services& services, clsMain& main, QWidget* parent)
     wireCommands(urlCommands(), *m_ui->SSTab1);
     addKeys();
     connectWebsitePanel();
+    makeFetchCancellable();
     connectEnginePanel();
     followChanges();
+    connect(m_ui->SSTab3, &frmEnginePanel::previewWanted, this, &frmMain::showPreview);
     m_ui->TreeView1->connectTo(main.workspace, services.prompts);
     connect(&main.workspace, &Workspace::panelsChanged, this, &frmMain::showPanels);
     connect(&main.workspace, &Workspace::panelOpened, this, [this] {
@@ -139,11 +196,33 @@ void frmMain::showScreen(std::string_view name) {
         if (screen.name == name) screen.show(m_target, this);
 }
 
+void frmMain::offerCutOffRun() {
+    if (std::optional<CutOffRun> run = m_main.cutOffRunToGoOnWith())
+        showSubmit(m_target, this, std::move(run));
+}
+
+void frmMain::showPreview(const std::string& engine) {
+    Workspace& workspace = m_main.workspace;
+    workspace.autoSave();
+    std::vector<frmPreview::Website> websites;
+    for (const auto& project : workspace.tree().root().children)
+        for (const auto& website : project->children)
+            if (!website->file.empty()) websites.push_back({website->text, website->file});
+    frmPreview preview(m_target.services, m_main.catalogue, std::move(websites), this);
+    preview.chooseEngine(engine);
+    preview.chooseWebsite(workspace.currentNode()->file);
+    preview.exec();
+}
+
 void frmMain::connectWebsitePanel() {
     frmWebsitePanel* const panel = m_ui->SSTab1;
     OpenWebsite& website = m_main.website;
     connect(&website, &OpenWebsite::fieldsChanged, panel, &frmWebsitePanel::showFields);
-    connect(panel, &frmWebsitePanel::urlChosen, &website, &OpenWebsite::chooseURL);
+    connect(panel, &frmWebsitePanel::urlChosen, this, [this](int row) {
+        m_main.urlMetaTags.cancel();
+        m_main.website.chooseURL(row);
+    });
+    connect(panel, &frmWebsitePanel::getSiteInfo, &m_main.siteDetails, &SiteDetails::askAndFetch);
     connect(panel, &frmWebsitePanel::browseForLocalFile, &website, &OpenWebsite::openFileLocation);
     connect(panel, &frmWebsitePanel::viewReport, &website, &OpenWebsite::viewReport);
     connect(panel, &frmWebsitePanel::deleteReport, &m_main.workspace, &Workspace::deleteReports);
@@ -277,6 +356,14 @@ void frmMain::makeSplitterReachable() {
     for (const auto& [key, step] : {std::pair(Qt::Key_Left, -kSplitterStep), {Qt::Key_Right, kSplitterStep}})
         connect(new QShortcut(QKeySequence(Qt::ALT | key), this), &QShortcut::activated, this,
                 [this, step = step] { setSplitterPlace(std::max(1, splitterPlace() + step)); });
+}
+
+// Escape is free for other uses while nothing is being fetched.
+void frmMain::makeFetchCancellable() {
+    auto* const escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
+    escape->setEnabled(false);
+    connect(escape, &QShortcut::activated, &m_main.fetcher, &frmHTTP::Disconnect);
+    connect(&m_main.fetcher, &frmHTTP::runningChanged, escape, &QShortcut::setEnabled);
 }
 
 void frmMain::showQuickStart() {

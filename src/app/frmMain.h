@@ -37,6 +37,8 @@ class frmMain final : public QMainWindow {
     void showCatalogue();
     // For the given milliseconds; 0 means until the next text.
     void showStatus(const QString& text, int milliseconds = 0);
+    // Offers to continue a submission that was interrupted.
+    void offerCutOffRun();
     // Position of the border between tree and panel, in pixels from the left; 0 means the default.
     int splitterPlace() const;
     void setSplitterPlace(int place);
@@ -54,6 +56,7 @@ class frmMain final : public QMainWindow {
     void enlargeTitle();
     void makeToolbarReachable();
     void makeSplitterReachable();
+    void makeFetchCancellable();
     void showQuickStart();
     void runQuickStartLink(const QString& command);
     // Connects the commands to the actions of the same names that belong to `owner`.
@@ -61,6 +64,8 @@ class frmMain final : public QMainWindow {
     static QAction* actionOf(std::string_view name, const QWidget& owner);
     void enableCommands();
     void showScreen(std::string_view name);
+    // Shows what would be sent to the engine.
+    void showPreview(const std::string& engine);
     void connectWebsitePanel();
     void connectEnginePanel();
     void followChanges();

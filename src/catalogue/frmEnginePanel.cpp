@@ -126,6 +126,7 @@ void frmEnginePanel::connectButtons() {
     m_ui->lsvEngines->addAction(drop);
     connect(m_ui->lsvEngines, &ListView::rowsSelected, drop, &QAction::setEnabled);
     followSelections();
+    offerPreview();
 }
 
 void frmEnginePanel::followSelections() {
@@ -147,10 +148,7 @@ void frmEnginePanel::setInstallAction(QAction& install) {
 }
 
 void frmEnginePanel::focusEngines() {
-    if (m_lists->lsvEngines.empty())
-        focusFirst(*m_ui->lsvEngines);
-    else
-        m_ui->lsvEngines->setFocus(Qt::ShortcutFocusReason);
+    m_ui->lsvEngines->takeFocus();
 }
 
 void frmEnginePanel::resizeEvent(QResizeEvent* event) {
@@ -170,6 +168,19 @@ void frmEnginePanel::stackButtons() {
                       room >= needed(m_ui->layoutRemove, m_ui->cmdRemoveEngine_0, m_ui->cmdRemoveEngine_1);
     for (QBoxLayout* row : {m_ui->layoutSelect, m_ui->layoutRemove})
         row->setDirection(fits ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+}
+
+void frmEnginePanel::offerPreview() {
+    for (ListView* list : {m_ui->lsvEngines, m_ui->lsvSelectedEngines}) {
+        auto* action = new QAction(themedIcon("Preview"), tr("Pre&view its Request ..."), this);
+        action->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_P));
+        action->setShortcutContext(Qt::WidgetShortcut);
+        connect(action, &QAction::triggered, this, [this, list] {
+            const int row = list->rows()->firstHighlighted();
+            if (row >= 0) Q_EMIT previewWanted(std::string(list->rows()->at(row).key));
+        });
+        list->addAction(action);
+    }
 }
 
 void frmEnginePanel::focusFindBox() {

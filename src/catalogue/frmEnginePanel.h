@@ -4,6 +4,7 @@
 #include <QWidget>
 
 #include <memory>
+#include <string>
 
 class QAbstractButton;
 class QAction;
@@ -39,6 +40,10 @@ class frmEnginePanel final : public QWidget {
     // Puts the cursor into the find box.
     void focusFindBox();
 
+  Q_SIGNALS:
+    // The user wants to see what would be sent to the engine.
+    void previewWanted(const std::string& engine);
+
   protected:
     void resizeEvent(QResizeEvent* event) override;
 
@@ -49,6 +54,7 @@ class frmEnginePanel final : public QWidget {
     void connectButtons();
     void followSelections();
     void stackButtons();
+    void offerPreview();
 
     std::unique_ptr<Ui::frmEnginePanel> m_ui;
     EngineLists* m_lists = nullptr;

@@ -6,10 +6,12 @@
 #include "cli/EnginesCommands.h"
 #include "cli/EnginesInstallCommand.h"
 #include "cli/ExitCode.h"
+#include "cli/MetaCommands.h"
 #include "cli/PracticeCommand.h"
 #include "cli/PreviewCommand.h"
 #include "cli/SubmitCommand.h"
 #include "cli/WebsiteCommands.h"
+#include "cli/WebsiteWebCommands.h"
 #include "core/Failure.h"
 #include "core/Text.h"
 
@@ -124,6 +126,8 @@ class Parser final {
         add<WebsiteAddUrlCommand>(website);
         add<WebsiteImportUrlsCommand>(website);
         add<WebsiteExportUrlsCommand>(website);
+        add<WebsiteUrlsFromWebCommand>(website);
+        add<WebsiteDetailsCommand>(website);
         CLI::App& engines = addGroup("engines", "List, check and install the engine catalogue",
                                      "--home try engines install --practice\n"
                                      "--home try engines list --country DE\n"
@@ -131,6 +135,13 @@ class Parser final {
         add<EnginesListCommand>(engines);
         add<EnginesCheckCommand>(engines);
         add<EnginesInstallCommand>(engines);
+        CLI::App& meta = addGroup("meta", "Read and change the meta tags of pages",
+                                  "meta show index.html\n"
+                                  "meta replace index.html --title 'Paper Shop' --keywords 'paper, pens' "
+                                  "--description 'Paper and pens' --dry-run");
+        add<MetaShowCommand>(meta);
+        add<MetaInsertCommand>(meta);
+        add<MetaReplaceCommand>(meta);
         add<PreviewCommand>(m_app);
         add<SubmitCommand>(m_app);
         add<PracticeCommand>(m_app);

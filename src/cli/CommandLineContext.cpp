@@ -23,6 +23,11 @@ std::string joined(const std::vector<std::string>& arguments) {
     }
     return line;
 }
+
+// The text as one word of a shell's command line.
+std::string shellWord(std::string_view text) {
+    return "'" + replaceAll(text, "'", "'\\''") + "'";
+}
 }  // namespace
 
 CommandLineContext::CommandLineContext(Console& console, const std::vector<std::string>& arguments)
@@ -90,8 +95,9 @@ bool CommandLineContext::load(bool (Catalogue::*step)()) {
     const bool present = catalogue.engineDataPresent();
     if (present && (catalogue.*step)()) return true;
     if (!present) m_prompts.message(kMissingDataNotice, kApplication, Icon::Information);
+    const std::string sameHome = homeOption.empty() ? "" : "--home " + shellWord(homeOption) + " ";
     warn("No engines could be loaded from " + home().paths.WindowsPath +
-         "\nTo install the program's catalogue, run: korvel-relay-cli engines install");
+         "\nTo install the program's catalogue, run: korvel-relay-cli " + sameHome + "engines install");
     return false;
 }
 

@@ -14,9 +14,6 @@
 
 namespace relay {
 
-// Shown instead of a hidden password.
-inline constexpr std::string_view kHiddenPassword = "********";
-
 // What the commands share: the console, the common options, and the home.
 class CommandLineContext final {
   public:

@@ -82,4 +82,8 @@ bool ConsolePrompts::openWithSystem(std::string_view) {
     return false;
 }
 
+bool ConsolePrompts::viewText(std::string_view) {
+    return false;
+}
+
 }  // namespace relay

@@ -33,6 +33,7 @@ class ConsolePrompts final : public Prompts {
     FileChoice saveFile(std::string_view filter, std::string_view folder, std::string_view name) override;
     // Opens nothing.
     bool openWithSystem(std::string_view target) override;
+    bool viewText(std::string_view file) override;
     void beep() override {}
     void busy(bool) override {}
     void status(std::string_view) override {}

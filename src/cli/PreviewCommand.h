@@ -14,8 +14,6 @@ class PreviewCommand final : public Command {
     int execute() override;
 
   private:
-    std::string chosenUrl() const;
-
     std::string m_website;
     std::string m_engine;
     std::string m_url;

@@ -9,6 +9,7 @@
 #include "core/Failure.h"
 #include "core/FileSystem.h"
 #include "core/IniFile.h"
+#include "core/Paths.h"
 #include "core/Trap.h"
 #include "projects/WebsiteKeys.h"
 #include "submission/SubmissionController.h"

@@ -5,14 +5,13 @@
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
 #include "cli/Table.h"
+#include "cli/WebsiteEditing.h"
 #include "core/Failure.h"
 #include "core/FileStore.h"
-#include "core/FolderLock.h"
 #include "core/IniFile.h"
 #include "core/JsonLine.h"
 #include "core/Text.h"
 #include "projects/UrlList.h"
-#include "projects/WebsiteCheck.h"
 #include "projects/WebsiteFile.h"
 #include "projects/WebsiteKeys.h"
 
@@ -21,7 +20,6 @@
 #include <fstream>
 #include <functional>
 #include <istream>
-#include <limits>
 #include <ostream>
 #include <string>
 #include <termios.h>
@@ -32,7 +30,6 @@ namespace relay {
 namespace {
 
 constexpr std::size_t kLongestPassword = 4096;  // bytes read from a pipe
-constexpr int kMostUrls = std::numeric_limits<std::int16_t>::max();
 
 // Hides what is typed at the terminal while this object lives.
 class HiddenInput final {
@@ -53,14 +50,6 @@ class HiddenInput final {
     termios m_before{};
     bool m_hidden;
 };
-
-void addFileOption(CLI::App& app, std::string& file, const char* about = "The website file") {
-    app.add_option("FILE", file, about)->required()->type_name("");
-}
-
-void requireFile(const std::string& file) {
-    requireWebsite(file, " \"website set\" makes one.");
-}
 
 std::string settableKeys() {
     std::string names;
@@ -84,15 +73,6 @@ std::string numbered(std::string_view name, int number) {
     return std::string(name) + std::to_string(number);
 }
 
-// Reads the lists of a website file; a failure names the file.
-void readLists(const std::string& path, const std::function<void()>& read) {
-    try {
-        read();
-    } catch (const Failure& failure) {
-        throw Failure(path + ": its number of URLs or reports is wrong (" + failure.what() + ")");
-    }
-}
-
 struct ReportEntry final {
     std::string url;
     std::string date;
@@ -109,20 +89,6 @@ std::vector<ReportEntry> readReports(const IniFile& file) {
         if (!entry.url.empty() && !entry.reportFile.empty()) reports.push_back(std::move(entry));
     }
     return reports;
-}
-
-// Changes the URL list of a website file under one lock, so that two programs lose nothing.
-void changeUrls(const std::string& path, const std::function<void(Rows& urls)>& change) {
-    requireFile(path);
-    const FolderLock lock(path);
-    IniFile file = IniFile::load(path);
-    Rows urls;
-    readLists(path, [&] { readUrls(file, urls); });
-    change(urls);
-    if (urls.count() > kMostUrls)
-        throw Failure(path + ": a website file has at most " + std::to_string(kMostUrls) + " URLs.");
-    writeUrls(file, urls);
-    file.save(path, Readable::OwnerOnly);
 }
 
 void checkUrl(const std::string& url) {
@@ -241,7 +207,7 @@ std::vector<KeyValue> WebsiteSetCommand::wantedValues() {
 
 int WebsiteSetCommand::execute() {
     const std::vector<KeyValue> values = wantedValues();
-    for (const KeyValue& entry : values) noteLosses(entry);
+    for (const KeyValue& entry : values) noteLosses(context(), entry);
     setKeys(m_file, values);
     const bool filed = std::any_of(values.begin(), values.end(), [](const KeyValue& entry) {
         return entry.key == "MainCategory" || entry.key == "Category";
@@ -264,17 +230,6 @@ void WebsiteSetCommand::noteStrangeCategory() {
                        (main.empty() ? "." : " in \"" + main + "\"."));
 }
 
-// Warns about the parts of a value that the file or the engines do not take.
-void WebsiteSetCommand::noteLosses(const KeyValue& entry) {
-    const bool joined = settableKey(entry.key).kind == WebsiteKeyKind::OneLine;
-    const std::string line = joined ? removeCrLf(entry.value) : entry.value;
-    if (firstLine(line).size() < line.size()) context().note(entry.key + ": only the first line is used.");
-    if (line.size() > IniFile::kShortLimit)
-        context().note(entry.key + ": only the first " + std::to_string(IniFile::kShortLimit) +
-                       " bytes are used.");
-    if (breaksGet(line)) context().note(entry.key + std::string(kBreaksGet));
-}
-
 WebsiteAddUrlCommand::WebsiteAddUrlCommand(CLI::App& parent, CommandLineContext& context)
     : Command(parent, context, "add-url", "Add URLs to a website",
               "website add-url shop.kws http://shop.example/ http://shop.example/pens.html") {
@@ -284,11 +239,7 @@ WebsiteAddUrlCommand::WebsiteAddUrlCommand(CLI::App& parent, CommandLineContext&
 
 int WebsiteAddUrlCommand::execute() {
     std::for_each(m_urls.begin(), m_urls.end(), checkUrl);
-    for (const std::string& url : m_urls) {
-        if (url.size() > IniFile::kShortLimit)
-            context().warn("Only the first " + std::to_string(IniFile::kShortLimit) +
-                           " bytes are used: " + url.substr(0, 60) + " ...");
-    }
+    for (const std::string& url : m_urls) noteLongUrl(context(), url);
     changeUrls(m_file, [&](Rows& urls) {
         for (const std::string& url : m_urls) {
             if (!addNewItem(urls, url)) context().note("Already there: " + url);
@@ -317,7 +268,7 @@ int WebsiteImportUrlsCommand::execute() {
         added = urls.count() - before;
     });
     if (!loaded) return kCouldNotRun;
-    context().note(std::to_string(added) + (added == 1 ? " URL added." : " URLs added."));
+    noteAdded(context(), added);
     return kSucceeded;
 }
 

@@ -32,7 +32,6 @@ class WebsiteSetCommand final : public Command {
   private:
     std::vector<KeyValue> wantedValues();
     std::string readPassword();
-    void noteLosses(const KeyValue& entry);
     void noteStrangeCategory();
 
     std::string m_file;

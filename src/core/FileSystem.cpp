@@ -51,4 +51,23 @@ bool folderExists(std::string_view path) noexcept {
     return statusOf(path, status) && S_ISDIR(status.st_mode);
 }
 
+FolderContent listFolder(const std::string& folder, std::error_code& error) {
+    namespace fs = std::filesystem;
+    FolderContent content;
+    error.clear();
+    fs::directory_iterator entries(folder, error);
+    for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
+        std::string name = entries->path().filename().string();
+        if (name.starts_with('.')) continue;
+        std::error_code vanished;
+        if (entries->is_directory(vanished))
+            content.folders.push_back(std::move(name));
+        else if (entries->is_regular_file(vanished))
+            content.files.push_back(std::move(name));
+    }
+    std::sort(content.files.begin(), content.files.end());
+    std::sort(content.folders.begin(), content.folders.end());
+    return content;
+}
+
 }  // namespace relay

@@ -3,6 +3,8 @@
 
 #include <string>
 #include <string_view>
+#include <system_error>
+#include <vector>
 
 namespace relay {
 
@@ -13,5 +15,13 @@ std::string absolutePath(std::string_view path);
 void makeFolder(const std::string& folder, unsigned mode = 0755);
 bool fileExists(std::string_view path) noexcept;  // a regular file, or a link to one
 bool folderExists(std::string_view path) noexcept;
+
+// The names in a folder, sorted by their bytes, without hidden ones; a link counts as what it leads to.
+struct FolderContent final {
+    std::vector<std::string> folders;
+    std::vector<std::string> files;
+};
+// `error` is set when the folder cannot be read.
+FolderContent listFolder(const std::string& folder, std::error_code& error);
 
 }  // namespace relay

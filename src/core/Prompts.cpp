@@ -19,9 +19,12 @@ std::string_view extensionOf(std::string_view filters, int index) {
 }
 }  // namespace
 
+std::string cannotOpenText(std::string_view target) {
+    return "This system has no program that opens\r\n" + std::string(target);
+}
+
 void openOrTell(Prompts& prompts, std::string_view target, std::string_view title) {
-    if (prompts.openWithSystem(target)) return;
-    prompts.message("This system has no program that opens\r\n" + std::string(target), title, Icon::Critical);
+    if (!prompts.openWithSystem(target)) prompts.message(cannotOpenText(target), title, Icon::Critical);
 }
 
 std::string ShowFileDialog(Prompts& prompts, bool save, std::string_view filter, std::string_view folder,

@@ -29,8 +29,11 @@ class Prompts {
     // `filter` is "Name|*.a;*.b|Name|*.c"; `folder` is where the dialog opens (empty: the last one used).
     virtual FileChoice openFile(std::string_view filter, std::string_view folder) = 0;
     virtual FileChoice saveFile(std::string_view filter, std::string_view folder, std::string_view name) = 0;
-    // Hands a file or a web address to the system's handler; false when there is none.
+    // Hands a file or a web address to the system's handler; false when there is none. A handler that fails
+    // later is reported by the prompts themselves.
     virtual bool openWithSystem(std::string_view target) = 0;
+    // Opens a local file in the system's program for text, whatever its type; false when there is none.
+    virtual bool viewText(std::string_view file) = 0;
     virtual void beep() = 0;
     virtual void busy(bool on) = 0;
     virtual void status(std::string_view text) = 0;
@@ -38,6 +41,8 @@ class Prompts {
     virtual void notice(std::string_view) {}
 };
 
+// The message for a file or a web address that the system cannot open.
+std::string cannotOpenText(std::string_view target);
 // Opens a file or a web address with the system's handler; shows a message when there is none.
 void openOrTell(Prompts& prompts, std::string_view target, std::string_view title);
 

@@ -3,6 +3,7 @@
 
 #include "core/Failure.h"
 #include "core/ScreenText.h"
+#include "core/Text.h"
 
 #include <algorithm>
 #include <numeric>
@@ -188,7 +189,7 @@ void Rows::change(int row, Edit&& edit) {
     Row edited(entry(row).view());
     edit(edited);
     entry(row) = ownEntry(edited);
-    changed(row);
+    changed(row, Qt::DisplayRole);
 }
 
 void Rows::setSubItem(int row, int column, std::string text) {
@@ -210,12 +211,12 @@ void Rows::setTag(int row, std::string tag) {
 
 void Rows::setChecked(int row, bool on) {
     entry(row).checked = on;
-    changed(row);
+    changed(row, Qt::CheckStateRole);
 }
 
 void Rows::setHighlighted(int row, bool on) {
     entry(row).highlighted = on;
-    changed(row);
+    changed(row, HighlightRole);
 }
 
 void Rows::clearHighlights() {
@@ -249,11 +250,20 @@ void Rows::sort(int column, Qt::SortOrder order) {
     if (notifies()) Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
     std::vector<std::size_t> places(m_rows.size());
     std::iota(places.begin(), places.end(), std::size_t{0});
-    std::stable_sort(places.begin(), places.end(),
-                     [this, by = static_cast<std::size_t>(column)](auto a, auto b) {
-                         const int compared = compareNoCase(m_rows[a].text(by), m_rows[b].text(by));
-                         return m_ascending ? compared < 0 : compared > 0;
-                     });
+    const auto by = static_cast<std::size_t>(column);
+    if (isNumberColumn(column)) {
+        std::vector<double> numbers;
+        numbers.reserve(m_rows.size());
+        for (const Entry& row : m_rows) numbers.push_back(leadingNumber(row.text(by)));
+        std::stable_sort(places.begin(), places.end(), [&](auto a, auto b) {
+            return m_ascending ? numbers[a] < numbers[b] : numbers[a] > numbers[b];
+        });
+    } else {
+        std::stable_sort(places.begin(), places.end(), [&](auto a, auto b) {
+            const int compared = compareNoCase(m_rows[a].text(by), m_rows[b].text(by));
+            return m_ascending ? compared < 0 : compared > 0;
+        });
+    }
     forgetKeys();
     std::vector<Entry> sorted;
     sorted.reserve(places.size());
@@ -288,6 +298,9 @@ QVariant Rows::data(const QModelIndex& index, int role) const {
         case Qt::CheckStateRole:
             if (!m_checkable || index.column() != 0) return {};
             return row.checked ? Qt::Checked : Qt::Unchecked;
+        case Qt::TextAlignmentRole:
+            if (!isNumberColumn(index.column())) return {};
+            return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
         case IconRole:
             return toScreen(row.source().icon(row.record.get()));
         case KeyRole:
@@ -311,7 +324,10 @@ bool Rows::setData(const QModelIndex& index, const QVariant& value, int role) {
 }
 
 QVariant Rows::headerData(int section, Qt::Orientation orientation, int role) const {
-    if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
+    if (orientation != Qt::Horizontal) return {};
+    if (role == Qt::TextAlignmentRole && isNumberColumn(section))
+        return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
+    if (role != Qt::DisplayRole) return {};
     if (section < 0 || static_cast<std::size_t>(section) >= m_titles.size()) return {};
     return toScreen(columnTitle(section));
 }
@@ -322,8 +338,12 @@ Qt::ItemFlags Rows::flags(const QModelIndex& index) const {
     return flags;
 }
 
-void Rows::changed(int row) {
-    if (notifies()) Q_EMIT dataChanged(index(row, 0), index(row, columnCount() - 1));
+void Rows::changed(int row, int role) {
+    if (notifies()) Q_EMIT dataChanged(index(row, 0), index(row, columnCount() - 1), {role});
+}
+
+bool Rows::isNumberColumn(int column) const {
+    return std::find(m_numberColumns.begin(), m_numberColumns.end(), column) != m_numberColumns.end();
 }
 
 }  // namespace relay

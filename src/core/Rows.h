@@ -47,6 +47,8 @@ class Rows final : public QAbstractTableModel {
     const std::string& columnTitle(int column) const;
     // Whether column 0 has check boxes.
     void setCheckable(bool on) { m_checkable = on; }
+    // Columns of numbers: sorted as numbers and aligned to the right.
+    void setNumberColumns(std::vector<int> columns) { m_numberColumns = std::move(columns); }
 
     int count() const noexcept { return static_cast<int>(m_rows.size()); }
     bool empty() const noexcept { return m_rows.empty(); }
@@ -138,13 +140,16 @@ class Rows final : public QAbstractTableModel {
     }
     void findKeys() const;
     void forgetKeys() noexcept;
-    void changed(int row);
+    // The role tells a change of the highlight flag from other changes.
+    void changed(int row, int role);
+    bool isNumberColumn(int column) const;
     bool notifies() const noexcept { return m_batch == 0; }
 
     std::vector<Entry> m_rows;
     std::vector<std::string> m_titles;
     mutable KeySet m_keys;  // of the first m_keyed rows, by row number
     mutable std::size_t m_keyed = 0;
+    std::vector<int> m_numberColumns;
     bool m_checkable = false;
     int m_batch = 0;
     int m_sortedColumn = -1;

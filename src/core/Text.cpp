@@ -8,6 +8,7 @@
 #include <bitset>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 #include <limits>
 
 namespace relay {
@@ -182,11 +183,45 @@ std::string GetToken(std::string_view text, char delimiter, int n) {
 }
 
 std::string CleanLineBreaks(std::string_view text) {
-    std::string result = replaceAll(text, "\r\n", " ");
-    result = replaceAll(result, "\r", " ");
-    result = replaceAll(result, "\n", " ");
-    result = replaceAll(result, "  ", " ");
-    return replaceAll(result, "   ", "");
+    std::string line(text);
+    cleanLineBreaks(line);
+    return line;
+}
+
+// One blank for each line break, then one for two blanks, then none for three: a run of n is left with half
+// of n, rounded up, modulo 3. Only the places where that changes something are looked for, as most blanks
+// stand alone.
+void cleanLineBreaks(std::string& text) {
+    const std::string_view all = text;
+    std::size_t pair = 0;
+    std::size_t cr = 0;
+    std::size_t lf = 0;
+    std::size_t kept = 0;  // bytes of the result
+    std::size_t at = 0;    // the first byte that is not in it
+    const auto next = [&](std::size_t& place, std::string_view what) {
+        if (place != npos && (place < at || at == 0))
+            place = what.size() == 1 ? all.find(what[0], at) : findNoCase(all, what, at);
+    };
+    const auto keep = [&](std::size_t end) {
+        if (kept != at) std::memmove(text.data() + kept, text.data() + at, end - at);
+        kept += end - at;
+        at = end;
+    };
+    for (;;) {
+        next(pair, "  ");
+        next(cr, "\r");
+        next(lf, "\n");
+        std::size_t run = std::min({pair, cr, lf});
+        if (run == npos) break;
+        if (run > at && all[run - 1] == ' ') --run;
+        keep(run);
+        std::size_t blanks = 0;
+        for (; at < all.size() && (all[at] == ' ' || all[at] == '\r' || all[at] == '\n'); ++at)
+            if (all[at] != '\n' || at == run || all[at - 1] != '\r') ++blanks;
+        for (std::size_t left = (blanks + 1) / 2 % 3; left > 0; --left) text[kept++] = ' ';
+    }
+    keep(all.size());
+    text.resize(kept);
 }
 
 void SplitAtPipe(std::string& text, std::string& rest) {
@@ -232,6 +267,13 @@ Utf8Character firstUtf8Character(std::string_view text) noexcept {
     const bool overlong = (length == 3 && code < 0x800) || (length == 4 && code < 0x10000);
     if (overlong || (code >= 0xD800 && code < 0xE000) || code > 0x10FFFF) return {};
     return {code, length};
+}
+
+std::size_t characterCount(std::string_view text) noexcept {
+    std::size_t count = 0;
+    for (; !text.empty(); ++count)
+        text.remove_prefix(std::max<std::size_t>(firstUtf8Character(text).length, 1));
+    return count;
 }
 
 bool isControlCharacter(char32_t code) noexcept {

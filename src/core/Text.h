@@ -51,7 +51,9 @@ std::int16_t toInt16(double value);
 std::string_view left(std::string_view text, std::size_t n) noexcept;
 
 std::string GetToken(std::string_view text, char delimiter, int n);
+// The text on one line.
 std::string CleanLineBreaks(std::string_view text);
+void cleanLineBreaks(std::string& text);  // in place
 // Splits at the first pipe: `text` keeps what comes before it, `rest` receives what comes after it, or
 // nothing.
 void SplitAtPipe(std::string& text, std::string& rest);
@@ -67,6 +69,9 @@ struct Utf8Character final {
     std::size_t length = 0;
 };
 Utf8Character firstUtf8Character(std::string_view text) noexcept;
+
+// How many characters a reader sees: a byte outside valid UTF-8 is one.
+std::size_t characterCount(std::string_view text) noexcept;
 
 // True for characters that must not reach a terminal, a log or a table unescaped, because they control the
 // terminal, break the line or change the text direction: controls (U+0000 to U+001F, U+007F to U+009F), line

@@ -204,4 +204,20 @@ std::string URLToFileName(std::string_view url) {
     return name;
 }
 
+std::string withScheme(std::string_view address) {
+    return (address.find("://") == npos ? "http://" : "") + std::string(address);
+}
+
+std::optional<std::string> localPath(
+    std::string_view text, TypedIn where,
+    const std::function<std::optional<std::string>(const char*)>& environment) {
+    if (where == TypedIn::CommandLine) {
+        if (startsWithNoCase(text, "http://") || startsWithNoCase(text, "https://")) return std::nullopt;
+        return std::string(text);
+    }
+    if (text.starts_with('/')) return std::string(text);
+    if (!text.starts_with("~/")) return std::nullopt;
+    return environment("HOME").value_or("~") + std::string(text.substr(1));
+}
+
 }  // namespace relay

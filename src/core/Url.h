@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/Paths.h"
+
+#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -18,5 +22,19 @@ std::string GetURLDirectory(std::string_view url);
 // A name without folders for report and result files. Control bytes stay: pass the name through safeFileName
 // before using it as a path.
 std::string URLToFileName(std::string_view url);
+
+// The address as it can be requested: "http://" in front of one without "://".
+std::string withScheme(std::string_view address);
+
+// Where a text that may be a web address or a local file was typed.
+enum class TypedIn {
+    Field,        // a file begins with "/" or "~/", where "~" is the user's home folder
+    CommandLine,  // a web address begins with "http://" or "https://"; all else is a file, as the shell left
+                  // it
+};
+// The path of the local file that the text names, or nullopt for a web address.
+std::optional<std::string> localPath(
+    std::string_view text, TypedIn where,
+    const std::function<std::optional<std::string>(const char*)>& environment = environmentVariable);
 
 }  // namespace relay

@@ -11,7 +11,7 @@ namespace relay {
 
 namespace {
 
-constexpr std::array<PracticePage, 3> kPages = {receivedPage, enginePage, outcomePage};
+constexpr std::array<PracticePage, 4> kPages = {receivedPage, enginePage, sitePage, outcomePage};
 
 constexpr std::string_view kStyle = R"(:root { color-scheme: light dark; }
 body { font: 16px/1.5 system-ui, sans-serif; max-width: 72rem; margin: 2rem auto; padding: 0 1rem; }

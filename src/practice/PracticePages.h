@@ -30,8 +30,14 @@ std::optional<PracticeReply> enginePage(const PracticeRequest& request, Practice
 // Paths whose last word names an outcome; submissions to them are stored.
 std::optional<PracticeReply> outcomePage(const PracticeRequest& request, PracticeSite& site);
 
+// "/site/": a small web site, with a page of links of every shape.
+std::optional<PracticeReply> sitePage(const PracticeRequest& request, PracticeSite& site);
+
 // Tries every kind of page in turn; 404 if none matches.
 PracticeReply answer(const PracticeRequest& request, PracticeSite& site);
+
+// "meta/NAME.html" of the site: pages with meta tags of every shape; nullopt for any other name.
+std::optional<PracticeReply> metaTagPage(std::string_view name);
 
 std::string escapeHtml(std::string_view text);  // the five characters; bytes that are not UTF-8 as \xNN
 // A whole page of the practice web around its content, which must be HTML.

@@ -4,8 +4,10 @@
 #include "catalogue/Catalogue.h"
 #include "core/FileSystem.h"
 #include "core/Prompts.h"
+#include "core/Services.h"
 #include "core/Text.h"
 #include "core/Trap.h"
+#include "pagetools/PageFiles.h"
 
 #include <functional>
 
@@ -16,8 +18,8 @@ constexpr std::string_view kHtmlFilter =
     "HTML files (*.htm;*.html)|*.htm;*.html|Text files (*.txt)|*.txt|All Files (*.*)|*.*|";
 }  // namespace
 
-OpenWebsite::OpenWebsite(Catalogue& catalogue, Prompts& prompts)
-    : m_catalogue(catalogue), m_prompts(prompts), m_file(prompts) {}
+OpenWebsite::OpenWebsite(Catalogue& catalogue, const Services& services)
+    : m_services(services), m_catalogue(catalogue), m_prompts(services.prompts), m_file(services.prompts) {}
 
 void OpenWebsite::open(const std::string& path) {
     noteFilled(load(path));
@@ -130,10 +132,36 @@ std::size_t OpenWebsite::fingerprint() {
 
 void OpenWebsite::chooseURL(int row) {
     fields.txtURLFileLocation = std::string(fields.lsvSiteURLs.at(row).tag);
+    const std::string head = fileExists(fields.txtURLFileLocation)
+                                 ? getHTMLSection(m_services, fields.txtURLFileLocation, HtmlPart::Head)
+                                 : std::string();
     fields.txtURLTitle.clear();
     fields.txtURLKeyword.clear();
     fields.txtURLDescription.clear();
+    showMetaTag(head);
     Q_EMIT fieldsChanged();
+}
+
+void OpenWebsite::getMetaTag(std::string_view html) {
+    m_prompts.status({});
+    showMetaTag(html);
+    Q_EMIT fieldsChanged();
+}
+
+void OpenWebsite::showMetaTag(std::string_view html) {
+    if (html.empty()) return;
+    trap(m_prompts, "Module: getMetaTag\r\n", [&] {
+        PageTexts page;
+        readMetaTag(m_services, html, page);
+        const auto show = [](std::string& field, std::string text, std::string& label, const char* name) {
+            field = std::move(text);
+            label = std::string(name) + ": (" + std::to_string(characterCount(field)) + " chars)";
+        };
+        show(fields.txtURLTitle, CleanLineBreaks(page.tags.title), fields.lblURLTitle, "Title");
+        show(fields.txtURLKeyword, std::move(page.tags.keywords), fields.lblURLKeyword, "Keywords");
+        show(fields.txtURLDescription, std::move(page.tags.description), fields.lblURLDescription,
+             "Description");
+    });
 }
 
 void OpenWebsite::openFileLocation() {

@@ -6,11 +6,13 @@
 #include <QObject>
 
 #include <string>
+#include <string_view>
 
 namespace relay {
 
 class Catalogue;
 class Prompts;
+struct Services;
 
 // The website in the panel: its fields, its part of the catalogue (the two category lists and the custom
 // engines' table), and the user's operations on them. A file that another program changed since it was read,
@@ -19,7 +21,7 @@ class Prompts;
 class OpenWebsite final : public QObject {
     Q_OBJECT
   public:
-    OpenWebsite(Catalogue& catalogue, Prompts& prompts);
+    OpenWebsite(Catalogue& catalogue, const Services& services);
 
     WebsiteFields fields;
 
@@ -42,9 +44,12 @@ class OpenWebsite final : public QObject {
     // use.
     void takeSelectedCategory();
 
-    // A click on a row of lsvSiteURLs: shows its local file in the work area beside the list and empties the
-    // other fields there.
+    // A click on a row of lsvSiteURLs: shows its local file in the work area beside the list, and the meta
+    // tags of that file's head, or nothing if there are none.
     void chooseURL(int row);
+    // Fills the work area with the meta tags of a page and counts their characters; an empty page changes
+    // nothing.
+    void getMetaTag(std::string_view html);
     // cmdFileLocation: asks for an HTML file; if it exists, it becomes the local file of the selected URL.
     void openFileLocation();
     // cmdViewReport: opens the selected report in the system's handler.
@@ -57,6 +62,7 @@ class OpenWebsite final : public QObject {
     void fieldsChanged();
 
   private:
+    void showMetaTag(std::string_view html);
     bool load(const std::string& path);
     bool write(const std::string& path, SaveOver over);
     void emptyFields();
@@ -65,6 +71,7 @@ class OpenWebsite final : public QObject {
     bool askToSaveOver(const std::string& path) const;
     bool giveUpTyped(const std::string& path);
 
+    const Services& m_services;
     Catalogue& m_catalogue;
     Prompts& m_prompts;
     WebsiteFile m_file;

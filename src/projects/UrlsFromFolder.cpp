@@ -2,40 +2,20 @@
 #include "projects/UrlsFromFolder.h"
 
 #include "core/Failure.h"
+#include "core/FileSystem.h"
 #include "core/Prompts.h"
 #include "core/Text.h"
 #include "core/Trap.h"
 #include "projects/UrlList.h"
 
-#include <algorithm>
-#include <filesystem>
-
 namespace relay {
 
 namespace {
 
-struct FolderContent final {
-    std::vector<std::string> files;
-    std::vector<std::string> folders;
-};
-
 FolderContent contentOf(const std::string& folder) {
-    namespace fs = std::filesystem;
-    FolderContent content;
     std::error_code error;
-    fs::directory_iterator entries(folder, error);
-    for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
-        const std::string name = entries->path().filename().string();
-        if (name.starts_with('.')) continue;
-        std::error_code vanished;
-        if (entries->is_directory(vanished))
-            content.folders.push_back(name);
-        else if (entries->is_regular_file(vanished))
-            content.files.push_back(name);
-    }
+    FolderContent content = listFolder(folder, error);
     if (error) throw Failure(folder + ": " + error.message());
-    std::sort(content.files.begin(), content.files.end());
-    std::sort(content.folders.begin(), content.folders.end());
     return content;
 }
 

@@ -6,6 +6,7 @@
 #include "core/Trap.h"
 #include "core/Url.h"
 #include "projects/UrlList.h"
+#include "transport/frmHTTP.h"
 
 #include <algorithm>
 
@@ -13,6 +14,8 @@ namespace relay {
 
 namespace {
 
+constexpr std::string_view kPurpose = "AddURLFromWeb";
+constexpr std::string_view kTitle = "Add URL from Web";
 constexpr std::string_view kAttribute = "href=";
 constexpr std::string_view kParent = "../";
 
@@ -28,14 +31,54 @@ std::string_view bareLink(std::string_view link) {
 
 }  // namespace
 
+UrlsFromPage::UrlsFromPage(Rows& urls, frmHTTP& fetcher, Prompts& prompts)
+    : m_urls(urls), m_fetcher(fetcher), m_prompts(prompts) {
+    const auto fail = [this](const std::string& words) {
+        Q_EMIT statusChanged({});
+        if (!words.empty()) m_prompts.message(words, kTitle, Icon::Information);
+        Q_EMIT ended(false, words);
+    };
+    m_fetcher.setConsumer(
+        kPurpose, {[this, fail](const FetchReply& reply) {
+                       reply.isPage() ? takeReply(reply) : fail(fetchProblem(reply));
+                   },
+                   [fail](const FetchReply& reply) { fail(fetchProblem(reply)); }, [fail] { fail({}); }});
+}
+
+UrlsFromPage::~UrlsFromPage() {
+    m_fetcher.removeConsumer(kPurpose);
+    cancel();
+}
+
 bool UrlsFromPage::addFilter(std::string_view text) {
     if (text.empty()) {
-        m_prompts.message("Please enter a Filter string you want to add.", "Add URL from Web",
-                          Icon::Information);
+        m_prompts.message("Please enter a Filter string you want to add.", kTitle, Icon::Information);
         return false;
     }
     lstKeywords.emplace_back(text);
     return true;
+}
+
+bool UrlsFromPage::fetchPage(std::string_view txtWebURL) {
+    if (m_fetcher.isRunning()) return false;
+    const std::string url = setPage(txtWebURL);
+    Q_EMIT statusChanged("Connecting to : " + url);
+    return m_fetcher.fetch(kPurpose, url);
+}
+
+bool UrlsFromPage::isFetching() const {
+    return m_fetcher.isRunning(kPurpose);
+}
+
+void UrlsFromPage::cancel() {
+    if (isFetching()) m_fetcher.Disconnect();
+}
+
+void UrlsFromPage::takeReply(const FetchReply& reply) {
+    getURL(reply.text);
+    const std::string problem = fetchProblem(reply);
+    if (!problem.empty()) m_prompts.message(problem, kTitle, Icon::Information);
+    Q_EMIT ended(true, problem);
 }
 
 std::string UrlsFromPage::setPage(std::string_view txtWebURL) {
@@ -45,7 +88,7 @@ std::string UrlsFromPage::setPage(std::string_view txtWebURL) {
 }
 
 void UrlsFromPage::getURL(std::string_view html) {
-    m_prompts.status("Resolving data ......");
+    Q_EMIT statusChanged("Resolving data ......");
     const BusyPointer busy(m_prompts);
     trap(
         m_prompts, "getURL_Error: ",
@@ -64,7 +107,7 @@ void UrlsFromPage::getURL(std::string_view html) {
             }
         },
         "Get URL");
-    m_prompts.status("Done");
+    Q_EMIT statusChanged("Done");
 }
 
 bool UrlsFromPage::passesFilters(std::string_view url) const {

@@ -7,6 +7,9 @@
 
 namespace relay {
 
+// Shown instead of a hidden password.
+inline constexpr std::string_view kHiddenPassword = "********";
+
 // Access to a website file by key, for the command line. The keys are those of kWebsiteKeys.
 
 // Throws Failure when there is no such file, with `hint` after the message, or when its folder may not be

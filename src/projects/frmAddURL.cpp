@@ -4,14 +4,13 @@
 #include "core/ScreenText.h"
 #include "projects/UrlsFromFolder.h"
 #include "ui_frmAddURL.h"
+#include "widgets/Drives.h"
 #include "widgets/Forms.h"
 #include "widgets/IconTheme.h"
 
 #include <QDir>
 #include <QFileIconProvider>
 #include <QFileSystemModel>
-#include <QStandardPaths>
-#include <QStorageInfo>
 
 namespace relay {
 
@@ -41,7 +40,8 @@ frmAddURL::frmAddURL(Rows& urls, Prompts& prompts, const std::string& folder, QW
     m_ui->Dir1->setSortingEnabled(true);
     m_ui->Dir1->sortByColumn(0, Qt::AscendingOrder);
     for (int column = 1; column < m_folders->columnCount(); ++column) m_ui->Dir1->hideColumn(column);
-    fillDrives(toScreen(folder));
+    m_ui->Drive1->addItem(tr("Program data"), toScreen(folder));
+    fillDrives(*m_ui->Drive1);
     showFolders(toScreen(folder));
     // Folders are loaded and sorted after the list is shown; until the user takes over, keep the chosen one
     // visible.
@@ -59,24 +59,6 @@ frmAddURL::frmAddURL(Rows& urls, Prompts& prompts, const std::string& folder, QW
 }
 
 frmAddURL::~frmAddURL() = default;
-
-// Where there are no drive letters, the drive list has the starting folder, the user's own folders and
-// mounted media.
-void frmAddURL::fillDrives(const QString& folder) {
-    m_ui->Drive1->addItem(tr("Program data"), folder);
-    m_ui->Drive1->addItem(tr("Home"), QDir::homePath());
-    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    if (documents != QDir::homePath() && QDir(documents).exists())
-        m_ui->Drive1->addItem(tr("Documents"), documents);
-    m_ui->Drive1->addItem(QDir::rootPath(), QDir::rootPath());
-    for (const QStorageInfo& volume : QStorageInfo::mountedVolumes()) {
-        const QString path = volume.rootPath();
-        const bool isMedium = path.startsWith(QStringLiteral("/media/")) ||
-                              path.startsWith(QStringLiteral("/run/media/")) ||
-                              path.startsWith(QStringLiteral("/mnt/"));
-        if (isMedium) m_ui->Drive1->addItem(path, path);
-    }
-}
 
 void frmAddURL::showFolders(const QString& folder) {
     const QModelIndex index = m_folders->index(folder);

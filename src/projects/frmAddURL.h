@@ -28,7 +28,6 @@ class frmAddURL final : public QDialog {
 
   private:
     void showFolders(const QString& folder);
-    void fillDrives(const QString& folder);
 
     std::unique_ptr<Ui::frmAddURL> m_ui;
     QFileSystemModel* m_folders;

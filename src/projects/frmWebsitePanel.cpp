@@ -198,6 +198,7 @@ void frmWebsitePanel::connectLists(Categories& categories) {
     connect(m_ui->lsvSiteURLs, &ListView::rowClicked, this, &frmWebsitePanel::urlChosen);
     connect(m_ui->lsvSiteURLs, &ListView::rowEntered, this, &frmWebsitePanel::urlChosen);
     connect(m_ui->lsvSiteURLs, &ListView::deletePressed, this, [this] { m_ui->DeleteURL->trigger(); });
+    connect(m_ui->cmdGetSiteInfo, &QPushButton::clicked, this, &frmWebsitePanel::getSiteInfo);
     connect(m_ui->cmdFileLocation, &QPushButton::clicked, this, &frmWebsitePanel::browseForLocalFile);
     connect(m_ui->lsvReports, &ListView::rowActivated, this, &frmWebsitePanel::viewReport);
     connect(m_ui->cmdViewReport, &QPushButton::clicked, this, &frmWebsitePanel::viewReport);

@@ -45,6 +45,7 @@ class frmWebsitePanel final : public QTabWidget {
     void edited();  // something that is saved may have changed
     void urlSelected(bool any);
     void urlChosen(int row);  // the row of lsvSiteURLs the user moved to
+    void getSiteInfo();
     void browseForLocalFile();
     void viewReport();
     void deleteReport();

@@ -20,6 +20,9 @@ namespace relay {
 
 namespace {
 
+constexpr std::string_view kConfirmSettings =
+    "Please confirm your setting above and click the 'Start' button:";
+
 // "##,##0"
 std::string grouped(double number) {
     std::string digits = std::to_string(std::llround(number));
@@ -114,7 +117,7 @@ void SubmissionController::selectAllSites(bool on) {
 bool SubmissionController::cmdNext() {
     if (!getSubmitSummary()) return false;
     m_run.beginDigests();
-    m_state.lblStart = "Please confirm your setting above and click the 'Start' button:";
+    m_state.lblStart = kConfirmSettings;
     m_state.progressValue = 0;
     m_state.page = 1;
     Q_EMIT stateChanged();
@@ -221,10 +224,12 @@ void SubmissionController::cmdRemove() {
         m_run.noteRemoved(row.tag, row.text);
         return true;
     });
+    if (isRunning()) m_run.countWork();
+    Q_EMIT stateChanged();
 }
 
 bool SubmissionController::cmdSubmit() {
-    if (m_state.cmdSubmit == "&Submit") {
+    if (m_state.offersSubmit()) {
         if (m_run.isUnderWay()) return false;
         m_state.lblSubmit = "Please wait while submitting ..... ";
         m_state.cmdSubmit = "&Stop";
@@ -263,6 +268,28 @@ void SubmissionController::viewReport() {
         const BusyPointer busy(m_services.prompts);
         openOrTell(m_services.prompts, path, "View Report");
     });
+}
+
+bool SubmissionController::mayShow(int page) const {
+    if (page == m_state.page) return true;
+    if (isRunning()) return false;
+    switch (page) {
+        case 0:
+            return true;
+        case 1:
+            return m_state.page > 1;
+        case 3:
+            return !m_state.lsvReport.empty();
+        default:
+            return false;  // only "Start" makes the list of URLs
+    }
+}
+
+void SubmissionController::showPage(int page) {
+    if (!mayShow(page)) return;
+    m_state.page = page;
+    if (page == 1) m_state.lblStart = kConfirmSettings;
+    Q_EMIT stateChanged();
 }
 
 bool SubmissionController::closing() {

@@ -72,10 +72,17 @@ class SubmissionController final : public QObject {
     // Removes its ledger.
     void forget(const CutOffRun& run);
 
+    // Shows a page the user chose, if it may be shown: earlier pages while no run is active, and the reports
+    // of the last run.
+    void showPage(int page);
+    bool mayShow(int page) const;
+
     // False if the user chose to stay. After true, the user hears nothing more of the run.
     bool closing();
 
     bool isRunning() const noexcept { return m_run.isRunning(); }
+    // The user pressed "Stop", and the run has not ended yet.
+    bool isStopping() const { return isRunning() && m_state.offersSubmit(); }
 
   Q_SIGNALS:
     void engineEnded(const relay::EngineEnded& ended);

@@ -13,7 +13,7 @@
 
 namespace relay {
 
-void SubmissionRun::tellLedgerFailed(const std::string& problem) {
+void SubmissionRun::reportLedgerFailure(const std::string& problem) {
     m_services.log.WriteErrorLog("Ledger: " + problem);
     Q_EMIT ledgerFailed(problem);
 }
@@ -74,7 +74,7 @@ void SubmissionRun::beginLedger() {
         const LedgerHead head{m_services.clock.now(), digests(plan), m_services.preference.BlockSpam != 0};
         m_ledger.begin(m_services.paths.AppPath, head, plan);
     });
-    if (failure) tellLedgerFailed(*failure);
+    if (failure) reportLedgerFailure(*failure);
 }
 
 // As if it had all happened in this run, URL by URL.

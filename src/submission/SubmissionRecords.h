@@ -11,7 +11,7 @@
 namespace relay {
 
 // The limit for URLs of a run and for engines: both are counted in 16 bits.
-inline constexpr int kMostOfWork = 32767;
+inline constexpr std::int16_t kMostOfWork = 32767;
 
 // Result classes of a submission, passed as 16-bit numbers; 0 is an engine that was never reached. The report
 // has words for classes 6 to 9, 11 and 12, but nothing sets them.

@@ -55,7 +55,8 @@ bool SubmissionRun::startRun() {
     const std::int16_t Connections = m_services.preference.Connections;
     // A list of failed engines that cannot be removed must not prevent a run.
     failureOf([&] { removeFile(m_services.paths.inApp("fail.eng")); });
-    m_services.prompts.status("Start submitting ...");
+    m_state.StatusBar1 = "Start submitting ...";
+    m_state.clock.clear();
     m_clsSubmit.sizeSockets(Connections);
     m_state.Done = 0;
     m_state.StartTime = m_services.clock.now();
@@ -72,6 +73,8 @@ bool SubmissionRun::startRun() {
     m_clsSubmit.LoadHTTPMXSocket(m_state.ActiveConnections);
     m_TimerSubmit.start();
     m_summary = {};
+    m_state.progressValue = 0;
+    countWork();
     m_reportsOfFile.clear();
     m_held = m_catalogue.hold();
     beginRecord();
@@ -87,12 +90,18 @@ std::int16_t SubmissionRun::connectionsToOpen() {
     const std::int16_t wanted = std::min(due, m_services.preference.Connections);
     const std::int16_t most = mostConnections();
     if (wanted <= most) return wanted;
-    if (!std::exchange(m_limitTold, true)) {
+    if (!std::exchange(m_limitShown, true)) {
         m_services.prompts.message("Opening " + std::to_string(most) + " of " + std::to_string(wanted) +
                                        " connections: the system limits the files this program may open.",
                                    "Submit", Icon::Information);
     }
     return most;
+}
+
+void SubmissionRun::countWork() {
+    m_state.progressMaximum = 0;
+    const Rows& urls = m_state.lsvSiteSubmitting;
+    for (int row = 0; row < urls.count(); ++row) m_state.progressMaximum += dueEngines(urls.at(row).key);
 }
 
 void SubmissionRun::beginURL() {
@@ -116,7 +125,7 @@ void SubmissionRun::submitEngine(std::int16_t Index, std::int16_t number) {
         m_state.EngineCounter = number;
         m_state.Running = -1;
         const int due = m_part ? static_cast<int>(m_part->due.size()) : m_clsSubmit.NumOfEngines();
-        m_services.prompts.status(std::to_string(due - number) + " engines remaining ...");
+        m_state.StatusBar1 = std::to_string(due - number) + " engines remaining ...";
         const std::int16_t EngineIndex =
             m_part ? m_part->due.at(static_cast<std::size_t>(number - 1)) : number;
         if (Index <= m_state.lsvConnections.count()) m_clsSubmit.Submitting(Index, EngineIndex);
@@ -139,7 +148,7 @@ void SubmissionRun::endRun() {
     QMetaObject::invokeMethod(
         this,
         [this] {
-            if (std::exchange(m_ended, false)) tellRunDone();
+            if (std::exchange(m_ended, false)) announceRunDone();
         },
         Qt::QueuedConnection);
 }
@@ -218,14 +227,14 @@ void SubmissionRun::setSubmitComplete() {
     trap(m_services.prompts, "Module: setSubmitComplete\r\n", [&] {
         m_state.offerSubmit();
         m_state.lsvSiteSubmitting.clear();
-        m_services.prompts.status("");
+        m_state.StatusBar1.clear();
         const QDateTime now = m_services.clock.now();
         for (int i = 1; i <= m_clsSubmit.socketCount(); ++i) m_clsSubmit.socket(i).LastDone = now;
         Q_EMIT stateChanged();
     });
 }
 
-void SubmissionRun::tellRunDone() {
+void SubmissionRun::announceRunDone() {
     trap(m_services.prompts, "Module : SubmitIt. ", [&] {
         m_services.prompts.beep();
         m_services.prompts.message("Submission done !", "Submit", Icon::Information);
@@ -238,7 +247,8 @@ void SubmissionRun::stopSubmission() {
     trap(m_services.prompts, "Module: stopSubmission\r\nError: ", [&] {
         const int last = std::min<int>(m_state.ActiveConnections, m_state.lsvConnections.count());
         for (int i = 1; i <= last; ++i) m_clsSubmit.cancel(static_cast<std::int16_t>(i));
-        m_services.prompts.status("Please wait while generating report ...");
+        m_state.StatusBar1 = "Please wait while generating report ...";
+        Q_EMIT stateChanged();
         if (m_state.URLIndex < 1 || m_state.URLIndex > m_state.lsvSiteSubmitting.count()) return;
         m_state.lsvSiteSubmitting.setSubItem(m_state.URLIndex - 1, 2, "Canceled");
         reportURL();
@@ -254,9 +264,9 @@ void SubmissionRun::TimerSubmit() {
         [&] {
             // Not negative after the clock was set back.
             const qint64 seconds = std::max<qint64>(m_state.StartTime.secsTo(m_services.clock.now()), 0);
-            m_services.prompts.status(std::to_string(seconds / 3600) + " :" +
-                                      std::to_string(seconds / 60 % 60) + " :" +
-                                      std::to_string(seconds % 60));
+            m_state.clock = std::to_string(seconds / 3600) + " :" + std::to_string(seconds / 60 % 60) + " :" +
+                            std::to_string(seconds % 60);
+            Q_EMIT stateChanged();
         },
         "Submit Timeout");
 }
@@ -271,6 +281,7 @@ void SubmissionRun::countResult(std::int16_t result) {
 }
 
 void SubmissionRun::countEnded(const EngineEnded& ended) {
+    ++m_state.progressValue;
     countResult(ended.result);
     const auto engine = static_cast<std::size_t>(ended.EngineIndex - 1);
     if (ended.EngineIndex > 0 && engine < m_clsSubmit.EngineTable().size()) {

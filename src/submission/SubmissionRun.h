@@ -49,6 +49,8 @@ class SubmissionRun final : public QObject {
     void forgetPrepared();
     // The user removed a URL that has not been started.
     void noteRemoved(std::string_view website, std::string_view URL);
+    // Sets the maximum of the progress bar to the requests of the run.
+    void countWork();
     // Starts the digests of the catalogue in the background; they are needed at the start of a run.
     void beginDigests();
     RunDigests digests(const RunPlan& plan);
@@ -90,7 +92,7 @@ class SubmissionRun final : public QObject {
     void endRun();
     bool setSiteSubmittingStatus(std::int16_t Row);
     void setSubmitComplete();
-    void tellRunDone();
+    void announceRunDone();
     void TimerSubmit();
     void countEnded(const EngineEnded& ended);
     void countResult(std::int16_t result);
@@ -107,9 +109,9 @@ class SubmissionRun final : public QObject {
     void writeLedger(Write&& write) {
         if (!m_ledger.isOpen()) return;
         write();
-        if (!m_ledger.isOpen()) tellLedgerFailed(m_ledger.problem());
+        if (!m_ledger.isOpen()) reportLedgerFailure(m_ledger.problem());
     }
-    void tellLedgerFailed(const std::string& problem);
+    void reportLedgerFailure(const std::string& problem);
     const QDateTime& ledgerTime();
     void showConnection(std::int16_t Index, const std::string& words);
 
@@ -121,9 +123,9 @@ class SubmissionRun final : public QObject {
     ReportWriter m_reports;
     bool m_keepLedger;
     QTimer m_TimerSubmit;
-    Catalogue::Hold m_held;    // from StartSubmit to the end of the run
-    bool m_ended = false;      // the last URL is done, but not reported yet
-    bool m_limitTold = false;  // the message about too few descriptors was shown
+    Catalogue::Hold m_held;     // from StartSubmit to the end of the run
+    bool m_ended = false;       // the last URL is done, but not reported yet
+    bool m_limitShown = false;  // the message about too few descriptors was shown
     RunSummary m_summary;
     std::unordered_map<std::string, int> m_reportsOfFile;  // of this run, by path
 

@@ -45,6 +45,7 @@ void HttpClient::start(std::string* body, std::string& Response) {
     abandon(m_aborted);
     m_code = kNoStatus;
     m_failure = nullptr;
+    m_problem = "";
     const std::string url = wireUrl(m_url);
     m_network.open();
     const Authorities& authorities = m_network.authorities();
@@ -72,6 +73,7 @@ void HttpClient::finish(const std::shared_ptr<HttpTransfer>& transfer) {
     m_aborted.reset();
     m_code = transfer->status;
     m_failure = transfer->failure;
+    m_problem = transfer->problem;
     m_response->swap(transfer->text);
     Q_EMIT Done();
 }

@@ -58,6 +58,9 @@ class HttpClient final : public QObject {
     // The local reason why the last request failed (out of memory, no certificates), whatever its status;
     // else null. Failures of the other side do not count.
     const char* LocalFailure() const noexcept { return m_failure; }
+    // Why the last request ended before the server ended its reply, or could not reach it; else "". A reply
+    // cut at kReplyLimit is no problem.
+    const char* Problem() const noexcept { return m_problem; }
 
   Q_SIGNALS:
     void Done();
@@ -83,6 +86,7 @@ class HttpClient final : public QObject {
     std::int32_t m_timeout = 0;
     std::int32_t m_code = kNoStatus;
     const char* m_failure = nullptr;
+    const char* m_problem = "";
     qint32 m_reported = 0;
 };
 

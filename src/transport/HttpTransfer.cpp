@@ -70,6 +70,7 @@ void HttpTransfer::prepare(const std::string& url, bool post, bool followRedirec
     received = 0;
     status = HttpClient::kNoStatus;
     failure = nullptr;
+    problem = "";
     m_headerBytes = m_headerLines = 0;
     ended = reportedEnd = false;
     set(easy, CURLOPT_URL, url.c_str());
@@ -93,6 +94,9 @@ void HttpTransfer::readStatus() noexcept {
 }
 
 void HttpTransfer::readFailure(CURLcode result) noexcept {
+    if (result != CURLE_OK && result != CURLE_WRITE_ERROR) problem = curl_easy_strerror(result);
+    if (result == CURLE_UNSUPPORTED_PROTOCOL)
+        problem = "The server does not speak HTTP, or redirects away from it";
     if (result == CURLE_OUT_OF_MEMORY) failure = kOutOfMemory;
     if (result == CURLE_SSL_CACERT_BADFILE) failure = "The certificates for https cannot be read";
 }

@@ -44,6 +44,7 @@ struct HttpTransfer final : std::enable_shared_from_this<HttpTransfer> {
     std::size_t received = 0;  // bytes of the reply so far
     std::int32_t status = HttpClient::kNoStatus;
     const char* failure = nullptr;  // local reason; null for failures of the other side
+    const char* problem = "";       // any reason but the reply's limit
 
     HttpClient* client = nullptr;  // clients' thread only; null when no client waits for the end
 

@@ -10,7 +10,9 @@
 #include <QEvent>
 #include <QScopedValueRollback>
 
+#include <algorithm>
 #include <initializer_list>
+#include <iterator>
 #include <utility>
 
 namespace relay {
@@ -98,6 +100,16 @@ QPalette legiblePart(const QPalette& provided) {
     return part;
 }
 
+bool isLegible(const QPalette& palette) {
+    constexpr std::pair<QPalette::ColorRole, QPalette::ColorRole> kTexts[] = {
+        {QPalette::WindowText, QPalette::Window},
+        {QPalette::Text, QPalette::Base},
+        {QPalette::ButtonText, QPalette::Button}};
+    return std::all_of(std::begin(kTexts), std::end(kTexts), [&palette](const auto& pair) {
+        return contrast(palette.color(pair.first), palette.color(pair.second)) >= kShapeContrast;
+    });
+}
+
 bool isDark(const QPalette& palette) {
     return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
 }
@@ -143,7 +155,7 @@ class ColourKeeper final : public QObject {
         QApplication::setPalette(QPalette());
         const QPalette provided = QApplication::palette();
         // The style's own palette means that the desktop provides none. It is dark on a dark desktop.
-        if (provided != QApplication::style()->standardPalette()) {
+        if (provided != QApplication::style()->standardPalette() && isLegible(provided)) {
             QApplication::setPalette(legiblePart(provided));
             return;
         }

@@ -13,6 +13,9 @@ QPalette lightPalette();
 QPalette darkPalette();
 bool isDark(const QPalette& palette);
 
+// False if the texts of the palette hardly differ from what they stand on, as in a broken theme.
+bool isLegible(const QPalette& palette);
+
 // The changes that make a desktop's palette legible: a placeholder colour that is missing or too pale, and
 // selections that hardly differ from the other rows.
 QPalette legiblePart(const QPalette& provided);
@@ -21,7 +24,7 @@ QPalette legiblePart(const QPalette& provided);
 // later; if it is empty, chooseColours decides.
 void applyAppearance(QApplication& application, const QString& fixed);
 // "light" or "dark" selects one of our palettes. Any other value follows the desktop: the palette it
-// provides, or else our palette that its portal asks for, also when that changes later.
+// provides if that is legible, or else our palette that its portal asks for, also when that changes later.
 void chooseColours(const QString& wish);
 
 }  // namespace relay

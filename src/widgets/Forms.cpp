@@ -67,6 +67,11 @@ void continueAddress(QLineEdit& edit, const QString& beginning) {
     });
 }
 
+void showFocus(QWidget& control) {
+    control.window()->setAttribute(Qt::WA_KeyboardFocusChange);
+    control.update();
+}
+
 void focusFirst(QWidget& page) {
     for (QWidget* control = page.nextInFocusChain(); control != &page;
          control = control->nextInFocusChain()) {
@@ -74,6 +79,7 @@ void focusFirst(QWidget& page) {
                            control->isVisibleTo(&page) && page.isAncestorOf(control);
         if (!takes) continue;
         control->setFocus(Qt::TabFocusReason);
+        showFocus(*control);
         return;
     }
 }

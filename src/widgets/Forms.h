@@ -23,6 +23,9 @@ void describePlaceholders(const QWidget& form);
 void continueAddress(QLineEdit& edit, const QString& beginning);
 // Focuses the first control of a page that can have the focus.
 void focusFirst(QWidget& page);
+// Draws the focus of the control as after the Tab key: by default, buttons that were reached with another key
+// do not show it.
+void showFocus(QWidget& control);
 // "Version 6.0": the program's major and minor number.
 QString versionText();
 // The text in the box, lines ended by LF. toPlainText() would turn non-breaking spaces into plain ones.

@@ -3,6 +3,7 @@
 
 #include "core/Rows.h"
 #include "core/ScreenText.h"
+#include "widgets/Forms.h"
 #include "widgets/IconTheme.h"
 
 #include <QAction>
@@ -28,6 +29,7 @@ constexpr int kColumnPadding = 3;      // in characters
 constexpr int kNarrowPadding = 2;      // in characters
 constexpr double kNarrowColumn = 0.6;  // of a column's usual width
 constexpr int kButtonGap = 12;         // between the hint of an empty list and its button
+constexpr int kFrameMilliseconds = 33;
 
 class RowDelegate final : public QStyledItemDelegate {
   public:
@@ -69,6 +71,11 @@ ListView::ListView(QWidget* parent) : QTreeView(parent) {
     header()->setSectionsMovable(false);
     header()->setTextElideMode(Qt::ElideRight);
     connect(header(), &QHeaderView::sectionClicked, this, &ListView::sortBy);
+    m_frame.setSingleShot(true);
+    m_frame.setInterval(kFrameMilliseconds);
+    connect(&m_frame, &QTimer::timeout, this, [this] {
+        if (std::exchange(m_repaintDue, false)) repaintSoon();
+    });
 }
 
 void ListView::setRows(Rows* rows, const std::vector<int>& columnCharacters) {
@@ -86,7 +93,7 @@ void ListView::setRows(Rows* rows, const std::vector<int>& columnCharacters) {
 void ListView::layOutColumns() {
     if (m_rows == nullptr || m_rows->columnCount() == 0) return;
     header()->setSectionResizeMode(QHeaderView::Interactive);
-    header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    header()->setSectionResizeMode(m_stretchedColumn, QHeaderView::Stretch);
     int usual = nameWidth();
     int narrow = nameWidth();
     for (std::size_t column = 0; column < m_columnCharacters.size(); ++column) {
@@ -97,7 +104,8 @@ void ListView::layOutColumns() {
         setMinimumWidth(narrow + 2 * frameWidth() + verticalScrollBar()->sizeHint().width());
     const bool fits = viewport()->width() >= usual;
     for (std::size_t column = 0; column < m_columnCharacters.size(); ++column) {
-        const int section = static_cast<int>(column) + 1;
+        const int place = static_cast<int>(column);
+        const int section = place < m_stretchedColumn ? place : place + 1;
         if (section < m_rows->columnCount())
             header()->resizeSection(section, fits ? columnWidth(column) : narrowWidth(column));
     }
@@ -133,8 +141,18 @@ void ListView::describe() {
     }
 }
 
+void ListView::setSortable(bool on) {
+    m_sortable = on;
+    header()->setSectionsClickable(on);
+}
+
+void ListView::setStretchedColumn(int column) {
+    m_stretchedColumn = column;
+    layOutColumns();
+}
+
 void ListView::sortBy(int column) {
-    if (m_rows == nullptr) return;
+    if (m_rows == nullptr || !m_sortable) return;
     m_rows->sortByColumn(column);
     showOrder();
 }
@@ -171,10 +189,12 @@ void ListView::tellSelection() {
 }
 
 void ListView::setEmptyAction(QAction& action) {
-    m_emptyButton = new QPushButton(action.icon(), action.text(), viewport());
+    m_emptyButton = new QPushButton(action.icon(), action.text(), parentWidget());
     m_emptyButton->setObjectName(action.objectName() + QStringLiteral("Button"));
-    m_emptyButton->setToolTip(action.toolTip());
-    m_emptyButton->setCursor(Qt::ArrowCursor);
+    const auto explain = [this, &action] { m_emptyButton->setToolTip(action.toolTip()); };
+    connect(&action, &QAction::changed, m_emptyButton, explain);
+    explain();
+    setTabOrder(this, m_emptyButton);
     connect(m_emptyButton, &QPushButton::clicked, &action, &QAction::trigger);
     placeEmptyButton();
 }
@@ -196,11 +216,24 @@ void ListView::placeEmptyButton() {
     if (m_emptyButton == nullptr) return;
     const QSize size = m_emptyButton->sizeHint();
     const QRect hint = hintPlace();
-    m_emptyButton->setGeometry(hint.center().x() - size.width() / 2, hint.bottom() + kButtonGap, size.width(),
-                               size.height());
+    const QPoint place(hint.center().x() - size.width() / 2, hint.bottom() + kButtonGap);
+    m_emptyButton->setGeometry(QRect(viewport()->mapTo(parentWidget(), place), size));
+    m_emptyButton->raise();
     const bool hadFocus = m_emptyButton->hasFocus();
     m_emptyButton->setVisible(m_rows == nullptr || m_rows->empty());
     if (hadFocus && m_emptyButton->isHidden()) setFocus(Qt::OtherFocusReason);
+}
+
+void ListView::takeFocus() {
+    const bool button = m_emptyButton != nullptr && m_emptyButton->isVisible();
+    QWidget* const target = button ? static_cast<QWidget*>(m_emptyButton) : this;
+    target->setFocus(Qt::ShortcutFocusReason);
+    showFocus(*target);
+}
+
+void ListView::moveEvent(QMoveEvent* event) {
+    QTreeView::moveEvent(event);
+    placeEmptyButton();
 }
 
 void ListView::resizeEvent(QResizeEvent* event) {
@@ -230,10 +263,20 @@ void ListView::selectionChanged(const QItemSelection& selected, const QItemSelec
     tellSelection();
 }
 
-// Thousands of flags may change one by one: they are followed once, with one repaint. Rows have one height
-// and no editors, so nothing else depends on a row's data.
-void ListView::dataChanged(const QModelIndex&, const QModelIndex&, const QList<int>&) {
+void ListView::repaintSoon() {
+    if (m_frame.isActive()) {
+        m_repaintDue = true;
+        return;
+    }
     viewport()->update();
+    m_frame.start();
+}
+
+// Thousands of flags may change one by one: they are followed once. Rows have one height and no editors, so
+// nothing else depends on a row's data.
+void ListView::dataChanged(const QModelIndex&, const QModelIndex&, const QList<int>& roles) {
+    repaintSoon();
+    if (!roles.isEmpty() && !roles.contains(Rows::HighlightRole)) return;
     if (m_following || std::exchange(m_flagsChanged, true)) return;
     QMetaObject::invokeMethod(this, &ListView::selectHighlighted, Qt::QueuedConnection);
 }
@@ -292,7 +335,7 @@ void ListView::contextMenuEvent(QContextMenuEvent* event) {
     QMenu menu(this);
     menu.addActions(actions());
     if (!actions().isEmpty()) menu.addSeparator();
-    if (m_rows != nullptr && m_rows->columnCount() > 0) {
+    if (m_rows != nullptr && m_sortable) {
         for (int column = 0; column < m_rows->columnCount(); ++column) {
             static const QRegularExpression count(QStringLiteral("\\s*\\(\\d+\\)$"));
             const QString title = toScreen(m_rows->columnTitle(column)).remove(count);
@@ -301,6 +344,7 @@ void ListView::contextMenuEvent(QContextMenuEvent* event) {
                 [this, column] { sortBy(column); });
         }
     }
+    if (menu.isEmpty()) return;
     const bool byKey = event->reason() == QContextMenuEvent::Keyboard && currentIndex().isValid();
     menu.exec(byKey ? viewport()->mapToGlobal(visualRect(currentIndex()).bottomLeft()) : event->globalPos());
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <QTimer>
 #include <QTreeView>
 
 #include <vector>
@@ -26,20 +27,32 @@ void needSelection(ListView& list, QAbstractButton& button, const QString& does,
 class ListView final : public QTreeView {
     Q_OBJECT
     Q_PROPERTY(QString emptyHint READ emptyHint WRITE setEmptyHint)
+    Q_PROPERTY(bool sortable READ isSortable WRITE setSortable)
+    Q_PROPERTY(int stretchedColumn READ stretchedColumn WRITE setStretchedColumn)
   public:
     explicit ListView(QWidget* parent = nullptr);
 
-    // Shows the rows, which must outlive the view. Widths are in characters for columns 1 and up; column 0
-    // takes the rest. If that leaves less than 18 characters of a name, the other columns get narrower.
+    // Shows the rows, which must outlive the view. Widths are in characters, from the left, without the
+    // stretched column, which takes the rest. If that leaves less than 18 characters of a name, the other
+    // columns get narrower.
     void setRows(Rows* rows, const std::vector<int>& columnCharacters = {});
     Rows* rows() const noexcept { return m_rows; }
 
     QString emptyHint() const { return m_emptyHint; }
     void setEmptyHint(const QString& hint);
+    // Off where the order of the rows has a meaning.
+    bool isSortable() const noexcept { return m_sortable; }
+    void setSortable(bool on);
+    int stretchedColumn() const noexcept { return m_stretchedColumn; }
+    void setStretchedColumn(int column);
 
-    // Shows a button for the action below the hint of the empty list. The action outlives the list.
+    // Shows a button for the action below the hint of the empty list. The action outlives the list. The
+    // button belongs to the list's parent, since screen readers find only rows inside a list.
     void setEmptyAction(QAction& action);
+    // Gives the keyboard to the list, or to the button of the empty list.
+    void takeFocus();
 
+    // Repaints at most once per frame, however many rows change.
     void dataChanged(const QModelIndex& from, const QModelIndex& to, const QList<int>& roles = {}) override;
 
   Q_SIGNALS:
@@ -59,6 +72,7 @@ class ListView final : public QTreeView {
     void contextMenuEvent(QContextMenuEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void rowsInserted(const QModelIndex& parent, int start, int end) override;
 
@@ -78,12 +92,17 @@ class ListView final : public QTreeView {
     void placeEmptyButton();
     // Describes an empty list to screen readers by its hint, a filled one by its own description.
     void describe();
+    void repaintSoon();
 
     Rows* m_rows = nullptr;
     std::vector<int> m_columnCharacters;
     QString m_emptyHint;
     QPushButton* m_emptyButton = nullptr;
-    QString m_description;        // of the filled list
+    QString m_description;      // of the filled list
+    QTimer m_frame;             // since the last repaint for changed rows
+    bool m_repaintDue = false;  // when the frame is over
+    bool m_sortable = true;
+    int m_stretchedColumn = 0;
     bool m_following = false;     // flags or selection are being changed to follow the other
     bool m_flagsChanged = false;  // the selection will follow the flags in the next turn of the event loop
     bool m_mousePress = false;

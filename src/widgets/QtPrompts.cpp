@@ -4,9 +4,12 @@
 #include "core/FileSystem.h"
 #include "core/ScreenText.h"
 #include "core/Text.h"
+#include "core/clsPreference.h"
 #include "widgets/Forms.h"
+#include "widgets/TextViewer.h"
 
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <QDesktopServices>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -14,7 +17,9 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QProcess>
 #include <QRegularExpression>
+#include <QStandardPaths>
 #include <QUrl>
 
 namespace relay {
@@ -22,6 +27,8 @@ namespace relay {
 namespace {
 constexpr int kInputWidth = 420;
 constexpr int kNoticeMilliseconds = 8000;
+// A later failure is not about the opening: some openers run as long as the browser.
+constexpr int kOpenerMilliseconds = 10000;
 
 QString toBoxText(std::string_view text) {
     return toScreen(text).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
@@ -174,7 +181,33 @@ FileChoice QtPrompts::saveFile(std::string_view filter, std::string_view folder,
 bool QtPrompts::openWithSystem(std::string_view target) {
     const QString text = toScreen(target);
     const bool isWeb = startsWithNoCase(target, "http://") || startsWithNoCase(target, "https://");
-    return QDesktopServices::openUrl(isWeb ? QUrl(text) : QUrl::fromLocalFile(text));
+    const QUrl address = isWeb ? QUrl(text) : QUrl::fromLocalFile(text);
+    // Qt starts this same program, but does not look at its exit code.
+    const QString opener = QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
+    if (opener.isEmpty()) return QDesktopServices::openUrl(address);
+    startOpener(opener, address, std::string(target));
+    return true;
+}
+
+void QtPrompts::startOpener(const QString& opener, const QUrl& address, const std::string& target) {
+    // Without an owner: what was opened stays open when this program ends.
+    auto* const process = new QProcess;
+    process->setProcessChannelMode(QProcess::ForwardedChannels);
+    process->setStandardInputFile(QProcess::nullDevice());
+    const QDeadlineTimer failsBefore(kOpenerMilliseconds);
+    const auto end = [this, process, target, failsBefore](bool opened) {
+        QObject::disconnect(process, nullptr, &m_context, nullptr);
+        process->deleteLater();
+        if (!opened && !failsBefore.hasExpired())
+            message(cannotOpenText(target), kApplication, Icon::Critical);
+    };
+    QObject::connect(process, &QProcess::finished, &m_context, [end](int code) { end(code == 0); });
+    QObject::connect(process, &QProcess::errorOccurred, &m_context, [end] { end(false); });
+    process->start(opener, {address.toString(QUrl::FullyEncoded)});
+}
+
+bool QtPrompts::viewText(std::string_view file) {
+    return openAsText(toScreen(file));
 }
 
 void QtPrompts::beep() {

@@ -3,11 +3,13 @@
 
 #include "core/Prompts.h"
 
+#include <QObject>
 #include <QPointer>
 #include <QString>
 
 #include <functional>
 
+class QUrl;
 class QWidget;
 
 namespace relay {
@@ -32,6 +34,7 @@ class QtPrompts final : public Prompts {
     FileChoice openFile(std::string_view filter, std::string_view folder) override;
     FileChoice saveFile(std::string_view filter, std::string_view folder, std::string_view name) override;
     bool openWithSystem(std::string_view target) override;
+    bool viewText(std::string_view file) override;
     void beep() override;
     void busy(bool on) override;
     void status(std::string_view text) override;
@@ -41,8 +44,11 @@ class QtPrompts final : public Prompts {
     class PlainPointer;
 
     QWidget* parent() const;
+    // Shows a message if the opener fails.
+    void startOpener(const QString& opener, const QUrl& address, const std::string& target);
     void showPointer();
 
+    QObject m_context;  // ends the connections to openers that still run
     QPointer<QWidget> m_window;
     StatusSink m_statusSink;
     QString m_lastFolder;

@@ -74,6 +74,16 @@ TEST_F(MainWindowTest, AnEmptyHomeShowsTheSettingsOnceAndEndsInTheNotice) {
     quit();
     start();
     EXPECT_EQ(settingsShown, 1);
+    bringUp();
+    press(Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(prompts.last().title, "New Website") << "the key is refused with the same words as the button";
+    command("Engines");
+    const auto& install = find<QPushButton>("InstallCatalogueButton");
+    EXPECT_TRUE(install.hasFocus());
+    press(Qt::Key_Space);
+    EXPECT_FALSE(rowTexts("lsvEngines").empty());
+    EXPECT_FALSE(install.isVisible());
+    EXPECT_TRUE(find<QTreeView>("lsvEngines").hasFocus());
 }
 
 TEST_F(MainWindowTest, TheWindowReturnsToItsSavedPlaceButStaysReachable) {
@@ -449,12 +459,29 @@ TEST_F(MainWindowTest, NoTwoOfTheKeysThatAPanelShowsAreTheSame) {
     check(QStringLiteral("engines: "));
 }
 
+TEST_F(MainWindowTest, LinksOpenWebAddressesOnly) {
+    settleHome(kSmallCatalogue);
+    home.write("data/korvel.ini", "[Dealer]\r\nUpdateURL=/bin/sh\r\nSupportURL=HTTPS://help.test/\r\n");
+    start();
+    command("mnuHelpItems_7");
+    EXPECT_THAT(prompts.last().text, HasSubstr("not a web address"));
+    command("mnuHelpItems_8");
+    EXPECT_EQ(prompts.last().kind, "system");
+}
+
 TEST_F(MainWindowTest, EveryControlHasANameAndAPlaceInTheTabOrder) {
     startWithOneWebsite();
     std::set<const QWidget*> reached;
     for (const QWidget* widget = &window();
          (widget = widget->nextInFocusChain()) != nullptr && reached.insert(widget).second;) {
     }
+    std::set<const QObject*> exposed;  // what a screen reader finds from the window downwards
+    const std::function<void(QAccessibleInterface&)> expose = [&](QAccessibleInterface& part) {
+        exposed.insert(part.object());
+        for (int child = 0; child < part.childCount(); ++child)
+            if (QAccessibleInterface* const below = part.child(child); below != nullptr) expose(*below);
+    };
+    expose(*QAccessible::queryAccessibleInterface(&window()));
     int controls = 0;
     for (QWidget* widget : window().findChildren<QWidget*>()) {
         const bool isControl =
@@ -473,6 +500,7 @@ TEST_F(MainWindowTest, EveryControlHasANameAndAPlaceInTheTabOrder) {
                                      << qPrintable(widget->objectName());
         EXPECT_NE(widget->focusPolicy() & Qt::TabFocus, 0) << qPrintable(widget->objectName() + name);
         EXPECT_TRUE(reached.contains(widget)) << qPrintable(name);
+        EXPECT_TRUE(exposed.contains(widget)) << qPrintable(widget->objectName() + name);
     }
     EXPECT_GT(controls, 60);
 }

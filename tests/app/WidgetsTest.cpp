@@ -23,6 +23,7 @@
 #include <QStyleOption>
 #include <QTabWidget>
 
+#include <filesystem>
 #include <gmock/gmock.h>
 
 namespace relay::test {
@@ -225,6 +226,18 @@ TEST(AppearanceTest, WhatHasAStateIsSeenInEveryPalette) {
         << "a good palette is not changed";
 }
 
+TEST(AppearanceTest, APaletteWithoutLegibleTextIsRecognised) {
+    EXPECT_TRUE(isLegible(lightPalette()));
+    EXPECT_TRUE(isLegible(darkPalette()));
+    for (const auto& [text, ground] : {std::pair{QPalette::WindowText, QPalette::Window},
+                                       {QPalette::Text, QPalette::Base},
+                                       {QPalette::ButtonText, QPalette::Button}}) {
+        QPalette broken = darkPalette();
+        broken.setColor(text, broken.color(ground).lighter(120));
+        EXPECT_FALSE(isLegible(broken)) << text;
+    }
+}
+
 TEST(QtPromptsTest, AWholeAddressTakesThePlaceOfItsBeginning) {
     for (const auto& [typed, shown] : {std::pair{"roses.example", "http://www.roses.example"},
                                        {"http://a.example", "http://a.example"},
@@ -237,6 +250,32 @@ TEST(QtPromptsTest, AWholeAddressTakesThePlaceOfItsBeginning) {
         QTest::keyClicks(&edit, QString::fromLatin1(typed));
         EXPECT_EQ(edit.text(), QString::fromLatin1(shown));
     }
+}
+
+TEST(QtPromptsTest, WhatTheSystemCannotOpenIsReported) {
+    const TestHome home;
+    const QByteArray path = qgetenv("PATH");
+    qputenv("PATH", QByteArray::fromStdString(home.path("bin")) + ":" + path);
+    QtPrompts prompts;
+    QStringList boxes;
+    const auto open = [&](const std::string& script) {
+        std::filesystem::permissions(home.write("bin/xdg-open", script), std::filesystem::perms::owner_all);
+        EXPECT_TRUE(prompts.openWithSystem("/tmp/a #b.html"));
+    };
+    for (const char* script : {"#!/bin/sh\nexit 3\n", "#!/no/such/program\n"}) {
+        whenModal([&](QWidget& box) {
+            boxes << qobject_cast<QMessageBox*>(&box)->text();
+            QTest::keyClick(&box, Qt::Key_Return);
+        });
+        const auto before = boxes.size();
+        open(script);
+        EXPECT_TRUE(waitUntil([&] { return boxes.size() > before; })) << script;
+    }
+    EXPECT_EQ(boxes, QStringList(2, QStringLiteral("This system has no program that opens\n/tmp/a #b.html")));
+    home.write("opened", "");
+    open("#!/bin/sh\necho \"$1\" > '" + home.path("opened") + "'\n");
+    EXPECT_TRUE(waitUntil([&] { return home.read("opened") == "file:///tmp/a%20%23b.html\n"; }));
+    qputenv("PATH", path);
 }
 
 TEST(QtPromptsTest, FiltersAreConvertedToQts) {

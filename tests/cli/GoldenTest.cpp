@@ -6,6 +6,7 @@
 //                  a catalogue of engines on a practice web, FIELDS in addition to those of every template
 //   received       the engine and the URL of each submission since
 //   terminal in|out|err, typed TEXT, variable NAME VALUE, stop
+// WEB stands for the address of that practice web.
 #include "CommandLineFixture.h"
 #include "core/Text.h"
 #include "practice/PracticeWeb.h"
@@ -35,25 +36,37 @@ class CommandLineGolden : public testing::TestWithParam<std::string> {
         m_transcript.on("variable", [this](auto& set) { m_cli.environment[set.at(0)] = set.at(1); });
         m_transcript.on("stop", [this](auto&) { m_cli.stop.request(); });
         m_transcript.on("received", [this](auto&) { listReceived(); });
-        m_transcript.otherwise = [this](const Arguments& arguments) {
+        m_transcript.otherwise = [this](Arguments arguments) {
+            for (std::string& argument : arguments)
+                if (argument.find("WEB") != npos) argument = replaceAll(argument, "WEB", web());
             const CommandResult result = m_cli.run(arguments);
             return Said{result.out, result.err, result.code};
         };
-        m_transcript.settle = [](const std::string& text) {
+        m_transcript.settle = [this](const std::string& text) {
             // Of a JSON line, and of a line of a table.
-            return std::regex_replace(text, std::regex("(\"ms\":|,[A-Z][A-Za-z ]+,\\d+,)\\d+"), "$1N");
+            return replaceAll(
+                std::regex_replace(text, std::regex("(\"ms\":|,[A-Z][A-Za-z ]+,\\d+,)\\d+"), "$1N"),
+                m_address, "WEB");
         };
     }
 
+    // Starts the practice web at the first call.
+    const std::string& web() {
+        if (m_address.empty()) {
+            m_web.start();
+            m_address = m_web.address();
+        }
+        return m_address;
+    }
+
     void useEngines(const Arguments& outcomes) {
-        m_web.start();
         std::string text;
         for (const std::string& given : outcomes) {
             const std::string outcome = GetToken(given, '=', 1);
             const std::string name = GetToken(given, '=', 2);
             const std::size_t fields = outcome.size() + name.size() + 2;
             text += "Name=" + (name.empty() ? outcome : name) + "\r\nType=ENG\r\nCategory=N\r\nMethod=POST" +
-                    "\r\nAction=" + m_web.address() + "/engines/" + outcome + "/" + outcome +
+                    "\r\nAction=" + web() + "/engines/" + outcome + "/" + outcome +
                     "\r\nQuery=url=<URL>&title=<TITLE>" +
                     (fields < given.size() ? "&" + given.substr(fields) : "") + "\r\n";
         }
@@ -68,6 +81,7 @@ class CommandLineGolden : public testing::TestWithParam<std::string> {
 
     CommandLineFixture m_cli;
     PracticeWeb m_web;
+    std::string m_address;
     Transcript m_transcript{m_cli.home};
 };
 

@@ -26,6 +26,10 @@ TEST(HelpTest, EachHelpHasItsOwnExamplesOnThePracticeCatalogue) {
                                     "engines list",
                                     "engines check",
                                     "engines install",
+                                    "meta",
+                                    "meta show",
+                                    "meta insert",
+                                    "meta replace",
                                     "preview",
                                     "submit",
                                     "practice"};
@@ -47,7 +51,7 @@ TEST(HelpTest, EachHelpHasItsOwnExamplesOnThePracticeCatalogue) {
             const std::string home = "--home try ";
             const bool practised = example.starts_with(home);
             if (practised) example.erase(0, home.size());
-            EXPECT_TRUE(practised || example.starts_with("website ")) << line;
+            EXPECT_TRUE(practised || example.starts_with("website ") || example.starts_with("meta ")) << line;
             EXPECT_TRUE(example.starts_with(command)) << line;
             const std::size_t named = example.find("--engine '");
             if (named == std::string::npos) continue;

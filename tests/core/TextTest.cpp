@@ -156,5 +156,19 @@ TEST(Text, EveryByteStringComesBackFromTheScreen) {
     EXPECT_EQ(fromScreen(QStringView(loose, 3)), "\xEF\xBF\xBDx\xEF\xBF\xBD");
 }
 
+TEST(Text, CleansLineBreaksLikeFiveReplacementsInTurn) {
+    std::mt19937 random(5);
+    for (int i = 0; i < 2000; ++i) {
+        std::string text;
+        for (int length = static_cast<int>(random() % 24); length > 0; --length)
+            text += "a  \r\n"[random() % 5];
+        std::string line = text;
+        for (const auto& [what, with] :
+             {std::pair("\r\n", " "), {"\r", " "}, {"\n", " "}, {"  ", " "}, {"   ", ""}})
+            line = replaceAll(line, what, with);
+        ASSERT_EQ(CleanLineBreaks(text), line) << testing::PrintToString(text);
+    }
+}
+
 }  // namespace
 }  // namespace relay::test

@@ -12,9 +12,20 @@ namespace {
 
 using Inputs = std::vector<std::string>;
 
+std::string localOrWeb(const std::string& text, TypedIn where) {
+    return localPath(text, where,
+                     [](const char* name) {
+                         return std::optional(name == std::string_view("HOME") ? "/home/me" : "");
+                     })
+        .value_or("a web address");
+}
+
 TEST(Url, FollowsItsTable) {
     playCases(TEST_FOLDER "/cases/url.txt",
-              {{"EncodeURLValue", [](const Inputs& in) { return EncodeURLValue(in[0]); }},
+              {{"localPath in a field", [](const Inputs& in) { return localOrWeb(in[0], TypedIn::Field); }},
+               {"localPath on the command line",
+                [](const Inputs& in) { return localOrWeb(in[0], TypedIn::CommandLine); }},
+               {"EncodeURLValue", [](const Inputs& in) { return EncodeURLValue(in[0]); }},
                {"EncodeString", [](const Inputs& in) { return EncodeString(in[0]); }},
                {"GetURLHost", [](const Inputs& in) { return GetURLHost(in[0]); }},
                {"GetURLPath", [](const Inputs& in) { return GetURLPath(in[0]); }},

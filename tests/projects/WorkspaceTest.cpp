@@ -105,7 +105,7 @@ class WorkspaceTest : public testing::TestWithParam<std::string>, protected Sess
         }
     }
 
-    OpenWebsite website{catalogue, prompts};
+    OpenWebsite website{catalogue, services};
     Workspace workspace{services, website};
     WebsiteFields& fields = website.fields;
     UrlList urls{fields.lsvSiteURLs, prompts};

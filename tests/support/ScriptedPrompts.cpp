@@ -43,6 +43,11 @@ bool ScriptedPrompts::openWithSystem(std::string_view target) {
     return systemOpens;
 }
 
+bool ScriptedPrompts::viewText(std::string_view file) {
+    shown.push_back({"view", std::string(file), {}, Icon::None});
+    return systemOpens;
+}
+
 void ScriptedPrompts::beep() {
     shown.push_back({"beep", {}, {}, Icon::None});
 }

@@ -5,7 +5,11 @@
 #include "app/frmAbout.h"
 #include "app/frmPreference.h"
 #include "app/frmSplash.h"
+#include "core/FileStore.h"
+#include "practice/PracticeWeb.h"
 #include "projects/frmAddURL.h"
+#include "submission/frmPreview.h"
+#include "submission/frmSubmit.h"
 #include "support/ScriptedPrompts.h"
 #include "support/TestHome.h"
 #include "widgets/Appearance.h"
@@ -13,6 +17,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QDir>
+#include <QPushButton>
 #include <QTabWidget>
 #include <QTreeView>
 
@@ -27,17 +32,23 @@ void save(QWidget& widget, const QString& folder, const char* name) {
     widget.grab().save(folder + QLatin1Char('/') + QString::fromLatin1(name) + QStringLiteral(".png"));
 }
 
-void fillHome(const test::TestHome& home) {
+void fillHome(const test::TestHome& home, const std::string& practice) {
     for (const char* name : {"country.kws", "cat.kws"})
         std::filesystem::copy(std::string(RELAY_DATA_FOLDER "/") + name, home.path(name));
     for (const char* name : {"krveng5.dat", "catkws.dat"})
-        std::filesystem::copy(std::string(RELAY_DATA_FOLDER "/practice/") + name, home.path("data/") + name);
+        home.write(
+            std::string("data/") + name,
+            pointAtPracticeWeb(readFile(std::string(RELAY_DATA_FOLDER "/practice/") + name), practice));
     home.write("settings.ini", "[Korvel%20Relay]\nPreference\\LoadConfig=1\n");
     home.write("project.kwj",
                "[Garden Shop]\r\nDescription=Plants, pots and tools for small gardens\r\nLast=2\r\n1=Roses|" +
-                   home.path("Projects/Roses.kws") +
-                   "\r\n2=Garden Tools|\r\n[Travel Notes]\r\nDescription=\r\n"
-                   "Last=1\r\n1=Harbour Walks|\r\n");
+                   home.path("Projects/Roses.kws") + "\r\n2=Garden Tools|" +
+                   home.writeWebsite("Projects/Tools.kws", {"http://www.roses.example/tools/"}) +
+                   "\r\n[Travel Notes]\r\nDescription=\r\n"
+                   "Last=1\r\n1=Harbour Walks|" +
+                   home.writeWebsite("Projects/Walks.kws",
+                                     {"http://walks.example/", "http://walks.example/maps.html"}) +
+                   "\r\n");
     home.write(
         "Projects/Roses.kws",
         "[Web Site Info]\r\nVersion=6.0\r\nTitle=Old Garden Roses\r\nKeyword=roses, old roses, climbing "
@@ -73,6 +84,35 @@ void drawDialogs(Program& program, test::ScriptedPrompts& prompts, const QString
     save(about, folder, "about");
     frmSplash splash;
     save(splash, folder, "splash");
+}
+
+// The wizard's pages, on the practice web.
+void drawSubmission(Program& program, const QString& folder) {
+    program.main().catalogue.selection.EngineSelect(true);
+    frmSubmit wizard(program.services(), program.main().catalogue, {}, &program.window());
+    const auto push = [&wizard](const char* button) {
+        wizard.findChild<QPushButton*>(QString::fromLatin1(button))->click();
+        QCoreApplication::processEvents();
+    };
+    wizard.show();
+    save(wizard, folder, "submit-1");
+    push("cmdNext");
+    save(wizard, folder, "submit-2");
+    push("cmdStart");
+    save(wizard, folder, "submit-3-ready");
+    int ended = 0;
+    QObject::connect(&wizard.controller(), &SubmissionController::engineEnded, &wizard, [&] { ++ended; });
+    push("cmdSubmit");
+    test::waitUntil([&] { return ended >= 150; });
+    test::waitUntil([] { return true; });
+    save(wizard, folder, "submit-3");
+    test::waitUntil([&] { return !wizard.controller().isRunning(); });
+    test::waitUntil([] { return true; });
+    save(wizard, folder, "submit-4");
+    frmPreview preview(program.services(), program.main().catalogue,
+                       {{"Roses", program.services().paths.inApp("Projects/Roses.kws")}}, &wizard);
+    preview.chooseEngine("Beacon Finder");
+    save(preview, folder, "submit-preview");
 }
 
 void drawWindow(Program& program, const QString& folder) {
@@ -114,12 +154,15 @@ int main(int argc, char** argv) {
     const QString folder = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral(".");
     QDir().mkpath(folder);
     const test::TestHome home;
-    fillHome(home);
+    PracticeWeb practice;
+    practice.start();
+    fillHome(home, practice.address());
     test::ScriptedPrompts prompts;
     const test::FixedClock clock;
     Program program(home.paths(), {}, clock, prompts);
     program.start();
     drawWindow(program, folder);
+    drawSubmission(program, folder);
     drawDialogs(program, prompts, folder);
     for (const auto& shown : prompts.shown) qWarning("%s: %s", shown.title.c_str(), shown.text.c_str());
     return 0;
