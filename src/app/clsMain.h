@@ -38,11 +38,11 @@ class clsMain final {
     // The checks of the toolbar's "Submit": saves, refuses an empty selection (and shows the engine screen),
     // and offers to block mail from free-for-all sites. True when the submission may open.
     bool readyToSubmit();
+    // Asks whether to continue an interrupted submission, if there is one, and returns it on Yes. On No, asks
+    // whether to keep it for later.
+    std::optional<CutOffRun> cutOffRunToGoOnWith();
     // The warning for an open website without a password if a selected engine would be sent it; else empty.
     std::string passwordWarning() const;
-    // A submission that was cut off and that the user wants to go on with, after asking; nothing when there
-    // is none, or the user does not want to. Only on the user's word it is not offered again.
-    std::optional<CutOffRun> cutOffRunToGoOnWith();
 
   private:
     const Services& m_services;

@@ -35,6 +35,21 @@ constexpr int kUsualTreeWidth = 225;
 constexpr int kSplitterStep = 24;
 constexpr QSize kFrame(8, 40);  // around a window, at most
 
+// Opens the wizard. The window is disabled until it closes.
+void showSubmit(const CommandTarget& target, QWidget* parent, std::optional<CutOffRun> cutOff) {
+    std::optional<frmSubmit> wizard;
+    {
+        const BusyPointer busy(target.services.prompts);
+        SubmissionOptions options{QLocale()};
+        options.linkEngines = target.main.linksEngines;
+        wizard.emplace(target.services, target.main.catalogue, std::move(options), parent);
+    }
+    if (cutOff && !wizard->controller().resume(std::move(*cutOff))) return;
+    wizard->exec();
+    // Reads the new reports into the website's panel.
+    target.main.workspace.autoSave();
+}
+
 // The editor is made at its first use and keeps its folder and texts.
 void showMetaTag(const CommandTarget& target, QWidget* parent) {
     static constexpr std::string_view kPurpose = "MetaTagEdit";
@@ -58,21 +73,6 @@ void showMetaTag(const CommandTarget& target, QWidget* parent) {
         QObject::connect(&fetcher, &frmHTTP::runningChanged, form, &frmMetaTag::showFetching);
     }
     form->exec();
-}
-
-// The wizard over the window, which can do nothing until it closes.
-void showSubmit(const CommandTarget& target, QWidget* parent, std::optional<CutOffRun> cutOff) {
-    std::optional<frmSubmit> wizard;
-    {
-        const BusyPointer busy(target.services.prompts);
-        SubmissionOptions options{QLocale()};
-        options.linkEngines = target.main.linksEngines;
-        wizard.emplace(target.services, target.main.catalogue, std::move(options), parent);
-    }
-    if (cutOff && !wizard->controller().resume(std::move(*cutOff))) return;
-    wizard->exec();
-    // The panel shows the reports that came into its website's file.
-    target.main.workspace.autoSave();
 }
 
 // The screens that commands open.

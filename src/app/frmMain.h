@@ -37,7 +37,7 @@ class frmMain final : public QMainWindow {
     void showCatalogue();
     // For the given milliseconds; 0 means until the next text.
     void showStatus(const QString& text, int milliseconds = 0);
-    // Asks whether to continue an interrupted submission, and opens the wizard on it.
+    // Offers to continue a submission that was interrupted.
     void offerCutOffRun();
     // Position of the border between tree and panel, in pixels from the left; 0 means the default.
     int splitterPlace() const;
@@ -64,7 +64,7 @@ class frmMain final : public QMainWindow {
     static QAction* actionOf(std::string_view name, const QWidget& owner);
     void enableCommands();
     void showScreen(std::string_view name);
-    // What the engine would be sent for one of the websites.
+    // Shows what would be sent to the engine.
     void showPreview(const std::string& engine);
     void connectWebsitePanel();
     void connectEnginePanel();

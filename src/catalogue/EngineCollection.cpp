@@ -10,7 +10,7 @@ constexpr std::size_t kUsualRecordBytes = 250;  // estimate for reserving space
 }
 
 void EngineCollection::start(std::string file, std::shared_ptr<const std::string> tables) {
-    m_store = std::make_unique<Store>();
+    m_store = std::make_shared<Store>();
     m_store->file = std::move(file);
     m_store->tables = std::move(tables);
     m_store->texts = {m_store->file, *m_store->tables};

@@ -23,6 +23,8 @@ class EngineCollection final {
     void start(std::string file, std::shared_ptr<const std::string> tables);
     std::string& file() noexcept { return m_store->file; }
     const EngineTexts& texts() const noexcept { return m_store->texts; }
+    // The same, valid for as long as this is kept, even after another load: for work in another thread.
+    std::shared_ptr<const EngineTexts> keptTexts() const noexcept { return {m_store, &m_store->texts}; }
     // Call when a record's name was read, ahead of add(): prefetches its place in the index.
     void expect(std::string_view name) const noexcept { m_store->byName.expect(name); }
     // Adds a record of texts(); false when the name is taken.
@@ -51,7 +53,7 @@ class EngineCollection final {
         std::pmr::deque<clsEngines> engines{&memory};
         KeySet byName{};
     };
-    std::unique_ptr<Store> m_store = std::make_unique<Store>();
+    std::shared_ptr<Store> m_store = std::make_shared<Store>();
 };
 
 }  // namespace relay

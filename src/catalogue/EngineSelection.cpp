@@ -215,8 +215,9 @@ bool EngineSelection::readSelection(const std::string& path, Repeated repeated) 
             clsEngines* engine = m_lists.engines.find(name);
             if (engine == nullptr) continue;
             engine->Selected = true;
-            if (repeated == Repeated::Passes && m_lists.lsvSelectedEngines.contains(engine->name())) continue;
-            if (m_lists.lsvSelectedEngines.contains(name))
+            const bool repeats = m_lists.lsvSelectedEngines.contains(name);
+            if (repeats && repeated == Repeated::Skipped) continue;
+            if (repeats)
                 throw Failure("The engine \"" + std::string(engine->name()) +
                                   "\" is selected already, and the reading stopped there. Engines taken from "
                                   "the file before it: " +
@@ -285,14 +286,14 @@ void EngineSelection::selectCustomEngines() {
 }
 
 void EngineSelection::selectFailedEngines() {
-    addFailedEngines(Repeated::Ends);
+    selectFailed(Repeated::Ends);
 }
 
 void EngineSelection::selectFailedEnginesOnce() {
-    addFailedEngines(Repeated::Passes);
+    selectFailed(Repeated::Skipped);
 }
 
-void EngineSelection::addFailedEngines(Repeated repeated) {
+void EngineSelection::selectFailed(Repeated repeated) {
     inEnginesFolder([&](const std::string&) {
         const std::string path = m_services.paths.inApp("fail.eng");
         if (fileExists(path) && !readFile(path).empty())

@@ -61,7 +61,7 @@ class EngineSelection final {
     void selectTopEngines();
     void selectCustomEngines();
     void selectFailedEngines();
-    // The same, but a name that is chosen already is passed over instead of ending the reading.
+    // The same, but a name that is chosen already is skipped instead of ending the reading.
     void selectFailedEnginesOnce();
     void offerEngineList();
 
@@ -72,9 +72,9 @@ class EngineSelection final {
 
   private:
     // What a name that has a row already does to the reading of a file of engines.
-    enum class Repeated { Ends, Passes };
+    enum class Repeated { Ends, Skipped };
     bool readSelection(const std::string& path, Repeated repeated);
-    void addFailedEngines(Repeated repeated);
+    void selectFailed(Repeated repeated);
     void bulk(std::string_view words, const std::function<void()>& operation);
     void select(clsEngines& engine);
     void selectWhere(const std::function<bool(const clsEngines&)>& qualifies);

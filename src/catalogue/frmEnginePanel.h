@@ -41,7 +41,7 @@ class frmEnginePanel final : public QWidget {
     void focusFindBox();
 
   Q_SIGNALS:
-    // The user wants to see what the engine would be sent.
+    // The user wants to see what would be sent to the engine.
     void previewWanted(const std::string& engine);
 
   protected:

@@ -8,6 +8,7 @@
 #include "cli/SubmissionWatcher.h"
 #include "core/Failure.h"
 #include "core/FileSystem.h"
+#include "core/IniFile.h"
 #include "core/Paths.h"
 #include "core/Trap.h"
 #include "projects/WebsiteKeys.h"

@@ -32,7 +32,7 @@ class SubmitCommand final : public Command {
 
     std::vector<std::string> m_websites;
     SelectionOptions m_selection;
-    std::int16_t m_connections = 0;  // 0: as the settings say
+    std::int16_t m_connections = 0;  // 0: from the settings
     bool m_resume = false;
     std::string m_csv;  // empty: none
 };

@@ -35,16 +35,17 @@ bool standsAsItIs(char c) noexcept {
 }  // namespace
 
 void appendJsonText(std::string& line, std::string_view text) {
-    if (std::all_of(text.begin(), text.end(), standsAsItIs))
-        line.append(1, '"').append(text).append(1, '"');
-    else
-        line += withoutRawControls(nlohmann::json(toPrintableUtf8(text)).dump());
+    if (std::all_of(text.begin(), text.end(), standsAsItIs)) {
+        line += '"';
+        line.append(text) += '"';
+        return;
+    }
+    line += withoutRawControls(nlohmann::json(toPrintableUtf8(text)).dump());
 }
 
 void JsonLine::addKey(std::string_view key) {
-    m_line += m_line.empty() ? '{' : ',';
-    appendJsonText(m_line, key);
-    m_line += ':';
+    m_line += m_line.empty() ? "{\"" : ",\"";
+    m_line.append(key).append("\":");
 }
 
 JsonLine& JsonLine::add(std::string_view key, std::string_view text) {

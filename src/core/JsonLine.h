@@ -12,9 +12,11 @@ namespace relay {
 // as \xNN. What a terminal would obey appears as \uNNNN.
 void appendJsonText(std::string& line, std::string_view text);
 
-// One JSON object on a line of its own, its members in the order they were added.
+// One JSON object on a line of its own, its members in the order they were added. Keys are plain words of the
+// program's own.
 class JsonLine final {
   public:
+    JsonLine() { m_line.reserve(kUsualBytes); }
     JsonLine& add(std::string_view key, std::string_view text);
     JsonLine& add(std::string_view key, std::int64_t number);
     // A value that is JSON already.
@@ -25,6 +27,8 @@ class JsonLine final {
     void write(std::ostream& out);
 
   private:
+    static constexpr std::size_t kUsualBytes = 400;
+
     void addKey(std::string_view key);
 
     std::string m_line;  // without its closing brace, until it is finished

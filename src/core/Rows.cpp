@@ -251,7 +251,7 @@ void Rows::sort(int column, Qt::SortOrder order) {
     std::vector<std::size_t> places(m_rows.size());
     std::iota(places.begin(), places.end(), std::size_t{0});
     const auto by = static_cast<std::size_t>(column);
-    if (holdsNumbers(column)) {
+    if (isNumberColumn(column)) {
         std::vector<double> numbers;
         numbers.reserve(m_rows.size());
         for (const Entry& row : m_rows) numbers.push_back(leadingNumber(row.text(by)));
@@ -299,7 +299,7 @@ QVariant Rows::data(const QModelIndex& index, int role) const {
             if (!m_checkable || index.column() != 0) return {};
             return row.checked ? Qt::Checked : Qt::Unchecked;
         case Qt::TextAlignmentRole:
-            if (!holdsNumbers(index.column())) return {};
+            if (!isNumberColumn(index.column())) return {};
             return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
         case IconRole:
             return toScreen(row.source().icon(row.record.get()));
@@ -325,7 +325,7 @@ bool Rows::setData(const QModelIndex& index, const QVariant& value, int role) {
 
 QVariant Rows::headerData(int section, Qt::Orientation orientation, int role) const {
     if (orientation != Qt::Horizontal) return {};
-    if (role == Qt::TextAlignmentRole && holdsNumbers(section))
+    if (role == Qt::TextAlignmentRole && isNumberColumn(section))
         return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
     if (role != Qt::DisplayRole) return {};
     if (section < 0 || static_cast<std::size_t>(section) >= m_titles.size()) return {};
@@ -342,7 +342,7 @@ void Rows::changed(int row, int role) {
     if (notifies()) Q_EMIT dataChanged(index(row, 0), index(row, columnCount() - 1), {role});
 }
 
-bool Rows::holdsNumbers(int column) const {
+bool Rows::isNumberColumn(int column) const {
     return std::find(m_numberColumns.begin(), m_numberColumns.end(), column) != m_numberColumns.end();
 }
 

@@ -47,7 +47,7 @@ class Rows final : public QAbstractTableModel {
     const std::string& columnTitle(int column) const;
     // Whether column 0 has check boxes.
     void setCheckable(bool on) { m_checkable = on; }
-    // Columns that hold numbers: they sort as such and stand at the right.
+    // Columns of numbers: sorted as numbers and aligned to the right.
     void setNumberColumns(std::vector<int> columns) { m_numberColumns = std::move(columns); }
 
     int count() const noexcept { return static_cast<int>(m_rows.size()); }
@@ -140,8 +140,9 @@ class Rows final : public QAbstractTableModel {
     }
     void findKeys() const;
     void forgetKeys() noexcept;
-    void changed(int row, int role);  // by the role, views distinguish flags from texts
-    bool holdsNumbers(int column) const;
+    // The role tells a change of the highlight flag from other changes.
+    void changed(int row, int role);
+    bool isNumberColumn(int column) const;
     bool notifies() const noexcept { return m_batch == 0; }
 
     std::vector<Entry> m_rows;

@@ -49,10 +49,9 @@ class WebsiteFile final {
     // possible (LastURL and LastReport beyond 16 bits overflow).
     bool loadWebsiteFile(const std::string& path, WebsiteFields& fields, CustomEngines& customEngines,
                          const SelectCategory& selectCategory);
-    // Asks, then removes the highlighted report entries, their files, and their lines of the website file. A
-    // file that does not lie in the folder of reports stays, and a message names it. Entries that came into
-    // the file meanwhile join the list, those that went from it leave it. False when it failed, which was
-    // shown.
+    // Asks, then removes the highlighted report entries, their files, and their lines in the website file. A
+    // file outside the folder of reports stays, and a message names it. The list then follows other changes
+    // in the file. On failure shows it and returns false.
     bool DeleteReportFile(const std::string& path, Rows& reports, const std::string& reportFolder);
 
   private:

@@ -7,10 +7,10 @@
 
 namespace relay {
 
-// What stands in a password's place where it is hidden.
+// Shown instead of a hidden password.
 inline constexpr std::string_view kHiddenPassword = "********";
 
-// A website file by its keys, for the command line. The keys are those of kWebsiteKeys.
+// Access to a website file by key, for the command line. The keys are those of kWebsiteKeys.
 
 // Throws Failure when there is no such file, with `hint` after the message, or when its folder may not be
 // entered.

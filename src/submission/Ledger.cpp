@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "submission/Ledger.h"
 
+#include "core/Descriptor.h"
 #include "core/FileStore.h"
 #include "core/JsonLine.h"
 #include "core/ScreenText.h"
@@ -16,7 +17,6 @@
 #include <mutex>
 #include <sys/file.h>
 #include <sys/stat.h>
-#include <system_error>
 #include <thread>
 #include <unistd.h>
 #include <utility>
@@ -26,10 +26,6 @@ namespace relay {
 namespace {
 
 constexpr std::chrono::seconds kFlushEvery(1);
-
-[[noreturn]] void fail(const std::string& path, int error) {
-    throw fileFailure(path, std::generic_category().message(error), error == ENOSPC ? 61 : 75);
-}
 
 // Texts of the head must come back as the bytes they are, whatever they are.
 void appendExactText(std::string& json, std::string_view text) {
@@ -108,10 +104,8 @@ bool writeAll(int file, std::string_view bytes) {
 
 void flushFolderOf(const std::string& path) {
     const std::string folder = path.substr(0, path.rfind('/') + 1);
-    const int opened = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (opened < 0) return;
-    ::fsync(opened);
-    ::close(opened);
+    const Descriptor opened(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (opened >= 0) ::fsync(opened);
 }
 
 // Flushes a file once a second as long as something was written to it. A flush can take the disk a while,
@@ -152,9 +146,15 @@ std::int64_t sizeOf(int file) {
     return ::fstat(file, &status) == 0 && S_ISREG(status.st_mode) ? status.st_size : -1;
 }
 
-bool hasName(int file) {
-    struct stat status {};
-    return ::fstat(file, &status) == 0 && status.st_nlink > 0;
+std::optional<CutOffRun> oldestCutOffRun(const std::string& home) {
+    std::optional<CutOffRun> oldest;
+    for (int number = 1; number <= kMostLedgers; ++number) {
+        failureOf([&] {
+            auto run = readLedger(ledgerPath(home, number));
+            if (run && (!oldest || run->head.time < oldest->head.time)) oldest = std::move(run);
+        });
+    }
+    return oldest;
 }
 
 }  // namespace
@@ -164,7 +164,7 @@ std::string ledgerPath(const std::string& home, int number) {
 }
 
 struct Ledger::Data final {
-    int file = -1;
+    Descriptor file;
     std::string path;
     std::string problem;
     std::optional<Flusher> flusher;
@@ -172,7 +172,7 @@ struct Ledger::Data final {
     std::string secondText;
 
     void take(int opened, const std::string& name) {
-        file = opened;
+        file.reset(opened);
         path = name;
         problem.clear();
     }
@@ -186,13 +186,13 @@ struct Ledger::Data final {
         flusher->written();
     }
     void giveUp(int error) {
-        problem = fileFailure(path, std::generic_category().message(error), 0).what();
+        problem = fileFailure(path, error).what();
         ::unlink(path.c_str());
         close();
     }
     void close() noexcept {
         flusher.reset();
-        if (file >= 0) ::close(std::exchange(file, -1));
+        file.reset();
     }
     // False: the file is another run's.
     bool tryTake(const std::string& name);
@@ -200,27 +200,18 @@ struct Ledger::Data final {
 
 bool Ledger::Data::tryTake(const std::string& name) {
     for (;;) {
-        const int opened = openLedger(name, O_CREAT);
-        // A link or a folder of that name is somebody's.
+        Descriptor opened(openLedger(name, O_CREAT));
+        // A link or a folder of that name is the user's.
         if (opened < 0 && (errno == ELOOP || errno == EISDIR || errno == ENXIO)) return false;
-        if (opened < 0) fail(name, errno);
+        if (opened < 0) throw fileFailure(name, errno);
         const std::int64_t size = sizeOf(opened);
-        if (isLocked(opened) || size < 0) {
-            ::close(opened);
-            return false;
-        }
-        if (!hasName(opened)) {  // who had it has just finished
-            ::close(opened);
-            continue;
-        }
+        if (isLocked(opened) || size < 0) return false;
+        if (!hasName(opened)) continue;  // another run has just finished with it
         bool over = size == 0;
-        if (!over) failureOf([&] { over = !readLedger(name); });
-        if (over && ::fchmod(opened, 0600) == 0 && ::ftruncate(opened, 0) == 0) {
-            take(opened, name);
-            return true;
-        }
-        ::close(opened);
-        return false;
+        if (!over) failureOf([&] { over = isLedgerOver(name); });
+        if (!over || ::fchmod(opened, 0600) != 0 || ::ftruncate(opened, 0) != 0) return false;
+        take(opened.release(), name);
+        return true;
     }
 }
 
@@ -235,13 +226,7 @@ void Ledger::begin(const std::string& home, const LedgerHead& head, const RunPla
     int number = 1;
     while (number <= kMostLedgers && !m_data->tryTake(ledgerPath(home, number))) ++number;
     if (number > kMostLedgers) {
-        std::optional<CutOffRun> oldest;
-        for (number = 1; number <= kMostLedgers; ++number) {
-            failureOf([&] {
-                auto run = readLedger(ledgerPath(home, number));
-                if (run && (!oldest || run->head.time < oldest->head.time)) oldest = std::move(run);
-            });
-        }
+        const std::optional<CutOffRun> oldest = oldestCutOffRun(home);
         if (!oldest) throw fileFailure(ledgerPath(home, 1), "No file is free for the ledger", 75);
         Ledger old;
         old.goOn(oldest->path, oldest->size);
@@ -251,28 +236,23 @@ void Ledger::begin(const std::string& home, const LedgerHead& head, const RunPla
     if (!writeAll(m_data->file, headLine(head, plan))) {
         const int error = errno;
         m_data->giveUp(error);
-        fail(m_data->path, error);
+        throw fileFailure(m_data->path, error);
     }
     m_data->flusher.emplace(m_data->file, m_data->path);
 }
 
 void Ledger::goOn(const std::string& path, std::int64_t size) {
     leave();
-    const int opened = openLedger(path, 0);
-    if (opened < 0) fail(path, errno);
-    if (isLocked(opened) || sizeOf(opened) != size || !hasName(opened)) {
-        ::close(opened);
-        throw fileFailure(path, "Another program goes on with this run", 70);
-    }
-    m_data->take(opened, path);
-    // A torn line keeps to itself.
+    Descriptor opened(openLedger(path, 0));
+    if (opened < 0) throw fileFailure(path, errno);
+    if (isLocked(opened) || sizeOf(opened) != size || !hasName(opened))
+        throw fileFailure(path, "Another program continues this run", 70);
+    // A torn last line is ended.
     char last = '\n';
-    if (size > 0 && ::pread(opened, &last, 1, size - 1) == 1 && last != '\n' && !writeAll(opened, "\n")) {
-        const int error = errno;
-        leave();
-        fail(path, error);
-    }
-    m_data->flusher.emplace(opened, path);
+    if (size > 0 && ::pread(opened, &last, 1, size - 1) == 1 && last != '\n' && !writeAll(opened, "\n"))
+        throw fileFailure(path, errno);
+    m_data->take(opened.release(), path);
+    m_data->flusher.emplace(m_data->file, path);
 }
 
 bool Ledger::isOpen() const noexcept {

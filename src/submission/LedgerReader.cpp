@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "submission/LedgerReader.h"
 
+#include "core/Descriptor.h"
 #include "core/FileStore.h"
 #include "core/IniFile.h"
 #include "core/Paths.h"
@@ -8,7 +9,6 @@
 #include "core/Text.h"
 #include "core/Trap.h"
 #include "projects/WebsiteFile.h"
-#include "submission/WorkList.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -18,7 +18,6 @@
 #include <set>
 #include <sys/file.h>
 #include <sys/stat.h>
-#include <system_error>
 #include <unistd.h>
 #include <unordered_map>
 #include <utility>
@@ -68,7 +67,7 @@ std::string exactText(const json& value) {
 
 void readEngines(const json& head, RunPlan& plan) {
     const json& engines = member(head, "engines");
-    if (!engines.is_array() || engines.size() > kMostOfWork) throw NoLedger();
+    if (!engines.is_array() || engines.size() > std::size_t{kMostOfWork}) throw NoLedger();
     for (const json& name : engines) plan.engines.push_back(exactText(name));
 }
 
@@ -77,7 +76,7 @@ void readUrls(const json& website, CutOffRun& run) {
     const std::string name = exactText(member(website, "name"));
     run.head.digests.websites[file] = textOf(member(website, "digest"));
     for (const json& entry : member(website, "urls")) {
-        if (run.plan.urls.size() == kMostOfWork) throw NoLedger();
+        if (run.plan.urls.size() == std::size_t{kMostOfWork}) throw NoLedger();
         PlannedURL url{file, name, exactText(member(entry, "url")), {}};
         for (const json& place : member(entry, "engines")) {
             const std::int64_t engine = numberOf(place);
@@ -214,16 +213,10 @@ class ReadFile final {
     explicit ReadFile(const std::string& path)
         : m_file(::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC)) {
         struct stat status {};
-        if (m_file < 0 || ::fstat(m_file, &status) != 0)
-            throw fileFailure(path, std::generic_category().message(errno), errno == ENOENT ? 53 : 75);
+        if (m_file < 0 || ::fstat(m_file, &status) != 0) throw fileFailure(path, errno);
         m_regular = S_ISREG(status.st_mode);
         m_size = status.st_size;
     }
-    ~ReadFile() {
-        if (m_file >= 0) ::close(m_file);
-    }
-    ReadFile(const ReadFile&) = delete;
-    ReadFile& operator=(const ReadFile&) = delete;
 
     bool isRegular() const noexcept { return m_regular; }
     std::int64_t size() const noexcept { return m_size; }
@@ -247,13 +240,34 @@ class ReadFile final {
         }
         if (!text.empty()) line(text, false);
     }
+    bool endsWith(std::string_view end) const {
+        std::string bytes(end.size(), '\0');
+        const auto size = static_cast<std::int64_t>(bytes.size());
+        return m_size >= size && ::pread(m_file, bytes.data(), bytes.size(), m_size - size) == size &&
+               bytes == end;
+    }
     bool isLocked() const { return ::flock(m_file, LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK; }
 
   private:
-    int m_file;
+    Descriptor m_file;
     bool m_regular = false;
     std::int64_t m_size = 0;
 };
+
+// Also what is left of the beginning after a crash.
+bool beginsAsLedger(std::string_view line) {
+    constexpr std::string_view kBeginning = "{\"event\":\"ledger\",";
+    return line.substr(0, kBeginning.size()) == kBeginning.substr(0, line.size());
+}
+
+// False for one that is torn: nothing was sent yet.
+bool readFirstLine(std::string_view line, bool whole, CutOffRun& run) {
+    const json head = json::parse(line, nullptr, false);
+    if (head.is_discarded() && !whole && beginsAsLedger(line)) return false;
+    if (head.is_discarded()) throw NoLedger();
+    readHead(head, run);
+    return true;
+}
 
 std::optional<CutOffRun> readRun(const ReadFile& file, const std::string& path) {
     if (!file.isRegular()) throw NoLedger();
@@ -261,30 +275,39 @@ std::optional<CutOffRun> readRun(const ReadFile& file, const std::string& path) 
     run.path = path;
     run.size = file.size();
     std::optional<LineReader> lines;
-    bool begun = false;
     file.forEachLine([&](std::string_view line, bool whole) {
-        const json parsed = json::parse(line, nullptr, false);
-        if (lines) {
-            if (!parsed.is_discarded()) lines->read(parsed);
-            return !lines->isOver();
+        if (!lines) {
+            if (!readFirstLine(line, whole, run)) return false;
+            lines.emplace(run);
+            return true;
         }
-        if (!whole && (parsed.is_discarded() && line.starts_with("{\"event\":\"ledger\""))) return false;
-        if (parsed.is_discarded()) throw NoLedger();
-        readHead(parsed, run);
-        lines.emplace(run);
-        begun = true;
-        return true;
+        const json parsed = json::parse(line, nullptr, false);
+        if (!parsed.is_discarded()) lines->read(parsed);
+        return !lines->isOver();
     });
-    if (!begun || lines->isOver()) return std::nullopt;
+    if (!lines || lines->isOver()) return std::nullopt;
     lines->end();
     if (std::all_of(run.finished.begin(), run.finished.end(), [](bool done) { return done; }))
         return std::nullopt;
     return run;
 }
 
-std::optional<CutOffRun> readOrRefuse(const ReadFile& file, const std::string& path) {
+// When the run began; nothing for a torn head.
+std::optional<QDateTime> timeOf(const ReadFile& file) {
+    if (!file.isRegular()) throw NoLedger();
+    CutOffRun run;
+    bool begun = false;
+    file.forEachLine([&](std::string_view line, bool whole) {
+        begun = readFirstLine(line, whole, run);
+        return false;
+    });
+    return begun ? std::optional(run.head.time) : std::nullopt;
+}
+
+template <typename Read>
+auto refusing(const std::string& path, Read&& read) {
     try {
-        return readRun(file, path);
+        return read();
     } catch (const NoLedger&) {
         throw fileFailure(path, "This is no ledger of a run that this program can go on with", 75);
     }
@@ -302,22 +325,42 @@ std::int64_t CutOffRun::left() const {
 }
 
 std::optional<CutOffRun> readLedger(const std::string& path) {
-    return readOrRefuse(ReadFile(path), path);
+    return refusing(path, [&] { return readRun(ReadFile(path), path); });
+}
+
+bool isLedgerOver(const std::string& path) {
+    const ReadFile file(path);
+    bool torn = true;
+    file.forEachLine([&](std::string_view line, bool whole) {
+        torn = !whole && beginsAsLedger(line);
+        return false;
+    });
+    return torn || file.endsWith("\n{\"event\":\"done\"}\n");
 }
 
 std::optional<CutOffRun> findCutOffRun(const std::string& home) {
-    std::optional<CutOffRun> newest;
+    std::vector<std::pair<QDateTime, std::string>> runs;
     std::optional<Failure> stranger;
-    for (int number = 1; number <= kMostLedgers; ++number) {
-        const std::string path = ledgerPath(home, number);
+    const auto tryFile = [&](const std::string& path, const auto& work) {
         try {
-            const ReadFile file(path);
-            if (file.isLocked()) continue;
-            auto run = readOrRefuse(file, path);
-            if (run && (!newest || newest->head.time < run->head.time)) newest = std::move(run);
+            work(path);
         } catch (const Failure& failure) {
             if (failure.number() != 53 && !stranger) stranger = failure;
         }
+    };
+    for (int number = 1; number <= kMostLedgers; ++number) {
+        tryFile(ledgerPath(home, number), [&](const std::string& path) {
+            const ReadFile file(path);
+            if (file.isLocked()) return;
+            if (const auto begun = refusing(path, [&] { return timeOf(file); }))
+                runs.emplace_back(*begun, path);
+        });
+    }
+    // All of a file is read only where the run is to be gone on with.
+    std::sort(runs.begin(), runs.end(), std::greater<>());
+    std::optional<CutOffRun> newest;
+    for (const auto& [begun, name] : runs) {
+        if (!newest) tryFile(name, [&](const std::string& path) { newest = readLedger(path); });
     }
     if (!newest && stranger) throw Failure(*stranger);
     return newest;

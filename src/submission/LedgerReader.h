@@ -30,6 +30,9 @@ struct CutOffRun final {
 // no ledger, or one of a version that is not known.
 std::optional<CutOffRun> readLedger(const std::string& path);
 
+// Whether the end of the run stands in the file, or nothing was sent in it: without reading all of it.
+bool isLedgerOver(const std::string& path);
+
 // The newest run of the home that was cut off and that no program is at now; nothing when there is none.
 // Throws Failure where there is none, but a file that is no ledger.
 std::optional<CutOffRun> findCutOffRun(const std::string& home);

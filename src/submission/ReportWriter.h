@@ -17,7 +17,7 @@ struct Services;
 struct SubmissionOptions final {
     QLocale locale;            // for dates
     bool linkEngines = false;  // engine names as links; the switch "/U"
-    bool keepLedger = true;    // so that a run can go on after a crash
+    bool keepLedger = true;    // see Ledger
 };
 
 // Writes the reports of a run and collects the engines that failed in it.
@@ -27,7 +27,7 @@ class ReportWriter final {
 
     // Empties the list of failed engines. Call at the start of a run.
     void setFailEngine();
-    // Where a report of this time goes.
+    // The path of a report written at this time.
     std::string reportPath(const std::string& URL, const QDateTime& now) const;
     // Writes the report of one URL, lists it in the website file and appends the failed engines to fail.eng.
     // A failure goes to the log and into the result.

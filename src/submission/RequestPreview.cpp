@@ -58,9 +58,9 @@ RequestPreview previewRequest(const Services& services, const Catalogue& catalog
                           "\" has no action, or its template contains no macro. It would count as failed.";
         return preview;
     }
-    if (details.Password.empty()) preview.warning = emptyPasswordWarning(engine);
     try {
-        // What is really sent is judged, whatever is shown of it.
+        if (details.Password.empty()) preview.warning = emptyPasswordWarning(engine);
+        // Checks the real request, not the one with the hidden password.
         preview.URL = wireUrl(request->URL);
         if (wish.hidePassword && !details.Password.empty()) {
             details.Password = kHiddenPassword;
@@ -68,7 +68,7 @@ RequestPreview previewRequest(const Services& services, const Catalogue& catalog
             preview.URL = wireUrl(request->URL);
         }
     } catch (const Failure& refused) {
-        preview.URL.clear();
+        preview = {};
         preview.refusal = std::string("Nothing would be sent: ") + refused.what() + ".";
         return preview;
     }

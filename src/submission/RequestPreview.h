@@ -11,7 +11,7 @@ namespace relay {
 class Catalogue;
 struct Services;
 
-// Who would be sent what, for which website.
+// What to preview.
 struct PreviewWish final {
     std::string engine;       // its name
     std::string websiteFile;  // its path
@@ -19,16 +19,16 @@ struct PreviewWish final {
     bool hidePassword = true;
 };
 
-// What an engine would be sent; nothing is sent.
+// What would be sent to an engine. Nothing is sent.
 struct RequestPreview final {
     std::string refusal;  // why nothing would be sent; all else is empty then
+    std::string warning;  // the engine would be sent an empty password
     bool isPost = false;
-    std::string URL;      // as it stands on the wire
-    std::string body;     // of a POST
-    std::string warning;  // if a password would be sent that the website does not have; else empty
+    std::string URL;   // as it stands on the wire
+    std::string body;  // of a POST
 
     const char* method() const noexcept { return isPost ? "POST" : "GET"; }
-    // Names and values as the engine reads them, in their order.
+    // The decoded names and values of the query and the body, in order.
     std::vector<std::pair<std::string, std::string>> fields() const;
 };
 

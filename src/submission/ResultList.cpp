@@ -18,7 +18,7 @@ void writeNumber(std::array<char, Size>& text, std::int64_t number) {
 }
 }  // namespace
 
-// A row shows texts; numbers have theirs here.
+// What a row refers to. It has the texts of the numbers, as rows are views of texts.
 struct ResultList::Line final {
     int place;
     std::array<char, 8> code;

@@ -12,28 +12,27 @@
 
 namespace relay {
 
-// The results of a run as a list, a row each: sorted by any column, filtered by the result's word, copied as
-// text.
+// The results of a run as a list, one row each. It can be filtered by result word and copied as text.
 class ResultList final {
   public:
     explicit ResultList(const Results& results);
     ~ResultList();
 
-    // "Engine", "URL", "Web site", "Result", "Code", "ms"; the tag is the engine's page for adding a URL.
+    // Columns "Engine", "URL", "Web site", "Result", "Code", "ms"; the tag is the engine's AddURL.
     Rows lsvResults;
 
-    // What the list can be filtered by: "All results (5)", then each word that there is, "Success (3)".
+    // The choices of the filter: "All results (5)", then one for each word, such as "Success (3)".
     struct Choice final {
         std::string caption;
         std::string_view word;  // empty: all
     };
     std::vector<Choice> choices() const;
-    // Lists the results with the word, or all, in the order that was chosen before.
+    // Lists the results with the word, or all; keeps the sort order.
     void show(std::string_view word);
-    // Before the results become those of another run.
+    // Must be called before another run starts.
     void clear();
-    // The highlighted rows, or all that are listed when none is: a line each, columns parted by tabs, under a
-    // line of titles.
+    // The highlighted rows, or all rows if none is, as lines with tabs between the columns, below a line of
+    // titles.
     std::string text() const;
 
   private:
@@ -41,7 +40,7 @@ class ResultList final {
     class Source;
 
     const Results& m_results;
-    std::vector<Line> m_lines;  // that are listed
+    std::vector<Line> m_lines;  // one per row
     std::unique_ptr<Source> m_source;
 };
 

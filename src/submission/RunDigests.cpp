@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "submission/RunDigests.h"
 
-#include "catalogue/Catalogue.h"
+#include "catalogue/EngineCollection.h"
 #include "core/FileSystem.h"
 #include "core/IniFile.h"
 #include "core/Paths.h"
@@ -13,6 +13,8 @@
 #include "projects/WebsiteFile.h"
 
 #include <QCryptographicHash>
+
+#include <utility>
 
 namespace relay {
 
@@ -53,11 +55,23 @@ std::string RunDigests::ofSettings(bool blockSpam) {
     return sha256(blockSpam ? "BlockSpam=1\n" : "BlockSpam=0\n");
 }
 
-RunDigests RunDigests::of(const Services& services, const Catalogue& catalogue, const RunPlan& plan) {
-    RunDigests digests;
-    const EngineTexts& texts = catalogue.lists.engines.texts();
-    digests.catalogue["krveng5.dat"] = sha256(texts.file);
-    digests.catalogue["catkws.dat"] = sha256(texts.tables);
+void CatalogueDigests::begin(const EngineCollection& engines) {
+    if (m_texts && m_texts.get() == &engines.texts()) return;
+    m_texts = engines.keptTexts();
+    m_digests = std::async(std::launch::async, [texts = m_texts] {
+        return std::map<std::string, std::string>{{"krveng5.dat", sha256(texts->file)},
+                                                  {"catkws.dat", sha256(texts->tables)}};
+    });
+}
+
+std::map<std::string, std::string> CatalogueDigests::of(const EngineCollection& engines) {
+    begin(engines);
+    return m_digests.get();
+}
+
+RunDigests RunDigests::of(const Services& services, std::map<std::string, std::string> catalogue,
+                          const RunPlan& plan) {
+    RunDigests digests{std::move(catalogue), {}, {}};
     std::string countries;
     failureOf([&] { countries = readFile(services.paths.inApp("country.kws")); });
     digests.catalogue["country.kws"] = sha256(countries);

@@ -3,15 +3,31 @@
 
 #include "submission/RunPlan.h"
 
+#include <future>
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace relay {
 
-class Catalogue;
+class EngineCollection;
+struct EngineTexts;
 struct Services;
+
+// The digests of the loaded catalogue. A large one takes a while, so they are made in a thread of their own
+// while the run is prepared, and kept until another catalogue is loaded.
+class CatalogueDigests final {
+  public:
+    void begin(const EngineCollection& engines);
+    // By the file's name. Waits for them.
+    std::map<std::string, std::string> of(const EngineCollection& engines);
+
+  private:
+    std::shared_ptr<const EngineTexts> m_texts;
+    std::shared_future<std::map<std::string, std::string>> m_digests;
+};
 
 // What the requests of a run are made of, as SHA-256 in hex digits. A run goes on only where it is the same.
 struct RunDigests final {
@@ -19,9 +35,10 @@ struct RunDigests final {
     std::string settings;                          // as they are kept; a run may use others
     std::map<std::string, std::string> websites;   // by the file's path: its fields and URLs, not its reports
 
-    // Of the catalogue as it is loaded, and of the plan's website files as they stand. A file that cannot be
-    // read has an empty digest.
-    static RunDigests of(const Services& services, const Catalogue& catalogue, const RunPlan& plan);
+    // Of the plan's website files as they stand, beside the catalogue's. A file that cannot be read has an
+    // empty digest.
+    static RunDigests of(const Services& services, std::map<std::string, std::string> catalogue,
+                         const RunPlan& plan);
     // Of the settings as they would be kept by one who answered the question about link pages so.
     static std::string ofSettings(bool blockSpam);
 };

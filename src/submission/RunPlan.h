@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace relay {
@@ -25,6 +26,11 @@ struct RunPlan final {
         return urls[url].engines.empty() ? engines.size() : urls[url].engines.size();
     }
 };
+
+// The row key for a website file: every capital is marked, because keys ignore case and paths do not.
+std::string siteKey(std::string_view path);
+// The row key for a URL.
+std::string urlKey(std::string_view websiteFile, std::string_view URL);
 
 // How a pair of a plan has ended.
 struct PairEnd final {

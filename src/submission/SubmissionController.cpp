@@ -1,334 +1,304 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "submission/SubmissionController.h"
 
-#include "core/Clock.h"
 #include "core/Failure.h"
-#include "core/FileStore.h"
+#include "core/FileSystem.h"
+#include "core/IniFile.h"
 #include "core/Log.h"
 #include "core/Paths.h"
 #include "core/Prompts.h"
 #include "core/Services.h"
+#include "core/Text.h"
 #include "core/Trap.h"
 #include "core/clsPreference.h"
-#include "transport/Descriptors.h"
+#include "projects/ProjectStore.h"
+#include "projects/WebsiteFile.h"
 
-#include <algorithm>
+#include <cmath>
 
 namespace relay {
 
+namespace {
+
+constexpr std::string_view kConfirmSettings =
+    "Please confirm your setting above and click the 'Start' button:";
+
+// "##,##0"
+std::string grouped(double number) {
+    std::string digits = std::to_string(std::llround(number));
+    for (std::size_t end = digits.size(); end > 3; end -= 3) digits.insert(end - 3, ",");
+    return digits;
+}
+
+// Fills lsvSiteSubmitting with the URLs of the checked rows of lsvSiteSelection, in order; the same URL once
+// per website. Calls `listed` for every URL in the files.
+void listSiteURLs(const Rows& lsvSiteSelection, Rows& lsvSiteSubmitting,
+                  const std::function<void()>& listed) {
+    const RowsBatch batch(lsvSiteSubmitting);
+    lsvSiteSubmitting.clear();
+    for (int site = 0; site < lsvSiteSelection.count(); ++site) {
+        const Row row(lsvSiteSelection.at(site));
+        if (!row.checked) continue;
+        const IniFile file = loadWebsiteQuietly(row.tag);
+        const int last = toInt16(leadingNumber(file.value(kWebsiteSection, "LastURL")));
+        for (int number = 1; number <= last; ++number) {
+            const std::string url = file.value(kUrlSection, "URL" + std::to_string(number));
+            if (!url.empty())
+                lsvSiteSubmitting.tryAdd({urlKey(row.tag, url), url, {row.text, ""}, "URL", row.tag});
+            if (lsvSiteSubmitting.count() > kMostOfWork) throw Failure("Overflow", 6);
+            listed();
+        }
+    }
+}
+
+}  // namespace
+
 SubmissionController::SubmissionController(const Services& services, const Catalogue& catalogue,
                                            SubmissionOptions options)
-    : m_services(services),
-      m_catalogue(catalogue),
-      m_clsSubmit(services, catalogue),
-      m_reports(services, options),
-      m_keepLedger(options.keepLedger) {
-    m_TimerSubmit.setInterval(1000);
-    connect(&m_TimerSubmit, &QTimer::timeout, this, &SubmissionController::TimerSubmit);
-    connect(&m_clsSubmit, &clsSubmit::engineEnded, this, &SubmissionController::countEnded);
-    connect(&m_clsSubmit, &clsSubmit::sending, this, &SubmissionController::noteSending);
-    connect(&m_clsSubmit, &clsSubmit::connectionChanged, this, &SubmissionController::showConnection);
-    connect(&m_clsSubmit, &clsSubmit::connectionFree, this, &SubmissionController::SubmitIt);
-    connect(&m_clsSubmit, &clsSubmit::cancelled, this, &SubmissionController::stopSubmission);
-    connect(&m_dispatcher, &EngineDispatcher::engineDue, this, &SubmissionController::submitEngine);
-    connect(&m_dispatcher, &EngineDispatcher::noEngineLeft, this, &SubmissionController::finishURL);
+    : m_services(services), m_catalogue(catalogue), m_run(services, catalogue, m_state, std::move(options)) {
+    connect(&m_run, &SubmissionRun::engineEnded, this, &SubmissionController::engineEnded);
+    connect(&m_run, &SubmissionRun::reportWritten, this, &SubmissionController::reportWritten);
+    connect(&m_run, &SubmissionRun::runDone, this, &SubmissionController::runDone);
+    connect(&m_run, &SubmissionRun::ledgerFailed, this, &SubmissionController::ledgerFailed);
+    connect(&m_run, &SubmissionRun::stateChanged, this, &SubmissionController::stateChanged);
     connect(&m_state.lsvSiteSelection, &Rows::checkToggled, this, &SubmissionController::siteChecked);
 }
 
-bool SubmissionController::cmdSubmit() {
-    if (m_state.cmdSubmit == kSubmit) {
-        // The last run's end is still on its way.
-        if (isRunning() || m_ended) return false;
-        m_state.lblSubmit = "Please wait while submitting ..... ";
-        m_state.cmdSubmit = "&Stop";
-        m_state.cmdCancelEnabled = false;
-        const bool started = StartSubmit();
-        if (!started) resetSubmitButton();
-        Q_EMIT stateChanged();
-        return started;
+void SubmissionController::loadProject() {
+    constexpr std::string_view kLoadTrap = "FormLoad_Submit_Error: ";
+    trap(m_services.prompts, kLoadTrap, [&] {
+        const RowsBatch batch(m_state.lsvSiteSelection);
+        for (const ProjectRecord& project : ProjectStore(m_services.paths.ProjectFilePath).loadProject()) {
+            for (const WebsiteSlot& site : project.websites) {
+                if (site.file.empty()) continue;
+                trap(m_services.prompts, kLoadTrap, [&] { addSite(site.file, site.name, project.name); });
+            }
+        }
+    });
+}
+
+bool SubmissionController::addSite(const std::string& websiteFile, std::string_view name,
+                                   std::string_view project) {
+    const std::string lastURL = IniFile::load(websiteFile).value(kWebsiteSection, "LastURL");
+    if (lastURL.empty()) return false;
+    Row row{siteKey(websiteFile), std::string(name), {std::string(project), lastURL}, "WebFile", websiteFile};
+    row.checked = leadingNumber(lastURL) > 0;
+    return m_state.lsvSiteSelection.tryAdd(std::move(row));
+}
+
+bool SubmissionController::hasSite(std::string_view websiteFile) const {
+    return m_state.lsvSiteSelection.contains(siteKey(websiteFile));
+}
+
+void SubmissionController::siteChecked(int row, bool on) {
+    if (!on) return;
+    const RowView site = m_state.lsvSiteSelection.at(row);
+    const std::string_view count = site.subItems.at(1);
+    if (site.key.empty()) {
+        m_services.prompts.message("Web site file is empty, please save the web site details before submit.",
+                                   "Select Website\"", Icon::Critical);
+    } else if (count.empty() || count == "0") {
+        m_services.prompts.message(kNoURL, "Submit", Icon::Critical);
+    } else {
+        return;
     }
-    resetSubmitButton();
-    // A connection that ends by itself from here on must not get another engine, or the pool would never be
-    // found idle.
-    m_dispatcher.stop();
-    m_clsSubmit.Disconnect();
+    m_state.lsvSiteSelection.setChecked(row, false);
+}
+
+void SubmissionController::selectAllSites(bool on) {
+    const RowsBatch batch(m_state.lsvSiteSelection);
+    for (int row = 0; row < m_state.lsvSiteSelection.count(); ++row) {
+        const RowView site = m_state.lsvSiteSelection.at(row);
+        const bool hasURLs = !site.key.empty() && leadingNumber(site.subItems.at(1)) > 0;
+        m_state.lsvSiteSelection.setChecked(row, on && hasURLs);
+    }
+}
+
+bool SubmissionController::cmdNext() {
+    if (!getSubmitSummary()) return false;
+    m_run.beginDigests();
+    m_state.lblStart = kConfirmSettings;
+    m_state.progressValue = 0;
+    m_state.page = 1;
     Q_EMIT stateChanged();
     return true;
 }
 
-void SubmissionController::resetSubmitButton() {
-    m_state.cmdSubmit = kSubmit;
-    m_state.cmdCancelEnabled = true;
-}
-
-bool SubmissionController::StartSubmit() {
-    try {
-        return startRun();
-    } catch (const std::exception& failure) {
-        m_held.reset();
-        m_TimerSubmit.stop();
-        m_ledger.leave();
-        const auto* known = dynamic_cast<const Failure*>(&failure);
-        m_services.log.WriteErrorLog("StartSubmit_Error: " + std::string(failureText(failure)));
-        m_services.prompts.message(
-            "Module: StartSubmit\r\nErrorCode: " + std::to_string(known ? known->number() : 0), "Error",
-            Icon::Critical);
-        return false;
+void SubmissionController::getNumOfSelectedSites(int& Sites, int& URLs) const {
+    Sites = URLs = 0;
+    for (int row = 0; row < m_state.lsvSiteSelection.count(); ++row) {
+        const RowView site = m_state.lsvSiteSelection.at(row);
+        if (!site.checked) continue;
+        ++Sites;
+        URLs += toInt16(leadingNumber(site.subItems.at(1)));
     }
 }
 
-bool SubmissionController::startRun() {
-    const std::int16_t Connections = m_services.preference.Connections;
-    // Left as it is where it cannot go: the list of failed engines is no reason not to submit.
-    failureOf([&] { removeFile(m_services.paths.inApp("fail.eng")); });
-    m_state.StatusBar1 = "Start submitting ...";
-    m_state.clock.clear();
-    m_clsSubmit.sizeSockets(Connections);
-    m_state.Done = 0;
-    m_state.StartTime = m_services.clock.now();
-    m_state.lsvReport.clear();
-    m_reports.setFailEngine();
-    {
-        const RowsBatch batch(m_state.lsvConnections);
-        m_state.lsvConnections.clear();
-        for (int row = 0; row < Connections; ++row) m_state.lsvConnections.add({{}, {}, {"", ""}, {}, {}});
+bool SubmissionController::getSubmitSummary() {
+    bool complete = false;
+    trap(m_services.prompts, "getSubmitSummary_Error: ", [&] {
+        int sites = 0;
+        int urls = 0;
+        getNumOfSelectedSites(sites, urls);
+        m_state.EngineCount = toInt16(m_catalogue.lists.lsvSelectedEngines.count());
+        if (m_state.EngineCount == 0) {
+            m_services.prompts.message(
+                "There is no engine selected, please select the engines you want to submit and try again.",
+                "Submit", Icon::Critical);
+            return;
+        }
+        if (sites == 0) {
+            m_services.prompts.message(
+                "There is no web site selected, please select the web site you want to submit and press the "
+                "'Next' button.",
+                "Submit", Icon::Critical);
+            return;
+        }
+        const int connections = m_services.preference.Connections;
+        if (connections == 0) throw Failure("Division by zero", 11);
+        m_state.lblNumOfEngines = std::to_string(m_state.EngineCount);
+        m_state.lblNumOfWebsites = std::to_string(sites);
+        m_state.lblNumOfURLs = std::to_string(urls);
+        m_state.lblNumOfConnections = std::to_string(connections);
+        // The label says minutes.
+        m_state.lblEstimatedTime = grouped(200.0 * urls * m_state.EngineCount / (connections * 1000.0));
+        complete = true;
+    });
+    return complete;
+}
+
+bool SubmissionController::ConfirmSubmit() {
+    std::string_view refusal;
+    if (m_state.lblNumOfWebsites.empty())
+        refusal =
+            "There is no web site to be submitted. Please make sure to select the web site you want to "
+            "submit and try again.";
+    else if (m_state.lblNumOfEngines.empty())
+        refusal =
+            "There is no engine has been submitted. Please select the engines you want to submit and "
+            "try again.";
+    if (refusal.empty()) return true;
+    m_services.prompts.message(refusal, "Confirm Submit", Icon::Critical);
+    return false;
+}
+
+bool SubmissionController::cmdStart() {
+    if (!ConfirmSubmit()) return false;
+    m_run.forgetPrepared();
+    m_state.lblStart = "Please wait for creating the submission data ......";
+    m_state.lblSubmit = kConfirmURLs;
+    m_state.progressMaximum = leadingInteger(m_state.lblNumOfWebsites) +
+                              leadingInteger(m_state.lblNumOfURLs) + leadingInteger(m_state.lblNumOfEngines);
+    m_state.lsvConnections.clear();
+    Q_EMIT stateChanged();
+    const bool made = createSubmissionData();
+    m_state.offerSubmit();
+    m_state.page = 2;
+    Q_EMIT stateChanged();
+    return made;
+}
+
+bool SubmissionController::createSubmissionData() {
+    const bool made = trap(m_services.prompts, "createSubmissionData_Error:\r\n", [&] {
+        int progress = 0;
+        const auto advance = [&] {
+            if (++progress <= m_state.progressMaximum) m_state.progressValue = progress;
+        };
+        listSiteURLs(m_state.lsvSiteSelection, m_state.lsvSiteSubmitting, advance);
+        submit().listEngines(m_catalogue.lists.lsvSelectedEngines);
+        for (int engine = 0; engine < submit().NumOfEngines(); ++engine) advance();
+    });
+    if (!made) {
+        m_state.lsvSiteSubmitting.clear();
+        submit().forgetEngines();
     }
-    m_state.URLIndex = 1;
-    if (!setSiteSubmittingStatus(1)) return false;
-    m_state.ActiveConnections = connectionsToOpen();
-    m_clsSubmit.LoadHTTPMXSocket(m_state.ActiveConnections);
-    m_TimerSubmit.start();
-    m_summary = {};
-    m_state.progressValue = 0;
-    countWork();
-    m_reportsOfFile.clear();
-    m_held = m_catalogue.hold();
-    beginRecord();
-    beginURL();
+    return made;
+}
+
+void SubmissionController::cmdRemove() {
+    // A run counts rows, so those it has started must stay in place.
+    const int kept = isRunning() ? m_state.URLIndex : 0;
+    int place = 0;
+    m_state.lsvSiteSubmitting.removeIf([&](const RowView& row) {
+        if (++place <= kept || !row.highlighted) return false;
+        m_run.noteRemoved(row.tag, row.text);
+        return true;
+    });
+    if (isRunning()) m_run.countWork();
+    Q_EMIT stateChanged();
+}
+
+bool SubmissionController::cmdSubmit() {
+    if (m_state.offersSubmit()) {
+        if (m_run.isUnderWay()) return false;
+        m_state.lblSubmit = "Please wait while submitting ..... ";
+        m_state.cmdSubmit = "&Stop";
+        m_state.cmdCancelEnabled = false;
+        const bool started = m_run.StartSubmit();
+        if (!started) m_state.offerSubmit();
+        Q_EMIT stateChanged();
+        return started;
+    }
+    m_state.offerSubmit();
+    m_run.stop();
+    Q_EMIT stateChanged();
     return true;
 }
 
-std::int16_t SubmissionController::connectionsToOpen() {
-    std::int16_t most = 1;  // engines that one URL goes to
-    const Rows& urls = m_state.lsvSiteSubmitting;
-    for (int row = 0; row < urls.count() && most < m_clsSubmit.NumOfEngines(); ++row)
-        most = std::max(most, dueEngines(urls.at(row).key));
-    const std::int16_t wanted = std::min(most, m_services.preference.Connections);
-    const std::int16_t allowed = mostConnections();
-    if (wanted <= allowed) return wanted;
-    if (!std::exchange(m_limitShown, true)) {
-        m_services.prompts.message("Opening " + std::to_string(allowed) + " of " + std::to_string(wanted) +
-                                       " connections: the system limits the files this program may open.",
-                                   "Submit", Icon::Information);
+void SubmissionController::viewReport() {
+    trap(m_services.prompts, "viewReport_Error: ", [&] {
+        const Rows& reports = m_state.lsvReport;
+        int found = 0;
+        while (found < reports.count() && !reports.at(found).highlighted && !reports.at(found).checked)
+            ++found;
+        if (found == reports.count()) {
+            m_services.prompts.message(
+                "Please select the web site you want to view and then press the 'Report' button.",
+                "View Report", Icon::Information);
+            return;
+        }
+        const std::string path(reports.at(found).tag);
+        if (path.empty() || !fileExists(path)) {
+            m_services.log.WriteErrorLog("ReportFile: " + path);
+            m_services.prompts.message(
+                "Report file is corrupted or missing, please re-run the submission again.", "View Report",
+                Icon::Critical);
+            return;
+        }
+        const BusyPointer busy(m_services.prompts);
+        openOrTell(m_services.prompts, path, "View Report");
+    });
+}
+
+bool SubmissionController::mayShow(int page) const {
+    if (page == m_state.page) return true;
+    if (isRunning()) return false;
+    switch (page) {
+        case 0:
+            return true;
+        case 1:
+            return m_state.page > 1;
+        case 3:
+            return !m_state.lsvReport.empty();
+        default:
+            return false;  // only "Start" makes the list of URLs
     }
-    return allowed;
 }
 
-// During a run the bar counts requests.
-void SubmissionController::countWork() {
-    m_state.progressMaximum = 0;
-    const Rows& urls = m_state.lsvSiteSubmitting;
-    for (int row = 0; row < urls.count(); ++row) m_state.progressMaximum += dueEngines(urls.at(row).key);
+void SubmissionController::showPage(int page) {
+    if (!mayShow(page)) return;
+    m_state.page = page;
+    if (page == 1) m_state.lblStart = kConfirmSettings;
+    Q_EMIT stateChanged();
 }
 
-void SubmissionController::beginURL() {
-    m_state.EngineCounter = 0;
-    const std::string key(m_state.lsvSiteSubmitting.at(m_state.URLIndex - 1).key);
-    const auto part = m_parts.find(key);
-    m_part = part == m_parts.end() ? nullptr : &part->second;
-    m_place = static_cast<std::uint16_t>(m_placeOfURL.at(key));
-    for (int i = 1; i <= m_state.ActiveConnections; ++i) m_clsSubmit.socket(i).Busy = 0;
-    m_dispatcher.begin(m_state.ActiveConnections, dueEngines(key));
-}
-
-void SubmissionController::SubmitIt(std::int16_t Index) {
-    if (!isRunning()) return;
-    if (!trap(m_services.prompts, "Module : SubmitIt. ", [&] { m_dispatcher.connectionFree(Index); }))
-        endWhenIdle();
-}
-
-void SubmissionController::submitEngine(std::int16_t Index, std::int16_t number) {
-    const bool given = trap(m_services.prompts, "Module : SubmitIt. ", [&] {
-        m_state.EngineCounter = number;
-        m_state.Running = -1;
-        const auto due = m_part ? m_part->due.size() : m_clsSubmit.EngineTable().size();
-        m_state.StatusBar1 = std::to_string(static_cast<int>(due) - number) + " engines remaining ...";
-        const std::int16_t EngineIndex =
-            m_part ? m_part->due.at(static_cast<std::size_t>(number - 1)) : number;
-        if (Index <= m_state.lsvConnections.count()) m_clsSubmit.Submitting(Index, EngineIndex);
-    });
-    if (!given) endWhenIdle();
-}
-
-// After a failure: nobody else would end a run in which no connection is at work.
-void SubmissionController::endWhenIdle() {
-    if (!isRunning() || !m_dispatcher.isDry() || !isFinish()) return;
-    m_ledger.leave();  // what is left can be gone on with
-    endRun();
-}
-
-// The end is told through the event loop: its box is not to stand inside the last reply's signal.
-void SubmissionController::endRun() {
-    setSubmitComplete();
-    m_ended = true;
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            if (std::exchange(m_ended, false)) tellRunDone();
-        },
-        Qt::QueuedConnection);
-}
-
-bool SubmissionController::isFinish() {
-    bool finished = true;
-    trap(m_services.prompts, "isFinish_Error: ", [&] {
-        for (int i = 1; finished && i <= m_state.ActiveConnections; ++i)
-            finished = m_clsSubmit.socket(i).Busy != 1;
-    });
-    return finished;
-}
-
-void SubmissionController::finishURL() {
-    if (!isFinish()) return;
-    const bool finished = trap(m_services.prompts, "Module : SubmitIt. ", [&] {
-        m_state.lsvSiteSubmitting.setSubItem(m_state.URLIndex - 1, 2, "Finish");
-        m_state.lsvSiteSubmitting.setIcon(m_state.URLIndex - 1, "Finish");
-        reportURL();
-        if (m_state.URLIndex >= m_state.lsvSiteSubmitting.count()) return endRun();
-        ++m_state.URLIndex;
-        setSiteSubmittingStatus(m_state.URLIndex);
-        beginURL();
-    });
-    if (finished) return;
-    // A URL is not finished twice; those behind it can be gone on with.
-    m_ledger.leave();
-    endRun();
-}
-
-void SubmissionController::reportURL() {
-    const Row site(m_state.lsvSiteSubmitting.at(m_state.URLIndex - 1));
-    m_state.lsvReport.tryAdd({site.key, site.text, site.subItems, "HTMLFile", {}});
-    const QDateTime now = m_services.clock.now();
-    writeLedger([&] { m_ledger.reporting(now, site.tag, site.text, m_reports.reportPath(site.text, now)); });
-    const UrlReport report = m_reports.CreateReport(
-        site.text, site.tag, enginesOf(m_part ? m_part->reported : std::vector<std::int16_t>()), now);
-    writeLedger([&] { m_ledger.reported(now, report); });
-    const int row = m_state.lsvReport.indexOf(site.key);
-    if (row >= 0) m_state.lsvReport.setTag(row, report.path);
-    countReport(report);
-    Q_EMIT reportWritten(report);
-}
-
-void SubmissionController::countReport(const UrlReport& report) {
-    ++m_summary.urls;
-    if (report.path.empty()) return;
-    const int reports = ++m_reportsOfFile[report.path];
-    if (reports == 2) ++m_summary.sharedFiles;
-    if (reports > 1) m_summary.sharedReports += reports == 2 ? 2 : 1;
-}
-
-bool SubmissionController::setSiteSubmittingStatus(std::int16_t Row) {
-    return trap(m_services.prompts, "setSiteSubmittingStatus_Error: ", [&] {
-        Rows& list = m_state.lsvSiteSubmitting;
-        if (Row < 1 || Row > list.count()) throw Failure("Index out of bounds", 35600);
-        list.setSubItem(Row - 1, 2, "Submitting ....");
-        list.setIcon(Row - 1, "Submitting");
-        m_state.WebsiteFile = list.at(Row - 1).tag;
-        m_state.URL = list.at(Row - 1).text;
-        const auto unread = m_clsSubmit.setWebDetails(m_state.URL, m_state.WebsiteFile);
-        if (unread) m_services.log.WriteErrorLog("setWebDetails: " + *unread);
-    });
-}
-
-void SubmissionController::setSubmitComplete() {
-    // Whatever fails below, the run is over.
-    m_state.Done = -1;
-    m_state.Running = 0;
-    m_state.page = 3;
-    m_held.reset();
-    m_dispatcher.stop();
-    m_TimerSubmit.stop();
-    m_ledger.finish();
-    forgetPrepared();
-    trap(m_services.prompts, "Module: setSubmitComplete\r\n", [&] {
-        resetSubmitButton();
-        m_state.lsvSiteSubmitting.clear();
-        m_state.StatusBar1.clear();
-        const QDateTime now = m_services.clock.now();
-        for (int i = 1; i <= m_clsSubmit.socketCount(); ++i) m_clsSubmit.socket(i).LastDone = now;
-        Q_EMIT stateChanged();
-    });
-}
-
-void SubmissionController::tellRunDone() {
-    trap(m_services.prompts, "Module : SubmitIt. ", [&] {
-        m_services.prompts.beep();
-        m_services.prompts.message("Submission done !", "Submit", Icon::Information);
-    });
-    Q_EMIT runDone(m_summary);
-}
-
-void SubmissionController::stopSubmission() {
-    if (!isRunning()) return;
-    trap(m_services.prompts, "Module: stopSubmission\r\nError: ", [&] {
-        const int last = std::min<int>(m_state.ActiveConnections, m_state.lsvConnections.count());
-        for (int i = 1; i <= last; ++i) m_clsSubmit.cancel(static_cast<std::int16_t>(i));
-        m_state.StatusBar1 = "Please wait while generating report ...";
-        Q_EMIT stateChanged();
-        if (m_state.URLIndex < 1 || m_state.URLIndex > m_state.lsvSiteSubmitting.count()) return;
-        m_state.lsvSiteSubmitting.setSubItem(m_state.URLIndex - 1, 2, "Canceled");
-        reportURL();
-    });
-    setSubmitComplete();
-    m_summary.stopped = true;
-    Q_EMIT runDone(m_summary);
-}
-
-void SubmissionController::TimerSubmit() {
-    trap(
-        m_services.prompts, "SubmitTimeout: ",
-        [&] {
-            // The clock may have been set back meanwhile.
-            const qint64 seconds = std::max<qint64>(m_state.StartTime.secsTo(m_services.clock.now()), 0);
-            m_state.clock = std::to_string(seconds / 3600) + " :" + std::to_string(seconds / 60 % 60) + " :" +
-                            std::to_string(seconds % 60);
-            Q_EMIT stateChanged();
-        },
-        "Submit Timeout");
-}
-
-void SubmissionController::countResult(std::int16_t result) {
-    if (result == Success)
-        ++m_summary.success;
-    else if (result == Cancelled)
-        ++m_summary.cancelled;
-    else
-        ++m_summary.failed;
-}
-
-void SubmissionController::countEnded(const EngineEnded& ended) {
-    ++m_state.progressValue;
-    countResult(ended.result);
-    const auto engine = static_cast<std::size_t>(ended.EngineIndex - 1);
-    if (ended.EngineIndex > 0 && engine < m_clsSubmit.EngineTable().size()) {
-        m_state.results.add(
-            {m_place, static_cast<std::uint16_t>(engine), ended.result, ended.code,
-             static_cast<std::uint32_t>(std::clamp<std::int64_t>(ended.milliseconds, 0, 0xFFFFFFFF))});
-        EngineEnded named = ended;
-        named.engine = m_clsSubmit.EngineTable()[engine].Name;
-        writeLedger([&] { m_ledger.ended(m_services.clock.now(), m_state.WebsiteFile, named); });
+bool SubmissionController::closing() {
+    if (m_state.Running != 0) {
+        if (!m_services.prompts.ask("Are you sure you want to exit?", "Exit Submit")) return false;
+        m_services.log.WriteErrorLog("Cancel submit by user.");
     }
-    Q_EMIT engineEnded(ended);
-}
-
-void SubmissionController::showConnection(std::int16_t Index, const std::string& words) {
-    static constexpr const char* kIcons[] = {"", "Connecting", "Connected", "Completed"};
-    Rows& list = m_state.lsvConnections;
-    if (Index > list.count()) return;
-    const SubmitSocket& work = m_clsSubmit.socket(Index);
-    if (work.Stage == ConnectionStage::Connecting) list.setSubItem(Index - 1, 1, work.EngineName);
-    list.setSubItem(Index - 1, 2, words);
-    list.setIcon(Index - 1, kIcons[static_cast<int>(work.Stage)]);
+    m_run.abandon();
+    return true;
 }
 
 }  // namespace relay

@@ -28,6 +28,7 @@ struct SubmissionState final {
         cmdSubmit = "&Submit";
         cmdCancelEnabled = true;
     }
+    bool offersSubmit() const { return cmdSubmit == "&Submit"; }
 
     Rows lsvSiteSelection;   // key and tag the website file; "Web Site", "Project", "Number of URLs"
     Rows lsvSiteSubmitting;  // tag the website file; "URL", "Web site", "Status"
@@ -48,8 +49,8 @@ struct SubmissionState final {
     bool cmdCancelEnabled = true;  // of page 2
     int progressValue = 0;
     int progressMaximum = 100;
-    std::string StatusBar1;  // what the run is at, the engines remaining among it
-    std::string clock;       // since the start of the run: "0 :0 :1"
+    std::string StatusBar1;  // messages of the run: how many engines remain, for example
+    std::string clock;       // time since the start of the run: "0 :0 :1"
 
     std::string WebsiteFile;  // of the current URL
     std::string URL;

@@ -63,7 +63,7 @@ void clsSubmit::listEngines(const Rows& lsvSelectedEngines) {
 }
 
 void clsSubmit::listEngines(const std::vector<std::string>& names) {
-    if (names.size() > kMostOfWork) throw Failure("Overflow", 6);
+    if (names.size() > std::size_t{kMostOfWork}) throw Failure("Overflow", 6);
     m_EngineTable.assign(names.size(), {});
     for (std::size_t i = 0; i < names.size(); ++i) m_EngineTable[i].Name = names[i];
 }

@@ -27,11 +27,10 @@ class clsSubmit final : public QObject {
   public:
     clsSubmit(const Services& services, const Catalogue& catalogue);
 
-    // Reads the website file once for this URL. One that can no longer be read leaves the fields of the URL
-    // before, where that was the same website's; else none of the URL's engines is sent anything. Gives why
-    // it could not be read.
+    // Reads the website file, once per URL. If that fails, returns the reason; then the fields of the last
+    // URL stay if they are of the same website, else nothing is sent for this URL.
     std::optional<std::string> setWebDetails(const std::string& URL, const std::string& WebsiteFile);
-    // The engine's expanded template; empty when unusable, a failure is shown.
+    // The engine's expanded template; empty when unusable. Shows a failure.
     std::string getSubmitData(std::string_view EngineName);
     // Makes EngineTable as long as the list of selected engines. Entries keep everything but the name. Throws
     // Failure 6 "Overflow" for more than 32767.

@@ -4,6 +4,7 @@
 #include "catalogue/Catalogue.h"
 #include "core/Failure.h"
 #include "core/ScreenText.h"
+#include "core/Text.h"
 #include "core/Trap.h"
 #include "submission/RequestPreview.h"
 #include "ui_frmPreview.h"
@@ -16,6 +17,15 @@ namespace relay {
 
 namespace {
 constexpr int kNameCharacters = 24;
+// Longer texts would block the screen.
+constexpr std::size_t kMostOfRequest = 64 * 1024;
+constexpr std::size_t kMostOfField = 1024;
+
+QString shown(std::string_view text, std::size_t most) {
+    const QString part = toScreen(escapeControlCharacters(left(text, most)));
+    if (text.size() <= most) return part;
+    return frmPreview::tr("%1 ... (%2 bytes in all)").arg(part).arg(text.size());
+}
 }  // namespace
 
 frmPreview::frmPreview(const Services& services, const Catalogue& catalogue, std::vector<Website> websites,
@@ -64,7 +74,7 @@ void frmPreview::showURLs() {
     const int website = m_ui->cboWebsite->currentIndex();
     if (website < 0) return;
     QStringList urls;
-    // The preview says what is wrong with a file that cannot be read.
+    // The preview reports a file that cannot be read.
     failureOf([&] {
         for (const std::string& url : websiteURLs(m_websites[static_cast<std::size_t>(website)].file))
             urls << toScreen(url);
@@ -83,14 +93,16 @@ void frmPreview::showPreview() {
              fromScreen(m_ui->cboURL->currentText()), !m_ui->chkShowPassword->isChecked()});
     });
     if (failure) preview.refusal = *failure;
-    std::string text = preview.refusal;
-    if (text.empty()) text = std::string(preview.method()) + " " + preview.URL;
-    if (!preview.body.empty()) text += "\n\n" + preview.body;
-    if (!preview.warning.empty()) text += "\n\n" + preview.warning;
-    m_ui->txtRequest->setPlainText(toScreen(text));
+    QString text = toScreen(preview.refusal);
+    if (text.isEmpty()) text = shown(std::string(preview.method()) + " " + preview.URL, kMostOfRequest);
+    if (!preview.body.empty()) text += QStringLiteral("\n\n") + shown(preview.body, kMostOfRequest);
+    if (!preview.warning.empty()) text += QStringLiteral("\n\n") + toScreen(preview.warning);
+    m_ui->txtRequest->setPlainText(text);
     const RowsBatch batch(m_fields);
     m_fields.clear();
-    for (auto& [name, value] : preview.fields()) m_fields.add({{}, name, {value}, {}, {}});
+    for (const auto& [name, value] : preview.fields())
+        m_fields.add(
+            {{}, fromScreen(shown(name, kMostOfField)), {fromScreen(shown(value, kMostOfField))}, {}, {}});
 }
 
 }  // namespace relay

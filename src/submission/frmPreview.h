@@ -17,7 +17,7 @@ class frmPreview;
 class Catalogue;
 struct Services;
 
-// Shows what an engine would be sent for a website's URL. Nothing is sent.
+// Shows what would be sent to an engine for a website's URL. Nothing is sent.
 class frmPreview final : public QDialog {
     Q_OBJECT
   public:
@@ -26,8 +26,7 @@ class frmPreview final : public QDialog {
         std::string file;
     };
 
-    // What can be chosen, and what is chosen at first: an engine by its name, a website by its file; empty
-    // takes the first.
+    // Offers the engines of the catalogue and these websites. `services` and `catalogue` outlive the form.
     frmPreview(const Services& services, const Catalogue& catalogue, std::vector<Website> websites,
                QWidget* parent = nullptr);
     ~frmPreview() override;

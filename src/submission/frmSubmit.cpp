@@ -111,7 +111,7 @@ void frmSubmit::connectResults() {
             [this] { m_results.show(fromScreen(m_ui->cboResult->currentData().toString())); });
     connect(m_ui->lsvResults, &ListView::rowActivated, this, &frmSubmit::openAddURL);
     connect(m_ui->cmdCopyResults, &QPushButton::clicked, this,
-            [this] { QGuiApplication::clipboard()->setText(toScreen(m_results.text())); });
+            [this] { QGuiApplication::clipboard()->setText(toScreen(toPrintableUtf8(m_results.text()))); });
     connect(m_ui->cmdSaveResults, &QPushButton::clicked, &m_controller, &SubmissionController::saveResultsAs);
     connect(m_ui->cmdRunFailed, &QPushButton::clicked, &m_controller, &SubmissionController::runFailedAgain);
     connect(new QShortcut(QKeySequence::Copy, m_ui->lsvResults, nullptr, nullptr, Qt::WidgetShortcut),
@@ -149,7 +149,7 @@ void frmSubmit::showState() {
     showPages();
 }
 
-// What changes with every request.
+// Shows what changes with every request.
 void frmSubmit::showRunning() {
     const SubmissionState& state = m_controller.state();
     m_ui->ProgressBar1->setTextVisible(m_controller.isRunning());
@@ -164,7 +164,7 @@ void frmSubmit::showPages() {
     const int page = m_controller.state().page;
     {
         const QSignalBlocker quiet(m_ui->SSTab1);
-        // A tab control leaves a page that is disabled for one of its own choice.
+        // Disabling the current page would make the tab control choose another.
         m_ui->SSTab1->setTabEnabled(page, true);
         m_ui->SSTab1->setCurrentIndex(page);
         for (int tab = 0; tab < m_ui->SSTab1->count(); ++tab)
@@ -173,7 +173,7 @@ void frmSubmit::showPages() {
     if (page != std::exchange(m_shownPage, page)) takePage();
 }
 
-// Return does what the page is for.
+// The main button of the page gets the focus and the Return key.
 void frmSubmit::takePage() {
     QPushButton* const buttons[] = {m_ui->cmdNext, m_ui->cmdStart, m_ui->cmdSubmit, m_ui->cmdReport};
     for (QPushButton* button : buttons) button->setDefault(false);

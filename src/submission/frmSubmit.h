@@ -18,18 +18,18 @@ namespace Ui {
 class frmSubmit;
 }
 
-// The submission wizard: its four pages over the controller, which carries the rules and the run. During a
-// run the screen follows the state once a frame, however much happens in between.
+// The submission wizard: four pages over the controller, which has the rules and the run. During a run the
+// screen is updated once per frame, however many requests end in between.
 class frmSubmit final : public QDialog {
     Q_OBJECT
   public:
-    // Everything that is handed in outlives the form.
+    // All arguments outlive the form.
     frmSubmit(const Services& services, const Catalogue& catalogue, SubmissionOptions options,
               QWidget* parent = nullptr);
     ~frmSubmit() override;
 
     SubmissionController& controller() noexcept { return m_controller; }
-    // Closes, unless a run is under way and the user wants to stay.
+    // Closes, unless a run is active and the user does not confirm.
     void reject() override;
 
   private:
@@ -50,9 +50,9 @@ class frmSubmit final : public QDialog {
     const Catalogue& m_catalogue;
     SubmissionController m_controller;
     ResultList m_results;
-    QTimer m_frame;  // while a run is under way
+    QTimer m_frame;  // active during a run
     QLabel* m_clock;
-    QLabel* m_notice;  // that the run could not go on after a crash
+    QLabel* m_notice;  // shown when the ledger cannot be written
     int m_shownPage = -1;
     bool m_wasRunning = false;
 };

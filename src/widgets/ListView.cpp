@@ -272,8 +272,8 @@ void ListView::repaintSoon() {
     m_frame.start();
 }
 
-// Thousands of flags may change one by one: one look at all of them follows. Rows are of one height and have
-// no editors, so nothing else depends on a row's data.
+// Thousands of flags may change one by one: they are followed once. Rows have one height and no editors, so
+// nothing else depends on a row's data.
 void ListView::dataChanged(const QModelIndex&, const QModelIndex&, const QList<int>& roles) {
     repaintSoon();
     if (!roles.isEmpty() && !roles.contains(Rows::HighlightRole)) return;

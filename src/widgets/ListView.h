@@ -32,7 +32,7 @@ class ListView final : public QTreeView {
   public:
     explicit ListView(QWidget* parent = nullptr);
 
-    // Shows the rows, which must outlive the view. Widths are in characters, from the left and without the
+    // Shows the rows, which must outlive the view. Widths are in characters, from the left, without the
     // stretched column, which takes the rest. If that leaves less than 18 characters of a name, the other
     // columns get narrower.
     void setRows(Rows* rows, const std::vector<int>& columnCharacters = {});
@@ -40,7 +40,7 @@ class ListView final : public QTreeView {
 
     QString emptyHint() const { return m_emptyHint; }
     void setEmptyHint(const QString& hint);
-    // Off where the places of the rows mean something.
+    // Off where the order of the rows has a meaning.
     bool isSortable() const noexcept { return m_sortable; }
     void setSortable(bool on);
     int stretchedColumn() const noexcept { return m_stretchedColumn; }
@@ -52,7 +52,7 @@ class ListView final : public QTreeView {
     // Gives the keyboard to the list, or to the button of the empty list.
     void takeFocus();
 
-    // At most one repaint a frame, however many rows change.
+    // Repaints at most once per frame, however many rows change.
     void dataChanged(const QModelIndex& from, const QModelIndex& to, const QList<int>& roles = {}) override;
 
   Q_SIGNALS:

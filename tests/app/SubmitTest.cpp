@@ -36,7 +36,7 @@ class SubmitTest : public WindowTest {
         practice.start();
     }
 
-    // Sixty engines that take turns in every outcome.
+    // Engines that take turns in the outcomes.
     std::string catalogueOf(const std::vector<std::string>& outcomes, int engines) const {
         std::string text;
         for (int number = 1; number <= engines; ++number) {
@@ -81,7 +81,7 @@ class SubmitTest : public WindowTest {
         program().preference().AccessType = 2;  // the time-out of the settings counts
         program().preference().TimeOut = 1;
     }
-    // Does `work` in the wizard, which closes then.
+    // Opens the wizard, runs `work` in it and closes it.
     void inWizard(const std::function<void(frmSubmit&)>& work) {
         bool worked = false;
         whenActive([&](QWidget& dialog) {
@@ -104,7 +104,7 @@ class SubmitTest : public WindowTest {
     }
     static int page(QWidget& wizard) { return control<QTabWidget>(wizard, "SSTab1").currentIndex(); }
     static void startRun(frmSubmit& wizard) {
-        // Return does what each page is for.
+        // Return presses the main button of each page.
         for (int number = 0; number < 3; ++number) {
             EXPECT_EQ(page(wizard), number);
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
@@ -143,7 +143,7 @@ class SubmitTest : public WindowTest {
 const std::vector<std::string> kEveryOutcome = {"submit", "302",   "404", "499",  "500",
                                                 "600",    "reset", "",    "ftp:", "never"};
 
-// Everything a run leaves behind is compared with tests/app/golden to the byte.
+// Compares the files of the run byte by byte with tests/app/golden.
 TEST_F(SubmitTest, ThreeWebsitesOfTwoProjectsFromTheFirstPageToTheReports) {
     open(catalogueOf(kEveryOutcome, 60), 9);
     timeOutSoon();
@@ -202,7 +202,7 @@ TEST_F(SubmitTest, FiltersCopiesAndFollowsTheResults) {
     });
 }
 
-// The website's panel and the engine list after a run, and the runs that follow it.
+// The following runs, and the website's panel and engine list after them.
 TEST_F(SubmitTest, RunsWhatFailedAgainAndShowsAndDeletesTheReports) {
     open(catalogueOf({"submit", "499", "500"}, 9), 3);
     inWizard([this](frmSubmit& wizard) {
@@ -288,7 +288,7 @@ TEST_F(SubmitTest, OffersToGoOnWithASubmissionThatWasCutOff) {
     EXPECT_TRUE(prompts.shown.empty());
 }
 
-// Wherever the stop falls, the run ends on the last page with a report of the URL that was under way.
+// After each stop, the last page is shown and the current URL has its report.
 TEST_F(SubmitTest, StopsAtTheStartInTheMiddleAndAtTheVeryEnd) {
     open(catalogueOf({"submit", "submit", "submit", "submit", "submit", "slow"}, 12), 3);
     const int kPairs = 4 * 12;

@@ -43,11 +43,10 @@ class CommandLineGolden : public testing::TestWithParam<std::string> {
             return Said{result.out, result.err, result.code};
         };
         m_transcript.settle = [this](const std::string& text) {
-            // A line of JSON, or of a table: the column before the last.
-            const std::string settled =
-                std::regex_replace(std::regex_replace(text, std::regex("\"ms\":\\d+"), "\"ms\":N"),
-                                   std::regex("(,\\d+,[A-Z][A-Za-z ]+,\\d+),\\d+,"), "$1,MS,");
-            return replaceAll(settled, m_address, "WEB");
+            // Of a JSON line, and of a line of a table.
+            return replaceAll(
+                std::regex_replace(text, std::regex("(\"ms\":|,[A-Z][A-Za-z ]+,\\d+,)\\d+"), "$1N"),
+                m_address, "WEB");
         };
     }
 

@@ -8,7 +8,6 @@
 #include "support/Transcript.h"
 
 #include <gmock/gmock.h>
-#include <regex>
 
 namespace relay::test {
 
@@ -19,10 +18,6 @@ using testing::ElementsAre;
 class WizardTest : public testing::TestWithParam<std::string>, protected SubmissionFixture {
   protected:
     WizardTest() {
-        // How long the run has taken is shown once a second.
-        transcript.settle = [](const std::string& text) {
-            return std::regex_replace(text, std::regex("! status: \\d+ :\\d+ :\\d+\n"), "");
-        };
         transcript.on("engines", [this](auto& in) {
             selectEngines(records("E", std::stoi(in.at(0)), in.size() > 1 ? in[1] : ""));
         });

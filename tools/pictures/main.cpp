@@ -8,7 +8,6 @@
 #include "core/FileStore.h"
 #include "pagetools/frmMetaTag.h"
 #include "pagetools/frmMetaTagChanges.h"
-#include "practice/PracticeCatalogue.h"
 #include "practice/PracticeWeb.h"
 #include "projects/frmAddURL.h"
 #include "submission/frmPreview.h"
