@@ -15,9 +15,7 @@ target_compile_definitions(relay_options INTERFACE
 target_include_directories(relay_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
 if(RELAY_SANITIZE)
   target_compile_options(relay_options INTERFACE
-    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer
-    # With the sanitizers, GCC 12 warns of std::function inside <regex>.
-    -Wno-error=maybe-uninitialized)
+    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(relay_options INTERFACE -fsanitize=address,undefined)
 endif()
 
