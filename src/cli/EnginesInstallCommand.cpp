@@ -2,6 +2,7 @@
 #include "cli/EnginesInstallCommand.h"
 
 #include "catalogue/PasswordKey.h"
+#include "catalogue/UpdateFiles.h"
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
 #include "cli/PracticeAddress.h"
@@ -9,13 +10,8 @@
 #include "core/Failure.h"
 #include "core/JsonLine.h"
 #include "core/Paths.h"
-#include "core/Text.h"
 #include "practice/PracticeWeb.h"
 #include "session/InstalledData.h"
-
-#include <algorithm>
-#include <cctype>
-#include <cstring>
 
 namespace relay {
 
@@ -34,15 +30,11 @@ EnginesInstallCommand::EnginesInstallCommand(CLI::App& parent, CommandLineContex
 
 std::string EnginesInstallCommand::practiceAddress() {
     if (m_practiceAddress.empty()) return runningPracticeWeb(context().home().paths);
-    const auto allowed = [](char c) {
-        return std::isalnum(static_cast<unsigned char>(c)) != 0 || std::strchr(".-:[]", c) != nullptr;
-    };
-    std::string_view host = m_practiceAddress;
-    if (startsWithNoCase(host, "http://")) host.remove_prefix(7);
-    if (host.ends_with('/')) host.remove_suffix(1);
-    if (host.empty() || !std::all_of(host.begin(), host.end(), allowed))
+    try {
+        return serverAddress(m_practiceAddress);
+    } catch (const Failure&) {
         throw UsageError("--practice-address takes HOST:PORT, as in 127.0.0.1:8080.");
-    return "http://" + std::string(host);
+    }
 }
 
 std::vector<CatalogueFile> EnginesInstallCommand::collect() {
