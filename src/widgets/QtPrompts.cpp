@@ -197,12 +197,14 @@ void QtPrompts::startOpener(const QString& opener, const QUrl& address, const st
     const QDeadlineTimer failsBefore(kOpenerMilliseconds);
     const auto end = [this, process, target, failsBefore](bool opened) {
         QObject::disconnect(process, nullptr, &m_context, nullptr);
-        process->deleteLater();
         if (!opened && !failsBefore.hasExpired())
             message(cannotOpenText(target), kApplication, Icon::Critical);
     };
     QObject::connect(process, &QProcess::finished, &m_context, [end](int code) { end(code == 0); });
     QObject::connect(process, &QProcess::errorOccurred, &m_context, [end] { end(false); });
+    // Even when the prompts are gone.
+    QObject::connect(process, &QProcess::finished, process, &QObject::deleteLater);
+    QObject::connect(process, &QProcess::errorOccurred, process, &QObject::deleteLater);
     process->start(opener, {address.toString(QUrl::FullyEncoded)});
 }
 
