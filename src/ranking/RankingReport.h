@@ -29,10 +29,6 @@ struct ReportInput final {
 
 // The whole report without its last line end; lines end with CR LF.
 std::string buildRankingReport(const ReportInput& input);
-// "profile(2002-Apr-01-1305).html": never a path.
-std::string rankingReportName(std::string_view profile, const QDateTime& time);
-// "4/1/02 13:05", in the locale's short date: Date in the profile file.
-std::string rankingDate(const QDateTime& time, const QLocale& locale);
 // A local path as a browser's address.
 std::string getLocalHTML(std::string_view path);
 
