@@ -4,11 +4,13 @@
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
 #include "cli/Table.h"
-#include "core/Failure.h"
+#include "core/FileStore.h"
 #include "core/IniFile.h"
 #include "core/JsonLine.h"
+#include "core/Text.h"
 #include "ranking/HistoryStore.h"
 #include "ranking/RankingCatalogue.h"
+#include "ranking/RankingCheck.h"
 #include "ranking/RankingProfiles.h"
 
 #include <ostream>
@@ -71,6 +73,7 @@ RankSaveCommand::RankSaveCommand(CLI::App& parent, CommandLineContext& context)
 int RankSaveCommand::execute() {
     if (m_pages == 0 && m_links == 0) throw UsageError("--pages or --links is required");
     if (const auto problem = profileNameProblem(m_profile)) throw UsageError(*problem);
+    if (hasControlByte(m_keywords)) throw UsageError("--keywords: one line without control characters");
     RankingSetup setup;
     setup.profile = m_profile;
     for (const std::string& site : m_sites) setup.sites.push_back(rankedSite(site));
@@ -96,7 +99,7 @@ int RankProfilesCommand::execute() {
         if (context().json)
             JsonLine()
                 .add("profile", profile.name)
-                .add("sites", profile.URL)
+                .add("url", profile.URL)
                 .add("date", profile.Date)
                 .add("report", profile.ReportFile)
                 .write(out);
@@ -158,6 +161,32 @@ int RankShowCommand::execute() {
     out << '\n';
     rows.write(out, context().colours());
     return kSucceeded;
+}
+
+RankCheckCommand::RankCheckCommand(CLI::App& parent, CommandLineContext& context)
+    : Command(parent, context, "check", "List everything that is wrong with the ranking catalogue",
+              "--home try rank check\n--home try rank check --json") {}
+
+int RankCheckCommand::execute() {
+    const std::vector<RankFinding> findings =
+        checkRankingCatalogue(readFile(rankingCatalogueFile(context().home().paths)));
+    std::ostream& out = context().out();
+    Table table({"Line", "Engine", "Finding", "What"});
+    for (const RankFinding& finding : findings) {
+        const std::string_view kind = rankFindingName(finding.kind);
+        if (context().json)
+            JsonLine()
+                .add("line", static_cast<std::int64_t>(finding.line))
+                .add("record", finding.record)
+                .add("finding", kind)
+                .add("text", finding.text)
+                .write(out);
+        else
+            table.add({std::to_string(finding.line), finding.record, kind, finding.text});
+    }
+    if (!table.empty()) table.write(out, context().colours());
+    if (findings.empty()) context().note("Nothing found.");
+    return findings.empty() ? kSucceeded : kSomeFailed;
 }
 
 RankRemoveCommand::RankRemoveCommand(CLI::App& parent, CommandLineContext& context)
