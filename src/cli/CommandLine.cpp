@@ -160,7 +160,6 @@ class Parser final {
         add<RankShowCommand>(rank);
         add<RankRemoveCommand>(rank);
         add<RankHistoryCommand>(rank);
-        add<RankCheckCommand>(rank);
         add<SearchCommand>(m_app);
         add<PracticeCommand>(m_app);
     }

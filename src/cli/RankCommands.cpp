@@ -4,13 +4,11 @@
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
 #include "cli/Table.h"
-#include "core/FileStore.h"
 #include "core/IniFile.h"
 #include "core/JsonLine.h"
 #include "core/Text.h"
 #include "ranking/HistoryStore.h"
 #include "ranking/RankingCatalogue.h"
-#include "ranking/RankingCheck.h"
 #include "ranking/RankingProfiles.h"
 
 #include <ostream>
@@ -161,32 +159,6 @@ int RankShowCommand::execute() {
     out << '\n';
     rows.write(out, context().colours());
     return kSucceeded;
-}
-
-RankCheckCommand::RankCheckCommand(CLI::App& parent, CommandLineContext& context)
-    : Command(parent, context, "check", "List everything that is wrong with the ranking catalogue",
-              "--home try rank check\n--home try rank check --json") {}
-
-int RankCheckCommand::execute() {
-    const std::vector<RankFinding> findings =
-        checkRankingCatalogue(readFile(rankingCatalogueFile(context().home().paths)));
-    std::ostream& out = context().out();
-    Table table({"Line", "Engine", "Finding", "What"});
-    for (const RankFinding& finding : findings) {
-        const std::string_view kind = rankFindingName(finding.kind);
-        if (context().json)
-            JsonLine()
-                .add("line", static_cast<std::int64_t>(finding.line))
-                .add("record", finding.record)
-                .add("finding", kind)
-                .add("text", finding.text)
-                .write(out);
-        else
-            table.add({std::to_string(finding.line), finding.record, kind, finding.text});
-    }
-    if (!table.empty()) table.write(out, context().colours());
-    if (findings.empty()) context().note("Nothing found.");
-    return findings.empty() ? kSucceeded : kSomeFailed;
 }
 
 RankRemoveCommand::RankRemoveCommand(CLI::App& parent, CommandLineContext& context)

@@ -85,13 +85,6 @@ class RankShowCommand final : public Command {
     std::string m_profile;
 };
 
-// rank check
-class RankCheckCommand final : public Command {
-  public:
-    RankCheckCommand(CLI::App& parent, CommandLineContext& context);
-    int execute() override;
-};
-
 // rank remove PROFILE
 class RankRemoveCommand final : public Command {
   public:
