@@ -65,8 +65,9 @@ std::optional<CutOffRun> clsMain::cutOffRunToGoOnWith() {
     std::optional<CutOffRun> run = runs.cutOffRun();
     if (!run) return std::nullopt;
     const std::string left = std::to_string(run->left());
-    if (m_services.prompts.ask("The submission of " + reportDate(run->head.time) + " was cut off. Of its " +
-                                   "requests, " + left + " are left.\r\n\r\nDo you want to go on with it?",
+    if (m_services.prompts.ask("The submission of " + reportDate(run->head.time) +
+                                   " was interrupted. Requests left: " + left +
+                                   ".\r\n\r\nDo you want to continue it?",
                                "Submit"))
         return run;
     if (!m_services.prompts.ask("Do you want to keep it for later? It is offered again at the next start.",

@@ -51,7 +51,7 @@ frmSubmit::frmSubmit(const Services& services, const Catalogue& catalogue, Submi
     connect(&m_controller, &SubmissionController::stateChanged, this, &frmSubmit::showState);
     connect(&m_controller, &SubmissionController::runDone, this, &frmSubmit::showState);
     connect(&m_controller, &SubmissionController::ledgerFailed, this, [this](const std::string& problem) {
-        m_notice->setText(tr("After a crash this run could not go on"));
+        m_notice->setText(tr("This run cannot be continued after a crash"));
         m_notice->setToolTip(toScreen(problem));
     });
     m_frame.setInterval(kFrameMilliseconds);
@@ -125,6 +125,8 @@ void frmSubmit::showState() {
     setText(*m_ui->lblNumOfURLs, state.lblNumOfURLs);
     setText(*m_ui->lblNumOfConnections, state.lblNumOfConnections);
     setText(*m_ui->lblEstimatedTime, state.lblEstimatedTime);
+    setText(*m_ui->lblPasswordWarning, state.passwordWarning);
+    m_ui->lblPasswordWarning->setVisible(!state.passwordWarning.empty());
     setText(*m_ui->lblStart, state.lblStart);
     setText(*m_ui->lblSubmit, state.lblSubmit);
     const bool running = m_controller.isRunning();
@@ -189,7 +191,13 @@ void frmSubmit::showResults() {
         m_ui->cboResult->addItem(toScreen(choice.caption), toScreen(choice.word));
     m_results.show({});
     const Results& results = m_controller.state().results;
-    m_ui->cmdRunFailed->setEnabled(results.countOf(Success) < results.count());
+    const std::int64_t left = results.countNotSucceeded();
+    m_ui->cmdRunFailed->setEnabled(left > 0);
+    m_ui->cmdRunFailed->setToolTip(
+        left > 0 ? tr("Submits again exactly what did not succeed, with what a stop kept from being sent: "
+                      "%Ln request(s)",
+                      nullptr, static_cast<int>(left))
+                 : tr("Every request succeeded"));
     m_ui->cmdSaveResults->setEnabled(!results.empty());
 }
 

@@ -269,7 +269,7 @@ TEST_F(SubmitTest, OffersToGoOnWithASubmissionThatWasCutOff) {
         EXPECT_TRUE(waitUntil([this] { return prompts.answers.empty(); }));
     };
     restart({false, true});  // not now, but keep it
-    EXPECT_THAT(shownTexts(), Contains(HasSubstr("Of its requests, 14 are left.")));
+    EXPECT_THAT(shownTexts(), Contains(HasSubstr("Requests left: 14.")));
     bool resumed = false;
     whenActive([&](QWidget& dialog) {
         auto& wizard = dynamic_cast<frmSubmit&>(dialog);
