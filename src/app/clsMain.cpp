@@ -10,7 +10,23 @@
 #include "practice/StarterServer.h"
 #include "submission/SubmissionController.h"
 
+#include <algorithm>
+
 namespace relay {
+
+namespace {
+// Their engines may get these twice.
+std::string inFlight(const CutOffRun& run) {
+    constexpr std::size_t kMostNames = 10;
+    if (run.inFlight.empty()) return {};
+    std::string names = "\r\n\r\nThese were in flight and will be sent again:";
+    for (std::size_t i = 0; i < std::min(kMostNames, run.inFlight.size()); ++i)
+        names += "\r\n" + run.nameOf(run.inFlight[i]);
+    if (run.inFlight.size() > kMostNames)
+        names += "\r\nand " + std::to_string(run.inFlight.size() - kMostNames) + " more";
+    return names;
+}
+}  // namespace
 
 clsMain::clsMain(const Services& services, Catalogue& ownCatalogue)
     : catalogue(ownCatalogue),
@@ -66,8 +82,8 @@ std::optional<CutOffRun> clsMain::cutOffRunToGoOnWith() {
     if (!run) return std::nullopt;
     const std::string left = std::to_string(run->left());
     if (m_services.prompts.ask("The submission of " + reportDate(run->head.time) +
-                                   " was interrupted. Requests left: " + left +
-                                   ".\r\n\r\nDo you want to continue it?",
+                                   " was interrupted. Requests left: " + left + "." + inFlight(*run) +
+                                   "\r\n\r\nDo you want to continue it?",
                                "Submit"))
         return run;
     if (!m_services.prompts.ask("Do you want to keep it for later? It is offered again at the next start.",

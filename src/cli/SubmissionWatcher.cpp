@@ -36,7 +36,7 @@ void SubmissionWatcher::goOn(const CutOffRun& run) {
         const PlannedURL& url = run.plan.urls[pair.url];
         const std::string& engine = run.plan.engines[pair.engine];
         // With --quiet too: these may reach an engine twice.
-        m_context.warn("Sent again, because it was in flight: " + engine + " for " + url.URL);
+        m_context.warn("Sent again, because it was in flight: " + run.nameOf(pair));
         if (!m_context.json) continue;
         JsonLine()
             .add("event", "again")

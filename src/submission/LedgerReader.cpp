@@ -338,6 +338,10 @@ std::int64_t CutOffRun::left() const {
     return all;
 }
 
+std::string CutOffRun::nameOf(const PairEnd& pair) const {
+    return escapeControlCharacters(plan.engines.at(pair.engine) + " for " + plan.urls.at(pair.url).URL);
+}
+
 std::optional<CutOffRun> readLedger(const std::string& path) {
     return refusing(path, [&] { return readRun(ReadFile(path), path); });
 }

@@ -23,6 +23,8 @@ struct CutOffRun final {
 
     // Pairs still to be sent, including those in flight.
     std::int64_t left() const;
+    // "Harbour Search for http://shop.example/", with control characters escaped.
+    std::string nameOf(const PairEnd& pair) const;
 };
 
 // Reads a ledger. Returns nothing if its run is over or was interrupted before anything was sent. Skips torn

@@ -356,6 +356,8 @@ bool SubmissionController::resume(CutOffRun run) {
         m_run.prepare(run);
         // In memory only, like the answer to the question about link pages.
         m_services.preference.BlockSpam = run.head.blockSpam ? 1 : 0;
+        for (const PairEnd& pair : run.inFlight)
+            m_services.log.WriteErrorLog("To be sent again: " + run.nameOf(pair));
         preparePlan(run.plan, run.finished);
         resumed = true;
     });

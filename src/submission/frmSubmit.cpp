@@ -20,6 +20,7 @@ namespace relay {
 
 namespace {
 constexpr int kFrameMilliseconds = 33;
+constexpr int kMostProblems = 10;  // in the message after a run
 
 void setText(QLabel& label, std::string_view text) {
     const QString shown = toScreen(text);
@@ -49,7 +50,9 @@ frmSubmit::frmSubmit(const Services& services, const Catalogue& catalogue, Submi
     connectButtons();
     connectResults();
     connect(&m_controller, &SubmissionController::stateChanged, this, &frmSubmit::showState);
+    connect(&m_controller, &SubmissionController::reportWritten, this, &frmSubmit::noteProblem);
     connect(&m_controller, &SubmissionController::runDone, this, &frmSubmit::showState);
+    connect(&m_controller, &SubmissionController::runDone, this, &frmSubmit::showProblems);
     connect(&m_controller, &SubmissionController::ledgerFailed, this, [this](const std::string& problem) {
         m_notice->setText(tr("This run cannot be continued after a crash"));
         m_notice->setToolTip(toScreen(problem));
@@ -139,6 +142,8 @@ void frmSubmit::showState() {
         if (running) {
             m_results.clear();
             m_notice->clear();
+            m_problems.clear();
+            m_problemCount = 0;
             m_frame.start();
         } else {
             m_frame.stop();
@@ -199,6 +204,21 @@ void frmSubmit::showResults() {
                       nullptr, static_cast<int>(left))
                  : tr("Every request succeeded"));
     m_ui->cmdSaveResults->setEnabled(!results.empty());
+}
+
+void frmSubmit::noteProblem(const UrlReport& report) {
+    if (report.problem.empty() || ++m_problemCount > kMostProblems) return;
+    m_problems.append("\r\n").append(report.URL).append(": ").append(report.problem);
+}
+
+void frmSubmit::showProblems() {
+    if (m_problemCount == 0) return;
+    std::string words = "Reports that could not be saved or listed:" + std::exchange(m_problems, {});
+    if (m_problemCount > kMostProblems)
+        words +=
+            "\r\nAnd " + std::to_string(m_problemCount - kMostProblems) + " more, which Error.log names.";
+    m_problemCount = 0;
+    m_services.prompts.message(words, "Submit", Icon::Critical);
 }
 
 void frmSubmit::openAddURL(int row) {
