@@ -78,7 +78,11 @@ bool clsMain::readyToSubmit() {
 
 std::optional<CutOffRun> clsMain::cutOffRunToGoOnWith() {
     SubmissionController runs(m_services, catalogue, {});
-    std::optional<CutOffRun> run = runs.cutOffRun();
+    std::optional<CutOffRun> run;
+    {
+        const BusyPointer busy(m_services.prompts);  // a million requests take seconds
+        run = runs.cutOffRun();
+    }
     if (!run) return std::nullopt;
     const std::string left = std::to_string(run->left());
     if (m_services.prompts.ask("The submission of " + reportDate(run->head.time) +

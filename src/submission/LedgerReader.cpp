@@ -31,6 +31,8 @@ using nlohmann::json;
 constexpr std::size_t kLongestHead = 64u * 1024 * 1024;
 constexpr int kDeepestHead = 16;
 constexpr std::size_t kLongestLine = 1024u * 1024;
+// Bytes per request, in all its lines. Reading a larger file would only delay the start of the program.
+constexpr std::int64_t kMostOfRequest = 16 * 1024;
 
 // Thrown for a head that is not one of a ledger.
 struct NoLedger final {};
@@ -101,6 +103,7 @@ void readHead(const json& head, CutOffRun& run) {
     readEngines(head, run.plan);
     for (const json& website : member(head, "websites")) readUrls(website, run);
     if (run.plan.engines.empty() || run.plan.urls.empty()) throw NoLedger();
+    run.finished.assign(run.plan.urls.size(), false);
 }
 
 // True if the website file lists the report: the program may have been killed before the ledger noted it.
@@ -122,7 +125,6 @@ class LineReader final {
   public:
     explicit LineReader(CutOffRun& run)
         : m_run(run), m_ended(run.plan.urls.size()), m_paths(run.plan.urls.size()) {
-        run.finished.assign(run.plan.urls.size(), false);
         for (std::size_t i = 0; i < run.plan.urls.size(); ++i)
             m_urls.emplace(
                 keyOf(toPrintableUtf8(run.plan.urls[i].website), toPrintableUtf8(run.plan.urls[i].URL)), i);
@@ -292,6 +294,8 @@ std::optional<CutOffRun> readRun(const ReadFile& file, const std::string& path) 
     file.forEachLine([&](std::string_view line, bool whole) {
         if (!lines) {
             if (!readFirstLine(line, whole, run)) return false;
+            if (file.size() > static_cast<std::int64_t>(kLongestHead) + run.left() * kMostOfRequest)
+                throw NoLedger();
             lines.emplace(run);
             return true;
         }

@@ -28,8 +28,8 @@ struct CutOffRun final {
 };
 
 // Reads a ledger. Returns nothing if its run is over or was interrupted before anything was sent. Skips torn
-// and unknown lines, and lines over 1 MiB. Throws Failure if the file cannot be read or is not a ledger of a
-// known version.
+// and unknown lines, and lines over 1 MiB. Throws Failure if the file cannot be read, is not a ledger of a
+// known version, or is far larger than its run.
 std::optional<CutOffRun> readLedger(const std::string& path);
 
 // True if the run is over or sent nothing. Does not read the whole file.

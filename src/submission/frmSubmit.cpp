@@ -13,6 +13,7 @@
 
 #include <QAction>
 #include <QClipboard>
+#include <QLayout>
 #include <QShortcut>
 #include <QSignalBlocker>
 
@@ -81,7 +82,7 @@ void frmSubmit::connectLists() {
     m_ui->lsvSiteSubmitting->setRows(&state.lsvSiteSubmitting, {24, 16});
     m_ui->lsvConnections->setRows(&state.lsvConnections, {4, 28});
     m_ui->lsvReport->setRows(&state.lsvReport, {24, 12});
-    m_ui->lsvResults->setRows(&m_results.lsvResults, {24, 13, 16, 4, 6});
+    m_ui->lsvResults->setRows(&m_results.lsvResults, {24, 13, 16, 6, 6});
     m_ui->lsvSiteSelection->addActions({m_ui->mnuPopupSelect_0, m_ui->mnuPopupSelect_1});
     m_ui->splitterRun->setSizes({200, 240});
     m_ui->splitterReports->setSizes({140, 300});
@@ -130,6 +131,7 @@ void frmSubmit::showState() {
     setText(*m_ui->lblEstimatedTime, state.lblEstimatedTime);
     setText(*m_ui->lblPasswordWarning, state.passwordWarning);
     m_ui->lblPasswordWarning->setVisible(!state.passwordWarning.empty());
+    fitSummary();
     setText(*m_ui->lblStart, state.lblStart);
     setText(*m_ui->lblSubmit, state.lblSubmit);
     const bool running = m_controller.isRunning();
@@ -154,6 +156,17 @@ void frmSubmit::showState() {
     }
     showRunning();
     showPages();
+}
+
+void frmSubmit::resizeEvent(QResizeEvent* event) {
+    QDialog::resizeEvent(event);
+    fitSummary();
+}
+
+// Its wrapped texts need more height in a narrow window, which a tab control does not ask for.
+void frmSubmit::fitSummary() {
+    QWidget& page = *m_ui->pageSummary;
+    page.setMinimumHeight(page.layout()->totalMinimumHeightForWidth(m_ui->SSTab1->currentWidget()->width()));
 }
 
 // Shows what changes with every request.

@@ -32,6 +32,9 @@ class frmSubmit final : public QDialog {
     // Closes, unless a run is active and the user does not confirm.
     void reject() override;
 
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+
   private:
     void drawIcons();
     void connectLists();
@@ -40,6 +43,7 @@ class frmSubmit final : public QDialog {
     void showState();
     void showPages();
     void takePage();
+    void fitSummary();
     void showRunning();
     void showResults();
     void noteProblem(const UrlReport& report);
