@@ -5,7 +5,7 @@
 #include "ranking/RankingSetup.h"
 
 #include <cstdint>
-#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -51,16 +51,18 @@ struct EngineAnalysis final {
 // "Found", "Not found among 30 links", "Nothing found" and so on, for a reader.
 std::string rankStateText(const EngineAnalysis& analysis);
 
-// What an analysis works on. The rows belong to the engines by their place.
+// What an analysis works on. `checked` belongs to the engines by their place.
 struct AnalysisInput final {
     const std::vector<RankEngine>& engines;
     std::vector<bool> checked;  // missing ones count as false
     std::vector<std::string> sites;
-    std::string keywords;  // as typed, for the trace
-    std::string folder;    // of the saved pages
-    int nSearchPages = 0;  // pages read per engine at most
-    int nSearchLinks = 0;  // links counted per engine at most; 0: no limit of links
+    std::string keywords;             // as typed, for the trace
+    std::string folder;               // of the saved pages
+    int nSearchPages = 0;             // pages read per engine at most
+    std::optional<int> nSearchLinks;  // links counted per engine at most, but never less than one
 };
+// Shown when the folder of the saved pages is missing.
+extern const std::string_view kNoSavedPagesNotice;
 // nSearchPages of a run before, or 0 when there was none: then the number in pageLinks is taken, whatever it
 // limits. Throws Failure as RankingSetup::number does.
 AnalysisInput analysisInput(const std::vector<RankEngine>& engines, const RankingSetup& setup,
@@ -90,6 +92,8 @@ class RankingAnalysis final {
     const AnalysisInput& input() const noexcept { return m_input; }
 
   private:
+    void analysePage(std::string_view html, std::string_view name);
+
     AnalysisInput m_input;
     std::string m_traceFile;
     Log& m_log;

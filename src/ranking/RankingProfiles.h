@@ -3,9 +3,6 @@
 
 #include "ranking/RankingSetup.h"
 
-#include <QDate>
-#include <QLocale>
-
 #include <optional>
 #include <string>
 #include <string_view>
@@ -23,6 +20,9 @@ struct RankingProfile final {
     // By the engines' places in the catalogue; engines beyond the last one with an entry are missing. Column
     // "Status" is not kept.
     std::vector<RankRow> engines;
+    // The engines that were checked when the results were saved. A row above is checked for every engine with
+    // an entry, unless its check mark was written as a word that begins with "f".
+    std::vector<bool> wasChecked;
 };
 
 // A row of the list of reports.
@@ -50,10 +50,11 @@ class RankingProfiles final {
     void saveProfile(const RankingSetup& setup) const;
     // The profile's reports and saved pages stay. Does nothing when there is no such profile.
     void removeProfile(std::string_view name) const;
+    // `date` in short form with the time.
     void noteReport(std::string_view name, std::string_view date, std::string_view reportFile) const;
-    // The check mark, pages and positions of each engine.
-    void saveRankingResults(std::string_view name, const std::vector<RankRow>& rows, const QDate& date,
-                            const QLocale& locale) const;
+    // The check mark, pages and positions of each engine, and the short date.
+    void saveRankingResults(std::string_view name, const std::vector<RankRow>& rows,
+                            std::string_view date) const;
 
   private:
     std::string m_file;
@@ -63,11 +64,13 @@ class RankingProfiles final {
 // names that cannot be a folder.
 std::optional<std::string> profileNameProblem(std::string_view name);
 
-// A site as the list takes it: without its scheme. Throws Failure with the message for the user when there is
-// no "." beyond the second character.
+// A site as the list takes it: without its scheme. Throws Failure with the message for the user when the
+// first "." is not beyond the second character.
 std::string rankedSite(std::string_view url);
 
 // Why the setup cannot be run, as the screen says it, or nullopt. `rows` are the engines.
+inline constexpr std::string_view kNoEngineSelected =
+    "There is no engine selected. Please select the engine you want to search and try again.";
 enum class SetupField { Profile, Sites, Keywords, PageLinks, Engines };
 struct SetupProblem final {
     SetupField field;

@@ -29,15 +29,27 @@ struct ReportInput final {
 
 // The whole report without its last line end; lines end with CR LF.
 std::string buildRankingReport(const ReportInput& input);
-// "profile(2002-Apr-01-1305).html": never a path.
-std::string rankingReportName(std::string_view profile, const QDateTime& time);
-// "4/1/02 13:05", in the locale's short date: Date in the profile file.
-std::string rankingDate(const QDateTime& time, const QLocale& locale);
-// A local path as a browser's address.
+// A local path with a drive as a browser's address; any other comes back unchanged.
 std::string getLocalHTML(std::string_view path);
 
-// Writes the report into the folder and Date and ReportFile into the profile; returns the report's path.
-// Throws Failure.
-std::string writeRankingReport(const Services& services, const ReportInput& input, const std::string& folder);
+// What is to follow once the report is written.
+enum class SaveResults { Always, Ask, Never };
+struct ReportChoices final {
+    SaveResults save = SaveResults::Ask;  // each engine's outcome, to the profile
+    bool open = false;                    // the report, in the user's browser
+};
+struct RankingReport final {
+    std::string path;     // empty when the report could not be written
+    std::string date;     // as in the profile
+    std::string problem;  // what failed, if something did
+};
+inline constexpr std::string_view kNoBrowserNotice =
+    "Invalid Web Browser, please specify a correct web browser location from the 'Preference' setup window "
+    "and try again!";
+
+// Writes the report into the folder and lists it in the profile; then what was chosen. A failure ends it, and
+// goes to the log and into the result; no message is shown.
+RankingReport Report(const Services& services, const ReportInput& input, const std::string& folder,
+                     const ReportChoices& choices);
 
 }  // namespace relay
