@@ -69,14 +69,17 @@ class RankingRun final : public QObject {
         std::string NextURL;
     };
 
+    void prepare(const std::vector<RankEngine>& engines);
+    bool isChecked(std::size_t engine) const;
+    bool isFinished() const;
     void clearColumns();
-    bool startEngine(std::size_t engine);
+    void start(std::size_t engine);
+    void connectTo(std::size_t engine, const std::string& data);
     void m_frmHTTPMX_Completed(std::int16_t Index, std::int32_t Code, const std::string& Response);
     void m_frmHTTPMX_Progress(std::int16_t Index, std::int32_t Bytes);
     void saveResultPage(std::size_t engine, std::int32_t code, const std::string& response);
     void findNextURL(std::size_t engine, const std::string& response);
     void getNextPage(std::size_t engine);
-    void request(std::size_t engine, const std::string& data);
     void show(std::size_t engine, int column, std::string text);
     void StopProcess(bool cancelled);
 
@@ -91,6 +94,7 @@ class RankingRun final : public QObject {
     std::size_t m_nActiveEngines = 0;
     std::size_t m_StopCounts = 0;  // engines that have finished
     bool m_running = false;
+    bool m_cancelling = false;
     std::optional<RunLock> m_lock;
     RankingEnd m_end;
 };

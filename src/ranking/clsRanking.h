@@ -73,7 +73,7 @@ class clsRanking final : public QObject {
     void Command2_1();       // save
     void Command2_2();       // remove
     void Command3(int row);  // view the report of a row of ListView2; -1: none is chosen
-    // Asks whether to view the report of a run that has just ended, and makes it.
+    // Connect to searchEnded: asks whether to view the report of a run that was not stopped, and makes it.
     void offerReport();
     void ShowReport() { Command1_1(); }
     // Stops a run and stores the settings; call before the screen goes.
@@ -84,15 +84,19 @@ class clsRanking final : public QObject {
     void refused(relay::SetupField field);
     void pageSaved(const relay::RankedPage& page);
     void searchEnded(const relay::RankingEnd& end);
-    // The analysis of the engine (its place in the catalogue) is complete.
-    void engineAnalysed(std::size_t engine, const relay::EngineAnalysis& analysis);
     void historyChanged();
 
   private:
     bool analyse(const std::function<bool()>& goOn);
     void addToHistory(const AnalysisInput& input);
-    bool makeReport();
-    void changed();
+    void viewReport();
+    void openReport(const std::string& path, std::string_view ending);
+    void enableButtons(bool on);
+    void fieldsChanged();
+    // Runs the operation; a failure goes to the log, and with the words and without its number to a box.
+    template <typename Operation>
+    bool loggedTrap(std::string_view words, Operation&& operation, std::string_view title = "Web Ranking",
+                    std::string_view remark = {});
 
     const Services& m_services;
     const QLocale m_locale;
