@@ -182,8 +182,7 @@ RankHistoryCommand::RankHistoryCommand(CLI::App& parent, CommandLineContext& con
 
 int RankHistoryCommand::execute() {
     if (m_csv && context().json) throw UsageError("--csv excludes --json");
-    const std::vector<HistoryReading> readings =
-        HistoryStore(context().home().paths).readings(m_profile);
+    const std::vector<HistoryReading> readings = HistoryStore(context().home().paths).readings(m_profile);
     std::ostream& out = context().out();
     if (m_csv) {
         out << historyCSV(readings);
@@ -206,12 +205,13 @@ int RankHistoryCommand::execute() {
                     .add("links", place.links)
                     .write(out);
             else
-                table.add({historyTime(place.fetched), historyTime(reading.analysed), place.engine, place.site,
-                           place.best == 0 ? std::string() : std::to_string(place.best),
+                table.add({historyTime(place.fetched), historyTime(reading.analysed), place.engine,
+                           place.site, place.best == 0 ? std::string() : std::to_string(place.best),
                            rankStateName(place.state)});
         }
     if (!table.empty()) table.write(out, context().colours());
-    if (readings.empty()) context().note("No history yet. Each \"rank run\" and \"rank analyse\" adds to it.");
+    if (readings.empty())
+        context().note("No history yet. Each \"rank run\" and \"rank analyse\" adds to it.");
     return kSucceeded;
 }
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "cli/Command.h"
-#include "ranking/RankingAnalysis.h"
+#include "ranking/RankingReport.h"
 
 #include <string>
 #include <vector>
@@ -39,7 +39,7 @@ class RankWorkCommand : public Command {
     int analyse(clsRanking& ranking, SaveResults save);
 
   private:
-    void tickEngines(clsRanking& ranking) const;
+    void tickEngines(clsRanking& ranking);
     // False when an engine's pages could not be read as results.
     bool showPositions(const clsRanking& ranking);
 

@@ -53,7 +53,7 @@ bool RankWorkCommand::prepare(clsRanking& ranking) {
     return true;
 }
 
-void RankWorkCommand::tickEngines(clsRanking& ranking) const {
+void RankWorkCommand::tickEngines(clsRanking& ranking) {
     if (!m_engines.empty()) {
         ranking.tickEngines(m_engines);
         return;
@@ -104,7 +104,8 @@ bool RankWorkCommand::showPositions(const clsRanking& ranking) {
                     .add("state", state)
                     .write(out);
             else
-                table.add({name, sites[site], found.sDomainHits(site), std::to_string(found.nLinkCount), state});
+                table.add(
+                    {name, sites[site], found.sDomainHits(site), std::to_string(found.nLinkCount), state});
         }
     }
     if (!table.empty()) table.write(out, context().colours());
@@ -112,8 +113,9 @@ bool RankWorkCommand::showPositions(const clsRanking& ranking) {
 }
 
 RankAnalyseCommand::RankAnalyseCommand(CLI::App& parent, CommandLineContext& context)
-    : RankWorkCommand(parent, context, "analyse", "Find the positions in the saved pages and write a report",
-                      "--home try rank analyse shop\n--home try rank analyse shop --engine 'Harbour Search'") {}
+    : RankWorkCommand(
+          parent, context, "analyse", "Find the positions in the saved pages and write a report",
+          "--home try rank analyse shop\n--home try rank analyse shop --engine 'Harbour Search'") {}
 
 int RankAnalyseCommand::execute() {
     context().console().stop.watch();

@@ -25,10 +25,14 @@ SearchCommand::SearchCommand(CLI::App& parent, CommandLineContext& context)
     : Command(parent, context, "search", "Open a query on a search engine in the browser",
               "--home try search 'Harbour Search' 'paper shop'\n"
               "--home try search 'Harbour Search' http://www.site-15.example/ --type link --print") {
-    app().add_option("ENGINE", m_engine, "A search engine of the ranking catalogue")->required()->type_name("");
+    app()
+        .add_option("ENGINE", m_engine, "A search engine of the ranking catalogue")
+        ->required()
+        ->type_name("");
     app().add_option("TEXT", m_text, "What to search for")->required()->type_name("");
     app()
-        .add_option("--type", m_type, "general: the words; url: the host of an address; link: who links to it")
+        .add_option("--type", m_type,
+                    "general: the words; url: the host of an address; link: who links to it")
         ->type_name("TYPE")
         ->check(CLI::IsMember({"general", "url", "link"}));
     app().add_flag("--print", m_print, "Print the query's address and open nothing");

@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::string_view kTitle = "Web Ranking";
 constexpr std::string_view kNoBrowser =
-    "Invalid Web Browser, please specify a correct web browser location from the 'Preference' setup window";
+    "Invalid Web Browser, please specify a correct web browser location from the 'Preference' setup window !";
 
 }  // namespace
 
@@ -99,25 +99,12 @@ void clsRanking::Command1_1() {
     if (!m_state.Command1_0Enabled || isRunning()) return;
     m_state.StatusBar2 = "Please wait for creating ranking report .....";
     enableButtons(false);
-    if (getResults()) viewReport();
+    if (getResults()) {
+        Report({m_state.chkSaveResults ? SaveResults::Always : SaveResults::Ask, true});
+        m_state.StatusBar2.clear();
+    }
     m_state.progressValue = 0;
     enableButtons(true);
-}
-
-void clsRanking::viewReport() {
-    const std::string path = Report();
-    if (path.empty()) return;
-    if (m_state.chkSaveResults ||
-        m_services.prompts.ask("Do you want to save your ranking results to the site profile?",
-                               "Save Ranking Results"))
-        saveRankingResults();
-    openReport(path, " and try again!");
-    m_state.StatusBar2.clear();
-}
-
-void clsRanking::openReport(const std::string& path, std::string_view ending) {
-    if (!m_services.prompts.openWithSystem(path))
-        m_services.prompts.message(std::string(kNoBrowser).append(ending), kTitle, Icon::Critical);
 }
 
 void clsRanking::enableButtons(bool on) {
@@ -181,8 +168,8 @@ void clsRanking::Command3(int row) {
             "The ranking report file you want to view is missing or does not exist, please re-run a new "
             "ranking and try again.",
             "View Ranking Report", Icon::Information);
-    else
-        openReport(path, " !");
+    else if (!m_services.prompts.openWithSystem(path))
+        m_services.prompts.message(kNoBrowser, kTitle, Icon::Critical);
 }
 
 void clsRanking::closing() {

@@ -29,10 +29,6 @@ constexpr std::string_view kSection = "WebRanking";
 constexpr std::string_view kSaveResults = "AutoSaveResults";
 constexpr int kStillMilliseconds = 50;  // for which a window may stay undrawn
 
-constexpr std::string_view kNoFolder =
-    "Please re-run a new search then generate the ranking report again.\r\n\r\n"
-    "To view your previous ranking report, please click on the 'Report' tab.";
-
 // Puts what a profile or an analysis says about the engines into their rows.
 void showRows(const std::vector<RankRow>& rows, Rows& list) {
     for (int place = 0; place < list.count(); ++place) {
@@ -176,7 +172,7 @@ bool clsRanking::analyse(const std::function<bool()>& goOn) {
     const std::string folder = rankingFolder(m_services.paths, m_state.setup.profile);
     const int pages = m_run.sReportFolder() == folder ? m_run.nSearchPages() : 0;
     if (!folderExists(folder)) {
-        m_services.prompts.message(kNoFolder, kTitle, Icon::Information);
+        m_services.prompts.message(kNoSavedPagesNotice, kTitle, Icon::Information);
         return true;
     }
     m_state.progressValue = 0;
@@ -228,39 +224,30 @@ void clsRanking::addToHistory(const AnalysisInput& input) {
     });
 }
 
-std::string clsRanking::Report() {
-    std::string path;
-    const auto failure = [&](const std::string& text) {
-        m_services.log.WriteErrorLog("Module: CreateReport: " + text);
-    };
+RankingReport clsRanking::Report(const ReportChoices& choices) {
+    RankingReport report;
     if (m_analysis.empty()) {
-        failure("9 - Subscript out of range");
-        return path;
+        // What an analysis without a folder left is no list of sites.
+        report.problem = "Subscript out of range";
+        m_services.log.WriteErrorLog("Module: CreateReport: 9 - " + report.problem);
+        return report;
     }
     const BusyPointer busy(m_services.prompts);
-    const QDateTime now = m_services.clock.now();
+    const std::vector<RankRow> rows = rankRows(m_state.lsvRankingEngines);
     const std::string& profile = m_analysedSetup.profile;
-    loggedTrap("Module: CreateReport: ", [&] {
-        const std::vector<RankRow> rows = rankRows(m_state.lsvRankingEngines);
-        const std::string folder = rankingFolder(m_services.paths, profile);
-        path = writeRankingReport(
-            m_services, {m_analysedSetup, engines(), rows, m_analysis, m_services.preference, now, m_locale},
-            folder);
-        m_state.progressValue = 0;
-        m_state.ListView2.add(
-            {.text = profile,
-             .subItems = {ReadIniValue(m_profiles.file(), profile, "URL"), rankingDate(now, m_locale)},
-             .tag = path});
-        Q_EMIT stateChanged();
-    });
-    return path;
-}
-
-bool clsRanking::saveRankingResults() {
-    return loggedTrap("saveRankingResults_Error: ", [this] {
-        m_profiles.saveRankingResults(m_state.setup.profile, rankRows(m_state.lsvRankingEngines),
-                                      m_services.clock.now().date(), m_locale);
-    });
+    report = relay::Report(m_services,
+                           {m_analysedSetup, engines(), rows, m_analysis, m_services.preference,
+                            m_services.clock.now(), m_locale},
+                           rankingFolder(m_services.paths, profile), choices);
+    m_state.progressValue = 0;
+    if (!report.path.empty())
+        m_state.ListView2.add({.text = profile,
+                               .subItems = {ReadIniValue(m_profiles.file(), profile, "URL"), report.date},
+                               .tag = report.path});
+    Q_EMIT stateChanged();
+    if (!report.problem.empty())
+        m_services.prompts.message("Module: CreateReport: " + report.problem, kTitle, Icon::Critical);
+    return report;
 }
 
 template <typename Operation>

@@ -4,6 +4,7 @@
 #include "ranking/HistoryStore.h"
 #include "ranking/RankingCatalogue.h"
 #include "ranking/RankingProfiles.h"
+#include "ranking/RankingReport.h"
 #include "ranking/RankingRun.h"
 #include "ranking/RankingState.h"
 
@@ -50,9 +51,8 @@ class clsRanking final : public QObject {
     // input. `goOn` is asked before each page; when it says no, the analysis ends without a history and
     // returns false. True without an analysis when there is no folder yet.
     bool getResults(const std::function<bool()>& goOn = {});
-    // Writes the report of the last analysis and notes it in the profile; its path, or empty.
-    std::string Report();
-    bool saveRankingResults();
+    // Writes the report of the last analysis and lists it in the profile; then what was chosen.
+    RankingReport Report(const ReportChoices& choices);
     // Of the last analysis, one for each engine; empty when there was none.
     const std::vector<EngineAnalysis>& analysis() const noexcept { return m_analysis; }
 
@@ -89,8 +89,6 @@ class clsRanking final : public QObject {
   private:
     bool analyse(const std::function<bool()>& goOn);
     void addToHistory(const AnalysisInput& input);
-    void viewReport();
-    void openReport(const std::string& path, std::string_view ending);
     void enableButtons(bool on);
     void fieldsChanged();
     // Runs the operation; a failure goes to the log, and with the words and without its number to a box.
