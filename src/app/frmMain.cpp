@@ -100,10 +100,10 @@ constexpr Screen kScreens[] = {
                    target.services.paths.AppPath, parent)
              .exec();
      }},
-    {"frmRanking", [](const CommandTarget& target,
-                      QWidget* parent) { frmRanking(target.services, parent).exec(); }},
-    {"frmSearch", [](const CommandTarget& target,
-                     QWidget* parent) { frmSearch(target.services, parent).exec(); }},
+    {"frmRanking",
+     [](const CommandTarget& target, QWidget* parent) { frmRanking(target.services, parent).exec(); }},
+    {"frmSearch",
+     [](const CommandTarget& target, QWidget* parent) { frmSearch(target.services, parent).exec(); }},
     {"frmSubmit",
      [](const CommandTarget& target, QWidget* parent) { showSubmit(target, parent, std::nullopt); }},
     {"frmAddURLFromWeb",

@@ -27,18 +27,19 @@ Band bandOf(RankState state) {
 }
 
 // 1, 2, 5, 10, 20, ...: the first that makes at most `most` steps of the span.
-int positionStep(int span, int most) {
+int positionStep(int span, double most) {
     constexpr std::array kDigits = {1, 2, 5};
     for (int power = 1;; power *= 10)
         for (const int digit : kDigits)
             if (span / (digit * power) <= most) return digit * power;
 }
 
-void addPositionTicks(HistoryChart& chart, int best, int worst) {
-    constexpr int kMostTicks = 9;
-    const int step = positionStep(worst - best, kMostTicks);
-    const auto add = [&chart](int position) {
-        chart.levels.push_back({static_cast<double>(position), std::to_string(position)});
+void addPositionTicks(HistoryChart& chart, int best, int worst, int room) {
+    const double share = (worst - best) / (chart.bottom - chart.top);
+    const int step = positionStep(worst - best, std::max(1.0, room * share));
+    std::vector<ChartTick> ticks;
+    const auto add = [&ticks](int position) {
+        ticks.push_back({static_cast<double>(position), std::to_string(position)});
     };
     // The first place has a tick of its own, unless the next one is too close for a label.
     int position = (best + step - 1) / step * step;
@@ -47,20 +48,35 @@ void addPositionTicks(HistoryChart& chart, int best, int worst) {
         if (step == 2) position = 3;
     }
     for (; position <= worst; position += step) add(position);
-    if (chart.levels.empty()) add(best);
+    if (ticks.empty()) add(best);
+    chart.levels.insert(chart.levels.begin(), ticks.begin(), ticks.end());
 }
 
-void placeOnLevels(HistoryChart& chart) {
+// Each curve with points in the band has its own level in it.
+void addBand(HistoryChart& chart, Band band, double height, const char* text) {
+    const auto isIn = [band](const ChartPoint& point) { return bandOf(point.point.state) == band; };
+    std::vector<ChartCurve*> curves;
+    for (ChartCurve& curve : chart.curves)
+        if (std::any_of(curve.points.begin(), curve.points.end(), isIn)) curves.push_back(&curve);
+    if (curves.empty()) return;
+    const double step = height / static_cast<double>(curves.size());
+    double level = chart.bottom + step / 2;
+    for (ChartCurve* const curve : curves) {
+        for (ChartPoint& point : curve->points)
+            if (isIn(point)) point.level = level;
+        level += step;
+    }
+    chart.bands.push_back(chart.bottom);
+    chart.levels.push_back({chart.bottom + height / 2, text});
+    chart.bottom += height;
+}
+
+void placeOnLevels(HistoryChart& chart, int room) {
     int best = 0;
     int worst = 0;
-    bool notFound = false;
-    bool noResult = false;
     for (const ChartCurve& curve : chart.curves) {
         for (const ChartPoint& point : curve.points) {
-            const Band band = bandOf(point.point.state);
-            notFound |= band == Band::NotFound;
-            noResult |= band == Band::NoResult;
-            if (band != Band::None) continue;
+            if (bandOf(point.point.state) != Band::None) continue;
             best = best == 0 ? point.point.best : std::min(best, point.point.best);
             worst = std::max(worst, point.point.best);
         }
@@ -68,38 +84,18 @@ void placeOnLevels(HistoryChart& chart) {
     constexpr double kLeastSpan = 4;
     const double span = std::max<double>(worst - best, kLeastSpan);
     const double margin = span * 0.08;
-    const double height = span * 0.2;
+    const double height = span * 0.25;
     chart.top = best - margin;
-    chart.bottom = worst + margin;
-    if (best > 0) {
-        addPositionTicks(chart, best, worst);
-    } else {
-        chart.bottom = 0;
-        chart.top = -margin;
-    }
-    const auto place = [&](Band band, const char* text) {
-        chart.bands.push_back(chart.bottom);
-        chart.levels.push_back({chart.bottom + height / 2, text});
-        const double count = static_cast<double>(chart.curves.size());
-        double curveNumber = 0.5;
-        for (ChartCurve& curve : chart.curves) {
-            for (ChartPoint& point : curve.points)
-                if (bandOf(point.point.state) == band)
-                    point.level = chart.bottom + height * (0.1 + 0.8 * curveNumber / count);
-            ++curveNumber;
-        }
-        chart.bottom += height;
-    };
-    if (notFound) place(Band::NotFound, "not found");
-    if (noResult) place(Band::NoResult, "no result");
+    chart.bottom = best > 0 ? worst + margin : 0;
+    addBand(chart, Band::NotFound, height, "not found");
+    addBand(chart, Band::NoResult, height, "no result");
+    if (best > 0) addPositionTicks(chart, best, worst, room);
 }
 
 void join(ChartCurve& curve) {
     std::size_t first = 0;
     for (std::size_t next = 1; next <= curve.points.size(); ++next) {
-        const auto found = [&](std::size_t i) {
-            return bandOf(curve.points[i].point.state) == Band::None;
-        };
+        const auto found = [&](std::size_t i) { return bandOf(curve.points[i].point.state) == Band::None; };
         const auto day = [&](std::size_t i) { return curve.points[i].point.fetched.date(); };
         if (next < curve.points.size() && found(next - 1) && found(next) &&
             day(next - 1).daysTo(day(next)) <= 1)
@@ -128,7 +124,7 @@ std::string tickText(const QDateTime& tick, qint64 step, bool years, const QLoca
     return fromScreen(locale.toString(tick, format));
 }
 
-void placeOnTimes(HistoryChart& chart, const QLocale& locale) {
+void placeOnTimes(HistoryChart& chart, const QLocale& locale, int room) {
     for (ChartCurve& curve : chart.curves) {
         for (ChartPoint& point : curve.points) {
             point.time = static_cast<double>(point.point.fetched.toMSecsSinceEpoch());
@@ -142,15 +138,14 @@ void placeOnTimes(HistoryChart& chart, const QLocale& locale) {
     chart.from -= margin;
     chart.to += margin;
 
-    constexpr int kMostTicks = 6;
-    constexpr std::array kSteps = {5 * kMinute, 15 * kMinute, 30 * kMinute, kHour,    3 * kHour,
-                                   6 * kHour,   12 * kHour,   kDay,         2 * kDay, 7 * kDay,
+    constexpr std::array kSteps = {5 * kMinute, 15 * kMinute, 30 * kMinute, kHour,     3 * kHour,
+                                   6 * kHour,   12 * kHour,   kDay,         2 * kDay,  7 * kDay,
                                    14 * kDay,   28 * kDay,    91 * kDay,    182 * kDay};
     const double seconds = (chart.to - chart.from) / 1000;
     qint64 step = kSteps.front();
     for (const qint64 next : kSteps)
-        if (seconds / static_cast<double>(step) > kMostTicks) step = next;
-    while (seconds / static_cast<double>(step) > kMostTicks) step += 365 * kDay;
+        if (seconds / static_cast<double>(step) > room) step = next;
+    while (seconds / static_cast<double>(step) > room) step += 365 * kDay;
 
     const QDateTime from = QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(chart.from));
     const QDateTime to = QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(chart.to));
@@ -163,7 +158,8 @@ void placeOnTimes(HistoryChart& chart, const QLocale& locale) {
 
 }  // namespace
 
-HistoryChart historyChart(const std::vector<HistoryLine>& lines, const QLocale& locale) {
+HistoryChart historyChart(const std::vector<HistoryLine>& lines, const QLocale& locale,
+                          const ChartRoom& room) {
     HistoryChart chart;
     for (const HistoryLine& line : lines) {
         ChartCurve& curve = chart.curves.emplace_back();
@@ -173,8 +169,8 @@ HistoryChart historyChart(const std::vector<HistoryLine>& lines, const QLocale& 
             curve.points.push_back({point, 0, static_cast<double>(point.best)});
         join(curve);
     }
-    placeOnTimes(chart, locale);
-    placeOnLevels(chart);
+    placeOnTimes(chart, locale, std::max(1, room.times));
+    placeOnLevels(chart, room.levels);
     return chart;
 }
 

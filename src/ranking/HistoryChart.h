@@ -50,6 +50,13 @@ struct HistoryChart final {
     bool empty() const noexcept { return from >= to; }
 };
 
-HistoryChart historyChart(const std::vector<HistoryLine>& lines, const QLocale& locale);
+// How many labels fit beside each other on an axis.
+struct ChartRoom final {
+    int levels = 16;
+    int times = 6;
+};
+
+HistoryChart historyChart(const std::vector<HistoryLine>& lines, const QLocale& locale,
+                          const ChartRoom& room = {});
 
 }  // namespace relay

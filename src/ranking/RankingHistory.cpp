@@ -41,13 +41,12 @@ void RankingHistory::load(const std::string& profile) {
     m_readings.clear();
     m_sites.clear();
     m_problem.clear();
-    if (!profile.empty())
-        m_problem = failureOf([&] { m_readings = m_store.readings(profile); }).value_or("");
+    if (!profile.empty()) m_problem = failureOf([&] { m_readings = m_store.readings(profile); }).value_or("");
     for (const HistoryLine& line : historyLines(m_readings))
         if (std::find(m_sites.begin(), m_sites.end(), line.site) == m_sites.end())
             m_sites.push_back(line.site);
     const auto place = std::find(m_sites.begin(), m_sites.end(), chosen);
-    m_site = all || m_sites.empty()  ? -1
+    m_site = all || m_sites.empty()   ? -1
              : place == m_sites.end() ? 0
                                       : static_cast<int>(place - m_sites.begin());
     showSite();
@@ -94,11 +93,11 @@ void RankingHistory::showLine(std::size_t line, bool on) {
     Q_EMIT chartChanged();
 }
 
-HistoryChart RankingHistory::chart() const {
+HistoryChart RankingHistory::chart(const ChartRoom& room) const {
     std::vector<HistoryLine> shown;
     for (const Line& line : m_lines)
         if (line.shown) shown.push_back(line.line);
-    return historyChart(shown, m_locale);
+    return historyChart(shown, m_locale, room);
 }
 
 std::string RankingHistory::pointText(const ChartCurve& curve, const ChartPoint& point) const {
@@ -110,13 +109,14 @@ std::string RankingHistory::pointText(const ChartCurve& curve, const ChartPoint&
 }
 
 void RankingHistory::exportCSV() {
-    trap(m_services.prompts, "exportHistory_Error: ",
-         [&] { save("CSV files (*.csv)|*.csv|All Files (*.*)|*.*|", historyCSV(m_readings)); });
+    trap(m_services.prompts, "exportHistory_Error: ", [&] {
+        save("CSV files (*.csv)|*.csv|All Files (*.*)|*.*|", historyCSV(m_readings));
+    });
 }
 
 void RankingHistory::exportPicture(const std::string& png) {
-    trap(m_services.prompts, "exportHistory_Error: ",
-         [&] { save("PNG pictures (*.png)|*.png|All Files (*.*)|*.*|", png); });
+    trap(m_services.prompts,
+         "exportHistory_Error: ", [&] { save("PNG pictures (*.png)|*.png|All Files (*.*)|*.*|", png); });
 }
 
 void RankingHistory::save(std::string_view filter, std::string_view bytes) {

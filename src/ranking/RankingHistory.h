@@ -44,7 +44,7 @@ class RankingHistory final : public QObject {
     const std::vector<Line>& lines() const noexcept { return m_lines; }
     void showLine(std::size_t line, bool on);
     // Of the ticked lines.
-    HistoryChart chart() const;
+    HistoryChart chart(const ChartRoom& room = {}) const;
     // "roses.example on Beacon Finder, 1 April 2026 13:05: position 4", for a point of the chart.
     std::string pointText(const ChartCurve& curve, const ChartPoint& point) const;
 

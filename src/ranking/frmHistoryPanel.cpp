@@ -12,6 +12,7 @@
 #include <QChart>
 #include <QEvent>
 #include <QGraphicsLayout>
+#include <QGraphicsSimpleTextItem>
 #include <QLineSeries>
 #include <QPainter>
 #include <QScatterSeries>
@@ -27,6 +28,7 @@ namespace {
 
 constexpr qreal kMarkSize = 10;
 constexpr qreal kLineWidth = 2;
+constexpr int kLabelGap = 8;
 constexpr QRgb kHues[] = {0xff0072b2, 0xffd55e00, 0xff009e73, 0xffcc79a7,
                           0xffe69f00, 0xff56b4e9, 0xff7f5fbf, 0xff8a8a2b};
 constexpr QScatterSeries::MarkerShape kShapes[] = {
@@ -84,8 +86,12 @@ frmHistoryPanel::frmHistoryPanel(QWidget* parent)
     m_chart->legend()->hide();
     m_chart->setBackgroundRoundness(0);
     m_chart->layout()->setContentsMargins(0, 0, 0, 0);
-    m_chart->setMargins(QMargins(4, 8, 12, 4));
     m_ui->chtHistory->setChart(m_chart);
+    connect(m_chart, &QChart::plotAreaChanged, this, [this] {
+        if (m_history != nullptr && measureRoom())
+            QMetaObject::invokeMethod(this, &frmHistoryPanel::showChart, Qt::QueuedConnection);
+        placeLabels();
+    });
     m_ui->chtHistory->setRenderHint(QPainter::Antialiasing);
     m_ui->splitterHistory->setSizes({300, 160});
     m_ui->splitterChart->setSizes({520, 200});
@@ -129,12 +135,12 @@ void frmHistoryPanel::showHistory() {
     m_ui->pages->setCurrentIndex(any ? 1 : 0);
     m_ui->cmdExportCSV->setEnabled(any);
     m_ui->cmdExportPNG->setEnabled(any);
-    m_ui->lblNoHistory->setText(
-        !m_history->problem().empty() ? toScreen(m_history->problem())
-        : m_history->profile().empty()
-            ? tr("Choose a profile above, or save one on the page \"Ranking\".")
-            : tr("There is nothing to show yet: the history of a profile begins with its first report. Start a "
-                 "search on the page \"Ranking\"."));
+    m_ui->lblNoHistory->setText(!m_history->problem().empty() ? toScreen(m_history->problem())
+                                : m_history->profile().empty()
+                                    ? tr("Choose a profile above, or save one on the page \"Ranking\".")
+                                    : tr("There is nothing to show yet: the history of a profile begins with "
+                                         "its first report. Start a "
+                                         "search on the page \"Ranking\"."));
 }
 
 void frmHistoryPanel::showSites() {
@@ -157,7 +163,7 @@ void frmHistoryPanel::showLines() {
         item->setCheckState(m_history->lines()[line].shown ? Qt::Checked : Qt::Unchecked);
         item->setToolTip(lineName(line));
     }
-    m_ui->lstHistoryLines->setCurrentRow(std::max(0, current));
+    m_ui->lstHistoryLines->setCurrentRow(current);
 }
 
 QString frmHistoryPanel::lineName(std::size_t line) const {
@@ -176,14 +182,20 @@ QIcon frmHistoryPanel::iconOf(std::size_t line) const {
     const qreal scale = devicePixelRatioF();
     QPixmap pixmap(QSize(size, size) * scale);
     pixmap.setDevicePixelRatio(scale);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(colourOf(line));
-    painter.translate(size / 2.0, size / 2.0);
-    drawMark(painter, shapeOf(line), kMarkSize);
-    return QIcon(pixmap);
+    QIcon icon;
+    for (const auto& [mode, colour] : {std::pair(QIcon::Normal, colourOf(line)),
+                                       {QIcon::Selected, palette().color(QPalette::HighlightedText)}}) {
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(colour);
+        painter.translate(size / 2.0, size / 2.0);
+        drawMark(painter, shapeOf(line), kMarkSize);
+        painter.end();
+        icon.addPixmap(pixmap, mode);
+    }
+    return icon;
 }
 
 void frmHistoryPanel::showChart() {
@@ -192,17 +204,20 @@ void frmHistoryPanel::showChart() {
         m_chart->removeAxis(axis);
         delete axis;
     }
-    m_shown = m_history->chart();
+    measureRoom();
+    m_shown = m_history->chart(m_room);
     const QPalette& colours = palette();
     m_chart->setBackgroundBrush(colours.color(QPalette::Base));
     m_chart->setBackgroundPen(Qt::NoPen);
     m_ui->chtHistory->setBackgroundBrush(colours.color(QPalette::Base));
+    addLabels();
     if (m_shown.empty()) return;
     std::size_t curve = 0;
     for (std::size_t line = 0; line < m_history->lines().size(); ++line)
         if (m_history->lines()[line].shown) addCurve(m_shown.curves[curve++], line);
     addBands();
     addAxes();
+    placeLabels();
 }
 
 void frmHistoryPanel::addCurve(const ChartCurve& curve, std::size_t line) {
@@ -271,17 +286,73 @@ void frmHistoryPanel::addAxes() {
 
 QCategoryAxis* frmHistoryPanel::newAxis(const std::vector<ChartTick>& ticks, double from, double to) const {
     const QColor text = palette().color(QPalette::Text);
-    const QColor line = over(QColor(text.red(), text.green(), text.blue(), 50), palette().color(QPalette::Base));
+    const QColor line =
+        over(QColor(text.red(), text.green(), text.blue(), 50), palette().color(QPalette::Base));
     auto* const axis = new QCategoryAxis;
     axis->setLabelsPosition(QCategoryAxis::AxisLabelsPositionOnValue);
     axis->setRange(from, to);
     axis->setStartValue(from);
     for (const ChartTick& tick : ticks) axis->append(toScreen(tick.text), tick.at);
-    axis->setLabelsFont(font());
-    axis->setLabelsColor(text);
+    axis->setLabelsVisible(false);
     axis->setLinePenColor(palette().color(QPalette::PlaceholderText));
     axis->setGridLineColor(line);
     return axis;
+}
+
+void frmHistoryPanel::addLabels() {
+    const auto make = [this](const std::vector<ChartTick>& ticks) {
+        std::vector<QGraphicsSimpleTextItem*> labels;
+        for (const ChartTick& tick : ticks) {
+            auto* const label = new QGraphicsSimpleTextItem(toScreen(tick.text), m_chart);
+            label->setFont(font());
+            label->setBrush(palette().color(QPalette::Text));
+            labels.push_back(label);
+        }
+        return labels;
+    };
+    qDeleteAll(m_levels);
+    qDeleteAll(m_times);
+    m_levels = make(m_shown.levels);
+    m_times = make(m_shown.times);
+    const auto widest = [](const std::vector<QGraphicsSimpleTextItem*>& labels) {
+        qreal width = 0;
+        for (const QGraphicsSimpleTextItem* label : labels)
+            width = std::max(width, label->boundingRect().width());
+        return qCeil(width);
+    };
+    const int text = fontMetrics().height();
+    m_chart->setMargins(QMargins(widest(m_levels) + 2 * kLabelGap, text / 2, widest(m_times) / 2 + kLabelGap,
+                                 text + 2 * kLabelGap));
+}
+
+void frmHistoryPanel::placeLabels() {
+    const QRectF plot = m_chart->plotArea();
+    const auto part = [](double at, double from, double to) { return (at - from) / (to - from); };
+    for (std::size_t i = 0; i < m_levels.size(); ++i) {
+        const QRectF box = m_levels[i]->boundingRect();
+        m_levels[i]->setPos(plot.left() - kLabelGap - box.width(),
+                            plot.top() +
+                                plot.height() * part(m_shown.levels[i].at, m_shown.top, m_shown.bottom) -
+                                box.height() / 2);
+    }
+    for (std::size_t i = 0; i < m_times.size(); ++i) {
+        const QRectF box = m_times[i]->boundingRect();
+        m_times[i]->setPos(plot.left() + plot.width() * part(m_shown.times[i].at, m_shown.from, m_shown.to) -
+                               box.width() / 2,
+                           plot.bottom() + kLabelGap);
+    }
+}
+
+// How many labels fit; true when that has changed.
+bool frmHistoryPanel::measureRoom() {
+    constexpr double kLines = 1.5;
+    constexpr int kCharacters = 18;
+    const QSizeF plot = m_chart->plotArea().size();
+    const ChartRoom before = m_room;
+    m_room.levels = std::max(2, static_cast<int>(plot.height() / (fontMetrics().height() * kLines)));
+    m_room.times =
+        std::max(1, static_cast<int>(plot.width() / (fontMetrics().averageCharWidth() * kCharacters)));
+    return m_room.levels != before.levels || m_room.times != before.times;
 }
 
 // The chart beside the names of its lines, in twice the size of the screen.
@@ -299,8 +370,8 @@ std::string frmHistoryPanel::picture() const {
     }
     QString title = toScreen(m_history->profile());
     if (m_history->site() >= 0)
-        title += QStringLiteral(": ") +
-                 toScreen(m_history->sites()[static_cast<std::size_t>(m_history->site())]);
+        title +=
+            QStringLiteral(": ") + toScreen(m_history->sites()[static_cast<std::size_t>(m_history->site())]);
     const QSize chart = m_ui->chtHistory->viewport()->size();
     const int top = metrics.height() + 2 * kGap;
     const QSize size(std::max(chart.width() + row + names, metrics.horizontalAdvance(title)) + 3 * kGap,

@@ -12,6 +12,7 @@
 
 class QCategoryAxis;
 class QChart;
+class QGraphicsSimpleTextItem;
 class QPainter;
 class QScatterSeries;
 
@@ -48,6 +49,9 @@ class frmHistoryPanel final : public QWidget {
     void addLine(const std::vector<ChartPoint>& points, std::size_t line);
     void addBands();
     void addAxes();
+    void addLabels();
+    void placeLabels();
+    bool measureRoom();
     QCategoryAxis* newAxis(const std::vector<ChartTick>& ticks, double from, double to) const;
     void tellPoint(const ChartCurve& curve, const QPointF& place, bool on) const;
     QString lineName(std::size_t line) const;
@@ -59,6 +63,10 @@ class frmHistoryPanel final : public QWidget {
     RankingHistory* m_history = nullptr;
     QChart* m_chart;
     HistoryChart m_shown;
+    ChartRoom m_room;
+    // The labels of both axes: Qt's own end in an ellipsis where lines are close together.
+    std::vector<QGraphicsSimpleTextItem*> m_levels;
+    std::vector<QGraphicsSimpleTextItem*> m_times;
 };
 
 }  // namespace relay

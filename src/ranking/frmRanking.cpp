@@ -42,7 +42,7 @@ frmRanking::frmRanking(const Services& services, QWidget* parent)
     connect(&m_ranking, &clsRanking::refused, this, &frmRanking::showRefused);
     m_ranking.Load();
     showState();
-    m_ui->splitterRanking->setSizes({width() * 2 / 5, width() * 3 / 5});
+    m_ui->splitterRanking->setSizes({width() / 3, width() * 2 / 3});
     m_ui->cboProfile->setFocus(Qt::OtherFocusReason);
     CenterForm(*this);
 }
@@ -81,7 +81,7 @@ void frmRanking::connectProfile() {
 
 void frmRanking::connectSearch() {
     Rows& engines = m_ranking.state().lsvRankingEngines;
-    m_ui->lsvRankingEngines->setRows(&engines, {6, 12, 18, 26});
+    m_ui->lsvRankingEngines->setRows(&engines, {6, 12, 23, 24});
     connect(m_ui->chkSelectAll, &QCheckBox::clicked, &m_ranking, &clsRanking::chkSelectAll_Click);
     connect(&engines, &Rows::dataChanged, this, &frmRanking::showSelectAll);
     connect(&engines, &Rows::modelReset, this, &frmRanking::showSelectAll);
@@ -142,8 +142,8 @@ void frmRanking::showProfiles() {
         box.clear();
         box.addItems(profiles);
     }
-    box.setCurrentIndex(chosen == state.cboProfile.end() ? -1
-                                                         : static_cast<int>(chosen - state.cboProfile.begin()));
+    box.setCurrentIndex(
+        chosen == state.cboProfile.end() ? -1 : static_cast<int>(chosen - state.cboProfile.begin()));
     box.setEnabled(!m_ranking.isRunning());
 }
 
