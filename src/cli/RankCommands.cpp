@@ -4,9 +4,9 @@
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
 #include "cli/Table.h"
-#include "core/Failure.h"
 #include "core/IniFile.h"
 #include "core/JsonLine.h"
+#include "core/Text.h"
 #include "ranking/HistoryStore.h"
 #include "ranking/RankingCatalogue.h"
 #include "ranking/RankingProfiles.h"
@@ -71,6 +71,7 @@ RankSaveCommand::RankSaveCommand(CLI::App& parent, CommandLineContext& context)
 int RankSaveCommand::execute() {
     if (m_pages == 0 && m_links == 0) throw UsageError("--pages or --links is required");
     if (const auto problem = profileNameProblem(m_profile)) throw UsageError(*problem);
+    if (hasControlByte(m_keywords)) throw UsageError("--keywords: one line without control characters");
     RankingSetup setup;
     setup.profile = m_profile;
     for (const std::string& site : m_sites) setup.sites.push_back(rankedSite(site));
@@ -96,7 +97,7 @@ int RankProfilesCommand::execute() {
         if (context().json)
             JsonLine()
                 .add("profile", profile.name)
-                .add("sites", profile.URL)
+                .add("url", profile.URL)
                 .add("date", profile.Date)
                 .add("report", profile.ReportFile)
                 .write(out);

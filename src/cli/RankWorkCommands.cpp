@@ -43,7 +43,9 @@ RankWorkCommand::RankWorkCommand(CLI::App& parent, CommandLineContext& context, 
 
 bool RankWorkCommand::prepare(clsRanking& ranking) {
     if (!ranking.Load()) return false;
-    if (ranking.engines().empty()) throw Failure("The ranking catalogue has no search engines.");
+    if (ranking.engines().empty())
+        throw Failure("There are no search engines in " + rankingCatalogueFile(context().home().paths) +
+                      "\n" + context().installHint());
     const RankingProfiles profiles(context().home().paths);
     if (!profiles.IsProfileExist(m_profile)) profiles.load(m_profile);
     if (!ranking.cboProfile_Click(m_profile)) return false;

@@ -42,7 +42,10 @@ int SearchCommand::execute() {
     if (m_text.empty()) throw UsageError("Please enter the keywords you would like to search for.");
     Session& home = context().home();
     RankingCatalogue catalogue(home.services, RankReader::Search);
-    if (!catalogue.loadEngineData()) return kCouldNotRun;
+    if (!catalogue.loadEngineData()) {
+        context().warn(context().installHint());
+        return kCouldNotRun;
+    }
     const std::size_t engine = catalogue.indexOf(m_engine);
     if (engine == npos) throw Failure("There is no search engine named \"" + m_engine + "\".");
     const std::string address = searchURL(catalogue.engines()[engine], kTypes.at(m_type), m_text);
@@ -53,6 +56,9 @@ int SearchCommand::execute() {
             context().out() << address << '\n';
         return kSucceeded;
     }
+    // Anything else would be opened as a file or by whatever has claimed the scheme.
+    if (!startsWithNoCase(address, "http://") && !startsWithNoCase(address, "https://"))
+        throw Failure("The address of this search engine is no web address: " + address);
     if (!context().prompts().openWithSystem(address)) throw Failure(cannotOpenText(address));
     return kSucceeded;
 }
