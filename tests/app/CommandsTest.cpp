@@ -29,8 +29,9 @@ TEST(CommandsTest, EachCommandIsEnabledForItsNodesAndPanels) {
                                  "mnuImportItems_0 mnuEngineItems_0 mnuEngineItems_1 mnuEngineItems_3 "
                                  "mnuEngineItems_4 mnuEngineItems_6 mnuEngineItems_8 mnuPopupItems_10"),
                             Pair("11111",
-                                 " NewProject NewWeb Engines Submit MetaTag mnuFileItems_0 mnuFileItems_12 "
-                                 "mnuFileItems_13 mnuFileItems_15 mnuToolsItems_0 mnuHelpItems_0 "
+                                 " NewProject NewWeb Engines Submit MetaTag Ranking Search mnuFileItems_0 mnuFileItems_12 "
+                                 "mnuFileItems_13 mnuFileItems_15 mnuToolsItems_0 mnuToolsItems_2 "
+                                 "mnuToolsItems_3 mnuHelpItems_0 "
                                  "mnuHelpItems_6 mnuHelpItems_7 "
                                  "mnuHelpItems_8 mnuHelpItems_10")));
 }
