@@ -29,8 +29,8 @@ namespace {
 constexpr qreal kMarkSize = 10;
 constexpr qreal kLineWidth = 2;
 constexpr int kLabelGap = 8;
-constexpr QRgb kHues[] = {0xff0072b2, 0xffd55e00, 0xff009e73, 0xffcc79a7,
-                          0xffe69f00, 0xff56b4e9, 0xff7f5fbf, 0xff8a8a2b};
+constexpr QRgb kHues[] = {0xff0072b2, 0xffd55e00, 0xff009e73, 0xffcc79a7, 0xffe69f00,
+                          0xff56b4e9, 0xff7f5fbf, 0xff8a8a2b, 0xff8c564b, 0xff5f6b7a};
 constexpr QScatterSeries::MarkerShape kShapes[] = {
     QScatterSeries::MarkerShapeCircle,   QScatterSeries::MarkerShapeRectangle,
     QScatterSeries::MarkerShapeTriangle, QScatterSeries::MarkerShapeRotatedRectangle,

@@ -93,7 +93,7 @@ void frmRanking::connectSearch() {
     connect(
         &m_ranking, &clsRanking::searchEnded, this,
         [this](const RankingEnd& end) {
-            if (!end.cancelled && isVisible()) m_ranking.offerReport();
+            if (isVisible()) m_ranking.offerReport(end);
         },
         Qt::QueuedConnection);
 }
