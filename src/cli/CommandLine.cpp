@@ -5,6 +5,7 @@
 #include "cli/CommandLineContext.h"
 #include "cli/EnginesCommands.h"
 #include "cli/EnginesInstallCommand.h"
+#include "cli/EnginesScrapeCommand.h"
 #include "cli/ExitCode.h"
 #include "cli/MetaCommands.h"
 #include "cli/PracticeCommand.h"
@@ -136,6 +137,7 @@ class Parser final {
         add<EnginesListCommand>(engines);
         add<EnginesCheckCommand>(engines);
         add<EnginesInstallCommand>(engines);
+        add<EnginesScrapeCommand>(engines);
         add<UpdateCommand>(m_app);
         CLI::App& meta = addGroup("meta", "Read and change the meta tags of pages",
                                   "meta show index.html\n"
