@@ -167,6 +167,7 @@ frmMain::frmMain(const Services& services, clsMain& main, QWidget* parent)
     makeToolbarReachable();
     makeSplitterReachable();
     m_ui->SSTab1->connectTo(main.website.fields, main.catalogue.categories);
+    m_ui->SSTab1->connectWalk(main.categoryWalk, main.catalogue.lists);
     m_ui->SSTab3->connectTo(main.catalogue.lists, main.catalogue.selection,
                             !services.preference.refusesAdultSites());
     setSplitterPlace(0);
@@ -427,6 +428,7 @@ void frmMain::showQuickStart() {
 void frmMain::showCatalogue() {
     m_ui->SSTab1->setChoices(m_main.webTypes(), clsMain::languages(), m_main.catalogue.countries.cboCountry);
     m_ui->SSTab3->showTypeBoxes();
+    m_ui->SSTab1->showCustomEngines();
     m_ui->SSTab1->showFields();
 }
 

@@ -187,10 +187,7 @@ std::vector<Finding> checkRecord(const CustomEngineRecord& record, const EngineC
                                  bool refusesAdultSites) {
     std::string tables = recordTable(record) + "[" + std::string(kSharedFFA) + "]\r\n";
     failureOf([&] { tables += replaceAll(shared.getEngineCategoryData(kSharedFFA), ">", "\r\n"); });
-    std::string text = recordText(record);
-    // Not a key of the catalogue.
-    text = replaceAll(text, "\r\nWebType=\r\n", "\r\n");
-    return checkCatalogue(text, EngineCategories(tables), refusesAdultSites);
+    return checkCatalogue(recordText(record), EngineCategories(tables), refusesAdultSites);
 }
 
 }  // namespace relay

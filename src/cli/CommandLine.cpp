@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/CommandLine.h"
 
+#include "cli/CategoriesCommand.h"
 #include "cli/Command.h"
 #include "cli/CommandLineContext.h"
 #include "cli/EnginesCommands.h"
@@ -151,6 +152,10 @@ class Parser final {
         add<CustomMergeCommand>(custom);
         add<CustomExportCommand>(custom);
         add<CustomImportCommand>(custom);
+        CLI::App& categories =
+            addGroup(m_app, "categories", "Walk through the categories of outside directories",
+                     "--home try categories walk Yahoo Arts");
+        add<CategoriesWalkCommand>(categories);
         add<UpdateCommand>(m_app);
         CLI::App& meta = addGroup(m_app, "meta", "Read and change the meta tags of pages",
                                   "meta show index.html\n"
