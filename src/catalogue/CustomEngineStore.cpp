@@ -110,6 +110,13 @@ void CustomEngineStore::loadEngines() {
     m_unreadable = false;
 }
 
+void CustomEngineStore::forget() {
+    m_engines.clear();
+    m_touched.clear();
+    m_seen.reset();
+    m_unreadable = false;
+}
+
 std::size_t CustomEngineStore::put(CustomEngineRecord record) {
     m_touched.insert(record.Name);
     const CustomEngineRecord* const known = find(record.Name);

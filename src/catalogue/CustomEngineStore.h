@@ -28,6 +28,8 @@ class CustomEngineStore final {
 
     // Adds the file's engines to those in memory.
     void loadEngines();
+    // Drops the engines in memory, not the files.
+    void forget();
     // Replaces the first engine of the name, or adds one; gives its place.
     std::size_t put(CustomEngineRecord record);
     void remove(std::size_t place);

@@ -80,7 +80,11 @@ bool EngineBuilder::attempt(std::string_view words, const std::function<void()>&
 
 void EngineBuilder::load() {
     loadCategory();
+    m_store.forget();
     attempt("loadCustomEngineError: ", [this] { m_store.loadEngines(); });
+    for (std::string* const field : {&txtEngineName, &txtEngineURL, &txtSubmitURL, &txtSource})
+        field->clear();
+    cmdGetFields = false;
     ClearFields();
     listEngines(-1);
     noteFilled();

@@ -291,6 +291,13 @@ FieldSuggestion suggestValue(const FieldHint& hint) {
         if (containsNoCase(words, " " + std::string(known.words) + " "))
             return {std::string(known.macro), FieldReason::Label};
     }
+    if (!hint.label.empty()) return {};
+    // Without a label the name's own words may tell.
+    const std::string own = wordsOf(hint.name);
+    for (const Meaning& known : kLabels) {
+        if (containsNoCase(own, " " + std::string(known.words) + " "))
+            return {std::string(known.macro), FieldReason::Name};
+    }
     return {};
 }
 

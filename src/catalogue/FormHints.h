@@ -26,7 +26,7 @@ struct FieldSuggestion final {
     std::string value;  // a macro in angle brackets; empty: none
     FieldReason why = FieldReason::None;
 };
-// The autocomplete attribute says it more exactly than the label.
+// The autocomplete attribute says it more exactly than the label; a field without a label has only its name.
 FieldSuggestion suggestValue(const FieldHint& hint);
 
 // What a form has become since its record was stored: one line for each difference, for the user.

@@ -22,7 +22,8 @@ namespace {
 constexpr int kEnginesWidth = 190;
 constexpr std::size_t kMostShownSource = std::size_t{1024} * 1024;
 constexpr std::size_t kMostShownFindings = 3;
-constexpr std::size_t kMostShownChanges = 6;
+constexpr std::size_t kMostShownChanges = 4;
+constexpr std::size_t kMostTipChanges = 40;
 
 const QStringList& macros() {
     static const QStringList names = {
@@ -61,10 +62,6 @@ frmEngineBuilder::frmEngineBuilder(const Services& services, const Catalogue& ca
     m_ui->fraAdult->setVisible(!services.preference.refusesAdultSites());
     for (QLineEdit* const number : {m_ui->txtMaxTitle, m_ui->txtMaxKeywords, m_ui->txtMaxDescription})
         number->setMinimumWidth(number->fontMetrics().averageCharWidth() * 5);
-    // Room for the most lines, so that the window does not grow with them.
-    m_ui->lblFindings->setMinimumHeight(m_ui->lblFindings->fontMetrics().lineSpacing() *
-                                        static_cast<int>(kMostShownFindings + 2));
-    m_ui->lblFindings->setAlignment(Qt::AlignTop);
     describePlaceholders(*this);
     connectMenu();
     connectEngine();
@@ -297,6 +294,7 @@ void frmEngineBuilder::showFields() {
     m_ui->cmdUseSuggestion->setEnabled(m_builder.hasSuggestion(row));
     m_ui->cmdUseAll->setEnabled(m_builder.hasSuggestions());
     m_ui->lblFormChanges->setText(firstLines(m_builder.formChanges, kMostShownChanges));
+    m_ui->lblFormChanges->setToolTip(firstLines(m_builder.formChanges, kMostTipChanges));
     m_ui->lblFormChanges->setVisible(!m_builder.formChanges.empty());
 }
 
@@ -321,6 +319,7 @@ void frmEngineBuilder::showFindings() {
     std::vector<std::string> lines;
     for (const Finding& finding : m_builder.findings) lines.push_back(finding.text);
     const bool none = lines.empty();
+    m_ui->lblFindings->setVisible(!none);
     m_ui->lblFindings->setText(none ? QString()
                                     : tr("Before you save it:") + QLatin1Char('\n') +
                                           firstLines(lines, kMostShownFindings));
