@@ -41,6 +41,8 @@ std::optional<PracticeReply> sitePage(const PracticeRequest& request, PracticeSi
 std::optional<PracticeReply> directoryPage(const PracticeRequest& request, PracticeSite& site);
 // "/engines/SLUG/tree/...": the categories of an engine that is a directory.
 std::optional<PracticeReply> treePage(const PracticeRequest& request, PracticeSite& site);
+// "/search/": the search engines; "/search/WORD?q=PHRASE" is a page of results.
+std::optional<PracticeReply> searchPage(const PracticeRequest& request, PracticeSite& site);
 
 // The reply to a path whose last word, after `folder`, names an outcome; nullopt for any other word.
 std::optional<PracticeReply> outcome(std::string_view word, std::string_view folder, std::string_view path);
