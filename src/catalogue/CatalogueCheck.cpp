@@ -122,8 +122,8 @@ void CatalogueCheck::readItem(CatalogueReader& reader) {
     const std::size_t line = reader.line();
     if (key == EngineKey::None) return;
     if (key == EngineKey::Unknown) {
-        // Merged engines have this key, which is always empty.
-        if (!equalsNoCase(reader.keyText(), "WebType"))
+        // Merged engines have this key, with nothing behind it.
+        if (!equalsNoCase(reader.keyText(), "WebType") || !reader.value().empty())
             report(line, FindingKind::UnknownKey, "The key \"", reader.keyText(), "\" is unknown");
         return;
     }

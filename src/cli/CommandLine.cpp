@@ -168,7 +168,7 @@ class Parser final {
         add<MetaReplaceCommand>(meta);
         add<PreviewCommand>(m_app);
         add<SubmitCommand>(m_app);
-        CLI::App& rank = addGroup("rank", "Find the positions of sites on search engines",
+        CLI::App& rank = addGroup(m_app, "rank", "Find the positions of sites on search engines",
                                   "--home try rank save shop --site www.site-15.example --keywords 'paper "
                                   "shop' --pages 3\n"
                                   "--home try rank run shop --all\n"
