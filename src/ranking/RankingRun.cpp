@@ -103,13 +103,13 @@ void RankingRun::prepare(const std::vector<RankEngine>& engines) {
     const RankingSetup& setup = m_state.setup;
     const int pages = setup.pagesOfRun();
     const std::string folder = rankingFolder(m_services.paths, setup.profile);
+    m_sReportFolder = folder;
+    m_nSearchPages = pages;
     makeFolder(folder);
     m_lock.emplace(folder);
     m_pool.open({toInt16(static_cast<double>(engines.size())), true, {}});
     m_engines = engines;
-    m_sReportFolder = folder;
     m_sKeywords = praseSpace(setup.keywords);
-    m_nSearchPages = pages;
     m_StopCounts = 0;
     m_end = {};
     m_requests.assign(engines.size(), {});

@@ -153,7 +153,7 @@ bool clsRanking::StartSearch() {
     bool started = false;
     loggedTrap(
         "RankingConnect_Error: ", [&] { started = m_run.StartSearch(engines()); }, "Error",
-        "\r\nPath: " + m_run.sReportFolder());
+        [this] { return "\r\nPath: " + m_run.sReportFolder(); });
     return started;
 }
 
@@ -252,12 +252,13 @@ RankingReport clsRanking::Report(const ReportChoices& choices) {
 
 template <typename Operation>
 bool clsRanking::loggedTrap(std::string_view words, Operation&& operation, std::string_view title,
-                            std::string_view remark) {
+                            const std::function<std::string()>& remark) {
     try {
         operation();
         return true;
     } catch (const std::exception& failure) {
-        m_services.log.WriteErrorLog(std::string(words) + numberedText(failure).append(remark));
+        m_services.log.WriteErrorLog(std::string(words) + numberedText(failure) +
+                                     (remark ? remark() : std::string()));
         m_services.prompts.message(std::string(words) + failureText(failure), title, Icon::Critical);
         return false;
     }

@@ -91,10 +91,10 @@ class clsRanking final : public QObject {
     void addToHistory(const AnalysisInput& input);
     void enableButtons(bool on);
     void fieldsChanged();
-    // Runs the operation; a failure goes to the log, and with the words and without its number to a box.
+    // Runs the operation; a failure goes to the log, with the remark, and without number and remark to a box.
     template <typename Operation>
     bool loggedTrap(std::string_view words, Operation&& operation, std::string_view title = "Web Ranking",
-                    std::string_view remark = {});
+                    const std::function<std::string()>& remark = {});
 
     const Services& m_services;
     const QLocale m_locale;
