@@ -152,7 +152,8 @@ TEST_F(RankingProfilesTest, AreCheckedBeforeARun) {
 
     EXPECT_EQ(rankedSite("http://www.a.test/x"), "www.a.test/x");
     EXPECT_EQ(rankedSite("ab.c"), "ab.c");
-    for (const char* bad : {"", "abc", "a.b.test", "abc.\n", "ab.c://"}) EXPECT_THROW(rankedSite(bad), Failure) << bad;
+    for (const char* bad : {"", "abc", "a.b.test", "abc.\n", "ab.c://"})
+        EXPECT_THROW(rankedSite(bad), Failure) << bad;
 }
 
 TEST(RankingSetupTest, TakesPagesFromLinksByTheFirstCharacter) {
