@@ -343,15 +343,20 @@ void frmHistoryPanel::placeLabels() {
     }
 }
 
-// How many labels fit; true when that has changed.
+// How many labels fit; true when that has changed. It depends on the size of the view alone: the plot's own
+// size depends on the labels.
 bool frmHistoryPanel::measureRoom() {
     constexpr double kLines = 1.5;
     constexpr int kCharacters = 18;
-    const QSizeF plot = m_chart->plotArea().size();
+    constexpr int kMarginCharacters = 20;
+    constexpr int kMarginLines = 3;
+    const QFontMetrics metrics = fontMetrics();
+    const QSize view = m_ui->chtHistory->viewport()->size();
+    const int height = view.height() - kMarginLines * metrics.height();
+    const int width = view.width() - kMarginCharacters * metrics.averageCharWidth();
     const ChartRoom before = m_room;
-    m_room.levels = std::max(2, static_cast<int>(plot.height() / (fontMetrics().height() * kLines)));
-    m_room.times =
-        std::max(1, static_cast<int>(plot.width() / (fontMetrics().averageCharWidth() * kCharacters)));
+    m_room.levels = std::max(2, static_cast<int>(height / (metrics.height() * kLines)));
+    m_room.times = std::max(1, width / (metrics.averageCharWidth() * kCharacters));
     return m_room.levels != before.levels || m_room.times != before.times;
 }
 

@@ -51,7 +51,9 @@ void frmSearch::showWebsites() {
     for (const SearchWebsite& website : m_search.websites())
         m_ui->cboWebProfile->addItem(toScreen(website.name));
     m_ui->cboWebProfile->setCurrentIndex(m_search.lastWebsite());
-    m_ui->cboWebProfile->setEnabled(m_ui->cboWebProfile->count() > 0);
+    const bool any = m_ui->cboWebProfile->count() > 0;
+    m_ui->cboWebProfile->setEnabled(any);
+    m_ui->cboWebProfile->setPlaceholderText(any ? tr("Choose a web site") : tr("No saved web site yet"));
     showURLs();
 }
 

@@ -23,6 +23,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QPushButton>
 #include <QRadioButton>
@@ -254,7 +255,8 @@ void fillHistory(HistoryStore& history, const std::vector<std::string>& sites,
         for (std::size_t engine = 0; engine < engines.size(); ++engine) {
             const int wave = static_cast<int>(engine) * 5;
             const int drift = (day * (static_cast<int>(engine) + 2)) / 9 - (day * day) / 60;
-            const int best = std::max(1, 38 - wave - drift);
+            const int noise = (day * 7 + static_cast<int>(engine) * 13) % 5 - 2;
+            const int best = std::max(1, 38 - wave - drift + noise);
             const bool changed = engine == 7 && day > 30;
             const RankState state = engine == 6   ? RankState::NothingFound
                                     : changed     ? RankState::NoResultList
@@ -298,6 +300,9 @@ void drawRanking(Program& program, test::ScriptedPrompts& prompts, const QString
     QCoreApplication::processEvents();
     save(form, folder, "ranking-small");
     frmSearch search(program.services());
+    auto* const websites = search.findChild<QComboBox*>(QStringLiteral("cboWebProfile"));
+    websites->setCurrentIndex(0);
+    Q_EMIT websites->activated(0);
     save(search, folder, "search");
 }
 
