@@ -29,7 +29,7 @@ constexpr std::string_view kSection = "WebRanking";
 constexpr std::string_view kSaveResults = "AutoSaveResults";
 constexpr int kStillMilliseconds = 50;  // for which a window may stay undrawn
 
-constexpr int kResult = 4;               // the column
+constexpr int kResult = 4;  // the column
 
 // Puts what a profile or an analysis says about the engines into their rows.
 void showRows(const std::vector<RankRow>& rows, Rows& list) {
