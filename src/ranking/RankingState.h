@@ -29,7 +29,7 @@ struct RankingState final {
     // cboProfile, lstSiteURL, txtKeyWord, Option1 and txtPageLinks. An empty profile: none is chosen.
     RankingSetup setup;
     std::vector<std::string> cboProfile;
-    // "Result" says what the last analysis can honestly tell of the engine; the report does not show it.
+    // "Result" says how the last analysis ended for the engine; the report does not show it.
     // The engines in the catalogue's order; a row's place is the engine's, so this list is never sorted.
     Rows lsvRankingEngines;
     Rows ListView2;  // tag the report; "Profile Name", "URL", "Date"

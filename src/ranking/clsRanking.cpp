@@ -123,14 +123,15 @@ void clsRanking::chkSelectAll_Click(bool on) {
 
 bool clsRanking::saveProfile(const std::string& name) {
     return loggedTrap("saveProfile_Error: ", [&] {
+        const std::string kept(trim(name));  // as the file keeps it
         RankingSetup setup = m_state.setup;
-        setup.profile = name;
+        setup.profile = kept;
         m_profiles.saveProfile(setup);
-        m_state.setup.profile = name;
+        m_state.setup.profile = kept;
         m_state.changed = false;
-        const auto isSame = [&name](const std::string& other) { return equalsNoCase(name, other); };
+        const auto isSame = [&kept](const std::string& other) { return equalsNoCase(kept, other); };
         if (std::none_of(m_state.cboProfile.begin(), m_state.cboProfile.end(), isSame))
-            m_state.cboProfile.push_back(name);
+            m_state.cboProfile.push_back(kept);
         Q_EMIT stateChanged();
     });
 }

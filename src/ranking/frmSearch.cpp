@@ -23,7 +23,10 @@ frmSearch::frmSearch(const Services& services, QWidget* parent)
     m_search.loadHistory();
     showHistory({});
     connect(m_ui->cboWebProfile, &QComboBox::activated, this, &frmSearch::showURLs);
-    const auto take = [this](const QListWidgetItem* item) { m_ui->cboKeywords->setEditText(item->text()); };
+    const auto take = [this](const QListWidgetItem* item) {
+        m_ui->cboKeywords->setEditText(item->text());
+        m_search.takeURL(fromScreen(item->text()));
+    };
     connect(m_ui->lstURL, &QListWidget::itemClicked, this, take);
     connect(m_ui->lstURL, &QListWidget::currentItemChanged, this, [this, take](const QListWidgetItem* item) {
         if (item != nullptr && m_ui->lstURL->hasFocus()) take(item);
@@ -60,6 +63,8 @@ void frmSearch::showURLs() {
     if (place < 0) return;
     for (const std::string& url : m_search.loadURLs(m_search.websites()[static_cast<std::size_t>(place)]))
         m_ui->lstURL->addItem(toScreen(url));
+    const auto last = m_ui->lstURL->findItems(toScreen(m_search.lastURL()), Qt::MatchExactly);
+    if (!last.isEmpty()) m_ui->lstURL->setCurrentItem(last.front());
 }
 
 void frmSearch::showHistory(const QString& text) {
