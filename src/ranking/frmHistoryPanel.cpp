@@ -36,7 +36,7 @@ constexpr QScatterSeries::MarkerShape kShapes[] = {
     QScatterSeries::MarkerShapeTriangle, QScatterSeries::MarkerShapeRotatedRectangle,
     QScatterSeries::MarkerShapePentagon, QScatterSeries::MarkerShapeStar};
 
-// Neighbours differ in both, so a line can be told without its colour.
+// Neighbours differ in both, so a line can be recognised without its colour.
 QScatterSeries::MarkerShape shapeOf(std::size_t line) {
     return kShapes[line % std::size(kShapes)];
 }
