@@ -3,10 +3,12 @@
 
 #include "cli/Command.h"
 #include "cli/CommandLineContext.h"
+#include "cli/DoorwayCommand.h"
 #include "cli/EnginesCommands.h"
 #include "cli/EnginesInstallCommand.h"
 #include "cli/ExitCode.h"
 #include "cli/MetaCommands.h"
+#include "cli/OptimizeCommand.h"
 #include "cli/PracticeCommand.h"
 #include "cli/PreviewCommand.h"
 #include "cli/SubmitCommand.h"
@@ -144,6 +146,8 @@ class Parser final {
         add<MetaShowCommand>(meta);
         add<MetaInsertCommand>(meta);
         add<MetaReplaceCommand>(meta);
+        add<OptimizeCommand>(m_app);
+        add<DoorwayCommand>(m_app);
         add<PreviewCommand>(m_app);
         add<SubmitCommand>(m_app);
         add<PracticeCommand>(m_app);

@@ -6,9 +6,10 @@
 //                  a catalogue of engines on a practice web, FIELDS in addition to those of every template
 //   received       the engine and the URL of each submission since
 //   terminal in|out|err, typed TEXT, variable NAME VALUE, stop
-// WEB stands for the address of that practice web.
+// WEB stands for the address of that practice web, HOST for its host and port.
 #include "CommandLineFixture.h"
 #include "core/Text.h"
+#include "core/Url.h"
 #include "practice/PracticeWeb.h"
 #include "support/GoldenCases.h"
 #include "support/Transcript.h"
@@ -44,9 +45,10 @@ class CommandLineGolden : public testing::TestWithParam<std::string> {
         };
         m_transcript.settle = [this](const std::string& text) {
             // Of a JSON line, and of a line of a table.
-            return replaceAll(
+            const std::string settled = replaceAll(
                 std::regex_replace(text, std::regex("(\"ms\":|,[A-Z][A-Za-z ]+,\\d+,)\\d+"), "$1N"),
                 m_address, "WEB");
+            return replaceAll(settled, GetURLHost(m_address), "HOST");
         };
     }
 

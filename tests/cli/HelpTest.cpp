@@ -30,6 +30,8 @@ TEST(HelpTest, EachHelpHasItsOwnExamplesOnThePracticeCatalogue) {
                                     "meta show",
                                     "meta insert",
                                     "meta replace",
+                                    "optimize",
+                                    "doorway",
                                     "preview",
                                     "submit",
                                     "practice"};
