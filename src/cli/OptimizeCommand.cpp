@@ -86,10 +86,10 @@ void OptimizeCommand::optimize(const std::string& name, std::string_view html) {
     else
         context().out() << "report " << terminalText(path) << '\n';
     m_pages.push_back({address, checkPage(html, address, m_settings)});
-    for (const Finding& finding : m_pages.back().findings) show(address, finding);
+    for (const PageFinding& finding : m_pages.back().findings) show(address, finding);
 }
 
-void OptimizeCommand::show(const std::string& address, const Finding& finding) {
+void OptimizeCommand::show(const std::string& address, const PageFinding& finding) {
     if (!m_failOn.empty() && finding.severity >= *severityOf(m_failOn)) m_met = true;
     if (context().json) {
         JsonLine()

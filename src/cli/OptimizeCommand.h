@@ -18,13 +18,13 @@ class OptimizeCommand final : public Command {
 
   private:
     void optimize(const std::string& name, std::string_view html);
-    void show(const std::string& address, const Finding& finding);
+    void show(const std::string& address, const PageFinding& finding);
 
     std::vector<std::string> m_names;
     std::string m_failOn;
     std::string m_sarif;
     RuleSettings m_settings;
-    std::vector<PageFindings> m_pages;
+    std::vector<FindingsOfPage> m_pages;
     std::map<std::string, std::string> m_reports;  // by path: the address
     bool m_met = false;                            // a finding of --fail-on
 };

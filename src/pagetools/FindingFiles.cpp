@@ -48,10 +48,10 @@ Json rulesAsJson() {
 
 }  // namespace
 
-std::string findingsAsCsv(const std::vector<PageFindings>& pages) {
+std::string findingsAsCsv(const std::vector<FindingsOfPage>& pages) {
     std::string table = "address,line,severity,rule,found,what_to_do\r\n";
-    for (const PageFindings& page : pages) {
-        for (const Finding& finding : page.findings) {
+    for (const FindingsOfPage& page : pages) {
+        for (const PageFinding& finding : page.findings) {
             const FindingRule* const rule = findRule(finding.rule);
             appendCsvCell(table, page.address);
             table.append(",").append(std::to_string(finding.line)).append(",");
@@ -65,11 +65,11 @@ std::string findingsAsCsv(const std::vector<PageFindings>& pages) {
     return table;
 }
 
-std::string findingsAsSarif(const std::vector<PageFindings>& pages) {
+std::string findingsAsSarif(const std::vector<FindingsOfPage>& pages) {
     Json results = Json::array();
-    for (const PageFindings& page : pages) {
+    for (const FindingsOfPage& page : pages) {
         const std::string uri = uriOf(page.address);
-        for (const Finding& finding : page.findings)
+        for (const PageFinding& finding : page.findings)
             results.push_back(
                 {{"ruleId", finding.rule},
                  {"level", levelOf(finding.severity)},

@@ -37,7 +37,7 @@ struct CheckedPage final {
 // the end.
 class FindingSink final {
   public:
-    FindingSink(std::vector<Finding>& findings, std::string_view rule, const RuleSetting& setting)
+    FindingSink(std::vector<PageFinding>& findings, std::string_view rule, const RuleSetting& setting)
         : m_findings(findings), m_rule(rule), m_setting(setting) {}
     ~FindingSink();
     FindingSink(const FindingSink&) = delete;
@@ -50,7 +50,7 @@ class FindingSink final {
   private:
     static constexpr std::size_t kKept = 100;
 
-    std::vector<Finding>& m_findings;
+    std::vector<PageFinding>& m_findings;
     std::string_view m_rule;
     const RuleSetting& m_setting;
     std::size_t m_count = 0;

@@ -187,9 +187,9 @@ std::vector<RuleProblem> loadRules(const Paths& paths, RuleSettings& settings) {
     return readRules(readFile(file, IniFile::kLargestFile), settings);
 }
 
-std::vector<Finding> checkPage(std::string_view html, std::string_view address,
-                               const RuleSettings& settings) {
-    std::vector<Finding> findings;
+std::vector<PageFinding> checkPage(std::string_view html, std::string_view address,
+                                   const RuleSettings& settings) {
+    std::vector<PageFinding> findings;
     const HtmlPage parsed(html);
     const CheckedPage page{parsed, address};
     for (const auto& rule : findingRules()) {
@@ -201,7 +201,7 @@ std::vector<Finding> checkPage(std::string_view html, std::string_view address,
         if (!parsed.problem().empty()) break;
     }
     std::stable_sort(findings.begin(), findings.end(),
-                     [](const Finding& a, const Finding& b) { return a.line < b.line; });
+                     [](const PageFinding& a, const PageFinding& b) { return a.line < b.line; });
     return findings;
 }
 

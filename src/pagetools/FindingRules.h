@@ -41,6 +41,7 @@ std::vector<RuleProblem> readRules(std::string_view text, RuleSettings& settings
 std::vector<RuleProblem> loadRules(const Paths& paths, RuleSettings& settings);
 
 // The findings on a page in the order of its lines.
-std::vector<Finding> checkPage(std::string_view html, std::string_view address, const RuleSettings& settings);
+std::vector<PageFinding> checkPage(std::string_view html, std::string_view address,
+                                   const RuleSettings& settings);
 
 }  // namespace relay

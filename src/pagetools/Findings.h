@@ -16,7 +16,7 @@ std::string_view severityName(Severity severity) noexcept;  // "off", "notice", 
 std::optional<Severity> severityOf(std::string_view name) noexcept;
 
 // Something that was found on a page.
-struct Finding final {
+struct PageFinding final {
     Severity severity = Severity::Notice;
     std::string_view rule;  // its name, which lives as long as the program
     std::size_t line = 1;   // of the page, from 1
@@ -24,9 +24,9 @@ struct Finding final {
 };
 
 // The findings on one page.
-struct PageFindings final {
+struct FindingsOfPage final {
     std::string address;
-    std::vector<Finding> findings;
+    std::vector<PageFinding> findings;
 };
 
 }  // namespace relay

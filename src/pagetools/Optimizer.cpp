@@ -185,7 +185,7 @@ void Optimizer::saveFindings() {
             m_services.prompts, {"CSV files (*.csv)|*.csv|SARIF files (*.sarif)|*.sarif", "The file ",
                                  " already exists, do you want to replace it?", "Save Findings"});
         if (file.empty()) return;
-        const std::vector<PageFindings> pages = {{m_address, m_findings}};
+        const std::vector<FindingsOfPage> pages = {{m_address, m_findings}};
         writeFile(file, endsWithNoCase(file, ".sarif") ? findingsAsSarif(pages) : findingsAsCsv(pages));
         m_services.prompts.notice("Saved " + file);
     });

@@ -56,7 +56,7 @@ class Optimizer final : public QObject {
     const std::string& address() const noexcept { return m_address; }
     const std::string& report() const noexcept { return m_report; }  // its path; empty if there is none
     const std::string& source() const noexcept { return m_source; }  // the page as it came
-    const std::vector<Finding>& findings() const noexcept { return m_findings; }
+    const std::vector<PageFinding>& findings() const noexcept { return m_findings; }
     // Asks where, and saves the findings as CSV or, by the chosen filter, as SARIF.
     void saveFindings();
 
@@ -78,7 +78,7 @@ class Optimizer final : public QObject {
     std::string m_address;
     std::string m_report;
     std::string m_source;
-    std::vector<Finding> m_findings;
+    std::vector<PageFinding> m_findings;
     bool m_fetching = false;
     bool m_busy = false;
 };

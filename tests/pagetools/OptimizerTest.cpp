@@ -53,7 +53,7 @@ class OptimizerGoldenTest : public testing::TestWithParam<std::string>, public S
     }
     std::string findings(std::string_view html) const {
         std::string text = "report " + optimizerReportName(address) + "\n";
-        for (const Finding& finding : checkPage(html, address, RuleSettings()))
+        for (const PageFinding& finding : checkPage(html, address, RuleSettings()))
             text.append(std::to_string(finding.line))
                 .append(" ")
                 .append(severityName(finding.severity))
@@ -103,9 +103,9 @@ std::int64_t plainCount(std::string_view text, std::string_view keyword) {
     return count;
 }
 
-std::vector<std::string> rulesOf(const std::vector<Finding>& findings) {
+std::vector<std::string> rulesOf(const std::vector<PageFinding>& findings) {
     std::vector<std::string> rules;
-    for (const Finding& finding : findings) rules.emplace_back(finding.rule);
+    for (const PageFinding& finding : findings) rules.emplace_back(finding.rule);
     return rules;
 }
 
@@ -122,7 +122,8 @@ TEST_P(OptimizerGoldenTest, WorksOnAPageCutAtEveryByte) {
     for (std::size_t length = 0; length <= html.size(); ++length) {
         const std::string_view page = std::string_view(html).substr(0, length);
         ASSERT_THAT(report(page), EndsWith("</body></html>\r\n")) << length;
-        for (const Finding& finding : checkPage(page, address, RuleSettings())) ASSERT_GE(finding.line, 1U);
+        for (const PageFinding& finding : checkPage(page, address, RuleSettings()))
+            ASSERT_GE(finding.line, 1U);
     }
 }
 
@@ -375,9 +376,9 @@ TEST_F(OptimizerTest, SurvivesPagesMadeToNest) {
                     Not(testing::Contains("page-unreadable")))
             << page.substr(0, 40);
     const auto images = checkPage(many("<img src=x>\n", 5000), "http://a.test/", RuleSettings());
-    EXPECT_EQ(
-        std::count_if(images.begin(), images.end(), [](const Finding& f) { return f.rule == "image-alt"; }),
-        100);
+    EXPECT_EQ(std::count_if(images.begin(), images.end(),
+                            [](const PageFinding& f) { return f.rule == "image-alt"; }),
+              100);
     EXPECT_THAT(images.back().found, EndsWith("(and 4900 more further down)"));
 }
 
