@@ -32,6 +32,10 @@ TEST(HelpTest, EachHelpHasItsOwnExamplesOnThePracticeCatalogue) {
                                     "meta replace",
                                     "optimize",
                                     "doorway",
+                                    "keywords",
+                                    "keywords find",
+                                    "keywords combine",
+                                    "keywords count",
                                     "preview",
                                     "submit",
                                     "practice"};
