@@ -132,7 +132,7 @@ TEST_F(KeywordBuilderTest, SavesAndSendsTheList) {
     builder.txtKeywordList.clear();
     for (int i = 0; i < 10000; ++i) builder.txtKeywordList += "keyword " + std::to_string(i) + "\r\n";
     EXPECT_TRUE(builder.sendToWebsite(website));
-    EXPECT_THAT(getKey(website, "Keyword"), testing::EndsWith(", keyword 45"));
+    EXPECT_THAT(getKey(website, "Keyword"), testing::EndsWith(", keyword 46"));
     EXPECT_THAT(builder.status(), HasSubstr(" of 10000 keywords were sent."));
 }
 
