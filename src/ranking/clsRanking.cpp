@@ -29,6 +29,8 @@ constexpr std::string_view kSection = "WebRanking";
 constexpr std::string_view kSaveResults = "AutoSaveResults";
 constexpr int kStillMilliseconds = 50;  // for which a window may stay undrawn
 
+constexpr int kResult = 4;  // the column
+
 // Puts what a profile or an analysis says about the engines into their rows.
 void showRows(const std::vector<RankRow>& rows, Rows& list) {
     for (int place = 0; place < list.count(); ++place) {
@@ -38,6 +40,7 @@ void showRows(const std::vector<RankRow>& rows, Rows& list) {
         list.setSubItem(place, 1, row.pages);
         list.setSubItem(place, 2, row.position);
         list.setSubItem(place, 3, row.status);
+        list.setSubItem(place, kResult, {});
     }
 }
 
@@ -72,7 +75,7 @@ bool clsRanking::loadEngineData() {
     const bool loaded = m_catalogue.loadEngineData();
     if (!loaded && !fileExists(rankingCatalogueFile(m_services.paths))) return false;
     for (const RankEngine& engine : engines())
-        m_state.lsvRankingEngines.add({.text = engine.EngineName, .subItems = {{}, {}, {}}});
+        m_state.lsvRankingEngines.add({.text = engine.EngineName, .subItems = {{}, {}, {}, {}}});
     m_state.lsvRankingEngines.setColumnTitle(0, "Engines - " + std::to_string(engines().size()));
     return loaded;
 }
@@ -196,6 +199,10 @@ bool clsRanking::analyse(const std::function<bool()>& goOn) {
     m_analysis = analysis.engines();
     showAnalysis(m_analysis, rows);
     showRows(rows, m_state.lsvRankingEngines);
+    for (std::size_t engine = 0; engine < m_analysis.size(); ++engine)
+        if (m_analysis[engine].analysed)
+            m_state.lsvRankingEngines.setSubItem(static_cast<int>(engine), kResult,
+                                                 rankStateText(m_analysis[engine]));
     m_analysedSetup = m_state.setup;
     addToHistory(analysis.input());
     return true;

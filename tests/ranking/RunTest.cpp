@@ -226,7 +226,8 @@ TEST(RankingScreen, AsksAndReports) {
     ranking.txtKeyWord_Change("paper pens");
     fixture.preference.PromptConnection = 1;
     fixture.prompts.answers = {true, true, true, true};  // save, connected, report, results
-    QObject::connect(&ranking, &clsRanking::searchEnded, [&ranking] { ranking.offerReport(); });
+    QObject::connect(&ranking, &clsRanking::searchEnded,
+                     [&ranking](const RankingEnd& end) { ranking.offerReport(end); });
     ranking.Command1_0();
     ASSERT_TRUE(waitUntil(
         [&] { return !fixture.prompts.shown.empty() && fixture.prompts.shown.back().kind == "system"; }));
