@@ -6,6 +6,7 @@
 #include "cli/EnginesCommands.h"
 #include "cli/EnginesInstallCommand.h"
 #include "cli/ExitCode.h"
+#include "cli/FtpCommands.h"
 #include "cli/MetaCommands.h"
 #include "cli/PracticeCommand.h"
 #include "cli/PreviewCommand.h"
@@ -144,6 +145,13 @@ class Parser final {
         add<MetaShowCommand>(meta);
         add<MetaInsertCommand>(meta);
         add<MetaReplaceCommand>(meta);
+        CLI::App& ftp =
+            addGroup("ftp", "Upload files to an FTP server",
+                     "ftp list /htdocs --host ftp.shop.example --user ada --password-file secret.txt --tls\n"
+                     "ftp put index.html --host ftp.shop.example --user ada --password-file secret.txt "
+                     "--path /htdocs --tls");
+        add<FtpPutCommand>(ftp);
+        add<FtpListCommand>(ftp);
         add<PreviewCommand>(m_app);
         add<SubmitCommand>(m_app);
         add<PracticeCommand>(m_app);

@@ -53,7 +53,8 @@ class FtpClient final : public QObject, private FtpWatcher {
     const std::string& btnConnect() const noexcept { return m_connectCaption; }
     bool isConnected() const noexcept { return m_ftp.state().Connected != 0; }
     bool isEncrypted() const noexcept { return m_ftp.isEncrypted(); }
-    bool isBusy() const noexcept { return m_busy; }        // from connecting or a command to its end
+    // From connecting, or from the begin of a command or the queue, to its end.
+    bool isBusy() const noexcept { return m_connecting || m_sending || m_then != nullptr; }
     bool isSending() const noexcept { return m_sending; }  // the queue runs: btnSendFile is disabled
     const FtpProgress& progress() const noexcept { return m_progress; }
     // Of the last queue, in its order; while it runs, those that ended.
@@ -61,6 +62,10 @@ class FtpClient final : public QObject, private FtpWatcher {
     std::vector<FtpFileEnd> failedFiles() const;
     // "2 of 5 files were not sent: a.html, b.html", or empty when none failed.
     std::string failureSummary() const;
+    // Why the last operation failed, for the user: the server's reply, or the error of the system.
+    const std::string& problem() const noexcept { return m_problem; }
+    // Of the last listing, in the server's order.
+    const std::vector<FtpEntry>& entries() const noexcept { return m_entries; }
     const FtpLogin& login() const noexcept { return m_login; }
     // Null without a fetcher.
     FtpCompare* compare() noexcept { return m_compare.get(); }
@@ -91,6 +96,8 @@ class FtpClient final : public QObject, private FtpWatcher {
     // Says QUIT, waits for the answer and closes. Ends in disconnected.
     void Disconnect();
     void ChangeRemotePath(const std::string& Path, Then then = {});
+    // Asks for the folder the server is in: RemotePath.
+    void askRemotePath(Then then = {});
     // Ends in `listed`, after a beep.
     void ListFile(const std::string& Path, Then then = {});
     // Sends the files into the present folder, one after the other; ends in queueEnded. Empty and unreadable
@@ -114,27 +121,29 @@ class FtpClient final : public QObject, private FtpWatcher {
     void addRemoteDir(std::string_view line) override;
     void happened(FtpEvent event) override;
 
+    // True, after the box, without a connection; also true while busy.
     bool refuseUnconnected();
+    void startDeadline(int seconds);
     void SendFTPCommand(const std::string& command, std::int16_t binary, const std::string& argument,
                         Then then);
     void WaitForReply(Then then);
     void replyEnded();
     void timeOut();
+    void dataMoved();
+    void controlFailed(const std::string& error);
+    void loggedIn();
+    void connectEnded(bool loggedIn);
+    void closed();
+    void setCaption(std::string_view caption);
     void Timer1_Timer();
     void Timer2_Timer();
-    void connectEnded(bool loggedIn);
-    void dropConnection();
-    void closed();
-    void SendFile(std::size_t number);
-    void fileReplied(bool replied, int code);
-    void endFile(FtpFileEnd file);
+    std::string remotePath(const FtpUpload& upload) const;
+    void take(const FtpUpload& upload);
+    void SendFile(std::size_t Number);
+    void fileReplied(int code);
+    void endFile(FtpFileEnd end);
     void endQueue();
-    void startQueue(std::vector<FtpUpload> files, bool listAfter);
-    std::vector<FtpUpload> usableFiles(const std::vector<FtpUpload>& files);
     void showProgress(bool always);
-    void setBusy(bool on);
-    void setCaption(std::string_view caption);
-    void updateState();
 
     const Services& m_services;
     FtpSockets m_sockets;
@@ -143,22 +152,26 @@ class FtpClient final : public QObject, private FtpWatcher {
     FtpLogin m_login;
     std::string m_baseFolder;  // the folder after the login
     std::string m_connectCaption;
-    bool m_busy = false;
-    bool m_sending = false;
+    std::string m_problem;
     bool m_follow = true;
     bool m_connecting = false;
     int m_timeOutSeconds = kConnectSeconds;
     std::unique_ptr<BusyPointer> m_pointer;
-    Then m_then;
+    Then m_then;        // of the command that is waited for
     QTimer m_deadline;  // of the connect, the login or the command
     QTimer m_Timer1;    // the next file
     QTimer m_Timer2;    // the step after a path change
+    std::vector<FtpEntry> m_entries;
+    std::optional<RowsBatch> m_batch;  // of a listing
     std::vector<FtpUpload> m_FileList;
-    std::size_t m_FileIndex = 0;
+    std::size_t m_FileIndex = 0;  // of the file being sent, from 1
+    bool m_sending = false;
+    bool m_stopped = false;
     bool m_listAfter = true;
     bool m_placingKey = false;
     std::vector<FtpFileEnd> m_ended;
     FtpProgress m_progress;
+    std::int64_t m_sentBefore = 0;  // of the queue, before the present file
     QElapsedTimer m_lastProgress;
 };
 

@@ -15,12 +15,12 @@ struct FtpUpload final {
 
 // How a file of the queue ended.
 struct FtpFileEnd final {
-    std::string file;        // its local path
-    std::string remotePath;  // where it is, or was to be, on the server
-    int code = 0;            // of the server's last reply; 0: nothing was sent; 999: no reply in time
-    std::int64_t bytes = 0;  // that went out
-    bool ok = false;         // all of it was sent, and the reply was 226 or 250
-    std::string problem;     // why it failed, for the user; empty when it did not
+    std::string file{};        // its local path
+    std::string remotePath{};  // where it is, or was to be, on the server
+    int code = 0;              // of the server's last reply; 0: nothing was sent; 999: no reply in time
+    std::int64_t bytes = 0;    // that went out
+    bool ok = false;           // all of it was sent, and the reply was 226 or 250
+    std::string problem{};     // why it failed, for the user; empty when it did not
 };
 
 // How far the queue is; sizes in bytes.

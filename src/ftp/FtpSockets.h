@@ -7,12 +7,13 @@
 #include <QAbstractSocket>
 #include <QObject>
 #include <QSslConfiguration>
+#include <QString>
 
-#include <functional>
-#include <memory>
+#include <string>
+#include <string_view>
 
 class QSslSocket;
-class QTcpServer;
+class QTcpSocket;
 
 namespace relay {
 
@@ -48,29 +49,34 @@ class FtpSockets final : public QObject, public FtpWire {
 
   Q_SIGNALS:
     void connected();
-    // The control connection failed or was refused; `error` is for the user.
+    // The control connection is gone: why, for the user; empty when the server closed it.
     void failed(const std::string& error);
     void sendFailed(const std::string& error);
     void dataMoved();  // bytes came or went
 
   private:
-    void useData(std::unique_ptr<QSslSocket> socket);
-    void dataReady();
-    void dataGone();
-    void dataBroke();
+    class Listener;
+
+    void controlFailed(const std::string& error);
+    void accept(qintptr descriptor);
+    void useNewSocket();
+    void dataUp();
     void readData();
+    void dataFailed(QAbstractSocket::SocketError error);
+    void dataGone();
     void sendMore();
     void dropData();
-    std::unique_ptr<QSslSocket> newSocket() const;
 
     modFTP* m_ftp = nullptr;
-    QSslConfiguration m_configuration;
-    std::unique_ptr<QSslSocket> m_control;   // dsSocket1
-    std::unique_ptr<QTcpServer> m_listener;  // dsSocket2(0)
-    std::unique_ptr<QSslSocket> m_data;      // dsSocket2(1)
-    FtpHost m_host;
+    QString m_host;
+    QSslConfiguration m_configuration;  // of the control connection, with its session
+    QSslSocket* m_control = nullptr;    // dsSocket1
+    Listener* m_listener = nullptr;     // dsSocket2(0)
+    QTcpSocket* m_data = nullptr;       // dsSocket2(1)
+    QSslSocket* m_encrypted = nullptr;  // the same, when it is to be encrypted
     bool m_sending = false;
-    bool m_ready = false;  // the data connection is up, TLS included
+    bool m_wasUp = false;  // the data connection was made ...
+    bool m_ready = false;  // ... and is encrypted, if it is to be
 };
 
 }  // namespace relay

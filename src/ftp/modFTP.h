@@ -64,14 +64,17 @@ class modFTP final {
     void controlReceived(std::string_view bytes);
     void controlEncrypted();
     void controlClosed();
-    void dataConnected(const FtpEndpoint& peer);  // also an accepted one
-    void dataFailed(std::string_view error);      // it could not be connected
+    void dataConnected();                     // to where connectData was asked to
+    void dataAccepted(int socket);            // by the listener
+    void dataFailed(std::string_view error);  // it could not be connected
     void dataReceived(std::string_view bytes);
     void dataClosed();                       // by the server
     void dataError(std::string_view error);  // it broke
-    // The next bytes of the file that is being sent, empty at its end. Valid until the next call.
+    // The next bytes of the file that is being sent, empty at its end and when it cannot be read any
+    // further; then isSending() is false. Valid until the next call.
     std::string_view nextBlock();
     void fileSent();
+    bool isSending() const noexcept { return m_sending; }
 
     // Of the file being sent, or the last.
     std::int64_t bytesSent() const noexcept { return m_sent; }
@@ -79,41 +82,50 @@ class modFTP final {
     bool wholeFileSent() const noexcept { return m_wholeSent; }
     // The last reply as a line, for a failure's words.
     const std::string& lastReply() const noexcept { return m_lastReply; }
-    bool isEncrypted() const noexcept { return m_encrypted; }
-    bool encryptsData() const noexcept { return m_encrypted; }
+    bool isEncrypted() const noexcept { return m_encrypted; }  // control and data
+    // Replies are still due to commands that were given up.
+    bool isOwedReplies() const noexcept { return m_owed > 0; }
 
   private:
     enum class Login { None, Greeting, Auth, Handshake, User, BufferSize, Protection, Done };
+    // Of the data command: nothing of it yet, TYPE or PASV on the way, or the command itself sent.
+    enum class Stage { None, SettingUp, Sent };
 
+    void takeReplies(std::string_view bytes);
     void dsSocket1_Receive(std::string_view line);
     bool goesOn(std::string_view line);
     bool isOwed(int code);
     void act(int code, std::string_view line, std::string_view message);
-    void afterTable(int code, std::string_view line, std::string_view message);
+    void afterTable(int code, std::string_view message);
     void logInStep(int code);
+    void logInEnded(bool loggedIn);
     void sendLine(std::string_view line);
-    void sendUser();
+    void sendPending();
+    void listen();
     void typeReply(std::string_view line);
     void passiveReply(std::string_view message);
     void extendedPassiveReply(std::string_view message);
-    void openData(FtpEndpoint where);
-    void listen();
+    void folderChanged();
     void pathReply(std::string_view line);
     void beginUpload(std::string_view line);
     void transferEnded(std::int16_t code);
-    void disconnected();
+    void disconnected(std::int16_t code);
     void endCommand(std::int16_t code);
     void failCommand(std::string_view words);
-    bool receives() const noexcept;
     void takeData(std::string_view bytes);
-    void takeLines(bool atEnd);
+    void saveData(std::string_view bytes);
+    std::size_t readFile(char* to, std::size_t most);
+    std::string_view textBlock(std::string_view block);
     void show(std::string_view text);
     std::string masked(std::string_view text) const;
+    void later(FtpEvent event) { m_events.push_back(event); }
+    void fire();
 
     FtpWire& m_wire;
     FtpWatcher& m_watcher;
     FtpState m_state;
     Login m_login = Login::None;
+    Stage m_stage = Stage::None;
     bool m_tls = false;
     bool m_encrypted = false;
     bool m_allowForeign = false;
@@ -123,8 +135,10 @@ class modFTP final {
     int m_unanswered = 0;   // commands sent whose last reply has not come
     int m_owed = 0;         // of them: those nobody waits for any more
     std::string m_lastReply;
+    std::vector<FtpEvent> m_events;  // of the call that is running, told at its end
     FtpEndpoint m_dataPeer;
     bool m_lineMode = true;
+    bool m_receives = false;  // the data command brings data
     bool m_dataOpen = false;
     std::int16_t m_heldCode = 0;  // a 226 that came before the end of the data
     std::string m_data;           // bytes of a data line that is not complete
@@ -135,7 +149,8 @@ class modFTP final {
     bool m_wholeSent = false;
     bool m_sending = false;
     std::vector<char> m_block;
-    std::string m_text;  // of a file that goes as text
+    std::string m_text;        // a block of a file that goes as text
+    char m_lastOfText = '\n';  // its last byte so far
 };
 
 }  // namespace relay
