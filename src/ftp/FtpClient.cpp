@@ -160,6 +160,7 @@ void FtpClient::WaitForReply(Then then) {
 void FtpClient::replyEnded() {
     const int code = m_ftp.state().ReplyCode;
     if (code == 0 || !m_then) return;
+    if (code != kFtpNoReply) m_silent = false;
     m_problem = m_ftp.lastReply();
     m_deadline.stop();
     m_ftp.beginWait();
@@ -177,13 +178,13 @@ void FtpClient::timeOut() {
         return;
     }
     if (!m_then) return;
-    const bool silent = m_ftp.isOwedReplies();
+    const bool again = std::exchange(m_silent, true);
     m_ftp.giveUp(kFtpNoReply);
     DisplayMessage("Time out !");
-    if (silent) {
-        // It answered nothing twice: what it would still say belongs to no command.
+    if (again) {
         m_sockets.abort();
-        m_ftp.controlClosed();
+        m_ftp.controlClosed(
+            "The server ended two commands in a row with no reply, so the connection is closed.");
         return;
     }
     replyEnded();
@@ -211,6 +212,7 @@ void FtpClient::FTPConnect(const FtpLogin& login, int timeOutSeconds, bool follo
     m_timeOutSeconds = timeOutSeconds;
     m_baseFolder.clear();
     m_connecting = true;
+    m_silent = false;
     m_pointer = std::make_unique<BusyPointer>(m_services.prompts);
     List1.clear();
     m_ftp.setAllowForeignDataHost(login.AllowForeignDataHost);

@@ -165,10 +165,11 @@ class FtpClient final : public QObject, private FtpWatcher {
     int m_timeOutSeconds = kConnectSeconds;
     int m_commandMilliseconds = kCommandSeconds * 1000;
     std::unique_ptr<BusyPointer> m_pointer;
-    Then m_then;        // of the command that is waited for
-    QTimer m_deadline;  // of the connect, the login or the command
-    QTimer m_Timer1;    // the next file
-    QTimer m_Timer2;    // the step after a path change
+    bool m_silent = false;  // the last command timed out
+    Then m_then;            // of the command that is waited for
+    QTimer m_deadline;      // of the connect, the login or the command
+    QTimer m_Timer1;        // the next file
+    QTimer m_Timer2;        // the step after a path change
     std::string m_listedPath;
     std::vector<FtpEntry> m_entries;
     bool m_mlsd = false;  // the listing that comes is one
