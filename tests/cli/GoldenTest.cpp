@@ -65,23 +65,17 @@ class CommandLineGolden : public testing::TestWithParam<std::string> {
             return Said{result.out, result.err, result.code};
         };
         m_transcript.settle = [this](const std::string& text) {
-<<<<<<< HEAD
-            // Of a JSON line, of a line of a table, and of a port for data.
-            const std::regex times("(\"ms\":|,[A-Z][A-Za-z ]+,\\d+,)\\d+");
-            const std::regex ports("(\\(127,0,0,1,|established: |Port:)\\d+(,\\d+)?");
-            return replaceAll(std::regex_replace(std::regex_replace(text, times, "$1N"), ports, "$1N"),
-                              m_address, "WEB");
-=======
-            // Of a JSON line, of a line of a table, and of a file.
+            // Of a JSON line, of a line of a table, of a file, and of a port for data.
             std::string settled =
                 std::regex_replace(text, std::regex("(\"ms\":|,[A-Z][A-Za-z ]+,\\d+,)\\d+"), "$1N");
             settled =
                 std::regex_replace(settled, std::regex("202\\d-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d"), "NOW");
+            settled = std::regex_replace(
+                settled, std::regex("(\\(127,0,0,1,|established: |Port:)\\d+(,\\d+)?"), "$1N");
             settled = replaceAll(settled, m_address, "WEB");
             return replaceAll(
                 settled, ".localhost" + m_address.substr(std::min(m_address.rfind(':'), m_address.size())),
                 ".localhost:PORT");
->>>>>>> main
         };
     }
 
