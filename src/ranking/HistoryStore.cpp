@@ -5,6 +5,7 @@
 #include "core/FileSystem.h"
 #include "core/HistoryFile.h"
 #include "core/ScreenText.h"
+#include "core/Text.h"
 
 #include <algorithm>
 #include <map>
@@ -72,7 +73,7 @@ std::vector<HistoryReading> HistoryStore::readings(std::string_view profile) con
     Statement readings(database,
                        "SELECT id, profile, keywords, analysed, catalogue FROM reading "
                        "WHERE profile = ? ORDER BY id");
-    readings.bind(profile);
+    readings.bind(trim(profile));
     Statement places(database,
                      "SELECT engine, site, state, best, positions, links, fetched FROM place "
                      "WHERE reading = ? ORDER BY rowid");
