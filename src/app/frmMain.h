@@ -64,6 +64,7 @@ class frmMain final : public QMainWindow {
     static QAction* actionOf(std::string_view name, const QWidget& owner);
     void enableCommands();
     void showScreen(std::string_view name);
+    void showHealth(bool shown);
     // Shows what would be sent to the engine.
     void showPreview(const std::string& engine);
     void connectWebsitePanel();

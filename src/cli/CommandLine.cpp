@@ -145,6 +145,7 @@ class Parser final {
                                      "--home try engines check");
         add<EnginesListCommand>(engines);
         add<EnginesCheckCommand>(engines);
+        add<EnginesHealthCommand>(engines);
         add<EnginesInstallCommand>(engines);
         add<EnginesScrapeCommand>(engines);
         CLI::App& custom =
