@@ -228,6 +228,7 @@ void frmMain::connectWebsitePanel() {
         m_main.website.chooseURL(row);
     });
     connect(panel, &frmWebsitePanel::getSiteInfo, &m_main.siteDetails, &SiteDetails::askAndFetch);
+    connect(panel, &frmWebsitePanel::importWebFormData, &website, &OpenWebsite::importWebFormData);
     connect(panel, &frmWebsitePanel::browseForLocalFile, &website, &OpenWebsite::openFileLocation);
     connect(panel, &frmWebsitePanel::viewReport, &website, &OpenWebsite::viewReport);
     connect(panel, &frmWebsitePanel::deleteReport, &m_main.workspace, &Workspace::deleteReports);

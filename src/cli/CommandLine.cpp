@@ -12,6 +12,7 @@
 #include "cli/SubmitCommand.h"
 #include "cli/UpdateCommand.h"
 #include "cli/WebsiteCommands.h"
+#include "cli/WebsiteImportCommands.h"
 #include "cli/WebsiteWebCommands.h"
 #include "core/Failure.h"
 #include "core/Text.h"
@@ -127,6 +128,7 @@ class Parser final {
         add<WebsiteAddUrlCommand>(website);
         add<WebsiteImportUrlsCommand>(website);
         add<WebsiteExportUrlsCommand>(website);
+        add<WebsiteImportFormCommand>(website);
         add<WebsiteUrlsFromWebCommand>(website);
         add<WebsiteDetailsCommand>(website);
         CLI::App& engines = addGroup("engines", "List, check and install the engine catalogue",

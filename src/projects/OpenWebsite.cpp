@@ -3,11 +3,13 @@
 
 #include "catalogue/Catalogue.h"
 #include "core/FileSystem.h"
+#include "core/Paths.h"
 #include "core/Prompts.h"
 #include "core/Services.h"
 #include "core/Text.h"
 #include "core/Trap.h"
 #include "pagetools/PageFiles.h"
+#include "projects/WebFormData.h"
 
 #include <functional>
 
@@ -29,6 +31,39 @@ void OpenWebsite::open(const std::string& path) {
 void OpenWebsite::openNew() {
     noteFilled(true);
     Q_EMIT fieldsChanged();
+}
+
+void OpenWebsite::openFormData(const std::string& file, std::string bytes) {
+    getWebFormData(file, bytes);
+    m_file.standFor(std::move(bytes));
+    noteFilled(true);
+    ++m_filled;  // nothing of it is saved as a website
+}
+
+void OpenWebsite::importWebFormData() {
+    trap(m_prompts, "importWebFormData_Error: ", [this] {
+        const std::string folder = m_services.paths.inApp("WebFormData");
+        makeFolder(folder);
+        int filter = 1;
+        const std::string file = ShowFileDialog(m_prompts, false, kWebFormFilter, folder, {}, filter);
+        if (file.empty()) return;
+        trap(
+            m_prompts, "getWebFormData_Error: ", [&] { getWebFormData(file, readWebFormData(file)); },
+            kFormDataTitle);
+    });
+}
+
+void OpenWebsite::getWebFormData(const std::string& file, std::string_view text) {
+    const int applied =
+        applyWebFormData(text, fields, [this](std::string_view mainCategory, std::string_view category) {
+            m_catalogue.categories.setSelectedCategory(mainCategory, category);
+        });
+    Q_EMIT fieldsChanged();
+    const std::string notice = webFormDataNotice(file, applied);
+    if (applied == 0)
+        m_prompts.message(notice, kFormDataTitle, Icon::Information);
+    else
+        m_prompts.notice(notice);
 }
 
 bool OpenWebsite::isTouched() {

@@ -29,6 +29,10 @@ class OpenWebsite final : public QObject {
     void open(const std::string& path);
     // The panel starts a website that has no file yet.
     void openNew();
+    // The panel starts a website from the bytes of a web form data file, which is its file from then on.
+    void openFormData(const std::string& file, std::string bytes);
+    // Asks for a web form data file and fills the panel from it; the website keeps its own file.
+    void importWebFormData();
     // True if something to be saved has changed since the panel was filled or saved.
     bool isTouched();
 
@@ -63,6 +67,7 @@ class OpenWebsite final : public QObject {
 
   private:
     void showMetaTag(std::string_view html);
+    void getWebFormData(const std::string& file, std::string_view text);
     bool load(const std::string& path);
     bool write(const std::string& path, SaveOver over);
     void emptyFields();

@@ -45,6 +45,8 @@ class WebsiteFile final {
               SaveOver over);
     // From here on the fields belong to no file.
     void forget() { m_seen.reset(); }
+    // The fields belong to a file with these bytes, from which they were not loaded.
+    void standFor(std::string bytes) { m_seen = std::move(bytes); }
     // A missing file counts as empty. On failure shows it and returns false, with the fields loaded as far as
     // possible (LastURL and LastReport beyond 16 bits overflow).
     bool loadWebsiteFile(const std::string& path, WebsiteFields& fields, CustomEngines& customEngines,

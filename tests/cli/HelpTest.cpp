@@ -22,6 +22,7 @@ TEST(HelpTest, EachHelpHasItsOwnExamplesOnThePracticeCatalogue) {
                                     "website add-url",
                                     "website import-urls",
                                     "website export-urls",
+                                    "website import-form",
                                     "engines",
                                     "engines list",
                                     "engines check",
