@@ -87,13 +87,12 @@ void openHelp(Target target) {
                                         Icon::Information);
 }
 
-// The address may come from the home's korvel.ini.
 void openPage(Target target, std::string_view address) {
-    if (startsWithNoCase(address, "http://") || startsWithNoCase(address, "https://"))
-        openOrTell(target.services.prompts, address, kApplication);
-    else
-        target.services.prompts.message("This is not a web address:\r\n" + std::string(address), kApplication,
-                                        Icon::Critical);
+    openPageOrTell(target.services.prompts, address, kApplication);
+}
+template <std::size_t AddIn>
+void runAddIn(Target target) {
+    target.main.addIns.run(AddIn);
 }
 
 constexpr std::string_view kFile = "Module: NewProject\r\n";
@@ -118,7 +117,8 @@ constexpr Command kMainCommands[] = {
     {"Optimizer", "Optimizer"},
     {"Ranking", "Ranking"},
     {"Search", "Search"},
-    {"News", "News"},
+    {"News", "News", "Read the news, and look for a new message", "", always, kFile,
+     [](Target target) { target.show("frmNews"); }},
     // File.
     {"mnuFileItems_0", "NewProject", "Create a new project", "Ctrl+N", always, kFile,
      afterSave<&Workspace::newProject>},
@@ -156,7 +156,11 @@ constexpr Command kMainCommands[] = {
     {"mnuToolsItems_7", "FTP"},
     {"mnuToolsItems_9", "EngineBuilder"},
     // Add-Ins.
-    {"mnuAddInsItems_0", "AddIn"},
+    {"mnuAddInsItems_1", "AddIn", "Choose the tools that this menu shows", "", always, kFile,
+     [](Target target) { target.show("frmAddIns"); }},
+    {"mnuAddInsItems_3", "Ranking", "", "", always, kFile, runAddIn<0>},
+    {"mnuAddInsItems_4", "Web", "", "", always, kFile, runAddIn<1>},
+    {"mnuAddInsItems_5", "Keyword", "", "", always, kFile, runAddIn<2>},
     // Help.
     {"mnuHelpItems_0", "Help", "", "F1", always, kHelp, openHelp},
     {"mnuHelpItems_6", "Web", "", "", always, kHelp, [](Target target) { openPage(target, kWebAddress); }},

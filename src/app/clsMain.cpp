@@ -20,6 +20,7 @@ clsMain::clsMain(const Services& services, Catalogue& ownCatalogue)
       urlMetaTags(website, fetcher, services),
       workspace(services, website),
       update(services, ownCatalogue, starterServer(services.paths)),
+      addIns(services),
       m_services(services) {
     QObject::connect(&siteDetails, &SiteDetails::fieldsChanged, &website, &OpenWebsite::fieldsChanged);
     // A page that is still on its way would fill the fields of another website.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "catalogue/EngineUpdate.h"
+#include "extras/AddIns.h"
 #include "projects/OpenWebsite.h"
 #include "projects/SiteDetails.h"
 #include "projects/UrlMetaTags.h"
@@ -31,6 +32,7 @@ class clsMain final {
     UrlMetaTags urlMetaTags;
     Workspace workspace;
     EngineUpdate update;
+    AddIns addIns;
     bool linksEngines = false;  // reports link to the engines; the switch "/U"
 
     // Items of cboWebType; includes adult sites unless they are refused.

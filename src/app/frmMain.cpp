@@ -12,7 +12,11 @@
 #include "core/ScreenText.h"
 #include "core/Services.h"
 #include "core/clsPreference.h"
+#include "extras/News.h"
+#include "extras/frmAddIns.h"
+#include "extras/frmNews.h"
 #include "pagetools/frmMetaTag.h"
+#include "practice/StarterServer.h"
 #include "projects/UrlList.h"
 #include "projects/frmAddURL.h"
 #include "projects/frmAddURLFromWeb.h"
@@ -76,6 +80,17 @@ void showMetaTag(const CommandTarget& target, QWidget* parent) {
     form->exec();
 }
 
+void showNews(const CommandTarget& target, QWidget* parent) {
+    News news(target.services, target.main.fetcher, starterServer(target.services.paths));
+    frmNews(news, parent).exec();
+}
+
+void showAddIns(const CommandTarget& target, QWidget* parent) {
+    AddIns& addIns = target.main.addIns;
+    frmAddIns manager(addIns, parent);
+    if (manager.exec() == QDialog::Accepted && !manager.list().empty()) addIns.LoadAddIns(manager.list());
+}
+
 // The screens that commands open.
 struct Screen final {
     std::string_view name;
@@ -83,6 +98,8 @@ struct Screen final {
 };
 constexpr Screen kScreens[] = {
     {"frmMetaTag", showMetaTag},
+    {"frmNews", showNews},
+    {"frmAddIns", showAddIns},
     {"frmAbout", [](const CommandTarget&, QWidget* parent) { frmAbout(parent).exec(); }},
     {"frmPreference",
      [](const CommandTarget& target, QWidget* parent) {
@@ -139,6 +156,7 @@ frmMain::frmMain(const Services& services, clsMain& main, QWidget* parent)
     connectWebsitePanel();
     makeFetchCancellable();
     connectEnginePanel();
+    connectAddIns();
     followChanges();
     connect(m_ui->SSTab3, &frmEnginePanel::previewWanted, this, &frmMain::showPreview);
     m_ui->TreeView1->connectTo(main.workspace, services.prompts);
@@ -248,6 +266,16 @@ void frmMain::connectEnginePanel() {
     connect(&selected, &Rows::modelReset, this, follow);
     connect(&selected, &Rows::rowsInserted, this, follow);
     connect(&selected, &Rows::rowsRemoved, this, follow);
+}
+
+void frmMain::connectAddIns() {
+    const auto show = [this] {
+        QAction* const actions[] = {m_ui->mnuAddInsItems_3, m_ui->mnuAddInsItems_4, m_ui->mnuAddInsItems_5};
+        for (std::size_t i = 0; i < std::size(actions); ++i)
+            actions[i]->setVisible(m_main.addIns.shown().at(i));
+    };
+    connect(&m_main.addIns, &AddIns::shownChanged, this, show);
+    show();
 }
 
 // Waits for a pause in the changes: checking for them takes longer the more a website contains.

@@ -68,6 +68,7 @@ class frmMain final : public QMainWindow {
     void showPreview(const std::string& engine);
     void connectWebsitePanel();
     void connectEnginePanel();
+    void connectAddIns();
     void followChanges();
     void addKeys();
     // Shows the website's page, also from the engine screen.

@@ -6,6 +6,7 @@
 #include "cli/EnginesCommands.h"
 #include "cli/EnginesInstallCommand.h"
 #include "cli/ExitCode.h"
+#include "cli/ExtrasCommands.h"
 #include "cli/MetaCommands.h"
 #include "cli/PracticeCommand.h"
 #include "cli/PreviewCommand.h"
@@ -146,6 +147,9 @@ class Parser final {
         add<MetaShowCommand>(meta);
         add<MetaInsertCommand>(meta);
         add<MetaReplaceCommand>(meta);
+        add<NewsCommand>(m_app);
+        CLI::App& addIns = addGroup("addins", "List the tools of the menu Add-Ins", "--home try addins list");
+        add<AddInsListCommand>(addIns);
         add<PreviewCommand>(m_app);
         add<SubmitCommand>(m_app);
         add<PracticeCommand>(m_app);

@@ -86,4 +86,8 @@ bool ConsolePrompts::viewText(std::string_view) {
     return false;
 }
 
+bool ConsolePrompts::startProgram(std::string_view) {
+    return false;
+}
+
 }  // namespace relay

@@ -31,6 +31,9 @@ TEST(HelpTest, EachHelpHasItsOwnExamplesOnThePracticeCatalogue) {
                                     "meta show",
                                     "meta insert",
                                     "meta replace",
+                                    "news",
+                                    "addins",
+                                    "addins list",
                                     "preview",
                                     "submit",
                                     "practice"};
