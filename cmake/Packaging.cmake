@@ -20,7 +20,8 @@ add_custom_target(man_pages ALL DEPENDS ${compressed_pages})
 install(FILES ${compressed_pages} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 
 # The guides for users, with their pictures; docs/architecture.md is for people who have the sources.
-install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/korvel-relay
+# They are the program's help too, so they are not below share/doc, which a system may leave out.
+install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DATADIR}/korvel-relay/guide
   PATTERN architecture.* EXCLUDE)
 install(FILES packaging/copyright DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/korvel-relay)
 if(RELAY_GUI)

@@ -78,15 +78,6 @@ void leave(Target target) {
 void submit(Target target) {
     if (target.main.readyToSubmit()) target.show("frmSubmit");
 }
-void openHelp(Target target) {
-    const std::string file = target.services.paths.inApp("korvel.hlp");
-    if (fileExists(file))
-        openOrTell(target.services.prompts, file, "Help File");
-    else
-        target.services.prompts.message("Help file is missing or could not be found.", "Help File",
-                                        Icon::Information);
-}
-
 void openPage(Target target, std::string_view address) {
     openPageOrTell(target.services.prompts, address, kApplication);
 }
@@ -162,7 +153,7 @@ constexpr Command kMainCommands[] = {
     {"mnuAddInsItems_4", "Web", "", "", always, kFile, runAddIn<1>},
     {"mnuAddInsItems_5", "Keyword", "", "", always, kFile, runAddIn<2>},
     // Help.
-    {"mnuHelpItems_0", "Help", "", "F1", always, kHelp, openHelp},
+    {"mnuHelpItems_0", "Help", "", "F1", always, kHelp, [](Target target) { target.help(); }},
     {"mnuHelpItems_6", "Web", "", "", always, kHelp, [](Target target) { openPage(target, kWebAddress); }},
     {"mnuHelpItems_7", "UpdateEngines", "", "", always, kHelp,
      [](Target target) { openPage(target, target.services.preference.UpdateURL); }},
@@ -179,6 +170,9 @@ constexpr Command kUrlCommands[] = {
      always, "", [](Target target) { target.show("frmAddURL"); }},
     {"AddFromWeb", "AddFromWeb", "Collect the links of a live page", "", always, "",
      [](Target target) { target.show("frmAddURLFromWeb"); }},
+    {"AddFromSitemap", "AddFromSitemap",
+     "Import the addresses of a sitemap, and select the new and changed ones", "", always, "",
+     [](Target target) { target.main.sitemap.askAndImport(target.main.website.fields); }},
     {"LoadURL", "LoadURL", "Load URLs from a text file", "", always, "", onUrls<&UrlList::loadURLs>},
     {"LocalURL", "LocalURL", "Load URLs from a text file on this computer", "", always, "",
      onUrls<&UrlList::loadURLs>},

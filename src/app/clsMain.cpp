@@ -17,6 +17,7 @@ clsMain::clsMain(const Services& services, Catalogue& ownCatalogue)
       fetcher(services),
       website(catalogue, services),
       siteDetails(website.fields, fetcher, services),
+      sitemap(fetcher, services),
       urlMetaTags(website, fetcher, services),
       workspace(services, website),
       update(services, ownCatalogue, starterServer(services.paths)),
@@ -25,6 +26,7 @@ clsMain::clsMain(const Services& services, Catalogue& ownCatalogue)
     QObject::connect(&siteDetails, &SiteDetails::fieldsChanged, &website, &OpenWebsite::fieldsChanged);
     // A page that is still on its way would fill the fields of another website.
     QObject::connect(&workspace, &Workspace::currentChanged, &siteDetails, &SiteDetails::cancel);
+    QObject::connect(&workspace, &Workspace::currentChanged, &sitemap, &SitemapImport::cancel);
     QObject::connect(&workspace, &Workspace::currentChanged, &website, [this] { urlMetaTags.cancel(); });
 }
 

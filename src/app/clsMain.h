@@ -5,6 +5,7 @@
 #include "extras/AddIns.h"
 #include "projects/OpenWebsite.h"
 #include "projects/SiteDetails.h"
+#include "projects/SitemapImport.h"
 #include "projects/UrlMetaTags.h"
 #include "projects/Workspace.h"
 #include "submission/LedgerReader.h"
@@ -29,6 +30,7 @@ class clsMain final {
     frmHTTP fetcher;
     OpenWebsite website;
     SiteDetails siteDetails;
+    SitemapImport sitemap;
     UrlMetaTags urlMetaTags;
     Workspace workspace;
     EngineUpdate update;

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/frmMain.h"
 
+#include "app/Help.h"
 #include "app/QuickStart.h"
 #include "app/clsMain.h"
 #include "app/frmAbout.h"
+#include "app/frmHelp.h"
 #include "app/frmPreference.h"
 #include "catalogue/Catalogue.h"
 #include "catalogue/frmUpdateEngines.h"
@@ -139,7 +141,8 @@ frmMain::frmMain(const Services& services, clsMain& main, QWidget* parent)
     : QMainWindow(parent),
       m_ui(std::make_unique<Ui::frmMain>()),
       m_main(main),
-      m_target{services, main, [this](std::string_view screen) { showScreen(screen); }, [this] { close(); }} {
+      m_target{services, main, [this](std::string_view screen) { showScreen(screen); }, [this] { close(); },
+               [this] { showHelp(*this); }} {
     m_ui->setupUi(this);
     enlargeTitle();
     describePlaceholders(*m_ui->SSTab2);
@@ -306,15 +309,47 @@ void frmMain::addKeys() {
 }
 
 bool frmMain::eventFilter(QObject* watched, QEvent* event) {
-    const auto* const widget = qobject_cast<const QWidget*>(watched);
-    if (event->type() != QEvent::ShortcutOverride || widget == nullptr || widget->window() != this)
-        return QMainWindow::eventFilter(watched, event);
-    const QKeySequence keys(static_cast<QKeyEvent*>(event)->keyCombination());
-    const bool ours = std::any_of(m_commands.begin(), m_commands.end(),
-                                  [&](const auto& command) { return command.first->shortcut() == keys; });
-    if (!ours) return QMainWindow::eventFilter(watched, event);
-    event->ignore();
-    return true;
+    auto* const widget = qobject_cast<QWidget*>(watched);
+    if (widget == nullptr) return QMainWindow::eventFilter(watched, event);
+    if (event->type() == QEvent::ShortcutOverride && takesKey(*widget, *static_cast<QKeyEvent*>(event))) {
+        event->ignore();
+        return true;
+    }
+    if (event->type() == QEvent::KeyPress && widget->window() != this &&
+        static_cast<QKeyEvent*>(event)->keyCombination() == QKeyCombination(Qt::Key_F1) &&
+        !helpPageFor(*widget->window()).empty()) {
+        showHelp(*widget->window());
+        return true;
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+bool frmMain::takesKey(const QWidget& widget, const QKeyEvent& event) const {
+    if (widget.window() != this) return false;
+    const QKeySequence keys(event.keyCombination());
+    return std::any_of(m_commands.begin(), m_commands.end(),
+                       [&](const auto& command) { return command.first->shortcut() == keys; });
+}
+
+std::string_view frmMain::helpPageFor(const QWidget& window) const {
+    if (&window != this) return helpPageOf(fromScreen(window.objectName()));
+    if (m_main.workspace.panels().node == NodeKind::Root) return kHelpContents;
+    const QWidget* panel = m_ui->panels->currentWidget();
+    if (panel == m_ui->SSTab1) panel = m_ui->SSTab1->currentWidget();
+    return helpPageOf(fromScreen(panel->objectName()));
+}
+
+// A viewer belongs to the window it was opened from, so that an open dialog does not block it.
+void frmMain::showHelp(QWidget& window) {
+    openHelp(m_target.services, [&] {
+        auto* viewer = window.findChild<frmHelp*>(QString(), Qt::FindDirectChildrenOnly);
+        if (viewer == nullptr)
+            viewer = new frmHelp(m_target.services.paths.installedGuide, m_target.services.prompts, &window);
+        viewer->showPage(helpPageFor(window));
+        viewer->show();
+        viewer->raise();
+        viewer->activateWindow();
+    });
 }
 
 void frmMain::showPage(int tab) {

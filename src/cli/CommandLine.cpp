@@ -130,6 +130,7 @@ class Parser final {
         add<WebsiteImportUrlsCommand>(website);
         add<WebsiteExportUrlsCommand>(website);
         add<WebsiteImportFormCommand>(website);
+        add<WebsiteImportSitemapCommand>(website);
         add<WebsiteUrlsFromWebCommand>(website);
         add<WebsiteDetailsCommand>(website);
         CLI::App& engines = addGroup("engines", "List, check and install the engine catalogue",

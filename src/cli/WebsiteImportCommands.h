@@ -2,8 +2,12 @@
 #pragma once
 
 #include "cli/Command.h"
+#include "projects/Sitemap.h"
+
+#include <QDate>
 
 #include <string>
+#include <vector>
 
 namespace relay {
 
@@ -20,6 +24,22 @@ class WebsiteImportFormCommand final : public Command {
 
     std::string m_file;
     std::string m_dataFile;
+};
+
+// website import-sitemap FILE SITEMAP-or-URL [--since DATE]
+class WebsiteImportSitemapCommand final : public Command {
+  public:
+    WebsiteImportSitemapCommand(CLI::App& parent, CommandLineContext& context);
+    int execute() override;
+
+  private:
+    SitemapChange merge(const std::vector<SitemapEntry>& entries);
+    void show(const SitemapChange& change);
+
+    std::string m_file;
+    std::string m_sitemap;
+    std::string m_since;
+    QDate m_day;
 };
 
 }  // namespace relay

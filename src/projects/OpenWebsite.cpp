@@ -162,6 +162,10 @@ std::size_t OpenWebsite::fingerprint() {
         add(row.text);
         add(row.tag);
     }
+    for (const SitemapEntry& entry : fields.sitemap.entries()) {
+        add(entry.url);
+        add(entry.lastmod);
+    }
     return result;
 }
 

@@ -23,6 +23,7 @@ TEST(HelpTest, EachHelpHasItsOwnExamplesOnThePracticeCatalogue) {
                                     "website import-urls",
                                     "website export-urls",
                                     "website import-form",
+                                    "website import-sitemap",
                                     "engines",
                                     "engines list",
                                     "engines check",

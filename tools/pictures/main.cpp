@@ -3,12 +3,17 @@
 // QT_QPA_PLATFORM=offscreen KORVEL_RELAY_PALETTE=light QT_SCALE_FACTOR=2 pictures FOLDER
 #include "app/Program.h"
 #include "app/frmAbout.h"
+#include "app/frmHelp.h"
 #include "app/frmPreference.h"
 #include "app/frmSplash.h"
 #include "core/FileStore.h"
+#include "extras/News.h"
+#include "extras/frmAddIns.h"
+#include "extras/frmNews.h"
 #include "pagetools/frmMetaTag.h"
 #include "pagetools/frmMetaTagChanges.h"
 #include "practice/PracticeWeb.h"
+#include "practice/StarterServer.h"
 #include "projects/frmAddURL.h"
 #include "submission/frmPreview.h"
 #include "submission/frmSubmit.h"
@@ -98,6 +103,29 @@ void drawMetaTags(Program& program, const test::TestHome& home, const QString& f
     save(changes, folder, "meta-tag-changes");
 }
 
+void drawExtras(Program& program, const QString& folder) {
+    News news(program.services(), program.main().fetcher, starterServer(program.services().paths));
+    frmNews newsWindow(news);
+    newsWindow.show();
+    test::waitUntil([&news] { return !news.state().checking && !news.state().lblTitle.empty(); });
+    save(newsWindow, folder, "news");
+    newsWindow.resize(newsWindow.minimumSizeHint());
+    save(newsWindow, folder, "news-small");
+    frmAddIns addIns(program.main().addIns);
+    save(addIns, folder, "add-ins");
+    addIns.resize(addIns.minimumSizeHint());
+    save(addIns, folder, "add-ins-small");
+    frmHelp help(program.services().paths.installedGuide, program.services().prompts);
+    for (const char* page :
+         {"contents.md", "submitting.md#what-each-result-word-means", "first-website.md"}) {
+        help.showPage(page);
+        help.show();
+        save(help, folder, qPrintable(QStringLiteral("help-") + QLatin1String(page).left(5)));
+    }
+    help.resize(help.minimumSizeHint());
+    save(help, folder, "help-small");
+}
+
 void drawDialogs(Program& program, test::ScriptedPrompts& prompts, const QString& folder) {
     frmPreference preference(program.services());
     auto* const tabs = preference.findChild<QTabWidget*>(QStringLiteral("SSTab1"));
@@ -111,6 +139,7 @@ void drawDialogs(Program& program, test::ScriptedPrompts& prompts, const QString
     const auto* const folders = addURL.findChild<QTreeView*>(QStringLiteral("Dir1"));
     test::waitUntil([&] { return folders->model()->rowCount(folders->currentIndex()) > 1; });
     save(addURL, folder, "add-url");
+    drawExtras(program, folder);
     frmAbout about;
     save(about, folder, "about");
     frmSplash splash;
