@@ -3,6 +3,7 @@
 
 #include "cli/Command.h"
 #include "cli/CommandLineContext.h"
+#include "cli/CompletionCommand.h"
 #include "cli/EnginesCommands.h"
 #include "cli/EnginesInstallCommand.h"
 #include "cli/ExitCode.h"
@@ -84,6 +85,7 @@ class Parser final {
         throw CLI::RequiredError("A command");
     }
 
+    CommandNode tree() const { return commandTree(m_app); }
     // The usage error, in our own words where the parser's would mislead.
     std::string explain(const CLI::ParseError& error) const {
         if (error.get_name() != "RequiredError" || isCommandChosen()) return error.what();
@@ -154,6 +156,7 @@ class Parser final {
         add<PreviewCommand>(m_app);
         add<SubmitCommand>(m_app);
         add<PracticeCommand>(m_app);
+        add<CompletionCommand>(m_app);
     }
 
     CLI::App m_app;
@@ -197,6 +200,11 @@ int checkResults(CommandLineContext& context, int exitCode) {
 }
 
 }  // namespace
+
+CommandNode describeCommands(Console& console) {
+    CommandLineContext context(console, {});
+    return Parser(context).tree();
+}
 
 int runCommandLine(const std::vector<std::string>& arguments, Console& console) {
     try {
