@@ -30,6 +30,7 @@ const std::vector<HelpTopic>& helpTopics() {
         {"frmPreview", "submitting.md#what-an-engine-sees"},
         {"frmNews", "news.md"},
         {"frmAddIns", "add-ins.md"},
+        {"frmAbout", kHelpContents},
     };
     return topics;
 }

@@ -51,7 +51,7 @@ frmHelp::frmHelp(const std::string& folder, Prompts& prompts, QWidget* parent)
     page->setFolder(folder);
     page->document()->setDocumentMargin(16);
     connect(page, &QTextBrowser::anchorClicked, this, &frmHelp::followLink);
-    connect(page, &QTextBrowser::sourceChanged, this, &frmHelp::showTitle);
+    connect(page, &QTextBrowser::sourceChanged, this, &frmHelp::dressPage);
     connect(page, &QTextBrowser::backwardAvailable, m_ui->cmdBack, &QPushButton::setEnabled);
     connect(page, &QTextBrowser::forwardAvailable, m_ui->cmdForward, &QPushButton::setEnabled);
     connect(m_ui->cmdBack, &QPushButton::clicked, page, &QTextBrowser::backward);
@@ -91,8 +91,8 @@ void frmHelp::followLink(const QUrl& link) {
         m_ui->txtPage->setSource(m_ui->txtPage->source().resolved(link), QTextDocument::MarkdownResource);
 }
 
-// After a page was loaded.
-void frmHelp::showTitle() {
+// The browser's own source is still that of the page before.
+void frmHelp::dressPage(const QUrl& source) {
     QTextDocument& page = *m_ui->txtPage->document();
     QColor lines = palette().color(QPalette::Text);
     lines.setAlphaF(0.3F);
@@ -101,7 +101,7 @@ void frmHelp::showTitle() {
     const QString title = page.firstBlock().text();
     setWindowTitle(tr("%1 - %2 Help").arg(title, toScreen(kApplication)));
     // The page is laid out once it is shown.
-    const QString heading = m_ui->txtPage->source().fragment();
+    const QString heading = source.fragment();
     if (!heading.isEmpty()) QTimer::singleShot(0, this, [this, heading] { scrollToHeading(heading); });
 }
 

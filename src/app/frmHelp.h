@@ -34,7 +34,8 @@ class frmHelp final : public QDialog {
 
   private:
     void followLink(const QUrl& link);
-    void showTitle();
+    // After a page was loaded: its title, tables and pictures, and its heading.
+    void dressPage(const QUrl& source);
     void lookUp(bool backwards);
     void fitPictures();
     void scrollToHeading(const QString& name);

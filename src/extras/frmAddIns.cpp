@@ -24,8 +24,7 @@ frmAddIns::frmAddIns(AddIns& addIns, QWidget* parent)
     }
     m_ui->lvwAddIns->setRows(&m_rows);
     const auto select = [this](int row) {
-        m_rows.clearHighlights();
-        m_rows.setHighlighted(row, true);
+        m_ui->lvwAddIns->setCurrentIndex(m_rows.index(row, 0));
         describe(row);
     };
     connect(m_ui->lvwAddIns, &ListView::rowClicked, this, &frmAddIns::describe);
