@@ -38,6 +38,8 @@ std::optional<PracticeReply> sitePage(const PracticeRequest& request, PracticeSi
 
 // "/site/sitemap.xml" and the other sitemaps of the site: an index, one packed with gzip, and bombs.
 std::optional<PracticeReply> sitemapPage(const PracticeRequest& request, PracticeSite& site);
+// "/search/": the search engines; "/search/WORD?q=PHRASE" is a page of results.
+std::optional<PracticeReply> searchPage(const PracticeRequest& request, PracticeSite& site);
 
 // The reply to a path whose last word, after `folder`, names an outcome; nullopt for any other word.
 std::optional<PracticeReply> outcome(std::string_view word, std::string_view folder, std::string_view path);
