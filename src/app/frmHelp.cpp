@@ -40,6 +40,17 @@ void drawTables(QTextDocument& document, const QColor& lines) {
     }
 }
 
+// Room above the headings inside the page.
+void spaceHeadings(QTextDocument& document) {
+    constexpr double kRoom = 18;
+    for (QTextBlock block = document.begin().next(); block.isValid(); block = block.next()) {
+        if (block.blockFormat().headingLevel() == 0) continue;
+        QTextBlockFormat format = block.blockFormat();
+        format.setTopMargin(kRoom);
+        QTextCursor(block).setBlockFormat(format);
+    }
+}
+
 }  // namespace
 
 frmHelp::frmHelp(const std::string& folder, Prompts& prompts, QWidget* parent)
@@ -97,12 +108,14 @@ void frmHelp::dressPage(const QUrl& source) {
     QColor lines = palette().color(QPalette::Text);
     lines.setAlphaF(0.3F);
     drawTables(page, lines);
-    fitPictures();
+    spaceHeadings(page);
     const QString title = page.firstBlock().text();
     setWindowTitle(tr("%1 - %2 Help").arg(title, toScreen(kApplication)));
-    // The page is laid out once it is shown.
-    const QString heading = source.fragment();
-    if (!heading.isEmpty()) QTimer::singleShot(0, this, [this, heading] { scrollToHeading(heading); });
+    // The page has its width once it is shown.
+    QTimer::singleShot(0, this, [this, heading = source.fragment()] {
+        fitPictures();
+        if (!heading.isEmpty()) scrollToHeading(heading);
+    });
 }
 
 void frmHelp::scrollToHeading(const QString& name) {
@@ -159,7 +172,7 @@ void frmHelp::fitPictures() {
 
 void frmHelp::resizeEvent(QResizeEvent* event) {
     QDialog::resizeEvent(event);
-    fitPictures();
+    QTimer::singleShot(0, this, &frmHelp::fitPictures);
 }
 
 }  // namespace relay

@@ -33,8 +33,8 @@ void OpenWebsite::openNew() {
     Q_EMIT fieldsChanged();
 }
 
-void OpenWebsite::openFormData(const std::string& file, std::string bytes) {
-    getWebFormData(file, bytes);
+void OpenWebsite::openFormData(std::string bytes) {
+    getWebFormData(bytes);
     m_file.standFor(std::move(bytes));
     noteFilled(true);
     ++m_filled;  // nothing of it is saved as a website
@@ -47,20 +47,24 @@ void OpenWebsite::importWebFormData() {
         int filter = 1;
         const std::string file = ShowFileDialog(m_prompts, false, kWebFormFilter, folder, {}, filter);
         if (file.empty()) return;
-        trap(
-            m_prompts, "getWebFormData_Error: ", [&] { getWebFormData(file, readWebFormData(file)); },
+        const bool read = trap(
+            m_prompts, "getWebFormData_Error: ", [&] { getWebFormData(readWebFormData(file)); },
             kFormDataTitle);
+        if (read) tellFormData(file);
     });
 }
 
-void OpenWebsite::getWebFormData(const std::string& file, std::string_view text) {
-    const int applied =
+void OpenWebsite::getWebFormData(std::string_view text) {
+    m_formLines =
         applyWebFormData(text, fields, [this](std::string_view mainCategory, std::string_view category) {
             m_catalogue.categories.setSelectedCategory(mainCategory, category);
         });
     Q_EMIT fieldsChanged();
-    const std::string notice = webFormDataNotice(file, applied);
-    if (applied == 0)
+}
+
+void OpenWebsite::tellFormData(const std::string& file) const {
+    const std::string notice = webFormDataNotice(file, m_formLines);
+    if (m_formLines == 0)
         m_prompts.message(notice, kFormDataTitle, Icon::Information);
     else
         m_prompts.notice(notice);

@@ -30,7 +30,9 @@ class OpenWebsite final : public QObject {
     // The panel starts a website that has no file yet.
     void openNew();
     // The panel starts a website from the bytes of a web form data file, which is its file from then on.
-    void openFormData(const std::string& file, std::string bytes);
+    void openFormData(std::string bytes);
+    // Says how much of it was a form; call when the panel shows the website.
+    void tellFormData(const std::string& file) const;
     // Asks for a web form data file and fills the panel from it; the website keeps its own file.
     void importWebFormData();
     // True if something to be saved has changed since the panel was filled or saved.
@@ -67,7 +69,7 @@ class OpenWebsite final : public QObject {
 
   private:
     void showMetaTag(std::string_view html);
-    void getWebFormData(const std::string& file, std::string_view text);
+    void getWebFormData(std::string_view text);
     bool load(const std::string& path);
     bool write(const std::string& path, SaveOver over);
     void emptyFields();
@@ -82,6 +84,7 @@ class OpenWebsite final : public QObject {
     WebsiteFile m_file;
     std::size_t m_filled = 0;  // fingerprint of the panel when last filled or saved
     bool m_whole = true;       // the file was read completely
+    int m_formLines = 0;       // that the last web form data file had
 };
 
 }  // namespace relay

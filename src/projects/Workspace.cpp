@@ -77,7 +77,7 @@ void Workspace::showNode(ProjectNode& node, Fields fields, std::optional<std::st
 void Workspace::showWebsite(const ProjectNode& website, Fields fields, std::optional<std::string> formData) {
     m_website.fields.lsvSiteURLs.setColumnTitle(0, "Site URLs for: " + website.text);
     if (formData) {
-        m_website.openFormData(website.file, *std::move(formData));
+        m_website.openFormData(*std::move(formData));
         return;
     }
     if (!website.file.empty() && fileExists(website.file)) {
@@ -230,6 +230,7 @@ void Workspace::addFile(const AddedFile& kind) {
         if (!slot) return;
         showNode(m_tree.addWebsite(project, {*slot, name, path}), Fields::FromFile, std::move(formData));
         Q_EMIT panelOpened();
+        if (kind.isFormData) m_website.tellFormData(path);
     });
 }
 
