@@ -75,6 +75,9 @@ void leave(Target target) {
     target.main.workspace.autoSaveToLeave();
     target.close();
 }
+void buildEngine(Target target) {
+    if (target.main.workspace.autoSave()) target.show("frmEngineBuilder");
+}
 void submit(Target target) {
     if (target.main.readyToSubmit()) target.show("frmSubmit");
 }
@@ -145,7 +148,8 @@ constexpr Command kMainCommands[] = {
     {"mnuToolsItems_5", "Doorway"},
     {"mnuToolsItems_6", "Keyword"},
     {"mnuToolsItems_7", "FTP"},
-    {"mnuToolsItems_9", "EngineBuilder"},
+    {"mnuToolsItems_9", "EngineBuilder", "Make an engine of your own from a web form", "", always,
+     "frmEngineBuilder_Load_Error: ", buildEngine},
     // Add-Ins.
     {"mnuAddInsItems_1", "AddIn", "Choose the tools that this menu shows", "", always, kFile,
      [](Target target) { target.show("frmAddIns"); }},

@@ -3,6 +3,7 @@
 
 #include "catalogue/EngineUpdate.h"
 #include "extras/AddIns.h"
+#include "projects/CategoryWalk.h"
 #include "projects/OpenWebsite.h"
 #include "projects/SiteDetails.h"
 #include "projects/SitemapImport.h"
@@ -32,6 +33,7 @@ class clsMain final {
     SiteDetails siteDetails;
     SitemapImport sitemap;
     UrlMetaTags urlMetaTags;
+    CategoryWalk categoryWalk;
     Workspace workspace;
     EngineUpdate update;
     AddIns addIns;

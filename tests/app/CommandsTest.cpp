@@ -32,7 +32,8 @@ TEST(CommandsTest, EachCommandIsEnabledForItsNodesAndPanels) {
                  "mnuEngineItems_4 mnuEngineItems_6 mnuEngineItems_8 mnuPopupItems_10"),
             Pair("11111",
                  " NewProject NewWeb Engines Submit MetaTag News mnuFileItems_0 mnuFileItems_12 "
-                 "mnuFileItems_13 mnuFileItems_15 mnuToolsItems_0 mnuAddInsItems_1 mnuAddInsItems_3 "
+                 "mnuFileItems_13 mnuFileItems_15 mnuToolsItems_0 mnuToolsItems_9 mnuAddInsItems_1 "
+                 "mnuAddInsItems_3 "
                  "mnuAddInsItems_4 mnuAddInsItems_5 mnuHelpItems_0 "
                  "mnuHelpItems_6 mnuHelpItems_7 "
                  "mnuHelpItems_8 mnuHelpItems_10")));
