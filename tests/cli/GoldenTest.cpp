@@ -8,10 +8,11 @@
 //   practice-search the search engines of a practice web
 //   received       the engine and the URL of each submission since
 //   terminal in|out|err, typed TEXT, variable NAME VALUE, stop
-// WEB stands for the address of that practice web.
+// WEB stands for the address of that practice web, HOST for its host and port.
 #include "CommandLineFixture.h"
 #include "core/FileStore.h"
 #include "core/Text.h"
+#include "core/Url.h"
 #include "practice/PracticeWeb.h"
 #include "support/GoldenCases.h"
 #include "support/Transcript.h"
@@ -57,9 +58,10 @@ class CommandLineGolden : public testing::TestWithParam<std::string> {
             settled =
                 std::regex_replace(settled, std::regex("202\\d-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d"), "NOW");
             settled = replaceAll(settled, m_address, "WEB");
-            return replaceAll(
+            settled = replaceAll(
                 settled, ".localhost" + m_address.substr(std::min(m_address.rfind(':'), m_address.size())),
                 ".localhost:PORT");
+            return replaceAll(settled, GetURLHost(m_address), "HOST");
         };
     }
 
