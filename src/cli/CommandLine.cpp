@@ -10,6 +10,7 @@
 #include "cli/EnginesInstallCommand.h"
 #include "cli/EnginesScrapeCommand.h"
 #include "cli/ExitCode.h"
+#include "cli/FtpCommands.h"
 #include "cli/KeywordsCommands.h"
 #include "cli/MetaCommands.h"
 #include "cli/OptimizeCommand.h"
@@ -39,7 +40,7 @@ constexpr const char* kClosing =
     "\nThe switches /D (write a trace to Error.log) and /U (reports link to the engines' own pages) may\n"
     "be anywhere.\n"
     "\n"
-    "Exit codes: 0 everything succeeded; 1 the run ended but some engines did not succeed;\n"
+    "Exit codes: 0 everything succeeded; 1 the run ended but some engines or files did not succeed;\n"
     "2 wrong usage; 3 could not run; 130 stopped by Ctrl-C.\n"
     "\n"
     "Examples with the practice catalogue, so nothing leaves this computer. The first command keeps\n"
@@ -177,6 +178,13 @@ class Parser final {
         add<KeywordsFindCommand>(keywords);
         add<KeywordsCombineCommand>(keywords);
         add<KeywordsCountCommand>(keywords);
+        CLI::App& ftp =
+            addGroup(m_app, "ftp", "Upload files to an FTP server",
+                     "ftp list /htdocs --host ftp.shop.example --user ada --password-file secret.txt --tls\n"
+                     "ftp put index.html --host ftp.shop.example --user ada --password-file secret.txt "
+                     "--path /htdocs --tls");
+        add<FtpPutCommand>(ftp);
+        add<FtpListCommand>(ftp);
         add<PreviewCommand>(m_app);
         add<SubmitCommand>(m_app);
         CLI::App& rank = addGroup(m_app, "rank", "Find the positions of sites on search engines",
