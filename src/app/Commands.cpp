@@ -75,6 +75,9 @@ void leave(Target target) {
     target.main.workspace.autoSaveToLeave();
     target.close();
 }
+void buildEngine(Target target) {
+    if (target.main.workspace.autoSave()) target.show("frmEngineBuilder");
+}
 void submit(Target target) {
     if (target.main.readyToSubmit()) target.show("frmSubmit");
 }
@@ -86,9 +89,16 @@ void runAddIn(Target target) {
     target.main.addIns.run(AddIn);
 }
 
+void rank(Target target) {
+    if (target.main.takesRankWatch()) openPage(target, kWebAddress);
+    target.show("frmRanking");
+}
+
 constexpr std::string_view kFile = "Module: NewProject\r\n";
 constexpr std::string_view kHelp = "Module: Help\r\n";
 constexpr std::string_view kTools = "frmMetaTag_Load_Error: ";
+constexpr std::string_view kRanking = "loadWebRanking_Error: ";
+constexpr std::string_view kSearch = "loadWebProfile_Error: ";
 constexpr std::string_view kPopup = "Menupopup_Error: ";
 
 constexpr Command kMainCommands[] = {
@@ -106,8 +116,9 @@ constexpr Command kMainCommands[] = {
     {"MetaTag", "MetaTag", "Read and write the meta tags of pages (Ctrl+M)", "", always, kTools,
      [](Target target) { target.show("frmMetaTag"); }},
     {"Optimizer", "Optimizer"},
-    {"Ranking", "Ranking"},
-    {"Search", "Search"},
+    {"Ranking", "Ranking", "See where sites rank on search engines (Ctrl+R)", "", always, kRanking, rank},
+    {"Search", "Search", "Search the web in your browser (Ctrl+Shift+F)", "", always, kSearch,
+     [](Target target) { target.show("frmSearch"); }},
     {"News", "News", "Read the news, and look for a new message", "", always, kFile,
      [](Target target) { target.show("frmNews"); }},
     // File.
@@ -140,12 +151,14 @@ constexpr Command kMainCommands[] = {
     {"mnuToolsItems_0", "MetaTag", "", "Ctrl+M", always, kTools,
      [](Target target) { target.show("frmMetaTag"); }},
     {"mnuToolsItems_1", "Optimizer"},
-    {"mnuToolsItems_2", "Ranking"},
-    {"mnuToolsItems_3", "Search"},
+    {"mnuToolsItems_2", "Ranking", "", "Ctrl+R", always, kRanking, rank},
+    {"mnuToolsItems_3", "Search", "", "Ctrl+Shift+F", always, kSearch,
+     [](Target target) { target.show("frmSearch"); }},
     {"mnuToolsItems_5", "Doorway"},
     {"mnuToolsItems_6", "Keyword"},
     {"mnuToolsItems_7", "FTP"},
-    {"mnuToolsItems_9", "EngineBuilder"},
+    {"mnuToolsItems_9", "EngineBuilder", "Make an engine of your own from a web form", "", always,
+     "frmEngineBuilder_Load_Error: ", buildEngine},
     // Add-Ins.
     {"mnuAddInsItems_1", "AddIn", "Choose the tools that this menu shows", "", always, kFile,
      [](Target target) { target.show("frmAddIns"); }},

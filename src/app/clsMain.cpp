@@ -7,6 +7,7 @@
 #include "core/Prompts.h"
 #include "core/Services.h"
 #include "core/clsPreference.h"
+#include "practice/PracticeAddress.h"
 #include "practice/StarterServer.h"
 #include "submission/SubmissionController.h"
 
@@ -35,6 +36,9 @@ clsMain::clsMain(const Services& services, Catalogue& ownCatalogue)
       siteDetails(website.fields, fetcher, services),
       sitemap(fetcher, services),
       urlMetaTags(website, fetcher, services),
+      categoryWalk(website.fields, ownCatalogue.lists, fetcher, services,
+                   {[this](std::string_view engine) { return website.storedCategory(engine); },
+                    [&services] { return directoryHosts(services.paths, services.preference); }}),
       workspace(services, website),
       update(services, ownCatalogue, starterServer(services.paths)),
       addIns(services),
@@ -44,6 +48,10 @@ clsMain::clsMain(const Services& services, Catalogue& ownCatalogue)
     QObject::connect(&workspace, &Workspace::currentChanged, &siteDetails, &SiteDetails::cancel);
     QObject::connect(&workspace, &Workspace::currentChanged, &sitemap, &SitemapImport::cancel);
     QObject::connect(&workspace, &Workspace::currentChanged, &website, [this] { urlMetaTags.cancel(); });
+    // The panel shows another website, or this one was read again.
+    QObject::connect(&website, &OpenWebsite::fieldsChanged, &categoryWalk, [this] {
+        if (website.fields.cboCustomEngines < 0) categoryWalk.leave();
+    });
 }
 
 std::vector<std::string> clsMain::webTypes() const {
@@ -77,6 +85,18 @@ bool clsMain::readyToSubmit() {
                                "Submit"))
         m_services.preference.BlockSpam = 1;
     return true;
+}
+
+bool clsMain::takesRankWatch() {
+    std::int16_t& taken = m_services.preference.TryWebRanking;
+    if (taken != 0) return false;
+    if (m_services.prompts.ask("There is a new version of Korvel Rank Watch 4.0 available now. There are "
+                               "hundreds of improvements in the new version and supports more major search "
+                               "engines.\r\n\r\nWould you like to upgrade to the new version of Korvel Rank "
+                               "Watch 4.0?",
+                               "Web Ranking"))
+        taken = 1;
+    return taken != 0;
 }
 
 std::optional<CutOffRun> clsMain::cutOffRunToGoOnWith() {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/frmMain.h"
 
+#include "app/EngineTrial.h"
 #include "app/Help.h"
 #include "app/QuickStart.h"
 #include "app/clsMain.h"
@@ -8,6 +9,7 @@
 #include "app/frmHelp.h"
 #include "app/frmPreference.h"
 #include "catalogue/Catalogue.h"
+#include "catalogue/frmEngineBuilder.h"
 #include "catalogue/frmUpdateEngines.h"
 #include "core/Paths.h"
 #include "core/Prompts.h"
@@ -22,6 +24,8 @@
 #include "projects/UrlList.h"
 #include "projects/frmAddURL.h"
 #include "projects/frmAddURLFromWeb.h"
+#include "ranking/frmRanking.h"
+#include "ranking/frmSearch.h"
 #include "submission/frmPreview.h"
 #include "submission/frmSubmit.h"
 #include "ui_frmMain.h"
@@ -93,6 +97,41 @@ void showAddIns(const CommandTarget& target, QWidget* parent) {
     if (manager.exec() == QDialog::Accepted && !manager.list().empty()) addIns.LoadAddIns(manager.list());
 }
 
+// The builder is made at its first use; each opening reads the stored engines anew.
+void showEngineBuilder(const CommandTarget& target, QWidget* parent) {
+    static constexpr std::string_view kPurpose = "EngineBuilder";
+    clsMain& main = target.main;
+    frmHTTP& fetcher = main.fetcher;
+    auto* form = parent->findChild<frmEngineBuilder*>(QString(), Qt::FindDirectChildrenOnly);
+    if (form == nullptr) {
+        const auto builder = std::make_shared<EngineBuilder*>();
+        const auto trial = std::make_shared<EngineTrial>(
+            target.services, main.catalogue, fetcher,
+            [builder](const TrialResult& result) { (*builder)->showTrial(result); });
+        form = new frmEngineBuilder(
+            target.services, main.catalogue,
+            {{[&fetcher](const std::string& url) { return fetcher.fetch(kPurpose, url); },
+              [trial, &main](const CustomEngineRecord& record) {
+                  return trial->start(record, main.workspace.currentNode()->file);
+              }},
+             [&fetcher] { return fetcher.isRunning(); },
+             [&fetcher] { fetcher.Disconnect(); }},
+            parent);
+        *builder = &form->builder();
+        EngineBuilder& shown = form->builder();
+        fetcher.setConsumer(
+            kPurpose, {[&shown](const FetchReply& reply) {
+                           shown.showPage(reply.isPage() ? reply.text : std::string(), fetchProblem(reply));
+                       },
+                       [&shown](const FetchReply& reply) { shown.showPage({}, fetchProblem(reply)); },
+                       [&shown] { shown.showPage({}, "Cancelled"); }});
+        QObject::connect(form, &QObject::destroyed, &fetcher,
+                         [&fetcher] { fetcher.removeConsumer(kPurpose); });
+        QObject::connect(&fetcher, &frmHTTP::runningChanged, form, &frmEngineBuilder::showFetching);
+    }
+    form->open();
+}
+
 // The screens that commands open.
 struct Screen final {
     std::string_view name;
@@ -102,6 +141,7 @@ constexpr Screen kScreens[] = {
     {"frmMetaTag", showMetaTag},
     {"frmNews", showNews},
     {"frmAddIns", showAddIns},
+    {"frmEngineBuilder", showEngineBuilder},
     {"frmAbout", [](const CommandTarget&, QWidget* parent) { frmAbout(parent).exec(); }},
     {"frmPreference",
      [](const CommandTarget& target, QWidget* parent) {
@@ -117,6 +157,10 @@ constexpr Screen kScreens[] = {
                    target.services.paths.AppPath, parent)
              .exec();
      }},
+    {"frmRanking",
+     [](const CommandTarget& target, QWidget* parent) { frmRanking(target.services, parent).exec(); }},
+    {"frmSearch",
+     [](const CommandTarget& target, QWidget* parent) { frmSearch(target.services, parent).exec(); }},
     {"frmSubmit",
      [](const CommandTarget& target, QWidget* parent) { showSubmit(target, parent, std::nullopt); }},
     {"frmAddURLFromWeb",
@@ -149,6 +193,7 @@ frmMain::frmMain(const Services& services, clsMain& main, QWidget* parent)
     makeToolbarReachable();
     makeSplitterReachable();
     m_ui->SSTab1->connectTo(main.website.fields, main.catalogue.categories);
+    m_ui->SSTab1->connectWalk(main.categoryWalk, main.catalogue.lists);
     m_ui->SSTab3->connectTo(main.catalogue.lists, main.catalogue.selection,
                             !services.preference.refusesAdultSites());
     setSplitterPlace(0);
@@ -453,6 +498,7 @@ void frmMain::showQuickStart() {
 void frmMain::showCatalogue() {
     m_ui->SSTab1->setChoices(m_main.webTypes(), clsMain::languages(), m_main.catalogue.countries.cboCountry);
     m_ui->SSTab3->showTypeBoxes();
+    m_ui->SSTab1->showCustomEngines();
     m_ui->SSTab1->showFields();
 }
 

@@ -1,14 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/CommandLine.h"
 
+#include "cli/CategoriesCommand.h"
 #include "cli/Command.h"
 #include "cli/CommandLineContext.h"
 #include "cli/CompletionCommand.h"
+#include "cli/DoorwayCommand.h"
 #include "cli/EnginesCommands.h"
+#include "cli/EnginesCustomCommands.h"
 #include "cli/EnginesInstallCommand.h"
+#include "cli/EnginesScrapeCommand.h"
 #include "cli/ExitCode.h"
 #include "cli/ExtrasCommands.h"
+#include "cli/KeywordsCommands.h"
 #include "cli/MetaCommands.h"
+#include "cli/OptimizeCommand.h"
 #include "cli/PracticeCommand.h"
 #include "cli/PreviewCommand.h"
 #include "cli/RankCommands.h"
@@ -113,8 +119,9 @@ class Parser final {
         return std::any_of(m_commands.begin(), m_commands.end(),
                            [](const std::unique_ptr<Command>& command) { return command->isChosen(); });
     }
-    CLI::App& addGroup(const char* name, const char* description, const char* examples) {
-        CLI::App& group = *m_app.add_subcommand(name, description);
+    static CLI::App& addGroup(CLI::App& parent, const char* name, const char* description,
+                              const char* examples) {
+        CLI::App& group = *parent.add_subcommand(name, description);
         group.require_subcommand(1);
         group.footer(exampleText(examples));
         return group;
@@ -124,7 +131,7 @@ class Parser final {
         m_commands.push_back(std::make_unique<Kind>(parent, m_context));
     }
     void addCommands() {
-        CLI::App& website = addGroup("website", "Show and change website files",
+        CLI::App& website = addGroup(m_app, "website", "Show and change website files",
                                      "website set shop.kws Title='Paper Shop' Email=info@shop.example\n"
                                      "website add-url shop.kws http://shop.example/\n"
                                      "website show shop.kws");
@@ -137,27 +144,52 @@ class Parser final {
         add<WebsiteImportSitemapCommand>(website);
         add<WebsiteUrlsFromWebCommand>(website);
         add<WebsiteDetailsCommand>(website);
-        CLI::App& engines = addGroup("engines", "List, check and install the engine catalogue",
+        CLI::App& engines = addGroup(m_app, "engines", "List, check and install the engine catalogue",
                                      "--home try engines install --practice\n"
                                      "--home try engines list --country DE\n"
                                      "--home try engines check");
         add<EnginesListCommand>(engines);
         add<EnginesCheckCommand>(engines);
         add<EnginesInstallCommand>(engines);
+        add<EnginesScrapeCommand>(engines);
+        CLI::App& custom =
+            addGroup(engines, "custom", "Engines of your own",
+                     "--home try engines custom add \"Harbour Search\" --from http://harbour.example/add\n"
+                     "--home try engines custom merge");
+        add<CustomListCommand>(custom);
+        add<CustomShowCommand>(custom);
+        add<CustomAddCommand>(custom);
+        add<CustomRemoveCommand>(custom);
+        add<CustomMergeCommand>(custom);
+        add<CustomExportCommand>(custom);
+        add<CustomImportCommand>(custom);
+        CLI::App& categories =
+            addGroup(m_app, "categories", "Walk through the categories of outside directories",
+                     "--home try categories walk Yahoo Arts");
+        add<CategoriesWalkCommand>(categories);
         add<UpdateCommand>(m_app);
-        CLI::App& meta = addGroup("meta", "Read and change the meta tags of pages",
+        CLI::App& meta = addGroup(m_app, "meta", "Read and change the meta tags of pages",
                                   "meta show index.html\n"
                                   "meta replace index.html --title 'Paper Shop' --keywords 'paper, pens' "
                                   "--description 'Paper and pens' --dry-run");
         add<MetaShowCommand>(meta);
         add<MetaInsertCommand>(meta);
         add<MetaReplaceCommand>(meta);
+        add<OptimizeCommand>(m_app);
+        add<DoorwayCommand>(m_app);
+        CLI::App& keywords = addGroup(m_app, "keywords", "Find, combine and count keywords",
+                                      "--home try keywords find 'writing paper'\n"
+                                      "--home try keywords count index.html");
+        add<KeywordsFindCommand>(keywords);
+        add<KeywordsCombineCommand>(keywords);
+        add<KeywordsCountCommand>(keywords);
         add<NewsCommand>(m_app);
-        CLI::App& addIns = addGroup("addins", "List the tools of the menu Add-Ins", "--home try addins list");
+        CLI::App& addIns =
+            addGroup(m_app, "addins", "List the tools of the menu Add-Ins", "--home try addins list");
         add<AddInsListCommand>(addIns);
         add<PreviewCommand>(m_app);
         add<SubmitCommand>(m_app);
-        CLI::App& rank = addGroup("rank", "Find the positions of sites on search engines",
+        CLI::App& rank = addGroup(m_app, "rank", "Find the positions of sites on search engines",
                                   "--home try rank save shop --site www.site-15.example --keywords 'paper "
                                   "shop' --pages 3\n"
                                   "--home try rank run shop --all\n"

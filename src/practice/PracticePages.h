@@ -38,8 +38,15 @@ std::optional<PracticeReply> sitePage(const PracticeRequest& request, PracticeSi
 
 // "/site/sitemap.xml" and the other sitemaps of the site: an index, one packed with gzip, and bombs.
 std::optional<PracticeReply> sitemapPage(const PracticeRequest& request, PracticeSite& site);
+// The hosts "yahoo.localhost" and "dmoz.localhost": outside directories, with a tree of categories three
+// levels deep and their links for adding a site.
+std::optional<PracticeReply> directoryPage(const PracticeRequest& request, PracticeSite& site);
+// "/engines/SLUG/tree/...": the categories of an engine that is a directory.
+std::optional<PracticeReply> treePage(const PracticeRequest& request, PracticeSite& site);
 // "/search/": the search engines; "/search/WORD?q=PHRASE" is a page of results.
 std::optional<PracticeReply> searchPage(const PracticeRequest& request, PracticeSite& site);
+// "/words/find" and "/words/NAME.html": the search engine of the keyword builder, and the pages it finds.
+std::optional<PracticeReply> wordPage(const PracticeRequest& request, PracticeSite& site);
 
 // The reply to a path whose last word, after `folder`, names an outcome; nullopt for any other word.
 std::optional<PracticeReply> outcome(std::string_view word, std::string_view folder, std::string_view path);

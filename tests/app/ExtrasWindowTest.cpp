@@ -67,8 +67,7 @@ class ExtrasWindowTest : public WindowTest {
 // What an entry of a menu brought about.
 class MenuWalk final {
   public:
-    MenuWalk(frmMain& window, Program& program, ScriptedPrompts& prompts)
-        : m_window(window), m_program(program), m_prompts(prompts) {
+    MenuWalk(Program& program, ScriptedPrompts& prompts) : m_program(program), m_prompts(prompts) {
         QObject::connect(&m_closer, &QTimer::timeout, &m_closer, [this] {
             auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
             if (dialog == nullptr) return;
@@ -83,6 +82,13 @@ class MenuWalk final {
         m_prompts.shown.clear();
         const std::string before = state();
         action.trigger();
+        // A window that does not wait for its end.
+        for (QWidget* const window : QApplication::topLevelWidgets()) {
+            const bool isScreen = window->objectName().startsWith(QLatin1String("frm"));
+            if (!isScreen || !window->isVisible() || window == &m_program.window()) continue;
+            opened = window->objectName().toStdString();
+            window->close();
+        }
         if (!opened.empty()) return opened;
         if (!m_prompts.shown.empty()) return m_prompts.shown.front().kind;
         return state() == before ? "" : "changed";
@@ -95,12 +101,9 @@ class MenuWalk final {
         std::string text = std::to_string(m_prompts.notices.size());
         const Rows& selected = m_program.main().catalogue.lists.lsvSelectedEngines;
         for (int row = 0; row < selected.count(); ++row) text.append(" ").append(selected.at(row).text);
-        for (const frmHelp* viewer : m_window.findChildren<frmHelp*>())
-            text += viewer->isVisible() ? " help" : "";
         return text;
     }
 
-    frmMain& m_window;
     Program& m_program;
     ScriptedPrompts& m_prompts;
     QTimer m_closer;
@@ -132,7 +135,7 @@ TEST_F(ExtrasWindowTest, EveryEntryOfTheMenusOpensSomething) {
         appendFile(home.paths().settingsFile,
                    std::string("[") + group + "]\n" + key + "\\Location=" + home.path("gone") + "\n");
     start();
-    MenuWalk walk(window(), program(), prompts);
+    MenuWalk walk(program(), prompts);
     std::vector<std::string> later;
     std::vector<std::string> silent;
     std::vector<std::string> helpless;
@@ -152,7 +155,7 @@ TEST_F(ExtrasWindowTest, EveryEntryOfTheMenusOpensSomething) {
         bringUp();
         EXPECT_TRUE(entry->isEnabled()) << name;
         if (walk.effectOf(*entry).empty()) silent.push_back(name);
-        if (walk.opened.starts_with("frm") && helpPageOf(walk.opened).empty())
+        if (walk.opened.starts_with("frm") && walk.opened != "frmHelp" && helpPageOf(walk.opened).empty())
             helpless.push_back(walk.opened);
     }
     EXPECT_THAT(silent, IsEmpty());

@@ -6,6 +6,7 @@
 #include "app/frmHelp.h"
 #include "app/frmPreference.h"
 #include "app/frmSplash.h"
+#include "catalogue/frmEngineBuilder.h"
 #include "catalogue/frmUpdateEngines.h"
 #include "core/FileStore.h"
 #include "core/Text.h"
@@ -17,6 +18,8 @@
 #include "practice/PracticeWeb.h"
 #include "practice/StarterServer.h"
 #include "projects/frmAddURL.h"
+#include "ranking/frmRanking.h"
+#include "ranking/frmSearch.h"
 #include "submission/frmPreview.h"
 #include "submission/frmSubmit.h"
 #include "support/ScriptedPrompts.h"
@@ -25,12 +28,14 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTabWidget>
 #include <QTreeView>
 
+#include <algorithm>
 #include <filesystem>
 
 namespace {
@@ -45,10 +50,11 @@ void save(QWidget& widget, const QString& folder, const char* name) {
 void fillHome(const test::TestHome& home, const std::string& practice) {
     for (const char* name : {"country.kws", "cat.kws"})
         std::filesystem::copy(std::string(RELAY_DATA_FOLDER "/") + name, home.path(name));
-    for (const char* name : {"krveng5.dat", "catkws.dat"})
+    for (const char* name : {"krveng5.dat", "catkws.dat", "kwreng.dat"})
         home.write(
             std::string("data/") + name,
             pointAtPracticeWeb(readFile(std::string(RELAY_DATA_FOLDER "/practice/") + name), practice));
+    home.write("practice.addr", practice + "/\n");
     home.write("settings.ini", "[Korvel%20Relay]\nPreference\\LoadConfig=1\n");
     home.write("project.kwj",
                "[Garden Shop]\r\nDescription=Plants, pots and tools for small gardens\r\nLast=2\r\n1=Roses|" +
@@ -128,6 +134,74 @@ void drawExtras(Program& program, const QString& folder) {
     save(help, folder, "help-small");
 }
 
+// The engine builder, from a page of the practice web to what a trial brought.
+void drawEngineBuilder(Program& program, test::ScriptedPrompts& prompts, const QString& folder) {
+    program.window().findChild<QAction*>(QStringLiteral("mnuToolsItems_9"))->trigger();
+    auto& form = *program.window().findChild<frmEngineBuilder*>();
+    EngineBuilder& builder = form.builder();
+    prompts.inputs.emplace_back("Cove Search");
+    builder.New();
+    builder.txtEngineURL = "http://cove.example/";
+    builder.txtSubmitURL = program.main().catalogue.engine("Beacon Finder").AddURL();
+    builder.txtCountry = "US";
+    builder.txtMaxTitle = "60";
+    frmHTTP& fetcher = program.main().fetcher;
+    const auto wait = [&fetcher] {
+        test::waitUntil([&] { return !fetcher.isRunning(); });
+        QCoreApplication::processEvents();
+    };
+    builder.getSource();
+    wait();
+    save(form, folder, "engine-builder-source");
+    builder.getFields();
+    builder.acceptSuggestion(0);
+    save(form, folder, "engine-builder-fields");
+    builder.acceptAllSuggestions();
+    auto* const tabs = form.findChild<QTabWidget*>(QStringLiteral("SSTab1"));
+    tabs->setCurrentIndex(0);
+    save(form, folder, "engine-builder");
+    builder.chooseCategory(3);
+    builder.lsvCategory.setHighlighted(3, true);
+    builder.txtEngineCategory = "/business/consulting";
+    builder.updateCategory();
+    tabs->setCurrentIndex(3);
+    save(form, folder, "engine-builder-categories");
+    builder.tryIt();
+    wait();
+    builder.Save();
+    save(form, folder, "engine-builder-trial");
+    builder.txtSource =
+        "<form action=\"http://cove.example/new\" method=\"get\"><input name=\"site_url\">"
+        "<input name=\"site_title\"></form>";
+    builder.getFields();
+    save(form, folder, "engine-builder-changes");
+    for (int tab = 0; tab < tabs->count(); ++tab) {
+        tabs->setCurrentIndex(tab);
+        form.resize(form.minimumSizeHint());
+        save(form, folder, qPrintable(QStringLiteral("engine-builder-small-%1").arg(tab)));
+    }
+    form.hide();
+}
+
+// The walk through a directory, down to where it takes sites.
+void drawWalk(Program& program, const QString& folder) {
+    CategoryWalk& walk = program.main().categoryWalk;
+    const WebsiteFields& fields = program.main().website.fields;
+    const auto wait = [&program] {
+        test::waitUntil([&] { return !program.main().fetcher.isRunning(); });
+        QCoreApplication::processEvents();
+    };
+    const auto& engines = program.main().catalogue.lists.cboCustomEngines;
+    walk.chooseEngine(static_cast<int>(std::find(engines.begin(), engines.end(), "dmoz") - engines.begin()));
+    program.main().website.fields.lsvCustomMainCategory.setHighlighted(1, true);
+    walk.chooseMainCategory(1);
+    walk.openMainCategory(1);
+    wait();
+    if (fields.lsvCustomSubCategory.count() > 1) walk.openSubCategory(1);
+    wait();
+    save(program.window(), folder, "website-custom");
+}
+
 // An update from the installed starter data of a home that has an older catalogue, and one that fails.
 void drawUpdate(Program& program, const test::TestHome& home, test::ScriptedPrompts& prompts,
                 const QString& folder) {
@@ -200,6 +274,67 @@ void drawSubmission(Program& program, const QString& folder) {
     save(preview, folder, "submit-preview");
 }
 
+// Readings of six weeks, with some days without one.
+void fillHistory(HistoryStore& history, const std::vector<std::string>& sites,
+                 const std::vector<RankEngine>& engines) {
+    const QDateTime first(QDate(2026, 4, 1), QTime(9, 0));
+    for (int day = 0; day < 42; ++day) {
+        if (day % 12 == 7 || (day > 20 && day < 25)) continue;
+        HistoryReading reading{"shop", "paper shop", first.addDays(day).addSecs(60), first, {}};
+        for (std::size_t engine = 0; engine < engines.size(); ++engine) {
+            const int wave = static_cast<int>(engine) * 5;
+            const int drift = (day * (static_cast<int>(engine) + 2)) / 9 - (day * day) / 60;
+            const int noise = (day * 7 + static_cast<int>(engine) * 13) % 5 - 2;
+            const int best = std::max(1, 38 - wave - drift + noise);
+            const bool changed = engine == 7 && day > 30;
+            const RankState state = engine == 6   ? RankState::NothingFound
+                                    : changed     ? RankState::NoResultList
+                                    : engine == 8 ? RankState::NoResultPage
+                                    : best > 36   ? RankState::NotFound
+                                                  : RankState::Found;
+            for (const std::string& site : sites)
+                reading.places.push_back(
+                    {engines[engine].EngineName, site, state, state == RankState::Found ? best : 0,
+                     state == RankState::Found ? std::to_string(best) : "", 45, first.addDays(day)});
+        }
+        history.add(reading);
+    }
+}
+
+// A run on the practice web without the engine that stalls, and the history.
+void drawRanking(Program& program, test::ScriptedPrompts& prompts, const QString& folder) {
+    program.services().preference.PromptConnection = 0;
+    frmRanking form(program.services());
+    clsRanking& ranking = form.ranking();
+    save(form, folder, "ranking-empty");
+    ranking.state().setup = {
+        "shop", {"www.site-15.example", "www.site-38.example"}, "paper shop", RankLimit::Pages, "5"};
+    ranking.saveProfile("shop");
+    ranking.chkSelectAll_Click(true);
+    ranking.state().lsvRankingEngines.setChecked(5, false);
+    form.show();
+    prompts.answers = {true, true};
+    ranking.Command1_0();
+    test::waitUntil([&] { return !ranking.analysis().empty() && ranking.state().Command1_0Enabled; });
+    save(form, folder, "ranking");
+    std::filesystem::remove(ranking.history().file());
+    fillHistory(ranking.history(), ranking.state().setup.sites, ranking.engines());
+    auto* const tabs = form.findChild<QTabWidget*>(QStringLiteral("SSTab1"));
+    tabs->setCurrentIndex(1);
+    save(form, folder, "ranking-reports");
+    tabs->setCurrentIndex(2);
+    QCoreApplication::processEvents();
+    save(form, folder, "ranking-history");
+    form.resize(form.minimumSizeHint());
+    QCoreApplication::processEvents();
+    save(form, folder, "ranking-small");
+    frmSearch search(program.services());
+    auto* const websites = search.findChild<QComboBox*>(QStringLiteral("cboWebProfile"));
+    websites->setCurrentIndex(0);
+    Q_EMIT websites->activated(0);
+    save(search, folder, "search");
+}
+
 void drawWindow(Program& program, const QString& folder) {
     frmMain& window = program.window();
     window.resize(1280, 800);
@@ -224,7 +359,8 @@ void drawWindow(Program& program, const QString& folder) {
     }
     tabs->setCurrentIndex(2);
     window.findChild<QTabWidget*>(QStringLiteral("tabCategory"))->setCurrentIndex(1);
-    save(window, folder, "website-custom");
+    save(window, folder, "website-custom-empty");
+    drawWalk(program, folder);
     tabs->setCurrentIndex(0);
     trigger("Engines");
     save(window, folder, "engines-empty");
@@ -240,6 +376,8 @@ int main(int argc, char** argv) {
     QDir().mkpath(folder);
     const test::TestHome home;
     PracticeWeb practice;
+    practice.describeEngines(readFile(RELAY_DATA_FOLDER "/practice/krveng5.dat"),
+                             readFile(RELAY_DATA_FOLDER "/practice/catkws.dat"));
     practice.start();
     fillHome(home, practice.address());
     test::ScriptedPrompts prompts;
@@ -252,6 +390,8 @@ int main(int argc, char** argv) {
     drawSubmission(program, folder);
     drawDialogs(program, prompts, folder);
     drawMetaTags(program, home, folder);
+    drawRanking(program, prompts, folder);
+    drawEngineBuilder(program, prompts, folder);
     drawUpdate(program, home, prompts, folder);
     for (const auto& shown : prompts.shown) qWarning("%s: %s", shown.title.c_str(), shown.text.c_str());
     return 0;
