@@ -15,6 +15,7 @@
 #include "core/Prompts.h"
 #include "core/ScreenText.h"
 #include "core/Services.h"
+#include "core/Trap.h"
 #include "core/clsPreference.h"
 #include "extras/News.h"
 #include "extras/frmAddIns.h"
@@ -57,6 +58,9 @@ void showSubmit(const CommandTarget& target, QWidget* parent, std::optional<CutO
     }
     if (cutOff && !wizard->controller().resume(std::move(*cutOff))) return;
     wizard->exec();
+    if (target.main.catalogue.showsEngineHealth())
+        trap(target.services.prompts, "Module: showEngineHealth\r\n",
+             [&] { target.main.catalogue.showEngineHealth(true); });
     // Reads the new reports into the website's panel.
     target.main.workspace.autoSave();
 }
@@ -272,6 +276,13 @@ void frmMain::offerCutOffRun() {
         showSubmit(m_target, this, std::move(run));
 }
 
+void frmMain::showHealth(bool shown) {
+    Catalogue& catalogue = m_main.catalogue;
+    trap(m_target.services.prompts, "Module: showEngineHealth\r\n",
+         [&] { catalogue.showEngineHealth(shown); });
+    m_ui->SSTab3->showHealth(catalogue.showsEngineHealth());
+}
+
 void frmMain::showPreview(const std::string& engine) {
     Workspace& workspace = m_main.workspace;
     workspace.autoSave();
@@ -309,6 +320,11 @@ void frmMain::connectWebsitePanel() {
 void frmMain::connectEnginePanel() {
     m_ui->SSTab3->setUpdateAction(*m_ui->mnuFileItems_12);
     m_main.catalogue.afterLoad = [this] { showCatalogue(); };
+    connect(m_ui->SSTab3, &frmEnginePanel::healthWanted, this, &frmMain::showHealth);
+    connect(m_ui->SSTab3, &frmEnginePanel::healthyWanted, this, [this] {
+        trap(m_target.services.prompts, "Module: dropFailingEngines\r\n",
+             [this] { m_main.catalogue.dropFailingEngines(); });
+    });
     const Rows& selected = m_main.catalogue.lists.lsvSelectedEngines;
     const auto follow = [this] { m_changes.start(); };
     connect(&selected, &Rows::modelReset, this, follow);
@@ -499,6 +515,7 @@ void frmMain::showCatalogue() {
     m_ui->SSTab1->setChoices(m_main.webTypes(), clsMain::languages(), m_main.catalogue.countries.cboCountry);
     m_ui->SSTab3->showTypeBoxes();
     m_ui->SSTab1->showCustomEngines();
+    if (m_main.catalogue.showsEngineHealth()) showHealth(true);
     m_ui->SSTab1->showFields();
 }
 

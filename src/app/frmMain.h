@@ -67,6 +67,7 @@ class frmMain final : public QMainWindow {
     static QAction* actionOf(std::string_view name, const QWidget& owner);
     void enableCommands();
     void showScreen(std::string_view name);
+    void showHealth(bool shown);
     // Opens the help at the page about the window, or about the part of this window that is shown.
     void showHelp(QWidget& window);
     std::string_view helpPageFor(const QWidget& window) const;
