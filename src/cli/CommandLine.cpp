@@ -168,7 +168,7 @@ class Parser final {
         add<MetaInsertCommand>(meta);
         add<MetaReplaceCommand>(meta);
         CLI::App& ftp =
-            addGroup("ftp", "Upload files to an FTP server",
+            addGroup(m_app, "ftp", "Upload files to an FTP server",
                      "ftp list /htdocs --host ftp.shop.example --user ada --password-file secret.txt --tls\n"
                      "ftp put index.html --host ftp.shop.example --user ada --password-file secret.txt "
                      "--path /htdocs --tls");
