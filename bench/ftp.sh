@@ -3,7 +3,7 @@
 # bench/ftp.sh FOLDER [PAIRS]: uploads by korvel-relay-cli compared with curl, both as whole processes, to vsftpd on
 # loopback, which stores in memory: one file of 1 GB, 1,000 files of 10 KB by one connection, both with and without
 # TLS. Interleaved pairs, medians, ratios of the rates. With many files curl often pauses for a second before it opens
-# a data connection, so it is also taken without that: as often as there are files, the median of its own times of one.
+# a data connection, so it is also taken without those seconds, which its own time of each file tells.
 set -euo pipefail
 cli=$(realpath "$1/../src/korvel-relay-cli")
 pairs=${2:-${PAIRS:-5}}
@@ -65,7 +65,8 @@ tls_curl() {
     -w '%{time_total}\n' -T "$1" "ftp://127.0.0.1:$port/up/" >"$work/each"
 }
 without_pauses() { # FILE: appends the microseconds of the last curl without its pauses
-  sort -n "$work/each" | awk '{ v[NR] = $1 } END { printf "%.0f\n", v[int((NR + 1) / 2)] * NR * 1e6 }' >>"$1"
+  awk -v whole="$(tail -n 1 "$work/$1.curl")" '{ paused += int($1) } END { printf "%.0f\n", whole - paused * 1e6 }' \
+    "$work/each" >>"$work/$1.steady"
 }
 seconds() { # FILE COMMAND...: appends the seconds of the command
   local to=$1 from
@@ -88,10 +89,10 @@ for ((pair = 0; pair < pairs; ++pair)); do
   seconds "$work/tls.curl" tls_curl "$work/big.bin"
   seconds "$work/small.relay" relay "$work"/small/*.bin
   seconds "$work/small.curl" plain_curl "$work/small/[0-999].bin"
-  without_pauses "$work/small.steady"
+  without_pauses small
   seconds "$work/smalltls.relay" relay --tls "$work"/small/*.bin
   seconds "$work/smalltls.curl" tls_curl "$work/small/[0-999].bin"
-  without_pauses "$work/smalltls.steady"
+  without_pauses smalltls
 done
 cmp "$work/big.bin" "$work/root/up/big.bin"
 compare "1 GB" 0.9 big

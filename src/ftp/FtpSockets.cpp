@@ -134,8 +134,7 @@ void FtpSockets::open(const FtpHost& host) {
         m_ftp->controlReceived({bytes.constData(), static_cast<std::size_t>(bytes.size())});
     });
     connect(m_control, &QSslSocket::encrypted, this, [this] {
-        // With the session that data connections resume.
-        m_configuration = m_control->sslConfiguration();
+        useSession();
         m_ftp->controlEncrypted();
     });
     connect(m_control, &QAbstractSocket::errorOccurred, this, [this](QAbstractSocket::SocketError error) {
@@ -186,6 +185,15 @@ void FtpSockets::encryptControl() {
     }
     m_control->setPeerVerifyName(m_host);
     m_control->startClientEncryption();
+}
+
+// Data connections resume the session of the control connection, whose certificate was checked. To be that
+// certificate is their own check, and no authority is read for each file.
+void FtpSockets::useSession() {
+    m_configuration = m_control->sslConfiguration();
+    m_configuration.setCaCertificates({});
+    m_configuration.setPeerVerifyMode(QSslSocket::VerifyNone);
+    m_certificate = m_control->peerCertificate();
 }
 
 std::string FtpSockets::serverAddress() const {
@@ -244,9 +252,14 @@ void FtpSockets::useNewSocket() {
     connect(m_data, &QAbstractSocket::disconnected, this, &FtpSockets::dataGone);
     if (m_encrypted == nullptr) return;
     m_encrypted->setSslConfiguration(m_configuration);
-    m_encrypted->setPeerVerifyName(m_host);
+    m_encrypted->setPeerVerifyName(m_host);  // the name it asks for
     connect(m_encrypted, &QSslSocket::encryptedBytesWritten, this, &FtpSockets::sendMore);
     connect(m_encrypted, &QSslSocket::encrypted, this, [this] {
+        if (m_encrypted->peerCertificate() != m_certificate) {
+            dropData();
+            m_ftp->dataError("The data connection has another certificate than the control connection.");
+            return;
+        }
         m_ready = true;
         readData();
         sendMore();

@@ -6,6 +6,7 @@
 
 #include <QAbstractSocket>
 #include <QObject>
+#include <QSslCertificate>
 #include <QSslConfiguration>
 #include <QString>
 
@@ -60,6 +61,7 @@ class FtpSockets final : public QObject, public FtpWire {
 
     void controlFailed(const std::string& error);
     void accept(qintptr descriptor);
+    void useSession();
     void useNewSocket();
     void dataUp();
     void readData();
@@ -72,7 +74,8 @@ class FtpSockets final : public QObject, public FtpWire {
 
     modFTP* m_ftp = nullptr;
     QString m_host;
-    QSslConfiguration m_configuration;  // of the control connection, with its session
+    QSslConfiguration m_configuration;  // of data connections, with the session they resume
+    QSslCertificate m_certificate;      // of the control connection
     QSslSocket* m_control = nullptr;    // dsSocket1
     Listener* m_listener = nullptr;     // dsSocket2(0)
     QTcpSocket* m_data = nullptr;       // dsSocket2(1)
