@@ -41,7 +41,7 @@ class Catalogue final {
     // Loads the engines' category tables, then the engines. Shows a message and returns false when a file is
     // missing, empty or unreadable, or while a run holds the engines; data loaded before stays.
     bool loadEngineData();
-    // Loads the files anew with a status text and the busy pointer, or does nothing when one is missing.
+    // Loads the files again with a status text and the busy pointer, or does nothing when one is missing.
     void RefreshEngineData();
     // Drops the engines, as when no data file is there.
     void forgetEngines();

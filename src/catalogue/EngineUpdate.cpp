@@ -36,7 +36,7 @@ constexpr std::string_view kInstallerLink =
     "Please CLICK here to download the engine data installation program 'krveng.exe'. ";
 constexpr std::string_view kReady = "Press the 'Start' button to fetch the current engine data.";
 constexpr std::string_view kHeld =
-    "A submission is using the engines. Start is possible again when it has ended.";
+    "A submission is using the engines. You can start an update when it has ended.";
 constexpr std::string_view kUndone = "The last update has been taken back.";
 constexpr std::string_view kTitle = "Update Engine Data";
 
@@ -57,8 +57,10 @@ HttpProxy proxyOf(const clsPreference& preference) {
 
 // A page in place of the file, such as the log-in page of a network.
 bool isWebPage(std::string_view text) {
+    constexpr std::size_t kFront = 1024;  // where a page says that it is one
     text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n\xEF\xBB\xBF"), text.size()));
-    return startsWithNoCase(text, "<!doctype html") || startsWithNoCase(text, "<html");
+    if (!text.starts_with('<')) return false;
+    return startsWithNoCase(text, "<!doctype html") || containsNoCase(left(text, kFront), "<html");
 }
 
 }  // namespace
@@ -85,6 +87,7 @@ EngineUpdate::EngineUpdate(const Services& services, Catalogue& catalogue, OwnSe
 }
 
 void EngineUpdate::open(std::string_view prompt) {
+    m_store.begin();
     m_state = {};
     m_state.Label1 = prompt.empty() ? kReady : prompt;
     m_state.canUndo = m_store.canUndo();
@@ -110,7 +113,6 @@ void EngineUpdate::Start() {
     m_running = true;
     m_requested = m_silent = false;
     m_index = 0;
-    m_store.begin();
     m_state = {};
     m_state.Label1 = kWait;
     m_state.Label2 = "Connecting to the web server .....";
@@ -208,6 +210,8 @@ std::string EngineUpdate::problemOf(std::int32_t status) const {
     if (!problem.empty()) return "The file did not arrive whole: " + std::string(problem) + ".";
     if (m_response.size() >= kLargestFile) return "The file is too large.";
     if (isWebPage(m_response)) return "The server sent a web page instead of the file.";
+    // No data file has a NUL; a compressed one, or a program, does.
+    if (m_response.find('\0') != npos) return "The server sent binary data instead of the file.";
     return {};
 }
 
@@ -263,6 +267,7 @@ void EngineUpdate::leave(UpdateEnding ending) {
                                        : CatalogueChange();
         if (m_store.hasStored()) m_state.changes = m_change.report();
     });
+    if (ending == UpdateEnding::Updated) m_store.begin();
     Q_EMIT changed();
     Q_EMIT ended(ending);
 }

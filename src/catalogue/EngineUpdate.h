@@ -71,7 +71,8 @@ class EngineUpdate final : public QObject {
     // Disables Start while a run uses the engines, and says so.
     void checkHold();
     // Starts the update; it ends with ended(), perhaps before this returns. Does nothing while one is running
-    // or a run uses the engines.
+    // or a run uses the engines. After a failure this is a new try of the same update: undo() takes all tries
+    // back, and change() compares with what was there before the first.
     void Start();
     // Ends a running update; the files stored so far stay. Loads them if that has not happened yet.
     void Close();

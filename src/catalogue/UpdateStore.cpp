@@ -40,20 +40,24 @@ void UpdateStore::store(std::size_t index, std::string_view text) {
     const UpdateFile& file = kUpdateFiles.at(index);
     const std::string path = file.path(m_paths);
     const FolderLock lock(ledger());
-    const bool exists = fileExists(path);
-    // A full disk fails here, while the update before can still be taken back.
-    const std::string old = textOf(path);
-    if (exists) writeFile(previousOf(path), old);
     IniFile stored = m_begun ? IniFile::load(ledger()) : IniFile();
-    stored.setValue(kSection, file.name, exists ? kKept : kAbsent);
-    stored.save(ledger());
+    // The failed try before this one may have stored the file; then what it was before that is kept.
+    const bool listed = !stored.value(kSection, file.name).empty();
+    const bool exists = fileExists(path);
+    const std::string old = textOf(path);
+    if (!listed) {
+        // A full disk fails here, while the update before can still be taken back.
+        if (exists) writeFile(previousOf(path), old);
+        stored.setValue(kSection, file.name, exists ? kKept : kAbsent);
+        stored.save(ledger());
+    }
     if (!std::exchange(m_begun, true)) removePrevious(exists ? &file : nullptr);
     try {
         writeFile(path, std::string(text).append("\r\n"));
     } catch (const std::exception&) {
         // Only the last step may fail with the new file in place. The failure to show is that of the file.
         failureOf([&] {
-            if (fileExists(path) != exists || textOf(path) != old) return;
+            if (listed || fileExists(path) != exists || textOf(path) != old) return;
             stored.setValue(kSection, file.name, {});
             stored.save(ledger());
         });

@@ -20,7 +20,8 @@ class UpdateStore final {
   public:
     explicit UpdateStore(const Paths& paths) : m_paths(paths) {}
 
-    // A new update begins. The one before can be taken back until the first store().
+    // A new update begins. The one before can be taken back until the first store(). Without this call a new
+    // try continues the update that failed, and undo() takes both back.
     void begin() noexcept { m_begun = false; }
     // Stores the text, followed by one CR LF, as the file with this index in kUpdateFiles.
     void store(std::size_t index, std::string_view text);

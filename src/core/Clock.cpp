@@ -17,6 +17,14 @@ std::string longDate(const QDateTime& time, const QLocale& locale) {
     return fromScreen(locale.toString(time.date(), QLocale::LongFormat));
 }
 
+std::string shortDate(const QDateTime& time, const QLocale& locale) {
+    return fromScreen(locale.toString(time.date(), QLocale::ShortFormat));
+}
+
+std::string shortDateWithTime(const QDateTime& time, const QLocale& locale) {
+    return shortDate(time, locale) + " " + fromScreen(QLocale::c().toString(time.time(), u"H:mm"));
+}
+
 std::string shortDateTime(const QDateTime& time, const QLocale& locale) {
     return fromScreen(locale.toString(time, QLocale::ShortFormat));
 }

@@ -26,6 +26,9 @@ std::string reportDate(const QDateTime& time);
 std::string fileDate(const QDateTime& time);
 // The long date of the system's locale ("Monday, April 1, 2002" in en_US).
 std::string longDate(const QDateTime& time, const QLocale& locale);
+// The short date of the locale, and that with the time: "4/1/02", "4/1/02 13:05" in en_US.
+std::string shortDate(const QDateTime& time, const QLocale& locale);
+std::string shortDateWithTime(const QDateTime& time, const QLocale& locale);
 // The short date and time of the system's locale, for the banner of the log.
 std::string shortDateTime(const QDateTime& time, const QLocale& locale);
 

@@ -31,6 +31,12 @@ std::string_view wholeLine(std::string_view text) {
     return text.substr(0, end + (startsWithNoCase(rest, "\r\n") ? 2 : rest.empty() ? 0 : 1));
 }
 
+std::size_t countLines(std::string_view text) {
+    std::size_t lines = 0;
+    for (; !text.empty(); ++lines) text.remove_prefix(wholeLine(text).size());
+    return lines;
+}
+
 // The value for the text after an equals sign.
 std::string_view readValue(std::string_view value, std::size_t limit) {
     value = trimBlanks(value);
@@ -222,6 +228,36 @@ void IniFile::setValue(std::string_view section, std::string_view key, std::stri
     Data::Entry& changed =
         entry == target.places.end() ? m_data->newKey(target, key) : target.entries[entry->second];
     changed.value = std::make_unique<std::string>(firstLine(value));
+}
+
+void IniFile::removeSection(std::string_view section) {
+    // The section may be named by a view into itself.
+    const std::string name(trimBlanks(section));
+    m_data->sectionPlaces.erase(name);
+    m_data->sections.remove_if([&name](const Data::Section& other) {
+        return !other.header.empty() && equalsNoCase(other.name, name);
+    });
+}
+
+std::vector<IniFile::Place> IniFile::places() const {
+    std::vector<Place> all;
+    std::size_t line = 1;
+    for (const Data::Section& section : m_data->sections) {
+        const auto found = m_data->sectionPlaces.find(section.name);
+        const bool sectionCounts =
+            section.header.empty() || (found != m_data->sectionPlaces.end() && found->second == &section);
+        if (!section.header.empty()) all.push_back({line, section.name, {}, sectionCounts});
+        line += countLines(section.header);
+        for (std::size_t i = 0; i < section.entries.size(); ++i) {
+            const Data::Entry& entry = section.entries[i];
+            if (!entry.key.empty())
+                all.push_back(
+                    {line, section.name, entry.key, sectionCounts && section.places.at(entry.key) == i});
+            line += countLines(entry.raw);
+        }
+        line += countLines(section.closingBlanks);
+    }
+    return all;
 }
 
 std::vector<std::string> IniFile::sections() const {

@@ -49,8 +49,20 @@ class IniFile final {
     // Names, like values, are cut at the first line break. Throws Failure for an empty section and for a key
     // that takesKey refuses.
     void setValue(std::string_view section, std::string_view key, std::string_view value);
+    // Drops every section of that name with all its lines; those around it stay as they are.
+    void removeSection(std::string_view section);
     std::vector<std::string> sections() const;                      // in file order, names as written
     std::vector<std::string> keys(std::string_view section) const;  // likewise, each name once
+
+    // A section's header, or a key of it, in the text that was read.
+    struct Place final {
+        std::size_t line = 0;      // from 1
+        std::string_view section;  // empty before the first header
+        std::string_view key;      // empty for a header
+        bool counts = false;       // false if an earlier one has the same name
+    };
+    // In file order; for a document that was not changed. The views are valid as long as the document.
+    std::vector<Place> places() const;
 
     std::string text() const;
     void save(const std::string& path, Readable readable = Readable::Everyone) const;

@@ -72,6 +72,13 @@ bool containsNoCase(std::string_view hay, std::string_view needle) noexcept {
     return findNoCase(hay, needle) != npos;
 }
 
+std::size_t rfindNoCase(std::string_view hay, std::string_view needle) noexcept {
+    if (needle.size() > hay.size()) return npos;
+    for (std::size_t at = hay.size() - needle.size() + 1; at-- > 0;)
+        if (equalsNoCase(hay.substr(at, needle.size()), needle)) return at;
+    return npos;
+}
+
 bool equalsNoCase(std::string_view a, std::string_view b) noexcept {
     if (a.size() != b.size()) return false;
     for (std::size_t i = 0; i < a.size(); ++i)
@@ -122,16 +129,29 @@ std::string_view trimRight(std::string_view text) noexcept {
     return text.substr(0, text.find_last_not_of(' ') + 1);
 }
 
-std::string replaceAll(std::string_view text, std::string_view what, std::string_view with) {
+namespace {
+
+template <typename Find>
+std::string replaced(std::string_view text, std::string_view what, std::string_view with, Find&& find) {
     if (what.empty()) return std::string(text);
     std::string result;
     result.reserve(text.size());
     std::size_t from = 0;
-    for (std::size_t at = text.find(what); at != npos; at = text.find(what, from)) {
+    for (std::size_t at = find(from); at != npos; at = find(from)) {
         result.append(text.substr(from, at - from)).append(with);
         from = at + what.size();
     }
     return result.append(text.substr(from));
+}
+
+}  // namespace
+
+std::string replaceAll(std::string_view text, std::string_view what, std::string_view with) {
+    return replaced(text, what, with, [&](std::size_t from) { return text.find(what, from); });
+}
+
+std::string replaceAllNoCase(std::string_view text, std::string_view what, std::string_view with) {
+    return replaced(text, what, with, [&](std::size_t from) { return findNoCase(text, what, from); });
 }
 
 std::string_view firstLine(std::string_view text) noexcept {

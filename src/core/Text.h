@@ -17,6 +17,9 @@ std::size_t findNoCase(std::string_view hay, std::string_view needle, std::size_
 // The same in plain C++, for processors without vector registers and for tests to compare with.
 std::size_t findNoCasePortable(std::string_view hay, std::string_view needle, std::size_t from = 0) noexcept;
 
+// Offset of the last needle, or npos. An empty needle is found at the end.
+std::size_t rfindNoCase(std::string_view hay, std::string_view needle) noexcept;
+
 bool containsNoCase(std::string_view hay, std::string_view needle) noexcept;
 bool equalsNoCase(std::string_view a, std::string_view b) noexcept;
 bool startsWithNoCase(std::string_view text, std::string_view start) noexcept;
@@ -35,6 +38,8 @@ std::string_view trimRight(std::string_view text) noexcept;
 // Replaces every occurrence of `what` in one pass from the left, case-sensitively. An empty `what` changes
 // nothing.
 std::string replaceAll(std::string_view text, std::string_view what, std::string_view with);
+// The same without regard to case.
+std::string replaceAllNoCase(std::string_view text, std::string_view what, std::string_view with);
 
 // The text before the first CR or LF.
 std::string_view firstLine(std::string_view text) noexcept;

@@ -38,8 +38,8 @@ class MetaTagEditor final : public QObject {
         std::string text;
         std::string label;
 
-        void set(std::string_view newText);  // the label counts
-        void clear();                        // the label does not
+        void set(std::string_view newText);  // the label shows the count
+        void clear();                        // the label shows no count
     };
     // Requests a page for getMetaTag; false while another request runs.
     using Connect = std::function<bool(const std::string& url)>;

@@ -10,8 +10,9 @@ namespace relay {
 
 namespace {
 
-constexpr std::size_t kAround = 3;              // lines of context
-constexpr std::size_t kMostDifferences = 1500;  // lines that are compared one by one; bounds time and memory
+constexpr std::size_t kAround = 3;               // lines of context
+constexpr std::size_t kMostDifferences = 1500;   // lines that are compared one by one; bounds time and memory
+constexpr std::size_t kMostComparisons = 10000;  // of removed lines with added ones, in one change
 
 // Bytes from `from` to before `end` of a text.
 struct Span final {
@@ -195,26 +196,67 @@ void addSide(char sign, std::string_view text, Span lines, Span touched, std::ve
     }
 }
 
-Span touchedSpan(Span span, std::size_t start, std::size_t end) {
-    return {span.from + start, span.end - end};
+// A removed line and the added one that stands for it, by their places among the lines of a change.
+using LinePair = std::pair<std::size_t, std::size_t>;
+
+// The bytes that two lines share at their ends; 0 when that is less than half of the shorter one.
+std::size_t likeness(std::string_view a, std::string_view b) {
+    const std::size_t start = commonStart(a, b);
+    const std::size_t same = start + commonEnd(a.substr(start), b.substr(start));
+    return 2 * same >= std::min(a.size(), b.size()) ? same : 0;
 }
 
-// Line by line where both sides have as many, else as one text.
+// The pairs, in order, that share the most bytes; none where comparing every line with every other one would
+// take too long.
+std::vector<LinePair> pairLikeLines(std::string_view before, const std::vector<Span>& removed,
+                                    std::string_view after, const std::vector<Span>& added) {
+    std::vector<LinePair> pairs;
+    if (removed.size() * added.size() > kMostComparisons) return pairs;
+    // best[a][b]: what the lines from a and b on can share.
+    std::vector<std::vector<std::size_t>> best(removed.size() + 1,
+                                               std::vector<std::size_t>(added.size() + 1, 0));
+    std::vector<std::vector<std::size_t>> alike = best;
+    for (std::size_t a = removed.size(); a-- > 0;) {
+        for (std::size_t b = added.size(); b-- > 0;) {
+            alike[a][b] = likeness(removed[a].of(before), added[b].of(after));
+            best[a][b] = std::max({best[a + 1][b], best[a][b + 1], best[a + 1][b + 1] + alike[a][b]});
+        }
+    }
+    for (std::size_t a = 0, b = 0; a < removed.size() && b < added.size();) {
+        if (alike[a][b] > 0 && best[a][b] == best[a + 1][b + 1] + alike[a][b])
+            pairs.emplace_back(a++, b++);
+        else
+            best[a][b] == best[a + 1][b] ? ++a : ++b;
+    }
+    return pairs;
+}
+
+std::vector<LinePair> pairLines(std::string_view before, const std::vector<Span>& removed,
+                                std::string_view after, const std::vector<Span>& added) {
+    if (removed.size() != added.size()) return pairLikeLines(before, removed, after, added);
+    std::vector<LinePair> pairs;
+    for (std::size_t i = 0; i < removed.size(); ++i) pairs.emplace_back(i, i);
+    return pairs;
+}
+
+// A line without a partner is touched altogether.
 void addChange(std::string_view before, std::string_view after, const Change& change,
                std::vector<DiffLine>& lines) {
     const std::vector<Span> removed = linesOf(before, change.before);
     const std::vector<Span> added = linesOf(after, change.after);
-    const bool paired = removed.size() == added.size();
-    std::vector<DiffLine> plus;
-    for (std::size_t i = 0; i < (paired ? removed.size() : 1); ++i) {
-        const Span a = paired ? removed[i] : change.before;
-        const Span b = paired ? added[i] : change.after;
-        const std::size_t start = commonStart(a.of(before), b.of(after));
-        const std::size_t end = commonEnd(a.of(before).substr(start), b.of(after).substr(start));
-        addSide('-', before, a, touchedSpan(a, start, end), lines);
-        addSide('+', after, b, touchedSpan(b, start, end), plus);
+    std::vector<Span> removedTouched = removed;
+    std::vector<Span> addedTouched = added;
+    for (const auto& [a, b] : pairLines(before, removed, after, added)) {
+        const std::string_view old = removed[a].of(before);
+        const std::string_view now = added[b].of(after);
+        const std::size_t start = commonStart(old, now);
+        const std::size_t end = commonEnd(old.substr(start), now.substr(start));
+        removedTouched[a] = {removed[a].from + start, removed[a].end - end};
+        addedTouched[b] = {added[b].from + start, added[b].end - end};
     }
-    lines.insert(lines.end(), plus.begin(), plus.end());
+    for (std::size_t i = 0; i < removed.size(); ++i)
+        addSide('-', before, removed[i], removedTouched[i], lines);
+    for (std::size_t i = 0; i < added.size(); ++i) addSide('+', after, added[i], addedTouched[i], lines);
 }
 
 // Where up to kAround lines in front of `at` begin, not before `from`.

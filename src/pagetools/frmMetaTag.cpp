@@ -80,7 +80,7 @@ void frmMetaTag::connectFiles() {
     m_ui->lsvDirs->setRows(&m_editor.lsvDirs, {12});
     connect(m_ui->lsvDirs, &ListView::rowClicked, this, [this](int row) { m_editor.chooseRow(row); });
     connect(m_ui->lsvDirs, &ListView::rowEntered, this, [this](int row) { m_editor.chooseRow(row); });
-    // The list is filled anew, which it must not be within its own click.
+    // Queued: opening a folder refills the list, which must not happen inside the list's own click.
     connect(
         m_ui->lsvDirs, &ListView::rowActivated, this,
         [this](int row) {

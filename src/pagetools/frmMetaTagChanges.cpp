@@ -29,7 +29,7 @@ Colours coloursOf(char sign, const QPalette& palette) {
     return dark ? Colours{0x1d3326, 0x2c6b3f} : Colours{0xe6ffec, 0x9be9ad};
 }
 
-// Bytes without a picture as in a program's text.
+// Control bytes are shown as escapes: \r, \n, \x1b.
 QString withEscapes(QString text) {
     text.replace(QLatin1Char('\r'), QStringLiteral("\\r")).replace(QLatin1Char('\n'), QStringLiteral("\\n"));
     for (qsizetype at = 0; at < text.size(); ++at) {

@@ -60,7 +60,7 @@ void frmAddURLFromWeb::showStatus(const QString& text) {
     m_ui->StatusBar1->setToolTip(text);
 }
 
-// The page's address belongs to the request while it runs. The focus stays where Escape is heard.
+// The address is read-only, not disabled: it keeps the focus, so that Escape reaches the form.
 void frmAddURLFromWeb::showFetching(bool fetching) {
     m_ui->Command1_2->setEnabled(!fetching);
     m_ui->txtWebURL->setReadOnly(fetching);

@@ -9,6 +9,7 @@
 #include "core/Log.h"
 #include "core/Paths.h"
 #include "core/Prompts.h"
+#include "core/ReportFiles.h"
 #include "core/Services.h"
 #include "core/Trap.h"
 #include "core/clsPreference.h"

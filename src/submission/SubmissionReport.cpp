@@ -3,16 +3,13 @@
 
 #include "core/Clock.h"
 #include "core/Failure.h"
-#include "core/FileNames.h"
 #include "core/FileStore.h"
 #include "core/FileSystem.h"
 #include "core/FolderLock.h"
 #include "core/IniFile.h"
 #include "core/Text.h"
-#include "core/Url.h"
 #include "projects/WebsiteFile.h"
 
-#include <cstdio>
 #include <limits>
 
 namespace relay {
@@ -20,9 +17,6 @@ namespace relay {
 namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";
-// Longer names are cut and get a checksum of the whole name.
-constexpr std::size_t kLongestName = 200;  // bytes
-constexpr std::size_t kKeptOfLongName = 180;
 constexpr std::string_view kDark = "#CCD8EA";
 constexpr std::string_view kLight = "#E8E8E8";
 
@@ -158,17 +152,6 @@ std::string buildReport(std::string_view URL, const IniFile& websiteFile, std::s
     addLegend(text);
     addFoot(text, maker);
     return text;
-}
-
-std::string reportFileName(std::string_view URL, const QDateTime& time) {
-    std::string name = URLToFileName(URL);
-    if (name.size() > kLongestName) {
-        char sum[10];
-        std::snprintf(sum, sizeof sum, "~%08x", static_cast<unsigned>(crc32(name)));
-        name.resize(kKeptOfLongName);
-        name += sum;
-    }
-    return (name.empty() ? name : mendedFileName(name)) + "(" + fileDate(time) + ").html";
 }
 
 void noteReport(const std::string& websiteFile, std::string_view URL, const QDateTime& time,

@@ -51,10 +51,6 @@ struct ReportMaker final {
 std::string buildReport(std::string_view URL, const IniFile& websiteFile, std::string_view date,
                         const SubmitResults& results, const ReportMaker& maker);
 
-// "a.test_b_c(2002-Apr-01-1305).html": never a path, whatever the URL. A name over 200 bytes is cut to 180
-// and gets "~" and the CRC-32 of the whole name in hex digits, so that long URLs stay distinct.
-std::string reportFileName(std::string_view URL, const QDateTime& time);
-
 // Lists a report in the website file: raises LastReport and writes URL, Date and ReportFile under the new
 // number. Reads and writes under one lock of the folder. Throws Failure.
 void noteReport(const std::string& websiteFile, std::string_view URL, const QDateTime& time,

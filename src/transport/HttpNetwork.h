@@ -13,7 +13,7 @@ struct HttpTransfer;
 // The network thread: one libcurl multi_poll loop that serves every HttpClient made with it and hands results
 // in batches to the event loop of the thread that made it. Make one per program; it must outlive its clients
 // and must not be deleted in a handler of their signals. A request that runs out of memory fails; the thread
-// goes on.
+// keeps running.
 class HttpNetwork final {
   public:
     explicit HttpNetwork(Authorities authorities = Authorities::fromEnvironment(environmentVariable));

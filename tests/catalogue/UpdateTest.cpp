@@ -154,7 +154,29 @@ TEST_F(UpdateTest, ABadReplyLeavesItsFileAndThoseBehindItAlone) {
             EXPECT_EQ(contents(), before);
         }
     }
+    giveOldFiles();
+    const auto before = contents();
+    web.failUpdate("/enginedata/top.kws", "404");
+    EXPECT_EQ(run(), UpdateEnding::FileFailed);
+    web.failUpdate("/enginedata/top.kws", "");
     EXPECT_EQ(run(), UpdateEnding::Updated) << "a new try";
+    EXPECT_THAT(update.change().removed, ElementsAre("Old"));
+    update.undo();
+    EXPECT_EQ(contents(), before) << "both tries are taken back";
+}
+
+TEST_F(UpdateTest, ATextThatIsNoDataFileIsNotStored) {
+    giveOldFiles();
+    const auto before = contents();
+    const std::string texts[] = {"\xEF\xBB\xBF\r\n<HTML>", "<?xml version=\"1.0\"?>\n<html>",
+                                 "<!-- x --><html>", std::string("\x1F\x8B\x08\0\0", 5)};
+    for (const std::string& text : texts) {
+        FaultServer server([&text](FaultServer::Peer& peer) { peer.send(FaultServer::answer(200, text)); });
+        update.setServer(server.host());
+        EXPECT_EQ(run(), UpdateEnding::FileFailed) << text;
+        EXPECT_THAT(update.state().reason, HasSubstr("instead of the file"));
+        EXPECT_EQ(contents(), before);
+    }
 }
 
 TEST_F(UpdateTest, AFileThatCannotBeSavedStaysAndSoDoesTheWayBack) {

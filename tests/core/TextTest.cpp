@@ -70,6 +70,12 @@ TEST(Text, FollowsItsTable) {
                {"CleanLineBreaks", [](const Inputs& in) { return CleanLineBreaks(in[0]); }},
                {"CutAtNull", [](const Inputs& in) { return CutAtNull(in[0]); }},
                {"replaceAll", [](const Inputs& in) { return replaceAll(in[0], in[1], in[2]); }},
+               {"replaceAllNoCase", [](const Inputs& in) { return replaceAllNoCase(in[0], in[1], in[2]); }},
+               {"rfindNoCase",
+                [](const Inputs& in) {
+                    const std::size_t at = rfindNoCase(in[0], in[1]);
+                    return at == npos ? "none" : std::to_string(at);
+                }},
                {"firstLine", [](const Inputs& in) { return std::string(firstLine(in[0])); }},
                {"trim", [](const Inputs& in) { return std::string(trim(in[0])); }},
                {"SplitAtPipe", splitAtPipe},

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "core/ReportFiles.h"
 #include "core/Text.h"
 #include "core/Url.h"
 #include "support/CaseTable.h"
+#include "support/TestHome.h"
 
 #include <gtest/gtest.h>
 #include <map>
@@ -31,6 +33,13 @@ TEST(Url, FollowsItsTable) {
                {"GetURLPath", [](const Inputs& in) { return GetURLPath(in[0]); }},
                {"GetURLDirectory", [](const Inputs& in) { return GetURLDirectory(in[0]); }},
                {"URLToFileName", [](const Inputs& in) { return URLToFileName(in[0]); }}});
+}
+
+TEST(Url, MakesAFileNameOfAnyTitle) {
+    playCases(
+        TEST_FOLDER "/cases/report-names.txt",
+        {{"reportFileName", [](const Inputs& in) { return reportFileName(in[0], test::FixedClock().now()); }},
+         {"distinctFileName", [](const Inputs& in) { return distinctFileName(in[0]); }}});
 }
 
 // The rule as it is written: round after round over the whole text.

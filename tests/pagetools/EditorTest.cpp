@@ -59,7 +59,7 @@ class EditorTest : public SessionFixture, public testing::Test {
 
 }  // namespace
 
-TEST_F(EditorTest, ListsFoldersFirstAndTellsTheKindsOfFiles) {
+TEST_F(EditorTest, ListsFoldersFirstAndShowsTheKindsOfFiles) {
     for (const char* name : {"site/b.HTM", "site/a.shtml", "site/c.cfm", "site/d.asp.bak", "site/e.txt",
                              "site/.hidden.html", "site/sub/x.html"})
         home.write(name, kPage);

@@ -78,6 +78,14 @@ TEST(PageDiffTest, WritesUnifiedDiffsAndMarksTheTouchedBytes) {
     EXPECT_EQ(hunks.at(0).lines.at(2).touched(), "Old");
     EXPECT_EQ(hunks.at(0).lines.at(3).touched(), "New shop");
     EXPECT_EQ(hunks.at(1).lines.at(3).touched(), "\r\n");
+    // Lines that are alike are compared with each other also where there are more of them on one side.
+    const DiffHunk uneven = diffTexts("<head>\n<title>Old\nshop</title>\n<meta a=\"k\">\n<p>",
+                                      "<head>\n<title>Old town</title>\n<meta a=\"keys\">\n<p>")
+                                .at(0);
+    std::string touched;
+    for (const DiffLine& line : uneven.lines)
+        if (line.sign != ' ') touched.append(1, line.sign).append(line.touched()).append("|");
+    EXPECT_EQ(touched, "-|-shop</title>\n|-|+ town</title>|+eys|");
     EXPECT_EQ(unifiedDiff("x", diffTexts("", "\r\n")), "--- x\n+++ x\n@@ -0,0 +1,1 @@\n+\r\n");
     EXPECT_EQ(unifiedDiff("x", diffTexts("a", "a\r\n")),
               "--- x\n+++ x\n@@ -1,1 +1,1 @@\n-a\n\\ No newline at end of file\n+a\r\n");

@@ -3,7 +3,6 @@
 #include "core/FileStore.h"
 #include "core/IniFile.h"
 #include "submission/SubmissionReport.h"
-#include "support/CaseTable.h"
 #include "support/TestHome.h"
 
 #include <gtest/gtest.h>
@@ -11,13 +10,6 @@
 namespace relay::test {
 
 namespace {
-
-TEST(ReportTest, MakesAFileNameOfAnyURL) {
-    playCases(TEST_FOLDER "/cases/report-names.txt",
-              {{"reportFileName", [](const std::vector<std::string>& in) {
-                    return reportFileName(in[0], FixedClock().now());
-                }}});
-}
 
 TEST(ReportTest, KeepsEachFailedEngineOnce) {
     FailEngines engines;

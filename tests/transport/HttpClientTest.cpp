@@ -173,7 +173,7 @@ TEST_F(HttpClientTest, AsksTheProxyThatIsSetAndNoOther) {
 
 TEST_F(HttpClientTest, EndsEveryReplyWithItsStatusAndTheTextThatCame) {
     // What the server sends, and what it does then: "close", "wait" until the client goes, "reset", or what
-    // it goes on to send without end.
+    // it then sends without end.
     const auto ended = [this](const std::vector<std::string>& in) {
         FaultServer server([&in](Peer& peer) {
             peer.send(in[0]);

@@ -5,7 +5,9 @@
 #include "app/frmAbout.h"
 #include "app/frmPreference.h"
 #include "app/frmSplash.h"
+#include "catalogue/frmUpdateEngines.h"
 #include "core/FileStore.h"
+#include "core/Text.h"
 #include "pagetools/frmMetaTag.h"
 #include "pagetools/frmMetaTagChanges.h"
 #include "practice/PracticeWeb.h"
@@ -96,6 +98,29 @@ void drawMetaTags(Program& program, const test::TestHome& home, const QString& f
     frmMetaTagChanges changes(editor.editor().selectedFiles(), *editor.editor().wantedChange());
     changes.show();
     save(changes, folder, "meta-tag-changes");
+}
+
+// An update from the installed starter data of a home that has an older catalogue, and one that fails.
+void drawUpdate(Program& program, const test::TestHome& home, test::ScriptedPrompts& prompts,
+                const QString& folder) {
+    const std::string starter = readFile(RELAY_DATA_FOLDER "/krveng5.dat");
+    const std::string older = replaceAll(starter, "Name=Yep IndexNow", "Name=Harbour Finder");
+    home.write("data/krveng5.dat", replaceAll(older, "https://yandex.com/", "http://yandex.com/"));
+    EngineUpdate& update = program.main().update;
+    frmUpdateEngines form(update, prompts);
+    form.show();
+    save(form, folder, "update-ready");
+    update.Start();
+    save(form, folder, "update-running");
+    test::waitUntil([&] { return !update.isRunning(); });
+    save(form, folder, "update-engines");
+    form.resize(form.minimumSizeHint());
+    save(form, folder, "update-engines-small");
+    update.setServer("127.0.0.1:1");
+    update.Start();
+    test::waitUntil([&] { return !update.isRunning(); });
+    save(form, folder, "update-failed");
+    form.close();
 }
 
 void drawDialogs(Program& program, test::ScriptedPrompts& prompts, const QString& folder) {
@@ -190,12 +215,15 @@ int main(int argc, char** argv) {
     fillHome(home, practice.address());
     test::ScriptedPrompts prompts;
     const test::FixedClock clock;
-    Program program(home.paths(), {}, clock, prompts);
+    Paths paths = home.paths();
+    paths.installedData = RELAY_DATA_FOLDER;
+    Program program(paths, {}, clock, prompts);
     program.start();
     drawWindow(program, folder);
     drawSubmission(program, folder);
     drawDialogs(program, prompts, folder);
     drawMetaTags(program, home, folder);
+    drawUpdate(program, home, prompts, folder);
     for (const auto& shown : prompts.shown) qWarning("%s: %s", shown.title.c_str(), shown.text.c_str());
     return 0;
 }
