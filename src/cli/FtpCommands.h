@@ -3,6 +3,7 @@
 
 #include "cli/Command.h"
 #include "ftp/FtpLogin.h"
+#include "ftp/FtpQueue.h"
 
 #include <functional>
 #include <string>
@@ -11,7 +12,6 @@
 namespace relay {
 
 class FtpClient;
-struct FtpFileEnd;
 
 // What the commands for a server share: the login, and waiting.
 class FtpCommand : public Command {

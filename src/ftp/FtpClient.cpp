@@ -224,13 +224,7 @@ void FtpClient::FTPConnect(const FtpLogin& login, int timeOutSeconds, bool follo
 }
 
 void FtpClient::controlFailed(const std::string& error) {
-    if (!error.empty()) {
-        m_problem = error;
-        DisplayMessage("Socket1 Error: " + error);
-    }
-    const std::string problem = m_problem;
-    m_ftp.controlClosed();
-    if (!error.empty()) m_problem = problem;
+    error.empty() ? m_ftp.controlClosed() : m_ftp.controlClosed("Socket1 Error: " + error);
     if (m_connecting) connectEnded(false);
 }
 

@@ -11,6 +11,7 @@
 
 #include <QHostAddress>
 #include <QNetworkProxy>
+#include <QScopedValueRollback>
 #include <QSslCertificate>
 #include <QSslSocket>
 #include <QTcpServer>
@@ -25,6 +26,7 @@ namespace {
 
 constexpr int kBlocksPerTurn = 64;           // 2 MB, then other events have their turn
 constexpr qint64 kQueuedBytes = 512 * 1024;  // written but not yet taken by the system
+constexpr std::size_t kReadBytes = 64 * 1024;
 constexpr int kLingerMilliseconds = 10'000;  // for what is left of a closed connection
 
 std::string errorOf(const QAbstractSocket& socket) {
@@ -107,7 +109,7 @@ class FtpSockets::Listener final : public QTcpServer {
     FtpSockets& m_owner;
 };
 
-FtpSockets::FtpSockets(QObject* parent) : QObject(parent) {}
+FtpSockets::FtpSockets(QObject* parent) : QObject(parent), m_block(kReadBytes) {}
 
 FtpSockets::~FtpSockets() {
     abort();
@@ -236,7 +238,7 @@ void FtpSockets::useNewSocket() {
     m_data->setProxy(QNetworkProxy::NoProxy);
     connect(m_data, &QIODevice::readyRead, this, &FtpSockets::readData);
     connect(m_data, &QIODevice::bytesWritten, this, &FtpSockets::sendMore);
-    connect(m_data, &QAbstractSocket::errorOccurred, this, &FtpSockets::dataFailed);
+    connect(m_data, &QAbstractSocket::errorOccurred, this, &FtpSockets::dataEnded);
     connect(m_data, &QAbstractSocket::disconnected, this, &FtpSockets::dataGone);
     if (m_encrypted == nullptr) return;
     m_encrypted->setSslConfiguration(m_configuration);
@@ -262,24 +264,37 @@ void FtpSockets::dataUp() {
 }
 
 void FtpSockets::readData() {
-    if (m_data == nullptr || !m_ready || m_data->bytesAvailable() == 0) return;
-    const QByteArray bytes = m_data->readAll();
-    Q_EMIT dataMoved();
-    m_ftp->dataReceived({bytes.constData(), static_cast<std::size_t>(bytes.size())});
+    while (m_data != nullptr && m_ready) {
+        const qint64 got = m_data->read(m_block.data(), static_cast<qint64>(m_block.size()));
+        if (got < 0) dataEnded();  // an unbuffered socket says so only here
+        if (got <= 0) return;
+        Q_EMIT dataMoved();
+        m_ftp->dataReceived({m_block.data(), static_cast<std::size_t>(got)});
+    }
 }
 
-void FtpSockets::dataFailed(QAbstractSocket::SocketError error) {
-    if (error == QAbstractSocket::RemoteHostClosedError || m_data == nullptr) return;
+void FtpSockets::dataEnded() {
+    if (m_data == nullptr) return;
+    if (m_data->error() == QAbstractSocket::RemoteHostClosedError)
+        dataGone();
+    else
+        dataFailed();
+}
+
+void FtpSockets::dataFailed() {
     const std::string words = errorOf(*m_data);
     const bool wasUp = m_wasUp;
     dropData();
     wasUp ? m_ftp->dataError(words) : m_ftp->dataFailed(words);
 }
 
+// With TLS the end is known before the connection is closed: there may be bytes to read, and the server waits
+// for the client's own end.
 void FtpSockets::dataGone() {
-    readData();
+    const bool last = std::exchange(m_gone, true);
+    if (!last) readData();
     if (m_data == nullptr) return;
-    dropData();
+    closeData();
     m_ftp->dataClosed();
 }
 
@@ -290,6 +305,8 @@ void FtpSockets::beginSending() {
 
 void FtpSockets::sendMore() {
     Q_EMIT dataMoved();
+    if (m_moving) return;  // called by what is below
+    const QScopedValueRollback<bool> moving(m_moving, true);
     for (int blocks = 0; m_sending && m_ready; ++blocks) {
         const qint64 queued =
             m_data->bytesToWrite() + (m_encrypted == nullptr ? 0 : m_encrypted->encryptedBytesToWrite());
@@ -311,7 +328,7 @@ void FtpSockets::sendMore() {
 }
 
 void FtpSockets::dropData() {
-    m_sending = m_ready = m_wasUp = false;
+    m_sending = m_ready = m_wasUp = m_gone = false;
     m_encrypted = nullptr;
     if (m_data != nullptr) drop(std::exchange(m_data, nullptr), this);
     if (m_listener != nullptr) std::exchange(m_listener, nullptr)->deleteLater();

@@ -11,6 +11,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 class QSslSocket;
 class QTcpSocket;
@@ -62,7 +63,8 @@ class FtpSockets final : public QObject, public FtpWire {
     void useNewSocket();
     void dataUp();
     void readData();
-    void dataFailed(QAbstractSocket::SocketError error);
+    void dataEnded();
+    void dataFailed();
     void dataGone();
     void sendMore();
     void dropData();
@@ -74,9 +76,12 @@ class FtpSockets final : public QObject, public FtpWire {
     Listener* m_listener = nullptr;     // dsSocket2(0)
     QTcpSocket* m_data = nullptr;       // dsSocket2(1)
     QSslSocket* m_encrypted = nullptr;  // the same, when it is to be encrypted
+    std::vector<char> m_block;          // of what is read
     bool m_sending = false;
-    bool m_wasUp = false;  // the data connection was made ...
-    bool m_ready = false;  // ... and is encrypted, if it is to be
+    bool m_moving = false;  // sendMore is running
+    bool m_wasUp = false;   // the data connection was made ...
+    bool m_gone = false;    // the server has ended it
+    bool m_ready = false;   // ... and is encrypted, if it is to be
 };
 
 }  // namespace relay

@@ -424,9 +424,9 @@ void modFTP::disconnected(std::int16_t code) {
     endCommand(code);
 }
 
-void modFTP::controlClosed() {
+void modFTP::controlClosed(std::string_view why) {
     if (m_login == Login::None) return;
-    m_lastReply = "The server closed the connection.";
+    m_lastReply = why;
     show(m_lastReply);
     disconnected(kFtpNoReply);
     fire();

@@ -63,7 +63,7 @@ class modFTP final {
     // From the sockets.
     void controlReceived(std::string_view bytes);
     void controlEncrypted();
-    void controlClosed();
+    void controlClosed(std::string_view why = "The server closed the connection.");
     void dataConnected();                     // to where connectData was asked to
     void dataAccepted(int socket);            // by the listener
     void dataFailed(std::string_view error);  // it could not be connected
