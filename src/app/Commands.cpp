@@ -152,7 +152,8 @@ constexpr Command kMainCommands[] = {
     {"mnuToolsItems_3", "Search"},
     {"mnuToolsItems_5", "Doorway"},
     {"mnuToolsItems_6", "Keyword"},
-    {"mnuToolsItems_7", "FTP"},
+    {"mnuToolsItems_7", "FTP", "", "", always, "frmFTPClient_Load_Error: ",
+     [](Target target) { target.show("frmFTPClient"); }},
     {"mnuToolsItems_9", "EngineBuilder"},
     // Add-Ins.
     {"mnuAddInsItems_0", "AddIn"},

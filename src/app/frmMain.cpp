@@ -12,6 +12,8 @@
 #include "core/ScreenText.h"
 #include "core/Services.h"
 #include "core/clsPreference.h"
+#include "ftp/KeychainSecrets.h"
+#include "ftp/frmFTPClient.h"
 #include "pagetools/frmMetaTag.h"
 #include "projects/UrlList.h"
 #include "projects/frmAddURL.h"
@@ -37,7 +39,8 @@ constexpr int kSplitterStep = 24;
 constexpr QSize kFrame(8, 40);  // around a window, at most
 
 // Opens the wizard. The window is disabled until it closes.
-void showSubmit(const CommandTarget& target, QWidget* parent, std::optional<CutOffRun> cutOff) {
+void showSubmit(const CommandTarget& target, QWidget* parent, std::optional<CutOffRun> cutOff,
+                const std::vector<std::string>& onlyURLs = {}) {
     std::optional<frmSubmit> wizard;
     {
         const BusyPointer busy(target.services.prompts);
@@ -45,10 +48,30 @@ void showSubmit(const CommandTarget& target, QWidget* parent, std::optional<CutO
         options.linkEngines = target.main.linksEngines;
         wizard.emplace(target.services, target.main.catalogue, std::move(options), parent);
     }
+    if (!onlyURLs.empty()) wizard->controller().submitOnly(onlyURLs);
     if (cutOff && !wizard->controller().resume(std::move(*cutOff))) return;
     wizard->exec();
     // Reads the new reports into the website's panel.
     target.main.workspace.autoSave();
+}
+
+// Not modal, so that the engines for changed pages can be selected beside it. The form deletes itself when it
+// is closed.
+void showFTPClient(const CommandTarget& target, QWidget* parent) {
+    auto* form = parent->findChild<frmFTPClient*>(QString(), Qt::FindDirectChildrenOnly);
+    if (form == nullptr) {
+        form = new frmFTPClient(target.services, target.main.fetcher, desktopSecrets(), parent);
+        QObject::connect(form, &frmFTPClient::submitWanted, parent,
+                         [&target, parent](const std::vector<std::string>& urls) {
+                             if (target.main.readyToSubmit())
+                                 showSubmit(target, parent, std::nullopt, urls);
+                             else
+                                 parent->activateWindow();
+                         });
+    }
+    form->show();
+    form->raise();
+    form->activateWindow();
 }
 
 // The editor is made at its first use and keeps its folder and texts.
@@ -83,6 +106,7 @@ struct Screen final {
 };
 constexpr Screen kScreens[] = {
     {"frmMetaTag", showMetaTag},
+    {"frmFTPClient", showFTPClient},
     {"frmAbout", [](const CommandTarget&, QWidget* parent) { frmAbout(parent).exec(); }},
     {"frmPreference",
      [](const CommandTarget& target, QWidget* parent) {
@@ -444,10 +468,12 @@ void frmMain::moveEvent(QMoveEvent* event) {
 }
 
 void frmMain::closeEvent(QCloseEvent* event) {
-    if (closeAllowed && !closeAllowed())
+    if (closeAllowed && !closeAllowed()) {
         event->ignore();
-    else
-        event->accept();
+        return;
+    }
+    event->accept();
+    if (auto* const ftp = findChild<frmFTPClient*>(QString(), Qt::FindDirectChildrenOnly)) ftp->close();
 }
 
 }  // namespace relay

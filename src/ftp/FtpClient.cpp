@@ -273,6 +273,10 @@ void FtpClient::setCaption(std::string_view caption) {
     Q_EMIT stateChanged();
 }
 
+bool FtpClient::wantsLogin() const noexcept {
+    return m_connectCaption == kConnectCaption;
+}
+
 void FtpClient::btnConnect_Click(const std::optional<FtpLogin>& login) {
     if (m_connectCaption == kCloseCaption) {
         Stop();
@@ -361,7 +365,13 @@ void FtpClient::btnList_Click() {
 
 void FtpClient::lsvRemote_DblClick(int row) {
     const RowView chosen = lsvRemote.at(row);
-    if (chosen.icon == kFolderIcon) ChangeRemotePath(std::string(chosen.tag));
+    if (chosen.icon != kFolderIcon) return;
+    const std::string folder(chosen.tag);
+    if (!refuseUnconnected()) ChangeRemotePath(folder);
+}
+
+void FtpClient::txtRemotePath_Return(const std::string& path) {
+    if (!refuseUnconnected()) ChangeRemotePath(path);
 }
 
 // ---- The queue
@@ -480,7 +490,8 @@ void FtpClient::endQueue() {
     const std::string summary = failureSummary();
     if (!summary.empty()) DisplayMessage(summary);
     const int failed = static_cast<int>(failedFiles().size());
-    const bool compares = std::exchange(m_placingKey, false) && failed == 0;
+    m_sentKey = std::exchange(m_placingKey, false);
+    const bool compares = m_sentKey && failed == 0;
     Q_EMIT stateChanged();
     if (m_listAfter && isConnected()) ListFile(txtRemotePath());
     Q_EMIT queueEnded(static_cast<int>(m_ended.size()) - failed, failed);
@@ -540,13 +551,31 @@ void FtpClient::compareWithWeb() {
     if (m_compare != nullptr && !m_sending) m_compare->compare(m_ended);
 }
 
+std::vector<std::string> FtpClient::changedUrls() const {
+    if (m_compare == nullptr || m_placingKey || m_sentKey) return {};
+    return m_compare->changedUrls();
+}
+
+bool FtpClient::refuseUnpublished() {
+    if (m_compare != nullptr && m_compare->isOn()) return false;
+    m_services.prompts.message("Please enter the public address of the remote folder in the login first.",
+                               kTitle, Icon::Information);
+    return true;
+}
+
+void FtpClient::cmdIndexNow_Click() {
+    if (refuseUnconnected() || refuseUnpublished()) return;
+    const std::optional<std::string> key = m_services.prompts.input(
+        "Enter the IndexNow key. The IndexNow engines take the password of your web site as the key:",
+        kTitle);
+    if (key && !key->empty()) placeIndexNowKey(*key);
+}
+
 void FtpClient::placeIndexNowKey(const std::string& key) {
-    if (refuseUnconnected()) return;
+    if (refuseUnconnected() || refuseUnpublished()) return;
     trap(
         m_services.prompts, "",
         [&] {
-            if (m_compare == nullptr || !m_compare->isOn())
-                throw Failure("Please enter the public address of the remote folder in the login first.");
             const std::string file = writeIndexNowKeyFile(m_services, key);
             m_placingKey = true;
             sendFiles({{file, remotePathOf(m_baseFolder, getFileNameFromFile(file))}});

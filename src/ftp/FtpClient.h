@@ -69,6 +69,10 @@ class FtpClient final : public QObject, private FtpWatcher {
     const FtpLogin& login() const noexcept { return m_login; }
     // Null without a fetcher.
     FtpCompare* compare() noexcept { return m_compare.get(); }
+    // The pages to submit: what the last comparison found changed, unless it was of a key file.
+    std::vector<std::string> changedUrls() const;
+    // btnConnect_Click would use a login.
+    bool wantsLogin() const noexcept;
 
     // ---- The buttons. Each checks what must be so and shows the box that says otherwise.
     // btnConnect, by its caption: for "&Connect" the login that the user confirmed (nothing when cancelled).
@@ -79,12 +83,14 @@ class FtpClient final : public QObject, private FtpWatcher {
     void btnChangeDir_Click();  // asks for the path
     void btnList_Click();
     void lsvRemote_DblClick(int row);
+    void txtRemotePath_Return(const std::string& path);
     // Sends the files again that failed.
     void retryFailed();
     // Ends connecting, the running command or the queue; files not sent yet count as failed.
     void Stop();
     // Compares what the last queue sent with the web; compare() has the results and signals.
     void compareWithWeb();
+    void cmdIndexNow_Click();  // asks for the key
     // Template: writes the key file of IndexNow, sends it to the folder of PublicURL and, when it was sent,
     // compares it with the web. A message says why the key cannot be one.
     void placeIndexNowKey(const std::string& key);
@@ -123,6 +129,8 @@ class FtpClient final : public QObject, private FtpWatcher {
 
     // True, after the box, without a connection; also true while busy.
     bool refuseUnconnected();
+    // True, after the box, without a public address.
+    bool refuseUnpublished();
     void startDeadline(int seconds);
     void SendFTPCommand(const std::string& command, std::int16_t binary, const std::string& argument,
                         Then then);
@@ -168,7 +176,8 @@ class FtpClient final : public QObject, private FtpWatcher {
     bool m_sending = false;
     bool m_stopped = false;
     bool m_listAfter = true;
-    bool m_placingKey = false;
+    bool m_placingKey = false;  // the queue is a key file ...
+    bool m_sentKey = false;     // ... or the last one was
     std::vector<FtpFileEnd> m_ended;
     FtpProgress m_progress;
     std::int64_t m_sentBefore = 0;  // of the queue, before the present file

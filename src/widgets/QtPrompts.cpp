@@ -111,7 +111,8 @@ class QtPrompts::PlainPointer final {
 
 QWidget* QtPrompts::parent() const {
     if (QApplication::activeModalWidget() != nullptr) return QApplication::activeModalWidget();
-    return m_window.data();
+    QWidget* const active = QApplication::activeWindow();
+    return active != nullptr && m_window && active->parentWidget() == m_window ? active : m_window.data();
 }
 
 void QtPrompts::message(std::string_view text, std::string_view title, Icon icon) {

@@ -30,7 +30,7 @@ TEST(CommandsTest, EachCommandIsEnabledForItsNodesAndPanels) {
                                  "mnuEngineItems_4 mnuEngineItems_6 mnuEngineItems_8 mnuPopupItems_10"),
                             Pair("11111",
                                  " NewProject NewWeb Engines Submit MetaTag mnuFileItems_0 mnuFileItems_12 "
-                                 "mnuFileItems_13 mnuFileItems_15 mnuToolsItems_0 mnuHelpItems_0 "
+                                 "mnuFileItems_13 mnuFileItems_15 mnuToolsItems_0 mnuToolsItems_7 mnuHelpItems_0 "
                                  "mnuHelpItems_6 mnuHelpItems_7 "
                                  "mnuHelpItems_8 mnuHelpItems_10")));
 }
