@@ -10,7 +10,23 @@
 #include "practice/StarterServer.h"
 #include "submission/SubmissionController.h"
 
+#include <algorithm>
+
 namespace relay {
+
+namespace {
+// Their engines may get these twice.
+std::string inFlight(const CutOffRun& run) {
+    constexpr std::size_t kMostNames = 10;
+    if (run.inFlight.empty()) return {};
+    std::string names = "\r\n\r\nThese were in flight and will be sent again:";
+    for (std::size_t i = 0; i < std::min(kMostNames, run.inFlight.size()); ++i)
+        names += "\r\n" + run.nameOf(run.inFlight[i]);
+    if (run.inFlight.size() > kMostNames)
+        names += "\r\nand " + std::to_string(run.inFlight.size() - kMostNames) + " more";
+    return names;
+}
+}  // namespace
 
 clsMain::clsMain(const Services& services, Catalogue& ownCatalogue)
     : catalogue(ownCatalogue),
@@ -62,11 +78,16 @@ bool clsMain::readyToSubmit() {
 
 std::optional<CutOffRun> clsMain::cutOffRunToGoOnWith() {
     SubmissionController runs(m_services, catalogue, {});
-    std::optional<CutOffRun> run = runs.cutOffRun();
+    std::optional<CutOffRun> run;
+    {
+        const BusyPointer busy(m_services.prompts);  // a million requests take seconds
+        run = runs.cutOffRun();
+    }
     if (!run) return std::nullopt;
     const std::string left = std::to_string(run->left());
-    if (m_services.prompts.ask("The submission of " + reportDate(run->head.time) + " was cut off. Of its " +
-                                   "requests, " + left + " are left.\r\n\r\nDo you want to go on with it?",
+    if (m_services.prompts.ask("The submission of " + reportDate(run->head.time) +
+                                   " was interrupted. Requests left: " + left + "." + inFlight(*run) +
+                                   "\r\n\r\nDo you want to continue it?",
                                "Submit"))
         return run;
     if (!m_services.prompts.ask("Do you want to keep it for later? It is offered again at the next start.",

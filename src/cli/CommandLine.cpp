@@ -32,7 +32,7 @@ constexpr const char* kClosing =
     "\nThe switches /D (write a trace to Error.log) and /U (reports link to the engines' own pages) may\n"
     "be anywhere.\n"
     "\n"
-    "Exit codes: 0 everything succeeded; 1 the run ended but some engines did not succeed;\n"
+    "Exit codes: 0 everything succeeded; 1 the run ended but some engines or files did not succeed;\n"
     "2 wrong usage; 3 could not run; 130 stopped by Ctrl-C.\n"
     "\n"
     "Examples with the practice catalogue, so nothing leaves this computer. The first command keeps\n"

@@ -7,8 +7,12 @@
 #include "cli/ExitCode.h"
 #include "cli/Table.h"
 #include "core/Failure.h"
+#include "core/FileNames.h"
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
 #include "core/JsonLine.h"
+#include "ranking/RankingCatalogue.h"
+#include "ranking/RankingCheck.h"
 
 #include <ostream>
 
@@ -27,6 +31,42 @@ void writeJson(const clsEngines& engine, std::ostream& out) {
     }
     line.write(out);
 }
+
+constexpr std::string_view kEngineFile = "krveng5.dat";
+
+// The findings of all files, as a table or as JSON.
+class FindingList final {
+  public:
+    explicit FindingList(CommandLineContext& context) : m_context(context) {}
+
+    template <typename FileFinding>
+    void add(std::string_view file, const FileFinding& finding, std::string_view kind) {
+        m_any = true;
+        if (m_context.json) {
+            JsonLine()
+                .add("file", file)
+                .add("line", static_cast<std::int64_t>(finding.line))
+                .add("record", finding.record)
+                .add("finding", kind)
+                .add("text", finding.text)
+                .write(m_context.out());
+        } else {
+            m_table.add(
+                {std::string(file), std::to_string(finding.line), finding.record, kind, finding.text});
+        }
+    }
+
+    int write() const {
+        if (!m_table.empty()) m_table.write(m_context.out(), m_context.colours());
+        if (!m_any) m_context.note("Nothing found.");
+        return m_any ? kSomeFailed : kSucceeded;
+    }
+
+  private:
+    CommandLineContext& m_context;
+    Table m_table{{"File", "Line", "Record", "Finding", "What"}};
+    bool m_any = false;
+};
 
 }  // namespace
 
@@ -67,29 +107,19 @@ EnginesCheckCommand::EnginesCheckCommand(CLI::App& parent, CommandLineContext& c
 int EnginesCheckCommand::execute() {
     if (!context().loadEngineCategories()) return kCouldNotRun;
     const Session& home = context().home();
-    const std::string file = home.paths.inWindows("krveng5.dat");
+    const std::string file = home.paths.inWindows(kEngineFile);
     const std::string text = readFile(file);
     if (text.empty()) throw Failure(file + " is empty: no engine can be loaded from it.");
-    const std::vector<Finding> findings =
-        checkCatalogue(text, home.catalogue.engineCategories, home.preference.refusesAdultSites());
-    std::ostream& out = context().out();
-    Table table({"Line", "Engine", "Finding", "What"});
-    for (const Finding& finding : findings) {
-        const std::string_view kind = findingName(finding.kind);
-        if (context().json) {
-            JsonLine()
-                .add("line", static_cast<std::int64_t>(finding.line))
-                .add("record", finding.record)
-                .add("finding", kind)
-                .add("text", finding.text)
-                .write(out);
-        } else {
-            table.add({std::to_string(finding.line), finding.record, kind, finding.text});
-        }
+    FindingList list(context());
+    for (const Finding& finding :
+         checkCatalogue(text, home.catalogue.engineCategories, home.preference.refusesAdultSites()))
+        list.add(kEngineFile, finding, findingName(finding.kind));
+    const std::string ranking = rankingCatalogueFile(home.paths);
+    if (fileExists(ranking)) {
+        for (const RankFinding& finding : checkRankingCatalogue(readFile(ranking)))
+            list.add(getFileNameFromFile(ranking), finding, rankFindingName(finding.kind));
     }
-    if (!table.empty()) table.write(out, context().colours());
-    if (findings.empty()) context().note("Nothing found.");
-    return findings.empty() ? kSucceeded : kSomeFailed;
+    return list.write();
 }
 
 }  // namespace relay

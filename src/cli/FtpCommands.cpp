@@ -121,12 +121,12 @@ void FtpPutCommand::send(FtpClient& client, const std::function<void(int)>& done
         begin();
         return;
     }
-    client.ChangeRemotePath(m_path, [this, begin, done](bool, int code) {
+    client.ChangeRemotePath(m_path, [this, &client, begin, done](bool, int code) {
         if (code == 250) {
             begin();
             return;
         }
-        context().warn(m_path + ": the folder of the server could not be opened.");
+        context().warn(m_path + ": " + client.problem());
         done(kCouldNotRun);
     });
 }
@@ -151,9 +151,9 @@ void FtpPutCommand::reportEnd(int sent, int failed) {
         JsonLine().add("event", "done").add("sent", sent).add("failed", failed).write(out);
         return;
     }
-    Table table({"File", "Code", "Bytes", "Sent"});
+    Table table({"Sent", "Code", "Bytes", "File"});
     for (const FtpFileEnd& file : m_ended)
-        table.add({file.file, std::to_string(file.code), std::to_string(file.bytes), file.ok ? "yes" : "no"});
+        table.add({file.ok ? "yes" : "no", std::to_string(file.code), std::to_string(file.bytes), file.file});
     table.write(out, context().colours());
 }
 
@@ -177,7 +177,7 @@ int FtpListCommand::execute() {
                     done(kSucceeded);
                     return;
                 }
-                context().warn(client.txtRemotePath() + ": the folder of the server could not be listed.");
+                context().warn(client.txtRemotePath() + ": " + client.problem());
                 done(kCouldNotRun);
             });
         };

@@ -95,7 +95,8 @@ void SelectionOptions::addTo(CLI::App& app) {
              [](const std::string& file) -> Step {
                  return [file](Catalogue& catalogue) {
                      if (!fileExists(file)) throw Failure(file + ": there is no such engine file.");
-                     catalogue.selection.loadSelectedEngine(file);
+                     if (!catalogue.selection.loadSelectedEngine(file))
+                         throw Failure(file + ": the file was not read to its end.");
                  };
              });
     addFlag(app, "--failed", "The engines that failed in the last run",

@@ -19,7 +19,8 @@ class SelectionOptions final {
     // True if any option chooses engines (saving a selection does not).
     bool chooses() const noexcept { return !m_steps.empty(); }
     bool isGiven() const noexcept { return chooses() || !m_saveTo.empty(); }
-    // Applies the options to the catalogue's selection. Throws Failure if an engine or a file does not exist.
+    // Applies the options to the catalogue's selection. Throws Failure if an engine or a file does not exist,
+    // or a file of engines cannot be read to its end.
     void apply(CommandLineContext& context, Catalogue& catalogue) const;
 
   private:

@@ -30,12 +30,13 @@ void SubmissionWatcher::goOn(const CutOffRun& run) {
     m_urls += static_cast<int>(m_reports.size());
     m_endedOfUrl = static_cast<int>(std::count_if(
         run.ended.begin(), run.ended.end(), [&](const PairEnd& end) { return !run.finished[end.url]; }));
-    m_context.note("Going on with the run of " + reportDate(run.head.time) + ": " +
-                   std::to_string(run.left()) + " requests are left.");
+    m_context.note("Continuing the run of " + reportDate(run.head.time) + ": " + std::to_string(run.left()) +
+                   " requests are left.");
     for (const PairEnd& pair : run.inFlight) {
         const PlannedURL& url = run.plan.urls[pair.url];
         const std::string& engine = run.plan.engines[pair.engine];
-        m_context.note("Sent again, as it was under way: " + engine + " for " + url.URL);
+        // With --quiet too: these may reach an engine twice.
+        m_context.warn("Sent again, because it was in flight: " + run.nameOf(pair));
         if (!m_context.json) continue;
         JsonLine()
             .add("event", "again")

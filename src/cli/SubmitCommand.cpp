@@ -64,7 +64,7 @@ SubmitCommand::SubmitCommand(CLI::App& parent, CommandLineContext& context)
     app()
         .add_option("--website", m_websites, "The website files, in the order of the run")
         ->type_name("FILE");
-    app().add_flag("--resume", m_resume, "Go on with the run that was cut off by a crash or a power cut");
+    app().add_flag("--resume", m_resume, "Continue the run that a crash or a power cut interrupted");
     app()
         .add_option("--connections", m_connections,
                     "Requests at a time, 1 to 1000 (default: from the settings)")
@@ -77,7 +77,7 @@ SubmitCommand::SubmitCommand(CLI::App& parent, CommandLineContext& context)
 void SubmitCommand::checkUsage() const {
     if (m_resume) {
         if (!m_websites.empty() || m_selection.isGiven())
-            throw UsageError("--resume goes on with a run as it was: it takes no websites and no engines.");
+            throw UsageError("--resume continues a run as it was: it takes no websites and no engines.");
     } else if (m_websites.empty()) {
         throw UsageError("--website is required");
     } else if (!m_selection.chooses()) {
@@ -88,7 +88,7 @@ void SubmitCommand::checkUsage() const {
 
 int SubmitCommand::execute() {
     checkUsage();
-    // A run must not end in a table that has no place.
+    // Better now than at the end of the run.
     if (!m_csv.empty() && !folderExists(std::filesystem::path(absolutePath(m_csv)).parent_path().string()))
         throw Failure(m_csv + ": there is no such folder.");
     StopSignal& stop = context().console().stop;
@@ -96,7 +96,7 @@ int SubmitCommand::execute() {
     std::optional<CutOffRun> cutOff;
     if (m_resume) {
         cutOff = findCutOffRun(context().home().paths.AppPath);
-        if (!cutOff) throw Failure("There is no run that was cut off.");
+        if (!cutOff) throw Failure("There is no interrupted run to continue.");
     }
     if (!context().loadEngines()) return kCouldNotRun;
     Catalogue& catalogue = context().home().catalogue;
@@ -125,7 +125,7 @@ int SubmitCommand::run(Catalogue& catalogue, std::optional<CutOffRun> cutOff) {
     try {
         return saveTable(controller, watch(controller, watcher));
     } catch (...) {
-        // What cannot be told is no reason to lose the table.
+        // The table is saved even if the output failed.
         if (controller.state().results.count() > 0) saveTable(controller, kCouldNotRun);
         throw;
     }
@@ -134,25 +134,25 @@ int SubmitCommand::run(Catalogue& catalogue, std::optional<CutOffRun> cutOff) {
 int SubmitCommand::watch(SubmissionController& controller, SubmissionWatcher& watcher) {
     Console& console = context().console();
     QEventLoop loop;
-    // A failure to report ends the run, which would otherwise go on unreported.
-    std::exception_ptr untold;
-    const auto tell = [&](const auto& telling) {
+    // If the output fails, the run ends instead of continuing unseen.
+    std::exception_ptr outputFailure;
+    const auto print = [&](const auto& printing) {
         try {
-            if (!untold) telling();
+            if (!outputFailure) printing();
         } catch (...) {
-            untold = std::current_exception();
+            outputFailure = std::current_exception();
             loop.quit();
         }
     };
     QObject::connect(&controller, &SubmissionController::engineEnded, &loop,
-                     [&](const EngineEnded& ended) { tell([&] { watcher.engineEnded(ended); }); });
+                     [&](const EngineEnded& ended) { print([&] { watcher.engineEnded(ended); }); });
     QObject::connect(&controller, &SubmissionController::reportWritten, &loop,
-                     [&](const UrlReport& report) { tell([&] { watcher.reportWritten(report); }); });
+                     [&](const UrlReport& report) { print([&] { watcher.reportWritten(report); }); });
     QObject::connect(&controller, &SubmissionController::ledgerFailed, &loop, [&](const std::string& why) {
-        tell([&] { context().warn("The run could not go on after a crash: " + why); });
+        print([&] { context().warn("The run cannot be continued after a crash: " + why); });
     });
     QObject::connect(&controller, &SubmissionController::runDone, &loop, [&](const RunSummary& summary) {
-        tell([&] { watcher.runDone(summary); });
+        print([&] { watcher.runDone(summary); });
         loop.quit();
     });
     QObject::connect(&console.stop, &StopSignal::requested, &loop, [&] {
@@ -161,8 +161,8 @@ int SubmitCommand::watch(SubmissionController& controller, SubmissionWatcher& wa
     });
     if (console.stop.poll()) return kStopped;
     if (!controller.cmdSubmit()) return kCouldNotRun;
-    const int failed = watcher.isDone() || untold ? 0 : loop.exec();
-    if (untold) std::rethrow_exception(untold);
+    const int failed = watcher.isDone() || outputFailure ? 0 : loop.exec();
+    if (outputFailure) std::rethrow_exception(outputFailure);
     return failed != 0 ? failed : watcher.exitCode();
 }
 

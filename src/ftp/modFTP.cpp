@@ -327,9 +327,10 @@ void modFTP::act(int code, std::string_view line, std::string_view message) {
 }
 
 void modFTP::afterTable(int code, std::string_view message) {
-    if (code < 300 || code > 599 || code == 421) return;
+    if (code < 300 || code > 599) return;
     if (code != 503 && code != 550) m_state.LastError = masked(message);
     later(FtpEvent::Released);
+    if (code == 421) return;
     if (m_state.CurrentCommand == "TYPE") m_state.CurrentType = 1;
     if (code >= 400 && m_dataOpen) CloseDataConnection();
     endCommand(static_cast<std::int16_t>(code));

@@ -11,30 +11,33 @@ namespace relay {
 
 // What can be wrong with the ranking catalogue.
 enum class RankFindingKind : std::uint8_t {
-    NoEngines,       // no section Engines, or nothing under 1
-    Gap,             // a number of a list is empty or missing; what comes after it is never read
-    Duplicate,       // a section or key that is there already; only the first one counts
+    NoEngines,       // nothing is listed
+    Gap,             // a number is missing from a list; what comes after it is never read
+    Duplicate,       // an earlier section, key or list entry has this name
     MissingSection,  // a listed engine has no section
-    NotListed,       // a section that no list names
-    EmptyMarker,     // a marker that must not be empty
-    NestedMarker,    // one marker contains the other, so one of them hides the other
+    NotListed,       // a section that no list names, or a first choice that is not offered
+    EmptyMarker,     // a marker without which no result is read
+    NestedMarker,    // a marker inside another one, so that one of them has no effect, or too much
     UnknownKey,
-    BadNumber,   // Start or PerPage is no number or too large
-    BadAddress,  // EngineURL is no web address, or one that the chosen LinkType cannot follow
-    CutValue,    // longer than what is read
+    BadNumber,
+    BadAddress,   // no web address, or one that cannot be followed from page to page
+    CutValue,     // longer than what is read
+    SharedFiles,  // two engines whose saved pages can have the same name
 };
 
+// One fault in the ranking catalogue.
 struct RankFinding final {
     std::size_t line = 0;  // counted from 1
     std::string record;    // the section
     RankFindingKind kind{};
-    std::string text;
+    std::string text;  // message with the faulty text
 };
 
-// "gap", "missing section" and so on.
+// The name of the kind in lists: "gap", "missing section" and so on.
 std::string_view rankFindingName(RankFindingKind kind) noexcept;
 
-// Reads a ranking catalogue as its readers do and returns its faults, in line order; bounded in number.
+// Reads a ranking catalogue as its readers do and returns its faults, in line order. Each kind is reported a
+// thousand times at most; one finding at the end counts the rest. Nothing is loaded.
 std::vector<RankFinding> checkRankingCatalogue(std::string_view text);
 
 }  // namespace relay

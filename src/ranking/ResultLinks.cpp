@@ -26,7 +26,7 @@ std::string withoutLineBreaks(std::string_view html) {
             flat.append(line.substr(0, at));
             line.remove_prefix(at + 1);
         }
-        flat.append(line);
+        if (!line.empty()) flat.append(line);
     }
     return flat;
 }

@@ -27,7 +27,7 @@ namespace {
 
 constexpr std::chrono::seconds kFlushEvery(1);
 
-// Texts of the head must come back as the bytes they are, whatever they are.
+// Bytes that are not UTF-8 are written as hex digits, so that every text is read back unchanged.
 void appendExactText(std::string& json, std::string_view text) {
     const std::string printable = toPrintableUtf8(text);
     if (printable == text) return appendJsonText(json, text);
@@ -108,8 +108,7 @@ void flushFolderOf(const std::string& path) {
     if (opened >= 0) ::fsync(opened);
 }
 
-// Flushes a file once a second as long as something was written to it. A flush can take the disk a while,
-// which is why the run does not wait for it.
+// Flushes a file once a second if something was written to it. A slow disk does not delay the run.
 class Flusher final {
   public:
     Flusher(int file, std::string path)
@@ -136,7 +135,7 @@ int openLedger(const std::string& path, int more) {
                   0600);
 }
 
-// Where the file system has no locks there is none.
+// On a file system without locks, nothing is locked.
 bool isLocked(int file) {
     return ::flock(file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
 }
@@ -168,7 +167,7 @@ struct Ledger::Data final {
     std::string path;
     std::string problem;
     std::optional<Flusher> flusher;
-    qint64 second = -1;  // the time of the last line, as it was asked for and as it is written
+    qint64 second = -1;  // time of the last line, and its text
     std::string secondText;
 
     void take(int opened, const std::string& name) {
@@ -194,14 +193,14 @@ struct Ledger::Data final {
         flusher.reset();
         file.reset();
     }
-    // False: the file is another run's.
+    // False if the file belongs to another run.
     bool tryTake(const std::string& name);
 };
 
 bool Ledger::Data::tryTake(const std::string& name) {
     for (;;) {
         Descriptor opened(openLedger(name, O_CREAT));
-        // A link or a folder of that name is the user's.
+        // A link or a folder of that name belongs to the user.
         if (opened < 0 && (errno == ELOOP || errno == EISDIR || errno == ENXIO)) return false;
         if (opened < 0) throw fileFailure(name, errno);
         const std::int64_t size = sizeOf(opened);
@@ -246,8 +245,8 @@ void Ledger::goOn(const std::string& path, std::int64_t size) {
     Descriptor opened(openLedger(path, 0));
     if (opened < 0) throw fileFailure(path, errno);
     if (isLocked(opened) || sizeOf(opened) != size || !hasName(opened))
-        throw fileFailure(path, "Another program continues this run", 70);
-    // A torn last line is ended.
+        throw fileFailure(path, "Another program has continued this run", 70);
+    // Ends a torn last line.
     char last = '\n';
     if (size > 0 && ::pread(opened, &last, 1, size - 1) == 1 && last != '\n' && !writeAll(opened, "\n"))
         throw fileFailure(path, errno);

@@ -28,9 +28,13 @@ namespace {
 
 using nlohmann::json;
 
-constexpr std::size_t kLongestLine = 64u * 1024 * 1024;
+constexpr std::size_t kLongestHead = 64u * 1024 * 1024;
+constexpr int kDeepestHead = 16;
+constexpr std::size_t kLongestLine = 1024u * 1024;
+// Bytes per request, in all its lines. Reading a larger file would only delay the start of the program.
+constexpr std::int64_t kMostOfRequest = 16 * 1024;
 
-// What is not as it should be in the head of a ledger.
+// Thrown for a head that is not one of a ledger.
 struct NoLedger final {};
 
 const json& member(const json& object, const char* key) {
@@ -54,7 +58,7 @@ int hexDigit(char c) {
     throw NoLedger();
 }
 
-// A text of the head: a string, or the bytes of one that is no UTF-8.
+// A text of the head: a string, or hex digits if it is not UTF-8.
 std::string exactText(const json& value) {
     if (value.is_string()) return value.get<std::string>();
     const std::string hex = textOf(member(value, "hex"));
@@ -99,9 +103,10 @@ void readHead(const json& head, CutOffRun& run) {
     readEngines(head, run.plan);
     for (const json& website : member(head, "websites")) readUrls(website, run);
     if (run.plan.engines.empty() || run.plan.urls.empty()) throw NoLedger();
+    run.finished.assign(run.plan.urls.size(), false);
 }
 
-// The website file notes the report: what was killed between the two steps had done the first.
+// True if the website file lists the report: the program may have been killed before the ledger noted it.
 bool isNoted(const std::string& website, std::string_view URL, std::string_view path) {
     bool noted = false;
     failureOf([&] {
@@ -115,12 +120,11 @@ bool isNoted(const std::string& website, std::string_view URL, std::string_view 
     return noted;
 }
 
-// Puts a run together from the lines behind the head.
+// Restores a run from the lines after the head.
 class LineReader final {
   public:
     explicit LineReader(CutOffRun& run)
         : m_run(run), m_ended(run.plan.urls.size()), m_paths(run.plan.urls.size()) {
-        run.finished.assign(run.plan.urls.size(), false);
         for (std::size_t i = 0; i < run.plan.urls.size(); ++i)
             m_urls.emplace(
                 keyOf(toPrintableUtf8(run.plan.urls[i].website), toPrintableUtf8(run.plan.urls[i].URL)), i);
@@ -180,13 +184,13 @@ class LineReader final {
     }
     void readReport(const json& line, std::size_t url) {
         if (m_run.finished[url]) return;
-        // Only the line before has the path as it is.
+        // Only the line "reporting" contains the exact path.
         const bool written = !textOf(member(line, "path")).empty();
         addReport(url, written ? m_paths[url] : std::string(),
                   static_cast<int>(numberOf(member(line, "success"))),
                   static_cast<int>(numberOf(member(line, "failed"))));
     }
-    // -1: as the results have it.
+    // Counts of -1 are taken from the results.
     void addReport(std::size_t url, const std::string& path, int success, int failed) {
         m_run.finished[url] = true;
         if (success < 0) {
@@ -203,7 +207,7 @@ class LineReader final {
     std::unordered_map<std::string, std::size_t> m_urls;
     std::unordered_map<std::string, std::size_t> m_engines;
     std::vector<std::vector<bool>> m_ended;  // by URL and engine
-    std::vector<std::string> m_paths;        // of the reports that were about to be written
+    std::vector<std::string> m_paths;        // of the reports that were about to be written, by URL
     std::set<std::pair<std::uint16_t, std::uint16_t>> m_inFlight;
     bool m_over = false;
 };
@@ -220,12 +224,15 @@ class ReadFile final {
 
     bool isRegular() const noexcept { return m_regular; }
     std::int64_t size() const noexcept { return m_size; }
-    // Calls `line` with each line without its end, and whether it had one; until it gives false.
+    // Calls `line` with each line, without its end, and whether it had one, until it returns false. Skips
+    // lines after the first that are too long.
     void forEachLine(const std::function<bool(std::string_view, bool whole)>& line) const {
         std::string text;
         std::string chunk(256 * 1024, '\0');
         std::int64_t left = m_size;
-        while (left > 0 && text.size() < kLongestLine) {
+        bool isHead = true;
+        bool isSkipping = false;
+        while (left > 0 && text.size() < kLongestHead) {
             const ssize_t got = ::read(m_file, chunk.data(), chunk.size());
             if (got < 0 && errno == EINTR) continue;
             if (got <= 0) break;
@@ -233,12 +240,19 @@ class ReadFile final {
             left -= got;
             std::size_t begin = 0;
             for (std::size_t end = text.find('\n'); end != npos; end = text.find('\n', begin)) {
-                if (!line(std::string_view(text).substr(begin, end - begin), true)) return;
+                if (!std::exchange(isSkipping, false) &&
+                    !line(std::string_view(text).substr(begin, end - begin), true))
+                    return;
                 begin = end + 1;
+                isHead = false;
             }
             text.erase(0, begin);
+            if (!isHead && text.size() > kLongestLine) {
+                text.clear();
+                isSkipping = true;
+            }
         }
-        if (!text.empty()) line(text, false);
+        if (!text.empty() && !isSkipping) line(text, false);
     }
     bool endsWith(std::string_view end) const {
         std::string bytes(end.size(), '\0');
@@ -254,15 +268,17 @@ class ReadFile final {
     std::int64_t m_size = 0;
 };
 
-// Also what is left of the beginning after a crash.
+// Also true for a part of the beginning, as a crash may leave it.
 bool beginsAsLedger(std::string_view line) {
     constexpr std::string_view kBeginning = "{\"event\":\"ledger\",";
     return line.substr(0, kBeginning.size()) == kBeginning.substr(0, line.size());
 }
 
-// False for one that is torn: nothing was sent yet.
+// False for a torn line: nothing had been sent yet.
 bool readFirstLine(std::string_view line, bool whole, CutOffRun& run) {
-    const json head = json::parse(line, nullptr, false);
+    // Without a limit, deep nesting takes a hundred times the memory of the line.
+    const auto isShallow = [](int depth, json::parse_event_t, const json&) { return depth < kDeepestHead; };
+    const json head = json::parse(line, isShallow, false);
     if (head.is_discarded() && !whole && beginsAsLedger(line)) return false;
     if (head.is_discarded()) throw NoLedger();
     readHead(head, run);
@@ -278,6 +294,8 @@ std::optional<CutOffRun> readRun(const ReadFile& file, const std::string& path) 
     file.forEachLine([&](std::string_view line, bool whole) {
         if (!lines) {
             if (!readFirstLine(line, whole, run)) return false;
+            if (file.size() > static_cast<std::int64_t>(kLongestHead) + run.left() * kMostOfRequest)
+                throw NoLedger();
             lines.emplace(run);
             return true;
         }
@@ -309,7 +327,7 @@ auto refusing(const std::string& path, Read&& read) {
     try {
         return read();
     } catch (const NoLedger&) {
-        throw fileFailure(path, "This is no ledger of a run that this program can go on with", 75);
+        throw fileFailure(path, "This is no ledger of a run that this program can continue", 75);
     }
 }
 
@@ -322,6 +340,10 @@ std::int64_t CutOffRun::left() const {
     for (const PairEnd& end : ended)
         if (!finished[end.url]) --all;
     return all;
+}
+
+std::string CutOffRun::nameOf(const PairEnd& pair) const {
+    return escapeControlCharacters(plan.engines.at(pair.engine) + " for " + plan.urls.at(pair.url).URL);
 }
 
 std::optional<CutOffRun> readLedger(const std::string& path) {
@@ -356,7 +378,7 @@ std::optional<CutOffRun> findCutOffRun(const std::string& home) {
                 runs.emplace_back(*begun, path);
         });
     }
-    // All of a file is read only where the run is to be gone on with.
+    // Only the newest is read completely.
     std::sort(runs.begin(), runs.end(), std::greater<>());
     std::optional<CutOffRun> newest;
     for (const auto& [begun, name] : runs) {

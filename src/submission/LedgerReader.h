@@ -10,31 +10,33 @@
 
 namespace relay {
 
-// A run that was cut off, as its ledger has it.
+// An interrupted run, as recorded in its ledger.
 struct CutOffRun final {
     std::string path;       // of the ledger
     std::int64_t size = 0;  // of the ledger, in bytes
     LedgerHead head;
     RunPlan plan;
-    std::vector<PairEnd> ended;      // in their order
-    std::vector<PairEnd> inFlight;   // begun, and nothing more is known of them: they are sent again
-    std::vector<UrlReport> reports;  // of the URLs that are finished
-    std::vector<bool> finished;      // by the plan's URLs: reported, or taken out by the user
+    std::vector<PairEnd> ended;      // in the order in which they ended
+    std::vector<PairEnd> inFlight;   // sent, but without a known end: they are sent again
+    std::vector<UrlReport> reports;  // of the finished URLs
+    std::vector<bool> finished;      // by URL of the plan: reported, or removed by the user
 
-    // Pairs that are still to be sent, those in flight among them.
+    // Pairs still to be sent, including those in flight.
     std::int64_t left() const;
+    // "Harbour Search for http://shop.example/", with control characters escaped.
+    std::string nameOf(const PairEnd& pair) const;
 };
 
-// What a ledger says. Nothing where its run is over, or was cut off before anything was sent. Lines that are
-// torn, or of a kind that is not known, are passed over. Throws Failure when the file cannot be read, or is
-// no ledger, or one of a version that is not known.
+// Reads a ledger. Returns nothing if its run is over or was interrupted before anything was sent. Skips torn
+// and unknown lines, and lines over 1 MiB. Throws Failure if the file cannot be read, is not a ledger of a
+// known version, or is far larger than its run.
 std::optional<CutOffRun> readLedger(const std::string& path);
 
-// Whether the end of the run stands in the file, or nothing was sent in it: without reading all of it.
+// True if the run is over or sent nothing. Does not read the whole file.
 bool isLedgerOver(const std::string& path);
 
-// The newest run of the home that was cut off and that no program is at now; nothing when there is none.
-// Throws Failure where there is none, but a file that is no ledger.
+// The newest interrupted run of the home that no program is continuing, or nothing. Throws Failure if there
+// is none but one of the files is not a ledger.
 std::optional<CutOffRun> findCutOffRun(const std::string& home);
 
 }  // namespace relay

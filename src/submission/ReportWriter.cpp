@@ -54,15 +54,15 @@ UrlReport ReportWriter::CreateReport(const std::string& URL, const std::string& 
 
 void ReportWriter::save(const std::string& text, const QDateTime& now, UrlReport& report) const {
     const std::string path = reportPath(report.URL, now);
-    const auto failure = failureOf([&] {
+    auto failure = failureOf([&] {
         makeFolder(m_services.paths.reportFolder());
         writeFile(path, text);
         report.path = path;
-        // If the report cannot be listed, the failed engines are still saved.
-        const auto unnoted = failureOf([&] { noteReport(report.website, report.URL, now, path); });
-        appendFailed();
-        if (unnoted) throw Failure(*unnoted);
+        noteReport(report.website, report.URL, now, path);
     });
+    // Without a report, too, the failed engines are saved.
+    const auto unsaved = failureOf([&] { appendFailed(); });
+    if (!failure) failure = unsaved;
     if (!failure) return;
     m_services.log.WriteErrorLog("CreateReport_Error: " + *failure);
     m_services.log.WriteErrorLog("ReportFile: " + path);

@@ -33,7 +33,7 @@ class ReportWriter final {
     // A failure goes to the log and into the result.
     UrlReport CreateReport(const std::string& URL, const std::string& WebsiteFile,
                            const std::vector<EngineResult>& engines, const QDateTime& now);
-    // Appends to fail.eng what the report of a URL did: for a run that goes on after a crash. Throws Failure.
+    // Appends the failed engines of a URL that was reported before an interruption. Throws Failure.
     void recallFailed(const std::vector<EngineResult>& engines);
 
   private:

@@ -3,7 +3,6 @@
 
 #include "core/FileStore.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace relay {
@@ -30,6 +29,18 @@ void Results::begin(RunPlan plan, std::vector<std::string> addURLs) {
     m_addURLs = std::move(addURLs);
     m_pairs.clear();
     m_counts.fill(0);
+    m_leftOut.assign(m_plan.urls.size(), false);
+}
+
+void Results::leaveOut(std::size_t url) {
+    m_leftOut.at(url) = true;
+}
+
+std::int64_t Results::countNotSucceeded() const noexcept {
+    std::int64_t planned = 0;
+    for (std::size_t url = 0; url < m_plan.urls.size(); ++url)
+        if (!m_leftOut[url]) planned += static_cast<std::int64_t>(m_plan.enginesOf(url));
+    return planned - countOf(Success);
 }
 
 void Results::add(const PairEnd& end) {
@@ -58,27 +69,36 @@ int Results::countOf(std::int16_t result) const noexcept {
 
 RunPlan planFailedAgain(const Results& results) {
     const RunPlan& plan = results.plan();
-    std::vector<std::pair<std::uint16_t, std::uint16_t>> failed;
-    std::vector<std::int16_t> placeOf(plan.engines.size(), 0);  // in the new plan, from 1
+    std::vector<std::vector<bool>> succeeded(plan.urls.size());  // by URL and engine; empty: none
     for (const PairEnd& end : results.ends()) {
-        if (end.result == Success) continue;
-        failed.emplace_back(end.url, end.engine);
-        placeOf[end.engine] = 1;
+        if (end.result != Success) continue;
+        succeeded[end.url].resize(plan.engines.size());
+        succeeded[end.url][end.engine] = true;
     }
-    std::sort(failed.begin(), failed.end());
+    // Calls `take` with the places of the engines, from 0.
+    const auto forEachLeft = [&](std::size_t url, const auto& take) {
+        for (std::size_t i = 0; i < plan.enginesOf(url); ++i) {
+            const std::vector<std::int16_t>& listed = plan.urls[url].engines;
+            const std::size_t engine = listed.empty() ? i : static_cast<std::size_t>(listed[i] - 1);
+            if (succeeded[url].empty() || !succeeded[url][engine]) take(engine);
+        }
+    };
+    std::vector<std::int16_t> placeOf(plan.engines.size(), 0);  // in the new plan, from 1; 0: not in it
+    for (std::size_t url = 0; url < plan.urls.size(); ++url)
+        if (!results.isLeftOut(url)) forEachLeft(url, [&](std::size_t engine) { placeOf[engine] = 1; });
     RunPlan again;
     for (std::size_t engine = 0; engine < placeOf.size(); ++engine) {
         if (placeOf[engine] == 0) continue;
         again.engines.push_back(plan.engines[engine]);
         placeOf[engine] = static_cast<std::int16_t>(again.engines.size());
     }
-    for (std::size_t i = 0; i < failed.size(); ++i) {
-        const auto [url, engine] = failed[i];
-        if (i == 0 || failed[i - 1].first != url) {
-            again.urls.push_back(plan.urls[url]);
-            again.urls.back().engines.clear();
-        }
-        again.urls.back().engines.push_back(placeOf[engine]);
+    for (std::size_t url = 0; url < plan.urls.size(); ++url) {
+        if (results.isLeftOut(url)) continue;
+        PlannedURL planned{plan.urls[url].website, plan.urls[url].site, plan.urls[url].URL, {}};
+        forEachLeft(url, [&](std::size_t engine) { planned.engines.push_back(placeOf[engine]); });
+        if (planned.engines.empty()) continue;
+        if (planned.engines.size() == again.engines.size()) planned.engines = {};
+        again.urls.push_back(std::move(planned));
     }
     return again;
 }

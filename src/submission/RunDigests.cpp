@@ -27,8 +27,8 @@ std::string sha256(std::string_view bytes) {
     return hash.toHex().toStdString();
 }
 
-// The keys that a request is made of, as a request reads them. Each value has its length in front of it, so
-// that two texts never read as one.
+// Of the keys that a request uses. Each value is preceded by its length, so that different values never give
+// the same text.
 std::string websiteDigest(const std::string& path) {
     std::string text;
     const auto failure = failureOf([&] {
@@ -94,7 +94,7 @@ std::vector<std::string> changedSince(const RunDigests& then, bool blockSpam, co
         }
     };
     compare(then.catalogue, now.catalogue, "the engine file ");
-    // What was answered for the run may have been kept since.
+    // The answer given for the run may have been stored since.
     if (now.settings != then.settings && now.settings != RunDigests::ofSettings(blockSpam))
         changed.emplace_back("the setting BlockSpam");
     compare(then.websites, now.websites, "the website file ");

@@ -16,12 +16,12 @@ class EngineCollection;
 struct EngineTexts;
 struct Services;
 
-// The digests of the loaded catalogue. A large one takes a while, so they are made in a thread of their own
-// while the run is prepared, and kept until another catalogue is loaded.
+// The digests of the loaded catalogue. A large one takes time, so they are computed in a thread while the run
+// is prepared, and kept until another catalogue is loaded.
 class CatalogueDigests final {
   public:
     void begin(const EngineCollection& engines);
-    // By the file's name. Waits for them.
+    // By file name. Waits for the thread.
     std::map<std::string, std::string> of(const EngineCollection& engines);
 
   private:
@@ -29,23 +29,23 @@ class CatalogueDigests final {
     std::shared_future<std::map<std::string, std::string>> m_digests;
 };
 
-// What the requests of a run are made of, as SHA-256 in hex digits. A run goes on only where it is the same.
+// SHA-256 digests, in hex digits, of everything that the requests of a run are made of. A run is continued
+// only if they are unchanged.
 struct RunDigests final {
-    std::map<std::string, std::string> catalogue;  // by the file's name
-    std::string settings;                          // as they are kept; a run may use others
-    std::map<std::string, std::string> websites;   // by the file's path: its fields and URLs, not its reports
+    std::map<std::string, std::string> catalogue;  // by file name
+    std::string settings;                          // as stored; a run may use others
+    std::map<std::string, std::string> websites;   // by path: fields and URLs, not reports
 
-    // Of the plan's website files as they stand, beside the catalogue's. A file that cannot be read has an
+    // Adds the digests of the settings and of the plan's website files. A file that cannot be read has an
     // empty digest.
     static RunDigests of(const Services& services, std::map<std::string, std::string> catalogue,
                          const RunPlan& plan);
-    // Of the settings as they would be kept by one who answered the question about link pages so.
+    // The digest of the settings with this value of BlockSpam.
     static std::string ofSettings(bool blockSpam);
 };
 
-// What has changed since the digests `then` were made, a phrase each ("the engine file krveng5.dat", "the
-// setting BlockSpam", "the website file /home/ada/shop.kws"); empty: nothing. `blockSpam` is what the run
-// used.
+// What has changed since the digests `then`, one phrase each ("the engine file krveng5.dat", "the setting
+// BlockSpam", "the website file /home/ada/shop.kws"). `blockSpam` is the value that the run used.
 std::vector<std::string> changedSince(const RunDigests& then, bool blockSpam, const RunDigests& now);
 
 }  // namespace relay

@@ -7,8 +7,8 @@ class JsonLine;
 struct EngineEnded;
 struct UrlReport;
 
-// The members of a run's events, as the command line tells them and the ledger keeps them: url, engine, code,
-// result, word, ms ...
+// The members of a run's events, the same in the output of the command line and in the ledger: url, engine,
+// code, result, word, ms ...
 void addEngineEnded(JsonLine& line, const EngineEnded& ended);
 // ... and url, website, path, success, failed.
 void addUrlReport(JsonLine& line, const UrlReport& report);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "submission/SubmissionController.h"
 
+#include "catalogue/PasswordKey.h"
+#include "core/Clock.h"
 #include "core/Failure.h"
 #include "core/FileSystem.h"
 #include "core/IniFile.h"
@@ -17,6 +19,7 @@
 
 #include <cmath>
 #include <set>
+#include <utility>
 
 namespace relay {
 
@@ -24,6 +27,12 @@ namespace {
 
 constexpr std::string_view kConfirmSettings =
     "Please confirm your setting above and click the 'Start' button:";
+
+constexpr SaveQuestion kSaveQuestion = {"Comma Separated Values (*.csv)|*.csv|All Files (*.*)|*.*",
+                                        "The file '", "' already exists.\r\nDo you want to replace it?",
+                                        "Save Results"};
+
+constexpr int kMostNames = 3;  // in a warning
 
 // "##,##0"
 std::string grouped(double number) {
@@ -68,7 +77,7 @@ SubmissionController::SubmissionController(const Services& services, const Catal
     connect(&m_run, &SubmissionRun::engineEnded, this, &SubmissionController::engineEnded);
     connect(&m_run, &SubmissionRun::reportWritten, this, &SubmissionController::reportWritten);
     connect(&m_run, &SubmissionRun::runDone, this, &SubmissionController::runDone);
-    connect(&m_run, &SubmissionRun::ledgerFailed, this, &SubmissionController::ledgerFailed);
+    connect(&m_run.record(), &RunRecord::ledgerFailed, this, &SubmissionController::ledgerFailed);
     connect(&m_run, &SubmissionRun::stateChanged, this, &SubmissionController::stateChanged);
     connect(&m_state.lsvSiteSelection, &Rows::checkToggled, this, &SubmissionController::siteChecked);
 }
@@ -152,7 +161,7 @@ void SubmissionController::selectAllSites(bool on) {
 
 bool SubmissionController::cmdNext() {
     if (!getSubmitSummary()) return false;
-    m_run.beginDigests();
+    m_run.record().beginDigests();
     m_state.lblStart = kConfirmSettings;
     m_state.progressValue = 0;
     m_state.page = 1;
@@ -198,9 +207,28 @@ bool SubmissionController::getSubmitSummary() {
         m_state.lblNumOfConnections = std::to_string(connections);
         // The label says minutes.
         m_state.lblEstimatedTime = grouped(200.0 * urls * m_state.EngineCount / (connections * 1000.0));
+        m_state.passwordWarning = passwordWarning();
         complete = true;
     });
     return complete;
+}
+
+std::string SubmissionController::passwordWarning() const {
+    const std::string warning = emptyPasswordWarning(m_catalogue.lists);
+    if (warning.empty()) return {};
+    std::string names;
+    int count = 0;
+    const Rows& sites = m_state.lsvSiteSelection;
+    for (int row = 0; row < sites.count(); ++row) {
+        const RowView site = sites.at(row);
+        if (!site.checked ||
+            !loadWebsiteQuietly(std::string(site.tag)).value(kWebsiteSection, "Password").empty())
+            continue;
+        if (++count <= kMostNames) names.append(names.empty() ? "" : ", ").append(site.text);
+    }
+    if (count == 0) return {};
+    if (count > kMostNames) names += " and " + std::to_string(count - kMostNames) + " more";
+    return names + ": " + warning;
 }
 
 bool SubmissionController::ConfirmSubmit() {
@@ -257,7 +285,7 @@ void SubmissionController::cmdRemove() {
     int place = 0;
     m_state.lsvSiteSubmitting.removeIf([&](const RowView& row) {
         if (++place <= kept || !row.highlighted) return false;
-        m_run.noteRemoved(row.tag, row.text);
+        m_run.record().removed(row.tag, row.text);
         return true;
     });
     if (isRunning()) m_run.countWork();
@@ -306,6 +334,87 @@ void SubmissionController::viewReport() {
     });
 }
 
+void SubmissionController::preparePlan(const RunPlan& plan, const std::vector<bool>& finished) {
+    {
+        const RowsBatch batch(m_state.lsvSiteSubmitting);
+        m_state.lsvSiteSubmitting.clear();
+        for (std::size_t i = 0; i < plan.urls.size(); ++i) {
+            const PlannedURL& url = plan.urls[i];
+            if (i < finished.size() && finished[i]) continue;
+            m_state.lsvSiteSubmitting.tryAdd(
+                {urlKey(url.website, url.URL), url.URL, {url.site, ""}, "URL", url.website});
+        }
+    }
+    submit().listEngines(plan.engines);
+    m_state.lsvConnections.clear();
+    m_state.lblSubmit = kConfirmURLs;
+    m_state.progressValue = 0;
+    m_state.page = 2;
+    m_state.offerSubmit();
+    Q_EMIT stateChanged();
+}
+
+bool SubmissionController::runFailedAgain() {
+    if (m_run.isUnderWay()) return false;
+    const RunPlan plan = planFailedAgain(m_state.results);
+    if (plan.urls.empty()) return false;
+    return trap(m_services.prompts, "runFailedAgain_Error: ", [&] {
+        m_run.record().beginDigests();
+        m_run.prepare(RunParts::of(plan));
+        preparePlan(plan, {});
+    });
+}
+
+std::optional<CutOffRun> SubmissionController::cutOffRun() const {
+    std::optional<CutOffRun> run;
+    const auto failure = failureOf([&] { run = findCutOffRun(m_services.paths.AppPath); });
+    if (failure) m_services.log.WriteErrorLog("Ledger: " + *failure);
+    return run;
+}
+
+bool SubmissionController::maySendTheSame(const CutOffRun& run) {
+    const std::vector<std::string> changed =
+        changedSince(run.head.digests, run.head.blockSpam, m_run.record().digests(run.plan));
+    if (changed.empty()) return true;
+    const std::string begun = run.head.time.isValid() ? " of " + reportDate(run.head.time) : std::string();
+    std::string words =
+        "The run" + begun + " cannot be continued: it would send something else. Changed since it began:";
+    for (const std::string& what : changed) words += "\r\n" + what;
+    m_services.prompts.message(words, "Submit", Icon::Critical);
+    return false;
+}
+
+bool SubmissionController::resume(CutOffRun run) {
+    if (m_run.isUnderWay()) return false;
+    bool resumed = false;
+    trap(m_services.prompts, "resume_Error: ", [&] {
+        if (!maySendTheSame(run)) return;
+        m_run.prepare(run);
+        // In memory only, like the answer to the question about link pages.
+        m_services.preference.BlockSpam = run.head.blockSpam ? 1 : 0;
+        for (const PairEnd& pair : run.inFlight)
+            m_services.log.WriteErrorLog("To be sent again: " + run.nameOf(pair));
+        preparePlan(run.plan, run.finished);
+        resumed = true;
+    });
+    return resumed;
+}
+
+void SubmissionController::forget(const CutOffRun& run) {
+    trap(m_services.prompts, "forget_Error: ", [&] {
+        Ledger ledger;
+        ledger.goOn(run.path, run.size);
+        ledger.finish();
+    });
+}
+
+void SubmissionController::saveResultsAs() {
+    trap(m_services.prompts, "saveResults_Error: ", [&] {
+        const std::string path = askWhereToSave(m_services.prompts, kSaveQuestion);
+        if (!path.empty()) saveResults(m_state.results, path);
+    });
+}
+
 bool SubmissionController::mayShow(int page) const {
     if (page == m_state.page) return true;
     if (isRunning()) return false;
@@ -313,7 +422,7 @@ bool SubmissionController::mayShow(int page) const {
         case 0:
             return true;
         case 1:
-            return m_state.page > 1;
+            return m_state.page > 1 && !m_state.lblNumOfWebsites.empty();  // not after resume()
         case 3:
             return !m_state.lsvReport.empty();
         default:

@@ -44,6 +44,8 @@ class SubmissionController final : public QObject {
     bool cmdNext();
     bool getSubmitSummary();
     void getNumOfSelectedSites(int& Sites, int& URLs) const;
+    // The warning about ticked websites without a password, for the selected engines; empty if there is none.
+    std::string passwordWarning() const;
 
     // Page 1.
     bool ConfirmSubmit();
@@ -59,14 +61,16 @@ class SubmissionController final : public QObject {
 
     // Page 3.
     void viewReport();
-    // Prepares a run of exactly the pairs of engine and URL that did not succeed and shows page 2, like
-    // cmdStart; then call cmdSubmit(). False if there are none, or during a run.
+    // Prepares a run of exactly the pairs of engine and URL that did not succeed, those that were never sent
+    // included, and shows page 2, like cmdStart; then call cmdSubmit(). False if there are none, or during a
+    // run.
     bool runFailedAgain();
     // Asks for a file and writes the results to it as comma separated values.
     void saveResultsAs();
 
-    // The newest run of this home that was cut off (a crash, a power cut, a window closed in the middle);
-    // nothing if there is none, or another program uses it. A file that is no ledger is noted in the log.
+    // The newest run of this home that was interrupted (by a crash, a power cut, or closing the window);
+    // nothing if there is none, or if another program uses it. A file that is not a ledger is noted in the
+    // log.
     std::optional<CutOffRun> cutOffRun() const;
     // Prepares a run of the rest and shows page 2, like cmdStart; then call cmdSubmit(). The catalogue must
     // be loaded; its selection does not matter. What had ended counts as if it had ended in this run: in the

@@ -157,7 +157,7 @@ std::string buildReport(std::string_view URL, const IniFile& websiteFile, std::s
 void noteReport(const std::string& websiteFile, std::string_view URL, const QDateTime& time,
                 std::string_view reportPath) {
     const FolderLock lock(websiteFile);
-    // A website that has gone is not to come back as a file of reports.
+    // Do not create a file of reports for a website that has gone.
     if (!fileExists(websiteFile)) throw fileFailure(websiteFile, "The website file has gone", 53);
     IniFile file = IniFile::load(websiteFile);
     const int last = leadingInteger(file.value(kWebsiteSection, "LastReport"));

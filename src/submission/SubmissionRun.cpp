@@ -13,6 +13,7 @@
 #include "transport/Descriptors.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace relay {
 
@@ -23,7 +24,7 @@ SubmissionRun::SubmissionRun(const Services& services, const Catalogue& catalogu
       m_state(state),
       m_clsSubmit(services, catalogue),
       m_reports(services, options),
-      m_keepLedger(options.keepLedger) {
+      m_record(services, catalogue, state.results, options.keepLedger) {
     m_TimerSubmit.setInterval(1000);
     connect(&m_TimerSubmit, &QTimer::timeout, this, &SubmissionRun::TimerSubmit);
     connect(&m_clsSubmit, &clsSubmit::sending, this, &SubmissionRun::noteSending);
@@ -41,7 +42,8 @@ bool SubmissionRun::StartSubmit() {
     } catch (const std::exception& failure) {
         m_held.reset();
         m_TimerSubmit.stop();
-        m_ledger.leave();
+        // The ledger of an interrupted run stays locked for the next attempt.
+        if (!m_cutOff) m_record.leave();
         const auto* known = dynamic_cast<const Failure*>(&failure);
         m_services.log.WriteErrorLog("StartSubmit_Error: " + std::string(failureText(failure)));
         m_services.prompts.message(
@@ -77,7 +79,10 @@ bool SubmissionRun::startRun() {
     countWork();
     m_reportsOfFile.clear();
     m_held = m_catalogue.hold();
-    beginRecord();
+    if (m_cutOff)
+        recallCutOff();
+    else
+        m_record.begin(planOfLists());
     beginURL();
     return true;
 }
@@ -104,12 +109,75 @@ void SubmissionRun::countWork() {
     for (int row = 0; row < urls.count(); ++row) m_state.progressMaximum += dueEngines(urls.at(row).key);
 }
 
+void SubmissionRun::prepare(RunParts parts) {
+    forgetPrepared();
+    m_parts = std::move(parts);
+}
+
+void SubmissionRun::prepare(CutOffRun run) {
+    forgetPrepared();
+    m_record.lock(run);
+    m_parts = RunParts::leftOf(run);
+    m_cutOff = std::move(run);
+}
+
+void SubmissionRun::forgetPrepared() {
+    m_record.leave();
+    m_cutOff.reset();
+    m_part = nullptr;
+    m_parts = {};
+}
+
+RunPlan SubmissionRun::planOfLists() const {
+    RunPlan plan;
+    plan.engines.reserve(m_clsSubmit.EngineTable().size());
+    for (const EngineResult& engine : m_clsSubmit.EngineTable()) plan.engines.push_back(engine.Name);
+    const Rows& urls = m_state.lsvSiteSubmitting;
+    for (int row = 0; row < urls.count(); ++row) {
+        const RowView url = urls.at(row);
+        PlannedURL planned{std::string(url.tag), std::string(url.subItems.at(0)), std::string(url.text), {}};
+        if (const RunParts::Part* part = m_parts.find(url.key)) planned.engines = part->reported;
+        plan.urls.push_back(std::move(planned));
+    }
+    return plan;
+}
+
+// As if it had all happened in this run.
+void SubmissionRun::recallCutOff() {
+    m_record.resume(*m_cutOff, m_state.lsvSiteSubmitting);
+    std::unordered_map<std::string, const UrlReport*> reports;
+    for (const UrlReport& report : m_cutOff->reports) reports[urlKey(report.website, report.URL)] = &report;
+    auto next = m_state.results.ends().begin();
+    const auto end = m_state.results.ends().end();
+    for (std::size_t url = 0; url < m_cutOff->plan.urls.size(); ++url) {
+        for (; next != end && next->url == url; ++next) {
+            m_clsSubmit.recallResult(static_cast<std::int16_t>(next->engine + 1), next->result);
+            countResult(next->result);
+        }
+        const PlannedURL& planned = m_cutOff->plan.urls[url];
+        const auto report = reports.find(urlKey(planned.website, planned.URL));
+        if (report != reports.end()) recallReport(planned, *report->second);
+    }
+}
+
+void SubmissionRun::recallReport(const PlannedURL& url, const UrlReport& report) {
+    const auto failure = failureOf([&] { m_reports.recallFailed(enginesOf(url.engines)); });
+    if (failure) m_services.log.WriteErrorLog("CreateReport_Error: " + *failure);
+    m_state.lsvReport.tryAdd(
+        {urlKey(url.website, url.URL), url.URL, {url.site, "Finish"}, "HTMLFile", report.path});
+    countReport(report);
+}
+
+std::int16_t SubmissionRun::dueEngines(std::string_view key) const {
+    const RunParts::Part* part = m_parts.find(key);
+    return part ? static_cast<std::int16_t>(part->due.size()) : m_clsSubmit.NumOfEngines();
+}
+
 void SubmissionRun::beginURL() {
     m_state.EngineCounter = 0;
     const std::string key(m_state.lsvSiteSubmitting.at(m_state.URLIndex - 1).key);
-    const auto part = m_parts.find(key);
-    m_part = part == m_parts.end() ? nullptr : &part->second;
-    m_place = static_cast<std::uint16_t>(m_placeOfURL.at(key));
+    m_part = m_parts.find(key);
+    m_record.beginURL(key);
     for (int i = 1; i <= m_state.ActiveConnections; ++i) m_clsSubmit.socket(i).Busy = 0;
     m_dispatcher.begin(m_state.ActiveConnections, dueEngines(key));
 }
@@ -136,7 +204,7 @@ void SubmissionRun::submitEngine(std::int16_t Index, std::int16_t number) {
 // After a failure: nothing else ends a run without active connections.
 void SubmissionRun::endWhenIdle() {
     if (!isRunning() || !m_dispatcher.isDry() || !isFinish()) return;
-    m_ledger.leave();  // the rest can be continued
+    m_record.leave();  // the rest can be continued
     endRun();
 }
 
@@ -175,7 +243,7 @@ void SubmissionRun::finishURL() {
     });
     if (finished) return;
     // After a failure the URL is not finished again; the URLs after it can be continued.
-    m_ledger.leave();
+    m_record.leave();
     endRun();
 }
 
@@ -183,14 +251,22 @@ void SubmissionRun::reportURL() {
     const Row site(m_state.lsvSiteSubmitting.at(m_state.URLIndex - 1));
     m_state.lsvReport.tryAdd({site.key, site.text, site.subItems, "HTMLFile", {}});
     const QDateTime now = m_services.clock.now();
-    writeLedger([&] { m_ledger.reporting(now, site.tag, site.text, m_reports.reportPath(site.text, now)); });
+    m_record.reporting(now, site.tag, site.text, m_reports.reportPath(site.text, now));
     const UrlReport report = m_reports.CreateReport(
         site.text, site.tag, enginesOf(m_part ? m_part->reported : std::vector<std::int16_t>()), now);
-    writeLedger([&] { m_ledger.reported(now, report); });
+    m_record.reported(now, report);
     const int row = m_state.lsvReport.indexOf(site.key);
     if (row >= 0) m_state.lsvReport.setTag(row, report.path);
     countReport(report);
     Q_EMIT reportWritten(report);
+}
+
+std::vector<EngineResult> SubmissionRun::enginesOf(const std::vector<std::int16_t>& places) const {
+    const std::vector<EngineResult>& all = m_clsSubmit.EngineTable();
+    if (places.empty()) return all;
+    std::vector<EngineResult> engines;
+    for (const std::int16_t place : places) engines.push_back(all.at(static_cast<std::size_t>(place - 1)));
+    return engines;
 }
 
 void SubmissionRun::countReport(const UrlReport& report) {
@@ -222,7 +298,7 @@ void SubmissionRun::setSubmitComplete() {
     m_held.reset();
     m_dispatcher.stop();
     m_TimerSubmit.stop();
-    m_ledger.finish();
+    m_record.finish();
     forgetPrepared();
     trap(m_services.prompts, "Module: setSubmitComplete\r\n", [&] {
         m_state.offerSubmit();
@@ -271,6 +347,11 @@ void SubmissionRun::TimerSubmit() {
         "Submit Timeout");
 }
 
+void SubmissionRun::noteSending(std::int16_t EngineIndex) {
+    const EngineResult& engine = m_clsSubmit.EngineTable().at(static_cast<std::size_t>(EngineIndex - 1));
+    m_record.sending(m_state.WebsiteFile, m_state.URL, engine.Name);
+}
+
 void SubmissionRun::countResult(std::int16_t result) {
     if (result == Success)
         ++m_summary.success;
@@ -285,12 +366,9 @@ void SubmissionRun::countEnded(const EngineEnded& ended) {
     countResult(ended.result);
     const auto engine = static_cast<std::size_t>(ended.EngineIndex - 1);
     if (ended.EngineIndex > 0 && engine < m_clsSubmit.EngineTable().size()) {
-        const auto milliseconds = std::clamp<std::int64_t>(ended.milliseconds, 0, 0xFFFFFFFF);
-        m_state.results.add({m_place, static_cast<std::uint16_t>(engine), ended.result, ended.code,
-                             static_cast<std::uint32_t>(milliseconds)});
         EngineEnded named = ended;
         named.engine = m_clsSubmit.EngineTable()[engine].Name;
-        writeLedger([&] { m_ledger.ended(ledgerTime(), m_state.WebsiteFile, named); });
+        m_record.ended(m_state.WebsiteFile, engine, named);
     }
     Q_EMIT engineEnded(ended);
 }
@@ -314,7 +392,7 @@ void SubmissionRun::abandon() {
     m_held.reset();
     m_ended = false;
     m_dispatcher.stop();
-    m_ledger.leave();
+    m_record.leave();
     m_state.Running = 0;
     m_TimerSubmit.stop();
     for (int i = 1; i <= m_clsSubmit.socketCount(); ++i)

@@ -3,17 +3,16 @@
 
 #include "catalogue/Catalogue.h"
 #include "submission/EngineDispatcher.h"
-#include "submission/Ledger.h"
 #include "submission/LedgerReader.h"
 #include "submission/ReportWriter.h"
-#include "submission/RunDigests.h"
+#include "submission/RunParts.h"
+#include "submission/RunRecord.h"
 #include "submission/SubmissionState.h"
 #include "submission/clsSubmit.h"
 
 #include <QObject>
 #include <QTimer>
 
-#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -35,25 +34,16 @@ class SubmissionRun final : public QObject {
     clsSubmit& submit() noexcept { return m_clsSubmit; }
     const clsSubmit& submit() const noexcept { return m_clsSubmit; }
 
-    // The engines of one URL, as indexes in EngineTable from 1.
-    struct PartOfEngines final {
-        std::vector<std::int16_t> reported;  // in its report; empty: all
-        std::vector<std::int16_t> due;       // to be sent
-    };
-    using Parts = std::unordered_map<std::string, PartOfEngines>;
+    RunRecord& record() noexcept { return m_record; }
 
-    // For the next run only. Without it a run sends every engine of EngineTable for every URL. `parts` are by
-    // key of lsvSiteSubmitting. With a cut-off run, its ledger is locked from here on; throws Failure if
+    // For the next run only; without it a run sends every engine of EngineTable for every URL.
+    void prepare(RunParts parts);
+    // The same for the rest of an interrupted run. Its ledger is locked from here on; throws Failure if
     // another program uses it.
-    void prepare(Parts parts, std::optional<CutOffRun> cutOff);
+    void prepare(CutOffRun run);
     void forgetPrepared();
-    // The user removed a URL that has not been started.
-    void noteRemoved(std::string_view website, std::string_view URL);
     // Sets the maximum of the progress bar to the requests of the run.
     void countWork();
-    // Starts the digests of the catalogue in the background; they are needed at the start of a run.
-    void beginDigests();
-    RunDigests digests(const RunPlan& plan);
 
     // Starts with the first row of lsvSiteSubmitting. Shows a failure and returns false.
     bool StartSubmit();
@@ -75,7 +65,6 @@ class SubmissionRun final : public QObject {
     void reportWritten(const relay::UrlReport& report);
     void runDone(const relay::RunSummary& summary);
     void stateChanged();
-    void ledgerFailed(const std::string& problem);
 
   private:
     bool startRun();
@@ -96,23 +85,13 @@ class SubmissionRun final : public QObject {
     void TimerSubmit();
     void countEnded(const EngineEnded& ended);
     void countResult(std::int16_t result);
-    void beginRecord();
     RunPlan planOfLists() const;
-    void beginLedger();
     void recallCutOff();
     void recallReport(const PlannedURL& url, const UrlReport& report);
     std::int16_t dueEngines(std::string_view key) const;
     // Records of EngineTable; an empty list means all of them.
     std::vector<EngineResult> enginesOf(const std::vector<std::int16_t>& indexes) const;
     void noteSending(std::int16_t EngineIndex);
-    template <typename Write>
-    void writeLedger(Write&& write) {
-        if (!m_ledger.isOpen()) return;
-        write();
-        if (!m_ledger.isOpen()) reportLedgerFailure(m_ledger.problem());
-    }
-    void reportLedgerFailure(const std::string& problem);
-    const QDateTime& ledgerTime();
     void showConnection(std::int16_t Index, const std::string& words);
 
     const Services& m_services;
@@ -121,7 +100,7 @@ class SubmissionRun final : public QObject {
     clsSubmit m_clsSubmit;
     EngineDispatcher m_dispatcher;
     ReportWriter m_reports;
-    bool m_keepLedger;
+    RunRecord m_record;
     QTimer m_TimerSubmit;
     Catalogue::Hold m_held;     // from StartSubmit to the end of the run
     bool m_ended = false;       // the last URL is done, but not reported yet
@@ -129,15 +108,9 @@ class SubmissionRun final : public QObject {
     RunSummary m_summary;
     std::unordered_map<std::string, int> m_reportsOfFile;  // of this run, by path
 
-    Parts m_parts;
-    const PartOfEngines* m_part = nullptr;                      // of the current URL; null: all engines
-    std::optional<CutOffRun> m_cutOff;                          // the run that the next one continues
-    std::unordered_map<std::string, std::size_t> m_placeOfURL;  // in the plan, by key
-    std::uint16_t m_place = 0;                                  // of the current URL
-    CatalogueDigests m_catalogueDigests;
-    Ledger m_ledger;
-    QDateTime m_ledgerTime;
-    std::chrono::steady_clock::time_point m_ledgerTimeRead{};  // when m_ledgerTime was set
+    RunParts m_parts;
+    const RunParts::Part* m_part = nullptr;  // of the current URL; null: all engines
+    std::optional<CutOffRun> m_cutOff;       // the run that the next one continues
 };
 
 }  // namespace relay

@@ -47,6 +47,7 @@ struct SubmissionState final {
     std::string lblNumOfURLs;
     std::string lblNumOfConnections;
     std::string lblEstimatedTime;
+    std::string passwordWarning;  // on the summary page; empty: none
     std::string lblStart;
     std::string lblSubmit;
     std::string cmdSubmit = "&Submit";

@@ -37,7 +37,7 @@ class clsSubmit final : public QObject {
     void listEngines(const Rows& lsvSelectedEngines);
     // The same for names, with no results.
     void listEngines(const std::vector<std::string>& names);
-    // Takes over what an engine of a run that was cut off had come to.
+    // Sets the result that an engine had in an interrupted run.
     void recallResult(std::int16_t EngineIndex, std::int16_t result);
     void forgetEngines() { m_EngineTable.clear(); }
     std::int16_t NumOfEngines() const noexcept;
@@ -84,7 +84,7 @@ class clsSubmit final : public QObject {
     std::vector<SubmitSocket> m_SubmitSocket;
     std::vector<EngineResult> m_EngineTable;
     std::string m_URL;
-    std::string m_WebsiteFile;  // that the fields below are of; empty: of none
+    std::string m_WebsiteFile;  // source of the fields below; empty: none
     WebDetails m_web;
     IniFile m_website;
 };

@@ -13,6 +13,7 @@
 
 #include <QAction>
 #include <QClipboard>
+#include <QLayout>
 #include <QShortcut>
 #include <QSignalBlocker>
 
@@ -20,6 +21,7 @@ namespace relay {
 
 namespace {
 constexpr int kFrameMilliseconds = 33;
+constexpr int kMostProblems = 10;  // in the message after a run
 
 void setText(QLabel& label, std::string_view text) {
     const QString shown = toScreen(text);
@@ -49,9 +51,11 @@ frmSubmit::frmSubmit(const Services& services, const Catalogue& catalogue, Submi
     connectButtons();
     connectResults();
     connect(&m_controller, &SubmissionController::stateChanged, this, &frmSubmit::showState);
+    connect(&m_controller, &SubmissionController::reportWritten, this, &frmSubmit::noteProblem);
     connect(&m_controller, &SubmissionController::runDone, this, &frmSubmit::showState);
+    connect(&m_controller, &SubmissionController::runDone, this, &frmSubmit::showProblems);
     connect(&m_controller, &SubmissionController::ledgerFailed, this, [this](const std::string& problem) {
-        m_notice->setText(tr("After a crash this run could not go on"));
+        m_notice->setText(tr("This run cannot be continued after a crash"));
         m_notice->setToolTip(toScreen(problem));
     });
     m_frame.setInterval(kFrameMilliseconds);
@@ -78,7 +82,7 @@ void frmSubmit::connectLists() {
     m_ui->lsvSiteSubmitting->setRows(&state.lsvSiteSubmitting, {24, 16});
     m_ui->lsvConnections->setRows(&state.lsvConnections, {4, 28});
     m_ui->lsvReport->setRows(&state.lsvReport, {24, 12});
-    m_ui->lsvResults->setRows(&m_results.lsvResults, {24, 13, 16, 4, 6});
+    m_ui->lsvResults->setRows(&m_results.lsvResults, {24, 13, 16, 6, 6});
     m_ui->lsvSiteSelection->addActions({m_ui->mnuPopupSelect_0, m_ui->mnuPopupSelect_1});
     m_ui->splitterRun->setSizes({200, 240});
     m_ui->splitterReports->setSizes({140, 300});
@@ -126,6 +130,9 @@ void frmSubmit::showState() {
     setText(*m_ui->lblNumOfURLs, state.lblNumOfURLs);
     setText(*m_ui->lblNumOfConnections, state.lblNumOfConnections);
     setText(*m_ui->lblEstimatedTime, state.lblEstimatedTime);
+    setText(*m_ui->lblPasswordWarning, state.passwordWarning);
+    m_ui->lblPasswordWarning->setVisible(!state.passwordWarning.empty());
+    fitSummary();
     setText(*m_ui->lblStart, state.lblStart);
     setText(*m_ui->lblSubmit, state.lblSubmit);
     const bool running = m_controller.isRunning();
@@ -138,6 +145,8 @@ void frmSubmit::showState() {
         if (running) {
             m_results.clear();
             m_notice->clear();
+            m_problems.clear();
+            m_problemCount = 0;
             m_frame.start();
         } else {
             m_frame.stop();
@@ -148,6 +157,17 @@ void frmSubmit::showState() {
     }
     showRunning();
     showPages();
+}
+
+void frmSubmit::resizeEvent(QResizeEvent* event) {
+    QDialog::resizeEvent(event);
+    fitSummary();
+}
+
+// Its wrapped texts need more height in a narrow window, which a tab control does not ask for.
+void frmSubmit::fitSummary() {
+    QWidget& page = *m_ui->pageSummary;
+    page.setMinimumHeight(page.layout()->totalMinimumHeightForWidth(m_ui->SSTab1->currentWidget()->width()));
 }
 
 // Shows what changes with every request.
@@ -190,8 +210,29 @@ void frmSubmit::showResults() {
         m_ui->cboResult->addItem(toScreen(choice.caption), toScreen(choice.word));
     m_results.show({});
     const Results& results = m_controller.state().results;
-    m_ui->cmdRunFailed->setEnabled(results.countOf(Success) < results.count());
+    const std::int64_t left = results.countNotSucceeded();
+    m_ui->cmdRunFailed->setEnabled(left > 0);
+    m_ui->cmdRunFailed->setToolTip(
+        left > 0 ? tr("Submits again exactly what did not succeed, with what a stop kept from being sent: "
+                      "%Ln request(s)",
+                      nullptr, static_cast<int>(left))
+                 : tr("Every request succeeded"));
     m_ui->cmdSaveResults->setEnabled(!results.empty());
+}
+
+void frmSubmit::noteProblem(const UrlReport& report) {
+    if (report.problem.empty() || ++m_problemCount > kMostProblems) return;
+    m_problems.append("\r\n").append(report.URL).append(": ").append(report.problem);
+}
+
+void frmSubmit::showProblems() {
+    if (m_problemCount == 0) return;
+    std::string words = "Reports that could not be saved or listed:" + std::exchange(m_problems, {});
+    if (m_problemCount > kMostProblems)
+        words +=
+            "\r\nAnd " + std::to_string(m_problemCount - kMostProblems) + " more, which Error.log names.";
+    m_problemCount = 0;
+    m_services.prompts.message(words, "Submit", Icon::Critical);
 }
 
 void frmSubmit::openAddURL(int row) {

@@ -32,6 +32,9 @@ class frmSubmit final : public QDialog {
     // Closes, unless a run is active and the user does not confirm.
     void reject() override;
 
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+
   private:
     void drawIcons();
     void connectLists();
@@ -40,8 +43,11 @@ class frmSubmit final : public QDialog {
     void showState();
     void showPages();
     void takePage();
+    void fitSummary();
     void showRunning();
     void showResults();
+    void noteProblem(const UrlReport& report);
+    void showProblems();
     void openAddURL(int row);
     void showPreview();
 
@@ -52,7 +58,9 @@ class frmSubmit final : public QDialog {
     ResultList m_results;
     QTimer m_frame;  // active during a run
     QLabel* m_clock;
-    QLabel* m_notice;  // shown when the ledger cannot be written
+    QLabel* m_notice;        // shown when the ledger cannot be written
+    std::string m_problems;  // of the run's reports, a line each
+    int m_problemCount = 0;
     int m_shownPage = -1;
     bool m_wasRunning = false;
 };

@@ -25,6 +25,7 @@
 namespace relay::test {
 namespace {
 
+using ::testing::AllOf;
 using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
@@ -269,7 +270,8 @@ TEST_F(SubmitTest, OffersToGoOnWithASubmissionThatWasCutOff) {
         EXPECT_TRUE(waitUntil([this] { return prompts.answers.empty(); }));
     };
     restart({false, true});  // not now, but keep it
-    EXPECT_THAT(shownTexts(), Contains(HasSubstr("Of its requests, 14 are left.")));
+    EXPECT_THAT(shownTexts(), Contains(AllOf(HasSubstr("Requests left: 14."),
+                                             HasSubstr("Engine 2 for http://www.roses.test/"))));
     bool resumed = false;
     whenActive([&](QWidget& dialog) {
         auto& wizard = dynamic_cast<frmSubmit&>(dialog);

@@ -5,11 +5,14 @@
 //   practice-engines OUTCOME or OUTCOME=NAME or OUTCOME=NAME=FIELDS ...
 //                  a catalogue of engines on a practice web, FIELDS in addition to those of every template
 //   received       the engine and the URL of each submission since
+//   ftp-server LISTING   an FTP server with this listing; ftp-lie COMMAND ANSWER: instead of its own
+//   ftp-files      what it was sent
 //   terminal in|out|err, typed TEXT, variable NAME VALUE, stop
-// WEB stands for the address of that practice web.
+// WEB stands for the address of that practice web, FTP for the FTP server's.
 #include "CommandLineFixture.h"
 #include "core/Text.h"
 #include "practice/PracticeWeb.h"
+#include "support/FtpServer.h"
 #include "support/GoldenCases.h"
 #include "support/Transcript.h"
 
@@ -35,18 +38,30 @@ class CommandLineGolden : public testing::TestWithParam<std::string> {
         m_transcript.on("typed", [this](auto& text) { m_cli.typed = text.at(0); });
         m_transcript.on("variable", [this](auto& set) { m_cli.environment[set.at(0)] = set.at(1); });
         m_transcript.on("stop", [this](auto&) { m_cli.stop.request(); });
+        m_transcript.on("ftp-server", [this](auto& listing) { m_ftp.listing = listing.at(0); });
+        m_transcript.on("ftp-lie", [this](auto& lie) {
+            m_ftp.lie = [lie](const std::string& command) {
+                return command.starts_with(lie.at(0)) ? std::optional(lie.at(1)) : std::nullopt;
+            };
+        });
+        m_transcript.on("ftp-files", [this](auto&) {
+            for (const auto& [name, bytes] : m_ftp.files) m_transcript.out += name + ": " + bytes + "\n";
+        });
         m_transcript.on("received", [this](auto&) { listReceived(); });
         m_transcript.otherwise = [this](Arguments arguments) {
-            for (std::string& argument : arguments)
+            for (std::string& argument : arguments) {
                 if (argument.find("WEB") != npos) argument = replaceAll(argument, "WEB", web());
+                if (argument == "FTP") argument = m_ftp.host();
+            }
             const CommandResult result = m_cli.run(arguments);
             return Said{result.out, result.err, result.code};
         };
         m_transcript.settle = [this](const std::string& text) {
-            // Of a JSON line, and of a line of a table.
-            return replaceAll(
-                std::regex_replace(text, std::regex("(\"ms\":|,[A-Z][A-Za-z ]+,\\d+,)\\d+"), "$1N"),
-                m_address, "WEB");
+            // Of a JSON line, of a line of a table, and of a port for data.
+            const std::regex times("(\"ms\":|,[A-Z][A-Za-z ]+,\\d+,)\\d+");
+            const std::regex ports("(\\(127,0,0,1,|established: |Port:)\\d+(,\\d+)?");
+            return replaceAll(std::regex_replace(std::regex_replace(text, times, "$1N"), ports, "$1N"),
+                              m_address, "WEB");
         };
     }
 
@@ -81,6 +96,7 @@ class CommandLineGolden : public testing::TestWithParam<std::string> {
 
     CommandLineFixture m_cli;
     PracticeWeb m_web;
+    FtpServer m_ftp;
     std::string m_address;
     Transcript m_transcript{m_cli.home};
 };

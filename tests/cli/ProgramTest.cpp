@@ -217,7 +217,7 @@ TEST_F(ProgramTest, AKilledRunGoesOnAndSendsNothingTwiceButWhatWasInFlight) {
     EXPECT_EQ(std::count(table.begin(), table.end(), '\n'), 1 + 3 * kEngines);
     EXPECT_THAT(m_out, HasSubstr(R"("event":"done","urls":3,"success":105,"failed":15)"));
     EXPECT_EQ(run("\"$PROGRAM\" submit --resume"), 3);
-    EXPECT_THAT(m_err, EndsWith("There is no run that was cut off.\n"));
+    EXPECT_THAT(m_err, EndsWith("There is no interrupted run to continue.\n"));
 }
 
 TEST_F(ProgramTest, ThePracticeWebRunsUntilStoppedAndIsFoundThroughTheHome) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// Runs that are cut off and go on, and the files they leave.
+// Interrupted runs, their ledgers, and how they are continued.
 #include "SubmissionFixture.h"
 #include "core/Failure.h"
 #include "core/FileStore.h"
@@ -42,7 +42,7 @@ std::vector<std::string> described(const Results& results) {
     return all;
 }
 
-// Engines that answer, fail or cannot be sent, around one that hangs until the server is let go on.
+// Engines that answer, fail or cannot be sent, around one that hangs until `answers` is set.
 struct LedgerTest : testing::Test, SubmissionFixture {
     std::atomic<bool> answers = false;
     FaultServer engine{[this](FaultServer::Peer& peer) {
@@ -164,7 +164,7 @@ TEST_F(LedgerTest, WritesNoSecondReportOfAUrl) {
 TEST_F(LedgerTest, RefusesToGoOnWithSomethingElse) {
     const struct {
         std::function<void()> change;
-        std::string told;  // empty: it may go on
+        std::string named;  // empty: it may be continued
     } cases[] = {
         {[&] { loadEngines(engineRecords() + "# comment\n"); }, "the engine file krveng5.dat"},
         {[&] { loadEngines(engineRecords(), "[Free For All Links]\nX=1\n"); }, "the engine file catkws.dat"},
@@ -184,15 +184,15 @@ TEST_F(LedgerTest, RefusesToGoOnWithSomethingElse) {
     const std::optional<CutOffRun> run = controller->cutOffRun();
     ASSERT_TRUE(run);
     for (const auto& given : cases) {
-        SCOPED_TRACE(given.told);
+        SCOPED_TRACE(given.named);
         ASSERT_TRUE(loadEngines(engineRecords()));
         home.write("country.kws", "");
         session.settings.setValue(kApplication, "Preference", "BlockSpam", "0");
         websites();
         given.change();
-        EXPECT_EQ(controller->resume(*run), given.told.empty());
-        if (given.told.empty()) continue;
-        EXPECT_THAT(prompts.last().text, testing::EndsWith("Changed since it began:\r\n" + given.told));
+        EXPECT_EQ(controller->resume(*run), given.named.empty());
+        if (given.named.empty()) continue;
+        EXPECT_THAT(prompts.last().text, testing::EndsWith("Changed since it began:\r\n" + given.named));
         EXPECT_TRUE(controller->cutOffRun());  // nothing is lost
     }
 }
@@ -227,6 +227,7 @@ TEST_F(LedgerTest, ReadsOnlyWhatIsALedger) {
          "no ledger"},
         {replaceAll(head, "6572", "6"), "run"},
         {replaceAll(head, "{\"hex\":\"", "{\"hex\":\"0"), "no ledger"},
+        {whole + std::string(2000000, 'x') + "\n{\"event\":\"done\"}\n", "over"},
         {std::string(1000000, '['), "no ledger"},
     };
     for (const auto& given : cases) {
@@ -272,7 +273,7 @@ TEST_F(LedgerTest, BelongsToOneProgramAtATime) {
     Ledger tenth;
     tenth.begin(path, head, run->plan);
     EXPECT_GT(readLedger(ledgerPath(path, 1))->head.time, run->head.time);
-    // Gone on with by another program meanwhile.
+    // Continued by another program meanwhile.
     tenth.leave();
     EXPECT_THROW(tenth.goOn(run->path, run->size + 1), Failure);
 }
@@ -346,6 +347,32 @@ TEST_F(LedgerTest, RunsExactlyThePairsAgainThatDidNotSucceed) {
     EXPECT_THAT(resultsAsCSV(controller->state().results),
                 HasSubstr(home.path("Projects/Blog.kws") +
                           ",http://a.test/1,None,3,Failed,0,0,http://add.test/\r\n"));
+}
+
+// What a stop kept from being sent did not succeed either; what the user removed is left out.
+TEST_F(LedgerTest, RunsWhatAStopKeptFromBeingSent) {
+    preference.Connections = 1;
+    selectEngines(engineRecords());
+    ASSERT_NO_FATAL_FAILURE(start(websites()));
+    ASSERT_TRUE(waitUntil([&] { return engine.requests().size() == 3; }));
+    controller->state().lsvSiteSubmitting.setHighlighted(1, true);
+    controller->cmdRemove();
+    controller->cmdSubmit();
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(controller->state().results.count(), 3);
+    EXPECT_EQ(controller->state().results.countNotSucceeded(), 4 + 5);
+    done.reset();
+    ended.clear();
+    answers = true;
+    ASSERT_TRUE(controller->runFailedAgain());
+    ASSERT_TRUE(controller->cmdSubmit());
+    ASSERT_TRUE(waitForEnd());
+    std::vector<std::string> sent;
+    for (const Ended& pair : ended) sent.push_back(pair.url + " " + pair.engine);
+    EXPECT_THAT(sent,
+                ElementsAre("http://a.test/1 500", "http://a.test/1 hang \xE9\"", "http://a.test/1 None",
+                            "http://a.test/1 Last", "http://a.test/1 First", "http://a.test/1 500",
+                            "http://a.test/1 hang \xE9\"", "http://a.test/1 None", "http://a.test/1 Last"));
 }
 
 // A website file that goes in the middle leaves its fields to the URLs that follow; where they were never
