@@ -112,7 +112,10 @@ void FtpClient::happened(FtpEvent event) {
             m_pointer.reset();
             break;
         case FtpEvent::PathChanged:
-            if (m_baseFolder.empty()) m_baseFolder = txtRemotePath();
+            if (m_baseFolder.empty()) {
+                m_baseFolder = txtRemotePath();
+                if (m_compare != nullptr) m_compare->setPublicFolder(m_login.PublicURL, m_baseFolder);
+            }
             Q_EMIT stateChanged();
             break;
         case FtpEvent::FollowPath:
@@ -523,6 +526,14 @@ std::string FtpClient::failureSummary() const {
     for (std::size_t i = 0; i < std::min(failed.size(), kNamedFailures); ++i)
         words += (i == 0 ? "" : ", ") + escapeControlCharacters(getFileNameFromFile(failed[i].file));
     return failed.size() > kNamedFailures ? words + ", ..." : words;
+}
+
+std::string FtpClient::failureReasons() const {
+    std::string words;
+    const std::vector<FtpFileEnd> failed = failedFiles();
+    for (std::size_t i = 0; i < std::min(failed.size(), kNamedFailures); ++i)
+        words += (i == 0 ? "" : "\n") + getFileNameFromFile(failed[i].file) + ": " + failed[i].problem;
+    return words;
 }
 
 void FtpClient::Stop() {

@@ -62,6 +62,8 @@ class FtpClient final : public QObject, private FtpWatcher {
     std::vector<FtpFileEnd> failedFiles() const;
     // "2 of 5 files were not sent: a.html, b.html", or empty when none failed.
     std::string failureSummary() const;
+    // The same files with their reasons, a line each.
+    std::string failureReasons() const;
     // Why the last operation failed, for the user: the server's reply, or the error of the system.
     const std::string& problem() const noexcept { return m_problem; }
     // Of the last listing, in the server's order.

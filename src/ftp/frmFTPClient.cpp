@@ -61,7 +61,7 @@ void frmFTPClient::drawIcons() {
 
 void frmFTPClient::connectLocal() {
     fillDrives(*m_ui->Drive1);
-    m_ui->lsvDirs->setRows(&m_local.lsvDirs, {9, 9, 15});
+    m_ui->lsvDirs->setRows(&m_local.lsvDirs, {8, 7, 17});
     connect(m_ui->Drive1, &QComboBox::activated, this,
             [this](int index) { m_local.openFolder(fromScreen(m_ui->Drive1->itemData(index).toString())); });
     // Queued: opening a folder refills the list, which must not happen inside the list's own click.
@@ -81,7 +81,7 @@ void frmFTPClient::connectLocal() {
 }
 
 void frmFTPClient::connectRemote() {
-    m_ui->lsvRemote->setRows(&m_client.lsvRemote, {9, 15, 15});
+    m_ui->lsvRemote->setRows(&m_client.lsvRemote, {8, 12, 12});
     connect(m_ui->btnConnect, &QPushButton::clicked, this, &frmFTPClient::logIn);
     connect(m_ui->btnChangeDir, &QPushButton::clicked, &m_client, &FtpClient::btnChangeDir_Click);
     connect(m_ui->btnList, &QPushButton::clicked, &m_client, &FtpClient::btnList_Click);
@@ -163,6 +163,9 @@ void frmFTPClient::showState() {
     m_ui->mnuSendFile->setEnabled(!busy);
     m_ui->cmdStop->setEnabled(work);
     m_ui->cmdRetry->setEnabled(!work && failed > 0);
+    m_ui->lblFailed->setText(failed == 0 ? QString() : toScreen(m_client.failureSummary()));
+    m_ui->lblFailed->setToolTip(failed == 0 ? QString() : toScreen(m_client.failureReasons()));
+    m_ui->lblFailed->setVisible(failed > 0);
     m_ui->cmdCompare->setEnabled(!work && m_client.ended().size() > failed);
     m_ui->cmdIndexNow->setEnabled(!work);
     m_ui->cmdSubmit->setEnabled(!work && changed > 0);
@@ -191,6 +194,7 @@ void frmFTPClient::showProgress() {
     const FtpProgress& progress = m_client.progress();
     m_ui->prgFile->setValue(progress.filePermille());
     m_ui->prgQueue->setValue(progress.queuePermille());
+    for (QProgressBar* const bar : {m_ui->prgFile, m_ui->prgQueue}) bar->setTextVisible(progress.files > 0);
     const QString name = toScreen(progress.name);
     m_ui->lblFile->setText(name.isEmpty() ? tr("File") : name);
     m_ui->lblFile->setToolTip(name);
