@@ -57,7 +57,7 @@ FtpClient::FtpClient(const Services& services, frmHTTP* fetcher, QObject* parent
     connect(&m_deadline, &QTimer::timeout, this, &FtpClient::timeOut);
     connect(&m_Timer1, &QTimer::timeout, this, &FtpClient::Timer1_Timer);
     connect(&m_Timer2, &QTimer::timeout, this, &FtpClient::Timer2_Timer);
-    connect(&m_sockets, &FtpSockets::connected, this, [this] { startDeadline(m_timeOutSeconds); });
+    connect(&m_sockets, &FtpSockets::connected, this, &FtpClient::waitForLogin);
     connect(&m_sockets, &FtpSockets::failed, this, &FtpClient::controlFailed);
     connect(&m_sockets, &FtpSockets::sendFailed, this,
             [this](const std::string& error) { trace("SendData Error: " + error); });
@@ -85,13 +85,11 @@ void FtpClient::trace(std::string_view text) {
 }
 
 void FtpClient::addRemoteDir(std::string_view line) {
+    if (m_entries.size() > kMostEntries) return;
     const std::optional<std::string> failure = failureOf([&] {
         const std::string& folder = txtRemotePath();
-        std::optional<FtpEntry> entry =
-            m_login.MLSD ? readMlsdLine(line, folder) : readListLine(line, folder);
-        if (!entry) return;
-        lsvRemote.add(remoteRow(*entry));
-        m_entries.push_back(*std::move(entry));
+        std::optional<FtpEntry> entry = m_mlsd ? readMlsdLine(line, folder) : readListLine(line, folder);
+        if (entry) m_entries.push_back(*std::move(entry));
     });
     if (failure) DisplayMessage("addRemoteDir_Error: " + *failure);
 }
@@ -137,8 +135,8 @@ void FtpClient::happened(FtpEvent event) {
 
 // ---- Waiting
 
-void FtpClient::startDeadline(int seconds) {
-    m_deadline.start(seconds * 1000);
+void FtpClient::waitForLogin() {
+    m_deadline.start(m_timeOutSeconds * 1000);
 }
 
 void FtpClient::SendFTPCommand(const std::string& command, std::int16_t binary, const std::string& argument,
@@ -158,13 +156,14 @@ void FtpClient::WaitForReply(Then then) {
     m_then = [then = std::move(then)](bool replied, int code) {
         if (then) then(replied, code);
     };
-    startDeadline(kCommandSeconds);
+    m_deadline.start(m_commandMilliseconds);
     Q_EMIT stateChanged();
 }
 
 void FtpClient::replyEnded() {
     const int code = m_ftp.state().ReplyCode;
     if (code == 0 || !m_then) return;
+    if (code != kFtpNoReply) m_silent = false;
     m_problem = m_ftp.lastReply();
     m_deadline.stop();
     m_ftp.beginWait();
@@ -182,13 +181,13 @@ void FtpClient::timeOut() {
         return;
     }
     if (!m_then) return;
-    const bool silent = m_ftp.isOwedReplies();
+    const bool again = std::exchange(m_silent, true);
     m_ftp.giveUp(kFtpNoReply);
     DisplayMessage("Time out !");
-    if (silent) {
-        // It answered nothing twice: what it would still say belongs to no command.
+    if (again) {
         m_sockets.abort();
-        m_ftp.controlClosed();
+        m_ftp.controlClosed(
+            "The server ended two commands in a row with no reply, so the connection is closed.");
         return;
     }
     replyEnded();
@@ -197,7 +196,7 @@ void FtpClient::timeOut() {
 
 // A transfer that moves has not timed out.
 void FtpClient::dataMoved() {
-    if (m_then) startDeadline(kCommandSeconds);
+    if (m_then) m_deadline.start(m_commandMilliseconds);
     if (m_sending) showProgress(false);
 }
 
@@ -216,13 +215,14 @@ void FtpClient::FTPConnect(const FtpLogin& login, int timeOutSeconds, bool follo
     m_timeOutSeconds = timeOutSeconds;
     m_baseFolder.clear();
     m_connecting = true;
+    m_silent = false;
     m_pointer = std::make_unique<BusyPointer>(m_services.prompts);
     List1.clear();
     m_ftp.setAllowForeignDataHost(login.AllowForeignDataHost);
     m_ftp.begin(login.Username, login.Password, login.TLS);
     m_ftp.setRemotePath(login.RemotePath);
     setCaption(kCloseCaption);
-    startDeadline(timeOutSeconds);
+    waitForLogin();
     m_sockets.open(parseFtpHost(login.Host));
 }
 
@@ -256,8 +256,10 @@ void FtpClient::connectEnded(bool loggedIn) {
 
 void FtpClient::Disconnect() {
     m_Timer2.stop();
-    if (isBusy()) Stop();
-    if (!isConnected()) {
+    const bool waiting = isBusy();
+    if (waiting) Stop();
+    // A server that is in the middle of something need not answer soon.
+    if (waiting || !isConnected() || m_ftp.isOwedReplies()) {
         closed();
         return;
     }
@@ -328,19 +330,37 @@ void FtpClient::askRemotePath(Then then) {
 void FtpClient::ListFile(const std::string& Path, Then then) {
     if (!isConnected() || isBusy()) return;
     m_pointer = std::make_unique<BusyPointer>(m_services.prompts);
-    m_batch.emplace(lsvRemote);
+    m_listedPath = Path.empty() ? "/" : Path;
     lsvRemote.clear();
-    m_entries.clear();
     lsvRemote.add(upRow(GetUpDir(Path)));
-    const std::string path = Path.empty() ? "/" : Path;
-    SendFTPCommand((m_login.MLSD ? "MLSD " : "LIST ") + path, 0, {},
-                   [this, then = std::move(then)](bool replied, int code) {
-                       m_batch.reset();
+    list(m_login.MLSD, std::move(then));
+}
+
+void FtpClient::list(bool mlsd, Then then) {
+    m_mlsd = mlsd;
+    m_entries.clear();
+    SendFTPCommand((mlsd ? "MLSD " : "LIST ") + m_listedPath, 0, {},
+                   [this, mlsd, then = std::move(then)](bool replied, int code) {
+                       if (mlsd && (code == 500 || code == 502)) {
+                           DisplayMessage("The server does not know MLSD, so names with blanks are cut.");
+                           list(false, then);
+                           return;
+                       }
+                       fillRemote();
                        m_services.prompts.beep();
                        m_pointer.reset();
                        if (then) then(replied, code);
                        Q_EMIT listed(replied, code);
                    });
+}
+
+void FtpClient::fillRemote() {
+    if (m_entries.size() > kMostEntries) {
+        m_entries.pop_back();
+        DisplayMessage("The folder has more files than are shown.");
+    }
+    const RowsBatch batch(lsvRemote);
+    for (const FtpEntry& entry : m_entries) lsvRemote.add(remoteRow(entry));
 }
 
 // The step after a change of folder: the folder was asked for, so go there; it was changed to, so list it.

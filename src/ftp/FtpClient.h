@@ -39,11 +39,15 @@ class FtpClient final : public QObject, private FtpWatcher {
     using Then = std::function<void(bool replied, int code)>;
     static constexpr int kConnectSeconds = 15;
     static constexpr int kCommandSeconds = 40;
-    static constexpr int kMessages = 150;  // when the list holds as many, the oldest 50 go
+    static constexpr std::size_t kMostEntries = 500'000;  // of a listing; more are not shown
+    static constexpr int kMessages = 150;                 // when the list holds as many, the oldest 50 go
 
     // `fetcher` is for the comparison with the web; without one there is none.
     explicit FtpClient(const Services& services, frmHTTP* fetcher = nullptr, QObject* parent = nullptr);
     ~FtpClient() override;
+
+    // How long a command may go without a reply or a byte of its file, in milliseconds.
+    void setCommandTimeOut(int milliseconds) noexcept { m_commandMilliseconds = milliseconds; }
 
     // ---- State, for a screen. The rows tell their own changes.
     Rows lsvRemote;  // the remote folder; see FtpListing.h. Tag is the full path, type in column 1
@@ -106,7 +110,8 @@ class FtpClient final : public QObject, private FtpWatcher {
     void ChangeRemotePath(const std::string& Path, Then then = {});
     // Asks for the folder the server is in: RemotePath.
     void askRemotePath(Then then = {});
-    // Ends in `listed`, after a beep.
+    // Ends in `listed`, after a beep. With MLSD in the login, and a server that does not know it, LIST
+    // follows.
     void ListFile(const std::string& Path, Then then = {});
     // Sends the files into the present folder, one after the other; ends in queueEnded. Empty and unreadable
     // files get their words first and are not sent. With `listAfter` the folder is listed again at the end.
@@ -133,7 +138,9 @@ class FtpClient final : public QObject, private FtpWatcher {
     bool refuseUnconnected();
     // True, after the box, without a public address.
     bool refuseUnpublished();
-    void startDeadline(int seconds);
+    void waitForLogin();
+    void list(bool mlsd, Then then);
+    void fillRemote();
     void SendFTPCommand(const std::string& command, std::int16_t binary, const std::string& argument,
                         Then then);
     void WaitForReply(Then then);
@@ -166,13 +173,16 @@ class FtpClient final : public QObject, private FtpWatcher {
     bool m_follow = true;
     bool m_connecting = false;
     int m_timeOutSeconds = kConnectSeconds;
+    int m_commandMilliseconds = kCommandSeconds * 1000;
     std::unique_ptr<BusyPointer> m_pointer;
-    Then m_then;        // of the command that is waited for
-    QTimer m_deadline;  // of the connect, the login or the command
-    QTimer m_Timer1;    // the next file
-    QTimer m_Timer2;    // the step after a path change
+    bool m_silent = false;  // the last command timed out
+    Then m_then;            // of the command that is waited for
+    QTimer m_deadline;      // of the connect, the login or the command
+    QTimer m_Timer1;        // the next file
+    QTimer m_Timer2;        // the step after a path change
+    std::string m_listedPath;
     std::vector<FtpEntry> m_entries;
-    std::optional<RowsBatch> m_batch;  // of a listing
+    bool m_mlsd = false;  // the listing that comes is one
     std::vector<FtpUpload> m_FileList;
     std::size_t m_FileIndex = 0;  // of the file being sent, from 1
     bool m_sending = false;

@@ -79,9 +79,10 @@ std::optional<FtpEntry> readMlsdLine(std::string_view line, std::string_view rem
     FtpEntry entry;
     entry.name = line.substr(blank + 1);
     bool folder = false;
-    for (std::string_view facts = line.substr(0, blank); !facts.empty();) {
-        const std::size_t end = std::min(facts.find(';'), facts.size());
-        const std::string_view fact = facts.substr(0, end);
+    for (std::size_t at = 0; at < blank;) {
+        const std::size_t end = std::min(line.find(';', at), blank);
+        const std::string_view fact = line.substr(at, end - at);
+        at = end + 1;
         const std::size_t equals = std::min(fact.find('='), fact.size());
         const std::string_view name = fact.substr(0, equals);
         const std::string_view value = fact.substr(std::min(equals + 1, fact.size()));
@@ -94,7 +95,6 @@ std::optional<FtpEntry> readMlsdLine(std::string_view line, std::string_view rem
         } else if (equalsNoCase(name, "modify")) {
             entry.date = mlsdDate(value);
         }
-        facts.remove_prefix(std::min(end + 1, facts.size()));
     }
     entry.type = typeOf(entry.name, folder);
     entry.path = remotePathOf(remotePath, entry.name);

@@ -24,7 +24,7 @@ namespace relay {
 
 namespace {
 
-constexpr int kBlocksPerTurn = 64;           // 2 MB, then other events have their turn
+constexpr int kBlocksPerTurn = 64;           // then other events have their turn
 constexpr qint64 kQueuedBytes = 512 * 1024;  // written but not yet taken by the system
 constexpr std::size_t kReadBytes = 64 * 1024;
 constexpr int kLingerMilliseconds = 10'000;  // for what is left of a closed connection
@@ -264,7 +264,11 @@ void FtpSockets::dataUp() {
 }
 
 void FtpSockets::readData() {
-    while (m_data != nullptr && m_ready) {
+    for (int blocks = 0; m_data != nullptr && m_ready; ++blocks) {
+        if (blocks == kBlocksPerTurn) {
+            QMetaObject::invokeMethod(this, &FtpSockets::readData, Qt::QueuedConnection);
+            return;
+        }
         const qint64 got = m_data->read(m_block.data(), static_cast<qint64>(m_block.size()));
         if (got < 0) dataEnded();  // an unbuffered socket says so only here
         if (got <= 0) return;
@@ -291,11 +295,20 @@ void FtpSockets::dataFailed() {
 // With TLS the end is known before the connection is closed: there may be bytes to read, and the server waits
 // for the client's own end.
 void FtpSockets::dataGone() {
-    const bool last = std::exchange(m_gone, true);
-    if (!last) readData();
+    if (!std::exchange(m_gone, true)) readData();
     if (m_data == nullptr) return;
+    if (m_ready && m_data->bytesAvailable() > 0) {  // the rest in the next turn
+        QMetaObject::invokeMethod(this, &FtpSockets::dataLeft, Qt::QueuedConnection);
+        return;
+    }
     closeData();
     m_ftp->dataClosed();
+}
+
+void FtpSockets::dataLeft() {
+    if (!m_gone) return;
+    m_gone = false;
+    dataGone();
 }
 
 void FtpSockets::beginSending() {

@@ -66,6 +66,7 @@ class FtpSockets final : public QObject, public FtpWire {
     void dataEnded();
     void dataFailed();
     void dataGone();
+    void dataLeft();
     void sendMore();
     void dropData();
 

@@ -196,9 +196,10 @@ void RankingCheck::checkNames(const std::vector<std::string>& engines) {
         while (!stem.empty() && stem.back() >= '0' && stem.back() <= '9') {
             stem.remove_suffix(1);
             if (!names.contains(stem)) continue;
-            report(
-                lineOf(kEnginesSection, std::to_string(i + 1)), kEnginesSection, RankFindingKind::SharedFiles,
-                "Saved pages of " + shownWord(engines[i]) + " and " + shownWord(stem) + " can have the same names");
+            report(lineOf(kEnginesSection, std::to_string(i + 1)), kEnginesSection,
+                   RankFindingKind::SharedFiles,
+                   "Saved pages of " + shownWord(engines[i]) + " and " + shownWord(stem) +
+                       " can have the same names");
             break;
         }
     }

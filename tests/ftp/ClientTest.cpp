@@ -300,6 +300,17 @@ TEST_F(ClientTest, StopEndsEveryWaitAtOnceAndTheNextCommandIsInStep) {
     EXPECT_EQ(prompts.busyDepth, 0);
 }
 
+TEST_F(ClientTest, ASilentServerTimesOutAndTheSecondTimeItsConnectionIsGivenUp) {
+    client.setCommandTimeOut(100);
+    ASSERT_TRUE(logIn());
+    server.silentData = true;
+    ASSERT_TRUE(send(write({"a.html", "b.html", "c.html"})));
+    EXPECT_EQ(codes(), "999- 999- 0- ");
+    EXPECT_THAT(texts(client.List1), Contains("Time out !"));
+    EXPECT_FALSE(client.isConnected());
+    EXPECT_EQ(prompts.busyDepth, 0);
+}
+
 TEST_F(ClientTest, AListingOfAHundredThousandLinesIsShownWhole) {
     for (int i = 0; i < 100'000; ++i)
         server.listing +=
@@ -321,6 +332,11 @@ TEST_F(ClientTest, MlsdShowsNamesWholeAndOnlyOldMessagesGo) {
     ASSERT_TRUE(waitUntil([this] { return !listedWith.empty(); }));
     EXPECT_THAT(texts(client.lsvRemote), ElementsAre("\xC2\xA0Up", " my page.html"));
     EXPECT_EQ(server.commands.back(), "MLSD /htdocs");
+    server.lie = once("MLSD", "500 Unknown command\r\n");
+    server.listing = "-rw-r--r-- 1 0 0 5 Jan 05 12:30 my page.html\r\n";
+    client.ListFile("/htdocs");
+    ASSERT_TRUE(waitUntil([this] { return listedWith.size() == 2; }));
+    EXPECT_THAT(texts(client.lsvRemote), ElementsAre("\xC2\xA0Up", " my"));
     const int shown = client.List1.count();
     for (int i = shown; i < FtpClient::kMessages; ++i) server.say("* " + std::to_string(i) + "\r\n");
     ASSERT_TRUE(waitUntil([this] { return client.List1.count() == FtpClient::kMessages; }));
