@@ -231,12 +231,19 @@ void RankingAnalysis::analysePage(std::string_view html, std::string_view name) 
     result.sResultList.append("<br><b>Page ").append(std::to_string(m_page)).append(": </b><a href=");
     result.sResultList.append(name).append(">View full search results for this page</a><br><br>");
     std::string trace;
-    try {
-        SearchURLALL(m_input, m_engine, html, m_page, result, trace);
-        if (!m_traceFile.empty() && !trace.empty()) appendFile(m_traceFile, trace);
-    } catch (const std::exception& failure) {
-        m_log.WriteErrorLog("SearchURLAll_Error: " + numberedText(failure));
-    }
+    const auto logged = [this](const auto& work) {
+        try {
+            work();
+            return true;
+        } catch (const std::exception& failure) {
+            m_log.WriteErrorLog("SearchURLAll_Error: " + numberedText(failure));
+            return false;
+        }
+    };
+    logged([&] { SearchURLALL(m_input, m_engine, html, m_page, result, trace); });
+    if (m_traceFile.empty() || trace.empty()) return;
+    // The positions do not depend on the trace; one line in the log is enough.
+    if (!logged([&] { appendFile(m_traceFile, trace); })) m_traceFile.clear();
 }
 
 void RankingAnalysis::getResults() {

@@ -76,7 +76,8 @@ void SearchURLALL(const AnalysisInput& input, std::size_t engine, std::string_vi
 // The analysis of all pages, step by step so that a window stays alive: one page a step.
 class RankingAnalysis final {
   public:
-    // The trace is appended to `traceFile` after each page (none when empty).
+    // The trace is appended to `traceFile` after each page (none when empty); the first failure of that goes
+    // to the log and ends the trace, not the analysis.
     RankingAnalysis(AnalysisInput input, std::string traceFile, Log& log);
 
     // Reads and analyses the next page, or passes on to the next engine; false when all is done. A page that
