@@ -35,7 +35,6 @@ namespace relay {
 
 namespace {
 constexpr int kUsualTreeWidth = 225;
-constexpr int kSplitterStep = 24;
 constexpr QSize kFrame(8, 40);  // around a window, at most
 
 // Opens the wizard. The window is disabled until it closes.
@@ -62,11 +61,13 @@ void showFTPClient(const CommandTarget& target, QWidget* parent) {
     if (form == nullptr) {
         form = new frmFTPClient(target.services, target.main.fetcher, desktopSecrets(), parent);
         QObject::connect(form, &frmFTPClient::submitWanted, parent,
-                         [&target, parent](const std::vector<std::string>& urls) {
-                             if (target.main.readyToSubmit())
-                                 showSubmit(target, parent, std::nullopt, urls);
-                             else
+                         [&target, parent, form](const std::vector<std::string>& urls) {
+                             if (target.main.readyToSubmit()) {
+                                 showSubmit(target, form, std::nullopt, urls);
+                             } else {
+                                 parent->raise();
                                  parent->activateWindow();
+                             }
                          });
     }
     form->show();
@@ -151,7 +152,8 @@ frmMain::frmMain(const Services& services, clsMain& main, QWidget* parent)
     enlargeTitle();
     describePlaceholders(*m_ui->SSTab2);
     makeToolbarReachable();
-    makeSplitterReachable();
+    makeReachable(*m_ui->imgSpliter,
+                  tr("Drag to make the tree wider or narrower, or press Alt+Right and Alt+Left"));
     m_ui->SSTab1->connectTo(main.website.fields, main.catalogue.categories);
     m_ui->SSTab3->connectTo(main.catalogue.lists, main.catalogue.selection,
                             !services.preference.refusesAdultSites());
@@ -374,17 +376,6 @@ void frmMain::makeToolbarReachable() {
         QWidget* const button = m_ui->ToolbarMain->widgetForAction(action);
         if (button != nullptr && !action->isSeparator()) button->setFocusPolicy(Qt::TabFocus);
     }
-}
-
-// Keys for the border between tree and panel, which Qt moves by mouse only.
-void frmMain::makeSplitterReachable() {
-    const QString keys = tr("Drag to make the tree wider or narrower, or press Alt+Right and Alt+Left");
-    m_ui->imgSpliter->handle(1)->setToolTip(keys);
-    m_ui->imgSpliter->handle(1)->setAccessibleName(m_ui->imgSpliter->accessibleName());
-    m_ui->imgSpliter->setAccessibleDescription(keys);
-    for (const auto& [key, step] : {std::pair(Qt::Key_Left, -kSplitterStep), {Qt::Key_Right, kSplitterStep}})
-        connect(new QShortcut(QKeySequence(Qt::ALT | key), this), &QShortcut::activated, this,
-                [this, step = step] { setSplitterPlace(std::max(1, splitterPlace() + step)); });
 }
 
 // Escape is free for other uses while nothing is being fetched.

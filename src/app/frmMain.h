@@ -55,7 +55,6 @@ class frmMain final : public QMainWindow {
   private:
     void enlargeTitle();
     void makeToolbarReachable();
-    void makeSplitterReachable();
     void makeFetchCancellable();
     void showQuickStart();
     void runQuickStartLink(const QString& command);

@@ -415,7 +415,9 @@ void FtpClient::retryFailed() {
     if (refuseUnconnected()) return;
     std::vector<FtpUpload> files;
     for (const FtpFileEnd& file : failedFiles()) files.push_back({file.file, file.remotePath});
+    m_retrying = true;
     if (!files.empty()) sendFiles(files);
+    m_retrying = false;
 }
 
 std::string FtpClient::remotePath(const FtpUpload& upload) const {
@@ -429,6 +431,7 @@ void FtpClient::sendFiles(const std::vector<FtpUpload>& files, bool listAfter) {
     m_stopped = false;
     m_listAfter = listAfter;
     m_ended.clear();
+    if (!m_retrying) m_published.clear();
     m_progress = {};
     m_FileList.clear();
     m_FileIndex = 0;
@@ -495,6 +498,7 @@ void FtpClient::fileReplied(int code) {
 
 void FtpClient::endFile(FtpFileEnd end) {
     m_ended.push_back(std::move(end));
+    if (m_ended.back().ok) m_published.push_back(m_ended.back());
     Q_EMIT fileEnded(m_ended.back());
     showProgress(false);
 }
@@ -579,7 +583,7 @@ void FtpClient::Stop() {
 // ---- The web
 
 void FtpClient::compareWithWeb() {
-    if (m_compare != nullptr && !m_sending) m_compare->compare(m_ended);
+    if (m_compare != nullptr && !m_sending) m_compare->compare(m_published);
 }
 
 std::vector<std::string> FtpClient::changedUrls() const {

@@ -94,8 +94,10 @@ class FtpClient final : public QObject, private FtpWatcher {
     void retryFailed();
     // Ends connecting, the running command or the queue; files not sent yet count as failed.
     void Stop();
-    // Compares what the last queue sent with the web; compare() has the results and signals.
+    // Compares what the last upload sent with the web, retries included; compare() has the results and
+    // signals.
     void compareWithWeb();
+    bool canCompare() const noexcept { return m_compare != nullptr && !m_published.empty(); }
     void cmdIndexNow_Click();  // asks for the key
     // Template: writes the key file of IndexNow, sends it to the folder of PublicURL and, when it was sent,
     // compares it with the web. A message says why the key cannot be one.
@@ -191,6 +193,8 @@ class FtpClient final : public QObject, private FtpWatcher {
     bool m_placingKey = false;  // the queue is a key file ...
     bool m_sentKey = false;     // ... or the last one was
     std::vector<FtpFileEnd> m_ended;
+    bool m_retrying = false;
+    std::vector<FtpFileEnd> m_published;  // that went well, before retries and in them
     FtpProgress m_progress;
     std::int64_t m_sentBefore = 0;  // of the queue, before the present file
     QElapsedTimer m_lastProgress;

@@ -14,12 +14,14 @@
 #include <QClipboard>
 #include <QCloseEvent>
 #include <QDir>
+#include <QScreen>
 
 namespace relay {
 
 namespace {
 constexpr int kFrameMilliseconds = 33;
-}
+constexpr QSize kFrame(8, 40);  // around a window, at most
+}  // namespace
 
 frmFTPClient::frmFTPClient(const Services& services, frmHTTP& fetcher, std::unique_ptr<SecretStore> secrets,
                            QWidget* parent)
@@ -31,19 +33,23 @@ frmFTPClient::frmFTPClient(const Services& services, frmHTTP& fetcher, std::uniq
       m_client(services, &fetcher) {
     m_ui->setupUi(this);
     setAttribute(Qt::WA_DeleteOnClose);
-    setWindowFlag(Qt::WindowMinMaxButtonsHint);
+    // A dialog would always be above the main window.
+    setWindowFlags(Qt::Window);
     drawIcons();
     connectLocal();
     connectRemote();
     connectQueue();
     connectWeb();
     connect(&m_client, &FtpClient::stateChanged, this, &frmFTPClient::showState);
+    makeReachable(*m_ui->picSpliter,
+                  tr("Drag to make a list wider or narrower, or press Alt+Right and Alt+Left"));
     m_ui->picSpliter->setSizes({width() / 2, width() / 2});
     m_ui->splitterMessages->setSizes({height() * 2 / 3, height() / 3});
     m_local.openFolder(fromScreen(QDir::homePath()));
     showState();
     showProgress();
     m_ui->btnConnect->setFocus(Qt::OtherFocusReason);
+    resize(size().boundedTo(screen()->availableSize() - kFrame));
     CenterForm(*this);
 }
 
@@ -166,7 +172,7 @@ void frmFTPClient::showState() {
     m_ui->lblFailed->setText(failed == 0 ? QString() : toScreen(m_client.failureSummary()));
     m_ui->lblFailed->setToolTip(failed == 0 ? QString() : toScreen(m_client.failureReasons()));
     m_ui->lblFailed->setVisible(failed > 0);
-    m_ui->cmdCompare->setEnabled(!work && m_client.ended().size() > failed);
+    m_ui->cmdCompare->setEnabled(!work && m_client.canCompare());
     m_ui->cmdIndexNow->setEnabled(!work);
     m_ui->cmdSubmit->setEnabled(!work && changed > 0);
     m_ui->cmdSubmit->setToolTip(
