@@ -583,12 +583,13 @@ void FtpClient::Stop() {
 // ---- The web
 
 void FtpClient::compareWithWeb() {
-    if (m_compare != nullptr && !m_sending) m_compare->compare(m_published);
+    if (m_compare == nullptr || m_sending) return;
+    m_comparedKey = m_sentKey;
+    m_compare->compare(m_published);
 }
 
 std::vector<std::string> FtpClient::changedUrls() const {
-    if (m_compare == nullptr || m_placingKey || m_sentKey) return {};
-    return m_compare->changedUrls();
+    return m_compare == nullptr || m_comparedKey ? std::vector<std::string>() : m_compare->changedUrls();
 }
 
 bool FtpClient::refuseUnpublished() {

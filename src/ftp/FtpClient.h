@@ -190,8 +190,9 @@ class FtpClient final : public QObject, private FtpWatcher {
     bool m_sending = false;
     bool m_stopped = false;
     bool m_listAfter = true;
-    bool m_placingKey = false;  // the queue is a key file ...
-    bool m_sentKey = false;     // ... or the last one was
+    bool m_placingKey = false;   // the queue is a key file ...
+    bool m_sentKey = false;      // ... or the last one was,
+    bool m_comparedKey = false;  // and so the last comparison
     std::vector<FtpFileEnd> m_ended;
     bool m_retrying = false;
     std::vector<FtpFileEnd> m_published;  // that went well, before retries and in them

@@ -41,6 +41,10 @@ frmFTPClient::frmFTPClient(const Services& services, frmHTTP& fetcher, std::uniq
     connectQueue();
     connectWeb();
     connect(&m_client, &FtpClient::stateChanged, this, &frmFTPClient::showState);
+    connect(&m_client, &FtpClient::loginEnded, this, [this](bool loggedIn) {
+        m_refusal = loggedIn ? std::string() : m_client.problem();
+        showConnection();
+    });
     makeReachable(*m_ui->picSpliter,
                   tr("Drag to make a list wider or narrower, or press Alt+Right and Alt+Left"));
     m_ui->picSpliter->setSizes({width() / 2, width() / 2});
@@ -188,8 +192,9 @@ void frmFTPClient::showConnection() {
     if (std::exchange(m_shownPath, m_client.txtRemotePath()) != m_client.txtRemotePath())
         m_ui->txtRemotePath->setText(toScreen(m_client.txtRemotePath()));
     const QString host = toScreen(m_client.login().Host);
-    const QString state = !m_client.isConnected()
-                              ? (m_client.isBusy() ? tr("Connecting ...") : tr("Not connected"))
+    const QString none =
+        m_refusal.empty() ? tr("Not connected") : tr("Not connected: %1").arg(toScreen(m_refusal));
+    const QString state = !m_client.isConnected()  ? (m_client.isBusy() ? tr("Connecting ...") : none)
                           : m_client.isEncrypted() ? tr("Connected to %1, encrypted").arg(host)
                                                    : tr("Connected to %1, not encrypted").arg(host);
     m_ui->lblState->setText(state);
