@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # For benchmarks that need a server: start_nginx serves a short page at http://127.0.0.1:$port/ and
-# https://127.0.0.1:$tls_port/ until the script ends and then removes its files in $folder. $bundle is a
+# https://127.0.0.1:$tls_port/ (and the file $folder/page.html at /page) until the script ends and then removes its
+# files in $folder. $bundle is a
 # certificate bundle of the usual size that includes the server's authority.
 nginx=$(PATH=$PATH:/usr/sbin command -v nginx) || {
     echo "nginx is missing: apt-get install nginx-light" >&2
@@ -36,6 +37,7 @@ http {
     listen 127.0.0.1:$tls_port ssl backlog=1024;
     ssl_certificate $certificates/good.pem;
     ssl_certificate_key $certificates/server.key;
+    location = /page { default_type text/html; alias $folder/page.html; }
     location / { default_type text/html; return 200 "<html><body>Thank you, your page was added.</body></html>"; }
   }
 }

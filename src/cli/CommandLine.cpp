@@ -10,6 +10,8 @@
 #include "cli/MetaCommands.h"
 #include "cli/PracticeCommand.h"
 #include "cli/PreviewCommand.h"
+#include "cli/RankCommands.h"
+#include "cli/SearchCommand.h"
 #include "cli/SubmitCommand.h"
 #include "cli/UpdateCommand.h"
 #include "cli/WebsiteCommands.h"
@@ -154,6 +156,19 @@ class Parser final {
         add<FtpListCommand>(ftp);
         add<PreviewCommand>(m_app);
         add<SubmitCommand>(m_app);
+        CLI::App& rank = addGroup("rank", "Find the positions of sites on search engines",
+                                  "--home try rank save shop --site www.site-15.example --keywords 'paper "
+                                  "shop' --pages 3\n"
+                                  "--home try rank run shop --all\n"
+                                  "--home try rank history shop");
+        add<RankSaveCommand>(rank);
+        add<RankRunCommand>(rank);
+        add<RankAnalyseCommand>(rank);
+        add<RankProfilesCommand>(rank);
+        add<RankShowCommand>(rank);
+        add<RankRemoveCommand>(rank);
+        add<RankHistoryCommand>(rank);
+        add<SearchCommand>(m_app);
         add<PracticeCommand>(m_app);
     }
 

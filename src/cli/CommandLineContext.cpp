@@ -95,10 +95,13 @@ bool CommandLineContext::load(bool (Catalogue::*step)()) {
     const bool present = catalogue.engineDataPresent();
     if (present && (catalogue.*step)()) return true;
     if (!present) m_prompts.message(kMissingDataNotice, kApplication, Icon::Information);
-    const std::string sameHome = homeOption.empty() ? "" : "--home " + shellWord(homeOption) + " ";
-    warn("No engines could be loaded from " + home().paths.WindowsPath +
-         "\nTo install the program's catalogue, run: korvel-relay-cli " + sameHome + "engines install");
+    warn("No engines could be loaded from " + home().paths.WindowsPath + "\n" + installHint());
     return false;
+}
+
+std::string CommandLineContext::installHint() const {
+    const std::string sameHome = homeOption.empty() ? "" : "--home " + shellWord(homeOption) + " ";
+    return "To install the program's catalogue, run: korvel-relay-cli " + sameHome + "engines install";
 }
 
 }  // namespace relay

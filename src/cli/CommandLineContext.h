@@ -52,6 +52,8 @@ class CommandLineContext final {
     // returns false after a message that says what to do.
     bool loadEngines() { return load(&Catalogue::loadEngineData); }
     bool loadEngineCategories() { return load(&Catalogue::loadEngineCategory); }
+    // The command that installs the program's catalogue in this home.
+    std::string installHint() const;
     // Call at the end. If the command could not run, shows the messages that --quiet held back.
     void finish(int exitCode);
 

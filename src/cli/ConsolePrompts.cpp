@@ -4,7 +4,11 @@
 #include "cli/Console.h"
 #include "cli/ProgressLine.h"
 #include "cli/TerminalText.h"
+#include "core/ScreenText.h"
 #include "core/Text.h"
+
+#include <QProcess>
+#include <QStandardPaths>
 
 #include <istream>
 #include <ostream>
@@ -78,8 +82,20 @@ FileChoice ConsolePrompts::saveFile(std::string_view, std::string_view, std::str
     return {};
 }
 
-bool ConsolePrompts::openWithSystem(std::string_view) {
-    return false;
+// The target is the handler's one argument; no shell reads it. A target that looks like an option is none.
+bool ConsolePrompts::openWithSystem(std::string_view target) {
+    if (target.empty() || target.front() == '-') return false;
+    const QString folders = toScreen(m_console.environment("PATH").value_or(std::string()));
+    if (folders.isEmpty()) return false;
+    const QString opener = QStandardPaths::findExecutable(QStringLiteral("xdg-open"), folders.split(u':'));
+    if (opener.isEmpty()) return false;
+    m_progress.erase();
+    QProcess process;
+    process.setProgram(opener);
+    process.setArguments({toScreen(target)});
+    process.setStandardInputFile(QProcess::nullDevice());
+    process.setStandardOutputFile(QProcess::nullDevice());
+    return process.startDetached();
 }
 
 bool ConsolePrompts::viewText(std::string_view) {

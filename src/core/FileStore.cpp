@@ -129,8 +129,9 @@ class TemporaryFile final {
         if (!m_name.empty()) ::unlink(m_name.c_str());
         if (m_descriptor >= 0) ::close(m_descriptor);
     }
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
+    TemporaryFile(TemporaryFile&& other) noexcept
+        : m_name(std::exchange(other.m_name, {})), m_descriptor(std::exchange(other.m_descriptor, -1)) {}
+    TemporaryFile& operator=(TemporaryFile&&) = delete;
 
     int descriptor() const { return m_descriptor; }
     void flush(const std::string& path) {
@@ -154,6 +155,17 @@ class TemporaryFile final {
     std::string m_name;
     int m_descriptor = -1;
 };
+
+// A temporary file with the bytes and the permissions that the file at `path` shall have.
+TemporaryFile writtenBeside(const std::string& path, std::string_view bytes, Readable readable) {
+    bool keep = false;
+    const mode_t mode = permissionsFor(path, readable, keep);
+    tidyFolder(path);
+    TemporaryFile temporary(path, keep ? 0600 : mode);
+    if (keep && ::fchmod(temporary.descriptor(), mode) != 0) throw fileFailure(path, errno);
+    writeAll(temporary.descriptor(), bytes, path, true);
+    return temporary;
+}
 
 void flushFolder(const std::string& path) {
     step(SaveStep::FolderFlush, path);
@@ -236,17 +248,16 @@ std::string readFile(const std::string& path, std::size_t limit) {
 }
 
 void writeFile(const std::string& path, std::string_view bytes, Readable readable) {
-    bool keep = false;
-    const mode_t mode = permissionsFor(path, readable, keep);
-    tidyFolder(path);
-    TemporaryFile temporary(path, keep ? 0600 : mode);
-    if (keep && ::fchmod(temporary.descriptor(), mode) != 0) throw fileFailure(path, errno);
-    writeAll(temporary.descriptor(), bytes, path, true);
+    TemporaryFile temporary = writtenBeside(path, bytes, readable);
     temporary.flush(path);
     ReplacedFile replaced(path);
     temporary.rename(path);
     replaced.release();
     flushFolder(path);
+}
+
+void replaceFile(const std::string& path, std::string_view bytes) {
+    writtenBeside(path, bytes, Readable::Everyone).rename(path);
 }
 
 void appendFile(const std::string& path, std::string_view bytes, Readable readable) {

@@ -25,6 +25,9 @@ std::string readFile(const std::string& path, std::size_t limit = 256u * 1024 * 
 // Keeps the permissions of an existing file unless OwnerOnly asks for 0600. Throws Failure with path and
 // reason.
 void writeFile(const std::string& path, std::string_view bytes, Readable readable = Readable::Everyone);
+// The same without the two flushes, for files that can be made again: after a power cut the file may be
+// empty.
+void replaceFile(const std::string& path, std::string_view bytes);
 // Appends in one write to the end of the file, creating it (mode 0644, or 0600 for OwnerOnly).
 void appendFile(const std::string& path, std::string_view bytes, Readable readable = Readable::Everyone);
 // Removes the file; false when there was none. Throws Failure when it is there and cannot be removed.

@@ -51,6 +51,12 @@ bool folderExists(std::string_view path) noexcept {
     return statusOf(path, status) && S_ISDIR(status.st_mode);
 }
 
+std::optional<std::int64_t> changeTime(std::string_view path) noexcept {
+    struct stat status {};
+    if (!statusOf(path, status)) return std::nullopt;
+    return status.st_mtime;
+}
+
 FolderContent listFolder(const std::string& folder, std::error_code& error) {
     namespace fs = std::filesystem;
     FolderContent content;

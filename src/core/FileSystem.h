@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -15,6 +17,8 @@ std::string absolutePath(std::string_view path);
 void makeFolder(const std::string& folder, unsigned mode = 0755);
 bool fileExists(std::string_view path) noexcept;  // a regular file, or a link to one
 bool folderExists(std::string_view path) noexcept;
+// When the file's content was changed last, in seconds since 1970; nullopt when there is no such file.
+std::optional<std::int64_t> changeTime(std::string_view path) noexcept;
 
 // The names in a folder, sorted by their bytes, without hidden ones; a link counts as what it leads to.
 struct FolderContent final {

@@ -36,6 +36,9 @@ std::optional<PracticeReply> updatePage(const PracticeRequest& request, Practice
 // "/site/": a small web site, with a page of links of every shape.
 std::optional<PracticeReply> sitePage(const PracticeRequest& request, PracticeSite& site);
 
+// "/search/": the search engines; "/search/WORD?q=PHRASE" is a page of results.
+std::optional<PracticeReply> searchPage(const PracticeRequest& request, PracticeSite& site);
+
 // The reply to a path whose last word, after `folder`, names an outcome; nullopt for any other word.
 std::optional<PracticeReply> outcome(std::string_view word, std::string_view folder, std::string_view path);
 // True for a Host of this machine, so that a web site whose name points to 127.0.0.1 gets nothing.

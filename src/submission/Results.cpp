@@ -1,28 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "submission/Results.h"
 
+#include "core/CsvCell.h"
 #include "core/FileStore.h"
 
 #include <utility>
 
 namespace relay {
-
-namespace {
-
-void addCell(std::string& table, std::string_view text) {
-    if (text.find_first_of(",\"\r\n") == std::string_view::npos) {
-        table += text;
-        return;
-    }
-    table += '"';
-    for (const char c : text) {
-        if (c == '"') table += '"';
-        table += c;
-    }
-    table += '"';
-}
-
-}  // namespace
 
 void Results::begin(RunPlan plan, std::vector<std::string> addURLs) {
     m_plan = std::move(plan);
@@ -108,13 +92,13 @@ std::string resultsAsCSV(const Results& results) {
     for (int place = 0; place < results.count(); ++place) {
         const PairResult pair = results.at(place);
         for (const std::string_view text : {pair.website, pair.URL, pair.engine}) {
-            addCell(table, text);
+            appendCsvCell(table, text);
             table += ',';
         }
         table.append(std::to_string(pair.result)).append(",").append(pair.word()).append(",");
         table.append(std::to_string(pair.code)).append(",").append(std::to_string(pair.milliseconds));
         table += ',';
-        addCell(table, pair.AddURL);
+        appendCsvCell(table, pair.AddURL);
         table += "\r\n";
     }
     return table;

@@ -4,12 +4,14 @@
 // "transcript" (support/Transcript.h) run in it. Some commands exist only in transcripts:
 //   practice-engines OUTCOME or OUTCOME=NAME or OUTCOME=NAME=FIELDS ...
 //                  a catalogue of engines on a practice web, FIELDS in addition to those of every template
+//   practice-search the search engines of a practice web
 //   received       the engine and the URL of each submission since
 //   ftp-server LISTING   an FTP server with this listing; ftp-lie COMMAND ANSWER: instead of its own
 //   ftp-files      what it was sent
 //   terminal in|out|err, typed TEXT, variable NAME VALUE, stop
 // WEB stands for the address of that practice web, FTP for the FTP server's.
 #include "CommandLineFixture.h"
+#include "core/FileStore.h"
 #include "core/Text.h"
 #include "practice/PracticeWeb.h"
 #include "support/FtpServer.h"
@@ -30,6 +32,10 @@ class CommandLineGolden : public testing::TestWithParam<std::string> {
   protected:
     CommandLineGolden() {
         m_transcript.on("practice-engines", [this](auto& outcomes) { useEngines(outcomes); });
+        m_transcript.on("practice-search", [this](auto&) {
+            m_cli.home.write("data/kwreng.dat",
+                             pointAtPracticeWeb(readFile(RELAY_DATA_FOLDER "/practice/kwreng.dat"), web()));
+        });
         m_transcript.on("terminal", [this](auto& stream) {
             (stream.at(0) == "in" ? m_cli.inIsTerminal
              : stream[0] == "out" ? m_cli.outIsTerminal
@@ -57,11 +63,14 @@ class CommandLineGolden : public testing::TestWithParam<std::string> {
             return Said{result.out, result.err, result.code};
         };
         m_transcript.settle = [this](const std::string& text) {
-            // Of a JSON line, of a line of a table, and of a port for data.
-            const std::regex times("(\"ms\":|,[A-Z][A-Za-z ]+,\\d+,)\\d+");
-            const std::regex ports("(\\(127,0,0,1,|established: |Port:)\\d+(,\\d+)?");
-            return replaceAll(std::regex_replace(std::regex_replace(text, times, "$1N"), ports, "$1N"),
-                              m_address, "WEB");
+            // Of a JSON line, of a line of a table, of a file, and of a port for data.
+            std::string settled =
+                std::regex_replace(text, std::regex("(\"ms\":|,[A-Z][A-Za-z ]+,\\d+,)\\d+"), "$1N");
+            settled =
+                std::regex_replace(settled, std::regex("202\\d-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d"), "NOW");
+            settled = std::regex_replace(
+                settled, std::regex("(\\(127,0,0,1,|established: |Port:)\\d+(,\\d+)?"), "$1N");
+            return replaceAll(settled, m_address, "WEB");
         };
     }
 

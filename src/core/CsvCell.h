@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace relay {
+
+// Appends the text as one cell of a table of comma separated values: in quotes if it needs them.
+void appendCsvCell(std::string& table, std::string_view text);
+
+}  // namespace relay
