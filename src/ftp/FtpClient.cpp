@@ -512,7 +512,7 @@ void FtpClient::endQueue() {
     }
     m_sending = false;
     m_pointer.reset();
-    m_progress.sent = m_progress.size;
+    if (!m_stopped && isConnected()) m_progress.sent = m_progress.size;
     showProgress(true);
     const std::string summary = failureSummary();
     if (!summary.empty()) DisplayMessage(summary);
