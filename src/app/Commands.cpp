@@ -75,6 +75,9 @@ void leave(Target target) {
     target.main.workspace.autoSaveToLeave();
     target.close();
 }
+void buildEngine(Target target) {
+    if (target.main.workspace.autoSave()) target.show("frmEngineBuilder");
+}
 void submit(Target target) {
     if (target.main.readyToSubmit()) target.show("frmSubmit");
 }
@@ -152,9 +155,10 @@ constexpr Command kMainCommands[] = {
     {"mnuToolsItems_3", "Search"},
     {"mnuToolsItems_5", "Doorway"},
     {"mnuToolsItems_6", "Keyword"},
-    {"mnuToolsItems_7", "FTP", "", "", always, "frmFTPClient_Load_Error: ",
-     [](Target target) { target.show("frmFTPClient"); }},
-    {"mnuToolsItems_9", "EngineBuilder"},
+    {"mnuToolsItems_7", "FTP", "", "", always,
+     "frmFTPClient_Load_Error: ", [](Target target) { target.show("frmFTPClient"); }},
+    {"mnuToolsItems_9", "EngineBuilder", "Make an engine of your own from a web form", "", always,
+     "frmEngineBuilder_Load_Error: ", buildEngine},
     // Add-Ins.
     {"mnuAddInsItems_0", "AddIn"},
     // Help.

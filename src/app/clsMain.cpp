@@ -7,6 +7,7 @@
 #include "core/Prompts.h"
 #include "core/Services.h"
 #include "core/clsPreference.h"
+#include "practice/PracticeAddress.h"
 #include "practice/StarterServer.h"
 #include "submission/SubmissionController.h"
 
@@ -34,6 +35,9 @@ clsMain::clsMain(const Services& services, Catalogue& ownCatalogue)
       website(catalogue, services),
       siteDetails(website.fields, fetcher, services),
       urlMetaTags(website, fetcher, services),
+      categoryWalk(website.fields, ownCatalogue.lists, fetcher, services,
+                   {[this](std::string_view engine) { return website.storedCategory(engine); },
+                    [&services] { return directoryHosts(services.paths, services.preference); }}),
       workspace(services, website),
       update(services, ownCatalogue, starterServer(services.paths)),
       m_services(services) {
@@ -41,6 +45,10 @@ clsMain::clsMain(const Services& services, Catalogue& ownCatalogue)
     // A page that is still on its way would fill the fields of another website.
     QObject::connect(&workspace, &Workspace::currentChanged, &siteDetails, &SiteDetails::cancel);
     QObject::connect(&workspace, &Workspace::currentChanged, &website, [this] { urlMetaTags.cancel(); });
+    // The panel shows another website, or this one was read again.
+    QObject::connect(&website, &OpenWebsite::fieldsChanged, &categoryWalk, [this] {
+        if (website.fields.cboCustomEngines < 0) categoryWalk.leave();
+    });
 }
 
 std::vector<std::string> clsMain::webTypes() const {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "catalogue/EngineUpdate.h"
+#include "projects/CategoryWalk.h"
 #include "projects/OpenWebsite.h"
 #include "projects/SiteDetails.h"
 #include "projects/UrlMetaTags.h"
@@ -29,6 +30,7 @@ class clsMain final {
     OpenWebsite website;
     SiteDetails siteDetails;
     UrlMetaTags urlMetaTags;
+    CategoryWalk categoryWalk;
     Workspace workspace;
     EngineUpdate update;
     bool linksEngines = false;  // reports link to the engines; the switch "/U"

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/frmMain.h"
 
+#include "app/EngineTrial.h"
 #include "app/QuickStart.h"
 #include "app/clsMain.h"
 #include "app/frmAbout.h"
 #include "app/frmPreference.h"
 #include "catalogue/Catalogue.h"
+#include "catalogue/frmEngineBuilder.h"
 #include "catalogue/frmUpdateEngines.h"
 #include "core/Paths.h"
 #include "core/Prompts.h"
@@ -100,6 +102,41 @@ void showMetaTag(const CommandTarget& target, QWidget* parent) {
     form->exec();
 }
 
+// The builder is made at its first use; each opening reads the stored engines anew.
+void showEngineBuilder(const CommandTarget& target, QWidget* parent) {
+    static constexpr std::string_view kPurpose = "EngineBuilder";
+    clsMain& main = target.main;
+    frmHTTP& fetcher = main.fetcher;
+    auto* form = parent->findChild<frmEngineBuilder*>(QString(), Qt::FindDirectChildrenOnly);
+    if (form == nullptr) {
+        const auto builder = std::make_shared<EngineBuilder*>();
+        const auto trial = std::make_shared<EngineTrial>(
+            target.services, main.catalogue, fetcher,
+            [builder](const TrialResult& result) { (*builder)->showTrial(result); });
+        form = new frmEngineBuilder(
+            target.services, main.catalogue,
+            {{[&fetcher](const std::string& url) { return fetcher.fetch(kPurpose, url); },
+              [trial, &main](const CustomEngineRecord& record) {
+                  return trial->start(record, main.workspace.currentNode()->file);
+              }},
+             [&fetcher] { return fetcher.isRunning(); },
+             [&fetcher] { fetcher.Disconnect(); }},
+            parent);
+        *builder = &form->builder();
+        EngineBuilder& shown = form->builder();
+        fetcher.setConsumer(
+            kPurpose, {[&shown](const FetchReply& reply) {
+                           shown.showPage(reply.isPage() ? reply.text : std::string(), fetchProblem(reply));
+                       },
+                       [&shown](const FetchReply& reply) { shown.showPage({}, fetchProblem(reply)); },
+                       [&shown] { shown.showPage({}, "Cancelled"); }});
+        QObject::connect(form, &QObject::destroyed, &fetcher,
+                         [&fetcher] { fetcher.removeConsumer(kPurpose); });
+        QObject::connect(&fetcher, &frmHTTP::runningChanged, form, &frmEngineBuilder::showFetching);
+    }
+    form->open();
+}
+
 // The screens that commands open.
 struct Screen final {
     std::string_view name;
@@ -108,6 +145,7 @@ struct Screen final {
 constexpr Screen kScreens[] = {
     {"frmMetaTag", showMetaTag},
     {"frmFTPClient", showFTPClient},
+    {"frmEngineBuilder", showEngineBuilder},
     {"frmAbout", [](const CommandTarget&, QWidget* parent) { frmAbout(parent).exec(); }},
     {"frmPreference",
      [](const CommandTarget& target, QWidget* parent) {
@@ -155,6 +193,7 @@ frmMain::frmMain(const Services& services, clsMain& main, QWidget* parent)
     makeReachable(*m_ui->imgSpliter,
                   tr("Drag to make the tree wider or narrower, or press Alt+Right and Alt+Left"));
     m_ui->SSTab1->connectTo(main.website.fields, main.catalogue.categories);
+    m_ui->SSTab1->connectWalk(main.categoryWalk, main.catalogue.lists);
     m_ui->SSTab3->connectTo(main.catalogue.lists, main.catalogue.selection,
                             !services.preference.refusesAdultSites());
     setSplitterPlace(0);
@@ -404,6 +443,7 @@ void frmMain::showQuickStart() {
 void frmMain::showCatalogue() {
     m_ui->SSTab1->setChoices(m_main.webTypes(), clsMain::languages(), m_main.catalogue.countries.cboCountry);
     m_ui->SSTab3->showTypeBoxes();
+    m_ui->SSTab1->showCustomEngines();
     m_ui->SSTab1->showFields();
 }
 

@@ -122,7 +122,9 @@ void CatalogueCheck::readItem(CatalogueReader& reader) {
     const std::size_t line = reader.line();
     if (key == EngineKey::None) return;
     if (key == EngineKey::Unknown) {
-        report(line, FindingKind::UnknownKey, "The key \"", reader.keyText(), "\" is unknown");
+        // Merged engines have this key, with nothing behind it.
+        if (!equalsNoCase(reader.keyText(), "WebType") || !reader.value().empty())
+            report(line, FindingKind::UnknownKey, "The key \"", reader.keyText(), "\" is unknown");
         return;
     }
     if (key == EngineKey::Name) {

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/CommandLine.h"
 
+#include "cli/CategoriesCommand.h"
 #include "cli/Command.h"
 #include "cli/CommandLineContext.h"
 #include "cli/EnginesCommands.h"
+#include "cli/EnginesCustomCommands.h"
 #include "cli/EnginesInstallCommand.h"
+#include "cli/EnginesScrapeCommand.h"
 #include "cli/ExitCode.h"
 #include "cli/FtpCommands.h"
 #include "cli/MetaCommands.h"
@@ -110,8 +113,9 @@ class Parser final {
         return std::any_of(m_commands.begin(), m_commands.end(),
                            [](const std::unique_ptr<Command>& command) { return command->isChosen(); });
     }
-    CLI::App& addGroup(const char* name, const char* description, const char* examples) {
-        CLI::App& group = *m_app.add_subcommand(name, description);
+    static CLI::App& addGroup(CLI::App& parent, const char* name, const char* description,
+                              const char* examples) {
+        CLI::App& group = *parent.add_subcommand(name, description);
         group.require_subcommand(1);
         group.footer(exampleText(examples));
         return group;
@@ -121,7 +125,7 @@ class Parser final {
         m_commands.push_back(std::make_unique<Kind>(parent, m_context));
     }
     void addCommands() {
-        CLI::App& website = addGroup("website", "Show and change website files",
+        CLI::App& website = addGroup(m_app, "website", "Show and change website files",
                                      "website set shop.kws Title='Paper Shop' Email=info@shop.example\n"
                                      "website add-url shop.kws http://shop.example/\n"
                                      "website show shop.kws");
@@ -132,15 +136,31 @@ class Parser final {
         add<WebsiteExportUrlsCommand>(website);
         add<WebsiteUrlsFromWebCommand>(website);
         add<WebsiteDetailsCommand>(website);
-        CLI::App& engines = addGroup("engines", "List, check and install the engine catalogue",
+        CLI::App& engines = addGroup(m_app, "engines", "List, check and install the engine catalogue",
                                      "--home try engines install --practice\n"
                                      "--home try engines list --country DE\n"
                                      "--home try engines check");
         add<EnginesListCommand>(engines);
         add<EnginesCheckCommand>(engines);
         add<EnginesInstallCommand>(engines);
+        add<EnginesScrapeCommand>(engines);
+        CLI::App& custom =
+            addGroup(engines, "custom", "Engines of your own",
+                     "engines custom add \"Harbour Search\" --from http://harbour.example/add\n"
+                     "engines custom merge");
+        add<CustomListCommand>(custom);
+        add<CustomShowCommand>(custom);
+        add<CustomAddCommand>(custom);
+        add<CustomRemoveCommand>(custom);
+        add<CustomMergeCommand>(custom);
+        add<CustomExportCommand>(custom);
+        add<CustomImportCommand>(custom);
+        CLI::App& categories =
+            addGroup(m_app, "categories", "Walk through the categories of outside directories",
+                     "--home try categories walk Yahoo Arts");
+        add<CategoriesWalkCommand>(categories);
         add<UpdateCommand>(m_app);
-        CLI::App& meta = addGroup("meta", "Read and change the meta tags of pages",
+        CLI::App& meta = addGroup(m_app, "meta", "Read and change the meta tags of pages",
                                   "meta show index.html\n"
                                   "meta replace index.html --title 'Paper Shop' --keywords 'paper, pens' "
                                   "--description 'Paper and pens' --dry-run");
@@ -156,7 +176,7 @@ class Parser final {
         add<FtpListCommand>(ftp);
         add<PreviewCommand>(m_app);
         add<SubmitCommand>(m_app);
-        CLI::App& rank = addGroup("rank", "Find the positions of sites on search engines",
+        CLI::App& rank = addGroup(m_app, "rank", "Find the positions of sites on search engines",
                                   "--home try rank save shop --site www.site-15.example --keywords 'paper "
                                   "shop' --pages 3\n"
                                   "--home try rank run shop --all\n"

@@ -5,11 +5,11 @@
 #include "catalogue/UpdateFiles.h"
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
-#include "cli/PracticeAddress.h"
 #include "cli/Table.h"
 #include "core/Failure.h"
 #include "core/JsonLine.h"
 #include "core/Paths.h"
+#include "practice/PracticeAddress.h"
 #include "practice/PracticeWeb.h"
 #include "session/InstalledData.h"
 

@@ -3,7 +3,6 @@
 
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
-#include "cli/PracticeAddress.h"
 #include "cli/StopSignal.h"
 #include "core/Failure.h"
 #include "core/FileStore.h"
@@ -11,6 +10,7 @@
 #include "core/JsonLine.h"
 #include "core/Paths.h"
 #include "core/Trap.h"
+#include "practice/PracticeAddress.h"
 #include "practice/PracticeWeb.h"
 #include "practice/StarterServer.h"
 #include "session/InstalledData.h"

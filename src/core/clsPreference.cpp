@@ -151,6 +151,8 @@ void clsPreference::readServiceLinks() {
     TipsURL = link("TipsURL", page("/tips.html"));
     TutorialPage = link("TutorialPage", "https://tutorial.korvel.example");
     UpdateServer = link("UpdateServer", "");
+    YahooAdd = link("YahooAdd", "");
+    Dmoz = link("Dmoz", "");
     AcceptAdultSite = link("AcceptAdultSite", "");
 }
 

@@ -67,6 +67,8 @@ class clsPreference final {
     std::string TipsURL;
     std::string TutorialPage;
     std::string UpdateServer;     // HOST or HOST:PORT; empty: the installed starter data
+    std::string YahooAdd;         // HOST or HOST:PORT of Yahoo's add page; empty: the practice web
+    std::string Dmoz;             // in front of dmoz's add links, scheme included; empty: the practice web
     std::string AcceptAdultSite;  // only "No" has an effect
 
     const std::string& HTTPVersion() const noexcept { return m_HTTPVersion; }

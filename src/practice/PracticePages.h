@@ -36,6 +36,11 @@ std::optional<PracticeReply> updatePage(const PracticeRequest& request, Practice
 // "/site/": a small web site, with a page of links of every shape.
 std::optional<PracticeReply> sitePage(const PracticeRequest& request, PracticeSite& site);
 
+// The hosts "yahoo.localhost" and "dmoz.localhost": outside directories, with a tree of categories three
+// levels deep and their links for adding a site.
+std::optional<PracticeReply> directoryPage(const PracticeRequest& request, PracticeSite& site);
+// "/engines/SLUG/tree/...": the categories of an engine that is a directory.
+std::optional<PracticeReply> treePage(const PracticeRequest& request, PracticeSite& site);
 // "/search/": the search engines; "/search/WORD?q=PHRASE" is a page of results.
 std::optional<PracticeReply> searchPage(const PracticeRequest& request, PracticeSite& site);
 

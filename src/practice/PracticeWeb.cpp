@@ -53,7 +53,9 @@ void PracticeWeb::forgetReceived() {
 }
 
 std::string pointAtPracticeWeb(std::string_view catalogue, std::string_view address) {
-    return replaceAll(catalogue, "http://@PRACTICE@", address);
+    const std::size_t port = std::min(address.rfind(':'), address.size());
+    return replaceAll(replaceAll(catalogue, "http://@PRACTICE@", address), ".@PRACTICE@",
+                      ".localhost" + std::string(address.substr(port)));
 }
 
 }  // namespace relay

@@ -26,8 +26,8 @@ struct ReceivedSubmission final {
     std::vector<std::pair<std::string, std::string>> fields;   // of query and body, decoded
 };
 
-// Replaces the placeholder http://@PRACTICE@ in the practice catalogue's text by the address of a running
-// practice web.
+// Replaces the placeholders in the practice catalogue's text: http://@PRACTICE@ by the address of a running
+// practice web, and @PRACTICE@ behind a name and a dot by "localhost" and its port.
 std::string pointAtPracticeWeb(std::string_view catalogue, std::string_view address);
 
 // The practice web: a loopback web server that plays the engines of the practice catalogue, stores what it

@@ -92,6 +92,10 @@ void OpenWebsite::emptyFields() {
     fields.clear();
     m_catalogue.categories.lstMainCategory.clearHighlights();
     m_catalogue.categories.lstCategory.clear();
+    for (EngineCategoryEntry& engine : m_catalogue.lists.myCustomEngine) {
+        engine.Data.clear();
+        engine.SpaceID.clear();
+    }
 }
 
 bool OpenWebsite::load(const std::string& path) {
@@ -120,7 +124,14 @@ std::size_t OpenWebsite::fingerprint() {
     };
     for (const WebsiteKey& key : kWebsiteKeys)
         if (key.field) add(fields.*key.field);
-    add(fields.txtCustomCategory);
+    // What saving would store for each custom engine; choosing one to look at its category changes nothing.
+    const CustomEngines& custom = m_catalogue.lists.myCustomEngine;
+    for (std::size_t i = 0; i < custom.size(); ++i) {
+        const bool shown = fields.cboCustomEngines == static_cast<int>(i);
+        const std::string& path = shown ? fields.txtCustomCategory : custom[i].Data;
+        add(path.empty() ? m_file.storedCategory(custom[i].EngineName) : path);
+        add(custom[i].SpaceID);
+    }
     add(fields.chkBlockFFA == 0 ? "0" : "1");
     for (int i = 0; i < fields.lsvSiteURLs.count(); ++i) {
         const RowView row = fields.lsvSiteURLs.at(i);

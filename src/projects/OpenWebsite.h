@@ -44,6 +44,9 @@ class OpenWebsite final : public QObject {
     // use.
     void takeSelectedCategory();
 
+    // The path chosen for a custom engine, as the file has it.
+    std::string storedCategory(std::string_view engine) const { return m_file.storedCategory(engine); }
+
     // A click on a row of lsvSiteURLs: shows its local file in the work area beside the list, and the meta
     // tags of that file's head, or nothing if there are none.
     void chooseURL(int row);

@@ -90,8 +90,11 @@ void readWebsite(const IniFile& file, WebsiteFields& fields, CustomEngines& cust
         if (key.name == "Category" && selectCategory) selectCategory(fields.mainCategory, fields.category);
     }
     // Not the section that saving writes: the chosen category is read when the user picks its engine.
-    for (EngineCategoryEntry& engine : customEngines)
+    for (EngineCategoryEntry& engine : customEngines) {
         engine.Data = file.value("CustomEngine", engine.EngineName);
+        // The identifier belongs to this website, not to the one before it.
+        engine.SpaceID = file.value(kCustomCategorySection, engine.EngineName + "SpaceID");
+    }
     fields.clearCustomEngine();
     fields.chkBlockFFA = toInt16(leadingNumber(file.value(kWebsiteSection, "BlockFFA")));
     fields.txtURLFileLocation.clear();
@@ -228,6 +231,22 @@ void readUrls(const IniFile& file, Rows& urls) {
     }
 }
 
+void WebsiteFile::forget() {
+    m_seen.reset();
+    m_categories.clear();
+}
+
+void WebsiteFile::noteCategories(const IniFile& file) {
+    m_categories.clear();
+    for (const std::string& key : file.keys(kCustomCategorySection))
+        m_categories.emplace(key, file.value(kCustomCategorySection, key));
+}
+
+std::string WebsiteFile::storedCategory(std::string_view engine) const {
+    const auto stored = m_categories.find(engine);
+    return stored == m_categories.end() ? std::string() : stored->second;
+}
+
 bool WebsiteFile::saveWebsiteFile(const std::string& path, const WebsiteFields& fields,
                                   CustomEngines& customEngines) {
     // The failure has its own text.
@@ -252,6 +271,7 @@ bool WebsiteFile::save(const std::string& path, const WebsiteFields& fields, Cus
         std::string written = file.text();
         writeFile(path, written, Readable::OwnerOnly);
         m_seen = std::move(written);
+        noteCategories(file);
         return true;
     } catch (const Failure& failure) {
         throw Failure(std::string("Module: saveWebsiteFile: ") + failure.what() +
@@ -266,7 +286,9 @@ bool WebsiteFile::loadWebsiteFile(const std::string& path, WebsiteFields& fields
     forget();
     return trap(m_prompts, "Module: loadWebsiteFile\r\n", [&] {
         m_seen = bytesOf(path);
-        readWebsite(IniFile::parse(m_seen.value_or("")), fields, customEngines, selectCategory);
+        const IniFile file = IniFile::parse(m_seen.value_or(""));
+        noteCategories(file);
+        readWebsite(file, fields, customEngines, selectCategory);
     });
 }
 

@@ -3,12 +3,14 @@
 
 #include "catalogue/EngineCategories.h"
 #include "core/IniFile.h"
+#include "core/Keys.h"
 #include "projects/WebsiteFields.h"
 
 #include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace relay {
@@ -44,7 +46,9 @@ class WebsiteFile final {
     bool save(const std::string& path, const WebsiteFields& fields, CustomEngines& customEngines,
               SaveOver over);
     // From here on the fields belong to no file.
-    void forget() { m_seen.reset(); }
+    void forget();
+    // The path chosen for an engine, as the file was last read or written.
+    std::string storedCategory(std::string_view engine) const;
     // A missing file counts as empty. On failure shows it and returns false, with the fields loaded as far as
     // possible (LastURL and LastReport beyond 16 bits overflow).
     bool loadWebsiteFile(const std::string& path, WebsiteFields& fields, CustomEngines& customEngines,
@@ -56,7 +60,10 @@ class WebsiteFile final {
 
   private:
     Prompts& m_prompts;
+    void noteCategories(const IniFile& file);
+
     std::optional<std::string> m_seen;  // the file when last read or written; none: no file
+    std::unordered_map<std::string, std::string, KeyHash, KeyEqual> m_categories;  // in it, by engine
 };
 
 // The steps of these operations. They throw Failure.

@@ -2,8 +2,11 @@
 #include "projects/frmWebsitePanel.h"
 
 #include "catalogue/Categories.h"
+#include "catalogue/EngineLists.h"
 #include "core/ScreenText.h"
+#include "projects/CategoryWalk.h"
 #include "ui_frmWebsitePanel.h"
+#include "widgets/Contrast.h"
 #include "widgets/Forms.h"
 #include "widgets/IconTheme.h"
 #include "widgets/ListView.h"
@@ -217,8 +220,63 @@ void frmWebsitePanel::followLists() {
                   tr("Deletes the files of the selected reports (Del)"), reason);
 }
 
+void frmWebsitePanel::connectWalk(CategoryWalk& walk, const EngineLists& lists) {
+    m_walk = &walk;
+    m_lists = &lists;
+    m_ui->lsvCustomMainCategory->setRows(&m_fields->lsvCustomMainCategory);
+    m_ui->lsvCustomSubCategory->setRows(&m_fields->lsvCustomSubCategory);
+    bind(m_ui->txtCustomCategory, &WebsiteFields::txtCustomCategory);
+    connect(m_ui->cboCustomEngines, &QComboBox::activated, &walk, &CategoryWalk::chooseEngine);
+    connect(m_ui->lsvCustomMainCategory, &ListView::rowClicked, &walk, &CategoryWalk::chooseMainCategory);
+    connect(m_ui->lsvCustomMainCategory, &ListView::rowEntered, &walk, &CategoryWalk::chooseMainCategory);
+    // A list is filled anew, which it must not be within its own click.
+    connect(m_ui->lsvCustomMainCategory, &ListView::rowActivated, &walk, &CategoryWalk::openMainCategory,
+            Qt::QueuedConnection);
+    connect(m_ui->lsvCustomSubCategory, &ListView::rowActivated, &walk, &CategoryWalk::openSubCategory,
+            Qt::QueuedConnection);
+    connect(&walk, &CategoryWalk::changed, this, [this] {
+        showFields();
+        Q_EMIT edited();
+    });
+    showCustomEngines();
+}
+
+void frmWebsitePanel::showCustomEngines() {
+    if (m_lists == nullptr) return;
+    const QSignalBlocker quiet(m_ui->cboCustomEngines);
+    m_ui->cboCustomEngines->clear();
+    for (const std::string& name : m_lists->cboCustomEngines) m_ui->cboCustomEngines->addItem(toScreen(name));
+    const bool any = m_ui->cboCustomEngines->count() > 0;
+    m_ui->cboCustomEngines->setEnabled(any);
+    m_ui->cboCustomEngines->setPlaceholderText(any ? tr("Choose a directory")
+                                                   : tr("The catalogue has no directory of this kind"));
+    showWalk();
+}
+
+void frmWebsitePanel::showWalk() {
+    if (m_walk == nullptr) return;
+    const bool chosen = m_fields->cboCustomEngines >= 0;
+    m_ui->cboCustomEngines->setCurrentIndex(m_fields->cboCustomEngines);
+    for (QWidget* part :
+         {static_cast<QWidget*>(m_ui->txtCustomCategory), static_cast<QWidget*>(m_ui->lsvCustomMainCategory),
+          static_cast<QWidget*>(m_ui->lsvCustomSubCategory)})
+        part->setEnabled(chosen);
+    m_ui->lsvCustomMainCategory->setEmptyHint(
+        chosen ? tr("The catalogue has no categories of this directory.") : tr("Choose a directory first."));
+    m_ui->lsvCustomSubCategory->setEmptyHint(
+        chosen ? tr("Double-click a main category, or press\nReturn on it, to fetch its page.") : QString());
+    m_ui->lblReadyToSubmit->setText(toScreen(m_walk->lblReadyToSubmit()));
+    QPalette colours = palette();
+    if (m_walk->readyStandsOut())
+        colours.setColor(QPalette::WindowText,
+                         contrasting(QColor(0, 0, 255), colours.color(QPalette::WindowText),
+                                     {colours.color(QPalette::Window)}, kTextContrast));
+    m_ui->lblReadyToSubmit->setPalette(colours);
+}
+
 void frmWebsitePanel::showFields() {
     for (const std::function<void()>& show : m_show) show();
+    showWalk();
 }
 
 void frmWebsitePanel::showMissing(const MissingField& missing) {

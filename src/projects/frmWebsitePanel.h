@@ -21,6 +21,8 @@ namespace Ui {
 class frmWebsitePanel;
 }
 class Categories;
+class CategoryWalk;
+struct EngineLists;
 
 // The website panel, SSTab1: the fields of one website. What is typed goes into the fields at once;
 // showFields updates the controls after the program changed the fields. Its commands are QActions of the
@@ -35,6 +37,10 @@ class frmWebsitePanel final : public QTabWidget {
     void connectTo(WebsiteFields& fields, Categories& categories);
     void setChoices(const std::vector<std::string>& webTypes, const std::vector<std::string>& languages,
                     const std::vector<std::string>& countries);
+    // The tab of the custom engines; both must outlive the panel.
+    void connectWalk(CategoryWalk& walk, const EngineLists& lists);
+    // Fills cboCustomEngines after a load of the catalogue.
+    void showCustomEngines();
     void showFields();
     // Brings the field of a failed check to the front and focuses it.
     void showMissing(const MissingField& missing);
@@ -65,7 +71,11 @@ class frmWebsitePanel final : public QTabWidget {
     void take(TextMember member, const QString& text);
 
     std::unique_ptr<Ui::frmWebsitePanel> m_ui;
+    void showWalk();
+
     WebsiteFields* m_fields = nullptr;
+    CategoryWalk* m_walk = nullptr;
+    const EngineLists* m_lists = nullptr;
     std::vector<std::function<void()>> m_show;  // one for each bound control
 };
 

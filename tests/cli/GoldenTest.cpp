@@ -4,6 +4,7 @@
 // "transcript" (support/Transcript.h) run in it. Some commands exist only in transcripts:
 //   practice-engines OUTCOME or OUTCOME=NAME or OUTCOME=NAME=FIELDS ...
 //                  a catalogue of engines on a practice web, FIELDS in addition to those of every template
+//   directories    the engines Yahoo, dmoz and Plain, which are directories, on the practice web of the home
 //   practice-search the search engines of a practice web
 //   received       the engine and the URL of each submission since
 //   ftp-server LISTING   an FTP server with this listing; ftp-lie COMMAND ANSWER: instead of its own
@@ -32,6 +33,7 @@ class CommandLineGolden : public testing::TestWithParam<std::string> {
   protected:
     CommandLineGolden() {
         m_transcript.on("practice-engines", [this](auto& outcomes) { useEngines(outcomes); });
+        m_transcript.on("directories", [this](auto&) { useDirectories(); });
         m_transcript.on("practice-search", [this](auto&) {
             m_cli.home.write("data/kwreng.dat",
                              pointAtPracticeWeb(readFile(RELAY_DATA_FOLDER "/practice/kwreng.dat"), web()));
@@ -70,7 +72,10 @@ class CommandLineGolden : public testing::TestWithParam<std::string> {
                 std::regex_replace(settled, std::regex("202\\d-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d"), "NOW");
             settled = std::regex_replace(
                 settled, std::regex("(\\(127,0,0,1,|established: |Port:)\\d+(,\\d+)?"), "$1N");
-            return replaceAll(settled, m_address, "WEB");
+            settled = replaceAll(settled, m_address, "WEB");
+            return replaceAll(
+                settled, ".localhost" + m_address.substr(std::min(m_address.rfind(':'), m_address.size())),
+                ".localhost:PORT");
         };
     }
 
@@ -96,6 +101,20 @@ class CommandLineGolden : public testing::TestWithParam<std::string> {
         }
         m_cli.home.write("data/krveng5.dat", text);
         m_cli.home.write("data/catkws.dat", "[General For All Links]\r\nOther=1\r\nEND\r\n");
+    }
+    void useDirectories() {
+        const std::string port = web().substr(web().rfind(':'));
+        m_cli.home.write("practice.addr", web() + "/\n");
+        std::string engines = "Name=Alpha\r\nCategory=N\r\n";
+        for (const char* name : {"Yahoo", "dmoz", "Plain", "Nowhere"})
+            engines += std::string("Name=") + name + "\r\nType=DIR\r\nCategory=C\r\n";
+        m_cli.home.write("data/krveng5.dat", engines);
+        m_cli.home.write(
+            "data/catkws.dat",
+            "[Yahoo]\r\nURL=http://yahoo.localhost" + port +
+                "/\r\nArts=Arts\r\n[dmoz]\r\nURL=http://dmoz.localhost" + port +
+                "\r\nArts=/Arts/\r\nSociety=/Society\r\n[Plain]\r\nURL=" + web() +
+                "/engines/plain/tree\r\nSection=/engines/plain/tree/section\r\n[Nowhere]\r\nGone=gone\r\n");
     }
     void listReceived() {
         for (const ReceivedSubmission& one : m_web.received())

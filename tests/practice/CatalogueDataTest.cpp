@@ -39,8 +39,8 @@ TEST(InstalledData, HoldsNothingTwice) {
         std::size_t items;  // 0: any number
     } files[] = {{"cat.kws", "[", nullptr, 0},
                  {"country.kws", "[", nullptr, 2 + 2 * 249},
-                 {"catkws.dat", "[", "END", 0},
-                 {"practice/catkws.dat", "[", "END", 0},
+                 {"catkws.dat", "[", nullptr, 0},
+                 {"practice/catkws.dat", "[", nullptr, 0},
                  {"practice/krveng5.dat", "Name=", "END:Version 6.0", 0}};
     for (const auto& given : files) {
         const std::string text = readData(given.file);

@@ -5,6 +5,7 @@
 #include "app/frmAbout.h"
 #include "app/frmPreference.h"
 #include "app/frmSplash.h"
+#include "catalogue/frmEngineBuilder.h"
 #include "catalogue/frmUpdateEngines.h"
 #include "core/FileStore.h"
 #include "core/Text.h"
@@ -32,6 +33,7 @@
 #include <QTabWidget>
 #include <QTreeView>
 
+#include <algorithm>
 #include <filesystem>
 
 namespace {
@@ -50,6 +52,7 @@ void fillHome(const test::TestHome& home, const std::string& practice) {
         home.write(
             std::string("data/") + name,
             pointAtPracticeWeb(readFile(std::string(RELAY_DATA_FOLDER "/practice/") + name), practice));
+    home.write("practice.addr", practice + "/\n");
     home.write("settings.ini", "[Korvel%20Relay]\nPreference\\LoadConfig=1\n");
     home.write("project.kwj",
                "[Garden Shop]\r\nDescription=Plants, pots and tools for small gardens\r\nLast=2\r\n1=Roses|" +
@@ -104,6 +107,74 @@ void drawMetaTags(Program& program, const test::TestHome& home, const QString& f
     frmMetaTagChanges changes(editor.editor().selectedFiles(), *editor.editor().wantedChange());
     changes.show();
     save(changes, folder, "meta-tag-changes");
+}
+
+// The engine builder, from a page of the practice web to what a trial brought.
+void drawEngineBuilder(Program& program, test::ScriptedPrompts& prompts, const QString& folder) {
+    program.window().findChild<QAction*>(QStringLiteral("mnuToolsItems_9"))->trigger();
+    auto& form = *program.window().findChild<frmEngineBuilder*>();
+    EngineBuilder& builder = form.builder();
+    prompts.inputs.emplace_back("Cove Search");
+    builder.New();
+    builder.txtEngineURL = "http://cove.example/";
+    builder.txtSubmitURL = program.main().catalogue.engine("Beacon Finder").AddURL();
+    builder.txtCountry = "US";
+    builder.txtMaxTitle = "60";
+    frmHTTP& fetcher = program.main().fetcher;
+    const auto wait = [&fetcher] {
+        test::waitUntil([&] { return !fetcher.isRunning(); });
+        QCoreApplication::processEvents();
+    };
+    builder.getSource();
+    wait();
+    save(form, folder, "engine-builder-source");
+    builder.getFields();
+    builder.acceptSuggestion(0);
+    save(form, folder, "engine-builder-fields");
+    builder.acceptAllSuggestions();
+    auto* const tabs = form.findChild<QTabWidget*>(QStringLiteral("SSTab1"));
+    tabs->setCurrentIndex(0);
+    save(form, folder, "engine-builder");
+    builder.chooseCategory(3);
+    builder.lsvCategory.setHighlighted(3, true);
+    builder.txtEngineCategory = "/business/consulting";
+    builder.updateCategory();
+    tabs->setCurrentIndex(3);
+    save(form, folder, "engine-builder-categories");
+    builder.tryIt();
+    wait();
+    builder.Save();
+    save(form, folder, "engine-builder-trial");
+    builder.txtSource =
+        "<form action=\"http://cove.example/new\" method=\"get\"><input name=\"site_url\">"
+        "<input name=\"site_title\"></form>";
+    builder.getFields();
+    save(form, folder, "engine-builder-changes");
+    for (int tab = 0; tab < tabs->count(); ++tab) {
+        tabs->setCurrentIndex(tab);
+        form.resize(form.minimumSizeHint());
+        save(form, folder, qPrintable(QStringLiteral("engine-builder-small-%1").arg(tab)));
+    }
+    form.hide();
+}
+
+// The walk through a directory, down to where it takes sites.
+void drawWalk(Program& program, const QString& folder) {
+    CategoryWalk& walk = program.main().categoryWalk;
+    const WebsiteFields& fields = program.main().website.fields;
+    const auto wait = [&program] {
+        test::waitUntil([&] { return !program.main().fetcher.isRunning(); });
+        QCoreApplication::processEvents();
+    };
+    const auto& engines = program.main().catalogue.lists.cboCustomEngines;
+    walk.chooseEngine(static_cast<int>(std::find(engines.begin(), engines.end(), "dmoz") - engines.begin()));
+    program.main().website.fields.lsvCustomMainCategory.setHighlighted(1, true);
+    walk.chooseMainCategory(1);
+    walk.openMainCategory(1);
+    wait();
+    if (fields.lsvCustomSubCategory.count() > 1) walk.openSubCategory(1);
+    wait();
+    save(program.window(), folder, "website-custom");
 }
 
 // An update from the installed starter data of a home that has an older catalogue, and one that fails.
@@ -260,7 +331,8 @@ void drawWindow(Program& program, const QString& folder) {
     }
     tabs->setCurrentIndex(2);
     window.findChild<QTabWidget*>(QStringLiteral("tabCategory"))->setCurrentIndex(1);
-    save(window, folder, "website-custom");
+    save(window, folder, "website-custom-empty");
+    drawWalk(program, folder);
     tabs->setCurrentIndex(0);
     trigger("Engines");
     save(window, folder, "engines-empty");
@@ -276,6 +348,8 @@ int main(int argc, char** argv) {
     QDir().mkpath(folder);
     const test::TestHome home;
     PracticeWeb practice;
+    practice.describeEngines(readFile(RELAY_DATA_FOLDER "/practice/krveng5.dat"),
+                             readFile(RELAY_DATA_FOLDER "/practice/catkws.dat"));
     practice.start();
     fillHome(home, practice.address());
     test::ScriptedPrompts prompts;
@@ -288,6 +362,7 @@ int main(int argc, char** argv) {
     drawSubmission(program, folder);
     drawDialogs(program, prompts, folder);
     drawMetaTags(program, home, folder);
+    drawEngineBuilder(program, prompts, folder);
     drawUpdate(program, home, prompts, folder);
     drawFtp(program, home, prompts, folder);
     for (const auto& shown : prompts.shown) qWarning("%s: %s", shown.title.c_str(), shown.text.c_str());

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "cli/PracticeAddress.h"
+#include "practice/PracticeAddress.h"
 
 #include "core/Failure.h"
 #include "core/FileStore.h"
@@ -7,6 +7,8 @@
 #include "core/Paths.h"
 #include "core/ScreenText.h"
 #include "core/Text.h"
+#include "core/Trap.h"
+#include "core/clsPreference.h"
 
 #include <QTcpSocket>
 #include <QUrl>
@@ -38,6 +40,19 @@ std::string runningPracticeWeb(const Paths& paths) {
     if (address.host() != QStringLiteral("127.0.0.1") || !answers(address))
         throw Failure("The practice web that " + file + " names does not answer. " + kHowToStart);
     return "http://127.0.0.1:" + std::to_string(address.port());
+}
+
+DirectoryHosts directoryHosts(const Paths& paths, const clsPreference& preference) {
+    std::string port;
+    if (preference.YahooAdd.empty() || preference.Dmoz.empty()) {
+        failureOf([&] {
+            const std::string address(firstLine(readFile(practiceAddressFile(paths), 4096)));
+            port = address.substr(address.rfind(':'));
+            port = port.substr(0, port.find('/'));
+        });
+    }
+    return {preference.YahooAdd.empty() ? "yahoo.localhost" + port : preference.YahooAdd,
+            preference.Dmoz.empty() ? "http://dmoz.localhost" + port : preference.Dmoz};
 }
 
 PracticeAddress::PracticeAddress(const Paths& paths, const std::string& address)
