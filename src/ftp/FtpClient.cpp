@@ -182,7 +182,7 @@ void FtpClient::timeOut() {
     }
     if (!m_then) return;
     const bool again = std::exchange(m_silent, true);
-    m_ftp.giveUp(kFtpNoReply);
+    m_ftp.giveUp(kFtpNoReply, "Time out !");
     DisplayMessage("Time out !");
     if (again) {
         m_sockets.abort();
@@ -191,7 +191,6 @@ void FtpClient::timeOut() {
         return;
     }
     replyEnded();
-    m_problem = "Time out !";
 }
 
 // A transfer that moves has not timed out.
@@ -489,8 +488,9 @@ void FtpClient::fileReplied(int code) {
     const FtpUpload& upload = m_FileList[m_FileIndex - 1];
     FtpFileEnd end{
         .file = upload.file, .remotePath = remotePath(upload), .code = code, .bytes = m_ftp.bytesSent()};
-    end.ok = (code == 226 || code == 250) && m_ftp.wholeFileSent();
-    if (!end.ok) end.problem = m_stopped ? "Stopped" : m_ftp.lastReply();
+    const bool stored = code == 226 || code == 250;
+    end.ok = stored && m_ftp.wholeFileSent();
+    if (!end.ok) end.problem = (stored ? "Not all of the file went out: " : "") + m_ftp.lastReply();
     m_progress.sent = m_sentBefore + m_ftp.fileSize();
     endFile(std::move(end));
     m_Timer1.start(0);
@@ -575,7 +575,7 @@ void FtpClient::Stop() {
     }
     m_stopped = m_sending;
     if (!m_then) return;
-    m_ftp.giveUp(kFtpNoReply);
+    m_ftp.giveUp(kFtpNoReply, "Stopped");
     DisplayMessage("Stopped");
     replyEnded();
 }

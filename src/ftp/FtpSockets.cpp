@@ -30,7 +30,9 @@ constexpr std::size_t kReadBytes = 64 * 1024;
 constexpr int kLingerMilliseconds = 10'000;  // for what is left of a closed connection
 
 std::string errorOf(const QAbstractSocket& socket) {
-    return fromScreen(socket.errorString());
+    const auto* const encrypted = qobject_cast<const QSslSocket*>(&socket);
+    const bool refused = encrypted != nullptr && !encrypted->sslHandshakeErrors().isEmpty();
+    return (refused ? "The server's certificate is not accepted: " : "") + fromScreen(socket.errorString());
 }
 
 QList<QSslCertificate> certificatesIn(const std::string& file) {

@@ -193,7 +193,8 @@ void modFTP::CloseDataConnection() {
     m_wire.closeData();
 }
 
-void modFTP::giveUp(std::int16_t code) {
+void modFTP::giveUp(std::int16_t code, std::string_view why) {
+    if (!why.empty()) m_lastReply = why;
     m_owed = m_unanswered;
     if (m_dataOpen) m_wire.resetData();
     CloseDataConnection();

@@ -58,7 +58,8 @@ class modFTP final {
     // ReplyCode starts clean.
     void beginWait() noexcept { m_state.ReplyCode = 0; }
     // The wait for a reply is over without one; what the server still owes is shown later and does nothing.
-    void giveUp(std::int16_t code);
+    // `why` stands for the reply.
+    void giveUp(std::int16_t code, std::string_view why = {});
 
     // From the sockets.
     void controlReceived(std::string_view bytes);

@@ -306,6 +306,7 @@ TEST_F(ClientTest, ASilentServerTimesOutAndTheSecondTimeItsConnectionIsGivenUp) 
     server.silentData = true;
     ASSERT_TRUE(send(write({"a.html", "b.html", "c.html"})));
     EXPECT_EQ(codes(), "999- 999- 0- ");
+    EXPECT_EQ(client.ended().front().problem, "Time out !");
     EXPECT_THAT(texts(client.List1), Contains("Time out !"));
     EXPECT_FALSE(client.isConnected());
     EXPECT_EQ(prompts.busyDepth, 0);
@@ -370,7 +371,8 @@ TEST_F(ClientTest, TlsEncryptsBothConnectionsAndChecksTheCertificate) {
     for (const char* const bad : {"expired.pem", "other-host.pem", "self-signed.pem"}) {
         server.useTls(std::string(kCertificates) + bad, std::string(kCertificates) + "server.key");
         EXPECT_FALSE(logIn(wanted)) << bad;
-        EXPECT_THAT(client.problem(), StartsWith("Socket1 Error: ")) << bad;
+        EXPECT_THAT(client.problem(), StartsWith("Socket1 Error: The server's certificate is not accepted: "))
+            << bad;
     }
     EXPECT_THAT(server.commands, Not(Contains(StartsWith("USER"))));
     server.useTls(std::string(kCertificates) + "good.pem", std::string(kCertificates) + "server.key");
