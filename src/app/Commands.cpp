@@ -99,9 +99,16 @@ void openPage(Target target, std::string_view address) {
                                         Icon::Critical);
 }
 
+void rank(Target target) {
+    if (target.main.takesRankWatch()) openPage(target, kWebAddress);
+    target.show("frmRanking");
+}
+
 constexpr std::string_view kFile = "Module: NewProject\r\n";
 constexpr std::string_view kHelp = "Module: Help\r\n";
 constexpr std::string_view kTools = "frmMetaTag_Load_Error: ";
+constexpr std::string_view kRanking = "loadWebRanking_Error: ";
+constexpr std::string_view kSearch = "loadWebProfile_Error: ";
 constexpr std::string_view kPopup = "Menupopup_Error: ";
 
 constexpr Command kMainCommands[] = {
@@ -119,8 +126,9 @@ constexpr Command kMainCommands[] = {
     {"MetaTag", "MetaTag", "Read and write the meta tags of pages (Ctrl+M)", "", always, kTools,
      [](Target target) { target.show("frmMetaTag"); }},
     {"Optimizer", "Optimizer"},
-    {"Ranking", "Ranking"},
-    {"Search", "Search"},
+    {"Ranking", "Ranking", "See where sites rank on search engines (Ctrl+R)", "", always, kRanking, rank},
+    {"Search", "Search", "Search the web in your browser (Ctrl+Shift+F)", "", always, kSearch,
+     [](Target target) { target.show("frmSearch"); }},
     {"News", "News"},
     // File.
     {"mnuFileItems_0", "NewProject", "Create a new project", "Ctrl+N", always, kFile,
@@ -151,8 +159,9 @@ constexpr Command kMainCommands[] = {
     {"mnuToolsItems_0", "MetaTag", "", "Ctrl+M", always, kTools,
      [](Target target) { target.show("frmMetaTag"); }},
     {"mnuToolsItems_1", "Optimizer"},
-    {"mnuToolsItems_2", "Ranking"},
-    {"mnuToolsItems_3", "Search"},
+    {"mnuToolsItems_2", "Ranking", "", "Ctrl+R", always, kRanking, rank},
+    {"mnuToolsItems_3", "Search", "", "Ctrl+Shift+F", always, kSearch,
+     [](Target target) { target.show("frmSearch"); }},
     {"mnuToolsItems_5", "Doorway"},
     {"mnuToolsItems_6", "Keyword"},
     {"mnuToolsItems_7", "FTP", "", "", always,

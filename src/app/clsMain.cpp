@@ -84,6 +84,18 @@ bool clsMain::readyToSubmit() {
     return true;
 }
 
+bool clsMain::takesRankWatch() {
+    std::int16_t& taken = m_services.preference.TryWebRanking;
+    if (taken != 0) return false;
+    if (m_services.prompts.ask("There is a new version of Korvel Rank Watch 4.0 available now. There are "
+                               "hundreds of improvements in the new version and supports more major search "
+                               "engines.\r\n\r\nWould you like to upgrade to the new version of Korvel Rank "
+                               "Watch 4.0?",
+                               "Web Ranking"))
+        taken = 1;
+    return taken != 0;
+}
+
 std::optional<CutOffRun> clsMain::cutOffRunToGoOnWith() {
     SubmissionController runs(m_services, catalogue, {});
     std::optional<CutOffRun> run;

@@ -42,6 +42,8 @@ class clsMain final {
     // The checks of the toolbar's "Submit": saves, refuses an empty selection (and shows the engine screen),
     // and offers to block mail from free-for-all sites. True when the submission may open.
     bool readyToSubmit();
+    // Asks, until the answer was Yes once, whether to upgrade to the separate program for rankings.
+    bool takesRankWatch();
     // Asks whether to continue an interrupted submission, if there is one, and returns it on Yes. On No, asks
     // whether to keep it for later.
     std::optional<CutOffRun> cutOffRunToGoOnWith();

@@ -20,6 +20,8 @@
 #include "projects/UrlList.h"
 #include "projects/frmAddURL.h"
 #include "projects/frmAddURLFromWeb.h"
+#include "ranking/frmRanking.h"
+#include "ranking/frmSearch.h"
 #include "submission/frmPreview.h"
 #include "submission/frmSubmit.h"
 #include "ui_frmMain.h"
@@ -161,6 +163,10 @@ constexpr Screen kScreens[] = {
                    target.services.paths.AppPath, parent)
              .exec();
      }},
+    {"frmRanking",
+     [](const CommandTarget& target, QWidget* parent) { frmRanking(target.services, parent).exec(); }},
+    {"frmSearch",
+     [](const CommandTarget& target, QWidget* parent) { frmSearch(target.services, parent).exec(); }},
     {"frmSubmit",
      [](const CommandTarget& target, QWidget* parent) { showSubmit(target, parent, std::nullopt); }},
     {"frmAddURLFromWeb",

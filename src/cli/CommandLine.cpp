@@ -4,13 +4,16 @@
 #include "cli/CategoriesCommand.h"
 #include "cli/Command.h"
 #include "cli/CommandLineContext.h"
+#include "cli/DoorwayCommand.h"
 #include "cli/EnginesCommands.h"
 #include "cli/EnginesCustomCommands.h"
 #include "cli/EnginesInstallCommand.h"
 #include "cli/EnginesScrapeCommand.h"
 #include "cli/ExitCode.h"
 #include "cli/FtpCommands.h"
+#include "cli/KeywordsCommands.h"
 #include "cli/MetaCommands.h"
+#include "cli/OptimizeCommand.h"
 #include "cli/PracticeCommand.h"
 #include "cli/PreviewCommand.h"
 #include "cli/RankCommands.h"
@@ -168,12 +171,20 @@ class Parser final {
         add<MetaInsertCommand>(meta);
         add<MetaReplaceCommand>(meta);
         CLI::App& ftp =
-            addGroup("ftp", "Upload files to an FTP server",
+            addGroup(m_app, "ftp", "Upload files to an FTP server",
                      "ftp list /htdocs --host ftp.shop.example --user ada --password-file secret.txt --tls\n"
                      "ftp put index.html --host ftp.shop.example --user ada --password-file secret.txt "
                      "--path /htdocs --tls");
         add<FtpPutCommand>(ftp);
         add<FtpListCommand>(ftp);
+        add<OptimizeCommand>(m_app);
+        add<DoorwayCommand>(m_app);
+        CLI::App& keywords = addGroup(m_app, "keywords", "Find, combine and count keywords",
+                                      "--home try keywords find 'writing paper'\n"
+                                      "--home try keywords count index.html");
+        add<KeywordsFindCommand>(keywords);
+        add<KeywordsCombineCommand>(keywords);
+        add<KeywordsCountCommand>(keywords);
         add<PreviewCommand>(m_app);
         add<SubmitCommand>(m_app);
         CLI::App& rank = addGroup(m_app, "rank", "Find the positions of sites on search engines",

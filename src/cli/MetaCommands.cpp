@@ -3,17 +3,15 @@
 
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
-#include "cli/PageWait.h"
+#include "cli/PageSource.h"
 #include "cli/StopSignal.h"
 #include "cli/Table.h"
 #include "cli/TerminalText.h"
 #include "core/FileStore.h"
 #include "core/JsonLine.h"
 #include "core/Trap.h"
-#include "core/Url.h"
 #include "pagetools/PageDiff.h"
 #include "pagetools/PageFiles.h"
-#include "transport/frmHTTP.h"
 
 #include <ostream>
 
@@ -57,22 +55,11 @@ MetaShowCommand::MetaShowCommand(CLI::App& parent, CommandLineContext& context)
 }
 
 int MetaShowCommand::execute() {
-    if (!localPath(m_page, TypedIn::CommandLine)) return showUrl();
-    show(readFile(m_page));
-    return kSucceeded;
-}
-
-int MetaShowCommand::showUrl() {
-    frmHTTP fetcher(context().home().services);
-    FetchReply page;
-    const auto keep = [&page](const FetchReply& reply) { page = reply; };
-    fetcher.setConsumer("MetaTagEdit", {keep, keep, {}});
-    fetcher.fetch("MetaTagEdit", m_page);
-    if (!waitForPage(context(), fetcher)) return kStopped;
-    const std::string problem = fetchProblem(page);
-    if (!problem.empty()) context().warn(problem);
-    if (page.isPage()) show(page.text);
-    return problem.empty() ? kSucceeded : kCouldNotRun;
+    const SourcePage page = readSourcePage(context(), m_page, "MetaTagEdit");
+    if (page.stopped) return kStopped;
+    if (!page.problem.empty()) context().warn(page.problem);
+    if (page.isPage) show(page.text);
+    return page.problem.empty() ? kSucceeded : kCouldNotRun;
 }
 
 void MetaShowCommand::show(std::string_view html) {

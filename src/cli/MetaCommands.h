@@ -17,7 +17,6 @@ class MetaShowCommand final : public Command {
     int execute() override;
 
   private:
-    int showUrl();
     void show(std::string_view html);
 
     std::string m_page;

@@ -7,6 +7,7 @@
 #include "core/IniFile.h"
 #include "core/JsonLine.h"
 #include "core/Text.h"
+#include "core/Trap.h"
 #include "ranking/HistoryStore.h"
 #include "ranking/RankingCatalogue.h"
 #include "ranking/RankingProfiles.h"
@@ -41,7 +42,8 @@ std::string engineName(const std::vector<RankEngine>& engines, std::size_t place
 
 std::vector<RankEngine> listedEngines(const Paths& paths) {
     std::vector<RankEngine> engines;
-    readRankEngines(IniFile::load(rankingCatalogueFile(paths)), engines);
+    // Without the catalogue, or the rest of it, a profile can still be shown.
+    failureOf([&] { readRankEngines(IniFile::load(rankingCatalogueFile(paths)), engines); });
     return engines;
 }
 

@@ -6,7 +6,6 @@
 #include "core/Failure.h"
 #include "core/JsonLine.h"
 #include "core/Prompts.h"
-#include "core/Text.h"
 #include "ranking/WebSearch.h"
 
 #include <map>
@@ -56,9 +55,6 @@ int SearchCommand::execute() {
             context().out() << address << '\n';
         return kSucceeded;
     }
-    // Anything else would be opened as a file or by whatever has claimed the scheme.
-    if (!startsWithNoCase(address, "http://") && !startsWithNoCase(address, "https://"))
-        throw Failure("The address of this search engine is no web address: " + address);
     if (!context().prompts().openWithSystem(address)) throw Failure(cannotOpenText(address));
     return kSucceeded;
 }

@@ -19,17 +19,17 @@ inline std::string numberedText(const std::exception& failure) {
 }
 
 // The trap of the operations that also log their failure: `words`, the failure's number and text, and
-// `remark` go to a box titled "Error" and to the log. False when the operation failed.
+// `remark` go to a box titled `title` and to the log. False when the operation failed.
 template <typename Operation>
 bool trapAndLog(const Services& services, std::string_view words, Operation&& operation,
-                std::string_view remark = {}) {
+                std::string_view remark = {}, std::string_view title = "Error") {
     try {
         operation();
         return true;
     } catch (const std::exception& failure) {
         const std::string text = std::string(words).append(numberedText(failure)).append(remark);
         services.log.WriteErrorLog(text);
-        services.prompts.message(text, "Error", Icon::Critical);
+        services.prompts.message(text, title, Icon::Critical);
         return false;
     }
 }

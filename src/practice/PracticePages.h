@@ -43,6 +43,8 @@ std::optional<PracticeReply> directoryPage(const PracticeRequest& request, Pract
 std::optional<PracticeReply> treePage(const PracticeRequest& request, PracticeSite& site);
 // "/search/": the search engines; "/search/WORD?q=PHRASE" is a page of results.
 std::optional<PracticeReply> searchPage(const PracticeRequest& request, PracticeSite& site);
+// "/words/find" and "/words/NAME.html": the search engine of the keyword builder, and the pages it finds.
+std::optional<PracticeReply> wordPage(const PracticeRequest& request, PracticeSite& site);
 
 // The reply to a path whose last word, after `folder`, names an outcome; nullopt for any other word.
 std::optional<PracticeReply> outcome(std::string_view word, std::string_view folder, std::string_view path);

@@ -7,6 +7,7 @@
 #include "core/FileSystem.h"
 #include "core/Paths.h"
 #include "core/ScreenText.h"
+#include "core/Text.h"
 
 #include <algorithm>
 #include <map>
@@ -258,7 +259,7 @@ std::vector<HistoryReading> HistoryStore::readings(std::string_view profile) con
     Database::Statement readings(database,
                                  "SELECT id, profile, keywords, analysed, catalogue FROM reading "
                                  "WHERE profile = ? ORDER BY id");
-    readings.bind(profile);
+    readings.bind(trim(profile));
     Database::Statement places(database,
                                "SELECT engine, site, state, best, positions, links, fetched FROM place "
                                "WHERE reading = ? ORDER BY rowid");

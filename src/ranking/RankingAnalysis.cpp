@@ -75,9 +75,9 @@ RankState stateOf(const RankEngine& engine, std::string_view html, bool saysNoth
 
 // The first page speaks for the engine, unless a later one has a result list or the engine's own word.
 void addState(EngineAnalysis& result, RankState page) {
-    const bool tells = page == RankState::NotFound ||
-                       (page == RankState::NothingFound && result.state > RankState::NothingFound);
-    if (result.pagesRead == 0 || (tells && result.state != RankState::Found)) result.state = page;
+    const bool counts = page == RankState::NotFound ||
+                        (page == RankState::NothingFound && result.state > RankState::NothingFound);
+    if (result.pagesRead == 0 || (counts && result.state != RankState::Found)) result.state = page;
     ++result.pagesRead;
     const bool hit = std::any_of(result.hits.begin(), result.hits.end(),
                                  [](const std::vector<int>& positions) { return !positions.empty(); });

@@ -251,7 +251,7 @@ void RankingCheck::checkMarkers(const RankEngine& engine) {
     checkNotEmpty(name, "EngineKey", "every link counts as the engine's own");
     checkNotEmpty(name, "NoFoundString", "every page counts as one without results");
     checkNotEmpty(name, "ResultEndString", "the result list ends after its first character");
-    checkNotEmpty(name, "ResultStartString", "a changed page cannot be told from a page without the site");
+    checkNotEmpty(name, "ResultStartString", "a changed page looks like one without the site");
     if (!engine.isButton()) checkNotEmpty(name, "NextPage1", "no next page is found");
 }
 

@@ -43,10 +43,15 @@ std::string numbered(std::string_view word, int number) {
     return std::string(word) + std::to_string(number);
 }
 
+// The profile's name as the file writes it; empty when there is none.
+std::string nameInFile(const IniFile& file, std::string_view name) {
+    for (std::string& section : file.sections())
+        if (equalsNoCase(section, trim(name))) return std::move(section);
+    return {};
+}
+
 bool holds(const IniFile& file, std::string_view name) {
-    const std::vector<std::string> sections = file.sections();
-    return std::any_of(sections.begin(), sections.end(),
-                       [name](const std::string& section) { return equalsNoCase(section, trim(name)); });
+    return !nameInFile(file, name).empty();
 }
 
 // Reading takes surrounding blanks and quotes away, and a phrase in quotes is not the same without them.
@@ -124,7 +129,7 @@ RankingProfile RankingProfiles::load(std::string_view name) const {
     const IniFile file = IniFile::load(m_file);
     if (!holds(file, name)) throw Failure("There is no ranking profile \"" + std::string(name) + "\".", 9);
     RankingProfile profile;
-    profile.setup.profile = trim(name);
+    profile.setup.profile = nameInFile(file, name);
     profile.setup.sites = readSites(file, name);
     profile.setup.keywords = file.value(name, "Keyword");
     profile.setup.limit = leadingInteger(file.value(name, "Type")) == 1 ? RankLimit::Links : RankLimit::Pages;
@@ -189,10 +194,12 @@ std::optional<std::string> profileNameProblem(std::string_view name) {
 
 std::string rankedSite(std::string_view url) {
     const std::size_t dot = url.find('.');
-    if (dot == npos || dot < 2 || hasControlByte(url))
-        throw Failure("Invalid URL, please specify a correct web site URL and try again.", 5);
     const std::size_t scheme = url.find("://");
-    return std::string(scheme == npos ? url : url.substr(scheme + 3));
+    const std::string_view site = scheme == npos ? url : url.substr(scheme + 3);
+    // Every link contains an empty site.
+    if (dot == npos || dot < 2 || site.empty() || hasControlByte(url))
+        throw Failure("Invalid URL, please specify a correct web site URL and try again.", 5);
+    return std::string(site);
 }
 
 std::optional<SetupProblem> setupProblem(const RankingSetup& setup, const std::vector<RankRow>& rows) {

@@ -44,7 +44,7 @@ class RankingProfiles final {
     // In file order; none when there is no file.
     std::vector<ProfileEntry> loadProfile() const;
     bool IsProfileExist(std::string_view name) const;
-    // Failure when there is no such profile.
+    // With the name as it is written in the file. Failure when there is no such profile.
     RankingProfile load(std::string_view name) const;
     // Writes sites, keywords and limit. Failure for a name that is no plain file name.
     void saveProfile(const RankingSetup& setup) const;
@@ -65,7 +65,7 @@ class RankingProfiles final {
 std::optional<std::string> profileNameProblem(std::string_view name);
 
 // A site as the list takes it: without its scheme. Throws Failure with the message for the user when the
-// first "." is not beyond the second character.
+// first "." is not beyond the second character, or nothing follows the scheme.
 std::string rankedSite(std::string_view url);
 
 // Why the setup cannot be run, as the screen says it, or nullopt. `rows` are the engines.

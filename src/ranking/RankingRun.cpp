@@ -25,6 +25,7 @@ namespace {
 constexpr int kPages = 1;  // columns of the engine list
 constexpr int kPosition = 2;
 constexpr int kStatus = 3;
+constexpr int kResult = 4;
 
 // A failure within the run goes to the log; the run goes on.
 template <typename Operation>
@@ -125,7 +126,7 @@ bool RankingRun::isFinished() const {
 
 void RankingRun::clearColumns() {
     for (int row = 0; row < m_state.lsvRankingEngines.count(); ++row)
-        for (const int column : {kPages, kPosition, kStatus})
+        for (const int column : {kPages, kPosition, kStatus, kResult})
             m_state.lsvRankingEngines.setSubItem(row, column, {});
 }
 

@@ -89,7 +89,12 @@ void clsRanking::Command1_0() {
     StartSearch();
 }
 
-void clsRanking::offerReport() {
+void clsRanking::offerReport(const RankingEnd& end) {
+    if (end.cancelled) return;
+    if (end.unsaved > 0)
+        m_services.prompts.message(
+            "Pages that could not be saved: " + std::to_string(end.unsaved) + ".\r\n" + end.problem, kTitle,
+            Icon::Critical);
     if (m_services.prompts.ask("Search Completed !\r\n\r\nDo you want to view 'Ranking Report' now?", kTitle))
         Command1_1();
 }

@@ -13,7 +13,7 @@ namespace relay {
 // clsRanking and its run change it.
 struct RankingState final {
     RankingState() {
-        lsvRankingEngines.setColumns({"Engines", "Pages", "Position", "Status"});
+        lsvRankingEngines.setColumns({"Engines", "Pages", "Position", "Status", "Result"});
         lsvRankingEngines.setCheckable(true);
         ListView2.setColumns({"Profile Name", "URL", "Date"});
     }
@@ -29,6 +29,7 @@ struct RankingState final {
     // cboProfile, lstSiteURL, txtKeyWord, Option1 and txtPageLinks. An empty profile: none is chosen.
     RankingSetup setup;
     std::vector<std::string> cboProfile;
+    // "Result" says how the last analysis ended for the engine; the report does not show it.
     // The engines in the catalogue's order; a row's place is the engine's, so this list is never sorted.
     Rows lsvRankingEngines;
     Rows ListView2;  // tag the report; "Profile Name", "URL", "Date"

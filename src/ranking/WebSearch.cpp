@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ranking/WebSearch.h"
 
+#include "core/Failure.h"
 #include "core/IniFile.h"
 #include "core/InputHistory.h"
 #include "core/Paths.h"
@@ -21,6 +22,7 @@ namespace {
 
 constexpr std::string_view kHistory = "Search";
 constexpr std::string_view kLastKey = "Last";
+constexpr std::string_view kLastURLKey = "LastURL";
 constexpr int kMostPhrases = 30;
 
 std::string historyFile(const Services& services) {
@@ -43,8 +45,13 @@ std::string searchTerm(const RankEngine& engine, SearchType type, std::string_vi
 }
 
 std::string searchURL(const RankEngine& engine, SearchType type, std::string_view text) {
-    return engine.EngineURL + engine.QueryKeyword1 + EncodeURLValue(searchTerm(engine, type, text)) +
-           engine.QueryKeyword2;
+    std::string address = engine.EngineURL + engine.QueryKeyword1 +
+                          EncodeURLValue(searchTerm(engine, type, text)) + engine.QueryKeyword2;
+    // Anything else would be opened as a file, or by the program that has claimed the scheme.
+    const bool isWeb = startsWithNoCase(address, "http://") || startsWithNoCase(address, "https://");
+    if (!isWeb || hasControlByte(address))
+        throw Failure("The address of this search is no web address: " + address, 5);
+    return address;
 }
 
 WebSearch::WebSearch(const Services& services)
@@ -76,6 +83,15 @@ std::vector<std::string> WebSearch::loadURLs(const SearchWebsite& website) {
     return urls;
 }
 
+std::string WebSearch::lastURL() const {
+    return ReadIniValue(historyFile(m_services), kHistory, kLastURLKey);
+}
+
+void WebSearch::takeURL(std::string_view url) {
+    // As above.
+    WriteIniValue(historyFile(m_services), kHistory, kLastURLKey, url);
+}
+
 void WebSearch::loadHistory() {
     m_history = LoadInputHistory(historyFile(m_services), kHistory, kMostPhrases);
 }
@@ -98,7 +114,9 @@ void WebSearch::cmdSearch(std::size_t engine, SearchType type, std::string_view 
     }
     AddInputHistory(m_history, text);
     const BusyPointer busy(prompts);
-    openOrTell(prompts, searchURL(catalogue.engines()[engine], type, text), "Search");
+    trap(
+        prompts, "",
+        [&] { openOrTell(prompts, searchURL(catalogue.engines()[engine], type, text), "Search"); }, "Search");
 }
 
 }  // namespace relay

@@ -19,7 +19,7 @@ inline constexpr std::array<std::string_view, 3> kSearchTypes = {
 
 // The query term before it is encoded.
 std::string searchTerm(const RankEngine& engine, SearchType type, std::string_view text);
-// The address of the query.
+// The address of the query. Throws Failure for one that is not http or https, or has control characters.
 std::string searchURL(const RankEngine& engine, SearchType type, std::string_view text);
 
 // A website of the projects, to choose URLs from.
@@ -41,6 +41,9 @@ class WebSearch final {
     int lastWebsite() const noexcept { return m_last; }
     // The URLs of a website, empty ones left out; remembers the choice. A failure is shown.
     std::vector<std::string> loadURLs(const SearchWebsite& website);
+    // The URL that was taken last, from any website; empty when there was none.
+    std::string lastURL() const;
+    void takeURL(std::string_view url);
 
     // The earlier phrases, newest first.
     void loadHistory();

@@ -29,6 +29,8 @@ constexpr std::string_view kSection = "WebRanking";
 constexpr std::string_view kSaveResults = "AutoSaveResults";
 constexpr int kStillMilliseconds = 50;  // for which a window may stay undrawn
 
+constexpr int kResult = 4;  // the column
+
 // Puts what a profile or an analysis says about the engines into their rows.
 void showRows(const std::vector<RankRow>& rows, Rows& list) {
     for (int place = 0; place < list.count(); ++place) {
@@ -38,6 +40,7 @@ void showRows(const std::vector<RankRow>& rows, Rows& list) {
         list.setSubItem(place, 1, row.pages);
         list.setSubItem(place, 2, row.position);
         list.setSubItem(place, 3, row.status);
+        list.setSubItem(place, kResult, {});
     }
 }
 
@@ -72,7 +75,7 @@ bool clsRanking::loadEngineData() {
     const bool loaded = m_catalogue.loadEngineData();
     if (!loaded && !fileExists(rankingCatalogueFile(m_services.paths))) return false;
     for (const RankEngine& engine : engines())
-        m_state.lsvRankingEngines.add({.text = engine.EngineName, .subItems = {{}, {}, {}}});
+        m_state.lsvRankingEngines.add({.text = engine.EngineName, .subItems = {{}, {}, {}, {}}});
     m_state.lsvRankingEngines.setColumnTitle(0, "Engines - " + std::to_string(engines().size()));
     return loaded;
 }
@@ -120,14 +123,15 @@ void clsRanking::chkSelectAll_Click(bool on) {
 
 bool clsRanking::saveProfile(const std::string& name) {
     return loggedTrap("saveProfile_Error: ", [&] {
+        const std::string kept(trim(name));  // as the file keeps it
         RankingSetup setup = m_state.setup;
-        setup.profile = name;
+        setup.profile = kept;
         m_profiles.saveProfile(setup);
-        m_state.setup.profile = name;
+        m_state.setup.profile = kept;
         m_state.changed = false;
-        const auto isSame = [&name](const std::string& other) { return equalsNoCase(name, other); };
+        const auto isSame = [&kept](const std::string& other) { return equalsNoCase(kept, other); };
         if (std::none_of(m_state.cboProfile.begin(), m_state.cboProfile.end(), isSame))
-            m_state.cboProfile.push_back(name);
+            m_state.cboProfile.push_back(kept);
         Q_EMIT stateChanged();
     });
 }
@@ -196,6 +200,10 @@ bool clsRanking::analyse(const std::function<bool()>& goOn) {
     m_analysis = analysis.engines();
     showAnalysis(m_analysis, rows);
     showRows(rows, m_state.lsvRankingEngines);
+    for (std::size_t engine = 0; engine < m_analysis.size(); ++engine)
+        if (m_analysis[engine].analysed)
+            m_state.lsvRankingEngines.setSubItem(static_cast<int>(engine), kResult,
+                                                 rankStateText(m_analysis[engine]));
     m_analysedSetup = m_state.setup;
     addToHistory(analysis.input());
     return true;

@@ -73,8 +73,9 @@ class clsRanking final : public QObject {
     void Command2_1();       // save
     void Command2_2();       // remove
     void Command3(int row);  // view the report of a row of ListView2; -1: none is chosen
-    // Connect to searchEnded: asks whether to view the report of a run that was not stopped, and makes it.
-    void offerReport();
+    // For searchEnded: says which pages could not be saved, asks whether to view the report of a run that was
+    // not stopped, and makes it.
+    void offerReport(const RankingEnd& end);
     void ShowReport() { Command1_1(); }
     // Stops a run and stores the settings; call before the screen goes.
     void closing();

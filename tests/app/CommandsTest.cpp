@@ -23,17 +23,19 @@ TEST(CommandsTest, EachCommandIsEnabledForItsNodesAndPanels) {
     }
     EXPECT_THAT(
         names,
-        ElementsAre(Pair("00010", " mnuFileItems_7 mnuFileItems_8"), Pair("00011", " mnuFileItems_4"),
-                    Pair("01010", " Save"),
-                    Pair("01111",
-                         " mnuFileItems_1 mnuFileItems_3 mnuFileItems_6 mnuFileItems_10 "
-                         "mnuImportItems_0 mnuEngineItems_0 mnuEngineItems_1 mnuEngineItems_3 "
-                         "mnuEngineItems_4 mnuEngineItems_6 mnuEngineItems_8 mnuPopupItems_10"),
-                    Pair("11111",
-                         " NewProject NewWeb Engines Submit MetaTag mnuFileItems_0 mnuFileItems_12 "
-                         "mnuFileItems_13 mnuFileItems_15 mnuToolsItems_0 mnuToolsItems_7 mnuToolsItems_9 "
-                         "mnuHelpItems_0 mnuHelpItems_6 mnuHelpItems_7 "
-                         "mnuHelpItems_8 mnuHelpItems_10")));
+        ElementsAre(
+            Pair("00010", " mnuFileItems_7 mnuFileItems_8"), Pair("00011", " mnuFileItems_4"),
+            Pair("01010", " Save"),
+            Pair("01111",
+                 " mnuFileItems_1 mnuFileItems_3 mnuFileItems_6 mnuFileItems_10 "
+                 "mnuImportItems_0 mnuEngineItems_0 mnuEngineItems_1 mnuEngineItems_3 "
+                 "mnuEngineItems_4 mnuEngineItems_6 mnuEngineItems_8 mnuPopupItems_10"),
+            Pair("11111",
+                 " NewProject NewWeb Engines Submit MetaTag Ranking Search mnuFileItems_0 mnuFileItems_12 "
+                 "mnuFileItems_13 mnuFileItems_15 mnuToolsItems_0 mnuToolsItems_2 "
+                 "mnuToolsItems_3 mnuToolsItems_7 mnuToolsItems_9 mnuHelpItems_0 "
+                 "mnuHelpItems_6 mnuHelpItems_7 "
+                 "mnuHelpItems_8 mnuHelpItems_10")));
 }
 
 TEST(CommandsTest, ADisabledCommandSaysWhyWhereItIsNotPlainToSee) {

@@ -10,10 +10,11 @@
 //   ftp-server LISTING   an FTP server with this listing; ftp-lie COMMAND ANSWER: instead of its own
 //   ftp-files      what it was sent
 //   terminal in|out|err, typed TEXT, variable NAME VALUE, stop
-// WEB stands for the address of that practice web, FTP for the FTP server's.
+// WEB stands for the address of that practice web, HOST for its host and port, FTP for the FTP server's.
 #include "CommandLineFixture.h"
 #include "core/FileStore.h"
 #include "core/Text.h"
+#include "core/Url.h"
 #include "practice/PracticeWeb.h"
 #include "support/FtpServer.h"
 #include "support/GoldenCases.h"
@@ -73,9 +74,10 @@ class CommandLineGolden : public testing::TestWithParam<std::string> {
             settled = std::regex_replace(
                 settled, std::regex("(\\(127,0,0,1,|established: |Port:)\\d+(,\\d+)?"), "$1N");
             settled = replaceAll(settled, m_address, "WEB");
-            return replaceAll(
+            settled = replaceAll(
                 settled, ".localhost" + m_address.substr(std::min(m_address.rfind(':'), m_address.size())),
                 ".localhost:PORT");
+            return replaceAll(settled, GetURLHost(m_address), "HOST");
         };
     }
 

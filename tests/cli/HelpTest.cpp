@@ -30,6 +30,12 @@ TEST(HelpTest, EachHelpHasItsOwnExamplesOnThePracticeCatalogue) {
                                     "meta show",
                                     "meta insert",
                                     "meta replace",
+                                    "optimize",
+                                    "doorway",
+                                    "keywords",
+                                    "keywords find",
+                                    "keywords combine",
+                                    "keywords count",
                                     "preview",
                                     "submit",
                                     "practice"};

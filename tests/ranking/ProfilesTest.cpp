@@ -48,7 +48,7 @@ TEST_F(RankingProfilesTest, AreWrittenAndReadToTheByte) {
         text().ends_with("Value=30\r\nDate=4/1/02 13:05\r\nReportFile=/r.html\r\n"
                          "Engine1=-1;3;4, 17;4/1/02\r\nEngine2=0;;;4/1/02\r\n"));
     const RankingProfile read = profiles.load("BELLS");
-    EXPECT_EQ(setupText(read.setup), "BELLS|a.test,b.test/x,|red bicycle|1|30");
+    EXPECT_EQ(setupText(read.setup), "Bells|a.test,b.test/x,|red bicycle|1|30");
     EXPECT_EQ(read.ReportFile, "/r.html");
     ASSERT_EQ(read.engines.size(), 2u);
     EXPECT_EQ(read.engines[0].pages + read.engines[0].position, "34, 17");
@@ -152,7 +152,8 @@ TEST_F(RankingProfilesTest, AreCheckedBeforeARun) {
 
     EXPECT_EQ(rankedSite("http://www.a.test/x"), "www.a.test/x");
     EXPECT_EQ(rankedSite("ab.c"), "ab.c");
-    for (const char* bad : {"", "abc", "a.b.test", "abc.\n"}) EXPECT_THROW(rankedSite(bad), Failure) << bad;
+    for (const char* bad : {"", "abc", "a.b.test", "abc.\n", "ab.c://"})
+        EXPECT_THROW(rankedSite(bad), Failure) << bad;
 }
 
 TEST(RankingSetupTest, TakesPagesFromLinksByTheFirstCharacter) {

@@ -226,7 +226,8 @@ TEST(RankingScreen, AsksAndReports) {
     ranking.txtKeyWord_Change("paper pens");
     fixture.preference.PromptConnection = 1;
     fixture.prompts.answers = {true, true, true, true};  // save, connected, report, results
-    QObject::connect(&ranking, &clsRanking::searchEnded, [&ranking] { ranking.offerReport(); });
+    QObject::connect(&ranking, &clsRanking::searchEnded,
+                     [&ranking](const RankingEnd& end) { ranking.offerReport(end); });
     ranking.Command1_0();
     ASSERT_TRUE(waitUntil(
         [&] { return !fixture.prompts.shown.empty() && fixture.prompts.shown.back().kind == "system"; }));
@@ -305,14 +306,14 @@ TEST(RankingHistory, KeepsEveryReadingOfWhatWasAsked) {
 TEST(RankingHistory, LeavesAFileItCannotUseAsItIs) {
     RankingFixture fixture;
     HistoryStore store(fixture.home.paths());
-    HistoryReading reading{"shop", "paper", fixture.clock.time, fixture.clock.time, {}};
+    HistoryReading reading{"shop", "=paper,", fixture.clock.time, fixture.clock.time, {}};
     reading.places.push_back({"one\xff", "site", RankState::Found, 3, "3,4", 10, fixture.clock.time});
     store.add(reading);
     const std::string good = fixture.home.read("ranking.db");
     EXPECT_THAT(lines(store), ElementsAre("one\xff site found 3"));
-    EXPECT_EQ(historyCSV(store.readings("shop")),
+    EXPECT_EQ(historyCSV(store.readings(" SHOP ")),
               "fetched,analysed,catalogue,keywords,engine,site,state,best,positions,links\r\n"
-              "2002-04-01 13:05:00,2002-04-01 13:05:00,2002-04-01 13:05:00,paper,one\xff,site,found,3,"
+              "2002-04-01 13:05:00,2002-04-01 13:05:00,2002-04-01 13:05:00,\"'=paper,\",one\xff,site,found,3,"
               "\"3,4\",10\r\n");
 
     std::string later = good;

@@ -36,10 +36,18 @@ TEST_F(WebSearchTest, OpensTheAddressAndRemembersThePhrase) {
     search.cmdSearch(0, SearchType::Link, "http://a.test/x y");
     EXPECT_EQ(prompts.last().kind, "system");
     EXPECT_EQ(prompts.last().text, "http://e.test/?q=link%3Aa.test");
+    search.cmdSearch(0, SearchType::General, "x\ny");
+    EXPECT_EQ(prompts.last().kind, "message");
+    for (const char* hostile : {"file:///etc/", "javascript:", "/etc/passwd", "-x", ""}) {
+        home.write("data/kwreng.dat", std::string("[Engines]\n1=E\n[E]\nEngineURL=") + hostile + "\n");
+        ASSERT_TRUE(search.catalogue.loadEngineData());
+        search.cmdSearch(0, SearchType::General, "passwd");
+        EXPECT_EQ(prompts.last().kind, "message") << hostile;
+    }
     search.saveHistory();
     WebSearch later(services);
     later.loadHistory();
-    EXPECT_EQ(later.history(), (std::vector<std::string>{"http://a.test/x y"}));
+    EXPECT_EQ(later.history(), (std::vector<std::string>{"passwd", "x", "http://a.test/x y"}));
 }
 
 TEST_F(WebSearchTest, OffersTheWebsitesAndTheirUrls) {
@@ -56,6 +64,9 @@ TEST_F(WebSearchTest, OffersTheWebsitesAndTheirUrls) {
     EXPECT_EQ(search.loadURLs(search.websites()[1]), (std::vector<std::string>{"http://old.test/"}));
     ASSERT_TRUE(search.loadWebProfile());
     EXPECT_EQ(search.lastWebsite(), 1);
+    EXPECT_EQ(search.lastURL(), "");
+    search.takeURL("http://one.test/b");
+    EXPECT_EQ(WebSearch(services).lastURL(), "http://one.test/b");
     EXPECT_TRUE(prompts.shown.empty());
 }
 

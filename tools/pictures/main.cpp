@@ -15,6 +15,8 @@
 #include "pagetools/frmMetaTagChanges.h"
 #include "practice/PracticeWeb.h"
 #include "projects/frmAddURL.h"
+#include "ranking/frmRanking.h"
+#include "ranking/frmSearch.h"
 #include "submission/frmPreview.h"
 #include "submission/frmSubmit.h"
 #include "support/FaultServer.h"
@@ -26,6 +28,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDir>
 #include <QLineEdit>
 #include <QPushButton>
@@ -48,7 +51,7 @@ void save(QWidget& widget, const QString& folder, const char* name) {
 void fillHome(const test::TestHome& home, const std::string& practice) {
     for (const char* name : {"country.kws", "cat.kws"})
         std::filesystem::copy(std::string(RELAY_DATA_FOLDER "/") + name, home.path(name));
-    for (const char* name : {"krveng5.dat", "catkws.dat"})
+    for (const char* name : {"krveng5.dat", "catkws.dat", "kwreng.dat"})
         home.write(
             std::string("data/") + name,
             pointAtPracticeWeb(readFile(std::string(RELAY_DATA_FOLDER "/practice/") + name), practice));
@@ -307,6 +310,67 @@ void drawSubmission(Program& program, const QString& folder) {
     save(preview, folder, "submit-preview");
 }
 
+// Readings of six weeks, with some days without one.
+void fillHistory(HistoryStore& history, const std::vector<std::string>& sites,
+                 const std::vector<RankEngine>& engines) {
+    const QDateTime first(QDate(2026, 4, 1), QTime(9, 0));
+    for (int day = 0; day < 42; ++day) {
+        if (day % 12 == 7 || (day > 20 && day < 25)) continue;
+        HistoryReading reading{"shop", "paper shop", first.addDays(day).addSecs(60), first, {}};
+        for (std::size_t engine = 0; engine < engines.size(); ++engine) {
+            const int wave = static_cast<int>(engine) * 5;
+            const int drift = (day * (static_cast<int>(engine) + 2)) / 9 - (day * day) / 60;
+            const int noise = (day * 7 + static_cast<int>(engine) * 13) % 5 - 2;
+            const int best = std::max(1, 38 - wave - drift + noise);
+            const bool changed = engine == 7 && day > 30;
+            const RankState state = engine == 6   ? RankState::NothingFound
+                                    : changed     ? RankState::NoResultList
+                                    : engine == 8 ? RankState::NoResultPage
+                                    : best > 36   ? RankState::NotFound
+                                                  : RankState::Found;
+            for (const std::string& site : sites)
+                reading.places.push_back(
+                    {engines[engine].EngineName, site, state, state == RankState::Found ? best : 0,
+                     state == RankState::Found ? std::to_string(best) : "", 45, first.addDays(day)});
+        }
+        history.add(reading);
+    }
+}
+
+// A run on the practice web without the engine that stalls, and the history.
+void drawRanking(Program& program, test::ScriptedPrompts& prompts, const QString& folder) {
+    program.services().preference.PromptConnection = 0;
+    frmRanking form(program.services());
+    clsRanking& ranking = form.ranking();
+    save(form, folder, "ranking-empty");
+    ranking.state().setup = {
+        "shop", {"www.site-15.example", "www.site-38.example"}, "paper shop", RankLimit::Pages, "5"};
+    ranking.saveProfile("shop");
+    ranking.chkSelectAll_Click(true);
+    ranking.state().lsvRankingEngines.setChecked(5, false);
+    form.show();
+    prompts.answers = {true, true};
+    ranking.Command1_0();
+    test::waitUntil([&] { return !ranking.analysis().empty() && ranking.state().Command1_0Enabled; });
+    save(form, folder, "ranking");
+    std::filesystem::remove(ranking.history().file());
+    fillHistory(ranking.history(), ranking.state().setup.sites, ranking.engines());
+    auto* const tabs = form.findChild<QTabWidget*>(QStringLiteral("SSTab1"));
+    tabs->setCurrentIndex(1);
+    save(form, folder, "ranking-reports");
+    tabs->setCurrentIndex(2);
+    QCoreApplication::processEvents();
+    save(form, folder, "ranking-history");
+    form.resize(form.minimumSizeHint());
+    QCoreApplication::processEvents();
+    save(form, folder, "ranking-small");
+    frmSearch search(program.services());
+    auto* const websites = search.findChild<QComboBox*>(QStringLiteral("cboWebProfile"));
+    websites->setCurrentIndex(0);
+    Q_EMIT websites->activated(0);
+    save(search, folder, "search");
+}
+
 void drawWindow(Program& program, const QString& folder) {
     frmMain& window = program.window();
     window.resize(1280, 800);
@@ -362,6 +426,7 @@ int main(int argc, char** argv) {
     drawSubmission(program, folder);
     drawDialogs(program, prompts, folder);
     drawMetaTags(program, home, folder);
+    drawRanking(program, prompts, folder);
     drawEngineBuilder(program, prompts, folder);
     drawUpdate(program, home, prompts, folder);
     drawFtp(program, home, prompts, folder);
