@@ -58,7 +58,6 @@ class frmMain final : public QMainWindow {
     bool takesKey(const QWidget& widget, const QKeyEvent& event) const;
     void enlargeTitle();
     void makeToolbarReachable();
-    void makeSplitterReachable();
     void makeFetchCancellable();
     void showQuickStart();
     void runQuickStartLink(const QString& command);

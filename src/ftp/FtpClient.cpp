@@ -110,7 +110,10 @@ void FtpClient::happened(FtpEvent event) {
             m_pointer.reset();
             break;
         case FtpEvent::PathChanged:
-            if (m_baseFolder.empty()) m_baseFolder = txtRemotePath();
+            if (m_baseFolder.empty()) {
+                m_baseFolder = txtRemotePath();
+                if (m_compare != nullptr) m_compare->setPublicFolder(m_login.PublicURL, m_baseFolder);
+            }
             Q_EMIT stateChanged();
             break;
         case FtpEvent::FollowPath:
@@ -274,6 +277,10 @@ void FtpClient::setCaption(std::string_view caption) {
     Q_EMIT stateChanged();
 }
 
+bool FtpClient::wantsLogin() const noexcept {
+    return m_connectCaption == kConnectCaption;
+}
+
 void FtpClient::btnConnect_Click(const std::optional<FtpLogin>& login) {
     if (m_connectCaption == kCloseCaption) {
         Stop();
@@ -380,7 +387,13 @@ void FtpClient::btnList_Click() {
 
 void FtpClient::lsvRemote_DblClick(int row) {
     const RowView chosen = lsvRemote.at(row);
-    if (chosen.icon == kFolderIcon) ChangeRemotePath(std::string(chosen.tag));
+    if (chosen.icon != kFolderIcon) return;
+    const std::string folder(chosen.tag);
+    if (!refuseUnconnected()) ChangeRemotePath(folder);
+}
+
+void FtpClient::txtRemotePath_Return(const std::string& path) {
+    if (!refuseUnconnected()) ChangeRemotePath(path);
 }
 
 // ---- The queue
@@ -401,7 +414,9 @@ void FtpClient::retryFailed() {
     if (refuseUnconnected()) return;
     std::vector<FtpUpload> files;
     for (const FtpFileEnd& file : failedFiles()) files.push_back({file.file, file.remotePath});
+    m_retrying = true;
     if (!files.empty()) sendFiles(files);
+    m_retrying = false;
 }
 
 std::string FtpClient::remotePath(const FtpUpload& upload) const {
@@ -415,6 +430,7 @@ void FtpClient::sendFiles(const std::vector<FtpUpload>& files, bool listAfter) {
     m_stopped = false;
     m_listAfter = listAfter;
     m_ended.clear();
+    if (!m_retrying) m_published.clear();
     m_progress = {};
     m_FileList.clear();
     m_FileIndex = 0;
@@ -482,6 +498,7 @@ void FtpClient::fileReplied(int code) {
 
 void FtpClient::endFile(FtpFileEnd end) {
     m_ended.push_back(std::move(end));
+    if (m_ended.back().ok) m_published.push_back(m_ended.back());
     Q_EMIT fileEnded(m_ended.back());
     showProgress(false);
 }
@@ -495,12 +512,13 @@ void FtpClient::endQueue() {
     }
     m_sending = false;
     m_pointer.reset();
-    m_progress.sent = m_progress.size;
+    if (!m_stopped && isConnected()) m_progress.sent = m_progress.size;
     showProgress(true);
     const std::string summary = failureSummary();
     if (!summary.empty()) DisplayMessage(summary);
     const int failed = static_cast<int>(failedFiles().size());
-    const bool compares = std::exchange(m_placingKey, false) && failed == 0;
+    m_sentKey = std::exchange(m_placingKey, false);
+    const bool compares = m_sentKey && failed == 0;
     Q_EMIT stateChanged();
     if (m_listAfter && isConnected()) ListFile(txtRemotePath());
     Q_EMIT queueEnded(static_cast<int>(m_ended.size()) - failed, failed);
@@ -534,6 +552,14 @@ std::string FtpClient::failureSummary() const {
     return failed.size() > kNamedFailures ? words + ", ..." : words;
 }
 
+std::string FtpClient::failureReasons() const {
+    std::string words;
+    const std::vector<FtpFileEnd> failed = failedFiles();
+    for (std::size_t i = 0; i < std::min(failed.size(), kNamedFailures); ++i)
+        words += (i == 0 ? "" : "\n") + getFileNameFromFile(failed[i].file) + ": " + failed[i].problem;
+    return words;
+}
+
 void FtpClient::Stop() {
     m_Timer2.stop();
     if (m_compare != nullptr && m_compare->isRunning()) {
@@ -557,16 +583,35 @@ void FtpClient::Stop() {
 // ---- The web
 
 void FtpClient::compareWithWeb() {
-    if (m_compare != nullptr && !m_sending) m_compare->compare(m_ended);
+    if (m_compare == nullptr || m_sending) return;
+    m_comparedKey = m_sentKey;
+    m_compare->compare(m_published);
+}
+
+std::vector<std::string> FtpClient::changedUrls() const {
+    return m_compare == nullptr || m_comparedKey ? std::vector<std::string>() : m_compare->changedUrls();
+}
+
+bool FtpClient::refuseUnpublished() {
+    if (m_compare != nullptr && m_compare->isOn()) return false;
+    m_services.prompts.message("Please enter the public address of the remote folder in the login first.",
+                               kTitle, Icon::Information);
+    return true;
+}
+
+void FtpClient::cmdIndexNow_Click() {
+    if (refuseUnconnected() || refuseUnpublished()) return;
+    const std::optional<std::string> key = m_services.prompts.input(
+        "Enter the IndexNow key. The IndexNow engines take the password of your web site as the key:",
+        kTitle);
+    if (key && !key->empty()) placeIndexNowKey(*key);
 }
 
 void FtpClient::placeIndexNowKey(const std::string& key) {
-    if (refuseUnconnected()) return;
+    if (refuseUnconnected() || refuseUnpublished()) return;
     trap(
         m_services.prompts, "",
         [&] {
-            if (m_compare == nullptr || !m_compare->isOn())
-                throw Failure("Please enter the public address of the remote folder in the login first.");
             const std::string file = writeIndexNowKeyFile(m_services, key);
             m_placingKey = true;
             sendFiles({{file, remotePathOf(m_baseFolder, getFileNameFromFile(file))}});

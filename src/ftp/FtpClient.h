@@ -66,6 +66,8 @@ class FtpClient final : public QObject, private FtpWatcher {
     std::vector<FtpFileEnd> failedFiles() const;
     // "2 of 5 files were not sent: a.html, b.html", or empty when none failed.
     std::string failureSummary() const;
+    // The same files with their reasons, a line each.
+    std::string failureReasons() const;
     // Why the last operation failed, for the user: the server's reply, or the error of the system.
     const std::string& problem() const noexcept { return m_problem; }
     // Of the last listing, in the server's order.
@@ -73,6 +75,10 @@ class FtpClient final : public QObject, private FtpWatcher {
     const FtpLogin& login() const noexcept { return m_login; }
     // Null without a fetcher.
     FtpCompare* compare() noexcept { return m_compare.get(); }
+    // The pages to submit: what the last comparison found changed, unless it was of a key file.
+    std::vector<std::string> changedUrls() const;
+    // btnConnect_Click would use a login.
+    bool wantsLogin() const noexcept;
 
     // ---- The buttons. Each checks what must be so and shows the box that says otherwise.
     // btnConnect, by its caption: for "&Connect" the login that the user confirmed (nothing when cancelled).
@@ -83,12 +89,16 @@ class FtpClient final : public QObject, private FtpWatcher {
     void btnChangeDir_Click();  // asks for the path
     void btnList_Click();
     void lsvRemote_DblClick(int row);
+    void txtRemotePath_Return(const std::string& path);
     // Sends the files again that failed.
     void retryFailed();
     // Ends connecting, the running command or the queue; files not sent yet count as failed.
     void Stop();
-    // Compares what the last queue sent with the web; compare() has the results and signals.
+    // Compares what the last upload sent with the web, retries included; compare() has the results and
+    // signals.
     void compareWithWeb();
+    bool canCompare() const noexcept { return m_compare != nullptr && !m_published.empty(); }
+    void cmdIndexNow_Click();  // asks for the key
     // Template: writes the key file of IndexNow, sends it to the folder of PublicURL and, when it was sent,
     // compares it with the web. A message says why the key cannot be one.
     void placeIndexNowKey(const std::string& key);
@@ -128,6 +138,8 @@ class FtpClient final : public QObject, private FtpWatcher {
 
     // True, after the box, without a connection; also true while busy.
     bool refuseUnconnected();
+    // True, after the box, without a public address.
+    bool refuseUnpublished();
     void waitForLogin();
     void list(bool mlsd, Then then);
     void fillRemote();
@@ -178,8 +190,12 @@ class FtpClient final : public QObject, private FtpWatcher {
     bool m_sending = false;
     bool m_stopped = false;
     bool m_listAfter = true;
-    bool m_placingKey = false;
+    bool m_placingKey = false;   // the queue is a key file ...
+    bool m_sentKey = false;      // ... or the last one was,
+    bool m_comparedKey = false;  // and so the last comparison
     std::vector<FtpFileEnd> m_ended;
+    bool m_retrying = false;
+    std::vector<FtpFileEnd> m_published;  // that went well, before retries and in them
     FtpProgress m_progress;
     std::int64_t m_sentBefore = 0;  // of the queue, before the present file
     QElapsedTimer m_lastProgress;

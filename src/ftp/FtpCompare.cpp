@@ -7,6 +7,7 @@
 #include "core/Text.h"
 #include "core/Trap.h"
 #include "core/Url.h"
+#include "transport/RequestUrl.h"
 #include "transport/frmHTTP.h"
 
 #include <QCryptographicHash>
@@ -158,6 +159,8 @@ void FtpCompare::next() {
 
 WebPage FtpCompare::judged(const Wanted& wanted, const FetchReply& reply) const {
     WebPage page{wanted.file, wanted.url, WebState::Missing, fetchProblem(reply)};
+    const std::string address = loggableUrl(reply.URL) + ": ";
+    if (page.problem.starts_with(address)) page.problem.erase(0, address.size());
     if (!page.problem.empty()) return page;
     const std::optional<std::string> unread = failureOf([&] {
         const std::string digest = digestOf(readFile(wanted.file));

@@ -91,11 +91,13 @@ void FtpLoginStore::save(const FtpLogin& login) const {
         keep("MLSD", login.MLSD ? "1" : "0");
         keep("AllowForeignDataHost", login.AllowForeignDataHost ? "1" : "0");
         const bool secret = login.SecretService && offersSecretService();
+        // A service that was never asked is left alone: it might want to be unlocked.
+        const bool kept = value("SecretService") == "1" && offersSecretService();
         keep("SecretService", secret ? "1" : "0");
         if (!secret) {
             if (value("Password") != login.Password) keepPassword(login.Password);
             m_services.settings.save();
-            if (offersSecretService()) m_secrets->remove(secretName(login), [](const std::string&) {});
+            if (kept) m_secrets->remove(secretName(login), [](const std::string&) {});
             return;
         }
         m_services.settings.save();
