@@ -19,8 +19,28 @@ endforeach()
 add_custom_target(man_pages ALL DEPENDS ${compressed_pages})
 install(FILES ${compressed_pages} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 
+# What shells complete is printed by the program itself, so it has every command and option.
+foreach(shell IN ITEMS bash zsh fish)
+  set(completion ${PROJECT_BINARY_DIR}/completions/korvel-relay-cli.${shell})
+  add_custom_command(OUTPUT ${completion}
+    COMMAND ${CMAKE_COMMAND} -E make_directory ${PROJECT_BINARY_DIR}/completions
+    COMMAND $<TARGET_FILE:korvel-relay-cli> completion ${shell} > ${completion}
+    DEPENDS korvel-relay-cli VERBATIM)
+  list(APPEND completions ${completion})
+endforeach()
+add_custom_target(completions ALL DEPENDS ${completions})
+set(completions ${PROJECT_BINARY_DIR}/completions/korvel-relay-cli)
+install(FILES ${completions}.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+  RENAME korvel-relay-cli)
+install(FILES ${completions}.fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
+# The second folder is that of Debian's packages.
+foreach(folder IN ITEMS site-functions vendor-completions)
+  install(FILES ${completions}.zsh DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/${folder} RENAME _korvel-relay-cli)
+endforeach()
+
 # The guides for users, with their pictures; docs/architecture.md is for people who have the sources.
-install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/korvel-relay
+# They are the program's help too, so they are not below share/doc, which a system may leave out.
+install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DATADIR}/korvel-relay/guide
   PATTERN architecture.* EXCLUDE)
 install(FILES packaging/copyright DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/korvel-relay)
 if(RELAY_GUI)

@@ -81,22 +81,12 @@ void buildEngine(Target target) {
 void submit(Target target) {
     if (target.main.readyToSubmit()) target.show("frmSubmit");
 }
-void openHelp(Target target) {
-    const std::string file = target.services.paths.inApp("korvel.hlp");
-    if (fileExists(file))
-        openOrTell(target.services.prompts, file, "Help File");
-    else
-        target.services.prompts.message("Help file is missing or could not be found.", "Help File",
-                                        Icon::Information);
-}
-
-// The address may come from the home's korvel.ini.
 void openPage(Target target, std::string_view address) {
-    if (startsWithNoCase(address, "http://") || startsWithNoCase(address, "https://"))
-        openOrTell(target.services.prompts, address, kApplication);
-    else
-        target.services.prompts.message("This is not a web address:\r\n" + std::string(address), kApplication,
-                                        Icon::Critical);
+    openPageOrTell(target.services.prompts, address, kApplication);
+}
+template <std::size_t AddIn>
+void runAddIn(Target target) {
+    target.main.addIns.run(AddIn);
 }
 
 void rank(Target target) {
@@ -129,7 +119,8 @@ constexpr Command kMainCommands[] = {
     {"Ranking", "Ranking", "See where sites rank on search engines (Ctrl+R)", "", always, kRanking, rank},
     {"Search", "Search", "Search the web in your browser (Ctrl+Shift+F)", "", always, kSearch,
      [](Target target) { target.show("frmSearch"); }},
-    {"News", "News"},
+    {"News", "News", "Read the news, and look for a new message", "", always, kFile,
+     [](Target target) { target.show("frmNews"); }},
     // File.
     {"mnuFileItems_0", "NewProject", "Create a new project", "Ctrl+N", always, kFile,
      afterSave<&Workspace::newProject>},
@@ -143,7 +134,8 @@ constexpr Command kMainCommands[] = {
      onWorkspace<&Workspace::saveWebsiteAs>},
     {"mnuFileItems_10", "Import", "", "", inProject},
     {"mnuImportItems_0", "Import", "", "", inProject, kFile, afterSave<&Workspace::addWebSite>},
-    {"mnuImportItems_2", "Import"},
+    {"mnuImportItems_2", "Import", "Make a website from what a customer entered in a web form", "Ctrl+I",
+     inProject, kFile, afterSave<&Workspace::importWebForm>},
     {"mnuFileItems_12", "UpdateEngines", "Fetch the current engine data from the update server", "", always,
      kFile, updateEngines},
     {"mnuFileItems_13", "Configuration", "", "Ctrl+,", always, kFile, configure},
@@ -168,9 +160,13 @@ constexpr Command kMainCommands[] = {
     {"mnuToolsItems_9", "EngineBuilder", "Make an engine of your own from a web form", "", always,
      "frmEngineBuilder_Load_Error: ", buildEngine},
     // Add-Ins.
-    {"mnuAddInsItems_0", "AddIn"},
+    {"mnuAddInsItems_1", "AddIn", "Choose the tools that this menu shows", "", always, kFile,
+     [](Target target) { target.show("frmAddIns"); }},
+    {"mnuAddInsItems_3", "Ranking", "", "", always, kFile, runAddIn<0>},
+    {"mnuAddInsItems_4", "Web", "", "", always, kFile, runAddIn<1>},
+    {"mnuAddInsItems_5", "Keyword", "", "", always, kFile, runAddIn<2>},
     // Help.
-    {"mnuHelpItems_0", "Help", "", "F1", always, kHelp, openHelp},
+    {"mnuHelpItems_0", "Help", "", "F1", always, kHelp, [](Target target) { target.help(); }},
     {"mnuHelpItems_6", "Web", "", "", always, kHelp, [](Target target) { openPage(target, kWebAddress); }},
     {"mnuHelpItems_7", "UpdateEngines", "", "", always, kHelp,
      [](Target target) { openPage(target, target.services.preference.UpdateURL); }},
@@ -187,6 +183,9 @@ constexpr Command kUrlCommands[] = {
      always, "", [](Target target) { target.show("frmAddURL"); }},
     {"AddFromWeb", "AddFromWeb", "Collect the links of a live page", "", always, "",
      [](Target target) { target.show("frmAddURLFromWeb"); }},
+    {"AddFromSitemap", "AddFromSitemap",
+     "Import the addresses of a sitemap, and select the new and changed ones", "", always, "",
+     [](Target target) { target.main.sitemap.askAndImport(target.main.website.fields); }},
     {"LoadURL", "LoadURL", "Load URLs from a text file", "", always, "", onUrls<&UrlList::loadURLs>},
     {"LocalURL", "LocalURL", "Load URLs from a text file on this computer", "", always, "",
      onUrls<&UrlList::loadURLs>},

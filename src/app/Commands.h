@@ -26,6 +26,7 @@ struct CommandTarget final {
     clsMain& main;
     std::function<void(std::string_view screen)> show;  // opens the named screen over the window
     std::function<void()> close;                        // closes the window
+    std::function<void()> help;                         // opens the help about what the window shows
 };
 
 // One command of the toolbars, menus and popups; the form has its caption and place.

@@ -43,6 +43,7 @@ bool isReachable(const QWidget& window) {
 Paths withInstalledData(Paths paths) {
     paths.installedData =
         installedDataFolder(fromScreen(QCoreApplication::applicationDirPath()), environmentVariable);
+    paths.installedGuide = installedGuideFolder(paths.installedData);
     return paths;
 }
 }  // namespace

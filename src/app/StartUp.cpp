@@ -36,6 +36,7 @@ StartUp::StartUp(const Services& services, clsMain& main, StartUpScreens screens
     : m_services(services), m_main(main), m_screens(std::move(screens)) {}
 
 bool StartUp::run() {
+    m_main.addIns.LoadAddIns(m_main.addIns.GetAddIns());
     bool done = makeFolders();
     for (const auto step :
          {&StartUp::loadCountries, &StartUp::loadCategories, &StartUp::firstRunSettings,

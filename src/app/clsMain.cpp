@@ -34,16 +34,19 @@ clsMain::clsMain(const Services& services, Catalogue& ownCatalogue)
       fetcher(services),
       website(catalogue, services),
       siteDetails(website.fields, fetcher, services),
+      sitemap(fetcher, services),
       urlMetaTags(website, fetcher, services),
       categoryWalk(website.fields, ownCatalogue.lists, fetcher, services,
                    {[this](std::string_view engine) { return website.storedCategory(engine); },
                     [&services] { return directoryHosts(services.paths, services.preference); }}),
       workspace(services, website),
       update(services, ownCatalogue, starterServer(services.paths)),
+      addIns(services),
       m_services(services) {
     QObject::connect(&siteDetails, &SiteDetails::fieldsChanged, &website, &OpenWebsite::fieldsChanged);
     // A page that is still on its way would fill the fields of another website.
     QObject::connect(&workspace, &Workspace::currentChanged, &siteDetails, &SiteDetails::cancel);
+    QObject::connect(&workspace, &Workspace::currentChanged, &sitemap, &SitemapImport::cancel);
     QObject::connect(&workspace, &Workspace::currentChanged, &website, [this] { urlMetaTags.cancel(); });
     // The panel shows another website, or this one was read again.
     QObject::connect(&website, &OpenWebsite::fieldsChanged, &categoryWalk, [this] {

@@ -2,9 +2,11 @@
 #pragma once
 
 #include "catalogue/EngineUpdate.h"
+#include "extras/AddIns.h"
 #include "projects/CategoryWalk.h"
 #include "projects/OpenWebsite.h"
 #include "projects/SiteDetails.h"
+#include "projects/SitemapImport.h"
 #include "projects/UrlMetaTags.h"
 #include "projects/Workspace.h"
 #include "submission/LedgerReader.h"
@@ -29,10 +31,12 @@ class clsMain final {
     frmHTTP fetcher;
     OpenWebsite website;
     SiteDetails siteDetails;
+    SitemapImport sitemap;
     UrlMetaTags urlMetaTags;
     CategoryWalk categoryWalk;
     Workspace workspace;
     EngineUpdate update;
+    AddIns addIns;
     bool linksEngines = false;  // reports link to the engines; the switch "/U"
 
     // Items of cboWebType; includes adult sites unless they are refused.

@@ -2,9 +2,11 @@
 #include "app/frmMain.h"
 
 #include "app/EngineTrial.h"
+#include "app/Help.h"
 #include "app/QuickStart.h"
 #include "app/clsMain.h"
 #include "app/frmAbout.h"
+#include "app/frmHelp.h"
 #include "app/frmPreference.h"
 #include "catalogue/Catalogue.h"
 #include "catalogue/frmEngineBuilder.h"
@@ -13,8 +15,13 @@
 #include "core/Prompts.h"
 #include "core/ScreenText.h"
 #include "core/Services.h"
+#include "core/Trap.h"
 #include "core/clsPreference.h"
+#include "extras/News.h"
+#include "extras/frmAddIns.h"
+#include "extras/frmNews.h"
 #include "pagetools/frmMetaTag.h"
+#include "practice/StarterServer.h"
 #include "projects/UrlList.h"
 #include "projects/frmAddURL.h"
 #include "projects/frmAddURLFromWeb.h"
@@ -51,6 +58,9 @@ void showSubmit(const CommandTarget& target, QWidget* parent, std::optional<CutO
     }
     if (cutOff && !wizard->controller().resume(std::move(*cutOff))) return;
     wizard->exec();
+    if (target.main.catalogue.showsEngineHealth())
+        trap(target.services.prompts, "Module: showEngineHealth\r\n",
+             [&] { target.main.catalogue.showEngineHealth(true); });
     // Reads the new reports into the website's panel.
     target.main.workspace.autoSave();
 }
@@ -78,6 +88,17 @@ void showMetaTag(const CommandTarget& target, QWidget* parent) {
         QObject::connect(&fetcher, &frmHTTP::runningChanged, form, &frmMetaTag::showFetching);
     }
     form->exec();
+}
+
+void showNews(const CommandTarget& target, QWidget* parent) {
+    News news(target.services, target.main.fetcher, starterServer(target.services.paths));
+    frmNews(news, parent).exec();
+}
+
+void showAddIns(const CommandTarget& target, QWidget* parent) {
+    AddIns& addIns = target.main.addIns;
+    frmAddIns manager(addIns, parent);
+    if (manager.exec() == QDialog::Accepted && !manager.list().empty()) addIns.LoadAddIns(manager.list());
 }
 
 // The builder is made at its first use; each opening reads the stored engines anew.
@@ -122,6 +143,8 @@ struct Screen final {
 };
 constexpr Screen kScreens[] = {
     {"frmMetaTag", showMetaTag},
+    {"frmNews", showNews},
+    {"frmAddIns", showAddIns},
     {"frmEngineBuilder", showEngineBuilder},
     {"frmAbout", [](const CommandTarget&, QWidget* parent) { frmAbout(parent).exec(); }},
     {"frmPreference",
@@ -166,7 +189,8 @@ frmMain::frmMain(const Services& services, clsMain& main, QWidget* parent)
     : QMainWindow(parent),
       m_ui(std::make_unique<Ui::frmMain>()),
       m_main(main),
-      m_target{services, main, [this](std::string_view screen) { showScreen(screen); }, [this] { close(); }} {
+      m_target{services, main, [this](std::string_view screen) { showScreen(screen); }, [this] { close(); },
+               [this] { showHelp(*this); }} {
     m_ui->setupUi(this);
     enlargeTitle();
     describePlaceholders(*m_ui->SSTab2);
@@ -184,6 +208,7 @@ frmMain::frmMain(const Services& services, clsMain& main, QWidget* parent)
     connectWebsitePanel();
     makeFetchCancellable();
     connectEnginePanel();
+    connectAddIns();
     followChanges();
     connect(m_ui->SSTab3, &frmEnginePanel::previewWanted, this, &frmMain::showPreview);
     m_ui->TreeView1->connectTo(main.workspace, services.prompts);
@@ -251,6 +276,13 @@ void frmMain::offerCutOffRun() {
         showSubmit(m_target, this, std::move(run));
 }
 
+void frmMain::showHealth(bool shown) {
+    Catalogue& catalogue = m_main.catalogue;
+    trap(m_target.services.prompts, "Module: showEngineHealth\r\n",
+         [&] { catalogue.showEngineHealth(shown); });
+    m_ui->SSTab3->showHealth(catalogue.showsEngineHealth());
+}
+
 void frmMain::showPreview(const std::string& engine) {
     Workspace& workspace = m_main.workspace;
     workspace.autoSave();
@@ -273,6 +305,7 @@ void frmMain::connectWebsitePanel() {
         m_main.website.chooseURL(row);
     });
     connect(panel, &frmWebsitePanel::getSiteInfo, &m_main.siteDetails, &SiteDetails::askAndFetch);
+    connect(panel, &frmWebsitePanel::importWebFormData, &website, &OpenWebsite::importWebFormData);
     connect(panel, &frmWebsitePanel::browseForLocalFile, &website, &OpenWebsite::openFileLocation);
     connect(panel, &frmWebsitePanel::viewReport, &website, &OpenWebsite::viewReport);
     connect(panel, &frmWebsitePanel::deleteReport, &m_main.workspace, &Workspace::deleteReports);
@@ -287,11 +320,26 @@ void frmMain::connectWebsitePanel() {
 void frmMain::connectEnginePanel() {
     m_ui->SSTab3->setUpdateAction(*m_ui->mnuFileItems_12);
     m_main.catalogue.afterLoad = [this] { showCatalogue(); };
+    connect(m_ui->SSTab3, &frmEnginePanel::healthWanted, this, &frmMain::showHealth);
+    connect(m_ui->SSTab3, &frmEnginePanel::healthyWanted, this, [this] {
+        trap(m_target.services.prompts, "Module: dropFailingEngines\r\n",
+             [this] { m_main.catalogue.dropFailingEngines(); });
+    });
     const Rows& selected = m_main.catalogue.lists.lsvSelectedEngines;
     const auto follow = [this] { m_changes.start(); };
     connect(&selected, &Rows::modelReset, this, follow);
     connect(&selected, &Rows::rowsInserted, this, follow);
     connect(&selected, &Rows::rowsRemoved, this, follow);
+}
+
+void frmMain::connectAddIns() {
+    const auto show = [this] {
+        QAction* const actions[] = {m_ui->mnuAddInsItems_3, m_ui->mnuAddInsItems_4, m_ui->mnuAddInsItems_5};
+        for (std::size_t i = 0; i < std::size(actions); ++i)
+            actions[i]->setVisible(m_main.addIns.shown().at(i));
+    };
+    connect(&m_main.addIns, &AddIns::shownChanged, this, show);
+    show();
 }
 
 // Waits for a pause in the changes: checking for them takes longer the more a website contains.
@@ -322,15 +370,47 @@ void frmMain::addKeys() {
 }
 
 bool frmMain::eventFilter(QObject* watched, QEvent* event) {
-    const auto* const widget = qobject_cast<const QWidget*>(watched);
-    if (event->type() != QEvent::ShortcutOverride || widget == nullptr || widget->window() != this)
-        return QMainWindow::eventFilter(watched, event);
-    const QKeySequence keys(static_cast<QKeyEvent*>(event)->keyCombination());
-    const bool ours = std::any_of(m_commands.begin(), m_commands.end(),
-                                  [&](const auto& command) { return command.first->shortcut() == keys; });
-    if (!ours) return QMainWindow::eventFilter(watched, event);
-    event->ignore();
-    return true;
+    auto* const widget = qobject_cast<QWidget*>(watched);
+    if (widget == nullptr) return QMainWindow::eventFilter(watched, event);
+    if (event->type() == QEvent::ShortcutOverride && takesKey(*widget, *static_cast<QKeyEvent*>(event))) {
+        event->ignore();
+        return true;
+    }
+    if (event->type() == QEvent::KeyPress && widget->window() != this &&
+        static_cast<QKeyEvent*>(event)->keyCombination() == QKeyCombination(Qt::Key_F1) &&
+        !helpPageFor(*widget->window()).empty()) {
+        showHelp(*widget->window());
+        return true;
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+bool frmMain::takesKey(const QWidget& widget, const QKeyEvent& event) const {
+    if (widget.window() != this) return false;
+    const QKeySequence keys(event.keyCombination());
+    return std::any_of(m_commands.begin(), m_commands.end(),
+                       [&](const auto& command) { return command.first->shortcut() == keys; });
+}
+
+std::string_view frmMain::helpPageFor(const QWidget& window) const {
+    if (&window != this) return helpPageOf(fromScreen(window.objectName()));
+    if (m_main.workspace.panels().node == NodeKind::Root) return kHelpContents;
+    const QWidget* panel = m_ui->panels->currentWidget();
+    if (panel == m_ui->SSTab1) panel = m_ui->SSTab1->currentWidget();
+    return helpPageOf(fromScreen(panel->objectName()));
+}
+
+// A viewer belongs to the window it was opened from, so that an open dialog does not block it.
+void frmMain::showHelp(QWidget& window) {
+    openHelp(m_target.services, [&] {
+        auto* viewer = window.findChild<frmHelp*>(QString(), Qt::FindDirectChildrenOnly);
+        if (viewer == nullptr)
+            viewer = new frmHelp(m_target.services.paths.installedGuide, m_target.services.prompts, &window);
+        viewer->showPage(helpPageFor(window));
+        viewer->show();
+        viewer->raise();
+        viewer->activateWindow();
+    });
 }
 
 void frmMain::showPage(int tab) {
@@ -435,6 +515,7 @@ void frmMain::showCatalogue() {
     m_ui->SSTab1->setChoices(m_main.webTypes(), clsMain::languages(), m_main.catalogue.countries.cboCountry);
     m_ui->SSTab3->showTypeBoxes();
     m_ui->SSTab1->showCustomEngines();
+    if (m_main.catalogue.showsEngineHealth()) showHealth(true);
     m_ui->SSTab1->showFields();
 }
 

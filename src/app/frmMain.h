@@ -14,6 +14,7 @@
 #include <vector>
 
 class QAction;
+class QKeyEvent;
 
 namespace relay {
 
@@ -48,11 +49,13 @@ class frmMain final : public QMainWindow {
 
   protected:
     void closeEvent(QCloseEvent* event) override;
-    // Gives the commands' keys precedence over keys of the fields (Ctrl+E: to the end of the line).
+    // Gives the commands' keys precedence over keys of the fields (Ctrl+E: to the end of the line), and F1 in
+    // other windows to the help.
     bool eventFilter(QObject* watched, QEvent* event) override;
     void moveEvent(QMoveEvent* event) override;
 
   private:
+    bool takesKey(const QWidget& widget, const QKeyEvent& event) const;
     void enlargeTitle();
     void makeToolbarReachable();
     void makeSplitterReachable();
@@ -64,10 +67,15 @@ class frmMain final : public QMainWindow {
     static QAction* actionOf(std::string_view name, const QWidget& owner);
     void enableCommands();
     void showScreen(std::string_view name);
+    void showHealth(bool shown);
+    // Opens the help at the page about the window, or about the part of this window that is shown.
+    void showHelp(QWidget& window);
+    std::string_view helpPageFor(const QWidget& window) const;
     // Shows what would be sent to the engine.
     void showPreview(const std::string& engine);
     void connectWebsitePanel();
     void connectEnginePanel();
+    void connectAddIns();
     void followChanges();
     void addKeys();
     // Shows the website's page, also from the engine screen.

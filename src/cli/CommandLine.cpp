@@ -4,12 +4,14 @@
 #include "cli/CategoriesCommand.h"
 #include "cli/Command.h"
 #include "cli/CommandLineContext.h"
+#include "cli/CompletionCommand.h"
 #include "cli/DoorwayCommand.h"
 #include "cli/EnginesCommands.h"
 #include "cli/EnginesCustomCommands.h"
 #include "cli/EnginesInstallCommand.h"
 #include "cli/EnginesScrapeCommand.h"
 #include "cli/ExitCode.h"
+#include "cli/ExtrasCommands.h"
 #include "cli/FtpCommands.h"
 #include "cli/KeywordsCommands.h"
 #include "cli/MetaCommands.h"
@@ -21,6 +23,7 @@
 #include "cli/SubmitCommand.h"
 #include "cli/UpdateCommand.h"
 #include "cli/WebsiteCommands.h"
+#include "cli/WebsiteImportCommands.h"
 #include "cli/WebsiteWebCommands.h"
 #include "core/Failure.h"
 #include "core/Text.h"
@@ -91,6 +94,7 @@ class Parser final {
         throw CLI::RequiredError("A command");
     }
 
+    CommandNode tree() const { return commandTree(m_app); }
     // The usage error, in our own words where the parser's would mislead.
     std::string explain(const CLI::ParseError& error) const {
         if (error.get_name() != "RequiredError" || isCommandChosen()) return error.what();
@@ -137,6 +141,8 @@ class Parser final {
         add<WebsiteAddUrlCommand>(website);
         add<WebsiteImportUrlsCommand>(website);
         add<WebsiteExportUrlsCommand>(website);
+        add<WebsiteImportFormCommand>(website);
+        add<WebsiteImportSitemapCommand>(website);
         add<WebsiteUrlsFromWebCommand>(website);
         add<WebsiteDetailsCommand>(website);
         CLI::App& engines = addGroup(m_app, "engines", "List, check and install the engine catalogue",
@@ -145,12 +151,13 @@ class Parser final {
                                      "--home try engines check");
         add<EnginesListCommand>(engines);
         add<EnginesCheckCommand>(engines);
+        add<EnginesHealthCommand>(engines);
         add<EnginesInstallCommand>(engines);
         add<EnginesScrapeCommand>(engines);
         CLI::App& custom =
             addGroup(engines, "custom", "Engines of your own",
-                     "engines custom add \"Harbour Search\" --from http://harbour.example/add\n"
-                     "engines custom merge");
+                     "--home try engines custom add \"Harbour Search\" --from http://harbour.example/add\n"
+                     "--home try engines custom merge");
         add<CustomListCommand>(custom);
         add<CustomShowCommand>(custom);
         add<CustomAddCommand>(custom);
@@ -185,6 +192,10 @@ class Parser final {
                      "--path /htdocs --tls");
         add<FtpPutCommand>(ftp);
         add<FtpListCommand>(ftp);
+        add<NewsCommand>(m_app);
+        CLI::App& addIns =
+            addGroup(m_app, "addins", "List the tools of the menu Add-Ins", "--home try addins list");
+        add<AddInsListCommand>(addIns);
         add<PreviewCommand>(m_app);
         add<SubmitCommand>(m_app);
         CLI::App& rank = addGroup(m_app, "rank", "Find the positions of sites on search engines",
@@ -201,6 +212,7 @@ class Parser final {
         add<RankHistoryCommand>(rank);
         add<SearchCommand>(m_app);
         add<PracticeCommand>(m_app);
+        add<CompletionCommand>(m_app);
     }
 
     CLI::App m_app;
@@ -244,6 +256,11 @@ int checkResults(CommandLineContext& context, int exitCode) {
 }
 
 }  // namespace
+
+CommandNode describeCommands(Console& console) {
+    CommandLineContext context(console, {});
+    return Parser(context).tree();
+}
 
 int runCommandLine(const std::vector<std::string>& arguments, Console& console) {
     try {

@@ -102,4 +102,8 @@ bool ConsolePrompts::viewText(std::string_view) {
     return false;
 }
 
+bool ConsolePrompts::startProgram(std::string_view) {
+    return false;
+}
+
 }  // namespace relay

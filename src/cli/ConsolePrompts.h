@@ -34,6 +34,7 @@ class ConsolePrompts final : public Prompts {
     // Opens nothing.
     bool openWithSystem(std::string_view target) override;
     bool viewText(std::string_view file) override;
+    bool startProgram(std::string_view file) override;
     void beep() override {}
     void busy(bool) override {}
     void status(std::string_view) override {}

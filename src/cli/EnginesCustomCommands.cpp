@@ -136,7 +136,7 @@ void addNameOption(CLI::App& app, std::string& name) {
 
 CustomListCommand::CustomListCommand(CLI::App& parent, CommandLineContext& context)
     : Command(parent, context, "list", "List the engines of your own",
-              "engines custom list\nengines custom list --json") {}
+              "--home try engines custom list\n--home try engines custom list --json") {}
 
 int CustomListCommand::execute() {
     const CustomEngineStore store = openStore(context());
@@ -155,7 +155,7 @@ int CustomListCommand::execute() {
 
 CustomShowCommand::CustomShowCommand(CLI::App& parent, CommandLineContext& context)
     : Command(parent, context, "show", "Show one engine of your own",
-              "engines custom show \"Harbour Search\"") {
+              "--home try engines custom show \"Harbour Search\"") {
     addNameOption(app(), m_name);
 }
 
@@ -174,8 +174,9 @@ int CustomShowCommand::execute() {
 
 CustomAddCommand::CustomAddCommand(CLI::App& parent, CommandLineContext& context)
     : Command(parent, context, "add", "Add an engine of your own, or change it",
-              "engines custom add \"Harbour Search\" --from http://harbour.example/add --set Country=DE\n"
-              "engines custom add \"Harbour Search\" --set Type=DIR --set MaxTitle=60") {
+              "--home try engines custom add \"Harbour Search\" --from http://harbour.example/add --set "
+              "Country=DE\n"
+              "--home try engines custom add \"Harbour Search\" --set Type=DIR --set MaxTitle=60") {
     addNameOption(app(), m_name);
     app()
         .add_option("--from", m_page,
@@ -221,7 +222,7 @@ int CustomAddCommand::execute() {
 
 CustomRemoveCommand::CustomRemoveCommand(CLI::App& parent, CommandLineContext& context)
     : Command(parent, context, "remove", "Remove an engine of your own",
-              "engines custom remove \"Harbour Search\"") {
+              "--home try engines custom remove \"Harbour Search\"") {
     addNameOption(app(), m_name);
 }
 
@@ -235,7 +236,7 @@ int CustomRemoveCommand::execute() {
 
 CustomMergeCommand::CustomMergeCommand(CLI::App& parent, CommandLineContext& context)
     : Command(parent, context, "merge", "Put your own engines into the catalogue",
-              "engines custom merge\nengines custom merge --undo") {
+              "--home try engines custom merge\n--home try engines custom merge --undo") {
     app().add_flag("--undo", m_undo, "Take the last merge back");
 }
 
@@ -252,7 +253,7 @@ int CustomMergeCommand::execute() {
 
 CustomExportCommand::CustomExportCommand(CLI::App& parent, CommandLineContext& context)
     : Command(parent, context, "export", "Copy your own engines to two files of a folder",
-              "engines custom export\nengines custom export ~/backup") {
+              "--home try engines custom export\n--home try engines custom export ~/backup") {
     app().add_option("DIR", m_folder, "The folder (default: the program's)")->type_name("");
 }
 
@@ -266,7 +267,7 @@ int CustomExportCommand::execute() {
 
 CustomImportCommand::CustomImportCommand(CLI::App& parent, CommandLineContext& context)
     : Command(parent, context, "import", "Take over exported engines from a folder",
-              "engines custom import ~/backup") {
+              "--home try engines custom import ~/backup") {
     app()
         .add_option("DIR", m_folder, "The folder with cengdata.dat and ccatdata.dat")
         ->required()

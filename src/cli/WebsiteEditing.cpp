@@ -10,13 +10,7 @@
 #include "projects/WebsiteFile.h"
 #include "projects/WebsiteKeys.h"
 
-#include <limits>
-
 namespace relay {
-
-namespace {
-constexpr int kMostUrls = std::numeric_limits<std::int16_t>::max();
-}  // namespace
 
 void addFileOption(CLI::App& app, std::string& file, const char* about) {
     app.add_option("FILE", file, about)->required()->type_name("");

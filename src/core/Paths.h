@@ -14,7 +14,8 @@ struct Paths final {
     std::string WindowsPath;
     std::string ProjectFilePath;
     std::string settingsFile;
-    std::string installedData;  // of the files installed with the programs; empty if not looked up
+    std::string installedData;   // of the files installed with the programs; empty if not looked up
+    std::string installedGuide;  // the folder of the guide; empty if there is none
 
     // Everything inside one folder: AppPath = home, WindowsPath = home/data/, settings home/settings.ini.
     static Paths insideHome(std::string_view home);

@@ -27,6 +27,13 @@ void openOrTell(Prompts& prompts, std::string_view target, std::string_view titl
     if (!prompts.openWithSystem(target)) prompts.message(cannotOpenText(target), title, Icon::Critical);
 }
 
+void openPageOrTell(Prompts& prompts, std::string_view address, std::string_view title) {
+    if (startsWithNoCase(address, "http://") || startsWithNoCase(address, "https://"))
+        openOrTell(prompts, address, title);
+    else
+        prompts.message("This is not a web address:\r\n" + std::string(address), title, Icon::Critical);
+}
+
 std::string ShowFileDialog(Prompts& prompts, bool save, std::string_view filter, std::string_view folder,
                            std::string_view file, int& filterIndex) {
     if (!save) return prompts.openFile(filter, folder).path;

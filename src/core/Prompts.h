@@ -34,6 +34,8 @@ class Prompts {
     virtual bool openWithSystem(std::string_view target) = 0;
     // Opens a local file in the system's program for text, whatever its type; false when there is none.
     virtual bool viewText(std::string_view file) = 0;
+    // Starts a program, in its own folder and without a shell; false when it cannot be started.
+    virtual bool startProgram(std::string_view file) = 0;
     virtual void beep() = 0;
     virtual void busy(bool on) = 0;
     virtual void status(std::string_view text) = 0;
@@ -45,6 +47,8 @@ class Prompts {
 std::string cannotOpenText(std::string_view target);
 // Opens a file or a web address with the system's handler; shows a message when there is none.
 void openOrTell(Prompts& prompts, std::string_view target, std::string_view title);
+// The same for an address from a settings file: shows a message for anything but a web address.
+void openPageOrTell(Prompts& prompts, std::string_view address, std::string_view title);
 
 // Shows the busy pointer for the duration of a block.
 class BusyPointer final {

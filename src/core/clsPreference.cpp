@@ -85,9 +85,8 @@ bool clsPreference::GetSettings(SettingsReader reader) {
     const bool read = trap(m_prompts, "GetSetting_Error: ", [this, reader] {
         m_log.startRun();
         readPreference();
-        // Two of the three companion programs were found through a registry that this system does not have.
-        KRWLocation.clear();
-        KBKLocation.clear();
+        KRWLocation = siblingTool(m_store, "Korvel Rank Watch V4", "Preference", "krw.exe");
+        KBKLocation = siblingTool(m_store, "Korvel Bid Keeper", "Version", "kbk20.exe");
         KLBLocation = siblingTool(m_store, "Korvel Link Builder", "Version", "klink.exe");
         readSetting(reader);
         readServiceLinks();

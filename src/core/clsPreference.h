@@ -55,6 +55,7 @@ class clsPreference final {
     std::string Version;             // of the last run; the store already holds the current one
     std::string DownEngineData = "1";
 
+    // The full paths of the companion programs; empty: not installed.
     std::string KRWLocation;
     std::string KBKLocation;
     std::string KLBLocation;

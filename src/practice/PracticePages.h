@@ -36,6 +36,8 @@ std::optional<PracticeReply> updatePage(const PracticeRequest& request, Practice
 // "/site/": a small web site, with a page of links of every shape.
 std::optional<PracticeReply> sitePage(const PracticeRequest& request, PracticeSite& site);
 
+// "/site/sitemap.xml" and the other sitemaps of the site: an index, one packed with gzip, and bombs.
+std::optional<PracticeReply> sitemapPage(const PracticeRequest& request, PracticeSite& site);
 // The hosts "yahoo.localhost" and "dmoz.localhost": outside directories, with a tree of categories three
 // levels deep and their links for adding a site.
 std::optional<PracticeReply> directoryPage(const PracticeRequest& request, PracticeSite& site);

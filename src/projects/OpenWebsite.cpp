@@ -3,11 +3,13 @@
 
 #include "catalogue/Catalogue.h"
 #include "core/FileSystem.h"
+#include "core/Paths.h"
 #include "core/Prompts.h"
 #include "core/Services.h"
 #include "core/Text.h"
 #include "core/Trap.h"
 #include "pagetools/PageFiles.h"
+#include "projects/WebFormData.h"
 
 #include <functional>
 
@@ -29,6 +31,43 @@ void OpenWebsite::open(const std::string& path) {
 void OpenWebsite::openNew() {
     noteFilled(true);
     Q_EMIT fieldsChanged();
+}
+
+void OpenWebsite::openFormData(std::string bytes) {
+    getWebFormData(bytes);
+    m_file.standFor(std::move(bytes));
+    noteFilled(true);
+    ++m_filled;  // nothing of it is saved as a website
+}
+
+void OpenWebsite::importWebFormData() {
+    trap(m_prompts, "importWebFormData_Error: ", [this] {
+        const std::string folder = m_services.paths.inApp("WebFormData");
+        makeFolder(folder);
+        int filter = 1;
+        const std::string file = ShowFileDialog(m_prompts, false, kWebFormFilter, folder, {}, filter);
+        if (file.empty()) return;
+        const bool read = trap(
+            m_prompts, "getWebFormData_Error: ", [&] { getWebFormData(readWebFormData(file)); },
+            kFormDataTitle);
+        if (read) tellFormData(file);
+    });
+}
+
+void OpenWebsite::getWebFormData(std::string_view text) {
+    m_formLines =
+        applyWebFormData(text, fields, [this](std::string_view mainCategory, std::string_view category) {
+            m_catalogue.categories.setSelectedCategory(mainCategory, category);
+        });
+    Q_EMIT fieldsChanged();
+}
+
+void OpenWebsite::tellFormData(const std::string& file) const {
+    const std::string notice = webFormDataNotice(file, m_formLines);
+    if (m_formLines == 0)
+        m_prompts.message(notice, kFormDataTitle, Icon::Information);
+    else
+        m_prompts.notice(notice);
 }
 
 bool OpenWebsite::isTouched() {
@@ -137,6 +176,10 @@ std::size_t OpenWebsite::fingerprint() {
         const RowView row = fields.lsvSiteURLs.at(i);
         add(row.text);
         add(row.tag);
+    }
+    for (const SitemapEntry& entry : fields.sitemap.entries()) {
+        add(entry.url);
+        add(entry.lastmod);
     }
     return result;
 }

@@ -29,6 +29,12 @@ class OpenWebsite final : public QObject {
     void open(const std::string& path);
     // The panel starts a website that has no file yet.
     void openNew();
+    // The panel starts a website from the bytes of a web form data file, which is its file from then on.
+    void openFormData(std::string bytes);
+    // Says how much of it was a form; call when the panel shows the website.
+    void tellFormData(const std::string& file) const;
+    // Asks for a web form data file and fills the panel from it; the website keeps its own file.
+    void importWebFormData();
     // True if something to be saved has changed since the panel was filled or saved.
     bool isTouched();
 
@@ -66,6 +72,7 @@ class OpenWebsite final : public QObject {
 
   private:
     void showMetaTag(std::string_view html);
+    void getWebFormData(std::string_view text);
     bool load(const std::string& path);
     bool write(const std::string& path, SaveOver over);
     void emptyFields();
@@ -80,6 +87,7 @@ class OpenWebsite final : public QObject {
     WebsiteFile m_file;
     std::size_t m_filled = 0;  // fingerprint of the panel when last filled or saved
     bool m_whole = true;       // the file was read completely
+    int m_formLines = 0;       // that the last web form data file had
 };
 
 }  // namespace relay

@@ -28,6 +28,7 @@ void WebsiteFields::clear() {
     cboLanguage = "English";
     lsvSiteURLs.clear();
     lsvReports.clear();
+    sitemap.clear();
     clearCustomEngine();
     clearWorkArea();
 }

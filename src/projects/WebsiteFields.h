@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/Rows.h"
+#include "projects/Sitemap.h"
 
 #include <cstdint>
 #include <string>
@@ -33,6 +34,8 @@ struct WebsiteFields final {
     std::int16_t chkBlockFFA = 0;  // 0 or 1
     Rows lsvSiteURLs;              // key and text the URL, icon "HTMLFile", tag the local file or empty
     Rows lsvReports;  // text the URL, sub-item 1 the date, icon "HTMLFile", tag the report's path
+
+    SitemapDates sitemap;  // of earlier imports
 
     // The custom engines tab: the current choice, not yet in the custom engines' table.
     int cboCustomEngines = -1;  // selected row, -1 for none

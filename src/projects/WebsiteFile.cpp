@@ -79,6 +79,7 @@ void readLists(const IniFile& file, WebsiteFields& fields) {
     }
     fields.lsvReports.clear();
     readReports(file, fields.lsvReports);
+    readSitemap(file, fields.sitemap);
 }
 
 // A count that overflows ends the reading, so the keys are read in order.
@@ -207,6 +208,26 @@ void writeWebsite(IniFile& file, const WebsiteFields& fields, const CustomEngine
     writeInfo(file, fields);
     std::size_t reached = 0;
     writeCustomCategories(file, customEngines, reached);
+    writeSitemap(file, fields.sitemap);
+}
+
+void writeSitemap(IniFile& file, const SitemapDates& dates) {
+    int count = 0;
+    for (const SitemapEntry& entry : dates.entries()) {
+        if (++count > kMostUrls) break;
+        file.setValue(kSitemapSection, numbered("URL", count), entry.url);
+        file.setValue(kSitemapSection, numbered("LastMod", count), entry.lastmod);
+    }
+    if (count > 0) file.setValue(kSitemapSection, "Last", std::to_string(std::min(count, kMostUrls)));
+}
+
+void readSitemap(const IniFile& file, SitemapDates& dates) {
+    dates.clear();
+    const int count = std::min(leadingInteger(file.value(kSitemapSection, "Last")), kMostUrls);
+    for (int i = 1; i <= count; ++i) {
+        const std::string url = file.value(kSitemapSection, numbered("URL", i));
+        if (!url.empty()) dates.set({url, file.value(kSitemapSection, numbered("LastMod", i))});
+    }
 }
 
 void writeUrls(IniFile& file, const Rows& urls) {
@@ -234,6 +255,11 @@ void readUrls(const IniFile& file, Rows& urls) {
 void WebsiteFile::forget() {
     m_seen.reset();
     m_categories.clear();
+}
+
+void WebsiteFile::standFor(std::string bytes) {
+    noteCategories(IniFile::parse(bytes));
+    m_seen = std::move(bytes);
 }
 
 void WebsiteFile::noteCategories(const IniFile& file) {
@@ -268,6 +294,7 @@ bool WebsiteFile::save(const std::string& path, const WebsiteFields& fields, Cus
         IniFile file = IniFile::parse(found.value_or(""));
         writeInfo(file, fields);
         writeCustomCategories(file, customEngines, reached);
+        writeSitemap(file, fields.sitemap);
         std::string written = file.text();
         writeFile(path, written, Readable::OwnerOnly);
         m_seen = std::move(written);

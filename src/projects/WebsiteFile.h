@@ -20,6 +20,9 @@ class Prompts;
 inline constexpr std::string_view kWebsiteSection = "Web Site Info";
 inline constexpr std::string_view kUrlSection = "URL";
 inline constexpr std::string_view kReportSection = "Report";
+inline constexpr std::string_view kSitemapSection = "Sitemap";
+// How many URLs a website file may have.
+inline constexpr int kMostUrls = 32767;
 inline constexpr std::string_view kCustomCategorySection = "CustomEngineCategory";
 
 // The table of custom engines, in the order of cboCustomEngines.
@@ -47,6 +50,8 @@ class WebsiteFile final {
               SaveOver over);
     // From here on the fields belong to no file.
     void forget();
+    // The fields belong to a file with these bytes, from which they were not loaded.
+    void standFor(std::string bytes);
     // The path chosen for an engine, as the file was last read or written.
     std::string storedCategory(std::string_view engine) const;
     // A missing file counts as empty. On failure shows it and returns false, with the fields loaded as far as
@@ -77,6 +82,10 @@ void writeWebsite(IniFile& file, const WebsiteFields& fields, const CustomEngine
 void writeUrls(IniFile& file, const Rows& urls);
 // Appends the file's URLs to the rows, without duplicates and empty entries.
 void readUrls(const IniFile& file, Rows& urls);
+// Write and read what is known of the sitemap: URL<i>, LastMod<i> and their number, Last. Nothing is written
+// of a website without one.
+void writeSitemap(IniFile& file, const SitemapDates& dates);
+void readSitemap(const IniFile& file, SitemapDates& dates);
 // The text of a website file with its report entries replaced by `reports`: the section Report, normally the
 // last, is written again at the end. The last line of the old text is never copied.
 std::string replaceReports(std::string_view text, const Rows& reports);

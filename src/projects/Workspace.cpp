@@ -11,6 +11,7 @@
 #include "core/clsPreference.h"
 #include "projects/NodeNames.h"
 #include "projects/OpenWebsite.h"
+#include "projects/WebFormData.h"
 
 namespace relay {
 
@@ -58,7 +59,7 @@ bool Workspace::nodeClick(ProjectNode& node) {
     return true;
 }
 
-void Workspace::showNode(ProjectNode& node, Fields fields) {
+void Workspace::showNode(ProjectNode& node, Fields fields, std::optional<std::string> formData) {
     if (m_CurrentNode->isProject()) m_tree.setInUse(*m_CurrentNode, false);
     m_CurrentNode = &node;
     m_panels.node = node.kind;
@@ -68,13 +69,17 @@ void Workspace::showNode(ProjectNode& node, Fields fields) {
         m_tree.setInUse(node, true);
         m_panels.txtProjectDescr = node.description;
     }
-    if (node.isWebsite()) showWebsite(node, fields);
+    if (node.isWebsite()) showWebsite(node, fields, std::move(formData));
     Q_EMIT currentChanged(&node);
     Q_EMIT panelsChanged();
 }
 
-void Workspace::showWebsite(const ProjectNode& website, Fields fields) {
+void Workspace::showWebsite(const ProjectNode& website, Fields fields, std::optional<std::string> formData) {
     m_website.fields.lsvSiteURLs.setColumnTitle(0, "Site URLs for: " + website.text);
+    if (formData) {
+        m_website.openFormData(*std::move(formData));
+        return;
+    }
     if (!website.file.empty() && fileExists(website.file)) {
         m_website.open(website.file);
         return;
@@ -190,13 +195,21 @@ void Workspace::newWebsite() {
 }
 
 void Workspace::addWebSite() {
-    trap(m_services.prompts, "addWebSite_Error: ", [this] {
+    addFile({"Projects", kOpenFilter});
+}
+
+void Workspace::importWebForm() {
+    addFile({"WebFormData", kWebFormFilter, true});
+}
+
+void Workspace::addFile(const AddedFile& kind) {
+    trap(m_services.prompts, "addWebSite_Error: ", [&] {
         ProjectNode& project = currentProject();
         if (project.isRoot()) return;
-        const std::string folder = m_services.paths.inApp("Projects");
+        const std::string folder = m_services.paths.inApp(kind.folder);
         makeFolder(folder);
         int filter = 1;
-        const std::string path = ShowFileDialog(m_services.prompts, false, kOpenFilter, folder, {}, filter);
+        const std::string path = ShowFileDialog(m_services.prompts, false, kind.filter, folder, {}, filter);
         if (path.empty()) return;
         const std::string name = getFileNameFromFile(path);
         if (refusesFileName(m_services.prompts, name)) return;
@@ -207,10 +220,17 @@ void Workspace::addWebSite() {
                 Icon::Critical);
             return;
         }
+        // A data file that cannot be read adds no website: saving it would overwrite that file.
+        std::optional<std::string> formData;
+        if (kind.isFormData && !trap(
+                                   m_services.prompts, "getWebFormData_Error: ",
+                                   [&] { formData = readWebFormData(path); }, kFormDataTitle))
+            return;
         const std::optional<int> slot = addToIndex(project.text, name, path);
         if (!slot) return;
-        showNode(m_tree.addWebsite(project, {*slot, name, path}));
+        showNode(m_tree.addWebsite(project, {*slot, name, path}), Fields::FromFile, std::move(formData));
         Q_EMIT panelOpened();
+        if (kind.isFormData) m_website.tellFormData(path);
     });
 }
 

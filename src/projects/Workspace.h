@@ -61,6 +61,9 @@ class Workspace final : public QObject {
     void newWebsite();
     // Asks for a website file and adds it to the current project.
     void addWebSite();
+    // Asks for a web form data file, adds a website of its name and fills the panel from it. The website's
+    // file is the data file until it is saved under another name.
+    void importWebForm();
     // Asks, then removes the node from the tree and the index. Beeps at the root.
     void removeSelectedNode(ProjectNode& node);
     // The end of a label edit. If the name is refused, labelEditWanted asks for another.
@@ -91,9 +94,17 @@ class Workspace final : public QObject {
 
   private:
     enum class Fields { FromFile, AsTheyAre };
+    // What can be added to a project as a website.
+    struct AddedFile final {
+        std::string_view folder;  // in the program folder, where the dialog opens
+        std::string_view filter;
+        bool isFormData = false;
+    };
 
-    void showNode(ProjectNode& node, Fields fields = Fields::FromFile);
-    void showWebsite(const ProjectNode& website, Fields fields);
+    void addFile(const AddedFile& kind);
+    void showNode(ProjectNode& node, Fields fields = Fields::FromFile,
+                  std::optional<std::string> formData = {});
+    void showWebsite(const ProjectNode& website, Fields fields, std::optional<std::string> formData);
     bool isTouched(const ProjectNode& node);
     void saveDescription(ProjectNode& project);
     std::string newWebsitePath(const std::string& name) const;

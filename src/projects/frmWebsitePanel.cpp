@@ -71,6 +71,7 @@ void frmWebsitePanel::drawIcons() {
     for (const char* icon : {"SiteInfo", "WebFile", "Category", "Custom", "Report"})
         setTabIcon(tab++, themedIcon(icon));
     m_ui->cmdGetSiteInfo->setIcon(themedIcon("AddFromWeb"));
+    m_ui->cmdImportWebFormData->setIcon(themedIcon("Import"));
     m_ui->cmdFileLocation->setIcon(themedIcon("Browse"));
     m_ui->cmdViewReport->setIcon(themedIcon("Report"));
     m_ui->cmdDeleteReport->setIcon(themedIcon("DeleteURL"));
@@ -202,6 +203,7 @@ void frmWebsitePanel::connectLists(Categories& categories) {
     connect(m_ui->lsvSiteURLs, &ListView::rowEntered, this, &frmWebsitePanel::urlChosen);
     connect(m_ui->lsvSiteURLs, &ListView::deletePressed, this, [this] { m_ui->DeleteURL->trigger(); });
     connect(m_ui->cmdGetSiteInfo, &QPushButton::clicked, this, &frmWebsitePanel::getSiteInfo);
+    connect(m_ui->cmdImportWebFormData, &QPushButton::clicked, this, &frmWebsitePanel::importWebFormData);
     connect(m_ui->cmdFileLocation, &QPushButton::clicked, this, &frmWebsitePanel::browseForLocalFile);
     connect(m_ui->lsvReports, &ListView::rowActivated, this, &frmWebsitePanel::viewReport);
     connect(m_ui->cmdViewReport, &QPushButton::clicked, this, &frmWebsitePanel::viewReport);

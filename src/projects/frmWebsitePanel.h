@@ -52,6 +52,7 @@ class frmWebsitePanel final : public QTabWidget {
     void urlSelected(bool any);
     void urlChosen(int row);  // the row of lsvSiteURLs the user moved to
     void getSiteInfo();
+    void importWebFormData();
     void browseForLocalFile();
     void viewReport();
     void deleteReport();

@@ -22,6 +22,13 @@ std::string installedDataFolder(std::string_view programFolder,
     return {};
 }
 
+std::string installedGuideFolder(const std::string& installedData) {
+    for (const std::string& place : {installedData + "/guide", std::string(RELAY_SOURCE_GUIDE_FOLDER),
+                                     std::string(RELAY_INSTALLED_DATA_FOLDER "/guide")})
+        if (fileExists(place + "/contents.md")) return place;
+    return {};
+}
+
 void prepareHome(const Paths& paths, std::string_view installedData) {
     makeFolder(paths.AppPath);
     makeFolder(paths.WindowsPath);

@@ -16,6 +16,9 @@ struct Paths;
 std::string installedDataFolder(std::string_view programFolder,
                                 const std::function<std::optional<std::string>(const char*)>& environment);
 
+// The folder of the guide: "guide" in the installed data, or the source tree's. Empty if there is none.
+std::string installedGuideFolder(const std::string& installedData);
+
 // Makes the home's folders and copies country.kws and cat.kws from `installedData` if they are missing; never
 // overwrites. Throws Failure when the home cannot be written.
 void prepareHome(const Paths& paths, std::string_view installedData);

@@ -64,7 +64,12 @@ void listSiteURLs(const Rows& lsvSiteSelection, Rows& lsvSiteSubmitting,
 
 SubmissionController::SubmissionController(const Services& services, const Catalogue& catalogue,
                                            SubmissionOptions options)
-    : m_services(services), m_catalogue(catalogue), m_run(services, catalogue, m_state, std::move(options)) {
+    : m_services(services),
+      m_catalogue(catalogue),
+      m_run(services, catalogue, m_state, std::move(options)),
+      m_health(services) {
+    connect(&m_run, &SubmissionRun::engineEnded, &m_health, &HealthRecorder::note);
+    connect(&m_run, &SubmissionRun::runDone, &m_health, &HealthRecorder::endRun);
     connect(&m_run, &SubmissionRun::engineEnded, this, &SubmissionController::engineEnded);
     connect(&m_run, &SubmissionRun::reportWritten, this, &SubmissionController::reportWritten);
     connect(&m_run, &SubmissionRun::runDone, this, &SubmissionController::runDone);

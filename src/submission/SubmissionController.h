@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "submission/HealthRecorder.h"
 #include "submission/SubmissionRun.h"
 
 #include <optional>
@@ -105,6 +106,7 @@ class SubmissionController final : public QObject {
     const Catalogue& m_catalogue;
     SubmissionState m_state;
     SubmissionRun m_run;
+    HealthRecorder m_health;
 };
 
 }  // namespace relay

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "widgets/QtPrompts.h"
 
+#include "core/FileNames.h"
 #include "core/FileSystem.h"
 #include "core/ScreenText.h"
 #include "core/Text.h"
@@ -210,6 +211,10 @@ void QtPrompts::startOpener(const QString& opener, const QUrl& address, const st
 
 bool QtPrompts::viewText(std::string_view file) {
     return openAsText(toScreen(file));
+}
+
+bool QtPrompts::startProgram(std::string_view file) {
+    return QProcess::startDetached(toScreen(file), {}, toScreen(folderOf(file)));
 }
 
 void QtPrompts::beep() {

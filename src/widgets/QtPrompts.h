@@ -35,6 +35,7 @@ class QtPrompts final : public Prompts {
     FileChoice saveFile(std::string_view filter, std::string_view folder, std::string_view name) override;
     bool openWithSystem(std::string_view target) override;
     bool viewText(std::string_view file) override;
+    bool startProgram(std::string_view file) override;
     void beep() override;
     void busy(bool on) override;
     void status(std::string_view text) override;

@@ -147,7 +147,8 @@ TEST_F(MainWindowTest, EveryCommandIsInAFormAndFollowsItsRule) {
             const auto* action = owner.findChild<QAction*>(name, Qt::FindDirectChildrenOnly);
             if (const auto* menu = owner.findChild<QMenu*>(name)) action = menu->menuAction();
             ASSERT_NE(action, nullptr) << command.name;
-            EXPECT_EQ(action->isEnabled(), command.isEnabled(state)) << command.name;
+            // The menu hides the tools that are not installed.
+            EXPECT_EQ(action->isEnabled(), action->isVisible() && command.isEnabled(state)) << command.name;
             EXPECT_FALSE(action->icon().isNull()) << command.name;
         }
     };
@@ -258,10 +259,9 @@ TEST_F(MainWindowTest, TheToolbarOfTheUrlsComesBeforeTheirListInTheTabOrder) {
          widget->parentWidget() == toolbar; widget = widget->previousInFocusChain())
         if (const auto* button = qobject_cast<const QToolButton*>(widget); button->defaultAction() != nullptr)
             order.prepend(button->defaultAction()->objectName());
-    EXPECT_EQ(
-        order.join(QLatin1Char(' ')).toStdString(),
-        "AddURL AddFromLocalFolder AddFromWeb LoadURL LocalURL SaveURL DeleteURL GetMetaTag InsertMetaTag "
-        "ReplaceMetaTag Optimizer");
+    EXPECT_EQ(order.join(QLatin1Char(' ')).toStdString(),
+              "AddURL AddFromLocalFolder AddFromWeb AddFromSitemap LoadURL LocalURL SaveURL DeleteURL "
+              "GetMetaTag InsertMetaTag ReplaceMetaTag Optimizer");
 }
 
 TEST(InputBoxTest, LongNamesAndTagsAreShownLiterallyInABoxOfTheUsualWidth) {
@@ -400,8 +400,6 @@ TEST_F(MainWindowTest, UrlsAndReportsAreWiredToTheirButtons) {
     QTest::mouseClick(&find<QPushButton>("cmdDeleteReport"), Qt::LeftButton);
     EXPECT_THAT(titles(), ElementsAre("Delete Report File")) << "asked once";
     EXPECT_TRUE(rowTexts("lsvReports").empty());
-    command("mnuHelpItems_0");
-    EXPECT_EQ(prompts.last().title, "Help File");
     home.write("korvel.hlp", "");
     command("mnuHelpItems_0");
     EXPECT_EQ(prompts.last().kind, "system");

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "cli/CommandTree.h"
 #include "cli/StopSignal.h"
 #include "support/TestHome.h"
 
@@ -23,6 +24,7 @@ class CommandLineFixture final {
     CommandLineFixture();
 
     CommandResult run(const std::vector<std::string>& arguments);
+    CommandNode tree();
 
     TestHome home;
     FixedClock clock;

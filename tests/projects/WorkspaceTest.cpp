@@ -30,6 +30,8 @@ class WorkspaceTest : public testing::TestWithParam<std::string>, protected Sess
         transcript.on("new-project", [this](auto&) { workspace.newProject(); });
         transcript.on("new-website", [this](auto&) { workspace.newWebsite(); });
         transcript.on("add-website", [this](auto&) { workspace.addWebSite(); });
+        transcript.on("import-form", [this](auto&) { workspace.importWebForm(); });
+        transcript.on("import-here", [this](auto&) { website.importWebFormData(); });
         transcript.on("rename", [this](auto& in) { workspace.rename(find(in.at(0)), in.at(1)); });
         transcript.on("remove", [this](auto& node) { workspace.removeSelectedNode(find(node.at(0))); });
         transcript.on("describe", [this](auto& text) { workspace.setProjectDescription(text.at(0)); });

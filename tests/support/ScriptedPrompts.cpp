@@ -48,6 +48,11 @@ bool ScriptedPrompts::viewText(std::string_view file) {
     return systemOpens;
 }
 
+bool ScriptedPrompts::startProgram(std::string_view file) {
+    shown.push_back({"start", std::string(file), {}, Icon::None});
+    return systemOpens;
+}
+
 void ScriptedPrompts::beep() {
     shown.push_back({"beep", {}, {}, Icon::None});
 }

@@ -14,7 +14,7 @@ namespace relay::test {
 class ScriptedPrompts final : public Prompts {
   public:
     struct Shown final {
-        std::string kind;  // "message", "ask", "input", "open", "save", "system", "view", "beep"
+        std::string kind;  // "message", "ask", "input", "open", "save", "system", "view", "start", "beep"
         std::string text;
         std::string title;
         Icon icon = Icon::None;
@@ -37,6 +37,7 @@ class ScriptedPrompts final : public Prompts {
     FileChoice saveFile(std::string_view filter, std::string_view folder, std::string_view name) override;
     bool openWithSystem(std::string_view target) override;
     bool viewText(std::string_view file) override;
+    bool startProgram(std::string_view file) override;
     void beep() override;
     void busy(bool on) override;
     void status(std::string_view text) override;

@@ -3,15 +3,20 @@
 // QT_QPA_PLATFORM=offscreen KORVEL_RELAY_PALETTE=light QT_SCALE_FACTOR=2 pictures FOLDER
 #include "app/Program.h"
 #include "app/frmAbout.h"
+#include "app/frmHelp.h"
 #include "app/frmPreference.h"
 #include "app/frmSplash.h"
 #include "catalogue/frmEngineBuilder.h"
 #include "catalogue/frmUpdateEngines.h"
 #include "core/FileStore.h"
 #include "core/Text.h"
+#include "extras/News.h"
+#include "extras/frmAddIns.h"
+#include "extras/frmNews.h"
 #include "pagetools/frmMetaTag.h"
 #include "pagetools/frmMetaTagChanges.h"
 #include "practice/PracticeWeb.h"
+#include "practice/StarterServer.h"
 #include "projects/frmAddURL.h"
 #include "ranking/frmRanking.h"
 #include "ranking/frmSearch.h"
@@ -104,6 +109,29 @@ void drawMetaTags(Program& program, const test::TestHome& home, const QString& f
     frmMetaTagChanges changes(editor.editor().selectedFiles(), *editor.editor().wantedChange());
     changes.show();
     save(changes, folder, "meta-tag-changes");
+}
+
+void drawExtras(Program& program, const QString& folder) {
+    News news(program.services(), program.main().fetcher, starterServer(program.services().paths));
+    frmNews newsWindow(news);
+    newsWindow.show();
+    test::waitUntil([&news] { return !news.state().checking && !news.state().lblTitle.empty(); });
+    save(newsWindow, folder, "news");
+    newsWindow.resize(newsWindow.minimumSizeHint());
+    save(newsWindow, folder, "news-small");
+    frmAddIns addIns(program.main().addIns);
+    save(addIns, folder, "add-ins");
+    addIns.resize(addIns.minimumSizeHint());
+    save(addIns, folder, "add-ins-small");
+    frmHelp help(program.services().paths.installedGuide, program.services().prompts);
+    for (const char* page :
+         {"contents.md", "submitting.md#what-each-result-word-means", "first-website.md"}) {
+        help.showPage(page);
+        help.show();
+        save(help, folder, qPrintable(QStringLiteral("help-") + QLatin1String(page).left(5)));
+    }
+    help.resize(help.minimumSizeHint());
+    save(help, folder, "help-small");
 }
 
 // The engine builder, from a page of the practice web to what a trial brought.
@@ -210,6 +238,7 @@ void drawDialogs(Program& program, test::ScriptedPrompts& prompts, const QString
     const auto* const folders = addURL.findChild<QTreeView*>(QStringLiteral("Dir1"));
     test::waitUntil([&] { return folders->model()->rowCount(folders->currentIndex()) > 1; });
     save(addURL, folder, "add-url");
+    drawExtras(program, folder);
     frmAbout about;
     save(about, folder, "about");
     frmSplash splash;
