@@ -28,6 +28,8 @@ const std::vector<HelpTopic>& helpTopics() {
         {"frmMetaTagChanges", "meta-tags.md#write"},
         {"frmSubmit", "submitting.md#from-the-window"},
         {"frmPreview", "submitting.md#what-an-engine-sees"},
+        {"frmRanking", "ranking.md"},
+        {"frmSearch", "ranking.md#search-the-web"},
         {"frmEngineBuilder", "catalogue.md#krveng5dat-the-engines"},
         {"frmNews", "news.md"},
         {"frmAddIns", "add-ins.md"},
