@@ -156,7 +156,8 @@ constexpr Command kMainCommands[] = {
      [](Target target) { target.show("frmSearch"); }},
     {"mnuToolsItems_5", "Doorway"},
     {"mnuToolsItems_6", "Keyword"},
-    {"mnuToolsItems_7", "FTP"},
+    {"mnuToolsItems_7", "FTP", "", "", always,
+     "frmFTPClient_Load_Error: ", [](Target target) { target.show("frmFTPClient"); }},
     {"mnuToolsItems_9", "EngineBuilder", "Make an engine of your own from a web form", "", always,
      "frmEngineBuilder_Load_Error: ", buildEngine},
     // Add-Ins.

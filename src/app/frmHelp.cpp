@@ -9,6 +9,7 @@
 #include "widgets/Forms.h"
 
 #include <QAbstractTextDocumentLayout>
+#include <QImage>
 #include <QScreen>
 #include <QScrollBar>
 #include <QShortcut>
@@ -153,13 +154,19 @@ void frmHelp::fitPictures() {
         for (auto piece = block.begin(); !piece.atEnd(); ++piece) {
             if (!piece.fragment().charFormat().isImageFormat()) continue;
             QTextImageFormat format = piece.fragment().charFormat().toImageFormat();
-            const QImage picture =
-                page.resource(QTextDocument::ImageResource, QUrl(format.name())).value<QImage>();
+            const QUrl name(format.name());
+            const auto picture =
+                m_ui->txtPage->loadResource(QTextDocument::ImageResource, name).value<QImage>();
             if (picture.isNull()) continue;
             const int width = std::min(room, picture.width());
             if (qFuzzyCompare(format.width(), width)) continue;
             format.setWidth(width);
             format.setHeight(static_cast<double>(picture.height()) * width / picture.width());
+            // The view itself would scale it without smoothing.
+            const double ratio = devicePixelRatioF();
+            QImage fitted = picture.scaledToWidth(qRound(width * ratio), Qt::SmoothTransformation);
+            fitted.setDevicePixelRatio(ratio);
+            page.addResource(QTextDocument::ImageResource, name, fitted);
             QTextCursor cursor(&page);
             cursor.setPosition(piece.fragment().position());
             cursor.setPosition(piece.fragment().position() + piece.fragment().length(),

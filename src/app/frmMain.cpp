@@ -15,10 +15,13 @@
 #include "core/Prompts.h"
 #include "core/ScreenText.h"
 #include "core/Services.h"
+#include "core/Trap.h"
 #include "core/clsPreference.h"
 #include "extras/News.h"
 #include "extras/frmAddIns.h"
 #include "extras/frmNews.h"
+#include "ftp/KeychainSecrets.h"
+#include "ftp/frmFTPClient.h"
 #include "pagetools/frmMetaTag.h"
 #include "practice/StarterServer.h"
 #include "projects/UrlList.h"
@@ -43,11 +46,11 @@ namespace relay {
 
 namespace {
 constexpr int kUsualTreeWidth = 225;
-constexpr int kSplitterStep = 24;
 constexpr QSize kFrame(8, 40);  // around a window, at most
 
 // Opens the wizard. The window is disabled until it closes.
-void showSubmit(const CommandTarget& target, QWidget* parent, std::optional<CutOffRun> cutOff) {
+void showSubmit(const CommandTarget& target, QWidget* parent, std::optional<CutOffRun> cutOff,
+                const std::vector<std::string>& onlyURLs = {}) {
     std::optional<frmSubmit> wizard;
     {
         const BusyPointer busy(target.services.prompts);
@@ -55,10 +58,35 @@ void showSubmit(const CommandTarget& target, QWidget* parent, std::optional<CutO
         options.linkEngines = target.main.linksEngines;
         wizard.emplace(target.services, target.main.catalogue, std::move(options), parent);
     }
+    if (!onlyURLs.empty()) wizard->controller().submitOnly(onlyURLs);
     if (cutOff && !wizard->controller().resume(std::move(*cutOff))) return;
     wizard->exec();
+    if (target.main.catalogue.showsEngineHealth())
+        trap(target.services.prompts, "Module: showEngineHealth\r\n",
+             [&] { target.main.catalogue.showEngineHealth(true); });
     // Reads the new reports into the website's panel.
     target.main.workspace.autoSave();
+}
+
+// Not modal, so that the engines for changed pages can be selected beside it. The form deletes itself when it
+// is closed.
+void showFTPClient(const CommandTarget& target, QWidget* parent) {
+    auto* form = parent->findChild<frmFTPClient*>(QString(), Qt::FindDirectChildrenOnly);
+    if (form == nullptr) {
+        form = new frmFTPClient(target.services, target.main.fetcher, desktopSecrets(), parent);
+        QObject::connect(form, &frmFTPClient::submitWanted, parent,
+                         [&target, parent, form](const std::vector<std::string>& urls) {
+                             if (target.main.readyToSubmit()) {
+                                 showSubmit(target, form, std::nullopt, urls);
+                             } else {
+                                 parent->raise();
+                                 parent->activateWindow();
+                             }
+                         });
+    }
+    form->show();
+    form->raise();
+    form->activateWindow();
 }
 
 // The editor is made at its first use and keeps its folder and texts.
@@ -139,6 +167,7 @@ struct Screen final {
 };
 constexpr Screen kScreens[] = {
     {"frmMetaTag", showMetaTag},
+    {"frmFTPClient", showFTPClient},
     {"frmNews", showNews},
     {"frmAddIns", showAddIns},
     {"frmEngineBuilder", showEngineBuilder},
@@ -191,7 +220,8 @@ frmMain::frmMain(const Services& services, clsMain& main, QWidget* parent)
     enlargeTitle();
     describePlaceholders(*m_ui->SSTab2);
     makeToolbarReachable();
-    makeSplitterReachable();
+    makeReachable(*m_ui->imgSpliter,
+                  tr("Drag to make the tree wider or narrower, or press Alt+Right and Alt+Left"));
     m_ui->SSTab1->connectTo(main.website.fields, main.catalogue.categories);
     m_ui->SSTab1->connectWalk(main.categoryWalk, main.catalogue.lists);
     m_ui->SSTab3->connectTo(main.catalogue.lists, main.catalogue.selection,
@@ -272,6 +302,13 @@ void frmMain::offerCutOffRun() {
         showSubmit(m_target, this, std::move(run));
 }
 
+void frmMain::showHealth(bool shown) {
+    Catalogue& catalogue = m_main.catalogue;
+    trap(m_target.services.prompts, "Module: showEngineHealth\r\n",
+         [&] { catalogue.showEngineHealth(shown); });
+    m_ui->SSTab3->showHealth(catalogue.showsEngineHealth());
+}
+
 void frmMain::showPreview(const std::string& engine) {
     Workspace& workspace = m_main.workspace;
     workspace.autoSave();
@@ -309,6 +346,11 @@ void frmMain::connectWebsitePanel() {
 void frmMain::connectEnginePanel() {
     m_ui->SSTab3->setUpdateAction(*m_ui->mnuFileItems_12);
     m_main.catalogue.afterLoad = [this] { showCatalogue(); };
+    connect(m_ui->SSTab3, &frmEnginePanel::healthWanted, this, &frmMain::showHealth);
+    connect(m_ui->SSTab3, &frmEnginePanel::healthyWanted, this, [this] {
+        trap(m_target.services.prompts, "Module: dropFailingEngines\r\n",
+             [this] { m_main.catalogue.dropFailingEngines(); });
+    });
     const Rows& selected = m_main.catalogue.lists.lsvSelectedEngines;
     const auto follow = [this] { m_changes.start(); };
     connect(&selected, &Rows::modelReset, this, follow);
@@ -461,17 +503,6 @@ void frmMain::makeToolbarReachable() {
     }
 }
 
-// Keys for the border between tree and panel, which Qt moves by mouse only.
-void frmMain::makeSplitterReachable() {
-    const QString keys = tr("Drag to make the tree wider or narrower, or press Alt+Right and Alt+Left");
-    m_ui->imgSpliter->handle(1)->setToolTip(keys);
-    m_ui->imgSpliter->handle(1)->setAccessibleName(m_ui->imgSpliter->accessibleName());
-    m_ui->imgSpliter->setAccessibleDescription(keys);
-    for (const auto& [key, step] : {std::pair(Qt::Key_Left, -kSplitterStep), {Qt::Key_Right, kSplitterStep}})
-        connect(new QShortcut(QKeySequence(Qt::ALT | key), this), &QShortcut::activated, this,
-                [this, step = step] { setSplitterPlace(std::max(1, splitterPlace() + step)); });
-}
-
 // Escape is free for other uses while nothing is being fetched.
 void frmMain::makeFetchCancellable() {
     auto* const escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
@@ -499,6 +530,7 @@ void frmMain::showCatalogue() {
     m_ui->SSTab1->setChoices(m_main.webTypes(), clsMain::languages(), m_main.catalogue.countries.cboCountry);
     m_ui->SSTab3->showTypeBoxes();
     m_ui->SSTab1->showCustomEngines();
+    if (m_main.catalogue.showsEngineHealth()) showHealth(true);
     m_ui->SSTab1->showFields();
 }
 
@@ -554,10 +586,12 @@ void frmMain::moveEvent(QMoveEvent* event) {
 }
 
 void frmMain::closeEvent(QCloseEvent* event) {
-    if (closeAllowed && !closeAllowed())
+    if (closeAllowed && !closeAllowed()) {
         event->ignore();
-    else
-        event->accept();
+        return;
+    }
+    event->accept();
+    if (auto* const ftp = findChild<frmFTPClient*>(QString(), Qt::FindDirectChildrenOnly)) ftp->close();
 }
 
 }  // namespace relay

@@ -58,7 +58,6 @@ class frmMain final : public QMainWindow {
     bool takesKey(const QWidget& widget, const QKeyEvent& event) const;
     void enlargeTitle();
     void makeToolbarReachable();
-    void makeSplitterReachable();
     void makeFetchCancellable();
     void showQuickStart();
     void runQuickStartLink(const QString& command);
@@ -67,6 +66,7 @@ class frmMain final : public QMainWindow {
     static QAction* actionOf(std::string_view name, const QWidget& owner);
     void enableCommands();
     void showScreen(std::string_view name);
+    void showHealth(bool shown);
     // Opens the help at the page about the window, or about the part of this window that is shown.
     void showHelp(QWidget& window);
     std::string_view helpPageFor(const QWidget& window) const;

@@ -1,13 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "catalogue/Catalogue.h"
 
+#include "catalogue/EngineHealth.h"
 #include "core/Failure.h"
 #include "core/FileSystem.h"
+#include "core/Keys.h"
 #include "core/Paths.h"
 #include "core/Prompts.h"
 #include "core/Services.h"
 
 #include <string>
+#include <unordered_set>
 
 namespace relay {
 
@@ -49,6 +52,31 @@ void Catalogue::RefreshEngineData() {
     const BusyPointer busy(m_services.prompts);
     loadEngineData();
     m_services.prompts.status("");
+}
+
+void Catalogue::showEngineHealth(bool on) {
+    Rows& list = lists.lsvEngines;
+    std::vector<std::string> titles = {list.columnTitle(0), "Type", "Country"};
+    const std::vector<EngineHealth> engines =
+        on ? HealthStore(m_services.paths).engines() : std::vector<EngineHealth>();
+    m_showsHealth = on;
+    const RowsBatch batch(list);
+    if (on) titles.insert(titles.end(), {"Last Success", "Failures"});
+    list.setColumns(std::move(titles));
+    list.setNumberColumns(on ? std::vector<int>{4} : std::vector<int>());
+    for (const EngineHealth& engine : engines) {
+        const int row = list.indexOf(engine.engine);
+        if (row < 0) continue;
+        list.setSubItem(row, 3, engine.lastSuccess.isValid() ? healthTime(engine.lastSuccess) : "never");
+        list.setSubItem(row, 4, std::to_string(engine.failures));
+    }
+}
+
+void Catalogue::dropFailingEngines() {
+    std::unordered_set<std::string, KeyHash, KeyEqual> failing;
+    for (const EngineHealth& engine : HealthStore(m_services.paths).engines())
+        if (engine.isFailing()) failing.insert(engine.engine);
+    selection.EngineRemoveFailing([&](std::string_view name) { return failing.contains(name); });
 }
 
 void Catalogue::forgetEngines() {

@@ -43,6 +43,13 @@ class Catalogue final {
     bool loadEngineData();
     // Loads the files again with a status text and the busy pointer, or does nothing when one is missing.
     void RefreshEngineData();
+    // Adds the columns "Last Success" and "Failures" to lsvEngines, filled from the history, or removes them.
+    // Throws Failure when the history cannot be read.
+    void showEngineHealth(bool on);
+    bool showsEngineHealth() const noexcept { return m_showsHealth; }
+    // Unselects the engines that failed in each of their last runs. Throws Failure when the history cannot be
+    // read.
+    void dropFailingEngines();
     // Drops the engines, as when no data file is there.
     void forgetEngines();
     bool loadEngineCategory();
@@ -61,6 +68,7 @@ class Catalogue final {
 
     const Services& m_services;
     std::shared_ptr<const void> m_held;
+    bool m_showsHealth = false;
 };
 
 }  // namespace relay

@@ -77,7 +77,7 @@ std::string strayItem(const CustomEngineRecord& record) {
     std::string_view item;
     bool behindComma = false;
     while (items.next(item)) {
-        const bool quoted = text[items.offset() - 1] == '"';
+        const bool quoted = items.offset() > 0 && text[items.offset() - 1] == '"';
         const std::size_t equals = item.find('=');
         const bool isKey = equals != npos && engineKey(item.substr(0, equals)) < EngineKey::None;
         if (behindComma && (quoted || isKey)) return std::string(left(item, 80));

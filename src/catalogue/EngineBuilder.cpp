@@ -529,6 +529,7 @@ void EngineBuilder::getDataFromHTML(std::string_view html) {
 
 void EngineBuilder::editSource(std::string text) {
     txtSource = std::move(text);
+    m_hints.clear();
     cmdGetFields = true;
     Q_EMIT changed();
 }

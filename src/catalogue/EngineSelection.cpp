@@ -134,6 +134,11 @@ void EngineSelection::EngineSelectNoAdultSites() {
     });
 }
 
+void EngineSelection::EngineRemoveFailing(const std::function<bool(std::string_view name)>& isFailing) {
+    bulk("Module: EngineRemoveFailing_Error: ",
+         [&] { unselectWhere([&](const clsEngines& engine) { return isFailing(engine.name()); }); });
+}
+
 void EngineSelection::EngineSelect(bool all) {
     bulk("Module: EngineSelect_Error: ", [&] {
         for (int place = 0; place < m_lists.lsvEngines.count(); ++place) {

@@ -31,6 +31,8 @@ class EngineSelection final {
     void SelectByMode(std::string_view mode);
     // Unselects the engines that refuse adult sites and those that take nothing else.
     void EngineSelectNoAdultSites();
+    // Unselects the engines that `isFailing` names.
+    void EngineRemoveFailing(const std::function<bool(std::string_view name)>& isFailing);
     // Selects the highlighted rows of lsvEngines, or all, which also ticks every type box.
     void EngineSelect(bool all);
     // Unselects the highlighted rows of lsvSelectedEngines, or all, which also clears every type box.

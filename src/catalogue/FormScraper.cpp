@@ -84,6 +84,7 @@ class FormCopier final {
 
     std::string copy() {
         if (m_marks.forms.empty()) return std::string(m_html);
+        m_source.reserve(m_html.size() + kFormEnd.size());
         for (std::size_t form = m_marks.forms.next(0); form != npos && !isFull();) {
             copyTo(form, closeOfTag(form, m_html.size()));
             const std::size_t end = m_marks.formEnds.next(form);
@@ -173,7 +174,7 @@ std::string_view macroForName(std::string_view name) noexcept {
         {"language", "<LANGUAGE>"},
     };
     for (const KnownName& known : kKnown)
-        if (equalsNoCase(name, known.name)) return known.macro;
+        if (name.size() == known.name.size() && equalsNoCase(name, known.name)) return known.macro;
     return {};
 }
 
@@ -231,6 +232,9 @@ ScrapedForm readForm(std::string_view source) {
         form.method = containsNoCase(getFieldValue(tag, "method"), "post") ? "POST" : "GET";
         form.action = getFieldValue(tag, "ACTION");
     }
+    // About what a field takes in a source.
+    constexpr std::size_t kFieldBytes = 64;
+    form.fields.reserve(std::min(kMostFormFields, source.size() / kFieldBytes));
     FieldList fields(form.fields);
     while ((at = source.find('<', at)) != npos) {
         const std::size_t open = at + 1;
@@ -264,10 +268,14 @@ std::string getFieldValue(std::string_view tag, std::string_view key) {
 }
 
 std::string buildQuery(const std::vector<FormField>& fields) {
+    std::size_t size = 0;
+    for (const FormField& field : fields) size += field.name.size() + field.value.size() + 2;
     std::string query;
+    query.reserve(size);
     bool first = true;
     for (const FormField& field : fields) {
-        const bool isRaw = first || (field.value.starts_with('<') && field.value.ends_with('>'));
+        const bool isRaw =
+            first || field.value.empty() || (field.value.starts_with('<') && field.value.ends_with('>'));
         if (!std::exchange(first, false)) query += '&';
         query.append(field.name).append("=").append(isRaw ? field.value : EncodeURLValue(field.value));
     }

@@ -127,6 +127,7 @@ void frmEnginePanel::connectButtons() {
     connect(m_ui->lsvEngines, &ListView::rowsSelected, drop, &QAction::setEnabled);
     followSelections();
     offerPreview();
+    offerHealth();
 }
 
 void frmEnginePanel::followSelections() {
@@ -181,6 +182,28 @@ void frmEnginePanel::offerPreview() {
         });
         list->addAction(action);
     }
+}
+
+void frmEnginePanel::offerHealth() {
+    m_healthAction = new QAction(themedIcon("Report"), tr("Show Engine &Health"), this);
+    m_healthAction->setObjectName(QStringLiteral("mnuEngineHealth"));
+    m_healthAction->setCheckable(true);
+    m_healthAction->setToolTip(
+        tr("When each engine last succeeded, and how often in a row it has failed since"));
+    connect(m_healthAction, &QAction::triggered, this, &frmEnginePanel::healthWanted);
+    m_ui->lsvEngines->addAction(m_healthAction);
+    auto* const healthy = new QAction(themedIcon("Failed"), tr("Unselect &Failing Engines"), this);
+    healthy->setObjectName(QStringLiteral("mnuHealthyEngines"));
+    healthy->setToolTip(
+        tr("Takes the engines that failed in each of their last three runs out of the selection"));
+    connect(healthy, &QAction::triggered, this, &frmEnginePanel::healthyWanted);
+    m_ui->lsvSelectedEngines->addAction(healthy);
+}
+
+void frmEnginePanel::showHealth(bool shown) {
+    m_healthAction->setChecked(shown);
+    m_ui->lsvEngines->setRows(&m_lists->lsvEngines,
+                              shown ? std::vector<int>{6, 7, 16, 7} : std::vector<int>{6, 7});
 }
 
 void frmEnginePanel::focusFindBox() {

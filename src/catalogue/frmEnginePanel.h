@@ -39,10 +39,16 @@ class frmEnginePanel final : public QWidget {
     void focusEngines();
     // Puts the cursor into the find box.
     void focusFindBox();
+    // Lays out the columns of the list of engines, with or without their health.
+    void showHealth(bool shown);
 
   Q_SIGNALS:
     // The user wants to see what would be sent to the engine.
     void previewWanted(const std::string& engine);
+    // The columns with the engines' health are to be shown or hidden.
+    void healthWanted(bool shown);
+    // The engines that failed in their last runs are to leave the selection.
+    void healthyWanted();
 
   protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -55,10 +61,12 @@ class frmEnginePanel final : public QWidget {
     void followSelections();
     void stackButtons();
     void offerPreview();
+    void offerHealth();
 
     std::unique_ptr<Ui::frmEnginePanel> m_ui;
     EngineLists* m_lists = nullptr;
     EngineSelection* m_selection = nullptr;
+    QAction* m_healthAction = nullptr;
 };
 
 }  // namespace relay

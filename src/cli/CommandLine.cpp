@@ -12,6 +12,7 @@
 #include "cli/EnginesScrapeCommand.h"
 #include "cli/ExitCode.h"
 #include "cli/ExtrasCommands.h"
+#include "cli/FtpCommands.h"
 #include "cli/KeywordsCommands.h"
 #include "cli/MetaCommands.h"
 #include "cli/OptimizeCommand.h"
@@ -42,7 +43,7 @@ constexpr const char* kClosing =
     "\nThe switches /D (write a trace to Error.log) and /U (reports link to the engines' own pages) may\n"
     "be anywhere.\n"
     "\n"
-    "Exit codes: 0 everything succeeded; 1 the run ended but some engines did not succeed;\n"
+    "Exit codes: 0 everything succeeded; 1 the run ended but some engines or files did not succeed;\n"
     "2 wrong usage; 3 could not run; 130 stopped by Ctrl-C.\n"
     "\n"
     "Examples with the practice catalogue, so nothing leaves this computer. The first command keeps\n"
@@ -150,6 +151,7 @@ class Parser final {
                                      "--home try engines check");
         add<EnginesListCommand>(engines);
         add<EnginesCheckCommand>(engines);
+        add<EnginesHealthCommand>(engines);
         add<EnginesInstallCommand>(engines);
         add<EnginesScrapeCommand>(engines);
         CLI::App& custom =
@@ -183,6 +185,13 @@ class Parser final {
         add<KeywordsFindCommand>(keywords);
         add<KeywordsCombineCommand>(keywords);
         add<KeywordsCountCommand>(keywords);
+        CLI::App& ftp =
+            addGroup(m_app, "ftp", "Upload files to an FTP server",
+                     "ftp list /htdocs --host ftp.shop.example --user ada --password-file secret.txt --tls\n"
+                     "ftp put index.html --host ftp.shop.example --user ada --password-file secret.txt "
+                     "--path /htdocs --tls");
+        add<FtpPutCommand>(ftp);
+        add<FtpListCommand>(ftp);
         add<NewsCommand>(m_app);
         CLI::App& addIns =
             addGroup(m_app, "addins", "List the tools of the menu Add-Ins", "--home try addins list");

@@ -3,6 +3,7 @@
 
 #include "catalogue/CatalogueCheck.h"
 #include "catalogue/EngineFields.h"
+#include "catalogue/EngineHealth.h"
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
 #include "cli/Table.h"
@@ -120,6 +121,29 @@ int EnginesCheckCommand::execute() {
             list.add(getFileNameFromFile(ranking), finding, rankFindingName(finding.kind));
     }
     return list.write();
+}
+
+EnginesHealthCommand::EnginesHealthCommand(CLI::App& parent, CommandLineContext& context)
+    : Command(parent, context, "health", "List how the engines did in the submissions of this home",
+              "--home try engines health\n--home try submit --website shop.kws --all --healthy") {}
+
+int EnginesHealthCommand::execute() {
+    const std::vector<EngineHealth> engines = HealthStore(context().home().paths).engines();
+    Table table({"Engine", "Last success", "Failures in a row"});
+    for (const EngineHealth& engine : engines) {
+        const std::string success = healthTime(engine.lastSuccess);
+        if (context().json)
+            JsonLine()
+                .add("engine", engine.engine)
+                .add("last_success", success)
+                .add("failures", std::int64_t{engine.failures})
+                .write(context().out());
+        else
+            table.add({engine.engine, success.empty() ? "never" : success, std::to_string(engine.failures)});
+    }
+    if (!table.empty()) table.write(context().out(), context().colours());
+    if (engines.empty()) context().note("Nothing was submitted from this home yet.");
+    return kSucceeded;
 }
 
 }  // namespace relay

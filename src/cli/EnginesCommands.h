@@ -23,4 +23,11 @@ class EnginesCheckCommand final : public Command {
     int execute() override;
 };
 
+// engines health
+class EnginesHealthCommand final : public Command {
+  public:
+    EnginesHealthCommand(CLI::App& parent, CommandLineContext& context);
+    int execute() override;
+};
+
 }  // namespace relay

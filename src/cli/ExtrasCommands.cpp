@@ -53,7 +53,8 @@ int NewsCommand::check(bool& isNew) {
     if (!news.state().problem.empty()) context().warn(news.state().problem);
     isNew = how == NewsCheck::New;
     if (how == NewsCheck::Cancelled) return kStopped;
-    return how == NewsCheck::NotReceived ? kCouldNotRun : kSucceeded;
+    const bool failed = how == NewsCheck::NotReceived || how == NewsCheck::NotStored;
+    return failed ? kCouldNotRun : kSucceeded;
 }
 
 int NewsCommand::execute() {

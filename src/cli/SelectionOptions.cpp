@@ -86,6 +86,8 @@ void SelectionOptions::addTo(CLI::App& app) {
             byMode("AdultOnlySite"));
     addFlag(app, "--no-adult", "Drop engines that refuse adult sites or take nothing else",
             [](Catalogue& catalogue) { catalogue.selection.EngineSelectNoAdultSites(); });
+    addFlag(app, "--healthy", "Drop engines that failed in each of their last three runs",
+            [](Catalogue& catalogue) { catalogue.dropFailingEngines(); });
     addValue(app, "--engine", "NAME", "One engine; may be repeated", [](const std::string& name) -> Step {
         return [name](Catalogue& catalogue) {
             catalogue.selection.EngineSingleSelect(catalogue.engine(name).name());

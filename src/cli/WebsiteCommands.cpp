@@ -4,6 +4,7 @@
 #include "catalogue/Categories.h"
 #include "cli/CommandLineContext.h"
 #include "cli/ExitCode.h"
+#include "cli/PasswordFile.h"
 #include "cli/Table.h"
 #include "cli/WebsiteEditing.h"
 #include "core/Failure.h"
@@ -16,40 +17,13 @@
 #include "projects/WebsiteKeys.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
 #include <functional>
-#include <istream>
 #include <ostream>
 #include <string>
-#include <termios.h>
-#include <unistd.h>
 
 namespace relay {
 
 namespace {
-
-constexpr std::size_t kLongestPassword = 4096;  // bytes read from a pipe
-
-// Hides what is typed at the terminal while this object lives.
-class HiddenInput final {
-  public:
-    explicit HiddenInput(bool isTerminal)
-        : m_hidden(isTerminal && ::tcgetattr(STDIN_FILENO, &m_before) == 0) {
-        termios silent = m_before;
-        silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
-        if (m_hidden) ::tcsetattr(STDIN_FILENO, TCSADRAIN, &silent);
-    }
-    ~HiddenInput() {
-        if (m_hidden) ::tcsetattr(STDIN_FILENO, TCSADRAIN, &m_before);
-    }
-    HiddenInput(const HiddenInput&) = delete;
-    HiddenInput& operator=(const HiddenInput&) = delete;
-
-  private:
-    termios m_before{};
-    bool m_hidden;
-};
 
 std::string settableKeys() {
     std::string names;
@@ -169,24 +143,6 @@ WebsiteSetCommand::WebsiteSetCommand(CLI::App& parent, CommandLineContext& conte
         ->type_name("FILE");
 }
 
-std::string WebsiteSetCommand::readPassword() {
-    std::string text;
-    if (m_passwordFile == "-") {
-        const HiddenInput hidden(context().console().inIsTerminal);
-        if (context().console().inIsTerminal) context().warn("Password:");
-        std::getline(context().console().in, text);
-    } else if (std::filesystem::is_fifo(m_passwordFile)) {
-        // A shell passes another program's output as a pipe.
-        std::ifstream pipe(m_passwordFile, std::ios::binary);
-        text.resize(kLongestPassword);
-        pipe.read(text.data(), kLongestPassword);
-        text.resize(static_cast<std::size_t>(pipe.gcount()));
-    } else {
-        text = readFile(m_passwordFile);
-    }
-    return std::string(firstLine(text));
-}
-
 std::vector<KeyValue> WebsiteSetCommand::wantedValues() {
     std::vector<KeyValue> values;
     for (const std::string& assignment : m_assignments) {
@@ -200,7 +156,7 @@ std::vector<KeyValue> WebsiteSetCommand::wantedValues() {
             throw UsageError("The password is given twice.");
         values.push_back(std::move(entry));
     }
-    if (!m_passwordFile.empty()) values.push_back({"Password", readPassword()});
+    if (!m_passwordFile.empty()) values.push_back({"Password", passwordFromFile(context(), m_passwordFile)});
     if (values.empty()) throw UsageError("KEY=VALUE is required");
     return values;
 }

@@ -31,7 +31,6 @@ class WebsiteSetCommand final : public Command {
 
   private:
     std::vector<KeyValue> wantedValues();
-    std::string readPassword();
     void noteStrangeCategory();
 
     std::string m_file;

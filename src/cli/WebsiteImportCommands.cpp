@@ -74,7 +74,9 @@ int WebsiteImportFormCommand::execute() {
     }
     for (int row = 0; row < fields.lsvSiteURLs.count(); ++row)
         noteLongUrl(context(), std::string(fields.lsvSiteURLs.at(row).text));
-    readLists(m_file, [&] { writeUrls(file, fields.lsvSiteURLs); });
+    if (fields.lsvSiteURLs.count() > kMostUrls)
+        throw Failure(m_dataFile + ": a website file has at most " + std::to_string(kMostUrls) + " URLs.");
+    writeUrls(file, fields.lsvSiteURLs);
     file.save(m_file, Readable::OwnerOnly);
     context().note(webFormDataNotice(m_dataFile, applied));
     return applied == 0 ? kSomeFailed : kSucceeded;
@@ -88,8 +90,7 @@ WebsiteImportSitemapCommand::WebsiteImportSitemapCommand(CLI::App& parent, Comma
     app()
         .add_option("SITEMAP-or-URL", m_sitemap,
                     "XML, or XML packed with gzip. A sitemap on the web begins with http:// or https://, all "
-                    "else is a "
-                    "file")
+                    "else is a file")
         ->required()
         ->type_name("");
     app()

@@ -243,6 +243,29 @@ void Rows::sortByColumn(int column) {
     sort(column, flips ? Qt::DescendingOrder : Qt::AscendingOrder);
 }
 
+std::vector<double> Rows::sortNumbers(int column) const {
+    std::vector<double> numbers;
+    const bool leading = isNumberColumn(column);
+    if (!leading && !m_order.number) return numbers;
+    numbers.reserve(m_rows.size());
+    for (const Entry& row : m_rows) {
+        const std::optional<double> number = leading
+                                                 ? leadingNumber(row.text(static_cast<std::size_t>(column)))
+                                                 : m_order.number(row.view(), column);
+        if (!number) return {};
+        numbers.push_back(*number);
+    }
+    return numbers;
+}
+
+void Rows::liftByRank(std::vector<std::size_t>& places) const {
+    if (!m_order.rank) return;
+    std::vector<int> ranks;
+    ranks.reserve(m_rows.size());
+    for (const Entry& row : m_rows) ranks.push_back(m_order.rank(row.view()));
+    std::stable_sort(places.begin(), places.end(), [&ranks](auto a, auto b) { return ranks[a] < ranks[b]; });
+}
+
 void Rows::sort(int column, Qt::SortOrder order) {
     if (column < 0) return;  // how views say "unsorted"
     m_sortedColumn = column;
@@ -251,10 +274,8 @@ void Rows::sort(int column, Qt::SortOrder order) {
     std::vector<std::size_t> places(m_rows.size());
     std::iota(places.begin(), places.end(), std::size_t{0});
     const auto by = static_cast<std::size_t>(column);
-    if (isNumberColumn(column)) {
-        std::vector<double> numbers;
-        numbers.reserve(m_rows.size());
-        for (const Entry& row : m_rows) numbers.push_back(leadingNumber(row.text(by)));
+    const std::vector<double> numbers = sortNumbers(column);
+    if (numbers.size() == m_rows.size()) {
         std::stable_sort(places.begin(), places.end(), [&](auto a, auto b) {
             return m_ascending ? numbers[a] < numbers[b] : numbers[a] > numbers[b];
         });
@@ -264,6 +285,7 @@ void Rows::sort(int column, Qt::SortOrder order) {
             return m_ascending ? compared < 0 : compared > 0;
         });
     }
+    liftByRank(places);
     forgetKeys();
     std::vector<Entry> sorted;
     sorted.reserve(places.size());

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -17,6 +18,14 @@
 namespace relay {
 
 class Rows;
+
+// How a list is sorted, beyond the texts of its columns. Functions may be empty.
+struct RowOrder final {
+    // Rows of a lower rank stand above the others, whichever way the list is sorted.
+    std::function<int(const RowView& row)> rank;
+    // What a column sorts by instead of its text; nothing for columns of texts.
+    std::function<std::optional<double>(const RowView& row, int column)> number;
+};
 
 // Keeps a batch of changes open for the duration of a block.
 class RowsBatch final {
@@ -49,6 +58,7 @@ class Rows final : public QAbstractTableModel {
     void setCheckable(bool on) { m_checkable = on; }
     // Columns of numbers: sorted as numbers and aligned to the right.
     void setNumberColumns(std::vector<int> columns) { m_numberColumns = std::move(columns); }
+    void setOrder(RowOrder order) { m_order = std::move(order); }
 
     int count() const noexcept { return static_cast<int>(m_rows.size()); }
     bool empty() const noexcept { return m_rows.empty(); }
@@ -143,6 +153,9 @@ class Rows final : public QAbstractTableModel {
     // The role tells a change of the highlight flag from other changes.
     void changed(int row, int role);
     bool isNumberColumn(int column) const;
+    // What the rows sort by, where that is a number.
+    std::vector<double> sortNumbers(int column) const;
+    void liftByRank(std::vector<std::size_t>& places) const;
     bool notifies() const noexcept { return m_batch == 0; }
 
     std::vector<Entry> m_rows;
@@ -150,6 +163,7 @@ class Rows final : public QAbstractTableModel {
     mutable KeySet m_keys;  // of the first m_keyed rows, by row number
     mutable std::size_t m_keyed = 0;
     std::vector<int> m_numberColumns;
+    RowOrder m_order;
     bool m_checkable = false;
     int m_batch = 0;
     int m_sortedColumn = -1;

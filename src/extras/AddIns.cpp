@@ -7,6 +7,7 @@
 #include "core/Text.h"
 #include "core/clsPreference.h"
 
+#include <algorithm>
 #include <unistd.h>
 
 namespace relay {
@@ -15,13 +16,11 @@ const std::array<AddIn, 3> kAddIns{{
     {"KRW", "Korvel Rank Watch 4.0",
      "Korvel Rank Watch 4.0 is a powerful web ranking tool that gives you full control on search engine "
      "placement tracking and rank monitoring. Check your web site position in all the major search engines "
-     "for "
-     "all the keywords for multiple URLs in one Click!",
+     "for all the keywords for multiple URLs in one Click!",
      &clsPreference::KRWLocation},
     {"KLB", "Korvel Link Builder",
      "Most powerful link popularity builder tool that manages reciprocal link partners, tracks your link "
-     "page, "
-     "generates new link partners and send 'Personalized' invitation messages, creates link pages "
+     "page, generates new link partners and send 'Personalized' invitation messages, creates link pages "
      "automatically and promotes them.",
      &clsPreference::KLBLocation},
     {"KBK", "Korvel Bid Keeper",

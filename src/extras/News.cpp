@@ -140,18 +140,20 @@ void News::takeReply(const FetchReply& reply) {
 
 NewsCheck News::showNewMessage(const std::string& body, std::int16_t status) {
     NewsCheck how = NewsCheck::NotReceived;
-    const auto stored = [this] { return std::string(identity(ReadIniValue(m_file, kSection, "Date"))); };
-    trap(
+    const bool done = trap(
         m_services.prompts, "showNewMessage_Error: ",
         [&] {
             if (status != kFound || !isNews(body)) return;
-            const std::string old = stored();
+            const std::string old(identity(ReadIniValue(m_file, kSection, "Date")));
             writeFile(m_file, body + "\r\n");
             const std::string_view date = std::string_view(body).substr(body.find(kDate) + kDate.size());
             how = identity(date) == old ? NewsCheck::NoNews : NewsCheck::New;
         },
         "showNewMessage");
-    if (how != NewsCheck::New) m_services.prompts.message("No New Message !", "Error", Icon::Information);
+    if (!done)
+        how = NewsCheck::NotStored;
+    else if (how != NewsCheck::New)
+        m_services.prompts.message("No New Message !", "Error", Icon::Information);
     loadMessages();
     return how;
 }

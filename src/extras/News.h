@@ -37,6 +37,7 @@ enum class NewsCheck {
     New,
     NoNews,       // the stored message is the current one
     NotReceived,  // no answer, or one that is no news
+    NotStored,    // the message could not be written; a box has said why
     Cancelled,
 };
 
@@ -66,7 +67,7 @@ class News final : public QObject {
     // Requests the message; ended() follows, perhaps before this returns. While the fetcher is in use, only
     // shows the stored message.
     void checkNewMessage();
-    // Stores a message of the server and shows it; a box says when it is not new.
+    // Stores a message of the server and shows what is stored then; a box says when it is not new.
     NewsCheck showNewMessage(const std::string& body, std::int16_t status);
     void cancel();
 

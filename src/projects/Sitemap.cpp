@@ -23,6 +23,11 @@ constexpr std::size_t kLongestDate = 64;
 constexpr int kDeepest = 32;  // elements inside one another
 // A sitemap's first element stands at its start.
 constexpr std::size_t kLongestStart = std::size_t{256} * 1024;
+// The parser goes back to the start of an unfinished tag or comment with every piece, and compares every
+// attribute and namespace with all the others.
+constexpr std::size_t kLongestToken = std::size_t{128} * 1024;
+constexpr qsizetype kMostAttributes = 100;
+constexpr qsizetype kMostNamespaces = 100;  // of an element and those around it
 
 // Gives bytes in pieces, unpacked if they are a gzip file.
 class Pieces final {
@@ -86,6 +91,13 @@ std::string_view withoutSpace(std::string_view text) {
     return text.substr(0, text.find_last_not_of(kSpace) + 1);
 }
 
+bool isWebAddress(std::string_view url) {
+    if (!startsWithNoCase(url, "http://") && !startsWithNoCase(url, "https://")) return false;
+    url.remove_prefix(url.find("//") + 2);
+    const std::string_view host = url.substr(0, url.find_first_of("/?#"));
+    return !host.empty() && host.find(' ') == npos;
+}
+
 // Takes the tokens of one sitemap.
 class Collector final {
   public:
@@ -116,6 +128,11 @@ class Collector final {
 
     std::string_view begin(const QXmlStreamReader& xml) {
         if (++m_depth > kDeepest) return "Its elements are nested too deeply.";
+        qsizetype& namespaces = m_namespaces.at(static_cast<std::size_t>(m_depth));
+        namespaces =
+            m_namespaces.at(static_cast<std::size_t>(m_depth - 1)) + xml.namespaceDeclarations().size();
+        if (xml.attributes().size() > kMostAttributes || namespaces > kMostNamespaces)
+            return "An element has too many attributes.";
         if (m_depth == 1) {
             m_file.isIndex = xml.name() == QLatin1String("sitemapindex");
             m_namespace = xml.namespaceUri().toString();
@@ -144,8 +161,7 @@ class Collector final {
     void add() {
         const std::string_view url = withoutSpace(m_entry.url);
         const std::string_view lastmod = withoutSpace(m_entry.lastmod);
-        const bool isWeb = startsWithNoCase(url, "http://") || startsWithNoCase(url, "https://");
-        if (!isWeb || url.size() > kLongestUrl || hasControlByte(url)) {
+        if (!isWebAddress(url) || url.size() > kLongestUrl || hasControlByte(url)) {
             ++m_file.skipped;
             return;
         }
@@ -159,6 +175,7 @@ class Collector final {
     SitemapEntry m_entry;
     std::string* m_field = nullptr;
     int m_depth = 0;
+    std::array<qsizetype, kDeepest + 1> m_namespaces{};  // known at each depth
     bool m_inEntry = false;
     bool m_done = false;
 };
@@ -174,8 +191,10 @@ SitemapFile readSitemap(std::string_view bytes, const SitemapLimits& limits) {
     Pieces pieces(bytes);
     Collector collector(file, limits);
     QXmlStreamReader xml;
+    std::size_t unfinished = 0;  // bytes since the last whole token
     for (std::string_view piece = pieces.next(); !piece.empty(); piece = pieces.next()) {
         file.unpacked += piece.size();
+        unfinished += piece.size();
         if (file.unpacked > limits.unpacked) {
             file.problem = "It is larger than " + std::to_string(limits.unpacked / 1024 / 1024) + " MiB.";
             return file;
@@ -183,12 +202,18 @@ SitemapFile readSitemap(std::string_view bytes, const SitemapLimits& limits) {
         xml.addData(QByteArray(piece.data(), static_cast<qsizetype>(piece.size())));
         while (!xml.atEnd() && file.problem.empty()) {
             xml.readNext();
-            if (!xml.hasError()) file.problem = collector.take(xml);
+            if (xml.hasError()) break;
+            unfinished = 0;
+            file.problem = collector.take(xml);
         }
         if (!file.problem.empty()) return file;
         if (xml.hasError() && xml.error() != QXmlStreamReader::PrematureEndOfDocumentError) break;
         if (!collector.hasRoot() && file.unpacked > kLongestStart) {
             file.problem = "It is no sitemap.";
+            return file;
+        }
+        if (unfinished > kLongestToken) {
+            file.problem = "One of its parts is too long.";
             return file;
         }
     }

@@ -111,6 +111,7 @@ int applyWebFormData(std::string_view text, WebsiteFields& fields, const SelectF
     fields.txtSiteTitle.clear();
     fields.lsvSiteURLs.clear();
     fields.lsvReports.clear();
+    fields.sitemap.clear();
     fields.clearWorkArea();
     fields.txtURLFileLocation.clear();
     if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());

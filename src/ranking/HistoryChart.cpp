@@ -52,14 +52,16 @@ void addPositionTicks(HistoryChart& chart, int best, int worst, int room) {
     chart.levels.insert(chart.levels.begin(), ticks.begin(), ticks.end());
 }
 
-// Each curve with points in the band has its own level in it.
-void addBand(HistoryChart& chart, Band band, double height, const char* text) {
+// Each curve with points in the band has its own level in it; `span` is that of the positions.
+void addBand(HistoryChart& chart, Band band, double span, const char* text) {
     const auto isIn = [band](const ChartPoint& point) { return bandOf(point.point.state) == band; };
     std::vector<ChartCurve*> curves;
     for (ChartCurve& curve : chart.curves)
         if (std::any_of(curve.points.begin(), curve.points.end(), isIn)) curves.push_back(&curve);
     if (curves.empty()) return;
-    const double step = height / static_cast<double>(curves.size());
+    const auto count = static_cast<double>(curves.size());
+    const double height = span * std::clamp(count * 0.07, 0.25, 0.75);
+    const double step = height / count;
     double level = chart.bottom + step / 2;
     for (ChartCurve* const curve : curves) {
         for (ChartPoint& point : curve->points)
@@ -84,11 +86,10 @@ void placeOnLevels(HistoryChart& chart, int room) {
     constexpr double kLeastSpan = 4;
     const double span = std::max<double>(worst - best, kLeastSpan);
     const double margin = span * 0.08;
-    const double height = span * 0.25;
     chart.top = best - margin;
     chart.bottom = best > 0 ? worst + margin : 0;
-    addBand(chart, Band::NotFound, height, "not found");
-    addBand(chart, Band::NoResult, height, "no result");
+    addBand(chart, Band::NotFound, span, "not found");
+    addBand(chart, Band::NoResult, span, "no result");
     if (best > 0) addPositionTicks(chart, best, worst, room);
 }
 

@@ -12,11 +12,13 @@
 #include "core/Services.h"
 #include "core/Text.h"
 #include "core/Trap.h"
+#include "core/Url.h"
 #include "core/clsPreference.h"
 #include "projects/ProjectStore.h"
 #include "projects/WebsiteFile.h"
 
 #include <cmath>
+#include <set>
 #include <utility>
 
 namespace relay {
@@ -39,19 +41,26 @@ std::string grouped(double number) {
     return digits;
 }
 
+// The URLs of a website file, with the empty ones.
+std::vector<std::string> siteURLs(const std::string& websiteFile) {
+    const IniFile file = loadWebsiteQuietly(websiteFile);
+    const int last = toInt16(leadingNumber(file.value(kWebsiteSection, "LastURL")));
+    std::vector<std::string> urls;
+    for (int number = 1; number <= last; ++number)
+        urls.push_back(file.value(kUrlSection, "URL" + std::to_string(number)));
+    return urls;
+}
+
 // Fills lsvSiteSubmitting with the URLs of the checked rows of lsvSiteSelection, in order; the same URL once
 // per website. Calls `listed` for every URL in the files.
-void listSiteURLs(const Rows& lsvSiteSelection, Rows& lsvSiteSubmitting,
-                  const std::function<void()>& listed) {
+void listSiteURLs(const Rows& lsvSiteSelection, const std::vector<std::string>& onlyURLs,
+                  Rows& lsvSiteSubmitting, const std::function<void()>& listed) {
     const RowsBatch batch(lsvSiteSubmitting);
     lsvSiteSubmitting.clear();
     for (int site = 0; site < lsvSiteSelection.count(); ++site) {
         const Row row(lsvSiteSelection.at(site));
         if (!row.checked) continue;
-        const IniFile file = loadWebsiteQuietly(row.tag);
-        const int last = toInt16(leadingNumber(file.value(kWebsiteSection, "LastURL")));
-        for (int number = 1; number <= last; ++number) {
-            const std::string url = file.value(kUrlSection, "URL" + std::to_string(number));
+        for (const std::string& url : onlyURLs.empty() ? siteURLs(row.tag) : onlyURLs) {
             if (!url.empty())
                 lsvSiteSubmitting.tryAdd({urlKey(row.tag, url), url, {row.text, ""}, "URL", row.tag});
             if (lsvSiteSubmitting.count() > kMostOfWork) throw Failure("Overflow", 6);
@@ -64,7 +73,12 @@ void listSiteURLs(const Rows& lsvSiteSelection, Rows& lsvSiteSubmitting,
 
 SubmissionController::SubmissionController(const Services& services, const Catalogue& catalogue,
                                            SubmissionOptions options)
-    : m_services(services), m_catalogue(catalogue), m_run(services, catalogue, m_state, std::move(options)) {
+    : m_services(services),
+      m_catalogue(catalogue),
+      m_run(services, catalogue, m_state, std::move(options)),
+      m_health(services) {
+    connect(&m_run, &SubmissionRun::engineEnded, &m_health, &HealthRecorder::note);
+    connect(&m_run, &SubmissionRun::runDone, &m_health, &HealthRecorder::endRun);
     connect(&m_run, &SubmissionRun::engineEnded, this, &SubmissionController::engineEnded);
     connect(&m_run, &SubmissionRun::reportWritten, this, &SubmissionController::reportWritten);
     connect(&m_run, &SubmissionRun::runDone, this, &SubmissionController::runDone);
@@ -93,6 +107,33 @@ bool SubmissionController::addSite(const std::string& websiteFile, std::string_v
     Row row{siteKey(websiteFile), std::string(name), {std::string(project), lastURL}, "WebFile", websiteFile};
     row.checked = leadingNumber(lastURL) > 0;
     return m_state.lsvSiteSelection.tryAdd(std::move(row));
+}
+
+void SubmissionController::submitOnly(std::vector<std::string> urls) {
+    m_state.onlyURLs = std::move(urls);
+    std::set<std::string> wanted;
+    std::set<std::string> hosts;
+    for (const std::string& url : m_state.onlyURLs) {
+        wanted.insert(toLower(url));
+        hosts.insert(toLower(GetURLHost(url)));
+    }
+    int listing = -1;
+    int ofHost = -1;
+    Rows& sites = m_state.lsvSiteSelection;
+    const RowsBatch batch(sites);
+    for (int row = 0; row < sites.count(); ++row) {
+        sites.setSubItem(row, 2, std::to_string(m_state.onlyURLs.size()));
+        sites.setChecked(row, false);
+        for (const std::string& url : siteURLs(std::string(sites.at(row).tag))) {
+            if (listing < 0 && wanted.contains(toLower(url))) listing = row;
+            if (ofHost < 0 && hosts.contains(toLower(GetURLHost(url)))) ofHost = row;
+        }
+    }
+    const int ticked = listing < 0 ? ofHost : listing;
+    if (ticked >= 0) sites.setChecked(ticked, true);
+    m_state.lblHint = "Select the web site whose details go with the changed pages. Only these pages (" +
+                      std::to_string(m_state.onlyURLs.size()) + ") are submitted.";
+    Q_EMIT stateChanged();
 }
 
 bool SubmissionController::hasSite(std::string_view websiteFile) const {
@@ -232,7 +273,7 @@ bool SubmissionController::createSubmissionData() {
         const auto advance = [&] {
             if (++progress <= m_state.progressMaximum) m_state.progressValue = progress;
         };
-        listSiteURLs(m_state.lsvSiteSelection, m_state.lsvSiteSubmitting, advance);
+        listSiteURLs(m_state.lsvSiteSelection, m_state.onlyURLs, m_state.lsvSiteSubmitting, advance);
         submit().listEngines(m_catalogue.lists.lsvSelectedEngines);
         for (int engine = 0; engine < submit().NumOfEngines(); ++engine) advance();
     });

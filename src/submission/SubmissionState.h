@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace relay {
 
@@ -36,6 +37,9 @@ struct SubmissionState final {
     Rows lsvReport;          // tag the report; "URL", "Web Site", "Status"
 
     Results results;  // of the run, as they come; begun anew by the next one
+
+    std::vector<std::string> onlyURLs;  // submitted instead of the websites' own, if there are any
+    std::string lblHint = "Click on the \"Check Box\" on the list to select a web site";
 
     int page = 0;  // of SSTab1: 0 selection, 1 summary, 2 run, 3 reports
     std::string lblNumOfEngines;

@@ -124,6 +124,7 @@ void frmSubmit::connectResults() {
 
 void frmSubmit::showState() {
     const SubmissionState& state = m_controller.state();
+    setText(*m_ui->lblHint, state.lblHint);
     setText(*m_ui->lblNumOfEngines, state.lblNumOfEngines);
     setText(*m_ui->lblNumOfWebsites, state.lblNumOfWebsites);
     setText(*m_ui->lblNumOfURLs, state.lblNumOfURLs);

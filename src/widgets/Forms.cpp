@@ -5,6 +5,8 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QScreen>
+#include <QShortcut>
+#include <QSplitter>
 #include <QTabWidget>
 #include <QTextDocument>
 #include <QVersionNumber>
@@ -70,6 +72,20 @@ void continueAddress(QLineEdit& edit, const QString& beginning) {
 void showFocus(QWidget& control) {
     control.window()->setAttribute(Qt::WA_KeyboardFocusChange);
     control.update();
+}
+
+void makeReachable(QSplitter& splitter, const QString& toolTip) {
+    constexpr int kStep = 24;
+    splitter.handle(1)->setToolTip(toolTip);
+    splitter.handle(1)->setAccessibleName(splitter.accessibleName());
+    splitter.setAccessibleDescription(toolTip);
+    for (const auto& [key, step] : {std::pair(Qt::Key_Left, -kStep), {Qt::Key_Right, kStep}})
+        QObject::connect(new QShortcut(QKeySequence(Qt::ALT | key), splitter.window()), &QShortcut::activated,
+                         &splitter, [&splitter, step = step] {
+                             const QList<int> sizes = splitter.sizes();
+                             const int left = std::max(1, sizes.at(0) + step);
+                             splitter.setSizes({left, std::max(1, sizes.at(0) + sizes.at(1) - left)});
+                         });
 }
 
 void focusFirst(QWidget& page) {

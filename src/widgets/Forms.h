@@ -5,6 +5,7 @@
 
 class QLineEdit;
 class QPlainTextEdit;
+class QSplitter;
 class QWidget;
 
 namespace relay {
@@ -23,6 +24,8 @@ void describePlaceholders(const QWidget& form);
 void continueAddress(QLineEdit& edit, const QString& beginning);
 // Focuses the first control of a page that can have the focus.
 void focusFirst(QWidget& page);
+// Alt+Left and Alt+Right move the first border of the window's splitter, which Qt moves by mouse only.
+void makeReachable(QSplitter& splitter, const QString& toolTip);
 // Draws the focus of the control as after the Tab key: by default, buttons that were reached with another key
 // do not show it.
 void showFocus(QWidget& control);

@@ -110,9 +110,23 @@ class QtPrompts::PlainPointer final {
     QtPrompts& m_prompts;
 };
 
+void QtPrompts::setWindow(QWidget* window) {
+    m_window = window;
+    m_front = nullptr;
+    QObject::disconnect(m_followed);
+    if (window == nullptr) return;
+    // While a box closes, no window is active.
+    m_followed = QObject::connect(
+        qApp, &QApplication::focusChanged, &m_context, [this](const QWidget*, const QWidget* now) {
+            QWidget* const front = now == nullptr ? nullptr : now->window();
+            if (front != nullptr && !front->isModal() && (front == m_window || front->parent() == m_window))
+                m_front = front;
+        });
+}
+
 QWidget* QtPrompts::parent() const {
     if (QApplication::activeModalWidget() != nullptr) return QApplication::activeModalWidget();
-    return m_window.data();
+    return m_front && m_front->isVisible() ? m_front.data() : m_window.data();
 }
 
 void QtPrompts::message(std::string_view text, std::string_view title, Icon icon) {

@@ -21,8 +21,8 @@ QStringList toQtFilters(std::string_view filter);
 // can be copied.
 class QtPrompts final : public Prompts {
   public:
-    // The parent of boxes when no window is active.
-    void setWindow(QWidget* window) { m_window = window; }
+    // The main window. Boxes belong to it, or to a window over it that was active last.
+    void setWindow(QWidget* window);
     // Receives status texts, and after how many milliseconds they disappear; 0 means never.
     using StatusSink = std::function<void(const QString& text, int milliseconds)>;
     void setStatusSink(StatusSink sink) { m_statusSink = std::move(sink); }
@@ -51,6 +51,8 @@ class QtPrompts final : public Prompts {
 
     QObject m_context;  // ends the connections to openers that still run
     QPointer<QWidget> m_window;
+    QPointer<QWidget> m_front;  // it, or a window over it: active last
+    QMetaObject::Connection m_followed;
     StatusSink m_statusSink;
     QString m_lastFolder;
     int m_busyDepth = 0;

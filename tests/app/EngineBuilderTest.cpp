@@ -9,6 +9,7 @@
 #include "submission/SubmissionController.h"
 #include "widgets/ListView.h"
 
+#include <QAction>
 #include <QComboBox>
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -118,9 +119,20 @@ TEST_F(EngineBuilderTest, AFormGoesFromItsAddressToASubmission) {
     const std::string website =
         home.writeWebsite("Projects/Shop.kws", {"http://shop.example/"}, "Title=Rose Shop\r\n");
     SubmissionController controller(program().services(), catalogue, {});
+    bool done = false;
+    QObject::connect(&controller, &SubmissionController::runDone, &controller, [&done] { done = true; });
     ASSERT_TRUE(controller.addSite(website, "Shop", "Shops"));
     ASSERT_TRUE(controller.cmdNext() && controller.cmdStart() && controller.cmdSubmit());
-    ASSERT_TRUE(waitUntil([&] { return !controller.isRunning() && !web.received().empty(); }));
+    ASSERT_TRUE(waitUntil([&] { return done; }));
+    // How it did is in the history, and in the list of engines when that is wanted.
+    const Rows& engines = catalogue.lists.lsvEngines;
+    const int row = engines.indexOf("Cove Search");
+    EXPECT_EQ(engines.columnCount(), 3);
+    find<QAction>("mnuEngineHealth").trigger();
+    EXPECT_EQ(engines.columnCount(), 5);
+    EXPECT_EQ(engines.at(row).subItems[2], "2002-04-01 13:05:00");
+    find<QAction>("mnuEngineHealth").trigger();
+    EXPECT_EQ(engines.columnCount(), 3);
     const auto fields = web.received().front().fields;
     EXPECT_EQ(fields.at(0), std::pair(std::string("site_name"), std::string("Rose Shop")));
     EXPECT_EQ(fields.at(3), std::pair(std::string("lang"), std::string("English")));

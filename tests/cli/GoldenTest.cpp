@@ -7,13 +7,16 @@
 //   directories    the engines Yahoo, dmoz and Plain, which are directories, on the practice web of the home
 //   practice-search the search engines of a practice web
 //   received       the engine and the URL of each submission since
+//   ftp-server LISTING   an FTP server with this listing; ftp-lie COMMAND ANSWER: instead of its own
+//   ftp-files      what it was sent
 //   terminal in|out|err, typed TEXT, variable NAME VALUE, stop
-// WEB stands for the address of that practice web, HOST for its host and port.
+// WEB stands for the address of that practice web, HOST for its host and port, FTP for the FTP server's.
 #include "CommandLineFixture.h"
 #include "core/FileStore.h"
 #include "core/Text.h"
 #include "core/Url.h"
 #include "practice/PracticeWeb.h"
+#include "support/FtpServer.h"
 #include "support/GoldenCases.h"
 #include "support/Transcript.h"
 
@@ -44,19 +47,32 @@ class CommandLineGolden : public testing::TestWithParam<std::string> {
         m_transcript.on("typed", [this](auto& text) { m_cli.typed = text.at(0); });
         m_transcript.on("variable", [this](auto& set) { m_cli.environment[set.at(0)] = set.at(1); });
         m_transcript.on("stop", [this](auto&) { m_cli.stop.request(); });
+        m_transcript.on("ftp-server", [this](auto& listing) { m_ftp.listing = listing.at(0); });
+        m_transcript.on("ftp-lie", [this](auto& lie) {
+            m_ftp.lie = [lie](const std::string& command) {
+                return command.starts_with(lie.at(0)) ? std::optional(lie.at(1)) : std::nullopt;
+            };
+        });
+        m_transcript.on("ftp-files", [this](auto&) {
+            for (const auto& [name, bytes] : m_ftp.files) m_transcript.out += name + ": " + bytes + "\n";
+        });
         m_transcript.on("received", [this](auto&) { listReceived(); });
         m_transcript.otherwise = [this](Arguments arguments) {
-            for (std::string& argument : arguments)
+            for (std::string& argument : arguments) {
                 if (argument.find("WEB") != npos) argument = replaceAll(argument, "WEB", web());
+                if (argument == "FTP") argument = m_ftp.host();
+            }
             const CommandResult result = m_cli.run(arguments);
             return Said{result.out, result.err, result.code};
         };
         m_transcript.settle = [this](const std::string& text) {
-            // Of a JSON line, of a line of a table, and of a file.
+            // Of a JSON line, of a line of a table, of a file, and of a port for data.
             std::string settled =
                 std::regex_replace(text, std::regex("(\"ms\":|,[A-Z][A-Za-z ]+,\\d+,)\\d+"), "$1N");
             settled =
                 std::regex_replace(settled, std::regex("202\\d-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d"), "NOW");
+            settled = std::regex_replace(
+                settled, std::regex("(\\(127,0,0,1,|established: |Port:)\\d+(,\\d+)?"), "$1N");
             settled = replaceAll(settled, m_address, "WEB");
             settled = replaceAll(
                 settled, ".localhost" + m_address.substr(std::min(m_address.rfind(':'), m_address.size())),
@@ -110,6 +126,7 @@ class CommandLineGolden : public testing::TestWithParam<std::string> {
 
     CommandLineFixture m_cli;
     PracticeWeb m_web;
+    FtpServer m_ftp;
     std::string m_address;
     Transcript m_transcript{m_cli.home};
 };

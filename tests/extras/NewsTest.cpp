@@ -90,6 +90,11 @@ TEST_F(NewsTest, AMessageIsNewByTheFirstTenCharactersOfItsDate) {
         EXPECT_EQ(receive(refused), "Short again: s" + std::string(kNothingNew)) << refused;
     EXPECT_EQ(receive(newsOf("2002/05/05", "Lost", "x"), 404), "Short again: s" + std::string(kNothingNew));
     EXPECT_EQ(home.read("news.dat"), before);
+
+    removeFile(home.path("news.dat"));
+    makeFolder(home.path("news.dat"));
+    EXPECT_EQ(news.showNewMessage(first, 200), NewsCheck::NotStored);
+    for (const auto& box : prompts.shown) EXPECT_NE(box.text, "No New Message !");
 }
 
 TEST_F(NewsTest, AsksTheUpdateServer) {

@@ -79,6 +79,24 @@ TEST(SitemapTest, FollowsItsTable) {
                 }}});
 }
 
+// Each would be compared with all the others.
+TEST(SitemapTest, BoundsAttributesAndNamespaces) {
+    const auto read = [](const std::string& prefix, int elements, int attributes) {
+        std::string text;
+        for (int i = 0; i < elements * attributes; ++i) {
+            if (i % attributes == 0) text += i == 0 ? "<urlset" : "><a";
+            text += " " + prefix + std::to_string(i) + "='x'";
+        }
+        return described(readSitemap(text + ">"));
+    };
+    const std::string unfinished = "Line 1: Premature end of document.";
+    const std::string tooMany = "An element has too many attributes.";
+    EXPECT_EQ(read("a", 30, 100), unfinished);
+    EXPECT_EQ(read("a", 1, 101), tooMany);
+    EXPECT_EQ(read("xmlns:a", 5, 20), unfinished);
+    EXPECT_EQ(read("xmlns:a", 6, 20), tooMany);
+}
+
 TEST(SitemapTest, OnlyWhatIsNewOrChangedIsMarked) {
     Rows urls;
     SitemapDates dates;
@@ -140,7 +158,7 @@ TEST_F(SitemapImportTest, FollowsAnIndexOnceAndSurvivesItsFaults) {
     EXPECT_EQ(run(site + "sitemap-entities.xml"),
               "nothing " + site + "sitemap-entities.xml: It has a document type, which no sitemap needs.");
     EXPECT_EQ(run(site + "sitemap-bomb.xml.gz"),
-              "nothing " + site + "sitemap-bomb.xml.gz: It is larger than 64 MiB.");
+              "nothing " + site + "sitemap-bomb.xml.gz: One of its parts is too long.");
     EXPECT_THAT(run(web.address() + "/reset"), StartsWith("nothing "));
     EXPECT_EQ(run("gopher://a.test/"),
               "nothing gopher://a.test/: Only http:// and https:// addresses can be requested");

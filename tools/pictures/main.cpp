@@ -13,6 +13,8 @@
 #include "extras/News.h"
 #include "extras/frmAddIns.h"
 #include "extras/frmNews.h"
+#include "ftp/frmFTPClient.h"
+#include "ftp/frmFTPLogin.h"
 #include "pagetools/frmMetaTag.h"
 #include "pagetools/frmMetaTagChanges.h"
 #include "practice/PracticeWeb.h"
@@ -22,14 +24,18 @@
 #include "ranking/frmSearch.h"
 #include "submission/frmPreview.h"
 #include "submission/frmSubmit.h"
+#include "support/FaultServer.h"
+#include "support/FtpServer.h"
 #include "support/ScriptedPrompts.h"
 #include "support/TestHome.h"
 #include "widgets/Appearance.h"
 
 #include <QAction>
 #include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTabWidget>
@@ -225,6 +231,65 @@ void drawUpdate(Program& program, const test::TestHome& home, test::ScriptedProm
     form.close();
 }
 
+void drawLogin(Program& program, const QString& folder) {
+    frmFTPLogin login(program.services(), nullptr);
+    const std::pair<const char*, const char*> texts[] = {{"txtHostName", "ftp.roses.example"},
+                                                         {"txtUserName", "ada"},
+                                                         {"txtPassword", "secret"},
+                                                         {"txtRemotePath", "/htdocs"},
+                                                         {"txtPublicURL", "http://www.roses.example/"}};
+    for (const auto& [name, text] : texts)
+        login.findChild<QLineEdit*>(QLatin1String(name))->setText(QLatin1String(text));
+    login.findChild<QCheckBox*>(QStringLiteral("chkTLS"))->setChecked(true);
+    login.findChild<QCheckBox*>(QStringLiteral("chkSecret"))->setVisible(true);
+    login.adjustSize();
+    save(login, folder, "ftp-login");
+}
+
+// An upload of three files, of which one is empty; then the comparison: one page is new on the web.
+void drawFtp(Program& program, const test::TestHome& home, test::ScriptedPrompts& prompts,
+             const QString& folder) {
+    drawLogin(program, folder);
+    std::map<std::string, std::string> web{{"/index.html", readFile(home.path("Site/index.html"))}};
+    test::FaultServer pages([&web](test::FaultServer::Peer& peer) {
+        const auto page = web.find(peer.path());
+        peer.send(page == web.end() ? test::FaultServer::answer(404, "no")
+                                    : test::FaultServer::answer(200, page->second));
+    });
+    test::FtpServer server;
+    server.listing =
+        "drwxr-xr-x 2 0 0 4096 Apr 01 12:30 pictures\r\n-rw-r--r-- 1 0 0 201 Apr 01 12:31 index.html\r\n"
+        "-rw-r--r-- 1 0 0 1840 Apr 01 12:31 roses.css\r\n";
+    home.write("Site/draft.html", "");
+    FtpLogin login;
+    login.Host = server.host();
+    login.Username = "ada";
+    login.PublicURL = pages.url("/");
+    auto* const form = new frmFTPClient(program.services(), program.main().fetcher, nullptr);
+    form->show();
+    save(*form, folder, "ftp-new");
+    FtpClient& client = form->client();
+    form->local().openFolder(home.path("Site"));
+    prompts.answers = {true};
+    client.btnConnect_Click(login);
+    test::waitUntil([&] { return !client.isBusy() && client.lsvRemote.count() > 1; });
+    Rows& files = form->local().lsvDirs;
+    for (int row = 0; row < files.count(); ++row)
+        files.setHighlighted(row, files.at(row).text.ends_with(".html"));
+    client.btnSendFile_Click(form->local());
+    test::waitUntil([&] { return !client.isBusy(); });
+    save(*form, folder, "ftp-window");
+    web["/care.html"] = readFile(home.path("Site/care.html"));
+    web["/climbing.html"] = "Something else";
+    client.compareWithWeb();
+    test::waitUntil([&] { return !client.compare()->isRunning(); });
+    save(*form, folder, "ftp-web");
+    form->resize(form->minimumSizeHint());
+    save(*form, folder, "ftp-small");
+    form->close();
+    prompts.shown.clear();
+}
+
 void drawDialogs(Program& program, test::ScriptedPrompts& prompts, const QString& folder) {
     frmPreference preference(program.services());
     auto* const tabs = preference.findChild<QTabWidget*>(QStringLiteral("SSTab1"));
@@ -393,6 +458,7 @@ int main(int argc, char** argv) {
     drawRanking(program, prompts, folder);
     drawEngineBuilder(program, prompts, folder);
     drawUpdate(program, home, prompts, folder);
+    drawFtp(program, home, prompts, folder);
     for (const auto& shown : prompts.shown) qWarning("%s: %s", shown.title.c_str(), shown.text.c_str());
     return 0;
 }
