@@ -31,6 +31,8 @@ const std::vector<HelpTopic>& helpTopics() {
         {"frmEngineBuilder", "custom-engines.md"},
         {"frmRanking", "ranking.md#make-a-profile-and-run-it"},
         {"frmSearch", "ranking.md#search-the-web"},
+        {"frmFTPClient", "ftp.md"},
+        {"frmFTPLogin", "ftp.md#connect"},
         {"frmNews", "news.md"},
         {"frmAddIns", "add-ins.md"},
         {"frmAbout", kHelpContents},

@@ -125,7 +125,7 @@ int EnginesCheckCommand::execute() {
 
 EnginesHealthCommand::EnginesHealthCommand(CLI::App& parent, CommandLineContext& context)
     : Command(parent, context, "health", "List how the engines did in the submissions of this home",
-              "--home try engines health\n--home try submit --website shop.kws --all --healthy") {}
+              "--home try engines health") {}
 
 int EnginesHealthCommand::execute() {
     const std::vector<EngineHealth> engines = HealthStore(context().home().paths).engines();

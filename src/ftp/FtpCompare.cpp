@@ -7,6 +7,7 @@
 #include "core/Text.h"
 #include "core/Trap.h"
 #include "core/Url.h"
+#include "transport/HttpClient.h"
 #include "transport/RequestUrl.h"
 #include "transport/frmHTTP.h"
 
@@ -182,6 +183,8 @@ void FtpCompare::take(const FetchReply& reply) {
     if (m_remembering) {
         const bool page = fetchProblem(reply).empty();
         m_before[wanted.url] = page ? std::optional(digestOf(reply.text)) : std::nullopt;
+        // A web server that is silent is not asked for every page.
+        if (reply.status == HttpClient::kNoStatus) m_at = m_wanted.size();
     } else {
         m_results.push_back(judged(wanted, reply));
         const WebPage& page = m_results.back();

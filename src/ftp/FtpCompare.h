@@ -52,8 +52,8 @@ class FtpCompare final : public QObject {
     void setPublicFolder(std::string publicUrl, std::string baseFolder);
     bool isOn() const noexcept { return !m_publicUrl.empty(); }
 
-    // Before an upload; calls `done` when every page was looked at, or when stopped. What was seen before an
-    // earlier, failed attempt stays.
+    // Before an upload; calls `done` when every page was looked at, when stopped, or when the web is silent.
+    // What was seen before an earlier, failed attempt stays.
     void remember(const std::vector<FtpFileEnd>& files, std::function<void()> done);
     // After an upload: one `pageCompared` a file, then `ended`. Files that failed are passed over. A message
     // says it when there is no public address or the fetcher is busy.

@@ -135,6 +135,7 @@ void frmFTPClient::connectWeb() {
     connect(m_ui->cmdSubmit, &QPushButton::clicked, this,
             [this] { Q_EMIT submitWanted(m_client.changedUrls()); });
     connect(&compare, &FtpCompare::runningChanged, this, &frmFTPClient::showState);
+    connect(&compare, &FtpCompare::runningChanged, this, &frmFTPClient::showProgress);
     connect(&compare, &FtpCompare::pageCompared, this,
             [this] { m_ui->tabMessages->setCurrentWidget(m_ui->pageWeb); });
     connect(&compare, &FtpCompare::ended, this, &frmFTPClient::showState);
@@ -207,7 +208,9 @@ void frmFTPClient::showProgress() {
     m_ui->prgQueue->setValue(progress.queuePermille());
     for (QProgressBar* const bar : {m_ui->prgFile, m_ui->prgQueue}) bar->setTextVisible(progress.files > 0);
     const QString name = toScreen(progress.name);
-    m_ui->lblFile->setText(name.isEmpty() ? tr("File") : name);
+    m_ui->lblFile->setText(m_client.compare()->isRunning() ? tr("Looking at the web ...")
+                           : name.isEmpty()                ? tr("File")
+                                                           : name);
     m_ui->lblFile->setToolTip(name);
     m_ui->lblQueue->setText(progress.files == 0 ? tr("All files")
                                                 : tr("File %1 of %2").arg(progress.file).arg(progress.files));

@@ -62,7 +62,7 @@ class frmFTPClient final : public QDialog {
     FtpClient m_client;
     std::string m_shownPath;
     std::string m_refusal;  // of the last login
-    QTimer m_scroll;  // to the last message, once for many
+    QTimer m_scroll;        // to the last message, once for many
 };
 
 }  // namespace relay

@@ -34,9 +34,9 @@ class SubmissionController final : public QObject {
     void loadProject();
     bool hasSite(std::string_view websiteFile) const;
     bool addSite(const std::string& websiteFile, std::string_view name, std::string_view project);
-    // Submits these URLs, with the details of the ticked websites, instead of the websites' own. Call after the
-    // websites were listed. Ticks one website: the first that has one of the URLs, else the first with a URL
-    // of the same host.
+    // Submits these URLs, with the details of the ticked websites, instead of the websites' own. Call after
+    // the websites were listed. Ticks one website: the first that has one of the URLs, else the first with a
+    // URL of the same host.
     void submitOnly(std::vector<std::string> urls);
     // The user ticked or cleared a row's box; a site without URLs is refused.
     void siteChecked(int row, bool on);

@@ -30,6 +30,7 @@
 #include "support/TestHome.h"
 #include "widgets/Appearance.h"
 
+#include <QAbstractItemView>
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
@@ -38,6 +39,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollBar>
 #include <QTabWidget>
 #include <QTreeView>
 
@@ -267,6 +269,7 @@ void drawFtp(Program& program, const test::TestHome& home, test::ScriptedPrompts
     login.PublicURL = pages.url("/");
     auto* const form = new frmFTPClient(program.services(), program.main().fetcher, nullptr);
     form->show();
+    form->resize(1000, 700);
     save(*form, folder, "ftp-new");
     FtpClient& client = form->client();
     form->local().openFolder(home.path("Site"));
@@ -278,6 +281,9 @@ void drawFtp(Program& program, const test::TestHome& home, test::ScriptedPrompts
         files.setHighlighted(row, files.at(row).text.ends_with(".html"));
     client.btnSendFile_Click(form->local());
     test::waitUntil([&] { return !client.isBusy(); });
+    const QScrollBar* const bar =
+        form->findChild<QAbstractItemView*>(QStringLiteral("List1"))->verticalScrollBar();
+    test::waitUntil([&] { return bar->value() == bar->maximum(); });
     save(*form, folder, "ftp-window");
     web["/care.html"] = readFile(home.path("Site/care.html"));
     web["/climbing.html"] = "Something else";
