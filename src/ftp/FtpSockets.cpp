@@ -24,7 +24,7 @@ namespace relay {
 
 namespace {
 
-constexpr int kBlocksPerTurn = 64;           // then other events have their turn
+constexpr int kBlocksPerTurn = 8;            // then other events have their turn
 constexpr qint64 kQueuedBytes = 512 * 1024;  // written but not yet taken by the system
 constexpr std::size_t kReadBytes = 64 * 1024;
 constexpr int kLingerMilliseconds = 10'000;  // for what is left of a closed connection

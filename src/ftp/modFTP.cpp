@@ -590,29 +590,33 @@ void modFTP::beginUpload(std::string_view line) {
     }
     show("Sending " + std::to_string(m_size) + " bytes");
     ::posix_fadvise(m_file, 0, 0, POSIX_FADV_SEQUENTIAL);
-    m_block.resize(kChunk);
+    m_block.resize(kChunk * kReads);
     m_lastOfText = '\n';
     m_sending = true;
     later(FtpEvent::SendingBegan);
     m_wire.beginSending();
 }
 
-// Bytes of the file, 0 at its end; throws Failure.
-std::size_t modFTP::readFile(char* to, std::size_t most) {
-    while (true) {
-        const ssize_t got = ::read(m_file, to, most);
-        if (got >= 0) return static_cast<std::size_t>(got);
-        if (errno != EINTR) throw fileFailure(m_state.PendingArgument, errno);
+// Up to kReads reads of the file; 0 bytes at its end. Throws Failure.
+std::size_t modFTP::readFile() {
+    std::size_t filled = 0;
+    for (int reads = 0; reads < kReads && m_left > 0;) {
+        const std::size_t most = std::min(static_cast<std::size_t>(m_left), kChunk);
+        const ssize_t got = ::read(m_file, m_block.data() + filled, most);
+        if (got < 0 && errno == EINTR) continue;
+        if (got < 0) throw fileFailure(m_state.PendingArgument, errno);
+        m_left = got == 0 ? 0 : m_left - got;
+        filled += static_cast<std::size_t>(got);
+        ++reads;
     }
+    return filled;
 }
 
 std::string_view modFTP::nextBlock() {
     if (!m_sending) return {};
     try {
         while (true) {
-            const std::size_t most = static_cast<std::size_t>(std::min<std::int64_t>(m_left, kChunk));
-            const std::size_t got = most == 0 ? 0 : readFile(m_block.data(), most);
-            m_left = got == 0 ? 0 : m_left - static_cast<std::int64_t>(got);
+            const std::size_t got = readFile();
             m_sent += static_cast<std::int64_t>(got);
             const std::string_view block(m_block.data(), got);
             if (m_state.RequestedBinary != 0) return block;

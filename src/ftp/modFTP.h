@@ -37,6 +37,7 @@ struct FtpState final {
 class modFTP final {
   public:
     static constexpr std::size_t kChunk = 32000;  // the most that is read from a file at a time
+    static constexpr int kReads = 8;              // that make a block to send
 
     modFTP(FtpWire& wire, FtpWatcher& watcher);
 
@@ -115,7 +116,7 @@ class modFTP final {
     void failCommand(std::string_view words);
     void takeData(std::string_view bytes);
     void saveData(std::string_view bytes);
-    std::size_t readFile(char* to, std::size_t most);
+    std::size_t readFile();
     std::string_view textBlock(std::string_view block);
     void show(std::string_view text);
     std::string masked(std::string_view text) const;
