@@ -141,6 +141,12 @@ void showEngineBuilder(const CommandTarget& target, QWidget* parent) {
             {{[&fetcher](const std::string& url) { return fetcher.fetch(kPurpose, url); },
               [trial, &main](const CustomEngineRecord& record) {
                   return trial->start(record, main.workspace.currentNode()->file);
+              },
+              [parent] {
+                  auto* const shown =
+                      parent->findChild<frmEngineBuilder*>(QString(), Qt::FindDirectChildrenOnly);
+                  auto* const window = qobject_cast<frmMain*>(parent);
+                  return shown != nullptr && window != nullptr && window->showGuide(*shown);
               }},
              [&fetcher] { return fetcher.isRunning(); },
              [&fetcher] { fetcher.Disconnect(); }},
@@ -428,15 +434,19 @@ std::string_view frmMain::helpPageFor(const QWidget& window) const {
 
 // A viewer belongs to the window it was opened from, so that an open dialog does not block it.
 void frmMain::showHelp(QWidget& window) {
-    openHelp(m_target.services, [&] {
-        auto* viewer = window.findChild<frmHelp*>(QString(), Qt::FindDirectChildrenOnly);
-        if (viewer == nullptr)
-            viewer = new frmHelp(m_target.services.paths.installedGuide, m_target.services.prompts, &window);
-        viewer->showPage(helpPageFor(window));
-        viewer->show();
-        viewer->raise();
-        viewer->activateWindow();
-    });
+    openHelp(m_target.services, [&] { showGuide(window); });
+}
+
+bool frmMain::showGuide(QWidget& window) {
+    const std::string& folder = m_target.services.paths.installedGuide;
+    if (folder.empty()) return false;
+    auto* viewer = window.findChild<frmHelp*>(QString(), Qt::FindDirectChildrenOnly);
+    if (viewer == nullptr) viewer = new frmHelp(folder, m_target.services.prompts, &window);
+    viewer->showPage(helpPageFor(window));
+    viewer->show();
+    viewer->raise();
+    viewer->activateWindow();
+    return true;
 }
 
 void frmMain::showPage(int tab) {

@@ -38,6 +38,8 @@ class frmMain final : public QMainWindow {
     void showCatalogue();
     // For the given milliseconds; 0 means until the next text.
     void showStatus(const QString& text, int milliseconds = 0);
+    // Shows the guide at the page about the window; false where no guide is installed.
+    bool showGuide(QWidget& window);
     // Offers to continue a submission that was interrupted.
     void offerCutOffRun();
     // Position of the border between tree and panel, in pixels from the left; 0 means the default.

@@ -481,7 +481,7 @@ void EngineBuilder::help() {
     const std::string file = m_services.paths.inApp("krvengb.hlp");
     if (fileExists(file))
         openOrTell(m_services.prompts, file, kTitle);
-    else
+    else if (!m_outside.showGuide || !m_outside.showGuide())
         m_services.prompts.message("Help file is missing or could not be found.", kTitle, Icon::Information);
 }
 

@@ -31,10 +31,12 @@ class EngineBuilder final : public QObject {
     Q_OBJECT
   public:
     // What the hub provides: requests a page for showPage, false while another request runs; and sends one
-    // request to the practice web, whose result goes to showTrial.
+    // request to the practice web, whose result goes to showTrial; and shows the guide, false where there is
+    // none.
     struct Outside final {
         std::function<bool(const std::string& url)> connect;
         std::function<bool(const CustomEngineRecord& record)> tryOut;
+        std::function<bool()> showGuide;
     };
 
     EngineBuilder(const Services& services, const Catalogue& catalogue, Outside outside,

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/WindowTest.h"
 #include "app/clsMain.h"
+#include "app/frmHelp.h"
 #include "catalogue/Catalogue.h"
 #include "catalogue/frmEngineBuilder.h"
 #include "core/FileSystem.h"
@@ -148,6 +149,12 @@ TEST_F(EngineBuilderTest, ShowsWhatChangedAndAsksBeforeItForgets) {
     frmEngineBuilder& form = open();
     EngineBuilder& builder = form.builder();
     EXPECT_EQ(builder.txtEngineName, "One");
+    const std::size_t shown = prompts.shown.size();
+    QTest::keyClick(&form, Qt::Key_F1);
+    auto* const guide = form.findChild<frmHelp*>();
+    ASSERT_NE(guide, nullptr);
+    EXPECT_EQ(prompts.shown.size(), shown);
+    guide->close();
     auto& source = control<QPlainTextEdit>(form, "txtSource");
     control<QTabWidget>(form, "SSTab1").setCurrentIndex(1);
     source.setFocus();
