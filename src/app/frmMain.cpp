@@ -22,6 +22,7 @@
 #include "extras/frmNews.h"
 #include "ftp/KeychainSecrets.h"
 #include "ftp/frmFTPClient.h"
+#include "pagetools/frmDoorway.h"
 #include "pagetools/frmMetaTag.h"
 #include "practice/StarterServer.h"
 #include "projects/UrlList.h"
@@ -114,6 +115,18 @@ void showMetaTag(const CommandTarget& target, QWidget* parent) {
     form->exec();
 }
 
+// Made at its first use; it keeps its fields.
+frmDoorway& doorwayForm(const CommandTarget& target, QWidget* parent) {
+    auto* form = parent->findChild<frmDoorway*>(QString(), Qt::FindDirectChildrenOnly);
+    if (form == nullptr) {
+        form = new frmDoorway(target.services, parent);
+        QObject::connect(form, &frmDoorway::guideWanted, parent, [parent, form] {
+            if (auto* const window = qobject_cast<frmMain*>(parent)) window->showHelp(*form);
+        });
+    }
+    return *form;
+}
+
 void showNews(const CommandTarget& target, QWidget* parent) {
     News news(target.services, target.main.fetcher, starterServer(target.services.paths));
     frmNews(news, parent).exec();
@@ -173,6 +186,7 @@ struct Screen final {
 };
 constexpr Screen kScreens[] = {
     {"frmMetaTag", showMetaTag},
+    {"frmDoorway", [](const CommandTarget& target, QWidget* parent) { doorwayForm(target, parent).exec(); }},
     {"frmFTPClient", showFTPClient},
     {"frmNews", showNews},
     {"frmAddIns", showAddIns},

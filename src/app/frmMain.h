@@ -38,6 +38,8 @@ class frmMain final : public QMainWindow {
     void showCatalogue();
     // For the given milliseconds; 0 means until the next text.
     void showStatus(const QString& text, int milliseconds = 0);
+    // Opens the help at the page about the window, or about the part of this window that is shown.
+    void showHelp(QWidget& window);
     // Shows the guide at the page about the window; false where no guide is installed.
     bool showGuide(QWidget& window);
     // Offers to continue a submission that was interrupted.
@@ -69,8 +71,6 @@ class frmMain final : public QMainWindow {
     void enableCommands();
     void showScreen(std::string_view name);
     void showHealth(bool shown);
-    // Opens the help at the page about the window, or about the part of this window that is shown.
-    void showHelp(QWidget& window);
     std::string_view helpPageFor(const QWidget& window) const;
     // Shows what would be sent to the engine.
     void showPreview(const std::string& engine);

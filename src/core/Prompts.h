@@ -29,6 +29,10 @@ class Prompts {
     // `filter` is "Name|*.a;*.b|Name|*.c"; `folder` is where the dialog opens (empty: the last one used).
     virtual FileChoice openFile(std::string_view filter, std::string_view folder) = 0;
     virtual FileChoice saveFile(std::string_view filter, std::string_view folder, std::string_view name) = 0;
+    // An existing folder; nullopt when cancelled, or where folders cannot be chosen.
+    virtual std::optional<std::string> chooseFolder(std::string_view /*title*/, std::string_view /*folder*/) {
+        return std::nullopt;
+    }
     // Hands a file or a web address to the system's handler; false when there is none. A handler that fails
     // later is reported by the prompts themselves.
     virtual bool openWithSystem(std::string_view target) = 0;

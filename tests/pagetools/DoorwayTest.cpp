@@ -85,7 +85,7 @@ TEST_F(DoorwayTest, AsksForWhatIsMissingInOrder) {
     doorway.NewPage();
     EXPECT_EQ(doorway.fields.txtFileLocation, "");
     for (std::size_t i = 0; i < needed.size(); ++i) {
-        EXPECT_EQ(static_cast<std::size_t>(*doorway.Command1(false)), i);
+        EXPECT_EQ(static_cast<std::size_t>(*doorway.Command1()), i);
         EXPECT_EQ(prompts.last().title + ": " + prompts.last().text,
                   std::string("Doorway Page: ") + needed[i].second);
         *needed[i].first = "x";
@@ -96,7 +96,7 @@ TEST_F(DoorwayTest, AsksForWhatIsMissingInOrder) {
 TEST_F(DoorwayTest, CreatesAndOffersThePreview) {
     prompts.answers = {true};
     doorway.fields.txtKeywords[2] = "two words";
-    EXPECT_FALSE(doorway.Command1(false));
+    EXPECT_FALSE(doorway.Command1());
     EXPECT_EQ(prompts.shown.front().text,
               "3 Dooryway pages have been created and saved into the following files: \r\n\r\n" +
                   home.path("out/one.html") + "\r\n" + home.path("out/two.html") + "\r\n" +
