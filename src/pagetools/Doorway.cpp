@@ -13,6 +13,7 @@
 #include "core/Text.h"
 #include "core/Trap.h"
 #include "core/clsPreference.h"
+#include "pagetools/HtmlPage.h"
 
 #include <algorithm>
 #include <set>
@@ -212,6 +213,11 @@ std::string Doorway::folderNote() const {
 
 std::string Doorway::pageText() const {
     return doorwayPage(fields, kWebAddress);
+}
+
+std::string Doorway::readersText() const {
+    const HtmlPage page(pageText());
+    return page.problem().empty() ? page.visibleText() : page.problem();
 }
 
 std::vector<DoorwayFile> Doorway::writePages() const {

@@ -78,6 +78,8 @@ class Doorway final {
     // The files that CreatePage would write, and the text of each.
     std::vector<DoorwayFile> plannedFiles() const;
     std::string pageText() const;
+    // What a reader sees of a page, or why that is not known.
+    std::string readersText() const;
     // Fills lsvPages.
     void showPages();
     // Where the pages go.

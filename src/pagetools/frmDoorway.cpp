@@ -8,16 +8,17 @@
 
 #include <QApplication>
 #include <QFontDatabase>
+#include <QScrollBar>
 #include <QSignalBlocker>
 
 namespace relay {
 
 namespace {
 constexpr int kPreviewMilliseconds = 150;
-constexpr qsizetype kMostShownSource = qsizetype{1024} * 1024;
-constexpr qsizetype kMostShownPage = qsizetype{128} * 1024;
+constexpr qsizetype kMostShown = qsizetype{1024} * 1024;
 constexpr int kDescriptionLines = 2;
-constexpr int kBodyLines = 4;
+constexpr int kBodyLines = 3;
+constexpr int kFieldsCharacters = 46;
 
 void setText(QLineEdit& edit, const std::string& text) {
     const QString shown = toScreen(text);
@@ -26,15 +27,23 @@ void setText(QLineEdit& edit, const std::string& text) {
     edit.setCursorPosition(0);
 }
 
+// Keeps the place that the user scrolled to.
+void showKept(QPlainTextEdit& view, const std::string& text) {
+    const int place = view.verticalScrollBar()->value();
+    view.setPlainText(toScreen(text).left(kMostShown));
+    view.verticalScrollBar()->setValue(place);
+}
+
 void setLines(QPlainTextEdit& edit, int lines) {
     const QFontMetrics font = edit.fontMetrics();
-    edit.setMinimumHeight(lines * font.lineSpacing() + font.height());
+    edit.setMinimumHeight(lines * font.lineSpacing() + font.height() * 2 / 3);
 }
 
 void fill(QComboBox& box, const std::vector<std::string>& rows, const std::string& text) {
     const QSignalBlocker quiet(box);
     box.clear();
     for (const std::string& row : rows) box.addItem(toScreen(row));
+    box.setCurrentIndex(box.findText(toScreen(text), Qt::MatchExactly));
     box.setEditText(toScreen(text));
 }
 }  // namespace
@@ -50,14 +59,17 @@ frmDoorway::frmDoorway(const Services& services, QWidget* parent)
     m_ui->txtSource->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     setLines(*m_ui->txtDescription, kDescriptionLines);
     setLines(*m_ui->txtSummary, kBodyLines);
-    m_ui->lsvPages->setRows(&m_doorway.lsvPages, {22, 18});
+    m_ui->scrFields->setMinimumWidth(fontMetrics().averageCharWidth() * kFieldsCharacters);
+    m_ui->lsvPages->setRows(&m_doorway.lsvPages, {24, 20});
     m_preview.setSingleShot(true);
     m_preview.setInterval(kPreviewMilliseconds);
     connect(&m_preview, &QTimer::timeout, this, &frmDoorway::showPreview);
     connectFields();
     connectButtons();
-    connect(qApp, &QApplication::focusChanged, this,
-            [this](const QWidget*, const QWidget* now) { explain(now); });
+    connect(qApp, &QApplication::focusChanged, this, [this](const QWidget* old, const QWidget* now) {
+        // A window that comes up keeps what it showed.
+        if (old != nullptr && now != nullptr) explain(now);
+    });
     makeReachable(*m_ui->picSpliter, tr("Drag to make the fields wider or narrower, or press Alt+Right and "
                                         "Alt+Left"));
     m_ui->picSpliter->setSizes({width() / 2, width() / 2});
@@ -91,6 +103,7 @@ void frmDoorway::bind(QPlainTextEdit& edit, std::string& field) {
 void frmDoorway::bind(QComboBox& box, std::string& field) {
     // What it would complete is not what was typed.
     box.setCompleter(nullptr);
+    box.installEventFilter(this);
     box.lineEdit()->setMaxLength(m_ui->txtTitle->maxLength());
     box.lineEdit()->setAccessibleName(box.accessibleName());
     bind(*box.lineEdit(), field);
@@ -156,6 +169,7 @@ void frmDoorway::create() {
     if (!missing) return;
     QWidget& field = control(*missing);
     field.setFocus(Qt::OtherFocusReason);
+    explain(&field);
 }
 
 QWidget& frmDoorway::control(Doorway::Field field) const {
@@ -202,11 +216,10 @@ void frmDoorway::showPreview() {
     m_doorway.showPages();
     const QString folder = toScreen(m_doorway.folderNote());
     m_ui->lblFolder->setText(folder);
-    const QString page = toScreen(m_doorway.pageText());
     if (m_ui->tabPage->currentWidget() == m_ui->pageText)
-        m_ui->txtPage->setHtml(page.left(kMostShownPage));
+        showKept(*m_ui->txtPage, m_doorway.readersText());
     else
-        m_ui->txtSource->setPlainText(page.left(kMostShownSource));
+        showKept(*m_ui->txtSource, m_doorway.pageText());
 }
 
 // Explains the field that has the focus, or the screen.
@@ -226,12 +239,20 @@ void frmDoorway::explain(const QWidget* focused) {
     m_ui->scrFields->ensureWidgetVisible(const_cast<QWidget*>(focused));
 }
 
+// The wheel scrolls the fields and does not choose another entry on its way.
+bool frmDoorway::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::Wheel) return QDialog::eventFilter(watched, event);
+    event->ignore();
+    return true;
+}
+
 void frmDoorway::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
     if (event->spontaneous()) return;
     m_doorway.load();
     showAll();
     m_ui->txtTitle->setFocus(Qt::OtherFocusReason);
+    explain(nullptr);
 }
 
 void frmDoorway::done(int result) {

@@ -39,6 +39,7 @@ class frmDoorway final : public QDialog {
     void guideWanted();
 
   protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
   private:

@@ -83,7 +83,8 @@ TEST_F(DoorwayTest, AsksForWhatIsMissingInOrder) {
         {&doorway.fields.txtCompany, "Please enter your company name or the name of your web site."}};
     EXPECT_FALSE(doorway.ValidateFields());
     doorway.NewPage();
-    EXPECT_EQ(doorway.fields.txtFileLocation, "");
+    EXPECT_EQ(doorway.fields.txtFileLocation + doorway.fields.cboSiteURL, "a.test") << "no text box";
+    doorway.fields.cboSiteURL.clear();
     for (std::size_t i = 0; i < needed.size(); ++i) {
         EXPECT_EQ(static_cast<std::size_t>(*doorway.Command1()), i);
         EXPECT_EQ(prompts.last().title + ": " + prompts.last().text,
