@@ -18,7 +18,6 @@ constexpr int kPreviewMilliseconds = 150;
 constexpr qsizetype kMostShown = qsizetype{1024} * 1024;
 constexpr int kDescriptionLines = 2;
 constexpr int kBodyLines = 3;
-constexpr int kFieldsCharacters = 46;
 
 void setText(QLineEdit& edit, const std::string& text) {
     const QString shown = toScreen(text);
@@ -59,13 +58,14 @@ frmDoorway::frmDoorway(const Services& services, QWidget* parent)
     m_ui->txtSource->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     setLines(*m_ui->txtDescription, kDescriptionLines);
     setLines(*m_ui->txtSummary, kBodyLines);
-    m_ui->scrFields->setMinimumWidth(fontMetrics().averageCharWidth() * kFieldsCharacters);
     m_ui->lsvPages->setRows(&m_doorway.lsvPages, {24, 20});
     m_preview.setSingleShot(true);
     m_preview.setInterval(kPreviewMilliseconds);
     connect(&m_preview, &QTimer::timeout, this, &frmDoorway::showPreview);
     connectFields();
     connectButtons();
+    m_ui->scrFields->setMinimumWidth(m_ui->fraFields->minimumSizeHint().width() +
+                                     m_ui->scrFields->verticalScrollBar()->sizeHint().width());
     connect(qApp, &QApplication::focusChanged, this, [this](const QWidget* old, const QWidget* now) {
         // A window that comes up keeps what it showed.
         if (old != nullptr && now != nullptr) explain(now);
