@@ -64,11 +64,9 @@ frmDoorway::frmDoorway(const Services& services, QWidget* parent)
     connect(&m_preview, &QTimer::timeout, this, &frmDoorway::showPreview);
     connectFields();
     connectButtons();
-    m_ui->scrFields->setMinimumWidth(m_ui->fraFields->minimumSizeHint().width() +
-                                     m_ui->scrFields->verticalScrollBar()->sizeHint().width());
     connect(qApp, &QApplication::focusChanged, this, [this](const QWidget* old, const QWidget* now) {
         // A window that comes up keeps what it showed.
-        if (old != nullptr && now != nullptr) explain(now);
+        if (old != nullptr && now != nullptr && old->window() == this) explain(now);
     });
     makeReachable(*m_ui->picSpliter, tr("Drag to make the fields wider or narrower, or press Alt+Right and "
                                         "Alt+Left"));
@@ -249,6 +247,9 @@ bool frmDoorway::eventFilter(QObject* watched, QEvent* event) {
 void frmDoorway::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
     if (event->spontaneous()) return;
+    // Known only now, with the fonts and borders of the style.
+    m_ui->scrFields->setMinimumWidth(m_ui->fraFields->minimumSizeHint().width() +
+                                     m_ui->scrFields->verticalScrollBar()->sizeHint().width());
     m_doorway.load();
     showAll();
     m_ui->txtTitle->setFocus(Qt::OtherFocusReason);

@@ -106,6 +106,31 @@ TEST_F(DoorwayTest, CreatesAndOffersThePreview) {
     EXPECT_EQ(doorway.siteURLs(), std::vector<std::string>{"a.test"});
 }
 
+TEST_F(DoorwayTest, ShowsWhatAReaderSeesOfAnyPage) {
+    EXPECT_THAT(doorway.readersText(), StartsWith("Title\nBody\nIf you need more information about two, "));
+    for (int i = 0; i < 10000; ++i) doorway.fields.txtSummary += "<table><tr><td>";
+    EXPECT_THAT(doorway.readersText(), testing::Not(HasSubstr("information")));
+}
+
+TEST_F(DoorwayTest, TwoProgramsKeepTheirListsSideBySide) {
+    Doorway other(services);
+    doorway.load();
+    other.load();
+    other.fields = doorway.fields;
+    for (auto* one : {&doorway, &other}) {
+        one->fields.cboSiteURL = one == &other ? "other.test" : "a.test";
+        one->cboProfile = one == &other ? "his" : "hers";
+        EXPECT_FALSE(one->Command1());
+    }
+    doorway.fields.cboSiteURL = "  ";
+    EXPECT_FALSE(doorway.Command1());
+    doorway.unload();
+    other.unload();
+    doorway.load();
+    EXPECT_EQ(doorway.siteURLs(), (std::vector<std::string>{"other.test", "a.test"}));
+    EXPECT_EQ(doorway.profiles(), (std::vector<std::string>{"his", "hers"}));
+}
+
 TEST_F(DoorwayTest, KeepsNamesInsideTheFolder) {
     for (const char* keyword : {"../x", "..", "a/b", "a\\b", "a\r\nb", "\x01", "/etc/passwd", "~/x"}) {
         const std::string name = doorwayFileName(keyword);

@@ -124,6 +124,7 @@ void drawMetaTags(Program& program, const test::TestHome& home, const QString& f
 void drawDoorway(Program& program, const test::TestHome& home, const QString& folder) {
     frmDoorway form(program.services());
     form.show();
+    form.resize(980, 690);
     save(form, folder, "doorway-empty");
     home.write("Landing/roses_in_a_day.html", "x");
     form.takeFields({"Roses for Small Gardens",
