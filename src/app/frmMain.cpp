@@ -23,6 +23,7 @@
 #include "ftp/KeychainSecrets.h"
 #include "ftp/frmFTPClient.h"
 #include "pagetools/frmMetaTag.h"
+#include "pagetools/frmOptimizer.h"
 #include "practice/StarterServer.h"
 #include "projects/UrlList.h"
 #include "projects/frmAddURL.h"
@@ -114,6 +115,16 @@ void showMetaTag(const CommandTarget& target, QWidget* parent) {
     form->exec();
 }
 
+// Not modal, so that pages can be chosen from the list of URLs beside it. The form deletes itself when it is
+// closed.
+void showOptimizer(const CommandTarget& target, QWidget* parent) {
+    auto* form = parent->findChild<frmOptimizer*>(QString(), Qt::FindDirectChildrenOnly);
+    if (form == nullptr) form = new frmOptimizer(target.main.optimizer, parent);
+    form->show();
+    form->raise();
+    form->activateWindow();
+}
+
 void showNews(const CommandTarget& target, QWidget* parent) {
     News news(target.services, target.main.fetcher, starterServer(target.services.paths));
     frmNews(news, parent).exec();
@@ -173,6 +184,7 @@ struct Screen final {
 };
 constexpr Screen kScreens[] = {
     {"frmMetaTag", showMetaTag},
+    {"frmOptimizer", showOptimizer},
     {"frmFTPClient", showFTPClient},
     {"frmNews", showNews},
     {"frmAddIns", showAddIns},
@@ -602,6 +614,8 @@ void frmMain::closeEvent(QCloseEvent* event) {
     }
     event->accept();
     if (auto* const ftp = findChild<frmFTPClient*>(QString(), Qt::FindDirectChildrenOnly)) ftp->close();
+    m_main.optimizer.cancel();
+    if (auto* const form = findChild<frmOptimizer*>(QString(), Qt::FindDirectChildrenOnly)) form->close();
 }
 
 }  // namespace relay
