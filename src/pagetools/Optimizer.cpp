@@ -290,7 +290,7 @@ std::string Optimizer::explanation(int row) const {
     const FindingRule* const rule = findRule(lsvFindings.at(row).subItems[1]);
     if (rule == nullptr) return {};
     return "Why it matters: " + std::string(rule->about().why) +
-           "\r\nWhat to do: " + std::string(rule->about().what);
+           "\nWhat to do: " + std::string(rule->about().what);
 }
 
 void Optimizer::saveFindings() {

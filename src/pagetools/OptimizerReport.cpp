@@ -428,8 +428,8 @@ std::string optimizerAddress(std::string_view typed) {
 }
 
 std::string reportForWindow(std::string_view report) {
-    constexpr std::size_t kLongest = 512 * 1024;
-    constexpr int kMostTables = 40;  // the report itself has about ten
+    constexpr std::size_t kLongest = 128 * 1024;
+    constexpr int kMostTables = 11;  // the report itself has ten; a level more doubles the work
     if (report.size() > kLongest || !pageShapeProblem(report).empty()) return {};
     int tables = 0;
     for (std::size_t at = findNoCase(report, "<table"); at != npos; at = findNoCase(report, "<table", at + 1))

@@ -36,7 +36,8 @@ frmOptimizer::frmOptimizer(Optimizer& optimizer, QWidget* parent)
         tr("http://www.yourdomain/page.html or /home/you/page.html"));
     m_ui->cmdFileLocation->setIcon(themedIcon("Browse"));
     m_ui->txtReport->setPalette(paper());
-    m_ui->lblExplanation->setMinimumHeight(2 * fontMetrics().lineSpacing());
+    m_ui->txtExplanation->viewport()->setAutoFillBackground(false);
+    m_ui->txtExplanation->setFixedHeight(3 * fontMetrics().lineSpacing());
     m_ui->splitter->setSizes({height() / 2, height() / 2});
     connect(m_ui->cboSiteURL, &QComboBox::editTextChanged, this,
             [this](const QString& text) { m_optimizer.cboSiteURL = fromScreen(text); });
@@ -128,7 +129,7 @@ void frmOptimizer::showFindings() {
                           : tr("Nothing was found on this page."));
     m_ui->SSTab1->setTabText(1, address.isEmpty() ? tr("Fi&ndings") : tr("Fi&ndings (%1)").arg(count));
     m_ui->cmdSaveFindings->setEnabled(count > 0);
-    m_ui->lblExplanation->setText(
+    m_ui->txtExplanation->setPlainText(
         count > 0 ? tr("Choose a finding to see why it matters, and its line below.") : QString());
     m_ui->lblSource->setText(
         address.isEmpty()
@@ -138,8 +139,7 @@ void frmOptimizer::showFindings() {
 }
 
 void frmOptimizer::showFinding(int row) {
-    const QString text = toScreen(m_optimizer.explanation(row));
-    m_ui->lblExplanation->setText(QString(text).remove(QLatin1Char('\r')));
+    m_ui->txtExplanation->setPlainText(toScreen(m_optimizer.explanation(row)));
     m_ui->lstSource->showLine(m_optimizer.lineOf(row));
 }
 

@@ -9,6 +9,7 @@
 #include <QClipboard>
 #include <QComboBox>
 #include <QLabel>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTextEdit>
@@ -88,7 +89,8 @@ TEST_F(OptimizerWindowTest, APageIsReportedAndItsFindingsLeadToItsLines) {
     auto& source = part<SourceView>("lstSource");
     const QRect second = findings.visualRect(findings.model()->index(1, 0));
     QTest::mouseClick(findings.viewport(), Qt::LeftButton, {}, second.center());
-    EXPECT_THAT(part<QLabel>("lblExplanation").text().toStdString(), StartsWith("Why it matters: The h1"));
+    EXPECT_THAT(part<QPlainTextEdit>("txtExplanation").toPlainText().toStdString(),
+                StartsWith("Why it matters: The h1"));
     EXPECT_THAT(source.currentIndex().data().toString().toStdString(), StartsWith("<h1>Ink</h1>"));
     findings.setFocus();
     key(Qt::Key_Up);

@@ -218,6 +218,18 @@ TEST_F(OptimizerTest, CountsLikeOneScanForEachKeyword) {
     }
 }
 
+// The page's texts are in the report as they are.
+TEST_F(OptimizerTest, ShowsInTheWindowOnlyReportsThatASmallViewerCanTake) {
+    const auto shown = [this](const std::string& title) {
+        return reportForWindow(report("<frameset><title>" + title + "</title>"));
+    };
+    EXPECT_THAT(shown("x<IMG src=/etc/x><img"),
+                testing::AllOf(HasSubstr("x<no-IMG src=/etc/x><no-img"), EndsWith("</body></html>")));
+    EXPECT_EQ(shown("<table><table>"), "");
+    EXPECT_EQ(shown(textOf(200000)), "");
+    EXPECT_EQ(reportForWindow(""), "");
+}
+
 TEST_F(OptimizerTest, NamesReportsInsideTheirFolder) {
     const std::pair<const char*, const char*> names[] = {
         {"http://a.test/b/c.html?x=1", "a.test_b_c.html_x_1.html"},
