@@ -92,7 +92,8 @@ TEST_F(KeywordWindowTest, GathersCombinesCountsAndSaves) {
         EXPECT_EQ(prompts.last().text, "Done !");
         EXPECT_EQ(list(form),
                   "paper,writing paper,handmade paper\npens,fountain pens,paper\n\nINK,Ink Bottles\n");
-        click(form, "Option1_0");
+        control<QRadioButton>(form, "Option1_0").setFocus();
+        QTest::keyClick(&control<QWidget>(form, "Option1_0"), Qt::Key_Space);
         click(form, "Command1_0");
         waitForEnd(form);
         EXPECT_THAT(list(form), testing::StartsWith("paper\nwriting paper\n"));
@@ -115,8 +116,8 @@ TEST_F(KeywordWindowTest, GathersCombinesCountsAndSaves) {
         waitForEnd(form);
         auto& words = control<ListView>(form, "lsvWords");
         EXPECT_FALSE(control<QWidget>(form, "cmdAddWords").isEnabled());
-        words.setFocus();
-        QTest::keyClick(&words, Qt::Key_Home);
+        QTest::mouseClick(words.viewport(), Qt::LeftButton, {},
+                          words.visualRect(words.model()->index(0, 0)).center());
         EXPECT_TRUE(waitUntil([&] { return control<QWidget>(form, "cmdAddWords").isEnabled(); }));
         click(form, "cmdAddWords");
         const std::string first(words.rows()->at(0).text);
