@@ -8,6 +8,7 @@
 #include "core/ScreenText.h"
 #include "core/Text.h"
 #include "practice/PracticeWeb.h"
+#include "support/Patterns.h"
 #include "widgets/ListView.h"
 
 #include <QCheckBox>
@@ -186,10 +187,8 @@ TEST(GuideTest, EveryLinkAndEveryTopicLeadsToAPageAndAHeading) {
     };
     for (const auto& [page, unused] : headings) {
         const std::string text = readFile(std::string(kGuide) + "/" + page);
-        for (std::size_t link = text.find("]("); link != npos; link = text.find("](", link + 2)) {
-            const std::string target = text.substr(link + 2, text.find(')', link) - link - 2);
+        for (const std::string& target : findPattern(text, R"(\]\(([^)]+)\))", 1))
             if (!target.starts_with("http")) check(page, target);
-        }
     }
     const std::string contents = readFile(std::string(kGuide) + "/" + std::string(kHelpContents));
     for (const auto& [page, unused] : headings)
