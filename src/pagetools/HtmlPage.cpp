@@ -125,7 +125,8 @@ class HtmlPage::Arena final {
         std::size_t size = 0;
     };
     static constexpr std::size_t kUnit = 16;
-    // What open elements and attributes of a tag cost the parser grows with the square of their number.
+    // What open elements and attributes of a tag cost the parser grows with the square of their number. As
+    // lists double, half of this is always allowed.
     static constexpr std::size_t kLongList = 2500;
 
     void* take(std::size_t size) {
