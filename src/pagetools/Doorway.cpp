@@ -134,15 +134,21 @@ bool Doorway::settleChanges() {
     return true;
 }
 
-bool Doorway::takeFields(const DoorwayFields& values) {
-    const auto& taken = values.txtKeywords;
+bool Doorway::takeKeywords(const std::vector<std::string>& keywords) {
+    DoorwayFields next = fields;
+    setDoorwayKeywords(next, keywords);
+    const auto& taken = next.txtKeywords;
     const auto isLost = [&taken](const std::string& keyword) {
         return !keyword.empty() && std::find(taken.begin(), taken.end(), keyword) == taken.end();
     };
     if (std::any_of(fields.txtKeywords.begin(), fields.txtKeywords.end(), isLost) &&
         !m_services.prompts.ask("The page has other keywords.\r\n\r\nDo you want to replace them?", kTitle))
         return false;
-    fields = values;
+    fields = next;
+    m_status = keywords.size() <= taken.size()
+                   ? std::string()
+                   : "Only the first " + std::to_string(taken.size()) + " of " +
+                         std::to_string(keywords.size()) + " keywords have room here.";
     return true;
 }
 

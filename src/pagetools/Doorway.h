@@ -63,8 +63,8 @@ class Doorway final {
     // Asks whether to save a profile if something was typed since the last load, save or answer. False when
     // it was to be saved and was not.
     bool settleChanges();
-    // Takes over values made elsewhere; asks before keywords of the page are replaced by others.
-    bool takeFields(const DoorwayFields& values);
+    // Takes the first eight of a list; asks before keywords of the page are replaced by others.
+    bool takeKeywords(const std::vector<std::string>& keywords);
     // Asks for the output folder.
     void chooseFolder();
     // The first empty field that a page needs, and what is said of it.

@@ -192,9 +192,10 @@ QWidget& frmDoorway::control(Doorway::Field field) const {
     return *m_ui->txtCompany;
 }
 
-void frmDoorway::takeFields(const DoorwayFields& values) {
-    m_doorway.takeFields(values);
+bool frmDoorway::takeKeywords(const std::vector<std::string>& keywords) {
+    const bool taken = m_doorway.takeKeywords(keywords);
     showAll();
+    return taken;
 }
 
 void frmDoorway::showAll() {

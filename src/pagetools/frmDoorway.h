@@ -28,9 +28,9 @@ class frmDoorway final : public QDialog {
     explicit frmDoorway(const Services& services, QWidget* parent = nullptr);
     ~frmDoorway() override;
 
-    const DoorwayFields& fields() const noexcept { return m_doorway.fields; }
-    // Fills the boxes with values made elsewhere. Asks before keywords of the page are replaced.
-    void takeFields(const DoorwayFields& values);
+    Doorway& doorway() noexcept { return m_doorway; }
+    // Fills the boxes of the keywords. Asks before others are replaced; false when they are not.
+    bool takeKeywords(const std::vector<std::string>& keywords);
 
     // Asks what becomes of values that are not saved; stores the output folder and the lists.
     void done(int result) override;

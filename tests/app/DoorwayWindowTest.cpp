@@ -157,26 +157,27 @@ TEST_F(DoorwayWindowTest, LosesNothingWhereItCannotWrite) {
     inForm([&] {
         fill();
         std::filesystem::create_directory(home.path("out/two_words.html"));
-        form->takeFields(form->fields());
+        form->takeKeywords({"one", "two words", "three"});
         EXPECT_THAT(pages()[1], HasSubstr("Not possible"));
         click("Command1");
         EXPECT_EQ(prompts.last().title, "Create Doorway Page");
-        EXPECT_EQ(form->fields().txtSummary, "Body");
+        EXPECT_EQ(form->doorway().fields.txtSummary, "Body");
         EXPECT_EQ(in<QLineEdit>("txtCompany").text(), QStringLiteral("Shop"));
         prompts.files = {{}, {home.path("elsewhere"), 1}};
         click("cmdBrowse");
-        EXPECT_EQ(form->fields().txtFileLocation, home.path("out"));
+        EXPECT_EQ(form->doorway().fields.txtFileLocation, home.path("out"));
         click("cmdBrowse");
         EXPECT_THAT(in<QLabel>("lblFolder").text().toStdString(),
                     testing::AllOf(HasSubstr("There is no folder"), HasSubstr("Doorway Pages/")));
         // Keywords from elsewhere replace those of the page after a question.
-        DoorwayFields other = form->fields();
-        setDoorwayKeywords(other, {"new"});
-        form->takeFields(other);
-        EXPECT_EQ(form->fields().txtKeywords[1], "two words");
+        EXPECT_FALSE(form->takeKeywords({"new"}));
+        EXPECT_EQ(form->doorway().fields.txtKeywords[1], "two words");
         prompts.answers = {true};
-        form->takeFields(other);
+        EXPECT_TRUE(form->takeKeywords({"new"}));
         EXPECT_THAT(pages(), ElementsAre("new|new.html|New"));
+        prompts.answers = {true};
+        form->takeKeywords(std::vector<std::string>(9, "x"));
+        EXPECT_THAT(in<QLabel>("lblStatusBar").text().toStdString(), HasSubstr("first 8 of 9"));
     });
     quit();
 }
