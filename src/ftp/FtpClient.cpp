@@ -85,11 +85,14 @@ void FtpClient::trace(std::string_view text) {
 }
 
 void FtpClient::addRemoteDir(std::string_view line) {
-    if (m_entries.size() > kMostEntries) return;
+    if (m_moreEntries) return;
     const std::optional<std::string> failure = failureOf([&] {
         const std::string& folder = txtRemotePath();
         std::optional<FtpEntry> entry = m_mlsd ? readMlsdLine(line, folder) : readListLine(line, folder);
-        if (entry) m_entries.push_back(*std::move(entry));
+        if (!entry) return;
+        m_entryBytes += entry->name.size() + entry->path.size();
+        m_moreEntries = m_entries.size() == kMostEntries || m_entryBytes > kMostEntryBytes;
+        if (!m_moreEntries) m_entries.push_back(*std::move(entry));
     });
     if (failure) DisplayMessage("addRemoteDir_Error: " + *failure);
 }
@@ -117,7 +120,9 @@ void FtpClient::happened(FtpEvent event) {
             Q_EMIT stateChanged();
             break;
         case FtpEvent::FollowPath:
-            if (m_follow && !m_sending) m_Timer2.start(0);
+            if (!m_follow || m_sending) break;
+            m_Timer2.start(0);
+            Q_EMIT stateChanged();
             break;
         case FtpEvent::SendingBegan:
             m_progress.fileSize = m_ftp.fileSize();
@@ -214,7 +219,7 @@ void FtpClient::FTPConnect(const FtpLogin& login, int timeOutSeconds, bool follo
     m_timeOutSeconds = timeOutSeconds;
     m_baseFolder.clear();
     m_connecting = true;
-    m_silent = false;
+    m_silent = m_askedWhere = false;
     m_pointer = std::make_unique<BusyPointer>(m_services.prompts);
     List1.clear();
     m_ftp.setAllowForeignDataHost(login.AllowForeignDataHost);
@@ -234,10 +239,12 @@ void FtpClient::loggedIn() {
     if (!txtRemotePath().empty()) m_baseFolder = txtRemotePath();
     connectEnded(true);
     if (!m_follow) return;
-    if (!txtRemotePath().empty())
-        m_Timer2.start(kFollowMilliseconds);
-    else
+    if (txtRemotePath().empty()) {
         askRemotePath();
+        return;
+    }
+    m_Timer2.start(kFollowMilliseconds);
+    Q_EMIT stateChanged();
 }
 
 void FtpClient::connectEnded(bool loggedIn) {
@@ -338,6 +345,8 @@ void FtpClient::ListFile(const std::string& Path, Then then) {
 void FtpClient::list(bool mlsd, Then then) {
     m_mlsd = mlsd;
     m_entries.clear();
+    m_entryBytes = 0;
+    m_moreEntries = false;
     SendFTPCommand((mlsd ? "MLSD " : "LIST ") + m_listedPath, 0, {},
                    [this, mlsd, then = std::move(then)](bool replied, int code) {
                        if (mlsd && (code == 500 || code == 502)) {
@@ -354,10 +363,7 @@ void FtpClient::list(bool mlsd, Then then) {
 }
 
 void FtpClient::fillRemote() {
-    if (m_entries.size() > kMostEntries) {
-        m_entries.pop_back();
-        DisplayMessage("The folder has more files than are shown.");
-    }
+    if (m_moreEntries) DisplayMessage("The folder has more files than are shown.");
     const RowsBatch batch(lsvRemote);
     for (const FtpEntry& entry : m_entries) lsvRemote.add(remoteRow(entry));
 }
@@ -366,10 +372,31 @@ void FtpClient::fillRemote() {
 void FtpClient::Timer2_Timer() {
     if (isBusy()) return;
     const std::string& command = m_ftp.state().CurrentCommand;
-    if (command == "CWD" || command == "PORT")
+    if (command != "CWD" && command != "PORT") {
+        followPath();
+    } else if (!std::exchange(m_askedWhere, false) && !txtRemotePath().starts_with('/')) {
+        followRelativePath();
+    } else {
         ListFile(txtRemotePath());
-    else
-        ChangeRemotePath(txtRemotePath());
+    }
+}
+
+// Where it cannot go, the present folder is not known, and nothing is sent there.
+void FtpClient::followPath() {
+    ChangeRemotePath(txtRemotePath(), [this](bool, int code) {
+        if (code != 250) m_ftp.setRemotePath({});
+    });
+}
+
+// A path from the folder that was left leads nowhere from the new one, so the server is asked where it is.
+void FtpClient::followRelativePath() {
+    m_askedWhere = true;
+    if (m_baseFolder == txtRemotePath()) m_baseFolder.clear();
+    askRemotePath([this](bool, int code) {
+        if (code == 257) return;
+        m_askedWhere = false;
+        ListFile(txtRemotePath());
+    });
 }
 
 void FtpClient::btnChangeDir_Click() {
@@ -377,7 +404,7 @@ void FtpClient::btnChangeDir_Click() {
     if (txtRemotePath().empty()) m_ftp.setRemotePath("/");
     const std::optional<std::string> path =
         m_services.prompts.input("Enter remote path:", kTitle, txtRemotePath());
-    if (path && !path->empty()) ChangeRemotePath(*path);
+    if (path && !path->empty() && !refuseUnconnected()) ChangeRemotePath(*path);
 }
 
 void FtpClient::btnList_Click() {
@@ -520,7 +547,7 @@ void FtpClient::endQueue() {
     m_sentKey = std::exchange(m_placingKey, false);
     const bool compares = m_sentKey && failed == 0;
     Q_EMIT stateChanged();
-    if (m_listAfter && isConnected()) ListFile(txtRemotePath());
+    if (m_listAfter && !m_stopped && isConnected()) ListFile(txtRemotePath());
     Q_EMIT queueEnded(static_cast<int>(m_ended.size()) - failed, failed);
     if (compares) compareWithWeb();
 }
@@ -561,11 +588,13 @@ std::string FtpClient::failureReasons() const {
 }
 
 void FtpClient::Stop() {
-    m_Timer2.stop();
-    if (m_compare != nullptr && m_compare->isRunning()) {
-        m_stopped = m_sending;
-        m_compare->stop();
-        return;
+    m_stopped = m_sending;
+    if (m_compare != nullptr) m_compare->stop();
+    if (m_Timer2.isActive()) {
+        m_Timer2.stop();
+        m_ftp.setRemotePath({});
+        DisplayMessage("Stopped");
+        Q_EMIT stateChanged();
     }
     if (m_connecting) {
         m_problem = "Stopped";
@@ -573,7 +602,6 @@ void FtpClient::Stop() {
         connectEnded(false);
         return;
     }
-    m_stopped = m_sending;
     if (!m_then) return;
     m_ftp.giveUp(kFtpNoReply, "Stopped");
     DisplayMessage("Stopped");

@@ -39,7 +39,9 @@ class FtpClient final : public QObject, private FtpWatcher {
     using Then = std::function<void(bool replied, int code)>;
     static constexpr int kConnectSeconds = 15;
     static constexpr int kCommandSeconds = 40;
-    static constexpr std::size_t kMostEntries = 500'000;  // of a listing; more are not shown
+    // Of a listing; more is not shown.
+    static constexpr std::size_t kMostEntries = 500'000;
+    static constexpr std::size_t kMostEntryBytes = 256u * 1024 * 1024;  // of their names and paths
     static constexpr int kMessages = 150;                 // when the list holds as many, the oldest 50 go
 
     // `fetcher` is for the comparison with the web; without one there is none.
@@ -57,8 +59,11 @@ class FtpClient final : public QObject, private FtpWatcher {
     const std::string& btnConnect() const noexcept { return m_connectCaption; }
     bool isConnected() const noexcept { return m_ftp.state().Connected != 0; }
     bool isEncrypted() const noexcept { return m_ftp.isEncrypted(); }
-    // From connecting, or from the begin of a command or the queue, to its end.
-    bool isBusy() const noexcept { return m_connecting || m_sending || m_then != nullptr; }
+    // From connecting, or from the begin of a command or the queue, to its end; the steps that follow a login
+    // or a change of folder are part of it.
+    bool isBusy() const noexcept {
+        return m_connecting || m_sending || m_then != nullptr || m_Timer2.isActive();
+    }
     bool isSending() const noexcept { return m_sending; }  // the queue runs: btnSendFile is disabled
     const FtpProgress& progress() const noexcept { return m_progress; }
     // Of the last queue, in its order; while it runs, those that ended.
@@ -142,6 +147,8 @@ class FtpClient final : public QObject, private FtpWatcher {
     bool refuseUnpublished();
     void waitForLogin();
     void list(bool mlsd, Then then);
+    void followPath();
+    void followRelativePath();
     void fillRemote();
     void SendFTPCommand(const std::string& command, std::int16_t binary, const std::string& argument,
                         Then then);
@@ -173,6 +180,7 @@ class FtpClient final : public QObject, private FtpWatcher {
     std::string m_connectCaption;
     std::string m_problem;
     bool m_follow = true;
+    bool m_askedWhere = false;  // the folder of a relative path was asked for
     bool m_connecting = false;
     int m_timeOutSeconds = kConnectSeconds;
     int m_commandMilliseconds = kCommandSeconds * 1000;
@@ -184,6 +192,8 @@ class FtpClient final : public QObject, private FtpWatcher {
     QTimer m_Timer2;        // the step after a path change
     std::string m_listedPath;
     std::vector<FtpEntry> m_entries;
+    std::size_t m_entryBytes = 0;
+    bool m_moreEntries = false;  // than are kept
     bool m_mlsd = false;  // the listing that comes is one
     std::vector<FtpUpload> m_FileList;
     std::size_t m_FileIndex = 0;  // of the file being sent, from 1

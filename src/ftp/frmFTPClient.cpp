@@ -189,9 +189,10 @@ void frmFTPClient::showState() {
 
 void frmFTPClient::showConnection() {
     m_ui->btnConnect->setText(toScreen(m_client.btnConnect()));
-    // What the user types stays until the folder changes.
-    if (std::exchange(m_shownPath, m_client.txtRemotePath()) != m_client.txtRemotePath())
-        m_ui->txtRemotePath->setText(toScreen(m_client.txtRemotePath()));
+    // What the user types stays until the folder changes, and a path that led nowhere until it is mended.
+    const std::string& path = m_client.txtRemotePath();
+    const bool kept = path.empty() && m_client.isConnected();
+    if (std::exchange(m_shownPath, path) != path && !kept) m_ui->txtRemotePath->setText(toScreen(path));
     const QString host = toScreen(m_client.login().Host);
     const QString none =
         m_refusal.empty() ? tr("Not connected") : tr("Not connected: %1").arg(toScreen(m_refusal));

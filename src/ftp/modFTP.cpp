@@ -605,7 +605,8 @@ std::size_t modFTP::readFile() {
         const ssize_t got = ::read(m_file, m_block.data() + filled, most);
         if (got < 0 && errno == EINTR) continue;
         if (got < 0) throw fileFailure(m_state.PendingArgument, errno);
-        m_left = got == 0 ? 0 : m_left - got;
+        if (got == 0) throw fileFailure(m_state.PendingArgument, "It became shorter while it was sent", 75);
+        m_left -= got;
         filled += static_cast<std::size_t>(got);
         ++reads;
     }
