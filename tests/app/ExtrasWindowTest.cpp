@@ -8,6 +8,7 @@
 #include "core/ScreenText.h"
 #include "core/Text.h"
 #include "practice/PracticeWeb.h"
+#include "support/Patterns.h"
 #include "widgets/ListView.h"
 
 #include <QCheckBox>
@@ -23,7 +24,6 @@
 
 #include <filesystem>
 #include <gmock/gmock.h>
-#include <regex>
 
 namespace relay::test {
 namespace {
@@ -185,11 +185,10 @@ TEST(GuideTest, EveryLinkAndEveryTopicLeadsToAPageAndAHeading) {
                                : fileExists(std::string(kGuide) + "/" + page);
         if (!there) broken.push_back(from + ": " + target);
     };
-    const std::regex link("\\]\\(([^)]+)\\)");
     for (const auto& [page, unused] : headings) {
         const std::string text = readFile(std::string(kGuide) + "/" + page);
-        for (std::sregex_iterator one(text.begin(), text.end(), link), end; one != end; ++one)
-            if (const std::string target = (*one)[1]; !target.starts_with("http")) check(page, target);
+        for (const std::string& target : findPattern(text, R"(\]\(([^)]+)\))", 1))
+            if (!target.starts_with("http")) check(page, target);
     }
     const std::string contents = readFile(std::string(kGuide) + "/" + std::string(kHelpContents));
     for (const auto& [page, unused] : headings)

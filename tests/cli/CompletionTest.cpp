@@ -6,6 +6,7 @@
 #include "cli/CommandTree.h"
 #include "core/FileStore.h"
 #include "core/Text.h"
+#include "support/Patterns.h"
 
 #include <QProcess>
 #include <QStandardPaths>
@@ -13,7 +14,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <map>
-#include <regex>
 #include <set>
 #include <sstream>
 
@@ -41,18 +41,15 @@ bool isGroup(const std::map<std::string, Names>& commands, const std::string& pa
     return path.empty() || (next != commands.end() && next->first.starts_with(path + " "));
 }
 Names optionsIn(const std::string& text) {
-    Names names;
-    const std::regex option("--[a-z][a-z-]*");
-    for (std::sregex_iterator found(text.begin(), text.end(), option), end; found != end; ++found)
-        names.insert(found->str());
-    return names;
+    const std::vector<std::string> found = findPattern(text, "--[a-z][a-z-]*");
+    return Names(found.begin(), found.end());
 }
 
 // Text without the marks of a man page.
 std::string plain(std::string text) {
-    text = std::regex_replace(text, std::regex("\\\\f[A-Z]"), "");
+    text = replacePattern(text, R"(\\f[A-Z])", "");
     text = replaceAll(replaceAll(text, "\\-", "-"), "\"", "");
-    return std::regex_replace(text, std::regex("(^|\n)\\.(B|I|R)[BIR]? "), "$1");
+    return replacePattern(text, R"((^|\n)\.(B|I|R)[BIR]? )", R"(\1)");
 }
 
 }  // namespace

@@ -18,11 +18,11 @@
 #include "practice/PracticeWeb.h"
 #include "support/FtpServer.h"
 #include "support/GoldenCases.h"
+#include "support/Patterns.h"
 #include "support/Transcript.h"
 
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <regex>
 
 namespace relay::test {
 
@@ -67,12 +67,9 @@ class CommandLineGolden : public testing::TestWithParam<std::string> {
         };
         m_transcript.settle = [this](const std::string& text) {
             // Of a JSON line, of a line of a table, of a file, and of a port for data.
-            std::string settled =
-                std::regex_replace(text, std::regex("(\"ms\":|,[A-Z][A-Za-z ]+,\\d+,)\\d+"), "$1N");
-            settled =
-                std::regex_replace(settled, std::regex("202\\d-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d"), "NOW");
-            settled = std::regex_replace(
-                settled, std::regex("(\\(127,0,0,1,|established: |Port:)\\d+(,\\d+)?"), "$1N");
+            std::string settled = replacePattern(text, R"(("ms":|,[A-Z][A-Za-z ]+,\d+,)\d+)", R"(\1N)");
+            settled = replacePattern(settled, R"(202\d-\d\d-\d\d \d\d:\d\d:\d\d)", "NOW");
+            settled = replacePattern(settled, R"((\(127,0,0,1,|established: |Port:)\d+(,\d+)?)", R"(\1N)");
             settled = replaceAll(settled, m_address, "WEB");
             settled = replaceAll(
                 settled, ".localhost" + m_address.substr(std::min(m_address.rfind(':'), m_address.size())),
