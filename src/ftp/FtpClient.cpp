@@ -2,7 +2,6 @@
 #include "ftp/FtpClient.h"
 
 #include "core/FileNames.h"
-#include "core/FileStore.h"
 #include "core/Log.h"
 #include "core/Prompts.h"
 #include "core/Services.h"
@@ -13,10 +12,6 @@
 #include "ftp/IndexNowKeyFile.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 #include <utility>
 
 namespace relay {
@@ -30,20 +25,6 @@ constexpr std::string_view kCloseCaption = "C&lose";
 constexpr int kFollowMilliseconds = 2000;  // from the login to the first change of folder
 constexpr int kProgressMilliseconds = 50;
 constexpr int kForgottenMessages = 50;
-constexpr std::size_t kNamedFailures = 20;
-
-// The size of a file that can be sent; else why it cannot.
-std::int64_t sizeOf(const std::string& path, std::string& problem) {
-    struct stat status {};
-    const Descriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-    if (file < 0 || ::fstat(file, &status) != 0)
-        problem = fileFailure(path, errno).what();
-    else if (!S_ISREG(status.st_mode))
-        problem = fileFailure(path, "Not a regular file", 75).what();
-    else if (status.st_size == 0)
-        problem = "Bad File Name. Transfer Aborted";
-    return problem.empty() ? status.st_size : 0;
-}
 
 }  // namespace
 
@@ -125,7 +106,6 @@ void FtpClient::happened(FtpEvent event) {
             Q_EMIT stateChanged();
             break;
         case FtpEvent::SendingBegan:
-            m_progress.fileSize = m_ftp.fileSize();
             showProgress(true);
             break;
         case FtpEvent::Disconnected:
@@ -213,6 +193,10 @@ void FtpClient::FTPConnect(const FtpLogin& login, int timeOutSeconds, bool follo
         m_services.prompts.message(m_problem, kTitle, Icon::Critical);
         Q_EMIT loginEnded(false);
         return;
+    }
+    if (login.Host != m_login.Host || login.Username != m_login.Username) {
+        lsvRemote.clear();
+        m_queue.forget();
     }
     m_login = login;
     m_follow = follow;
@@ -440,10 +424,8 @@ void FtpClient::btnSendFile_Click(FtpLocalFiles& local) {
 void FtpClient::retryFailed() {
     if (refuseUnconnected()) return;
     std::vector<FtpUpload> files;
-    for (const FtpFileEnd& file : failedFiles()) files.push_back({file.file, file.remotePath});
-    m_retrying = true;
-    if (!files.empty()) sendFiles(files);
-    m_retrying = false;
+    for (const FtpFileEnd& file : m_queue.failed()) files.push_back({file.file, file.remotePath});
+    if (!files.empty()) send(files, true, true);
 }
 
 std::string FtpClient::remotePath(const FtpUpload& upload) const {
@@ -452,139 +434,88 @@ std::string FtpClient::remotePath(const FtpUpload& upload) const {
 }
 
 void FtpClient::sendFiles(const std::vector<FtpUpload>& files, bool listAfter) {
+    send(files, listAfter, false);
+}
+
+void FtpClient::send(const std::vector<FtpUpload>& files, bool listAfter, bool again) {
     if (!isConnected() || isBusy()) return;
     m_sending = true;
     m_stopped = false;
     m_listAfter = listAfter;
-    m_ended.clear();
-    if (!m_retrying) m_published.clear();
-    m_progress = {};
-    m_FileList.clear();
-    m_FileIndex = 0;
+    m_queue.begin(again);
     m_pointer = std::make_unique<BusyPointer>(m_services.prompts);
     Q_EMIT stateChanged();
     for (const FtpUpload& upload : files) take(upload);
-    m_progress.files = static_cast<int>(m_FileList.size());
     const auto begin = [this] { m_Timer1.start(0); };
     if (m_compare == nullptr || !m_compare->isOn()) {
         begin();
         return;
     }
-    std::vector<FtpFileEnd> wanted;
-    for (const FtpUpload& upload : m_FileList)
-        wanted.push_back({.file = upload.file, .remotePath = remotePath(upload)});
-    m_compare->remember(wanted, begin);
+    m_compare->remember(m_queue.waiting(), begin);
 }
 
 // Into the queue, unless it cannot be sent.
 void FtpClient::take(const FtpUpload& upload) {
-    std::string problem =
-        failureOf([&] { refuseControlBytes(upload.remoteName, "The file name"); }).value_or("");
-    const std::int64_t size = problem.empty() ? sizeOf(upload.file, problem) : 0;
-    if (problem.empty()) {
-        m_progress.size += size;
-        m_FileList.push_back(upload);
-        return;
-    }
+    const std::string problem = m_queue.take(upload, remotePath(upload));
+    if (problem.empty()) return;
     DisplayMessage(escapeControlCharacters(problem));
-    endFile({.file = upload.file, .remotePath = remotePath(upload), .problem = problem});
+    fileHasEnded();
 }
 
 void FtpClient::Timer1_Timer() {
-    if (m_FileIndex == m_FileList.size() || m_stopped || !isConnected()) {
+    if (m_queue.isAtEnd() || m_stopped || !isConnected())
         endQueue();
-        return;
-    }
-    ++m_FileIndex;
-    SendFile(m_FileIndex);
+    else
+        SendFile(m_queue.next());
 }
 
-void FtpClient::SendFile(std::size_t Number) {
-    const FtpUpload& upload = m_FileList[Number - 1];
-    m_progress.file = static_cast<int>(Number);
-    m_progress.name = getFileNameFromFile(upload.file);
-    m_progress.fileSent = m_progress.fileSize = 0;
+void FtpClient::SendFile(const FtpUpload& upload) {
     DisplayMessage("STOR " + upload.remoteName);
-    m_sentBefore = m_progress.sent;
     SendFTPCommand("STOR " + upload.remoteName, -1, upload.file,
                    [this](bool, int code) { fileReplied(code); });
 }
 
 // The code of a failed file does not end the queue.
 void FtpClient::fileReplied(int code) {
-    const FtpUpload& upload = m_FileList[m_FileIndex - 1];
-    FtpFileEnd end{
-        .file = upload.file, .remotePath = remotePath(upload), .code = code, .bytes = m_ftp.bytesSent()};
+    FtpFileEnd end{.code = code, .bytes = m_ftp.bytesSent()};
     const bool stored = code == 226 || code == 250;
     end.ok = stored && m_ftp.wholeFileSent();
     if (!end.ok) end.problem = (stored ? "Not all of the file went out: " : "") + m_ftp.lastReply();
-    m_progress.sent = m_sentBefore + m_ftp.fileSize();
-    endFile(std::move(end));
+    m_queue.moved(m_ftp.bytesSent(), m_ftp.fileSize());
+    m_queue.end(std::move(end), !m_stopped);
+    fileHasEnded();
     m_Timer1.start(0);
 }
 
-void FtpClient::endFile(FtpFileEnd end) {
-    m_ended.push_back(std::move(end));
-    if (m_ended.back().ok) m_published.push_back(m_ended.back());
-    Q_EMIT fileEnded(m_ended.back());
+void FtpClient::fileHasEnded() {
+    Q_EMIT fileEnded(m_queue.ended().back());
     showProgress(false);
 }
 
 void FtpClient::endQueue() {
-    for (; m_FileIndex < m_FileList.size(); ++m_FileIndex) {
-        const FtpUpload& upload = m_FileList[m_FileIndex];
-        endFile({.file = upload.file,
-                 .remotePath = remotePath(upload),
-                 .problem = m_stopped ? "Stopped" : "The connection is closed."});
+    while (!m_queue.isAtEnd()) {
+        m_queue.skip(m_stopped ? "Stopped" : "The connection is closed.");
+        fileHasEnded();
     }
     m_sending = false;
     m_pointer.reset();
-    if (!m_stopped && isConnected()) m_progress.sent = m_progress.size;
     showProgress(true);
     const std::string summary = failureSummary();
     if (!summary.empty()) DisplayMessage(summary);
-    const int failed = static_cast<int>(failedFiles().size());
+    const int failed = static_cast<int>(m_queue.failed().size());
     m_sentKey = std::exchange(m_placingKey, false);
     const bool compares = m_sentKey && failed == 0;
     Q_EMIT stateChanged();
     if (m_listAfter && !m_stopped && isConnected()) ListFile(txtRemotePath());
-    Q_EMIT queueEnded(static_cast<int>(m_ended.size()) - failed, failed);
+    Q_EMIT queueEnded(static_cast<int>(ended().size()) - failed, failed);
     if (compares) compareWithWeb();
 }
 
 void FtpClient::showProgress(bool always) {
-    if (m_then) {
-        m_progress.fileSent = m_ftp.bytesSent();
-        m_progress.sent = m_sentBefore + m_progress.fileSent;
-    }
+    if (m_sending && m_then) m_queue.moved(m_ftp.bytesSent(), m_ftp.fileSize());
     if (!always && m_lastProgress.isValid() && m_lastProgress.elapsed() < kProgressMilliseconds) return;
     m_lastProgress.start();
     Q_EMIT progressChanged();
-}
-
-std::vector<FtpFileEnd> FtpClient::failedFiles() const {
-    std::vector<FtpFileEnd> failed;
-    for (const FtpFileEnd& file : m_ended)
-        if (!file.ok) failed.push_back(file);
-    return failed;
-}
-
-std::string FtpClient::failureSummary() const {
-    const std::vector<FtpFileEnd> failed = failedFiles();
-    if (failed.empty()) return {};
-    std::string words = std::to_string(failed.size()) + " of " + std::to_string(m_ended.size()) +
-                        (m_ended.size() == 1 ? " file was" : " files were") + " not sent: ";
-    for (std::size_t i = 0; i < std::min(failed.size(), kNamedFailures); ++i)
-        words += (i == 0 ? "" : ", ") + escapeControlCharacters(getFileNameFromFile(failed[i].file));
-    return failed.size() > kNamedFailures ? words + ", ..." : words;
-}
-
-std::string FtpClient::failureReasons() const {
-    std::string words;
-    const std::vector<FtpFileEnd> failed = failedFiles();
-    for (std::size_t i = 0; i < std::min(failed.size(), kNamedFailures); ++i)
-        words += (i == 0 ? "" : "\n") + getFileNameFromFile(failed[i].file) + ": " + failed[i].problem;
-    return words;
 }
 
 void FtpClient::Stop() {
@@ -613,7 +544,7 @@ void FtpClient::Stop() {
 void FtpClient::compareWithWeb() {
     if (m_compare == nullptr || m_sending) return;
     m_comparedKey = m_sentKey;
-    m_compare->compare(m_published);
+    m_compare->compare(m_queue.published());
 }
 
 std::vector<std::string> FtpClient::changedUrls() const {

@@ -42,7 +42,7 @@ class FtpClient final : public QObject, private FtpWatcher {
     // Of a listing; more is not shown.
     static constexpr std::size_t kMostEntries = 500'000;
     static constexpr std::size_t kMostEntryBytes = 256u * 1024 * 1024;  // of their names and paths
-    static constexpr int kMessages = 150;                 // when the list holds as many, the oldest 50 go
+    static constexpr int kMessages = 150;  // when the list holds as many, the oldest 50 go
 
     // `fetcher` is for the comparison with the web; without one there is none.
     explicit FtpClient(const Services& services, frmHTTP* fetcher = nullptr, QObject* parent = nullptr);
@@ -65,14 +65,12 @@ class FtpClient final : public QObject, private FtpWatcher {
         return m_connecting || m_sending || m_then != nullptr || m_Timer2.isActive();
     }
     bool isSending() const noexcept { return m_sending; }  // the queue runs: btnSendFile is disabled
-    const FtpProgress& progress() const noexcept { return m_progress; }
+    const FtpProgress& progress() const noexcept { return m_queue.progress(); }
     // Of the last queue, in its order; while it runs, those that ended.
-    const std::vector<FtpFileEnd>& ended() const noexcept { return m_ended; }
-    std::vector<FtpFileEnd> failedFiles() const;
-    // "2 of 5 files were not sent: a.html, b.html", or empty when none failed.
-    std::string failureSummary() const;
-    // The same files with their reasons, a line each.
-    std::string failureReasons() const;
+    const std::vector<FtpFileEnd>& ended() const noexcept { return m_queue.ended(); }
+    std::vector<FtpFileEnd> failedFiles() const { return m_queue.failed(); }
+    std::string failureSummary() const { return m_queue.failureSummary(); }
+    std::string failureReasons() const { return m_queue.failureReasons(); }
     // Why the last operation failed, for the user: the server's reply, or the error of the system.
     const std::string& problem() const noexcept { return m_problem; }
     // Of the last listing, in the server's order.
@@ -102,7 +100,7 @@ class FtpClient final : public QObject, private FtpWatcher {
     // Compares what the last upload sent with the web, retries included; compare() has the results and
     // signals.
     void compareWithWeb();
-    bool canCompare() const noexcept { return m_compare != nullptr && !m_published.empty(); }
+    bool canCompare() const noexcept { return m_compare != nullptr && !m_queue.published().empty(); }
     void cmdIndexNow_Click();  // asks for the key
     // Template: writes the key file of IndexNow, sends it to the folder of PublicURL and, when it was sent,
     // compares it with the web. A message says why the key cannot be one.
@@ -164,10 +162,11 @@ class FtpClient final : public QObject, private FtpWatcher {
     void Timer1_Timer();
     void Timer2_Timer();
     std::string remotePath(const FtpUpload& upload) const;
+    void send(const std::vector<FtpUpload>& files, bool listAfter, bool again);
     void take(const FtpUpload& upload);
-    void SendFile(std::size_t Number);
+    void SendFile(const FtpUpload& upload);
     void fileReplied(int code);
-    void endFile(FtpFileEnd end);
+    void fileHasEnded();
     void endQueue();
     void showProgress(bool always);
 
@@ -194,20 +193,14 @@ class FtpClient final : public QObject, private FtpWatcher {
     std::vector<FtpEntry> m_entries;
     std::size_t m_entryBytes = 0;
     bool m_moreEntries = false;  // than are kept
-    bool m_mlsd = false;  // the listing that comes is one
-    std::vector<FtpUpload> m_FileList;
-    std::size_t m_FileIndex = 0;  // of the file being sent, from 1
+    bool m_mlsd = false;         // the listing that comes is one
+    FtpQueue m_queue;
     bool m_sending = false;
     bool m_stopped = false;
     bool m_listAfter = true;
     bool m_placingKey = false;   // the queue is a key file ...
     bool m_sentKey = false;      // ... or the last one was,
     bool m_comparedKey = false;  // and so the last comparison
-    std::vector<FtpFileEnd> m_ended;
-    bool m_retrying = false;
-    std::vector<FtpFileEnd> m_published;  // that went well, before retries and in them
-    FtpProgress m_progress;
-    std::int64_t m_sentBefore = 0;  // of the queue, before the present file
     QElapsedTimer m_lastProgress;
 };
 
