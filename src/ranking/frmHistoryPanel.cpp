@@ -79,14 +79,14 @@ void drawMark(QPainter& painter, QScatterSeries::MarkerShape shape, qreal size) 
 }  // namespace
 
 frmHistoryPanel::frmHistoryPanel(QWidget* parent)
-    : QWidget(parent), m_ui(std::make_unique<Ui::frmHistoryPanel>()), m_chart(new QChart) {
+    : QWidget(parent), m_ui(std::make_unique<Ui::frmHistoryPanel>()) {
     m_ui->setupUi(this);
+    m_chart = m_ui->chtHistory->chart();
     m_ui->cmdExportCSV->setIcon(themedIcon("Export"));
     m_ui->cmdExportPNG->setIcon(themedIcon("SaveAs"));
     m_chart->legend()->hide();
     m_chart->setBackgroundRoundness(0);
     m_chart->layout()->setContentsMargins(0, 0, 0, 0);
-    m_ui->chtHistory->setChart(m_chart);
     connect(m_chart, &QChart::plotAreaChanged, this, [this] {
         if (m_history != nullptr && measureRoom())
             QMetaObject::invokeMethod(this, &frmHistoryPanel::showChart, Qt::QueuedConnection);

@@ -61,7 +61,7 @@ class frmHistoryPanel final : public QWidget {
 
     std::unique_ptr<Ui::frmHistoryPanel> m_ui;
     RankingHistory* m_history = nullptr;
-    QChart* m_chart;
+    QChart* m_chart = nullptr;
     HistoryChart m_shown;
     ChartRoom m_room;
     // The labels of both axes: Qt's own end in an ellipsis where lines are close together.

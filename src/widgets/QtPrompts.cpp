@@ -23,6 +23,8 @@
 #include <QStandardPaths>
 #include <QUrl>
 
+#include <set>
+
 namespace relay {
 
 namespace {
@@ -206,7 +208,9 @@ bool QtPrompts::openWithSystem(std::string_view target) {
 
 void QtPrompts::startOpener(const QString& opener, const QUrl& address, const std::string& target) {
     // Without an owner: what was opened stays open when this program ends.
-    auto* const process = new QProcess;
+    static auto& running = *new std::set<QProcess*>;
+    auto* const process = *running.insert(new QProcess).first;
+    QObject::connect(process, &QObject::destroyed, process, [process] { running.erase(process); });
     process->setProcessChannelMode(QProcess::ForwardedChannels);
     process->setStandardInputFile(QProcess::nullDevice());
     const QDeadlineTimer failsBefore(kOpenerMilliseconds);
