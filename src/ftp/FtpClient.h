@@ -41,7 +41,7 @@ class FtpClient final : public QObject, private FtpWatcher {
     static constexpr int kCommandSeconds = 40;
     // Of a listing; more is not shown.
     static constexpr std::size_t kMostEntries = 500'000;
-    static constexpr std::size_t kMostEntryBytes = 256u * 1024 * 1024;  // of their names and paths
+    static constexpr std::size_t kMostEntryBytes = 128u * 1024 * 1024;  // of their names and paths
     static constexpr int kMessages = 150;  // when the list holds as many, the oldest 50 go
 
     // `fetcher` is for the comparison with the web; without one there is none.

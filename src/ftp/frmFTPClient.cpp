@@ -194,8 +194,9 @@ void frmFTPClient::showConnection() {
     const bool kept = path.empty() && m_client.isConnected();
     if (std::exchange(m_shownPath, path) != path && !kept) m_ui->txtRemotePath->setText(toScreen(path));
     m_ui->lsvRemote->setEmptyHint(
-        m_client.isConnected() ? tr("Nothing is listed yet. Enter a remote directory and press Return.")
-                               : tr("Press \"Connect\" to see the files of your server here."));
+        !m_client.isConnected() ? tr("Press \"Connect\" to see the files of your server here.")
+        : m_client.isBusy()     ? tr("The folder is about to be listed.")
+                                : tr("Nothing is listed yet. Enter a remote directory and press Return."));
     const QString host = toScreen(m_client.login().Host);
     const QString none =
         m_refusal.empty() ? tr("Not connected") : tr("Not connected: %1").arg(toScreen(m_refusal));
