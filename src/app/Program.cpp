@@ -22,6 +22,7 @@ namespace relay {
 namespace {
 constexpr std::string_view kWindowSection = "Window";
 constexpr std::string_view kSplitterKey = "Splitter";
+constexpr std::string_view kHealthKey = "EngineHealth";  // "1": its columns are shown
 
 // Larger numbers overflow the windowing system's coordinates.
 int pixels(double saved) {
@@ -103,6 +104,7 @@ void Program::start() {
     m_startUp.run();
     closeSplash();
     m_window->showCatalogue();
+    if (m_session.settings.value(kApplication, kWindowSection, kHealthKey) == "1") m_window->showHealth(true);
     m_window->show();
     // The saved position is used unless the window would be out of reach.
     if (!m_window->isMaximized() && !isReachable(*m_window)) CenterForm(*m_window);
@@ -126,6 +128,8 @@ bool Program::leave() {
     trap(m_prompts, "Save_Setting_Error: ", [&] {
         m_session.settings.setValue(kApplication, kWindowSection, kSplitterKey,
                                     std::to_string(m_window->splitterPlace()));
+        m_session.settings.setValue(kApplication, kWindowSection, kHealthKey,
+                                    m_main.catalogue.showsEngineHealth() ? "1" : "0");
         m_startUp.finish(windowPositionText({place.x(), place.y(), place.width(), place.height()}));
     });
     return true;

@@ -86,6 +86,40 @@ std::string strayItem(const CustomEngineRecord& record) {
     return {};
 }
 
+// What stands in the record's table and would be read as something else than an entry of it: the end of the
+// file, another engine's table, a quotation that goes on over the next lines, a comment. Empty if there is
+// none.
+std::string strayEntry(const CustomEngineRecord& record) {
+    const std::string table = recordTable(record);
+    ItemReader items(table);
+    std::string_view item;
+    if (!items.next(item)) return {};
+    if (item.find(']') != record.Name.size() + 1) return std::string(left(record.Name, 80));
+    while (items.next(item)) {
+        const bool quoted = items.offset() > 0 && table[items.offset() - 1] == '"';
+        if (quoted || item.starts_with('[') || item.starts_with('#') || equalsNoCase(item, "END"))
+            return std::string(left(item, 80));
+    }
+    return {};
+}
+
+// The entries of the record's table that a comma or a ">" in a value has left without a label.
+void noteCutEntries(const CustomEngineRecord& record, std::vector<Finding>& findings) {
+    const std::string table = recordTable(record);
+    ItemReader items(table);
+    std::string_view item;
+    std::string_view before;
+    while (items.nextEntry(item)) {
+        if (!before.empty() && item.find('=') == npos) {
+            findings.push_back({0, record.Name, FindingKind::CutValue,
+                                "A comma or a \">\" cuts \"" + escapeControlCharacters(left(before, 80)) +
+                                    "\" before \"" + escapeControlCharacters(left(item, 80)) + "\""});
+            return;
+        }
+        if (item.find('=') != npos) before = item;
+    }
+}
+
 }  // namespace
 
 std::int32_t numberOf(const CustomEngineRecord& record, const CustomEngineKey& key) {
@@ -180,6 +214,11 @@ RecordProblem completeRecord(CustomEngineRecord& record) {
             containsNoCase(record.Action, item) ? "txtAction"
             : containsNoCase(record.Name, item) ? "txtEngineName"
                                                 : "lsvDataFields"};
+    if (const std::string entry = strayEntry(record); !entry.empty())
+        return {
+            "The file of the categories would not hold this:\r\n" + escapeControlCharacters(entry) +
+                "\r\n\r\nPlease write it without commas, brackets, quotation marks and #, and not as END.",
+            entry == left(record.Name, 80) ? "txtEngineName" : "lsvCategory"};
     return {};
 }
 
@@ -187,7 +226,10 @@ std::vector<Finding> checkRecord(const CustomEngineRecord& record, const EngineC
                                  bool refusesAdultSites) {
     std::string tables = recordTable(record) + "[" + std::string(kSharedFFA) + "]\r\n";
     failureOf([&] { tables += replaceAll(shared.getEngineCategoryData(kSharedFFA), ">", "\r\n"); });
-    return checkCatalogue(recordText(record), EngineCategories(tables), refusesAdultSites);
+    std::vector<Finding> findings =
+        checkCatalogue(recordText(record), EngineCategories(tables), refusesAdultSites);
+    noteCutEntries(record, findings);
+    return findings;
 }
 
 }  // namespace relay

@@ -28,6 +28,7 @@ namespace {
 constexpr std::string_view kLineEnd = "\r\n";
 constexpr std::string_view kSection = "Merge";
 constexpr std::string_view kAbsent = "absent";  // there was no such file
+constexpr std::string_view kBefore = ".before";
 constexpr std::array<std::string_view, 2> kMergedFiles = {"krveng5.dat", "catkws.dat"};
 
 std::string textOf(const std::string& path) {
@@ -38,9 +39,13 @@ std::string copyOf(const std::string& path) {
     return path + ".unmerged";
 }
 
-// A catalogue's file as the merge left it, to see whether it was changed since.
+// Tells whether a file was changed.
 std::string fingerprint(std::string_view text) {
     return std::to_string(text.size()) + " " + std::to_string(crc32(text));
+}
+
+std::string stateOf(const std::string& path) {
+    return fileExists(path) ? fingerprint(readFile(path)) : std::string(kAbsent);
 }
 
 // Text that is appended begins on a line of its own.
@@ -200,6 +205,7 @@ std::string CustomEngineStore::mergeEngineFile() {
     if (!m_engines.empty()) saveEngineFile();
     const FolderLock lock(enginesFile());
     const std::array<std::string, 2> custom = {textOf(enginesFile()), textOf(categoriesFile())};
+    if (custom[0].empty() && custom[1].empty()) return std::string(kMergedNotice);
     std::array<std::string, 2> paths;
     std::array<std::string, 2> merged;
     IniFile ledger;
@@ -209,13 +215,13 @@ std::string CustomEngineStore::mergeEngineFile() {
         merged[i] = custom[i].empty() ? text
                     : i == 0          ? mergedEngines(text, custom[i])
                                       : mergedCategories(text, custom[i]);
-        const bool exists = fileExists(paths[i]);
-        if (exists) writeFile(copyOf(paths[i]), text);
+        if (fileExists(paths[i])) writeFile(copyOf(paths[i]), text);
         ledger.setValue(kSection, kMergedFiles[i], fingerprint(merged[i]));
-        ledger.setValue(kSection, std::string(kMergedFiles[i]) + ".before", exists ? "kept" : kAbsent);
+        ledger.setValue(kSection, std::string(kMergedFiles[i]).append(kBefore), stateOf(paths[i]));
     }
     ledger.save(m_services.paths.inWindows("merge.previous"));
-    writeBoth(paths[0], merged[0], paths[1], merged[1]);
+    // The tables first: a table without its engine does no harm.
+    writeBoth(paths[1], merged[1], paths[0], merged[0]);
     std::string notice(kMergedNotice);
     if (hasEnd(merged[1]) && containsNoCase(custom[1], "\r\n["))
         notice += "\r\n\r\n" + paths[1] +
@@ -234,21 +240,28 @@ void CustomEngineStore::undoMerge() {
     const std::string ledgerFile = m_services.paths.inWindows("merge.previous");
     const IniFile ledger = IniFile::load(ledgerFile);
     std::array<std::string, 2> paths;
+    std::array<std::string, 2> before;  // the state of each file then
+    std::array<std::string, 2> old;
     for (std::size_t i = 0; i < kMergedFiles.size(); ++i) {
         paths[i] = m_services.paths.inWindows(kMergedFiles[i]);
-        if (fingerprint(textOf(paths[i])) != ledger.value(kSection, kMergedFiles[i]))
+        before[i] = ledger.value(kSection, std::string(kMergedFiles[i]).append(kBefore));
+        // After a merge that was cut short a file may be as it was before.
+        const std::string now = stateOf(paths[i]);
+        if (now != ledger.value(kSection, kMergedFiles[i]) && now != before[i])
             throw Failure(paths[i] +
                           " was changed since the merge, by an update for instance. Nothing was "
                           "taken back.");
+        if (before[i] == kAbsent) continue;
+        if (stateOf(copyOf(paths[i])) != before[i])
+            throw Failure(copyOf(paths[i]) +
+                          " is not the copy made before the merge. Nothing was taken back.");
+        old[i] = readFile(copyOf(paths[i]));
     }
-    std::array<std::string, 2> old;
-    for (std::size_t i = 0; i < kMergedFiles.size(); ++i) old[i] = textOf(copyOf(paths[i]));
     writeBoth(paths[0], old[0], paths[1], old[1]);
-    for (std::size_t i = 0; i < kMergedFiles.size(); ++i) {
-        if (ledger.value(kSection, std::string(kMergedFiles[i]) + ".before") == kAbsent) removeFile(paths[i]);
-        removeFile(copyOf(paths[i]));
-    }
+    for (std::size_t i = 0; i < kMergedFiles.size(); ++i)
+        if (before[i] == kAbsent) removeFile(paths[i]);
     removeFile(ledgerFile);
+    for (const std::string& path : paths) removeFile(copyOf(path));
 }
 
 std::string exportedNotice(const std::string& folder) {

@@ -6,7 +6,6 @@
 #include "core/Failure.h"
 #include "core/FileStore.h"
 #include "core/FileSystem.h"
-#include "core/ItemReader.h"
 #include "core/Paths.h"
 #include "core/Prompts.h"
 #include "core/Services.h"
@@ -16,24 +15,13 @@
 #include "core/clsPreference.h"
 
 #include <algorithm>
-#include <array>
-#include <unordered_map>
 
 namespace relay {
 
 namespace {
 
 constexpr std::string_view kTitle = "Engine Builder";
-constexpr std::size_t kMostStrayBytes = 1000;
-constexpr std::string_view kTick = "Tick";
-constexpr std::string_view kTickOff = "TickOff";
 constexpr int kLevels = 5;
-
-// A row that has no value but a suggestion says what it would be.
-std::string whyText(const FormField& field, const FieldSuggestion& suggestion) {
-    if (suggestion.value.empty()) return std::string(reasonName(field.why));
-    return "use " + suggestion.value + " (" + std::string(reasonName(suggestion.why)) + ")";
-}
 
 std::string numberText(std::int32_t number) {
     return number == 0 ? std::string() : std::to_string(number);
@@ -47,16 +35,6 @@ bool isYes(std::string_view text) noexcept {
     return startsWithNoCase(text, "Y");
 }
 
-// The parts of a ">"-separated list.
-template <typename Take>
-void forEachEntry(std::string_view data, Take&& take) {
-    while (!data.empty()) {
-        const std::string_view entry = data.substr(0, data.find('>'));
-        take(entry);
-        data.remove_prefix(std::min(entry.size() + 1, data.size()));
-    }
-}
-
 }  // namespace
 
 EngineBuilder::EngineBuilder(const Services& services, const Catalogue& catalogue, Outside outside,
@@ -67,8 +45,6 @@ EngineBuilder::EngineBuilder(const Services& services, const Catalogue& catalogu
       m_outside(std::move(outside)),
       m_store(services) {
     lstEngines.setColumns({"Engine"});
-    lsvDataFields.setColumns({"Field Name", "Variable/Value", "Why"});
-    lsvCategory.setColumns({"Default Category", "Engine Category"});
     lsvReceived.setColumns({"Field Name", "What arrived"});
 }
 
@@ -103,34 +79,13 @@ bool EngineBuilder::loadCategory() {
     const std::string path = m_services.paths.inApp("cat.kws");
     if (!fileExists(path)) return false;
     std::string strayItems;
-    const auto failure = failureOf([&] { readCategories(readFile(path), strayItems); });
+    const auto failure = failureOf([&] { m_categories.read(readFile(path), strayItems); });
     if (failure)
         m_services.prompts.message(
             *failure +
                 "\r\nModule: loadCategory()\r\n------Load Category Fail ------\r\nBuffer=" + strayItems,
             "Load Category", Icon::Critical);
     return !failure;
-}
-
-void EngineBuilder::readCategories(std::string_view text, std::string& strayItems) {
-    const RowsBatch batch(lsvCategory);
-    ItemReader items(text);
-    std::string_view item;
-    std::string main;
-    const auto add = [this](std::string_view key, std::string shown) {
-        lsvCategory.add(Row{std::string(key), std::move(shown), {""}, std::string(kTickOff)});
-    };
-    while (items.nextEntry(item)) {
-        if (item.size() > 1 && item.front() == '[' && item.back() == ']') {
-            main = item.substr(1, item.size() - 2);
-            add(main, main);
-        } else if (main.empty()) {
-            if (strayItems.size() < kMostStrayBytes)
-                strayItems.append(left(item, kMostStrayBytes)).append("\r\n");
-        } else if (!equalsNoCase(item, "Other") || equalsNoCase(main, "Miscellaneous")) {
-            add(item, main + " >> " + std::string(item));
-        }
-    }
 }
 
 void EngineBuilder::listEngines(int current) {
@@ -149,7 +104,7 @@ void EngineBuilder::listEngines(int current) {
 // ---- the form's fields and the record
 
 void EngineBuilder::ClearFields() {
-    showFieldRows({});
+    m_fields.show({});
     setCategoryData({});
     const CustomEngineRecord cleared;
     fill(cleared);
@@ -190,21 +145,10 @@ CustomEngineRecord EngineBuilder::formRecord() const {
         EngineTypes.at(static_cast<std::size_t>(std::clamp(cboEngineType, 0, int{EngineTypes.size()} - 1)))
             .code;
     record.Category = cboCategory == 1 ? "Y" : "N";
-    const auto addEntry = [&record](std::string_view key, std::string_view value) {
-        record.CategoryData.append(record.CategoryData.empty() ? "" : ">")
-            .append(key)
-            .append("=")
-            .append(value);
-    };
-    for (int row = 0; row < lsvCategory.count(); ++row) {
-        const RowView category = lsvCategory.at(row);
-        if (!category.subItems[0].empty()) addEntry(category.key, category.subItems[0]);
-    }
-    for (const std::string& entry : m_otherCategories)
-        record.CategoryData.append(record.CategoryData.empty() ? "" : ">").append(entry);
+    record.CategoryData = m_categories.data();
     record.Method = cboMethod;
     record.Action = txtAction;
-    record.Query = buildQuery(m_fields);
+    record.Query = buildQuery(m_fields.fields());
     record.Adults = yesNo(chkAllowAdultSite);
     record.AdultOnlySites = yesNo(chkAdultOnlySite);
     record.Language = txtLanguage;
@@ -242,54 +186,16 @@ void EngineBuilder::refreshFindings() {
 }
 
 void EngineBuilder::setQueryData(const std::string& query) {
-    attempt("setQueryData_Error: ", [&] { showFieldRows(splitQuery(query)); });
-}
-
-void EngineBuilder::showFieldRows(std::vector<FormField> shown) {
-    m_fields = std::move(shown);
-    m_suggestions.assign(m_fields.size(), {});
-    std::unordered_map<std::string_view, const FieldHint*, KeyHash, KeyEqual> hints;
-    for (const FieldHint& hint : m_hints) hints.emplace(hint.name, &hint);
-    const RowsBatch batch(lsvDataFields);
-    lsvDataFields.clear();
-    for (std::size_t i = 0; i < m_fields.size(); ++i) {
-        const FormField& field = m_fields[i];
-        const auto hint = field.value.empty() ? hints.find(field.name) : hints.end();
-        if (hint != hints.end()) m_suggestions[i] = suggestValue(*hint->second);
-        lsvDataFields.add(Row{field.name, field.name, {field.value, whyText(field, m_suggestions[i])}});
-    }
-}
-
-void EngineBuilder::showFieldRow(int row) {
-    const auto place = static_cast<std::size_t>(row);
-    lsvDataFields.setSubItem(row, 1, m_fields[place].value);
-    lsvDataFields.setSubItem(row, 2, whyText(m_fields[place], m_suggestions[place]));
+    attempt("setQueryData_Error: ", [&] { m_fields.show(splitQuery(query)); });
 }
 
 void EngineBuilder::setCategoryData(std::string_view data) {
-    m_otherCategories.clear();
-    const RowsBatch batch(lsvCategory);
-    for (int row = 0; row < lsvCategory.count(); ++row) {
-        lsvCategory.setSubItem(row, 1, {});
-        lsvCategory.setIcon(row, std::string(kTickOff));
-    }
-    std::string problem;
-    forEachEntry(data, [&](std::string_view entry) {
-        const std::size_t equals = entry.find('=');
-        if (equals == npos) return;
-        const int row = lsvCategory.indexOf(entry.substr(0, equals));
-        if (row >= 0) {
-            lsvCategory.setSubItem(row, 1, std::string(entry.substr(equals + 1)));
-            lsvCategory.setIcon(row, std::string(kTick));
-            return;
-        }
-        m_otherCategories.emplace_back(entry);
-        if (problem.empty())
-            problem = "Element not found\r\nField: " + std::string(entry.substr(0, equals)) +
-                      "\r\nValue: " + std::string(entry.substr(equals + 1));
-    });
-    if (!problem.empty())
-        m_services.prompts.message("setCategoryData_Error: " + problem, kTitle, Icon::Critical);
+    const std::string unknown = m_categories.show(data);
+    if (unknown.empty()) return;
+    const std::size_t equals = unknown.find('=');
+    m_services.prompts.message("setCategoryData_Error: Element not found\r\nField: " +
+                                   unknown.substr(0, equals) + "\r\nValue: " + unknown.substr(equals + 1),
+                               kTitle, Icon::Critical);
 }
 
 // ---- the engines
@@ -303,7 +209,7 @@ void EngineBuilder::getEngineData(int row) {
     }
     attempt("getEngineData_Error: ", [&] {
         const CustomEngineRecord record = m_store.engines().at(static_cast<std::size_t>(row));
-        m_hints.clear();
+        m_fields.setHints({});
         ClearFields();
         txtSource.clear();
         cmdGetFields = false;
@@ -338,7 +244,7 @@ void EngineBuilder::New() {
         return;
     }
     if (!settleChanges()) return;
-    m_hints.clear();
+    m_fields.setHints({});
     txtEngineName = trim(*name);
     txtEngineURL.clear();
     txtSubmitURL.clear();
@@ -354,10 +260,9 @@ void EngineBuilder::New() {
 
 void EngineBuilder::report(const RecordProblem& problem) {
     m_services.prompts.message(problem.words, kTitle, Icon::Information);
-    if (problem.control == "lsvDataFields")
-        Q_EMIT tabWanted(Tab::Fields);
-    else
-        Q_EMIT tabWanted(Tab::Engine);
+    Q_EMIT tabWanted(problem.control == "lsvDataFields" ? Tab::Fields
+                     : problem.control == "lsvCategory" ? Tab::Categories
+                                                        : Tab::Engine);
     Q_EMIT focusWanted(std::string(problem.control));
 }
 
@@ -401,7 +306,7 @@ void EngineBuilder::Delete() {
     txtEngineURL.clear();
     txtSubmitURL.clear();
     txtSource.clear();
-    m_hints.clear();
+    m_fields.setHints({});
     ClearFields();
     listEngines(-1);
     noteFilled();
@@ -495,12 +400,13 @@ void EngineBuilder::getSource() {
         return;
     }
     const std::string url = withScheme(txtSubmitURL);
+    if (!m_outside.connect(url)) {
+        m_services.prompts.beep();
+        return;
+    }
     txtSource.clear();
     cmdGetFields = false;
-    if (!m_outside.connect(url))
-        m_services.prompts.beep();
-    else
-        Q_EMIT statusChanged("Retrieving data from " + url + " ....");
+    Q_EMIT statusChanged("Retrieving data from " + url + " ....");
     Q_EMIT changed();
 }
 
@@ -518,7 +424,7 @@ void EngineBuilder::getDataFromHTML(std::string_view html) {
     Q_EMIT statusChanged("Parse data ....");
     const bool read = attempt("GetDataFromHTML_Error: ", [&] {
         txtSource = extractFormSource(html);
-        m_hints = readFieldHints(html);
+        m_fields.setHints(readFieldHints(html));
         cmdGetFields = true;
     });
     Q_EMIT statusChanged({});
@@ -529,7 +435,7 @@ void EngineBuilder::getDataFromHTML(std::string_view html) {
 
 void EngineBuilder::editSource(std::string text) {
     txtSource = std::move(text);
-    m_hints.clear();
+    m_fields.setHints({});
     cmdGetFields = true;
     Q_EMIT changed();
 }
@@ -538,26 +444,18 @@ void EngineBuilder::getFields() {
     attempt("getFields_Error: ", [this] {
         ClearFields();
         const ScrapedForm form = readForm(txtSource);
-        if (m_hints.empty()) m_hints = readFieldHints(txtSource);
+        if (!m_fields.hasHints()) m_fields.setHints(readFieldHints(txtSource));
         if (form.found) {
             cboMethod = form.method;
             txtAction = form.action;
         }
         cboCategory = 0;
         const CustomEngineRecord* const stored = m_store.find(trim(txtEngineName));
-        showFieldRows(form.fields);
+        m_fields.show(form.fields);
         if (stored == nullptr) return;
         formChanges = compareWithStored({stored->Method, stored->Action, stored->Query}, form);
         // What was filled in by hand before is the best suggestion.
-        std::unordered_map<std::string_view, const FormField*, KeyHash, KeyEqual> before;
-        const std::vector<FormField> storedFields = splitQuery(stored->Query);
-        for (const FormField& field : storedFields) before.emplace(field.name, &field);
-        for (std::size_t i = 0; i < m_fields.size(); ++i) {
-            const auto known = m_fields[i].value.empty() ? before.find(m_fields[i].name) : before.end();
-            if (known == before.end() || !known->second->value.starts_with('<')) continue;
-            m_suggestions[i] = {known->second->value, FieldReason::Stored};
-            showFieldRow(static_cast<int>(i));
-        }
+        m_fields.suggestStored(splitQuery(stored->Query));
         if (formChanges.empty()) formChanges.emplace_back("The form is as it was when it was stored");
     });
     cmdGetFields = false;
@@ -571,7 +469,7 @@ void EngineBuilder::getFields() {
 
 void EngineBuilder::chooseField(int row) {
     if (row < 0 || row >= lsvDataFields.count()) return;
-    const FormField& field = m_fields[static_cast<std::size_t>(row)];
+    const FormField& field = m_fields.fields()[static_cast<std::size_t>(row)];
     txtFieldName = field.name;
     txtFieldNameLocked = true;
     txtValue = field.value;
@@ -584,25 +482,9 @@ void EngineBuilder::updateField() {
         return;
     }
     const int row = lsvDataFields.firstHighlighted();
-    if (row >= 0) {
-        const auto place = static_cast<std::size_t>(row);
-        FormField& field = m_fields[place];
-        if (field.value != txtValue) {
-            field.value = txtValue;
-            field.why = FieldReason::None;
-            m_suggestions[place] = {};
-        }
-        if (field.name == txtFieldName) {
-            showFieldRow(row);
-        } else if (lsvDataFields.contains(txtFieldName) && !equalsNoCase(field.name, txtFieldName)) {
-            m_services.prompts.message("There is a field of this name already.", "Update", Icon::Information);
-        } else {
-            field.name = txtFieldName;
-            std::vector<FormField> renamed = m_fields;
-            showFieldRows(std::move(renamed));
-            lsvDataFields.setHighlighted(row, true);
-        }
-    }
+    m_fields.setValue(row, txtValue);
+    if (!m_fields.rename(row, txtFieldName))
+        m_services.prompts.message("There is a field of this name already.", "Update", Icon::Information);
     txtFieldNameLocked = true;
     refreshFindings();
     Q_EMIT changed();
@@ -611,53 +493,24 @@ void EngineBuilder::updateField() {
 void EngineBuilder::deleteField() {
     const int row = lsvDataFields.firstHighlighted();
     if (row < 0) return;
-    std::vector<FormField> rest = m_fields;
-    rest.erase(rest.begin() + row);
-    showFieldRows(std::move(rest));
-    if (lsvDataFields.count() > 0)
-        lsvDataFields.setHighlighted(std::min(row, lsvDataFields.count() - 1), true);
+    m_fields.remove(row);
     txtFieldName.clear();
     txtValue.clear();
     refreshFindings();
     Q_EMIT changed();
 }
 
-bool EngineBuilder::hasSuggestion(int row) const noexcept {
-    const auto place = static_cast<std::size_t>(row);
-    return row >= 0 && place < m_suggestions.size() && !m_suggestions[place].value.empty();
-}
-
-bool EngineBuilder::hasSuggestions() const noexcept {
-    return std::any_of(m_suggestions.begin(), m_suggestions.end(),
-                       [](const FieldSuggestion& suggestion) { return !suggestion.value.empty(); });
-}
-
 bool EngineBuilder::acceptSuggestion(int row) {
-    if (!hasSuggestion(row)) return false;
-    const auto place = static_cast<std::size_t>(row);
-    m_fields[place].value = m_suggestions[place].value;
-    m_fields[place].why = m_suggestions[place].why;
-    m_suggestions[place] = {};
-    showFieldRow(row);
-    if (equalsNoCase(txtFieldName, m_fields[place].name)) txtValue = m_fields[place].value;
+    if (!m_fields.accept(row)) return false;
+    const FormField& field = m_fields.fields()[static_cast<std::size_t>(row)];
+    if (equalsNoCase(txtFieldName, field.name)) txtValue = field.value;
     refreshFindings();
     Q_EMIT changed();
     return true;
 }
 
 int EngineBuilder::acceptAllSuggestions() {
-    int accepted = 0;
-    {
-        const RowsBatch batch(lsvDataFields);
-        for (std::size_t i = 0; i < m_fields.size(); ++i) {
-            if (m_suggestions[i].value.empty()) continue;
-            m_fields[i].value = m_suggestions[i].value;
-            m_fields[i].why = m_suggestions[i].why;
-            m_suggestions[i] = {};
-            showFieldRow(static_cast<int>(i));
-            ++accepted;
-        }
-    }
+    const int accepted = m_fields.acceptAll();
     refreshFindings();
     Q_EMIT statusChanged(accepted == 0 ? "There are no suggestions."
                                        : std::to_string(accepted) + " suggestions accepted.");
@@ -669,30 +522,22 @@ int EngineBuilder::acceptAllSuggestions() {
 
 void EngineBuilder::chooseCategory(int row) {
     if (row < 0 || row >= lsvCategory.count()) return;
-    const RowView category = lsvCategory.at(row);
-    const std::size_t arrow = category.text.find(">>");
-    txtDefaultCategory = category.text;
-    txtEngineCategory = !category.subItems[0].empty() ? category.subItems[0]
-                        : arrow != npos               ? trim(category.text.substr(arrow + 2))
-                                                      : category.text;
+    txtDefaultCategory = lsvCategory.at(row).text;
+    txtEngineCategory = m_categories.suggestion(row);
     Q_EMIT changed();
 }
 
 void EngineBuilder::updateCategory() {
     const int row = lsvCategory.firstHighlighted();
     if (row < 0) return;
-    lsvCategory.setSubItem(row, 1, txtEngineCategory);
-    lsvCategory.setIcon(row, std::string(txtEngineCategory.empty() ? kTickOff : kTick));
+    m_categories.setValue(row, txtEngineCategory);
     refreshFindings();
     Q_EMIT changed();
 }
 
 void EngineBuilder::clearCategories() {
-    for (int row = 0; row < lsvCategory.count(); ++row) {
-        if (!lsvCategory.at(row).highlighted) continue;
-        lsvCategory.setSubItem(row, 1, {});
-        lsvCategory.setIcon(row, std::string(kTickOff));
-    }
+    for (int row = 0; row < lsvCategory.count(); ++row)
+        if (lsvCategory.at(row).highlighted) m_categories.setValue(row, {});
     refreshFindings();
     Q_EMIT changed();
 }
@@ -708,7 +553,7 @@ void EngineBuilder::tryIt() {
     lsvReceived.clear();
     lblReceived.clear();
     m_secretFields.clear();
-    for (const FormField& field : m_fields)
+    for (const FormField& field : m_fields.fields())
         if (equalsNoCase(field.value, "<PASSWORD>")) m_secretFields.push_back(field.name);
     if (!m_outside.tryOut(record))
         m_services.prompts.beep();

@@ -2,7 +2,8 @@
 #pragma once
 
 #include "catalogue/CustomEngineStore.h"
-#include "catalogue/FormHints.h"
+#include "catalogue/DefaultCategoryRows.h"
+#include "catalogue/FieldRows.h"
 #include "core/Rows.h"
 
 #include <QObject>
@@ -66,7 +67,7 @@ class EngineBuilder final : public QObject {
 
     std::string txtSource;
     bool cmdGetFields = false;  // enabled
-    Rows lsvDataFields;         // field name, variable or value, why; the tag holds the suggestion
+    Rows lsvDataFields;         // field name, variable or value, why
     std::string txtFieldName;
     bool txtFieldNameLocked = true;
     std::string txtValue;
@@ -114,8 +115,8 @@ class EngineBuilder final : public QObject {
     // Gives the row its suggested value; false when it has none.
     bool acceptSuggestion(int row);
     int acceptAllSuggestions();
-    bool hasSuggestion(int row) const noexcept;
-    bool hasSuggestions() const noexcept;
+    bool hasSuggestion(int row) const noexcept { return m_fields.hasSuggestion(row); }
+    bool hasSuggestions() const noexcept { return m_fields.hasSuggestions(); }
 
     void chooseCategory(int row);
     void updateCategory();
@@ -135,12 +136,9 @@ class EngineBuilder final : public QObject {
 
   private:
     bool loadCategory();
-    void readCategories(std::string_view text, std::string& strayItems);
     void ClearFields();
     void setQueryData(const std::string& query);
     void setCategoryData(std::string_view data);
-    void showFieldRows(std::vector<FormField> fields);
-    void showFieldRow(int row);
     void fill(const CustomEngineRecord& record);
     CustomEngineRecord formRecord() const;
     void noteFilled();
@@ -155,13 +153,11 @@ class EngineBuilder final : public QObject {
     const Catalogue& m_catalogue;
     Outside m_outside;
     CustomEngineStore m_store;
-    int m_current = -1;                          // row of lstEngines
-    CustomEngineRecord m_filled;                 // the form when it was last filled or saved
-    std::vector<FormField> m_fields;             // behind lsvDataFields
-    std::vector<FieldSuggestion> m_suggestions;  // in the same order
-    std::vector<FieldHint> m_hints;              // of the page that txtSource comes from
-    std::vector<std::string> m_otherCategories;  // entries of the record without a row
-    std::vector<std::string> m_secretFields;     // of the trial
+    int m_current = -1;           // row of lstEngines
+    CustomEngineRecord m_filled;  // the form when it was last filled or saved
+    FieldRows m_fields{lsvDataFields};
+    DefaultCategoryRows m_categories{lsvCategory};
+    std::vector<std::string> m_secretFields;  // of the trial
 };
 
 }  // namespace relay

@@ -272,6 +272,15 @@ void noteNames(std::vector<std::string>& lines, std::string_view before,
         lines.push_back(std::string(before) + "... " + std::to_string(names.size() - kMostNamed) + " more");
 }
 
+// A page may give the action relative to its own address, which a record may not.
+bool isSameAction(std::string_view stored, std::string_view action) {
+    if (stored == action) return true;
+    if (action.empty() || action.find("://") != npos) return false;
+    if (action.starts_with("./")) action.remove_prefix(2);
+    if (!stored.ends_with(action)) return false;
+    return action.starts_with('/') || stored.substr(0, stored.size() - action.size()).ends_with('/');
+}
+
 }  // namespace
 
 std::vector<FieldHint> readFieldHints(std::string_view html) {
@@ -309,7 +318,7 @@ std::vector<std::string> compareWithStored(const StoredForm& stored, const Scrap
     };
     if (!equalsNoCase(stored.method, form.method))
         lines.push_back("Method: " + shown(stored.method) + " is now " + shown(form.method));
-    if (stored.action != form.action)
+    if (!isSameAction(stored.action, form.action))
         lines.push_back("Action: " + shown(stored.action) + " is now " + shown(form.action));
     using Names = std::unordered_set<std::string_view, KeyHash, KeyEqual>;
     const std::vector<FormField> before = splitQuery(stored.query);
@@ -321,11 +330,18 @@ std::vector<std::string> compareWithStored(const StoredForm& stored, const Scrap
     std::vector<std::string> gone;
     for (const FormField& field : form.fields)
         if (!old.contains(field.name)) added.push_back(field.name);
-    // A field of this name gets no row, so it is not gone.
-    for (const FormField& field : before)
-        if (!now.contains(field.name) && !equalsNoCase(field.name, "address")) gone.push_back(field.name);
+    bool lostAddress = false;
+    for (const FormField& field : before) {
+        if (now.contains(field.name)) continue;
+        // A field of this name never gets a row, so it need not be gone.
+        if (equalsNoCase(field.name, "address"))
+            lostAddress = true;
+        else
+            gone.push_back(field.name);
+    }
     noteNames(lines, "New field: ", added);
     noteNames(lines, "Field is gone: ", gone);
+    if (lostAddress) lines.emplace_back("Add this field by hand again: address");
     return lines;
 }
 

@@ -225,13 +225,12 @@ std::string extractFormSource(std::string_view html) {
 ScrapedForm readForm(std::string_view source) {
     ScrapedForm form;
     std::size_t at = findNoCase(source, "<form");
-    if (at == npos) return form;
+    const std::size_t formClose = at == npos ? npos : source.find('>', at);
+    if (formClose == npos) return form;
     form.found = true;
-    if (const std::size_t close = source.find('>', at); close != npos) {
-        const std::string_view tag = source.substr(at + 1, close - at);
-        form.method = containsNoCase(getFieldValue(tag, "method"), "post") ? "POST" : "GET";
-        form.action = getFieldValue(tag, "ACTION");
-    }
+    const std::string_view formTag = source.substr(at + 1, formClose - at);
+    form.method = containsNoCase(getFieldValue(formTag, "method"), "post") ? "POST" : "GET";
+    form.action = getFieldValue(formTag, "ACTION");
     // About what a field takes in a source.
     constexpr std::size_t kFieldBytes = 64;
     form.fields.reserve(std::min(kMostFormFields, source.size() / kFieldBytes));

@@ -39,7 +39,7 @@ inline constexpr std::string_view kUsualMethod = "Get";
 
 // What the form source says.
 struct ScrapedForm final {
-    bool found = false;  // there is a form; else all below is empty
+    bool found = false;  // there is a form with a whole opening tag; else all below is empty
     std::string method;  // "GET" or "POST"
     std::string action;
     std::vector<FormField> fields;  // names are unique without regard to case

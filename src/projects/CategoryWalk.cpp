@@ -123,6 +123,8 @@ bool CategoryWalk::isBusy() {
 void CategoryWalk::openMainCategory(int row) {
     Rows& rows = m_fields.lsvCustomMainCategory;
     if (row < 0 || row >= rows.count() || isBusy()) return;
+    // The keyboard opens a row without a click.
+    chooseMainCategory(row);
     m_addPageNext = false;
     if (!m_currentPath.ends_with('/')) rows.setTag(row, std::string(rows.at(row).tag) + '/');
     retrieveSubCategory(std::string(rows.at(row).tag));

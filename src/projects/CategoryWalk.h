@@ -37,7 +37,7 @@ class CategoryWalk final : public QObject {
 
     // A row of cboCustomEngines was chosen.
     void chooseEngine(int row);
-    // A click, and a double click, on a row of lsvCustomMainCategory.
+    // A click, and a double click, on a row of lsvCustomMainCategory. Opening a row chooses it too.
     void chooseMainCategory(int row);
     void openMainCategory(int row);
     // A double click on a row of lsvCustomSubCategory: down, or up on the first row.

@@ -8,6 +8,7 @@
 #include "core/Text.h"
 #include "practice/PracticeWeb.h"
 #include "submission/SubmissionController.h"
+#include "submission/frmSubmit.h"
 #include "widgets/ListView.h"
 
 #include <QAction>
@@ -68,6 +69,10 @@ class EngineBuilderTest : public WindowTest {
 };
 
 TEST_F(EngineBuilderTest, AFormGoesFromItsAddressToASubmission) {
+    home.write("project.kwj",
+               "[Shop]\r\nLast=1\r\n1=Roses|" +
+                   home.writeWebsite("Projects/Roses.kws", {"http://shop.example/"}, "Title=Rose Shop\r\n") +
+                   "\r\n");
     start();
     {
         frmEngineBuilder& form = open();
@@ -117,26 +122,33 @@ TEST_F(EngineBuilderTest, AFormGoesFromItsAddressToASubmission) {
     start();
     Catalogue& catalogue = program().main().catalogue;
     ASSERT_TRUE(catalogue.selection.EngineSingleSelect("Cove Search"));
-    const std::string website =
-        home.writeWebsite("Projects/Shop.kws", {"http://shop.example/"}, "Title=Rose Shop\r\n");
-    SubmissionController controller(program().services(), catalogue, {});
-    bool done = false;
-    QObject::connect(&controller, &SubmissionController::runDone, &controller, [&done] { done = true; });
-    ASSERT_TRUE(controller.addSite(website, "Shop", "Shops"));
-    ASSERT_TRUE(controller.cmdNext() && controller.cmdStart() && controller.cmdSubmit());
-    ASSERT_TRUE(waitUntil([&] { return done; }));
-    // How it did is in the history, and in the list of engines when that is wanted.
-    const Rows& engines = catalogue.lists.lsvEngines;
-    const int row = engines.indexOf("Cove Search");
-    EXPECT_EQ(engines.columnCount(), 3);
-    find<QAction>("mnuEngineHealth").trigger();
-    EXPECT_EQ(engines.columnCount(), 5);
-    EXPECT_EQ(engines.at(row).subItems[2], "2002-04-01 13:05:00");
-    find<QAction>("mnuEngineHealth").trigger();
-    EXPECT_EQ(engines.columnCount(), 3);
+    clickNode("Shop/Roses");
+    whenModal([](QWidget& wizard) {
+        EXPECT_TRUE(waitUntil([&] { return QApplication::activeWindow() == &wizard; }));
+        for (int page = 0; page < 3; ++page) QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        EXPECT_TRUE(waitUntil([&] {
+            return control<QTabWidget>(wizard, "SSTab1").currentIndex() == 3 &&
+                   !dynamic_cast<frmSubmit&>(wizard).controller().isRunning();
+        }));
+        QCoreApplication::processEvents();  // the box
+        QTest::keyClick(&wizard, Qt::Key_Escape);
+    });
+    command("Submit");
+    ASSERT_EQ(web.received().size(), 1u);
     const auto fields = web.received().front().fields;
     EXPECT_EQ(fields.at(0), std::pair(std::string("site_name"), std::string("Rose Shop")));
     EXPECT_EQ(fields.at(3), std::pair(std::string("lang"), std::string("English")));
+
+    // How it did is in the history, and in the list of engines when that is wanted, from then on.
+    EXPECT_EQ(catalogue.lists.lsvEngines.columnCount(), 3);
+    find<QAction>("mnuEngineHealth").trigger();
+    quit();
+    start();
+    const Rows& engines = program().main().catalogue.lists.lsvEngines;
+    EXPECT_EQ(engines.columnCount(), 5);
+    EXPECT_EQ(engines.at(engines.indexOf("Cove Search")).subItems[2], "2002-04-01 13:05:00");
+    find<QAction>("mnuEngineHealth").trigger();
+    EXPECT_EQ(engines.columnCount(), 3);
 }
 
 // A second scan of a stored engine says what became of its form; unsaved work is never lost without a word.

@@ -107,9 +107,13 @@ TEST_F(CategoryWalkTest, BeepsWhileAPageIsFetchedAndSaysWhatIsWrong) {
     walk.openMainCategory(0);
     EXPECT_EQ(prompts.last().kind, "beep");
     ASSERT_TRUE(waitUntil([this] { return ended == 1; }));
+    // Opened again by the keyboard, without a click, it is the same page.
+    walk.openMainCategory(0);
+    ASSERT_TRUE(waitUntil([this] { return ended == 2; }));
+    EXPECT_EQ(website.fields.lsvCustomMainCategory.at(0).tag, "/Arts/");
     website.fields.lsvCustomSubCategory.setTag(1, "/Nowhere/");
     walk.openSubCategory(1);
-    ASSERT_TRUE(waitUntil([this] { return ended == 2; }));
+    ASSERT_TRUE(waitUntil([this] { return ended == 3; }));
     EXPECT_NE(prompts.statuses.back().find("404"), std::string::npos);
     EXPECT_EQ(texts(website.fields.lsvCustomSubCategory), std::vector<std::string>{"<< ..."});
     EXPECT_EQ(walk.lblReadyToSubmit(), "");
