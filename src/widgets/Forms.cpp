@@ -12,6 +12,8 @@
 #include <QVersionNumber>
 #include <QWidget>
 
+#include <algorithm>
+
 namespace relay {
 
 void CenterForm(QWidget& form) {
@@ -20,7 +22,7 @@ void CenterForm(QWidget& form) {
     const QRect area = screen->geometry();
     const int top = (qRound(0.9 * area.height()) - form.height()) / 2;
     const int left = (area.width() - form.width()) / 2;
-    form.move(area.left() + left, area.top() + top);
+    form.move(area.left() + std::max(0, left), area.top() + std::max(0, top));
 }
 
 void showInTabs(QWidget& field) {

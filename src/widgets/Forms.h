@@ -11,6 +11,7 @@ class QWidget;
 namespace relay {
 
 // Puts a form slightly above the centre of its screen: it gets nine tenths of the centring offset.
+// The corner of a form larger than the screen stays on it.
 void CenterForm(QWidget& form);
 // Switches every tab control around a field to its page and focuses the field.
 void showInTabs(QWidget& field);
