@@ -12,7 +12,6 @@
 #include <QCloseEvent>
 #include <QCompleter>
 #include <QFontDatabase>
-#include <QScreen>
 #include <QShortcut>
 #include <QSignalBlocker>
 #include <QToolButton>
@@ -88,8 +87,6 @@ frmEngineBuilder::frmEngineBuilder(const Services& services, const Catalogue& ca
     connect(escape, &QShortcut::activated, this, [this] {
         if (m_fetching.isRunning()) m_fetching.cancel();
     });
-    // With a larger font the usual size may be more than the screen has.
-    resize(size().boundedTo(screen()->availableSize()));
     CenterForm(*this);
 }
 

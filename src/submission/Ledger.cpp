@@ -158,10 +158,6 @@ std::optional<CutOffRun> oldestCutOffRun(const std::string& home) {
 
 }  // namespace
 
-std::string ledgerPath(const std::string& home, int number) {
-    return home + (number == 1 ? "/run.jsonl" : "/run-" + std::to_string(number) + ".jsonl");
-}
-
 struct Ledger::Data final {
     Descriptor file;
     std::string path;

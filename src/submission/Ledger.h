@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "submission/RunDigests.h"
+#include "submission/LedgerFiles.h"
 #include "submission/RunPlan.h"
 #include "submission/SubmissionRecords.h"
 
@@ -13,13 +13,6 @@
 #include <string_view>
 
 namespace relay {
-
-// The head of a ledger, apart from the run's plan.
-struct LedgerHead final {
-    QDateTime time;  // when the run began
-    RunDigests digests;
-    bool blockSpam = false;  // the setting BlockSpam as the run uses it
-};
 
 // The record of one run as it happens, so that the run can be continued after a crash or a power cut: JSON
 // Lines in the file "run.jsonl" of the home ("run-2.jsonl" up to "run-9.jsonl" while that belongs to another
@@ -66,9 +59,5 @@ class Ledger final {
     struct Data;
     std::unique_ptr<Data> m_data;
 };
-
-// Ledgers in a home, and their paths, numbered from 1.
-inline constexpr int kMostLedgers = 9;
-std::string ledgerPath(const std::string& home, int number);
 
 }  // namespace relay

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "submission/Ledger.h"
+#include "submission/LedgerFiles.h"
+#include "submission/RunPlan.h"
+#include "submission/SubmissionRecords.h"
 
 #include <cstdint>
 #include <optional>

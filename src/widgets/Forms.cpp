@@ -20,9 +20,10 @@ void CenterForm(QWidget& form) {
     const QScreen* const screen = form.screen();
     if (screen == nullptr) return;
     const QRect area = screen->geometry();
+    form.resize(form.size().boundedTo(screen->availableSize()));
     const int top = (qRound(0.9 * area.height()) - form.height()) / 2;
     const int left = (area.width() - form.width()) / 2;
-    form.move(area.left() + std::max(0, left), area.top() + std::max(0, top));
+    form.move(area.left() + std::max(left, 0), area.top() + std::max(top, 0));
 }
 
 void showInTabs(QWidget& field) {

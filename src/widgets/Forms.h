@@ -10,8 +10,8 @@ class QWidget;
 
 namespace relay {
 
-// Puts a form slightly above the centre of its screen: it gets nine tenths of the centring offset.
-// The corner of a form larger than the screen stays on it.
+// Puts a form slightly above the centre of its screen: it gets nine tenths of the centring offset. One
+// larger than the screen shrinks as far as its layout allows, and begins in the screen's corner.
 void CenterForm(QWidget& form);
 // Switches every tab control around a field to its page and focuses the field.
 void showInTabs(QWidget& field);

@@ -107,17 +107,17 @@ TEST_F(MainWindowTest, TheWindowReturnsToItsSavedPlaceButStaysReachable) {
     };
     EXPECT_EQ(placed("-40,30,1100,760"), QRect(0, 30, 1100, 760));
     EXPECT_EQ(placed("10,20,3000,760").width(), 3000);
-    const QRect lost = placed("90000,90000,1100,760");
+    const QRect lost = placed("90000,90000,700,600");
     EXPECT_TRUE(lost.intersects(QGuiApplication::primaryScreen()->geometry()));
-    EXPECT_EQ(lost.size(), QSize(1100, 760));
+    EXPECT_EQ(lost.size(), QSize(700, 600));
     const QRect screen = QGuiApplication::primaryScreen()->geometry();
     EXPECT_TRUE(placed("99999999999999,1,1100,760").intersects(screen));
-    EXPECT_EQ(placed("90000,90000,1100,760"), lost);
+    EXPECT_EQ(placed("90000,90000,700,600"), lost);
     window().setSplitterPlace(333);
     const int place = window().splitterPlace();
     quit();
     EXPECT_EQ(SettingsStore(home.paths().settingsFile).value(kApplication, "Preference", "MainFormPos"),
-              std::to_string(lost.x()) + "," + std::to_string(lost.y()) + ",1100,760");
+              std::to_string(lost.x()) + "," + std::to_string(lost.y()) + ",700,600");
     start();
     EXPECT_EQ(window().splitterPlace(), place);
 }

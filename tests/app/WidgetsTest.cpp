@@ -19,6 +19,7 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QPainter>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QStyleOption>
 #include <QTabWidget>
@@ -236,6 +237,19 @@ TEST(AppearanceTest, APaletteWithoutLegibleTextIsRecognised) {
         broken.setColor(text, broken.color(ground).lighter(120));
         EXPECT_FALSE(isLegible(broken)) << text;
     }
+}
+
+TEST(FormsTest, AFormIsCentredAndNeverBeginsOutsideItsScreen) {
+    const QSize screen = QApplication::primaryScreen()->size();
+    QWidget usual;
+    usual.resize(400, 300);
+    CenterForm(usual);
+    EXPECT_EQ(usual.pos(), QPoint((screen.width() - 400) / 2, (qRound(0.9 * screen.height()) - 300) / 2));
+    QWidget large;
+    large.resize(2 * screen);
+    CenterForm(large);
+    EXPECT_EQ(large.pos(), QPoint(0, 0));
+    EXPECT_LE(large.width(), screen.width());
 }
 
 TEST(QtPromptsTest, AWholeAddressTakesThePlaceOfItsBeginning) {
