@@ -23,10 +23,12 @@
 #include "ftp/KeychainSecrets.h"
 #include "ftp/frmFTPClient.h"
 #include "pagetools/frmMetaTag.h"
+#include "pagetools/frmOptimizer.h"
 #include "practice/StarterServer.h"
 #include "projects/UrlList.h"
 #include "projects/frmAddURL.h"
 #include "projects/frmAddURLFromWeb.h"
+#include "ranking/frmKeywordBuilder.h"
 #include "ranking/frmRanking.h"
 #include "ranking/frmSearch.h"
 #include "submission/frmPreview.h"
@@ -114,6 +116,33 @@ void showMetaTag(const CommandTarget& target, QWidget* parent) {
     form->exec();
 }
 
+// Not modal, so that pages can be chosen from the list of URLs beside it. The form deletes itself when it is
+// closed.
+void showOptimizer(const CommandTarget& target, QWidget* parent) {
+    auto* form = parent->findChild<frmOptimizer*>(QString(), Qt::FindDirectChildrenOnly);
+    if (form == nullptr) form = new frmOptimizer(target.main.optimizer, parent);
+    form->show();
+    form->raise();
+    form->activateWindow();
+}
+
+// Made at its first use; it keeps its list.
+void showKeywordBuilder(const CommandTarget& target, QWidget* parent) {
+    auto* form = parent->findChild<frmKeywordBuilder*>(QString(), Qt::FindDirectChildrenOnly);
+    if (form == nullptr) {
+        Workspace& workspace = target.main.workspace;
+        form = new frmKeywordBuilder(target.services, target.main.fetcher,
+                                     {[&workspace] { return workspace.currentNode()->file; },
+                                      [&workspace] { return workspace.autoSave(); },
+                                      // Saving reads a file that was changed.
+                                      [&workspace] { workspace.autoSave(); },
+                                      {}},
+                                     parent);
+    }
+    form->load();
+    form->exec();
+}
+
 void showNews(const CommandTarget& target, QWidget* parent) {
     News news(target.services, target.main.fetcher, starterServer(target.services.paths));
     frmNews(news, parent).exec();
@@ -173,6 +202,7 @@ struct Screen final {
 };
 constexpr Screen kScreens[] = {
     {"frmMetaTag", showMetaTag},
+    {"frmOptimizer", showOptimizer},
     {"frmFTPClient", showFTPClient},
     {"frmNews", showNews},
     {"frmAddIns", showAddIns},
@@ -194,6 +224,7 @@ constexpr Screen kScreens[] = {
      }},
     {"frmRanking",
      [](const CommandTarget& target, QWidget* parent) { frmRanking(target.services, parent).exec(); }},
+    {"frmKeywordBuilder", showKeywordBuilder},
     {"frmSearch",
      [](const CommandTarget& target, QWidget* parent) { frmSearch(target.services, parent).exec(); }},
     {"frmSubmit",
@@ -602,6 +633,8 @@ void frmMain::closeEvent(QCloseEvent* event) {
     }
     event->accept();
     if (auto* const ftp = findChild<frmFTPClient*>(QString(), Qt::FindDirectChildrenOnly)) ftp->close();
+    m_main.optimizer.cancel();
+    if (auto* const form = findChild<frmOptimizer*>(QString(), Qt::FindDirectChildrenOnly)) form->close();
 }
 
 }  // namespace relay

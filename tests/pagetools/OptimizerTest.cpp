@@ -9,12 +9,15 @@
 #include "pagetools/Optimizer.h"
 #include "pagetools/OptimizerReport.h"
 #include "pagetools/TextWidth.h"
+#include "practice/PracticePages.h"
+#include "support/CaseTable.h"
 #include "support/GoldenCases.h"
 #include "support/SessionFixture.h"
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 #include <random>
+#include <set>
 
 namespace relay::test {
 
@@ -216,6 +219,20 @@ TEST_F(OptimizerTest, CountsLikeOneScanForEachKeyword) {
     }
 }
 
+// The page's texts are in the report as they are.
+TEST_F(OptimizerTest, ShowsInTheWindowOnlyReportsThatASmallViewerCanTake) {
+    const auto shown = [this](const std::string& title) {
+        return reportForWindow(report("<frameset><title>" + title + "</title>"));
+    };
+    EXPECT_THAT(shown("x<IMG src=/etc/x><img"),
+                testing::AllOf(HasSubstr("x<no-IMG src=/etc/x><no-img"), EndsWith("</body></html>")));
+    EXPECT_EQ(shown("<table><table>"), "");
+    std::string many;
+    for (int i = 0; i < 500; ++i) many += "pen,";
+    EXPECT_EQ(reportForWindow(report(keywords(many))), "");
+    EXPECT_EQ(reportForWindow(""), "");
+}
+
 TEST_F(OptimizerTest, NamesReportsInsideTheirFolder) {
     const std::pair<const char*, const char*> names[] = {
         {"http://a.test/b/c.html?x=1", "a.test_b_c.html_x_1.html"},
@@ -262,8 +279,8 @@ TEST_F(OptimizerTest, GoesThroughTheScreensSteps) {
     EXPECT_THAT(prompts.last().text, HasSubstr("No document found from HTML file"));
     optimizer.showPage("<p>text</p>", "");
     EXPECT_EQ(optimizer.status(), "Done");
-    EXPECT_EQ(optimizer.report(), home.path("Optimizer/a.test_.html"));
-    EXPECT_EQ(prompts.last().kind + prompts.last().text, "system" + optimizer.report());
+    EXPECT_EQ(optimizer.report().path, home.path("Optimizer/a.test_.html"));
+    EXPECT_EQ(prompts.last().kind + prompts.last().text, "system" + optimizer.report().path);
     EXPECT_THAT(rulesOf(optimizer.findings()), testing::Contains("title-missing"));
     EXPECT_EQ(ends, 2);
 
@@ -275,7 +292,7 @@ TEST_F(OptimizerTest, GoesThroughTheScreensSteps) {
     EXPECT_THAT(prompts.last().text, testing::AllOf(HasSubstr("Module: Optimizer\r\n"),
                                                     EndsWith("\r\nFile: " + optimizer.cboSiteURL)));
     EXPECT_THAT(logText(), HasSubstr("Module: Optimizer"));
-    EXPECT_EQ(optimizer.report() + optimizer.status(), "");
+    EXPECT_EQ(optimizer.report().path + optimizer.status(), "");
     EXPECT_FALSE(optimizer.findings().empty());
     EXPECT_FALSE(optimizer.isBusy());
 
@@ -322,6 +339,36 @@ TEST_F(OptimizerTest, TellsTheLinesOfARulesFileThatItPassesOver) {
     EXPECT_EQ(settings.of(*findRule("lang")).severity, Severity::Notice);
     EXPECT_EQ(many.size(), 101U);
     EXPECT_EQ(many.back().text, "optimizer.rules: and 900 lines more");
+}
+
+// The pages of the practice web, as their index lists them, and what is found on each: every rule finds
+// something somewhere.
+TEST_F(OptimizerTest, FindsOnThePracticePagesWhatTheyShow) {
+    PracticeSite site;
+    const auto pageOfPractice = [&site](const std::string& name) {
+        PracticeRequest request;
+        request.method = "GET";
+        request.target = "/pages/" + name;
+        return answer(request, site).body;
+    };
+    const std::string index = pageOfPractice("");
+    std::set<std::string> shown;
+    std::set<std::string> seen;
+    playCases(TEST_FOLDER "/cases/practice-pages.txt",
+              {{"rulesFoundOn", [&](const std::vector<std::string>& in) {
+                    EXPECT_THAT(index, HasSubstr("\"" + in[0] + ".html\""));
+                    shown.insert(in[0]);
+                    std::vector<std::string> found =
+                        rulesOf(checkPage(pageOfPractice(in[0] + ".html"),
+                                          "http://127.0.0.1/pages/" + in[0] + ".html", RuleSettings()));
+                    found.erase(std::unique(found.begin(), found.end()), found.end());
+                    seen.insert(found.begin(), found.end());
+                    return joined(found);
+                }}});
+    EXPECT_EQ(seen.size(), findingRules().size());
+    std::size_t listed = 0;
+    for (std::size_t at = index.find("<li>"); at != npos; at = index.find("<li>", at + 1)) ++listed;
+    EXPECT_EQ(shown.size(), listed);
 }
 
 // The installed file says what the rules say without it.

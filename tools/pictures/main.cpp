@@ -17,9 +17,11 @@
 #include "ftp/frmFTPLogin.h"
 #include "pagetools/frmMetaTag.h"
 #include "pagetools/frmMetaTagChanges.h"
+#include "pagetools/frmOptimizer.h"
 #include "practice/PracticeWeb.h"
 #include "practice/StarterServer.h"
 #include "projects/frmAddURL.h"
+#include "ranking/frmKeywordBuilder.h"
 #include "ranking/frmRanking.h"
 #include "ranking/frmSearch.h"
 #include "submission/frmPreview.h"
@@ -37,6 +39,7 @@
 #include <QComboBox>
 #include <QDir>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
@@ -117,6 +120,42 @@ void drawMetaTags(Program& program, const test::TestHome& home, const QString& f
     frmMetaTagChanges changes(editor.editor().selectedFiles(), *editor.editor().wantedChange());
     changes.show();
     save(changes, folder, "meta-tag-changes");
+}
+
+// A page of the roses with a few mistakes.
+void drawOptimizer(Program& program, const QString& folder) {
+    constexpr std::string_view kPage =
+        "<!DOCTYPE html>\n<html>\n<head>\n<meta charset=\"utf-8\">\n<title>Old Garden Roses: 240 kinds of "
+        "old "
+        "roses, climbing roses and wild roses, grown outdoors</title>\n<meta name=\"keywords\" "
+        "content=\"roses,old roses,climbing roses\">\n<meta name=\"description\" content=\"A nursery for old "
+        "garden roses: climbing roses and old roses, sent bare-rooted.\">\n<link rel=\"canonical\" "
+        "href=\"https://www.roses.example/\">\n<script type=\"application/ld+json\">\n{\"@type\": "
+        "\"Store\",\n\"name\": \"Old Garden Roses\",}\n</script>\n</head>\n<body>\n<h1>Old Garden "
+        "Roses</h1>\n<img src=\"http://www.roses.example/rose.jpg\">\n<p>We grow 240 kinds of old roses "
+        "outdoors.</p>\n<h1>Climbing roses</h1>\n<p>For walls, arches and trees.</p>\n</body>\n</html>\n";
+    program.window().findChild<QAction*>(QStringLiteral("mnuToolsItems_1"))->trigger();
+    auto& form = *program.window().findChild<frmOptimizer*>();
+    auto* const tabs = form.findChild<QTabWidget*>(QStringLiteral("SSTab1"));
+    save(form, folder, "optimizer-empty");
+    tabs->setCurrentIndex(1);
+    save(form, folder, "optimizer-empty-findings");
+    Optimizer& optimizer = program.main().optimizer;
+    optimizer.cboSiteURL = "http://www.roses.example/";
+    optimizer.showPage(kPage, {});
+    tabs->setCurrentIndex(0);
+    save(form, folder, "optimizer");
+    tabs->setCurrentIndex(1);
+    auto* const findings = form.findChild<QAbstractItemView*>(QStringLiteral("lsvFindings"));
+    findings->setFocus();
+    findings->setCurrentIndex(findings->model()->index(findings->model()->rowCount() - 2, 0));
+    save(form, folder, "optimizer-findings");
+    for (int tab = 0; tab < tabs->count(); ++tab) {
+        tabs->setCurrentIndex(tab);
+        form.resize(form.minimumSizeHint());
+        save(form, folder, qPrintable(QStringLiteral("optimizer-small-%1").arg(tab)));
+    }
+    form.close();
 }
 
 void drawExtras(Program& program, const QString& folder) {
@@ -406,6 +445,44 @@ void drawRanking(Program& program, test::ScriptedPrompts& prompts, const QString
     save(search, folder, "search");
 }
 
+// The keyword builder on the practice web, each of its pages.
+void drawKeywords(Program& program, test::ScriptedPrompts& prompts, const QString& folder) {
+    frmKeywordBuilder form(program.services(), program.main().fetcher,
+                           {[&program] { return program.services().paths.inApp("Projects/Roses.kws"); },
+                            {},
+                            {},
+                            [](const std::vector<std::string>&) {}});
+    const auto press = [&form](const char* button) {
+        form.findChild<QPushButton*>(QLatin1String(button))->click();
+        test::waitUntil([&form] { return !form.builder().isRunning() && !form.words().isRunning(); });
+    };
+    form.load();
+    form.show();
+    save(form, folder, "keywords-empty");
+    form.findChild<QRadioButton*>(QStringLiteral("Option1_0"))->setChecked(true);
+    form.findChild<QComboBox*>(QStringLiteral("cboKeywords"))->setEditText(QStringLiteral("writing paper"));
+    press("Command1_0");
+    save(form, folder, "keywords");
+    auto* const tabs = form.findChild<QTabWidget*>(QStringLiteral("SSTab1"));
+    tabs->setCurrentIndex(1);
+    form.findChild<QPlainTextEdit*>(QStringLiteral("txtFirst"))->setPlainText(QStringLiteral("red\nblue"));
+    form.findChild<QPlainTextEdit*>(QStringLiteral("txtSecond"))
+        ->setPlainText(QStringLiteral("garden chairs\ngarden tables"));
+    press("cmdCombine");
+    save(form, folder, "keywords-combine");
+    tabs->setCurrentIndex(2);
+    press("cmdCount");
+    save(form, folder, "keywords-count");
+    tabs->setCurrentIndex(3);
+    save(form, folder, "keywords-send");
+    for (int tab = 0; tab < tabs->count(); ++tab) {
+        tabs->setCurrentIndex(tab);
+        form.resize(form.minimumSizeHint());
+        save(form, folder, qPrintable(QStringLiteral("keywords-small-%1").arg(tab)));
+    }
+    prompts.shown.clear();
+}
+
 void drawWindow(Program& program, const QString& folder) {
     frmMain& window = program.window();
     window.resize(1280, 800);
@@ -461,7 +538,9 @@ int main(int argc, char** argv) {
     drawSubmission(program, folder);
     drawDialogs(program, prompts, folder);
     drawMetaTags(program, home, folder);
+    drawOptimizer(program, folder);
     drawRanking(program, prompts, folder);
+    drawKeywords(program, prompts, folder);
     drawEngineBuilder(program, prompts, folder);
     drawUpdate(program, home, prompts, folder);
     drawFtp(program, home, prompts, folder);
