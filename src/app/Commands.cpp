@@ -10,6 +10,7 @@
 #include "core/Text.h"
 #include "core/Trap.h"
 #include "core/clsPreference.h"
+#include "pagetools/Optimizer.h"
 #include "projects/UrlList.h"
 
 namespace relay {
@@ -115,7 +116,8 @@ constexpr Command kMainCommands[] = {
      kFile, submit},
     {"MetaTag", "MetaTag", "Read and write the meta tags of pages (Ctrl+M)", "", always, kTools,
      [](Target target) { target.show("frmMetaTag"); }},
-    {"Optimizer", "Optimizer"},
+    {"Optimizer", "Optimizer", "Rate a page and list what should be better (Ctrl+Shift+O)", "", always,
+     kTools, [](Target target) { target.show("frmOptimizer"); }},
     {"Ranking", "Ranking", "See where sites rank on search engines (Ctrl+R)", "", always, kRanking, rank},
     {"Search", "Search", "Search the web in your browser (Ctrl+Shift+F)", "", always, kSearch,
      [](Target target) { target.show("frmSearch"); }},
@@ -150,7 +152,8 @@ constexpr Command kMainCommands[] = {
     // Tools.
     {"mnuToolsItems_0", "MetaTag", "", "Ctrl+M", always, kTools,
      [](Target target) { target.show("frmMetaTag"); }},
-    {"mnuToolsItems_1", "Optimizer"},
+    {"mnuToolsItems_1", "Optimizer", "", "Ctrl+Shift+O", always, kTools,
+     [](Target target) { target.show("frmOptimizer"); }},
     {"mnuToolsItems_2", "Ranking", "", "Ctrl+R", always, kRanking, rank},
     {"mnuToolsItems_3", "Search", "", "Ctrl+Shift+F", always, kSearch,
      [](Target target) { target.show("frmSearch"); }},
@@ -200,7 +203,10 @@ constexpr Command kUrlCommands[] = {
      onMetaTags<&UrlMetaTags::InsertMetaTag>},
     {"ReplaceMetaTag", "ReplaceMetaTag", "Replace the meta tags of the local file", "", always, "",
      onMetaTags<&UrlMetaTags::ReplaceMetaTag>},
-    {"Optimizer", "Optimizer", "Rate the page"},
+    {"Optimizer", "Optimizer", "Write a report on the page of the selected URL", "", always, "",
+     [](Target target) {
+         target.main.optimizer.optimizeURL(getFirstSelectedItem(target.main.website.fields.lsvSiteURLs));
+     }},
 };
 
 }  // namespace

@@ -26,6 +26,7 @@ const std::vector<HelpTopic>& helpTopics() {
         {"frmAddURLFromWeb", "urls.md#from-a-page"},
         {"frmMetaTag", "meta-tags.md"},
         {"frmMetaTagChanges", "meta-tags.md#write"},
+        {"frmOptimizer", "page-tools.md#the-optimizer"},
         {"frmSubmit", "submitting.md#from-the-window"},
         {"frmPreview", "submitting.md#what-an-engine-sees"},
         {"frmEngineBuilder", "custom-engines.md"},

@@ -16,6 +16,8 @@
 namespace relay {
 
 namespace {
+constexpr std::string_view kOptimizer = "Optimizer";  // the purpose of its requests
+
 // Their engines may get these twice.
 std::string inFlight(const CutOffRun& run) {
     constexpr std::size_t kMostNames = 10;
@@ -39,10 +41,14 @@ clsMain::clsMain(const Services& services, Catalogue& ownCatalogue)
       categoryWalk(website.fields, ownCatalogue.lists, fetcher, services,
                    {[this](std::string_view engine) { return website.storedCategory(engine); },
                     [&services] { return directoryHosts(services.paths, services.preference); }}),
+      optimizer(
+          services, [this](const std::string& url) { return fetcher.fetch(kOptimizer, url); },
+          [this] { fetcher.Disconnect(); }),
       workspace(services, website),
       update(services, ownCatalogue, starterServer(services.paths)),
       addIns(services),
       m_services(services) {
+    connectOptimizer();
     QObject::connect(&siteDetails, &SiteDetails::fieldsChanged, &website, &OpenWebsite::fieldsChanged);
     // A page that is still on its way would fill the fields of another website.
     QObject::connect(&workspace, &Workspace::currentChanged, &siteDetails, &SiteDetails::cancel);
@@ -52,6 +58,13 @@ clsMain::clsMain(const Services& services, Catalogue& ownCatalogue)
     QObject::connect(&website, &OpenWebsite::fieldsChanged, &categoryWalk, [this] {
         if (website.fields.cboCustomEngines < 0) categoryWalk.leave();
     });
+}
+
+void clsMain::connectOptimizer() {
+    const auto show = [this](const FetchReply& reply) {
+        optimizer.showPage(reply.isPage() ? reply.text : std::string(), fetchProblem(reply));
+    };
+    fetcher.setConsumer(kOptimizer, {show, show, [this] { optimizer.cancelled(); }});
 }
 
 std::vector<std::string> clsMain::webTypes() const {

@@ -3,6 +3,7 @@
 
 #include "catalogue/EngineUpdate.h"
 #include "extras/AddIns.h"
+#include "pagetools/Optimizer.h"
 #include "projects/CategoryWalk.h"
 #include "projects/OpenWebsite.h"
 #include "projects/SiteDetails.h"
@@ -34,6 +35,7 @@ class clsMain final {
     SitemapImport sitemap;
     UrlMetaTags urlMetaTags;
     CategoryWalk categoryWalk;
+    Optimizer optimizer;
     Workspace workspace;
     EngineUpdate update;
     AddIns addIns;
@@ -55,6 +57,8 @@ class clsMain final {
     std::string passwordWarning() const;
 
   private:
+    void connectOptimizer();
+
     const Services& m_services;
 };
 

@@ -23,6 +23,7 @@
 #include "ftp/KeychainSecrets.h"
 #include "ftp/frmFTPClient.h"
 #include "pagetools/frmMetaTag.h"
+#include "pagetools/frmOptimizer.h"
 #include "practice/StarterServer.h"
 #include "projects/UrlList.h"
 #include "projects/frmAddURL.h"
@@ -115,6 +116,16 @@ void showMetaTag(const CommandTarget& target, QWidget* parent) {
     form->exec();
 }
 
+// Not modal, so that pages can be chosen from the list of URLs beside it. The form deletes itself when it is
+// closed.
+void showOptimizer(const CommandTarget& target, QWidget* parent) {
+    auto* form = parent->findChild<frmOptimizer*>(QString(), Qt::FindDirectChildrenOnly);
+    if (form == nullptr) form = new frmOptimizer(target.main.optimizer, parent);
+    form->show();
+    form->raise();
+    form->activateWindow();
+}
+
 // Made at its first use; it keeps its list.
 void showKeywordBuilder(const CommandTarget& target, QWidget* parent) {
     auto* form = parent->findChild<frmKeywordBuilder*>(QString(), Qt::FindDirectChildrenOnly);
@@ -191,6 +202,7 @@ struct Screen final {
 };
 constexpr Screen kScreens[] = {
     {"frmMetaTag", showMetaTag},
+    {"frmOptimizer", showOptimizer},
     {"frmFTPClient", showFTPClient},
     {"frmNews", showNews},
     {"frmAddIns", showAddIns},
@@ -621,6 +633,8 @@ void frmMain::closeEvent(QCloseEvent* event) {
     }
     event->accept();
     if (auto* const ftp = findChild<frmFTPClient*>(QString(), Qt::FindDirectChildrenOnly)) ftp->close();
+    m_main.optimizer.cancel();
+    if (auto* const form = findChild<frmOptimizer*>(QString(), Qt::FindDirectChildrenOnly)) form->close();
 }
 
 }  // namespace relay

@@ -43,6 +43,7 @@ OptimizeCommand::OptimizeCommand(CLI::App& parent, CommandLineContext& context)
 }
 
 int OptimizeCommand::execute() {
+    if (app().count("--sarif") > 0 && m_sarif.empty()) throw UsageError("--sarif: is empty");
     for (const RuleProblem& problem : loadRules(context().home().services.paths, m_settings))
         context().warn(terminalText(problem.text));
     bool failed = false;
@@ -75,7 +76,7 @@ int OptimizeCommand::execute() {
 void OptimizeCommand::optimize(const std::string& name, std::string_view html) {
     const bool local = localPath(name, TypedIn::CommandLine).has_value();
     const std::string address = local ? absolutePath(name) : name;
-    const std::string path = writeOptimizerReport(context().home().services, html, address);
+    const std::string path = writeOptimizerReport(context().home().services, html, address).path;
     const auto [known, added] = m_reports.emplace(path, address);
     if (!added && known->second != address) {
         context().note(terminalText(path) + ": replaces the report on " + terminalText(known->second));

@@ -53,9 +53,9 @@ class MixedContent final : public FindingRule {
     }
 
   private:
-    // A local file is as secure as the address it will have.
+    // A local file, or a copy of the page on a test server, is as secure as the address it will have.
     static bool isSecure(const CheckedPage& page) {
-        if (startsWithNoCase(page.address, "http")) return startsWithNoCase(page.address, "https://");
+        if (startsWithNoCase(page.address, "https://")) return true;
         for (const HtmlElement& link : page.html.elements(GUMBO_TAG_LINK))
             if (equalsNoCase(trim(link.attribute("rel")), "canonical"))
                 return startsWithNoCase(trim(link.attribute("href")), "https://");

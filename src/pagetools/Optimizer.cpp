@@ -15,6 +15,10 @@
 #include "pagetools/OptimizerReport.h"
 #include "pagetools/PageFiles.h"
 
+#include <algorithm>
+#include <array>
+#include <utility>
+
 namespace relay {
 
 namespace {
@@ -29,26 +33,38 @@ std::string historyFile(const Services& services) {
 
 }  // namespace
 
-std::string writeOptimizerReport(const Services& services, std::string_view html, std::string_view address) {
+OptimizerReportFile writeOptimizerReport(const Services& services, std::string_view html,
+                                         std::string_view address) {
     PageTexts page;
     readMetaTag(services, html, page);
     const std::string whole = optimizerAddress(address);
-    const std::string text = buildOptimizerReport(
+    OptimizerReportFile report;
+    report.text = buildOptimizerReport(
         {html, page, whole, services.preference, services.clock.now(), QLocale::system()});
+    report.text += "\r\n";
     const std::string folder = services.paths.inApp("Optimizer");
     makeFolder(folder);
     std::string name = "opimtizer.html";
     (void)failureOf([&] { name = optimizerReportName(whole); });
-    std::string path = folder + "/" + name;
-    writeFile(path, text + "\r\n");
-    return path;
+    report.path = folder + "/" + name;
+    writeFile(report.path, report.text);
+    return report;
 }
 
 Optimizer::Optimizer(const Services& services, Connect connect, Disconnect disconnect, QObject* parent)
     : QObject(parent),
       m_services(services),
       m_connect(std::move(connect)),
-      m_disconnect(std::move(disconnect)) {}
+      m_disconnect(std::move(disconnect)) {
+    lsvFindings.setColumns({"Severity", "Line", "Rule", "Found"});
+    lsvFindings.setNumberColumns({1});
+    RowOrder order;
+    order.number = [](const RowView& row, int column) -> std::optional<double> {
+        if (column != 0) return std::nullopt;
+        return -static_cast<double>(severityOf(row.text).value_or(Severity::Off));
+    };
+    lsvFindings.setOrder(std::move(order));
+}
 
 void Optimizer::loadHistory() {
     m_history = LoadInputHistory(historyFile(m_services), kSection, kHistory);
@@ -69,10 +85,17 @@ void Optimizer::setFetching(bool fetching) {
     Q_EMIT stateChanged();
 }
 
+// False when another request is running. A request may fail before this returns.
+bool Optimizer::request() {
+    setFetching(true);
+    if (m_connect(optimizerAddress(cboSiteURL))) return true;
+    setFetching(false);
+    return false;
+}
+
 void Optimizer::cmdRenovator() {
     if (m_fetching) {
-        setFetching(false);
-        m_disconnect();
+        cancel();
         return;
     }
     if (m_busy) return;
@@ -83,14 +106,11 @@ void Optimizer::cmdRenovator() {
         return;
     }
     AddInputHistory(m_history, cboSiteURL);
+    m_fromList = false;
     const auto file = localPath(cboSiteURL, TypedIn::Field);
+    setStatus(file ? std::string() : "Connecting to : " + cboSiteURL + " ....");
     if (!file) {
-        setStatus("Connecting to : " + cboSiteURL + " ....");
-        // Before the request, which may fail at once.
-        setFetching(true);
-        if (m_connect(optimizerAddress(cboSiteURL))) return;
-        m_fetching = false;
-        setStatus("Another page is being retrieved. Please try again.");
+        if (!request()) setStatus("Another page is being retrieved. Please try again.");
     } else if (!fileExists(*file)) {
         m_services.prompts.message(
             "Invalid path or file name for your local HTML file, please open a valid HTML file and try "
@@ -104,6 +124,35 @@ void Optimizer::cmdRenovator() {
         Q_EMIT stateChanged();
         if (html) Renovator(*html);
     }
+}
+
+void Optimizer::optimizeURL(const std::string& url) {
+    if (url.find('.') == npos) {
+        m_services.prompts.message("Please select a web site URL.", kTitle);
+        return;
+    }
+    if (m_fetching || m_busy) {
+        m_services.prompts.beep();
+        return;
+    }
+    const std::string before = std::exchange(cboSiteURL, url);
+    m_fromList = true;
+    m_services.prompts.status("Connecting to " + url + " ...");
+    setStatus("Connecting to : " + url + " ....");
+    if (request()) return;
+    cboSiteURL = before;
+    m_services.prompts.status({});
+    m_services.prompts.beep();
+    setStatus({});
+}
+
+void Optimizer::cancel() {
+    if (!m_fetching) return;
+    m_fetching = false;
+    m_cancelling = true;
+    if (m_fromList) m_services.prompts.status({});
+    setStatus({});
+    m_disconnect();
 }
 
 void Optimizer::cmdFileLocation() {
@@ -126,21 +175,30 @@ std::optional<std::string> Optimizer::getFileData(const std::string& path) const
 void Optimizer::showPage(std::string_view html, const std::string& problem) {
     m_fetching = false;
     setStatus(problem);
+    const bool fromList = std::exchange(m_fromList, false);
     Renovator(html);
+    if (!fromList) return;
+    // The screen may not be open, so the main window says how it went.
+    m_services.prompts.status({});
+    m_services.prompts.notice(
+        !problem.empty() ? problem : summary() + ": see the Web Site Optimizer in the Tools menu");
 }
 
 void Optimizer::cancelled() {
+    // The next request may have begun meanwhile.
+    if (std::exchange(m_cancelling, false)) return;
     m_fetching = false;
+    if (m_fromList) m_services.prompts.status({});
     setStatus({});
 }
 
 void Optimizer::Renovator(std::string_view html) {
-    m_report.clear();
+    m_report = {};
     m_source = html;
     m_address = optimizerAddress(cboSiteURL);
     if (html.empty()) {
         m_findings.clear();
-        Q_EMIT findingsChanged();
+        showFindings();
         m_services.prompts.message(
             "No document found from HTML file, please check your HTML file and try again.", kTitle);
         Q_EMIT finished();
@@ -159,7 +217,7 @@ void Optimizer::Renovator(std::string_view html) {
     check(html);
     if (written) {
         m_services.prompts.beep();
-        openOrTell(m_services.prompts, m_report, kTitle);
+        openReport();
     }
     m_busy = false;
     // What is wrong with the page itself is still worth knowing.
@@ -167,16 +225,72 @@ void Optimizer::Renovator(std::string_view html) {
     Q_EMIT finished();
 }
 
+void Optimizer::openReport() const {
+    openOrTell(m_services.prompts, m_report.path, kTitle);
+}
+
+// What is wrong with the file of rules is told; the rest of it holds.
+void Optimizer::readRules(RuleSettings& settings) const {
+    constexpr std::size_t kMostTold = 10;
+    std::vector<RuleProblem> problems;
+    trap(m_services.prompts, "Module: Findings\r\n",
+         [&] { problems = loadRules(m_services.paths, settings); });
+    if (problems.empty()) return;
+    std::string text;
+    for (std::size_t i = 0; i < std::min(problems.size(), kMostTold); ++i) text += problems[i].text + "\r\n";
+    if (problems.size() > kMostTold) text += "and " + std::to_string(problems.size() - kMostTold) + " more";
+    m_services.prompts.message(text, "optimizer.rules", Icon::Information);
+}
+
 void Optimizer::check(std::string_view html) {
     m_findings.clear();
+    RuleSettings settings;
+    readRules(settings);
     trap(m_services.prompts, "Module: Findings\r\n", [&] {
         const BusyPointer busy(m_services.prompts);
-        RuleSettings settings;
-        for (const RuleProblem& problem : loadRules(m_services.paths, settings))
-            m_services.prompts.message(problem.text, "optimizer.rules", Icon::Information);
         m_findings = checkPage(html, m_address, settings);
     });
+    showFindings();
+}
+
+void Optimizer::showFindings() {
+    constexpr std::array<std::string_view, 4> kIcons = {"", "About", "Failed", "Stop"};
+    {
+        const RowsBatch batch(lsvFindings);
+        lsvFindings.clear();
+        for (const PageFinding& finding : m_findings) {
+            std::string severity(severityName(finding.severity));
+            severity.front() = toUpper(severity.substr(0, 1)).front();
+            lsvFindings.add({{},
+                             severity,
+                             {std::to_string(finding.line), std::string(finding.rule), finding.found},
+                             std::string(kIcons[static_cast<std::size_t>(finding.severity)])});
+        }
+    }
     Q_EMIT findingsChanged();
+}
+
+std::string Optimizer::summary() const {
+    if (m_address.empty()) return {};
+    const auto count = [this](Severity severity, std::string word) {
+        const auto number =
+            std::count_if(m_findings.begin(), m_findings.end(),
+                          [severity](const PageFinding& f) { return f.severity == severity; });
+        return std::to_string(number) + " " + word + (number == 1 ? "" : "s");
+    };
+    return count(Severity::Error, "error") + ", " + count(Severity::Warning, "warning") + " and " +
+           count(Severity::Notice, "notice");
+}
+
+std::size_t Optimizer::lineOf(int row) const {
+    return static_cast<std::size_t>(leadingNumber(lsvFindings.at(row).subItems[0]));
+}
+
+std::string Optimizer::explanation(int row) const {
+    const FindingRule* const rule = findRule(lsvFindings.at(row).subItems[1]);
+    if (rule == nullptr) return {};
+    return "Why it matters: " + std::string(rule->about().why) +
+           "\nWhat to do: " + std::string(rule->about().what);
 }
 
 void Optimizer::saveFindings() {
@@ -188,6 +302,7 @@ void Optimizer::saveFindings() {
         const std::vector<FindingsOfPage> pages = {{m_address, m_findings}};
         writeFile(file, endsWithNoCase(file, ".sarif") ? findingsAsSarif(pages) : findingsAsCsv(pages));
         m_services.prompts.notice("Saved " + file);
+        setStatus("Saved " + file);
     });
 }
 

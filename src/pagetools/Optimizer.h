@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/Rows.h"
 #include "pagetools/Findings.h"
 
 #include <QObject>
@@ -13,11 +14,17 @@
 
 namespace relay {
 
+class RuleSettings;
 struct Services;
 
-// Writes the report on a page into the folder Optimizer and returns its path. `address` is as it was typed.
-// A page that can be read only in part is told to the user. Throws Failure, with nothing written.
-std::string writeOptimizerReport(const Services& services, std::string_view html, std::string_view address);
+struct OptimizerReportFile final {
+    std::string path;
+    std::string text;
+};
+// Writes the report on a page into the folder Optimizer. `address` is as it was typed. A page that can be
+// read only in part is told to the user. Throws Failure, with nothing written.
+OptimizerReportFile writeOptimizerReport(const Services& services, std::string_view html,
+                                         std::string_view address);
 
 // The Web Site Optimizer: a report and today's findings on one page. Members are named after their controls.
 class Optimizer final : public QObject {
@@ -30,12 +37,17 @@ class Optimizer final : public QObject {
     Optimizer(const Services& services, Connect connect, Disconnect disconnect, QObject* parent = nullptr);
 
     std::string cboSiteURL;  // a web address or a local file
+    Rows lsvFindings;        // of the last page: severity, line, rule, what was found
     const std::vector<std::string>& history() const noexcept { return m_history; }  // newest first
     void loadHistory();
     void saveHistory() const;
 
     // The button: requests or reads the page, or cancels the request.
     void cmdRenovator();
+    // The command of the URL list: requests the page of the chosen URL. The screen need not be open.
+    void optimizeURL(const std::string& url);
+    // Ends a running request without its page.
+    void cancel();
     // The picker's filter is for local pages; the chosen file becomes the address.
     void cmdFileLocation();
     // The end of a request: its page, or no page and why.
@@ -54,9 +66,15 @@ class Optimizer final : public QObject {
 
     // Of the last page.
     const std::string& address() const noexcept { return m_address; }
-    const std::string& report() const noexcept { return m_report; }  // its path; empty if there is none
+    const OptimizerReportFile& report() const noexcept { return m_report; }  // empty if there is none
+    void openReport() const;
     const std::string& source() const noexcept { return m_source; }  // the page as it came
     const std::vector<PageFinding>& findings() const noexcept { return m_findings; }
+    // "2 errors, 1 warning and 3 notices"; empty before the first page.
+    std::string summary() const;
+    // Of a row of lsvFindings.
+    std::size_t lineOf(int row) const;
+    std::string explanation(int row) const;
     // Asks where, and saves the findings as CSV or, by the chosen filter, as SARIF.
     void saveFindings();
 
@@ -68,7 +86,10 @@ class Optimizer final : public QObject {
   private:
     void setStatus(std::string text);
     void setFetching(bool fetching);
+    bool request();
     void check(std::string_view html);
+    void readRules(RuleSettings& settings) const;
+    void showFindings();
 
     const Services& m_services;
     Connect m_connect;
@@ -76,10 +97,12 @@ class Optimizer final : public QObject {
     std::vector<std::string> m_history;
     std::string m_status;
     std::string m_address;
-    std::string m_report;
+    OptimizerReportFile m_report;
     std::string m_source;
     std::vector<PageFinding> m_findings;
     bool m_fetching = false;
+    bool m_cancelling = false;  // the end of a cancelled request is still to come
+    bool m_fromList = false;    // the request is that of the URL list's command
     bool m_busy = false;
 };
 

@@ -9,6 +9,7 @@
 #include "core/Url.h"
 #include "core/clsPreference.h"
 #include "pagetools/KeywordCounter.h"
+#include "pagetools/PageShape.h"
 
 #include <algorithm>
 
@@ -424,6 +425,25 @@ std::string buildOptimizerReport(const OptimizerInput& input) {
 std::string optimizerAddress(std::string_view typed) {
     const bool whole = startsWithNoCase(typed, "http") || localPath(typed, TypedIn::Field);
     return (whole ? "" : "http://") + std::string(typed);
+}
+
+std::string reportForWindow(std::string_view report) {
+    constexpr std::size_t kLongest = 128 * 1024;
+    constexpr int kMostTables = 11;  // the report itself has ten; a level more doubles the work
+    if (report.size() > kLongest || !pageShapeProblem(report).empty()) return {};
+    int tables = 0;
+    for (std::size_t at = findNoCase(report, "<table"); at != npos; at = findNoCase(report, "<table", at + 1))
+        if (++tables > kMostTables) return {};
+    std::string shown;
+    while (!report.empty()) {
+        const std::size_t picture = std::min(findNoCase(report, "<img"), report.size());
+        shown += report.substr(0, picture);
+        report.remove_prefix(picture);
+        if (report.empty()) break;
+        shown += "<no-";
+        report.remove_prefix(1);
+    }
+    return shown;
 }
 
 std::string optimizerReportName(std::string_view address) {

@@ -11,9 +11,9 @@ namespace relay {
 
 namespace {
 
-constexpr std::array<PracticePage, 10> kPages = {directoryPage, treePage,    receivedPage, enginePage,
-                                                 updatePage,    sitemapPage, sitePage,     searchPage,
-                                                 wordPage,      outcomePage};
+constexpr std::array<PracticePage, 11> kPages = {directoryPage, treePage,      receivedPage, enginePage,
+                                                 updatePage,    sitemapPage,   sitePage,     searchPage,
+                                                 wordPage,      optimizerPage, outcomePage};
 
 constexpr std::string_view kStyle = R"(:root { color-scheme: light dark; }
 body { font: 16px/1.5 system-ui, sans-serif; max-width: 72rem; margin: 2rem auto; padding: 0 1rem; }

@@ -48,6 +48,9 @@ std::optional<PracticeReply> searchPage(const PracticeRequest& request, Practice
 // "/words/find" and "/words/NAME.html": the search engine of the keyword builder, and the pages it finds.
 std::optional<PracticeReply> wordPage(const PracticeRequest& request, PracticeSite& site);
 
+// "/pages/": pages for the optimizer, each with something else to find.
+std::optional<PracticeReply> optimizerPage(const PracticeRequest& request, PracticeSite& site);
+
 // The reply to a path whose last word, after `folder`, names an outcome; nullopt for any other word.
 std::optional<PracticeReply> outcome(std::string_view word, std::string_view folder, std::string_view path);
 // True for a Host of this machine, so that a web site whose name points to 127.0.0.1 gets nothing.

@@ -31,9 +31,9 @@ TEST(CommandsTest, EachCommandIsEnabledForItsNodesAndPanels) {
                  "mnuImportItems_0 mnuImportItems_2 mnuEngineItems_0 mnuEngineItems_1 mnuEngineItems_3 "
                  "mnuEngineItems_4 mnuEngineItems_6 mnuEngineItems_8 mnuPopupItems_10"),
             Pair("11111",
-                 " NewProject NewWeb Engines Submit MetaTag Ranking Search News mnuFileItems_0 "
+                 " NewProject NewWeb Engines Submit MetaTag Optimizer Ranking Search News mnuFileItems_0 "
                  "mnuFileItems_12 "
-                 "mnuFileItems_13 mnuFileItems_15 mnuToolsItems_0 mnuToolsItems_2 "
+                 "mnuFileItems_13 mnuFileItems_15 mnuToolsItems_0 mnuToolsItems_1 mnuToolsItems_2 "
                  "mnuToolsItems_3 mnuToolsItems_6 mnuToolsItems_7 mnuToolsItems_9 mnuAddInsItems_1 "
                  "mnuAddInsItems_3 "
                  "mnuAddInsItems_4 mnuAddInsItems_5 mnuHelpItems_0 "

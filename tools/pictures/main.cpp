@@ -17,6 +17,7 @@
 #include "ftp/frmFTPLogin.h"
 #include "pagetools/frmMetaTag.h"
 #include "pagetools/frmMetaTagChanges.h"
+#include "pagetools/frmOptimizer.h"
 #include "practice/PracticeWeb.h"
 #include "practice/StarterServer.h"
 #include "projects/frmAddURL.h"
@@ -119,6 +120,42 @@ void drawMetaTags(Program& program, const test::TestHome& home, const QString& f
     frmMetaTagChanges changes(editor.editor().selectedFiles(), *editor.editor().wantedChange());
     changes.show();
     save(changes, folder, "meta-tag-changes");
+}
+
+// A page of the roses with a few mistakes.
+void drawOptimizer(Program& program, const QString& folder) {
+    constexpr std::string_view kPage =
+        "<!DOCTYPE html>\n<html>\n<head>\n<meta charset=\"utf-8\">\n<title>Old Garden Roses: 240 kinds of "
+        "old "
+        "roses, climbing roses and wild roses, grown outdoors</title>\n<meta name=\"keywords\" "
+        "content=\"roses,old roses,climbing roses\">\n<meta name=\"description\" content=\"A nursery for old "
+        "garden roses: climbing roses and old roses, sent bare-rooted.\">\n<link rel=\"canonical\" "
+        "href=\"https://www.roses.example/\">\n<script type=\"application/ld+json\">\n{\"@type\": "
+        "\"Store\",\n\"name\": \"Old Garden Roses\",}\n</script>\n</head>\n<body>\n<h1>Old Garden "
+        "Roses</h1>\n<img src=\"http://www.roses.example/rose.jpg\">\n<p>We grow 240 kinds of old roses "
+        "outdoors.</p>\n<h1>Climbing roses</h1>\n<p>For walls, arches and trees.</p>\n</body>\n</html>\n";
+    program.window().findChild<QAction*>(QStringLiteral("mnuToolsItems_1"))->trigger();
+    auto& form = *program.window().findChild<frmOptimizer*>();
+    auto* const tabs = form.findChild<QTabWidget*>(QStringLiteral("SSTab1"));
+    save(form, folder, "optimizer-empty");
+    tabs->setCurrentIndex(1);
+    save(form, folder, "optimizer-empty-findings");
+    Optimizer& optimizer = program.main().optimizer;
+    optimizer.cboSiteURL = "http://www.roses.example/";
+    optimizer.showPage(kPage, {});
+    tabs->setCurrentIndex(0);
+    save(form, folder, "optimizer");
+    tabs->setCurrentIndex(1);
+    auto* const findings = form.findChild<QAbstractItemView*>(QStringLiteral("lsvFindings"));
+    findings->setFocus();
+    findings->setCurrentIndex(findings->model()->index(findings->model()->rowCount() - 2, 0));
+    save(form, folder, "optimizer-findings");
+    for (int tab = 0; tab < tabs->count(); ++tab) {
+        tabs->setCurrentIndex(tab);
+        form.resize(form.minimumSizeHint());
+        save(form, folder, qPrintable(QStringLiteral("optimizer-small-%1").arg(tab)));
+    }
+    form.close();
 }
 
 void drawExtras(Program& program, const QString& folder) {
@@ -501,6 +538,7 @@ int main(int argc, char** argv) {
     drawSubmission(program, folder);
     drawDialogs(program, prompts, folder);
     drawMetaTags(program, home, folder);
+    drawOptimizer(program, folder);
     drawRanking(program, prompts, folder);
     drawKeywords(program, prompts, folder);
     drawEngineBuilder(program, prompts, folder);
