@@ -9,7 +9,6 @@
 #include "ranking/RankingAnalysis.h"
 #include "ranking/RankingPages.h"
 
-#include <QElapsedTimer>
 #include <QTemporaryDir>
 
 #include <cstdlib>
@@ -17,6 +16,7 @@
 
 using namespace relay;
 using bench::median;
+using bench::milliseconds;
 
 namespace {
 
@@ -50,14 +50,6 @@ std::vector<RankEngine> makeEngines() {
         engine.FilterKeyword1 = "sponsor";
     }
     return engines;
-}
-
-template <typename Work>
-double milliseconds(Work&& work) {
-    QElapsedTimer timer;
-    timer.start();
-    work();
-    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
 }
 
 double cpuMilliseconds() {

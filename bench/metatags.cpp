@@ -11,7 +11,6 @@
 #include "core/FileStore.h"
 #include "pagetools/PageFiles.h"
 
-#include <QElapsedTimer>
 #include <QTemporaryDir>
 
 #include <cstdlib>
@@ -24,6 +23,7 @@ namespace {
 
 using namespace relay;
 using relay::bench::median;
+using relay::bench::milliseconds;
 
 constexpr std::size_t kPage = 1024 * 1024;
 
@@ -78,14 +78,6 @@ std::size_t read(std::string_view page) {
     retrieveMetaTag(page, texts);
     if (texts.tags.keywords != "bicycles, repairs") std::exit(1);
     return texts.body.size();
-}
-
-template <typename Work>
-double milliseconds(Work&& work) {
-    QElapsedTimer timer;
-    timer.start();
-    work();
-    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
 }
 
 // Repeated until it takes a while; milliseconds for one.

@@ -8,7 +8,6 @@
 #include "Ratios.h"
 #include "core/FileStore.h"
 
-#include <QElapsedTimer>
 #include <QSaveFile>
 #include <QTemporaryDir>
 
@@ -18,6 +17,7 @@
 namespace {
 
 using relay::bench::median;
+using relay::bench::milliseconds;
 
 // About a website file with a few hundred URLs.
 constexpr std::size_t kBytes = 32 * 1024;
@@ -27,14 +27,6 @@ void saveWithQSaveFile(const QString& path, const std::string& bytes) {
     const bool written = file.open(QIODevice::WriteOnly) &&
                          file.write(bytes.data(), static_cast<qint64>(bytes.size())) > 0 && file.commit();
     if (!written) std::exit(1);
-}
-
-template <typename Work>
-double milliseconds(Work&& work) {
-    QElapsedTimer timer;
-    timer.start();
-    work();
-    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
 }
 
 }  // namespace

@@ -10,8 +10,6 @@
 #include "catalogue/FormHints.h"
 #include "catalogue/FormScraper.h"
 
-#include <QElapsedTimer>
-
 #include <cstdlib>
 #include <libxml/HTMLparser.h>
 #include <string>
@@ -70,17 +68,14 @@ std::size_t parse(const std::string& page) {
 }
 
 template <typename Work>
-double milliseconds(Work&& work, const std::string& page) {
-    QElapsedTimer timer;
-    timer.start();
-    benchmark::DoNotOptimize(work(page));
-    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
+double timeOf(Work&& work, const std::string& page) {
+    return bench::milliseconds([&] { benchmark::DoNotOptimize(work(page)); });
 }
 
 template <typename Work>
 double medianOf(int times, Work&& work, const std::string& page) {
     std::vector<double> all;
-    for (int i = 0; i <= times; ++i) all.push_back(milliseconds(work, page));
+    for (int i = 0; i <= times; ++i) all.push_back(timeOf(work, page));
     all.erase(all.begin());  // warms up
     return median(all);
 }
@@ -90,9 +85,9 @@ void compareWithParser(int pairs) {
     const std::string tenth = pageOfFields(kPage / 10);
     std::vector<double> ours, theirs, small;
     for (int pair = 0; pair <= pairs; ++pair) {
-        const double parsed = milliseconds(parse, page);
-        const double scraped = milliseconds(scrape, page);
-        const double scrapedTenth = milliseconds(scrape, tenth);
+        const double parsed = timeOf(parse, page);
+        const double scraped = timeOf(scrape, page);
+        const double scrapedTenth = timeOf(scrape, tenth);
         if (pair == 0) continue;
         theirs.push_back(parsed);
         ours.push_back(scraped);

@@ -31,6 +31,7 @@ const std::vector<HelpTopic>& helpTopics() {
         {"frmPreview", "submitting.md#what-an-engine-sees"},
         {"frmEngineBuilder", "custom-engines.md"},
         {"frmRanking", "ranking.md#make-a-profile-and-run-it"},
+        {"frmKeywordBuilder", "page-tools.md#the-keyword-builder"},
         {"frmSearch", "ranking.md#search-the-web"},
         {"frmFTPClient", "ftp.md"},
         {"frmFTPLogin", "ftp.md#connect"},

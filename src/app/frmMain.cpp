@@ -28,6 +28,7 @@
 #include "projects/UrlList.h"
 #include "projects/frmAddURL.h"
 #include "projects/frmAddURLFromWeb.h"
+#include "ranking/frmKeywordBuilder.h"
 #include "ranking/frmRanking.h"
 #include "ranking/frmSearch.h"
 #include "submission/frmPreview.h"
@@ -125,6 +126,23 @@ void showOptimizer(const CommandTarget& target, QWidget* parent) {
     form->activateWindow();
 }
 
+// Made at its first use; it keeps its list.
+void showKeywordBuilder(const CommandTarget& target, QWidget* parent) {
+    auto* form = parent->findChild<frmKeywordBuilder*>(QString(), Qt::FindDirectChildrenOnly);
+    if (form == nullptr) {
+        Workspace& workspace = target.main.workspace;
+        form = new frmKeywordBuilder(target.services, target.main.fetcher,
+                                     {[&workspace] { return workspace.currentNode()->file; },
+                                      [&workspace] { return workspace.autoSave(); },
+                                      // Saving reads a file that was changed.
+                                      [&workspace] { workspace.autoSave(); },
+                                      {}},
+                                     parent);
+    }
+    form->load();
+    form->exec();
+}
+
 void showNews(const CommandTarget& target, QWidget* parent) {
     News news(target.services, target.main.fetcher, starterServer(target.services.paths));
     frmNews(news, parent).exec();
@@ -206,6 +224,7 @@ constexpr Screen kScreens[] = {
      }},
     {"frmRanking",
      [](const CommandTarget& target, QWidget* parent) { frmRanking(target.services, parent).exec(); }},
+    {"frmKeywordBuilder", showKeywordBuilder},
     {"frmSearch",
      [](const CommandTarget& target, QWidget* parent) { frmSearch(target.services, parent).exec(); }},
     {"frmSubmit",

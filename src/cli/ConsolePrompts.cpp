@@ -78,7 +78,7 @@ FileChoice ConsolePrompts::openFile(std::string_view, std::string_view) {
     return {};
 }
 
-FileChoice ConsolePrompts::saveFile(std::string_view, std::string_view, std::string_view) {
+FileChoice ConsolePrompts::saveFile(std::string_view, std::string_view, std::string_view, std::string_view) {
     return {};
 }
 

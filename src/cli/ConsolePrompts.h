@@ -30,7 +30,8 @@ class ConsolePrompts final : public Prompts {
                                      std::string_view preset = {}) override;
     // Always cancelled: commands take their file names from the command line.
     FileChoice openFile(std::string_view filter, std::string_view folder) override;
-    FileChoice saveFile(std::string_view filter, std::string_view folder, std::string_view name) override;
+    FileChoice saveFile(std::string_view filter, std::string_view folder, std::string_view name,
+                        std::string_view title = {}) override;
     // Opens nothing.
     bool openWithSystem(std::string_view target) override;
     bool viewText(std::string_view file) override;

@@ -43,6 +43,7 @@ OptimizeCommand::OptimizeCommand(CLI::App& parent, CommandLineContext& context)
 }
 
 int OptimizeCommand::execute() {
+    if (app().count("--sarif") > 0 && m_sarif.empty()) throw UsageError("--sarif: is empty");
     for (const RuleProblem& problem : loadRules(context().home().services.paths, m_settings))
         context().warn(terminalText(problem.text));
     bool failed = false;

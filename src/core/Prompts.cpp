@@ -35,9 +35,9 @@ void openPageOrTell(Prompts& prompts, std::string_view address, std::string_view
 }
 
 std::string ShowFileDialog(Prompts& prompts, bool save, std::string_view filter, std::string_view folder,
-                           std::string_view file, int& filterIndex) {
+                           std::string_view file, int& filterIndex, std::string_view title) {
     if (!save) return prompts.openFile(filter, folder).path;
-    FileChoice choice = prompts.saveFile(filter, folder, file);
+    FileChoice choice = prompts.saveFile(filter, folder, file, title);
     if (!choice.path.empty()) filterIndex = choice.filterIndex;
     return choice.path;
 }

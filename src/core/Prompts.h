@@ -28,7 +28,9 @@ class Prompts {
                                              std::string_view preset = {}) = 0;
     // `filter` is "Name|*.a;*.b|Name|*.c"; `folder` is where the dialog opens (empty: the last one used).
     virtual FileChoice openFile(std::string_view filter, std::string_view folder) = 0;
-    virtual FileChoice saveFile(std::string_view filter, std::string_view folder, std::string_view name) = 0;
+    // An empty title stands for the usual one.
+    virtual FileChoice saveFile(std::string_view filter, std::string_view folder, std::string_view name,
+                                std::string_view title = {}) = 0;
     // Hands a file or a web address to the system's handler; false when there is none. A handler that fails
     // later is reported by the prompts themselves.
     virtual bool openWithSystem(std::string_view target) = 0;
@@ -64,7 +66,7 @@ class BusyPointer final {
 
 // The chosen path, or empty; `filterIndex` receives the chosen filter.
 std::string ShowFileDialog(Prompts& prompts, bool save, std::string_view filter, std::string_view folder,
-                           std::string_view file, int& filterIndex);
+                           std::string_view file, int& filterIndex, std::string_view title = {});
 
 // The texts of a save dialog.
 struct SaveQuestion final {

@@ -68,11 +68,19 @@ class RulesReader final {
                 take(*rule);
         }
         checkOrder();
+        if (m_untold > 0)
+            m_problems.push_back(
+                {0, std::string(kFile) + ": and " + std::to_string(m_untold) + " lines more"});
         return std::move(m_problems);
     }
 
   private:
     void tell(std::string_view words) {
+        constexpr std::size_t kMostTold = 100;
+        if (m_problems.size() == kMostTold) {
+            ++m_untold;
+            return;
+        }
         const std::string_view name = m_place->key.empty() ? m_place->section : m_place->key;
         std::string text(kFile);
         text.append(", line ").append(std::to_string(m_place->line)).append(": ").append(inQuotes(name));
@@ -126,6 +134,7 @@ class RulesReader final {
     RuleSettings& m_settings;
     const IniFile::Place* m_place = nullptr;
     std::vector<RuleProblem> m_problems;
+    std::size_t m_untold = 0;
 };
 
 }  // namespace
@@ -177,6 +186,8 @@ RuleSettings::RuleSettings() {
 }
 
 std::vector<RuleProblem> readRules(std::string_view text, RuleSettings& settings) {
+    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+    if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
     return RulesReader(IniFile::parse(text), settings).read();
 }
 

@@ -28,10 +28,10 @@ class RuleSettings final {
     std::map<std::string_view, RuleSetting> m_settings;
 };
 
-// A line of a rules file that was passed over.
+// A line of a rules file that was passed over. At most a hundred are listed; a last one counts the others.
 struct RuleProblem final {
-    std::size_t line = 0;
-    std::string text;  // with the file's name and the line
+    std::size_t line = 0;  // 0 for that last one
+    std::string text;      // with the file's name and the line
 };
 // Takes the settings of a text: a section for each rule, with the keys Severity and the rule's bounds. What
 // is wrong changes nothing; the rest holds.

@@ -2,11 +2,13 @@
 #include "pagetools/HtmlPage.h"
 
 #include "core/Text.h"
-#include "pagetools/PageShape.h"
 
 #include <algorithm>
 #include <csetjmp>
+#include <cstdint>
 #include <cstdlib>
+#include <cstring>
+#include <utility>
 
 namespace relay {
 
@@ -99,26 +101,37 @@ void appendOnOneLine(std::string& out, std::string_view text) {
 }  // namespace
 
 // The parser's memory: taken in large pieces and given back at once, which is faster than node by node and
-// cannot exhaust the stack.
+// cannot exhaust the stack. The parser knows no failure, so what a page may cost ends here, too: leave()
+// jumps out of it. That skips no destructor, as the parser is C, and loses nothing, as all it holds is memory
+// of this arena.
 class HtmlPage::Arena final {
   public:
     explicit Arena(std::size_t limit) : m_limit(limit) {}
     Arena(const Arena&) = delete;
     Arena& operator=(const Arena&) = delete;
     ~Arena() {
-        for (void* const piece : m_pieces) std::free(piece);
+        for (std::size_t i = 0; i < m_count; ++i) std::free(m_pieces[i].memory);
     }
 
-    // Leaves the parser by m_exit when the limit is reached: it knows no failure, and holds nothing but
-    // memory of this arena.
     static void* allocate(void* self, std::size_t size) { return static_cast<Arena*>(self)->take(size); }
-    static void release(void*, void*) {}
+    static void release(void* self, void* memory) { static_cast<Arena*>(self)->drop(memory); }
 
     std::jmp_buf m_exit;
+    const char* m_problem = nullptr;  // after the jump
 
   private:
+    struct Piece final {
+        char* memory = nullptr;
+        std::size_t size = 0;
+    };
+    static constexpr std::size_t kUnit = 16;
+    // What open elements and attributes of a tag cost the parser grows with the square of their number. As
+    // lists double, half of this is always allowed.
+    static constexpr std::size_t kLongList = 2500;
+
     void* take(std::size_t size) {
-        size = (size + 15) / 16 * 16;
+        m_mayBeList = size >= kLongList * sizeof(void*);
+        size = (std::max(size, kUnit) + kUnit - 1) / kUnit * kUnit;
         if (size > m_left) grow(size);
         void* const place = m_next;
         m_next += size;
@@ -128,25 +141,50 @@ class HtmlPage::Arena final {
     void grow(std::size_t size) {
         constexpr std::size_t kPiece = std::size_t{256} * 1024;
         const std::size_t piece = std::max({size, kPiece, std::min(m_taken, 64 * kPiece)});
-        void* const memory = m_taken + piece > m_limit ? nullptr : std::malloc(piece);
-        if (memory == nullptr) std::longjmp(m_exit, 1);
-        if (m_count == m_pieces.size()) {
-            // Cannot happen before the limit: pieces grow with what was taken.
-            std::free(memory);
-            std::longjmp(m_exit, 1);
-        }
-        m_pieces[m_count++] = memory;
+        // Places enough for the limit: pieces grow with what was taken.
+        if (piece > m_limit - m_taken || m_count == m_pieces.size()) leave(kTooLarge);
+        auto* const memory = static_cast<char*>(std::malloc(piece));
+        if (memory == nullptr) leave(kTooLarge);
+        m_pieces[m_count++] = {memory, piece};
         m_taken += piece;
-        m_next = static_cast<char*>(memory);
+        m_next = memory;
         m_left = piece;
     }
 
-    std::array<void*, 256> m_pieces{};
+    // A list of the parser grows by a block twice as large, into which it is copied before its old one is
+    // dropped. Of long lists, only the children of one node are harmless.
+    void drop(const void* memory) {
+        if (!std::exchange(m_mayBeList, false) || memory == nullptr) return;
+        const void* entries[2];
+        std::memcpy(entries, memory, sizeof entries);
+        if (!isOwn(entries[0]) || !isOwn(entries[1])) return;  // text
+        const auto* const first = static_cast<const GumboNode*>(entries[0]);
+        const auto* const second = static_cast<const GumboNode*>(entries[1]);
+        // An attribute begins with the number 0, as no node in a list does, and goes on with its name.
+        if (first->type == GUMBO_NODE_DOCUMENT) leave("The page has a tag with thousands of attributes");
+        if (first->parent != second->parent) leave("The page's elements are nested too deep");
+    }
+    bool isOwn(const void* place) const {
+        const auto address = reinterpret_cast<std::uintptr_t>(place);
+        return address % kUnit == 0 &&
+               std::any_of(m_pieces.begin(), m_pieces.begin() + m_count, [address](const Piece& piece) {
+                   return address - reinterpret_cast<std::uintptr_t>(piece.memory) < piece.size;
+               });
+    }
+    [[noreturn]] void leave(const char* problem) {
+        m_problem = problem;
+        std::longjmp(m_exit, 1);
+    }
+
+    static constexpr const char* kTooLarge = "The page's elements take too much memory";
+
+    std::array<Piece, 256> m_pieces{};
     std::size_t m_count = 0;
     std::size_t m_limit;
     std::size_t m_taken = 0;
     char* m_next = nullptr;
     std::size_t m_left = 0;
+    bool m_mayBeList = false;
 };
 
 bool HtmlElement::has(const char* attribute) const noexcept {
@@ -192,8 +230,6 @@ HtmlPage::HtmlPage(std::string_view html) {
         return;
     }
     m_text = isUtf8(html) ? std::string(html) : fromLatin1(html);
-    m_problem = pageShapeProblem(m_text);
-    if (!m_problem.empty()) return;
     parse();
     collect();
 }
@@ -206,8 +242,8 @@ void HtmlPage::parse() {
     constexpr std::size_t kMost = std::size_t{1024} * 1024 * 1024;
     m_arena = std::make_unique<Arena>(std::min(kLeast + m_text.size() * kPerByte, kMost));
     if (setjmp(m_arena->m_exit) != 0) {
-        m_document = nullptr;
-        m_problem = "The page's elements take too much memory";
+        m_problem = m_arena->m_problem;
+        m_arena.reset();
         return;
     }
     GumboOptions options = kGumboDefaultOptions;

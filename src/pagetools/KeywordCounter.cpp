@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "pagetools/KeywordCounter.h"
 
-#include <limits>
+#include "core/Text.h"
 
 namespace relay {
 
@@ -31,6 +31,9 @@ KeywordCounter::KeywordCounter(const std::vector<std::string_view>& keywords) {
     m_length.push_back(0);
     for (const std::string_view keyword : keywords) m_keywords.push_back(stateOf(keyword));
     link();
+    for (std::size_t i = 0; i < keywords.size(); ++i)
+        if (m_keywords[i] != kStart && m_length[m_keywords[i]] == 0)
+            m_searched.emplace(m_keywords[i], keywords[i]);
 }
 
 KeywordCounter::State KeywordCounter::stateOf(std::string_view keyword) {
@@ -53,12 +56,17 @@ void KeywordCounter::link() {
     m_shorter.assign(m_length.size(), kStart);
     m_shorterStill.assign(m_length.size(), kStart);
     std::vector<State> suffix(m_length.size(), kStart);
+    // How many keywords end where the state does: each costs time at every byte of a text made of them.
+    std::vector<std::uint8_t> ends(m_length.size(), 0);
+    constexpr std::uint8_t kMostEnds = 8;
     std::vector<State> queue;
     for (std::size_t letter = 0; letter < m_letters; ++letter)
         if (m_next[letter] != kStart) queue.push_back(m_next[letter]);
     for (std::size_t at = 0; at < queue.size(); ++at) {
         const State state = queue[at];
         m_shorterStill[state] = m_shorter[suffix[state]];
+        if (ends[m_shorterStill[state]] == kMostEnds) m_length[state] = 0;
+        if (m_length[state] > 0) ends[state] = static_cast<std::uint8_t>(ends[m_shorterStill[state]] + 1);
         m_shorter[state] = m_length[state] > 0 ? state : m_shorterStill[state];
         for (std::size_t i = 0; i < m_letters; ++i) {
             const auto letter = static_cast<std::uint8_t>(i);
@@ -87,6 +95,10 @@ std::vector<std::int64_t> KeywordCounter::count(std::string_view text) const {
             free[end] = at + 1;
         }
     }
+    for (const auto& [end, keyword] : m_searched)
+        for (std::size_t at = findNoCase(text, keyword); at != npos;
+             at = findNoCase(text, keyword, at + keyword.size()))
+            ++found[end];
     std::vector<std::int64_t> counts;
     counts.reserve(m_keywords.size());
     for (const State keyword : m_keywords) counts.push_back(found[keyword]);

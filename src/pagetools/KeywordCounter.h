@@ -3,13 +3,16 @@
 
 #include <array>
 #include <cstdint>
+#include <map>
+#include <string>
 #include <string_view>
 #include <vector>
 
 namespace relay {
 
 // Counts many keywords in a text, without regard to case, in one walk over it: the time does not depend on
-// the number of keywords. Memory is about a kilobyte per letter of the keywords at most.
+// the number of keywords. Only keywords that end with many others, as "aaaaaaaaaa" does, are searched for one
+// by one. Memory is about a kilobyte per letter of the keywords at most.
 class KeywordCounter final {
   public:
     explicit KeywordCounter(const std::vector<std::string_view>& keywords);
@@ -27,11 +30,12 @@ class KeywordCounter final {
 
     std::array<std::uint8_t, 256> m_letter{};  // the letter that stands for a byte; 0 for all unused ones
     std::size_t m_letters = 1;
-    std::vector<State> m_next;            // by state and letter
-    std::vector<std::uint32_t> m_length;  // of the keyword that ends at a state; 0 where none ends
-    std::vector<State> m_shorter;         // the state itself or the longest suffix that ends a keyword
-    std::vector<State> m_shorterStill;    // the same without the state itself
-    std::vector<State> m_keywords;        // by keyword: the state where it ends
+    std::vector<State> m_next;                // by state and letter
+    std::vector<std::uint32_t> m_length;      // of the keyword that ends at a state; 0 where none ends
+    std::vector<State> m_shorter;             // the state itself or the longest suffix that ends a keyword
+    std::vector<State> m_shorterStill;        // the same without the state itself
+    std::vector<State> m_keywords;            // by keyword: the state where it ends
+    std::map<State, std::string> m_searched;  // by that state: keywords that the walk passes over
 };
 
 }  // namespace relay

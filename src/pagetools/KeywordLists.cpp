@@ -18,6 +18,13 @@ namespace relay {
 namespace {
 
 constexpr std::size_t kMostCombined = 1'000'000;
+constexpr std::size_t kMostBytes = std::size_t{256} * 1024 * 1024;
+
+std::size_t bytesOf(const std::vector<std::string>& keywords) {
+    std::size_t bytes = 0;
+    for (const std::string& keyword : keywords) bytes += keyword.size() + 1;
+    return bytes;
+}
 
 bool isStopWord(std::string_view word) {
     static const std::unordered_set<std::string_view> kWords = {
@@ -139,6 +146,8 @@ std::vector<std::string> combineKeywords(const std::vector<std::vector<std::stri
         }
         if (!words.empty() && combined.size() > kMostCombined / words.size())
             throw Failure("The lists make more than a million keywords.");
+        if (bytesOf(combined) * words.size() + bytesOf(words) * combined.size() > kMostBytes)
+            throw Failure("The lists make more than 256 MB of keywords.");
         std::vector<std::string> longer;
         longer.reserve(combined.size() * words.size());
         for (const std::string& start : combined)

@@ -15,7 +15,7 @@ namespace relay {
 std::vector<std::string> keywordsOf(std::string_view text);
 std::vector<std::string> withoutDuplicates(const std::vector<std::string>& keywords);
 // Every entry of the first list before every one of the second, and so on, joined by blanks and without
-// duplicates. Throws Failure when there would be more than a million.
+// duplicates. Throws Failure when there would be more than a million, or more than 256 MB of them.
 std::vector<std::string> combineKeywords(const std::vector<std::vector<std::string>>& lists);
 
 struct CountedWords final {

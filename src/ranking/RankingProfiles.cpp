@@ -54,6 +54,10 @@ bool holds(const IniFile& file, std::string_view name) {
     return !nameInFile(file, name).empty();
 }
 
+Failure noSuchProfile(std::string_view name) {
+    return Failure("There is no ranking profile \"" + std::string(name) + "\".", 9);
+}
+
 // Reading takes surrounding blanks and quotes away, and a phrase in quotes is not the same without them.
 std::string kept(std::string_view phrase) {
     phrase = firstLine(phrase);
@@ -127,7 +131,7 @@ bool RankingProfiles::IsProfileExist(std::string_view name) const {
 
 RankingProfile RankingProfiles::load(std::string_view name) const {
     const IniFile file = IniFile::load(m_file);
-    if (!holds(file, name)) throw Failure("There is no ranking profile \"" + std::string(name) + "\".", 9);
+    if (!holds(file, name)) throw noSuchProfile(name);
     RankingProfile profile;
     profile.setup.profile = nameInFile(file, name);
     profile.setup.sites = readSites(file, name);
@@ -150,6 +154,14 @@ void RankingProfiles::saveProfile(const RankingSetup& setup) const {
         file.setValue(name, "Keyword", kept(setup.keywords));
         file.setValue(name, "Type", std::to_string(static_cast<int>(setup.limit)));
         file.setValue(name, "Value", setup.pageLinks);
+    });
+}
+
+void RankingProfiles::setKeywords(std::string_view name, std::string_view keywords) const {
+    change(m_file, [&](IniFile& file) {
+        const std::string profile = nameInFile(file, name);
+        if (profile.empty()) throw noSuchProfile(name);
+        file.setValue(profile, "Keyword", kept(keywords));
     });
 }
 
@@ -203,7 +215,6 @@ std::string rankedSite(std::string_view url) {
 }
 
 std::optional<SetupProblem> setupProblem(const RankingSetup& setup, const std::vector<RankRow>& rows) {
-    constexpr std::size_t kLongestPhrase = 100;
     if (setup.profile.empty())
         return SetupProblem{SetupField::Profile,
                             "Please save the profile first before starting a new ranking."};

@@ -48,6 +48,8 @@ class RankingProfiles final {
     RankingProfile load(std::string_view name) const;
     // Writes sites, keywords and limit. Failure for a name that is no plain file name.
     void saveProfile(const RankingSetup& setup) const;
+    // Writes the keywords alone. Failure when there is no such profile.
+    void setKeywords(std::string_view name, std::string_view keywords) const;
     // The profile's reports and saved pages stay. Does nothing when there is no such profile.
     void removeProfile(std::string_view name) const;
     // `date` in short form with the time.
@@ -67,6 +69,8 @@ std::optional<std::string> profileNameProblem(std::string_view name);
 // A site as the list takes it: without its scheme. Throws Failure with the message for the user when the
 // first "." is not beyond the second character, or nothing follows the scheme.
 std::string rankedSite(std::string_view url);
+
+inline constexpr std::size_t kLongestPhrase = 100;  // characters of a profile's keywords
 
 // Why the setup cannot be run, as the screen says it, or nullopt. `rows` are the engines.
 inline constexpr std::string_view kNoEngineSelected =

@@ -183,9 +183,10 @@ FileChoice QtPrompts::openFile(std::string_view filter, std::string_view folder)
     return run(dialog, toQtFilters(filter), m_lastFolder);
 }
 
-FileChoice QtPrompts::saveFile(std::string_view filter, std::string_view folder, std::string_view name) {
+FileChoice QtPrompts::saveFile(std::string_view filter, std::string_view folder, std::string_view name,
+                               std::string_view title) {
     const PlainPointer pointer(*this);
-    QFileDialog dialog(parent(), QFileDialog::tr("Save As"),
+    QFileDialog dialog(parent(), title.empty() ? QFileDialog::tr("Save As") : toScreen(title),
                        folder.empty() ? m_lastFolder : toScreen(folder));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);

@@ -34,7 +34,8 @@ TEST(CommandsTest, EachCommandIsEnabledForItsNodesAndPanels) {
                  " NewProject NewWeb Engines Submit MetaTag Optimizer Ranking Search News mnuFileItems_0 "
                  "mnuFileItems_12 "
                  "mnuFileItems_13 mnuFileItems_15 mnuToolsItems_0 mnuToolsItems_1 mnuToolsItems_2 "
-                 "mnuToolsItems_3 mnuToolsItems_7 mnuToolsItems_9 mnuAddInsItems_1 mnuAddInsItems_3 "
+                 "mnuToolsItems_3 mnuToolsItems_6 mnuToolsItems_7 mnuToolsItems_9 mnuAddInsItems_1 "
+                 "mnuAddInsItems_3 "
                  "mnuAddInsItems_4 mnuAddInsItems_5 mnuHelpItems_0 "
                  "mnuHelpItems_6 mnuHelpItems_7 "
                  "mnuHelpItems_8 mnuHelpItems_10")));

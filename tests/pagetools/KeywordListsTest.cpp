@@ -41,6 +41,9 @@ TEST(KeywordListsTest, RefusesACombinationWithoutEnd) {
     const std::vector<std::string> list = {std::string(1, 'a'), "b"};
     std::vector<std::vector<std::string>> lists(30, list);
     EXPECT_THROW(combineKeywords(lists), Failure);
+    std::vector<std::string> numbers;
+    for (int i = 0; i < 300; ++i) numbers.push_back(std::to_string(i));
+    EXPECT_THROW(combineKeywords({{std::string(1'000'000, 'a')}, numbers}), Failure);
     EXPECT_EQ(combineKeywords({keywordsOf("a"), {}}).size(), 0U);
 }
 

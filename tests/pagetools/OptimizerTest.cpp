@@ -85,8 +85,8 @@ std::string pageOf(int words, const std::string& head) {
     return page + "</p><p></body></html>";
 }
 
-std::string textOf(std::size_t length) {
-    return std::string(length, 'x');
+std::string textOf(std::size_t length, char letter = 'x') {
+    return std::string(length, letter);
 }
 
 std::string description(const std::string& text) {
@@ -211,7 +211,8 @@ TEST_F(OptimizerTest, CountsLikeOneScanForEachKeyword) {
     for (int round = 0; round < 300; ++round) {
         std::vector<std::string> words;
         for (std::size_t i = random() % 12; i > 0; --i) words.push_back(textOfLetters(random() % 5));
-        const std::string text = textOfLetters(random() % 200);
+        for (std::size_t i = random() % 20; i > 0; --i) words.push_back(textOf(i, 'a'));
+        const std::string text = textOfLetters(random() % 200) + textOf(random() % 90, 'A');
         const std::vector<std::int64_t> counts = KeywordCounter({words.begin(), words.end()}).count(text);
         for (std::size_t i = 0; i < words.size(); ++i)
             ASSERT_EQ(counts[i], plainCount(text, words[i])) << text << " | " << words[i];
@@ -331,6 +332,13 @@ TEST_F(OptimizerTest, TellsTheLinesOfARulesFileThatItPassesOver) {
     EXPECT_EQ(settings.of(*findRule("title-length")).bounds.at("Maximum"), 65);
     EXPECT_EQ(settings.of(*findRule("lang")).severity, Severity::Error);
     EXPECT_EQ(settings.of(*findRule("h1-count")).bounds.at("Minimum"), 1);
+
+    std::string endless = "\xEF\xBB\xBF[lang]\nSeverity=notice\n";
+    for (int i = 0; i < 1000; ++i) endless += "[rule" + std::to_string(i) + "]\n";
+    const auto many = readRules(endless, settings);
+    EXPECT_EQ(settings.of(*findRule("lang")).severity, Severity::Notice);
+    EXPECT_EQ(many.size(), 101U);
+    EXPECT_EQ(many.back().text, "optimizer.rules: and 900 lines more");
 }
 
 // The pages of the practice web, as their index lists them, and what is found on each: every rule finds
@@ -394,17 +402,25 @@ TEST_F(OptimizerTest, SurvivesPagesMadeToNest) {
         for (std::size_t i = 0; i < times; ++i) text += piece;
         return text;
     };
-    std::string attributes = "<p";
+    std::string attributes;
+    std::string roots;
     std::string fonts;
     for (int i = 0; i < 200000; ++i) attributes += " a" + std::to_string(i);
+    for (int i = 0; i < 50000; ++i) roots += "<html a" + std::to_string(i) + ">";
     for (int i = 0; i < 1500; ++i) fonts += "<font size=" + std::to_string(i) + ">";
     const std::string refused[] = {many("<div>", 400000),
                                    many("<div></b>", 300000),
                                    many("<b><p>", 300000),
-                                   many("<div><table></div>", 100000),
                                    "<svg>" + many("<p><div/>", 300000),
                                    "<svg><foreignObject>" + many("<div/>", 300000),
-                                   attributes + ">",
+                                   "<p" + attributes + ">",
+                                   "<select><style></select><p" + attributes + ">",
+                                   roots,
+                                   many("<rt>", 300000),
+                                   many("<span><object></span></object>", 100000) + "<b>" + textOf(1000000),
+                                   many("<span><div></span></div>", 300000) + "<frameset>",
+                                   "<select><style></select>" + many("<div>", 300000),
+                                   "<!-- --!>" + many("<div>", 300000),
                                    "<p>" + fonts + many("<p>x", 300000)};
     for (const std::string& page : refused)
         EXPECT_EQ(rulesOf(checkPage(page, "http://a.test/", RuleSettings())).front(), "page-unreadable")
@@ -416,7 +432,10 @@ TEST_F(OptimizerTest, SurvivesPagesMadeToNest) {
                                 "<script>" + many("'<div>'+", 100000) + "</script>",
                                 many("<", 300000),
                                 many("</div>", 300000),
-                                many("\0", 300000),
+                                textOf(300000, '\0'),
+                                many("<div><table></div>", 100000),
+                                many("<div>", 1000) + many("<p>x</p>", 30000),
+                                "<b>" + many("<b><i><p>x</b></i>", 20000),
                                 many("&#0;&amp", 100000)};
     for (const std::string& page : read)
         EXPECT_THAT(rulesOf(checkPage(page, "http://a.test/", RuleSettings())),

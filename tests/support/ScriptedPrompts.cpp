@@ -33,8 +33,9 @@ FileChoice ScriptedPrompts::openFile(std::string_view filter, std::string_view) 
     return take(files, FileChoice());
 }
 
-FileChoice ScriptedPrompts::saveFile(std::string_view filter, std::string_view, std::string_view) {
-    shown.push_back({"save", std::string(filter), {}, Icon::None});
+FileChoice ScriptedPrompts::saveFile(std::string_view filter, std::string_view, std::string_view,
+                                     std::string_view title) {
+    shown.push_back({"save", std::string(filter), std::string(title), Icon::None});
     return take(files, FileChoice());
 }
 

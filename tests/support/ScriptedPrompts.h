@@ -34,7 +34,8 @@ class ScriptedPrompts final : public Prompts {
     std::optional<std::string> input(std::string_view text, std::string_view title,
                                      std::string_view preset = {}) override;
     FileChoice openFile(std::string_view filter, std::string_view folder) override;
-    FileChoice saveFile(std::string_view filter, std::string_view folder, std::string_view name) override;
+    FileChoice saveFile(std::string_view filter, std::string_view folder, std::string_view name,
+                        std::string_view title = {}) override;
     bool openWithSystem(std::string_view target) override;
     bool viewText(std::string_view file) override;
     bool startProgram(std::string_view file) override;

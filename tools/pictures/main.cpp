@@ -21,6 +21,7 @@
 #include "practice/PracticeWeb.h"
 #include "practice/StarterServer.h"
 #include "projects/frmAddURL.h"
+#include "ranking/frmKeywordBuilder.h"
 #include "ranking/frmRanking.h"
 #include "ranking/frmSearch.h"
 #include "submission/frmPreview.h"
@@ -38,6 +39,7 @@
 #include <QComboBox>
 #include <QDir>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
@@ -443,6 +445,44 @@ void drawRanking(Program& program, test::ScriptedPrompts& prompts, const QString
     save(search, folder, "search");
 }
 
+// The keyword builder on the practice web, each of its pages.
+void drawKeywords(Program& program, test::ScriptedPrompts& prompts, const QString& folder) {
+    frmKeywordBuilder form(program.services(), program.main().fetcher,
+                           {[&program] { return program.services().paths.inApp("Projects/Roses.kws"); },
+                            {},
+                            {},
+                            [](const std::vector<std::string>&) {}});
+    const auto press = [&form](const char* button) {
+        form.findChild<QPushButton*>(QLatin1String(button))->click();
+        test::waitUntil([&form] { return !form.builder().isRunning() && !form.words().isRunning(); });
+    };
+    form.load();
+    form.show();
+    save(form, folder, "keywords-empty");
+    form.findChild<QRadioButton*>(QStringLiteral("Option1_0"))->setChecked(true);
+    form.findChild<QComboBox*>(QStringLiteral("cboKeywords"))->setEditText(QStringLiteral("writing paper"));
+    press("Command1_0");
+    save(form, folder, "keywords");
+    auto* const tabs = form.findChild<QTabWidget*>(QStringLiteral("SSTab1"));
+    tabs->setCurrentIndex(1);
+    form.findChild<QPlainTextEdit*>(QStringLiteral("txtFirst"))->setPlainText(QStringLiteral("red\nblue"));
+    form.findChild<QPlainTextEdit*>(QStringLiteral("txtSecond"))
+        ->setPlainText(QStringLiteral("garden chairs\ngarden tables"));
+    press("cmdCombine");
+    save(form, folder, "keywords-combine");
+    tabs->setCurrentIndex(2);
+    press("cmdCount");
+    save(form, folder, "keywords-count");
+    tabs->setCurrentIndex(3);
+    save(form, folder, "keywords-send");
+    for (int tab = 0; tab < tabs->count(); ++tab) {
+        tabs->setCurrentIndex(tab);
+        form.resize(form.minimumSizeHint());
+        save(form, folder, qPrintable(QStringLiteral("keywords-small-%1").arg(tab)));
+    }
+    prompts.shown.clear();
+}
+
 void drawWindow(Program& program, const QString& folder) {
     frmMain& window = program.window();
     window.resize(1280, 800);
@@ -500,6 +540,7 @@ int main(int argc, char** argv) {
     drawMetaTags(program, home, folder);
     drawOptimizer(program, folder);
     drawRanking(program, prompts, folder);
+    drawKeywords(program, prompts, folder);
     drawEngineBuilder(program, prompts, folder);
     drawUpdate(program, home, prompts, folder);
     drawFtp(program, home, prompts, folder);
