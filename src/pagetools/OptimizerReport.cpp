@@ -8,8 +8,8 @@
 #include "core/Text.h"
 #include "core/Url.h"
 #include "core/clsPreference.h"
+#include "pagetools/HtmlPage.h"
 #include "pagetools/KeywordCounter.h"
-#include "pagetools/PageShape.h"
 
 #include <algorithm>
 
@@ -430,7 +430,7 @@ std::string optimizerAddress(std::string_view typed) {
 std::string reportForWindow(std::string_view report) {
     constexpr std::size_t kLongest = 128 * 1024;
     constexpr int kMostTables = 11;  // the report itself has ten; a level more doubles the work
-    if (report.size() > kLongest || !pageShapeProblem(report).empty()) return {};
+    if (report.size() > kLongest || !HtmlPage(report).problem().empty()) return {};
     int tables = 0;
     for (std::size_t at = findNoCase(report, "<table"); at != npos; at = findNoCase(report, "<table", at + 1))
         if (++tables > kMostTables) return {};
