@@ -42,6 +42,17 @@ target_precompile_headers(relay_pch PRIVATE
 function(relay_common target)
   set_target_properties(${target} PROPERTIES POSITION_INDEPENDENT_CODE ON)
   target_precompile_headers(${target} REUSE_FROM relay_pch)
+  # A build folder that knows the target without a new form does not see that its header is missing.
+  get_target_property(sources ${target} SOURCES)
+  set(known ${CMAKE_CURRENT_BINARY_DIR}/${target}_autogen/sources)
+  set(before "")
+  if(EXISTS ${known})
+    file(READ ${known} before)
+  endif()
+  if(NOT before STREQUAL "${sources}")
+    file(WRITE ${known} "${sources}")
+    file(REMOVE ${CMAKE_CURRENT_BINARY_DIR}/${target}_autogen/timestamp)
+  endif()
 endfunction()
 
 # relay_library(name [LINKS target...] [WITH_FORMS] [EXCEPT file...]): the logic of src/<name>. Screens (frm*)

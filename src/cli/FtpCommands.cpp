@@ -170,7 +170,12 @@ FtpListCommand::FtpListCommand(CLI::App& parent, CommandLineContext& context)
 
 int FtpListCommand::execute() {
     return onServer([this](FtpClient& client, const std::function<void(int)>& done) {
-        const auto list = [this, &client, done](bool, int) {
+        const auto list = [this, &client, done](bool replied, int) {
+            if (!replied) {
+                context().warn(client.problem());
+                done(kCouldNotRun);
+                return;
+            }
             client.ListFile(client.txtRemotePath(), [this, &client, done](bool, int code) {
                 if (code == 226 || code == 250) {
                     show(client);

@@ -57,14 +57,14 @@ std::optional<std::int64_t> changeTime(std::string_view path) noexcept {
     return status.st_mtime;
 }
 
-FolderContent listFolder(const std::string& folder, std::error_code& error) {
+FolderContent listFolder(const std::string& folder, std::error_code& error, bool withHidden) {
     namespace fs = std::filesystem;
     FolderContent content;
     error.clear();
     fs::directory_iterator entries(folder, error);
     for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
         std::string name = entries->path().filename().string();
-        if (name.starts_with('.')) continue;
+        if (!withHidden && name.starts_with('.')) continue;
         std::error_code vanished;
         if (entries->is_directory(vanished))
             content.folders.push_back(std::move(name));

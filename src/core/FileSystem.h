@@ -20,12 +20,12 @@ bool folderExists(std::string_view path) noexcept;
 // When the file's content was changed last, in seconds since 1970; nullopt when there is no such file.
 std::optional<std::int64_t> changeTime(std::string_view path) noexcept;
 
-// The names in a folder, sorted by their bytes, without hidden ones; a link counts as what it leads to.
+// The names in a folder, sorted by their bytes; a link counts as what it leads to.
 struct FolderContent final {
     std::vector<std::string> folders;
     std::vector<std::string> files;
 };
-// `error` is set when the folder cannot be read.
-FolderContent listFolder(const std::string& folder, std::error_code& error);
+// `error` is set when the folder cannot be read. Names that begin with a dot are hidden ones.
+FolderContent listFolder(const std::string& folder, std::error_code& error, bool withHidden = false);
 
 }  // namespace relay

@@ -2,7 +2,6 @@
 #include "ftp/FtpClient.h"
 
 #include "core/FileNames.h"
-#include "core/FileStore.h"
 #include "core/Log.h"
 #include "core/Prompts.h"
 #include "core/Services.h"
@@ -13,10 +12,6 @@
 #include "ftp/IndexNowKeyFile.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 #include <utility>
 
 namespace relay {
@@ -30,20 +25,6 @@ constexpr std::string_view kCloseCaption = "C&lose";
 constexpr int kFollowMilliseconds = 2000;  // from the login to the first change of folder
 constexpr int kProgressMilliseconds = 50;
 constexpr int kForgottenMessages = 50;
-constexpr std::size_t kNamedFailures = 20;
-
-// The size of a file that can be sent; else why it cannot.
-std::int64_t sizeOf(const std::string& path, std::string& problem) {
-    struct stat status {};
-    const Descriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-    if (file < 0 || ::fstat(file, &status) != 0)
-        problem = fileFailure(path, errno).what();
-    else if (!S_ISREG(status.st_mode))
-        problem = fileFailure(path, "Not a regular file", 75).what();
-    else if (status.st_size == 0)
-        problem = "Bad File Name. Transfer Aborted";
-    return problem.empty() ? status.st_size : 0;
-}
 
 }  // namespace
 
@@ -85,11 +66,14 @@ void FtpClient::trace(std::string_view text) {
 }
 
 void FtpClient::addRemoteDir(std::string_view line) {
-    if (m_entries.size() > kMostEntries) return;
+    if (m_moreEntries) return;
     const std::optional<std::string> failure = failureOf([&] {
         const std::string& folder = txtRemotePath();
         std::optional<FtpEntry> entry = m_mlsd ? readMlsdLine(line, folder) : readListLine(line, folder);
-        if (entry) m_entries.push_back(*std::move(entry));
+        if (!entry) return;
+        m_entryBytes += entry->name.size() + entry->path.size();
+        m_moreEntries = m_entries.size() == kMostEntries || m_entryBytes > kMostEntryBytes;
+        if (!m_moreEntries) m_entries.push_back(*std::move(entry));
     });
     if (failure) DisplayMessage("addRemoteDir_Error: " + *failure);
 }
@@ -117,10 +101,11 @@ void FtpClient::happened(FtpEvent event) {
             Q_EMIT stateChanged();
             break;
         case FtpEvent::FollowPath:
-            if (m_follow && !m_sending) m_Timer2.start(0);
+            if (!m_follow || m_sending) break;
+            m_Timer2.start(0);
+            Q_EMIT stateChanged();
             break;
         case FtpEvent::SendingBegan:
-            m_progress.fileSize = m_ftp.fileSize();
             showProgress(true);
             break;
         case FtpEvent::Disconnected:
@@ -209,12 +194,16 @@ void FtpClient::FTPConnect(const FtpLogin& login, int timeOutSeconds, bool follo
         Q_EMIT loginEnded(false);
         return;
     }
+    if (login.Host != m_login.Host || login.Username != m_login.Username) {
+        lsvRemote.clear();
+        m_queue.forget();
+    }
     m_login = login;
     m_follow = follow;
     m_timeOutSeconds = timeOutSeconds;
     m_baseFolder.clear();
     m_connecting = true;
-    m_silent = false;
+    m_silent = m_askedWhere = false;
     m_pointer = std::make_unique<BusyPointer>(m_services.prompts);
     List1.clear();
     m_ftp.setAllowForeignDataHost(login.AllowForeignDataHost);
@@ -234,10 +223,12 @@ void FtpClient::loggedIn() {
     if (!txtRemotePath().empty()) m_baseFolder = txtRemotePath();
     connectEnded(true);
     if (!m_follow) return;
-    if (!txtRemotePath().empty())
-        m_Timer2.start(kFollowMilliseconds);
-    else
+    if (txtRemotePath().empty()) {
         askRemotePath();
+        return;
+    }
+    m_Timer2.start(kFollowMilliseconds);
+    Q_EMIT stateChanged();
 }
 
 void FtpClient::connectEnded(bool loggedIn) {
@@ -338,6 +329,8 @@ void FtpClient::ListFile(const std::string& Path, Then then) {
 void FtpClient::list(bool mlsd, Then then) {
     m_mlsd = mlsd;
     m_entries.clear();
+    m_entryBytes = 0;
+    m_moreEntries = false;
     SendFTPCommand((mlsd ? "MLSD " : "LIST ") + m_listedPath, 0, {},
                    [this, mlsd, then = std::move(then)](bool replied, int code) {
                        if (mlsd && (code == 500 || code == 502)) {
@@ -354,10 +347,7 @@ void FtpClient::list(bool mlsd, Then then) {
 }
 
 void FtpClient::fillRemote() {
-    if (m_entries.size() > kMostEntries) {
-        m_entries.pop_back();
-        DisplayMessage("The folder has more files than are shown.");
-    }
+    if (m_moreEntries) DisplayMessage("The folder has more files than are shown.");
     const RowsBatch batch(lsvRemote);
     for (const FtpEntry& entry : m_entries) lsvRemote.add(remoteRow(entry));
 }
@@ -366,10 +356,31 @@ void FtpClient::fillRemote() {
 void FtpClient::Timer2_Timer() {
     if (isBusy()) return;
     const std::string& command = m_ftp.state().CurrentCommand;
-    if (command == "CWD" || command == "PORT")
+    if (command != "CWD" && command != "PORT") {
+        followPath();
+    } else if (!std::exchange(m_askedWhere, false) && !txtRemotePath().starts_with('/')) {
+        followRelativePath();
+    } else {
         ListFile(txtRemotePath());
-    else
-        ChangeRemotePath(txtRemotePath());
+    }
+}
+
+// Where it cannot go, the present folder is not known, and nothing is sent there.
+void FtpClient::followPath() {
+    ChangeRemotePath(txtRemotePath(), [this](bool, int code) {
+        if (code != 250) m_ftp.setRemotePath({});
+    });
+}
+
+// A path from the folder that was left leads nowhere from the new one, so the server is asked where it is.
+void FtpClient::followRelativePath() {
+    m_askedWhere = true;
+    if (m_baseFolder == txtRemotePath()) m_baseFolder.clear();
+    askRemotePath([this](bool, int code) {
+        if (code == 257) return;
+        m_askedWhere = false;
+        ListFile(txtRemotePath());
+    });
 }
 
 void FtpClient::btnChangeDir_Click() {
@@ -377,7 +388,7 @@ void FtpClient::btnChangeDir_Click() {
     if (txtRemotePath().empty()) m_ftp.setRemotePath("/");
     const std::optional<std::string> path =
         m_services.prompts.input("Enter remote path:", kTitle, txtRemotePath());
-    if (path && !path->empty()) ChangeRemotePath(*path);
+    if (path && !path->empty() && !refuseUnconnected()) ChangeRemotePath(*path);
 }
 
 void FtpClient::btnList_Click() {
@@ -413,10 +424,8 @@ void FtpClient::btnSendFile_Click(FtpLocalFiles& local) {
 void FtpClient::retryFailed() {
     if (refuseUnconnected()) return;
     std::vector<FtpUpload> files;
-    for (const FtpFileEnd& file : failedFiles()) files.push_back({file.file, file.remotePath});
-    m_retrying = true;
-    if (!files.empty()) sendFiles(files);
-    m_retrying = false;
+    for (const FtpFileEnd& file : m_queue.failed()) files.push_back({file.file, file.remotePath});
+    if (!files.empty()) send(files, true, true);
 }
 
 std::string FtpClient::remotePath(const FtpUpload& upload) const {
@@ -425,147 +434,98 @@ std::string FtpClient::remotePath(const FtpUpload& upload) const {
 }
 
 void FtpClient::sendFiles(const std::vector<FtpUpload>& files, bool listAfter) {
+    send(files, listAfter, false);
+}
+
+void FtpClient::send(const std::vector<FtpUpload>& files, bool listAfter, bool again) {
     if (!isConnected() || isBusy()) return;
     m_sending = true;
     m_stopped = false;
     m_listAfter = listAfter;
-    m_ended.clear();
-    if (!m_retrying) m_published.clear();
-    m_progress = {};
-    m_FileList.clear();
-    m_FileIndex = 0;
+    m_queue.begin(again);
     m_pointer = std::make_unique<BusyPointer>(m_services.prompts);
     Q_EMIT stateChanged();
     for (const FtpUpload& upload : files) take(upload);
-    m_progress.files = static_cast<int>(m_FileList.size());
     const auto begin = [this] { m_Timer1.start(0); };
     if (m_compare == nullptr || !m_compare->isOn()) {
         begin();
         return;
     }
-    std::vector<FtpFileEnd> wanted;
-    for (const FtpUpload& upload : m_FileList)
-        wanted.push_back({.file = upload.file, .remotePath = remotePath(upload)});
-    m_compare->remember(wanted, begin);
+    m_compare->remember(m_queue.waiting(), begin);
 }
 
 // Into the queue, unless it cannot be sent.
 void FtpClient::take(const FtpUpload& upload) {
-    std::string problem =
-        failureOf([&] { refuseControlBytes(upload.remoteName, "The file name"); }).value_or("");
-    const std::int64_t size = problem.empty() ? sizeOf(upload.file, problem) : 0;
-    if (problem.empty()) {
-        m_progress.size += size;
-        m_FileList.push_back(upload);
-        return;
-    }
+    const std::string problem = m_queue.take(upload, remotePath(upload));
+    if (problem.empty()) return;
     DisplayMessage(escapeControlCharacters(problem));
-    endFile({.file = upload.file, .remotePath = remotePath(upload), .problem = problem});
+    fileHasEnded();
 }
 
 void FtpClient::Timer1_Timer() {
-    if (m_FileIndex == m_FileList.size() || m_stopped || !isConnected()) {
+    if (m_queue.isAtEnd() || m_stopped || !isConnected())
         endQueue();
-        return;
-    }
-    ++m_FileIndex;
-    SendFile(m_FileIndex);
+    else
+        SendFile(m_queue.next());
 }
 
-void FtpClient::SendFile(std::size_t Number) {
-    const FtpUpload& upload = m_FileList[Number - 1];
-    m_progress.file = static_cast<int>(Number);
-    m_progress.name = getFileNameFromFile(upload.file);
-    m_progress.fileSent = m_progress.fileSize = 0;
+void FtpClient::SendFile(const FtpUpload& upload) {
     DisplayMessage("STOR " + upload.remoteName);
-    m_sentBefore = m_progress.sent;
     SendFTPCommand("STOR " + upload.remoteName, -1, upload.file,
                    [this](bool, int code) { fileReplied(code); });
 }
 
 // The code of a failed file does not end the queue.
 void FtpClient::fileReplied(int code) {
-    const FtpUpload& upload = m_FileList[m_FileIndex - 1];
-    FtpFileEnd end{
-        .file = upload.file, .remotePath = remotePath(upload), .code = code, .bytes = m_ftp.bytesSent()};
+    FtpFileEnd end{.code = code, .bytes = m_ftp.bytesSent()};
     const bool stored = code == 226 || code == 250;
     end.ok = stored && m_ftp.wholeFileSent();
     if (!end.ok) end.problem = (stored ? "Not all of the file went out: " : "") + m_ftp.lastReply();
-    m_progress.sent = m_sentBefore + m_ftp.fileSize();
-    endFile(std::move(end));
+    m_queue.moved(m_ftp.bytesSent(), m_ftp.fileSize());
+    m_queue.end(std::move(end), !m_stopped);
+    fileHasEnded();
     m_Timer1.start(0);
 }
 
-void FtpClient::endFile(FtpFileEnd end) {
-    m_ended.push_back(std::move(end));
-    if (m_ended.back().ok) m_published.push_back(m_ended.back());
-    Q_EMIT fileEnded(m_ended.back());
+void FtpClient::fileHasEnded() {
+    Q_EMIT fileEnded(m_queue.ended().back());
     showProgress(false);
 }
 
 void FtpClient::endQueue() {
-    for (; m_FileIndex < m_FileList.size(); ++m_FileIndex) {
-        const FtpUpload& upload = m_FileList[m_FileIndex];
-        endFile({.file = upload.file,
-                 .remotePath = remotePath(upload),
-                 .problem = m_stopped ? "Stopped" : "The connection is closed."});
+    while (!m_queue.isAtEnd()) {
+        m_queue.skip(m_stopped ? "Stopped" : "The connection is closed.");
+        fileHasEnded();
     }
     m_sending = false;
     m_pointer.reset();
-    if (!m_stopped && isConnected()) m_progress.sent = m_progress.size;
     showProgress(true);
     const std::string summary = failureSummary();
     if (!summary.empty()) DisplayMessage(summary);
-    const int failed = static_cast<int>(failedFiles().size());
+    const int failed = static_cast<int>(m_queue.failed().size());
     m_sentKey = std::exchange(m_placingKey, false);
     const bool compares = m_sentKey && failed == 0;
     Q_EMIT stateChanged();
-    if (m_listAfter && isConnected()) ListFile(txtRemotePath());
-    Q_EMIT queueEnded(static_cast<int>(m_ended.size()) - failed, failed);
+    if (m_listAfter && !m_stopped && isConnected()) ListFile(txtRemotePath());
+    Q_EMIT queueEnded(static_cast<int>(ended().size()) - failed, failed);
     if (compares) compareWithWeb();
 }
 
 void FtpClient::showProgress(bool always) {
-    if (m_then) {
-        m_progress.fileSent = m_ftp.bytesSent();
-        m_progress.sent = m_sentBefore + m_progress.fileSent;
-    }
+    if (m_sending && m_then) m_queue.moved(m_ftp.bytesSent(), m_ftp.fileSize());
     if (!always && m_lastProgress.isValid() && m_lastProgress.elapsed() < kProgressMilliseconds) return;
     m_lastProgress.start();
     Q_EMIT progressChanged();
 }
 
-std::vector<FtpFileEnd> FtpClient::failedFiles() const {
-    std::vector<FtpFileEnd> failed;
-    for (const FtpFileEnd& file : m_ended)
-        if (!file.ok) failed.push_back(file);
-    return failed;
-}
-
-std::string FtpClient::failureSummary() const {
-    const std::vector<FtpFileEnd> failed = failedFiles();
-    if (failed.empty()) return {};
-    std::string words = std::to_string(failed.size()) + " of " + std::to_string(m_ended.size()) +
-                        (m_ended.size() == 1 ? " file was" : " files were") + " not sent: ";
-    for (std::size_t i = 0; i < std::min(failed.size(), kNamedFailures); ++i)
-        words += (i == 0 ? "" : ", ") + escapeControlCharacters(getFileNameFromFile(failed[i].file));
-    return failed.size() > kNamedFailures ? words + ", ..." : words;
-}
-
-std::string FtpClient::failureReasons() const {
-    std::string words;
-    const std::vector<FtpFileEnd> failed = failedFiles();
-    for (std::size_t i = 0; i < std::min(failed.size(), kNamedFailures); ++i)
-        words += (i == 0 ? "" : "\n") + getFileNameFromFile(failed[i].file) + ": " + failed[i].problem;
-    return words;
-}
-
 void FtpClient::Stop() {
-    m_Timer2.stop();
-    if (m_compare != nullptr && m_compare->isRunning()) {
-        m_stopped = m_sending;
-        m_compare->stop();
-        return;
+    m_stopped = m_sending;
+    if (m_compare != nullptr) m_compare->stop();
+    if (m_Timer2.isActive()) {
+        m_Timer2.stop();
+        m_ftp.setRemotePath({});
+        DisplayMessage("Stopped");
+        Q_EMIT stateChanged();
     }
     if (m_connecting) {
         m_problem = "Stopped";
@@ -573,7 +533,6 @@ void FtpClient::Stop() {
         connectEnded(false);
         return;
     }
-    m_stopped = m_sending;
     if (!m_then) return;
     m_ftp.giveUp(kFtpNoReply, "Stopped");
     DisplayMessage("Stopped");
@@ -585,7 +544,7 @@ void FtpClient::Stop() {
 void FtpClient::compareWithWeb() {
     if (m_compare == nullptr || m_sending) return;
     m_comparedKey = m_sentKey;
-    m_compare->compare(m_published);
+    m_compare->compare(m_queue.published());
 }
 
 std::vector<std::string> FtpClient::changedUrls() const {

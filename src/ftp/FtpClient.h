@@ -39,8 +39,10 @@ class FtpClient final : public QObject, private FtpWatcher {
     using Then = std::function<void(bool replied, int code)>;
     static constexpr int kConnectSeconds = 15;
     static constexpr int kCommandSeconds = 40;
-    static constexpr std::size_t kMostEntries = 500'000;  // of a listing; more are not shown
-    static constexpr int kMessages = 150;                 // when the list holds as many, the oldest 50 go
+    // Of a listing; more is not shown.
+    static constexpr std::size_t kMostEntries = 500'000;
+    static constexpr std::size_t kMostEntryBytes = 128u * 1024 * 1024;  // of their names and paths
+    static constexpr int kMessages = 150;  // when the list holds as many, the oldest 50 go
 
     // `fetcher` is for the comparison with the web; without one there is none.
     explicit FtpClient(const Services& services, frmHTTP* fetcher = nullptr, QObject* parent = nullptr);
@@ -57,17 +59,18 @@ class FtpClient final : public QObject, private FtpWatcher {
     const std::string& btnConnect() const noexcept { return m_connectCaption; }
     bool isConnected() const noexcept { return m_ftp.state().Connected != 0; }
     bool isEncrypted() const noexcept { return m_ftp.isEncrypted(); }
-    // From connecting, or from the begin of a command or the queue, to its end.
-    bool isBusy() const noexcept { return m_connecting || m_sending || m_then != nullptr; }
+    // From connecting, or from the begin of a command or the queue, to its end; the steps that follow a login
+    // or a change of folder are part of it.
+    bool isBusy() const noexcept {
+        return m_connecting || m_sending || m_then != nullptr || m_Timer2.isActive();
+    }
     bool isSending() const noexcept { return m_sending; }  // the queue runs: btnSendFile is disabled
-    const FtpProgress& progress() const noexcept { return m_progress; }
+    const FtpProgress& progress() const noexcept { return m_queue.progress(); }
     // Of the last queue, in its order; while it runs, those that ended.
-    const std::vector<FtpFileEnd>& ended() const noexcept { return m_ended; }
-    std::vector<FtpFileEnd> failedFiles() const;
-    // "2 of 5 files were not sent: a.html, b.html", or empty when none failed.
-    std::string failureSummary() const;
-    // The same files with their reasons, a line each.
-    std::string failureReasons() const;
+    const std::vector<FtpFileEnd>& ended() const noexcept { return m_queue.ended(); }
+    std::vector<FtpFileEnd> failedFiles() const { return m_queue.failed(); }
+    std::string failureSummary() const { return m_queue.failureSummary(); }
+    std::string failureReasons() const { return m_queue.failureReasons(); }
     // Why the last operation failed, for the user: the server's reply, or the error of the system.
     const std::string& problem() const noexcept { return m_problem; }
     // Of the last listing, in the server's order.
@@ -97,7 +100,7 @@ class FtpClient final : public QObject, private FtpWatcher {
     // Compares what the last upload sent with the web, retries included; compare() has the results and
     // signals.
     void compareWithWeb();
-    bool canCompare() const noexcept { return m_compare != nullptr && !m_published.empty(); }
+    bool canCompare() const noexcept { return m_compare != nullptr && !m_queue.published().empty(); }
     void cmdIndexNow_Click();  // asks for the key
     // Template: writes the key file of IndexNow, sends it to the folder of PublicURL and, when it was sent,
     // compares it with the web. A message says why the key cannot be one.
@@ -142,6 +145,8 @@ class FtpClient final : public QObject, private FtpWatcher {
     bool refuseUnpublished();
     void waitForLogin();
     void list(bool mlsd, Then then);
+    void followPath();
+    void followRelativePath();
     void fillRemote();
     void SendFTPCommand(const std::string& command, std::int16_t binary, const std::string& argument,
                         Then then);
@@ -157,10 +162,11 @@ class FtpClient final : public QObject, private FtpWatcher {
     void Timer1_Timer();
     void Timer2_Timer();
     std::string remotePath(const FtpUpload& upload) const;
+    void send(const std::vector<FtpUpload>& files, bool listAfter, bool again);
     void take(const FtpUpload& upload);
-    void SendFile(std::size_t Number);
+    void SendFile(const FtpUpload& upload);
     void fileReplied(int code);
-    void endFile(FtpFileEnd end);
+    void fileHasEnded();
     void endQueue();
     void showProgress(bool always);
 
@@ -173,6 +179,7 @@ class FtpClient final : public QObject, private FtpWatcher {
     std::string m_connectCaption;
     std::string m_problem;
     bool m_follow = true;
+    bool m_askedWhere = false;  // the folder of a relative path was asked for
     bool m_connecting = false;
     int m_timeOutSeconds = kConnectSeconds;
     int m_commandMilliseconds = kCommandSeconds * 1000;
@@ -184,20 +191,16 @@ class FtpClient final : public QObject, private FtpWatcher {
     QTimer m_Timer2;        // the step after a path change
     std::string m_listedPath;
     std::vector<FtpEntry> m_entries;
-    bool m_mlsd = false;  // the listing that comes is one
-    std::vector<FtpUpload> m_FileList;
-    std::size_t m_FileIndex = 0;  // of the file being sent, from 1
+    std::size_t m_entryBytes = 0;
+    bool m_moreEntries = false;  // than are kept
+    bool m_mlsd = false;         // the listing that comes is one
+    FtpQueue m_queue;
     bool m_sending = false;
     bool m_stopped = false;
     bool m_listAfter = true;
     bool m_placingKey = false;   // the queue is a key file ...
     bool m_sentKey = false;      // ... or the last one was,
     bool m_comparedKey = false;  // and so the last comparison
-    std::vector<FtpFileEnd> m_ended;
-    bool m_retrying = false;
-    std::vector<FtpFileEnd> m_published;  // that went well, before retries and in them
-    FtpProgress m_progress;
-    std::int64_t m_sentBefore = 0;  // of the queue, before the present file
     QElapsedTimer m_lastProgress;
 };
 

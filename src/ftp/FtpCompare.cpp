@@ -14,6 +14,7 @@
 #include <QCryptographicHash>
 
 #include <algorithm>
+#include <filesystem>
 #include <utility>
 
 namespace relay {
@@ -27,6 +28,13 @@ std::string digestOf(std::string_view bytes) {
     return QCryptographicHash::hash({bytes.data(), static_cast<qsizetype>(bytes.size())},
                                     QCryptographicHash::Sha256)
         .toStdString();
+}
+
+// A file of another size is not read. Throws Failure.
+bool hasBytes(const std::string& file, std::string_view bytes) {
+    std::error_code unknown;
+    const auto size = std::filesystem::file_size(file, unknown);
+    return (unknown || size == bytes.size()) && readFile(file) == bytes;
 }
 
 // A path as part of a URL.
@@ -164,11 +172,10 @@ WebPage FtpCompare::judged(const Wanted& wanted, const FetchReply& reply) const 
     if (page.problem.starts_with(address)) page.problem.erase(0, address.size());
     if (!page.problem.empty()) return page;
     const std::optional<std::string> unread = failureOf([&] {
-        const std::string digest = digestOf(readFile(wanted.file));
         const auto before = m_before.find(wanted.url);
-        if (digestOf(reply.text) != digest)
+        if (!hasBytes(wanted.file, reply.text))
             page.state = WebState::Different;
-        else if (before != m_before.end() && before->second == digest)
+        else if (before != m_before.end() && before->second == digestOf(reply.text))
             page.state = WebState::Unchanged;
         else
             page.state = WebState::Changed;

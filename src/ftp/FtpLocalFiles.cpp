@@ -21,7 +21,6 @@ std::string kilobytes(std::int64_t size) {
     return size < 1024 ? "1KB" : grouped(size / 1024) + "KB";
 }
 
-// "." and ".." hide themselves; other hidden files stay hidden, too.
 Row localRow(const std::string& folder, const std::string& name, bool isFolder) {
     const std::string path = remotePathOf(folder, name);
     struct stat status {};
@@ -55,7 +54,7 @@ void FtpLocalFiles::openFolder(const std::string& folder) {
     trap(m_services.prompts, "addDirs_Error: ", [&] {
         const std::string path = absolutePath(folder);
         std::error_code error;
-        const FolderContent content = listFolder(path, error);
+        const FolderContent content = listFolder(path, error, true);
         if (error) {
             notReady(path);
             return;

@@ -44,4 +44,51 @@ struct FtpProgress final {
     }
 };
 
+// The files of an upload: what is to be sent, how far it is, and how each file ended.
+class FtpQueue final {
+  public:
+    // A new queue. `again`: of files that failed before, so that what was published then stays.
+    void begin(bool again);
+    // No file ended, and none was published.
+    void forget() { *this = {}; }
+    // Into the queue. A file that cannot be sent ends at once instead; then the result says why.
+    std::string take(const FtpUpload& upload, std::string remotePath);
+
+    bool isAtEnd() const noexcept { return m_index == m_waiting.size(); }
+    const FtpUpload& next();  // goes on to the next file
+    void moved(std::int64_t sent, std::int64_t size);
+    // Of the file that `next` gave, whose paths are filled in. `passed`: all of it counts as sent.
+    void end(FtpFileEnd end, bool passed);
+    void skip(const std::string& problem);  // the next file fails instead of being sent
+
+    // Those taken, as files that have not ended.
+    std::vector<FtpFileEnd> waiting() const;
+    const std::vector<FtpFileEnd>& ended() const noexcept { return m_ended; }
+    std::vector<FtpFileEnd> failed() const;
+    // That went well, before retries and in them.
+    const std::vector<FtpFileEnd>& published() const noexcept { return m_published; }
+    const FtpProgress& progress() const noexcept { return m_progress; }
+
+    // "2 of 5 files were not sent: a.html, b.html", or empty when none failed.
+    std::string failureSummary() const;
+    // The same files with their reasons, a line each.
+    std::string failureReasons() const;
+
+  private:
+    struct Waiting final {
+        FtpUpload upload;
+        std::string remotePath;
+        std::int64_t size = 0;
+    };
+
+    void add(FtpFileEnd end);
+
+    std::vector<Waiting> m_waiting;
+    std::size_t m_index = 0;  // of the file being sent, from 1
+    std::int64_t m_sentBefore = 0;
+    FtpProgress m_progress;
+    std::vector<FtpFileEnd> m_ended;
+    std::vector<FtpFileEnd> m_published;
+};
+
 }  // namespace relay

@@ -189,9 +189,14 @@ void frmFTPClient::showState() {
 
 void frmFTPClient::showConnection() {
     m_ui->btnConnect->setText(toScreen(m_client.btnConnect()));
-    // What the user types stays until the folder changes.
-    if (std::exchange(m_shownPath, m_client.txtRemotePath()) != m_client.txtRemotePath())
-        m_ui->txtRemotePath->setText(toScreen(m_client.txtRemotePath()));
+    // What the user types stays until the folder changes, and a path that led nowhere until it is mended.
+    const std::string& path = m_client.txtRemotePath();
+    const bool kept = path.empty() && m_client.isConnected();
+    if (std::exchange(m_shownPath, path) != path && !kept) m_ui->txtRemotePath->setText(toScreen(path));
+    m_ui->lsvRemote->setEmptyHint(
+        !m_client.isConnected() ? tr("Press \"Connect\" to see the files of your server here.")
+        : m_client.isBusy()     ? tr("The folder is about to be listed.")
+                                : tr("Nothing is listed yet. Enter a remote directory and press Return."));
     const QString host = toScreen(m_client.login().Host);
     const QString none =
         m_refusal.empty() ? tr("Not connected") : tr("Not connected: %1").arg(toScreen(m_refusal));

@@ -5,14 +5,13 @@
 #include "core/FileStore.h"
 #include "core/Text.h"
 #include "ftp/FtpLogin.h"
+#include "ftp/FtpReplies.h"
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <charconv>
 #include <fcntl.h>
 #include <optional>
-#include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
 
@@ -21,7 +20,6 @@ namespace relay {
 namespace {
 
 constexpr std::size_t kLongestLine = 8192;  // of a server; what is longer is cut
-constexpr std::string_view kBadFile = "Bad File Name. Transfer Aborted";
 constexpr std::string_view kBadPassiveReply = "Could not understand format - Data connection not made.";
 
 // The commands that need a data connection. DELE is one of them here.
@@ -42,49 +40,6 @@ std::string wordOf(std::string_view command) {
 bool isUpload(std::string_view command) {
     const std::string word = wordOf(command);
     return word == "STOR" || word == "STOU";
-}
-
-std::optional<std::uint16_t> numberFrom(std::string_view text, unsigned most) {
-    unsigned number = 0;
-    text = trim(text);
-    const auto [rest, error] = std::from_chars(text.begin(), text.end(), number);
-    if (error != std::errc() || rest != text.end() || number > most) return std::nullopt;
-    return static_cast<std::uint16_t>(number);
-}
-
-// "h1,h2,h3,h4,p1,p2" between the parentheses of a 227.
-std::optional<FtpEndpoint> endpointFrom(std::string_view message) {
-    const std::size_t open = message.find('(');
-    if (open == npos || message.find(',') == npos) return std::nullopt;
-    message.remove_prefix(open + 1);
-    message = message.substr(0, message.find(')'));
-    std::array<std::uint16_t, 6> fields{};
-    for (std::size_t i = 0; i < fields.size(); ++i) {
-        const std::size_t comma = std::min(message.find(','), message.size());
-        if ((i + 1 == fields.size()) != (comma == message.size())) return std::nullopt;
-        const auto number = numberFrom(message.substr(0, comma), 255);
-        if (!number) return std::nullopt;
-        fields[i] = *number;
-        message.remove_prefix(std::min(comma + 1, message.size()));
-    }
-    FtpEndpoint where;
-    for (std::size_t i = 0; i < 4; ++i) where.address += (i == 0 ? "" : ".") + std::to_string(fields[i]);
-    where.port = static_cast<std::uint16_t>(fields[4] * 256 + fields[5]);
-    if (where.port == 0) return std::nullopt;
-    return where;
-}
-
-// The port of a 229: "(|||40001|)", with any character as the bar.
-std::optional<std::uint16_t> extendedPort(std::string_view message) {
-    const std::size_t open = message.find('(');
-    if (open == npos || message.size() < open + 6) return std::nullopt;
-    message.remove_prefix(open + 1);
-    const char bar = message[0];
-    if (message[1] != bar || message[2] != bar) return std::nullopt;
-    const std::size_t end = message.find(bar, 3);
-    if (end == npos) return std::nullopt;
-    const auto port = numberFrom(message.substr(3, end - 3), 65535);
-    return port && *port > 0 ? port : std::nullopt;
 }
 
 }  // namespace
@@ -121,13 +76,19 @@ void modFTP::begin(std::string user, std::string password, bool tls) {
     m_stage = Stage::None;
     m_tls = tls;
     m_encrypted = m_dataOpen = m_sending = m_wholeSent = false;
-    m_openReply = m_unanswered = m_owed = 0;
+    m_lines.forget();
+    m_unanswered = m_owed = 0;
     m_heldCode = 0;
     m_requestedPath.clear();
     m_control.clear();
     m_lastReply.clear();
     m_data.clear();
+    closeFile();
+}
+
+void modFTP::closeFile() {
     m_file.reset();
+    m_source.close();
 }
 
 void modFTP::sendLine(std::string_view line) {
@@ -149,7 +110,7 @@ void modFTP::SendFTPCommand(const std::string& Command, std::int16_t Binary, con
     m_state.ReplyCode = 0;
     m_state.RequestedBinary = Binary;
     m_wholeSent = false;
-    m_sent = m_size = 0;
+    m_source.forget();
     if (m_state.CurrentCommand != "TYPE" && m_state.CurrentType != Binary) {
         m_state.CurrentType = Binary;
         m_state.PendingCommand = Command;
@@ -187,7 +148,7 @@ void modFTP::listen() {
 
 void modFTP::CloseDataConnection() {
     m_watcher.trace("CloseDataConnection");
-    m_file.reset();
+    closeFile();
     m_dataOpen = m_sending = false;
     m_data.clear();
     m_wire.closeData();
@@ -245,18 +206,6 @@ void modFTP::takeReplies(std::string_view bytes) {
     }
 }
 
-// True for a line of a reply that goes on after it.
-bool modFTP::goesOn(std::string_view line) {
-    const bool coded = line.size() >= 3 && line.substr(0, 3).find_first_not_of("0123456789") == npos;
-    const int code = coded ? leadingInteger(line.substr(0, 3)) : 0;
-    if (m_openReply != 0) {
-        if (code == m_openReply && (line.size() == 3 || line[3] == ' ')) m_openReply = 0;
-    } else if (coded && line.size() > 3 && line[3] == '-') {
-        m_openReply = code;
-    }
-    return m_openReply != 0;
-}
-
 // True for a reply to a command that nobody waits for any more.
 bool modFTP::isOwed(int code) {
     const bool owed = m_owed > 0 && code != 221 && code != 421;
@@ -272,7 +221,7 @@ void modFTP::dsSocket1_Receive(std::string_view line) {
     const std::size_t blank = std::min(line.find(' '), line.size());
     const int code = leadingInteger(line.substr(0, blank));
     const std::string_view message = line.substr(std::min(blank + 1, line.size()));
-    if (goesOn(line) || isOwed(code)) {
+    if (m_lines.goesOn(line) || isOwed(code)) {
         show(line);
         return;
     }
@@ -403,10 +352,7 @@ void modFTP::folderChanged() {
 }
 
 void modFTP::pathReply(std::string_view line) {
-    std::string_view path = line.substr(std::min<std::size_t>(4, line.size()));
-    path = path.substr(0, path.find(' '));
-    if (path.starts_with('"')) path.remove_prefix(1);
-    if (path.ends_with('"')) path.remove_suffix(1);
+    const std::string_view path = folderOfReply(line);
     refuseControlBytes(path, "The server's folder");
     m_state.RemotePath = path;
     later(FtpEvent::PathChanged);
@@ -437,7 +383,7 @@ void modFTP::controlClosed(std::string_view why) {
 // ---- The data connection
 
 void modFTP::passiveReply(std::string_view message) {
-    std::optional<FtpEndpoint> where = endpointFrom(message);
+    std::optional<FtpEndpoint> where = passiveEndpoint(message);
     if (!where) {
         failCommand(kBadPassiveReply);
         return;
@@ -453,7 +399,7 @@ void modFTP::passiveReply(std::string_view message) {
 }
 
 void modFTP::extendedPassiveReply(std::string_view message) {
-    const std::optional<std::uint16_t> port = extendedPort(message);
+    const std::optional<std::uint16_t> port = extendedPassivePort(message);
     if (!port) {
         failCommand(kBadPassiveReply);
         return;
@@ -491,7 +437,7 @@ void modFTP::dataFailed(std::string_view error) {
 void modFTP::dataError(std::string_view error) {
     show("Socket21) Error: " + std::string(error));
     m_sending = false;
-    m_file.reset();
+    closeFile();
 }
 
 void modFTP::dataReceived(std::string_view bytes) {
@@ -554,7 +500,7 @@ void modFTP::dataClosed() {
     m_dataOpen = m_sending = false;
     show("Connection Closed. Total bytes received = " + std::to_string(m_state.DataBytes));
     m_state.ReplyCode = -1;
-    m_file.reset();
+    closeFile();
     m_state.PendingCommand.clear();
     m_state.DataBytes = -1;
     if (m_heldCode != 0) transferEnded(std::exchange(m_heldCode, std::int16_t{0}));
@@ -578,72 +524,26 @@ void modFTP::transferEnded(std::int16_t code) {
 
 void modFTP::beginUpload(std::string_view line) {
     show(line);
-    const std::string& path = m_state.PendingArgument;
-    m_file.reset(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-    struct stat status {};
-    if (m_file < 0 || ::fstat(m_file, &status) != 0) throw fileFailure(path, errno);
-    if (!S_ISREG(status.st_mode)) throw fileFailure(path, "Not a regular file", 75);
-    m_size = m_left = status.st_size;
-    if (m_size == 0) {
+    m_source.open(m_state.PendingArgument, m_state.RequestedBinary == 0);
+    if (fileSize() == 0) {
         failCommand(kBadFile);
         return;
     }
-    show("Sending " + std::to_string(m_size) + " bytes");
-    ::posix_fadvise(m_file, 0, 0, POSIX_FADV_SEQUENTIAL);
-    m_block.resize(kChunk * kReads);
-    m_lastOfText = '\n';
+    show("Sending " + std::to_string(fileSize()) + " bytes");
     m_sending = true;
     later(FtpEvent::SendingBegan);
     m_wire.beginSending();
 }
 
-// Up to kReads reads of the file; 0 bytes at its end. Throws Failure.
-std::size_t modFTP::readFile() {
-    std::size_t filled = 0;
-    for (int reads = 0; reads < kReads && m_left > 0;) {
-        const std::size_t most = std::min(static_cast<std::size_t>(m_left), kChunk);
-        const ssize_t got = ::read(m_file, m_block.data() + filled, most);
-        if (got < 0 && errno == EINTR) continue;
-        if (got < 0) throw fileFailure(m_state.PendingArgument, errno);
-        m_left = got == 0 ? 0 : m_left - got;
-        filled += static_cast<std::size_t>(got);
-        ++reads;
-    }
-    return filled;
-}
-
 std::string_view modFTP::nextBlock() {
     if (!m_sending) return {};
     try {
-        while (true) {
-            const std::size_t got = readFile();
-            m_sent += static_cast<std::int64_t>(got);
-            const std::string_view block(m_block.data(), got);
-            if (m_state.RequestedBinary != 0) return block;
-            const std::string_view text = textBlock(block);
-            if (got == 0 || !text.empty()) return text;
-        }
+        return m_source.nextBlock();
     } catch (const Failure& failure) {
         failCommand(failure.what());
         fire();
         return {};
     }
-}
-
-// Each line with CR LF, the last one, too.
-std::string_view modFTP::textBlock(std::string_view block) {
-    m_text.clear();
-    for (const char c : block) {
-        const char before = std::exchange(m_lastOfText, c);
-        if (before == '\r' && c == '\n') continue;
-        if (c == '\r' || c == '\n')
-            m_text += "\r\n";
-        else
-            m_text += c;
-    }
-    if (block.empty() && m_lastOfText != '\n' && m_lastOfText != '\r') m_text += "\r\n";
-    if (block.empty()) m_lastOfText = '\n';
-    return m_text;
 }
 
 void modFTP::fileSent() {

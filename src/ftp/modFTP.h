@@ -2,6 +2,8 @@
 #pragma once
 
 #include "core/Descriptor.h"
+#include "ftp/FtpFileSource.h"
+#include "ftp/FtpReplies.h"
 #include "ftp/FtpWire.h"
 
 #include <cstdint>
@@ -36,9 +38,6 @@ struct FtpState final {
 // last one.
 class modFTP final {
   public:
-    static constexpr std::size_t kChunk = 32000;  // the most that is read from a file at a time
-    static constexpr int kReads = 8;              // that make a block to send
-
     modFTP(FtpWire& wire, FtpWatcher& watcher);
 
     const FtpState& state() const noexcept { return m_state; }
@@ -79,8 +78,8 @@ class modFTP final {
     bool isSending() const noexcept { return m_sending; }
 
     // Of the file being sent, or the last.
-    std::int64_t bytesSent() const noexcept { return m_sent; }
-    std::int64_t fileSize() const noexcept { return m_size; }
+    std::int64_t bytesSent() const noexcept { return m_source.sent(); }
+    std::int64_t fileSize() const noexcept { return m_source.size(); }
     bool wholeFileSent() const noexcept { return m_wholeSent; }
     // The last reply as a line, for a failure's words.
     const std::string& lastReply() const noexcept { return m_lastReply; }
@@ -95,7 +94,6 @@ class modFTP final {
 
     void takeReplies(std::string_view bytes);
     void dsSocket1_Receive(std::string_view line);
-    bool goesOn(std::string_view line);
     bool isOwed(int code);
     void act(int code, std::string_view line, std::string_view message);
     void afterTable(int code, std::string_view message);
@@ -116,8 +114,7 @@ class modFTP final {
     void failCommand(std::string_view words);
     void takeData(std::string_view bytes);
     void saveData(std::string_view bytes);
-    std::size_t readFile();
-    std::string_view textBlock(std::string_view block);
+    void closeFile();
     void show(std::string_view text);
     std::string masked(std::string_view text) const;
     void later(FtpEvent event) { m_events.push_back(event); }
@@ -133,9 +130,9 @@ class modFTP final {
     bool m_allowForeign = false;
     std::string m_requestedPath;
     std::string m_control;  // bytes of a line that is not complete
-    int m_openReply = 0;    // code of a reply of several lines that goes on
-    int m_unanswered = 0;   // commands sent whose last reply has not come
-    int m_owed = 0;         // of them: those nobody waits for any more
+    FtpReplyLines m_lines;
+    int m_unanswered = 0;  // commands sent whose last reply has not come
+    int m_owed = 0;        // of them: those nobody waits for any more
     std::string m_lastReply;
     std::vector<FtpEvent> m_events;  // of the call that is running, told at its end
     FtpEndpoint m_dataPeer;
@@ -144,15 +141,10 @@ class modFTP final {
     bool m_dataOpen = false;
     std::int16_t m_heldCode = 0;  // a 226 that came before the end of the data
     std::string m_data;           // bytes of a data line that is not complete
-    Descriptor m_file;            // FileHandle
-    std::int64_t m_size = 0;
-    std::int64_t m_left = 0;
-    std::int64_t m_sent = 0;
+    Descriptor m_file;            // FileHandle of a file that comes in; of one that goes out:
+    FtpFileSource m_source;
     bool m_wholeSent = false;
     bool m_sending = false;
-    std::vector<char> m_block;
-    std::string m_text;        // a block of a file that goes as text
-    char m_lastOfText = '\n';  // its last byte so far
 };
 
 }  // namespace relay

@@ -181,6 +181,34 @@ TEST_F(FtpWindowTest, RowsAndThePathLeadToFoldersAndEscapeStopsBeforeItCloses) {
     EXPECT_EQ(prompts.busyDepth, 0);
 }
 
+TEST_F(FtpWindowTest, ClosingTheWindowOrTheProgramEndsEveryStep) {
+    start();
+    const std::vector<FtpUpload> files{{home.write("site/a.html", std::string(5000000, 'x')), "a.html"}};
+    FtpLogin login;
+    login.Host = server.host();
+    login.Username = "ada";
+    for (const std::string step : {"USER", "PASS", "PWD", "CWD", "PASV", "LIST", "TYPE", "STOR", "QUIT"}) {
+        SCOPED_TRACE(step);
+        bool reached = false;
+        server.lie = [&](const std::string& got) -> std::optional<std::string> {
+            if (!got.starts_with(step)) return std::nullopt;
+            reached = true;
+            return "";
+        };
+        open();
+        FtpClient& client = form()->client();
+        client.FTPConnect(login);
+        ASSERT_TRUE(waitUntil([&] { return reached || (!client.isBusy() && client.lsvRemote.count() > 1); }));
+        if (!reached) step == "QUIT" ? client.Disconnect() : client.sendFiles(files);
+        ASSERT_TRUE(waitUntil([&] { return reached; }));
+        if (step == "QUIT") break;
+        push("btnClose");
+        ASSERT_TRUE(waitUntil([this] { return form() == nullptr; }));
+        EXPECT_EQ(prompts.busyDepth, 0);
+    }
+    quit();
+}
+
 // Keeps secrets in memory and answers a moment later, as a desktop does.
 class Secrets final : public SecretStore {
   public:

@@ -1,100 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "core/FileStore.h"
-#include "core/Text.h"
-#include "ftp/FtpClient.h"
-#include "ftp/FtpLocalFiles.h"
-#include "support/FaultServer.h"
-#include "support/FtpServer.h"
-#include "support/SessionFixture.h"
-#include "transport/frmHTTP.h"
-
-#include <filesystem>
-#include <gmock/gmock.h>
+#include "ftp/ClientFixture.h"
 
 namespace relay::test {
 
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
-using testing::StartsWith;
-
 constexpr const char* kCertificates = TEST_FOLDER "/../transport/certificates/";
-constexpr const char* kPassword = "secret1";
 
-class ClientTest : public SessionFixture, public testing::Test {
-  protected:
-    ClientTest() : SessionFixture("/D") {
-        QObject::connect(&client, &FtpClient::loginEnded, &client, [this](bool in) { loggedIn = in; });
-        QObject::connect(&client, &FtpClient::queueEnded, &client, [this](int ok, int bad) {
-            ++queues;
-            sent = ok;
-            failed = bad;
-        });
-        QObject::connect(&client, &FtpClient::listed, &client,
-                         [this](bool, int code) { listedWith.push_back(code); });
-    }
-
-    FtpLogin login() const {
-        FtpLogin wanted;
-        wanted.Host = server.host();
-        wanted.Username = "ada";
-        wanted.Password = kPassword;
-        wanted.RemotePath = "/htdocs";
-        return wanted;
-    }
-    bool logIn(FtpLogin wanted, bool follow = false) {
-        loggedIn.reset();
-        client.FTPConnect(wanted, 15, follow);
-        return waitUntil([this] { return loggedIn.has_value(); }) && *loggedIn;
-    }
-    bool logIn() { return logIn(login()); }
-    std::vector<FtpUpload> write(const std::vector<std::string>& names, const std::string& bytes = "hello") {
-        std::vector<FtpUpload> uploads;
-        for (const std::string& name : names) uploads.push_back({home.write("site/" + name, bytes), name});
-        return uploads;
-    }
-    bool send(const std::vector<FtpUpload>& files) {
-        const int before = queues;
-        client.sendFiles(files, false);
-        return waitUntil([&] { return queues > before; });
-    }
-    bool idle() {
-        return waitUntil([this] { return !client.isBusy(); });
-    }
-    std::string messages() const {
-        std::string all;
-        for (const std::string& text : texts(client.List1)) all += text + "\n";
-        return all;
-    }
-    std::string codes() const {
-        std::string all;
-        for (const FtpFileEnd& file : client.ended())
-            all += std::to_string(file.code) + (file.ok ? "+ " : "- ");
-        return all;
-    }
-
-    FtpServer server;
-    frmHTTP fetcher{services};
-    FtpClient client{services, &fetcher};
-    std::optional<bool> loggedIn;
-    int queues = 0;
-    int sent = 0;
-    int failed = 0;
-    std::vector<int> listedWith;
-};
-
-// A reply to a command instead of the server's own, the first time it comes.
-auto once(std::string start, std::string answer) {
-    return [start, answer, done = false](const std::string& command) mutable -> std::optional<std::string> {
-        if (done || !command.starts_with(start)) return std::nullopt;
-        done = true;
-        return answer;
-    };
-}
+class ClientTest : public ClientFixture {};
 
 }  // namespace
 
@@ -135,6 +48,22 @@ TEST_F(ClientTest, TheWindowsLoginGoesToTheFolderAndListsIt) {
     EXPECT_EQ(prompts.busyDepth, 0);
 }
 
+TEST_F(ClientTest, NothingIsSentToAFolderThatCouldNotBeEnteredAndARelativeOneIsAskedFor) {
+    server.lie = once("CWD", "550 No such folder\r\n");
+    ASSERT_TRUE(logIn(login(), true));
+    EXPECT_TRUE(client.isBusy());  // until it is there
+    ASSERT_TRUE(idle());
+    FtpLocalFiles local(services);
+    client.btnSendFile_Click(local);
+    EXPECT_EQ(prompts.last().text, "Invalid remote path, please change the remote path and try again.");
+    server.commands.clear();
+    server.lie = once("PWD", "257 \"/htdocs/img\"\r\n");
+    client.txtRemotePath_Return("img");
+    ASSERT_TRUE(waitUntil([this] { return !listedWith.empty(); }));
+    EXPECT_THAT(server.commands,
+                ElementsAre("CWD img", "PWD", "CWD /htdocs/img", "PASV", "LIST /htdocs/img"));
+}
+
 TEST_F(ClientTest, AsksBeforeAPasswordGoesInTheClear) {
     client.btnConnect_Click(login());
     EXPECT_THAT(prompts.last().text, StartsWith("The password will go to the server unencrypted"));
@@ -164,31 +93,6 @@ TEST_F(ClientTest, RefusesControlCharactersBeforeAnythingIsSent) {
     EXPECT_EQ(server.commands.size(), before);
 }
 
-TEST_F(ClientTest, AQueueSendsEachFileAndNamesThoseThatFailed) {
-    ASSERT_TRUE(logIn());
-    std::vector<FtpUpload> files = write({"a.html", "b.html"}, std::string(100'000, 'x') + "\r\n\n");
-    files.push_back({home.write("site/empty.html", ""), "empty.html"});
-    files.push_back({home.path("site/gone.html"), "gone.html"});
-    files.push_back({home.path("site"), "site"});
-    server.lie = once("STOR a", "552 No room\r\n");
-    ASSERT_TRUE(send(files));
-    EXPECT_EQ(codes(), "0- 0- 0- 552- 226+ ");
-    EXPECT_EQ(server.files["/htdocs/b.html"], home.read("site/b.html"));
-    EXPECT_EQ(server.files.size(), 1U);
-    EXPECT_THAT(texts(client.List1), Contains("Bad File Name. Transfer Aborted"));
-    EXPECT_EQ(client.failureSummary(), "4 of 5 files were not sent: empty.html, gone.html, site, a.html");
-    EXPECT_EQ(client.progress().sent, client.progress().size);
-    // Again: those that failed, and no others.
-    home.write("site/empty.html", "no more");
-    const int before = queues;
-    client.retryFailed();
-    ASSERT_TRUE(waitUntil([&] { return queues > before; }));
-    EXPECT_EQ(sent, 2);
-    EXPECT_EQ(failed, 2);
-    EXPECT_EQ(server.files["/htdocs/empty.html"], "no more");
-    EXPECT_EQ(server.files["/htdocs/a.html"], home.read("site/a.html"));
-}
-
 TEST_F(ClientTest, TheButtonsCheckTheConnectionFirst) {
     FtpLocalFiles local(services);
     client.btnSendFile_Click(local);
@@ -210,106 +114,6 @@ TEST_F(ClientTest, TheButtonsCheckTheConnectionFirst) {
     client.btnChangeDir_Click();
     ASSERT_TRUE(idle());
     EXPECT_EQ(server.folder, "/other");
-}
-
-TEST_F(ClientTest, ChosenLocalFilesGoUp) {
-    write({"a.html", "b.txt", "c.HTM"});
-    std::filesystem::create_directory(home.path("site/img"));
-    FtpLocalFiles local(services);
-    local.openFolder(home.path("site"));
-    EXPECT_THAT(texts(local.lsvDirs), ElementsAre("\xC2\xA0Up", "img", " a.html", " b.txt", " c.HTM"));
-    EXPECT_EQ(local.lsvDirs.at(2).subItems[0], "HTML File");
-    EXPECT_EQ(local.lsvDirs.at(4).subItems[0], "File");
-    EXPECT_EQ(local.lsvDirs.at(2).subItems[1], "1KB");
-    for (const int row : {0, 1, 2, 3}) local.lsvDirs.setHighlighted(row, true);
-    ASSERT_TRUE(logIn());
-    client.btnSendFile_Click(local);
-    EXPECT_EQ(local.lsvDirs.firstHighlighted(), -1);
-    ASSERT_TRUE(waitUntil([this] { return !listedWith.empty(); }));
-    EXPECT_EQ(codes(), "226+ 226+ ");
-    EXPECT_TRUE(server.files.contains("/htdocs/b.txt"));
-    EXPECT_TRUE(local.openRow(2));
-    EXPECT_FALSE(local.openRow(1));
-    EXPECT_THAT(texts(local.lsvDirs), ElementsAre("\xC2\xA0Up"));
-    local.openFolder(home.path("nowhere"));
-    EXPECT_EQ(prompts.last().text, home.path("nowhere") + " is not accessible.\r\nThe device is not ready.");
-    EXPECT_EQ(local.folder(), home.path("site/img"));
-}
-
-TEST_F(ClientTest, LiesOfAServerEndTheirCommandAndNoMore) {
-    const struct {
-        const char* command;
-        const char* answer;
-        const char* codes;
-    } kLies[] = {
-        {"PASV", "227 Entering Passive Mode 127,0,0,1,4,1\r\n", "999- 226+ "},
-        {"PASV", "227 Entering Passive Mode (127,0,0,1,0,1)\r\n", "999- 226+ "},  // nobody listens there
-        {"PASV", "500 What?\r\n", "500- 226+ "},
-        {"STOR", "226 Of course\r\n", "226- 226+ "},  // nothing was sent
-        {"STOR", "550-Not\r\n550 here\r\n", "550- 226+ "},
-        {"STOR", "421 Going down\r\n", "421- 0- "},
-    };
-    for (const auto& lie : kLies) {
-        SCOPED_TRACE(std::string(lie.command) + " " + lie.answer);
-        FtpClient fresh(services);
-        bool in = false;
-        bool ended = false;
-        QObject::connect(&fresh, &FtpClient::loginEnded, &fresh, [&](bool ok) { in = ok; });
-        QObject::connect(&fresh, &FtpClient::queueEnded, &fresh, [&] { ended = true; });
-        server.lie = once(lie.command, lie.answer);
-        fresh.FTPConnect(login(), 15, false);
-        ASSERT_TRUE(waitUntil([&] { return in; }));
-        fresh.sendFiles(write({"a.html", "b.html"}), false);
-        ASSERT_TRUE(waitUntil([&] { return ended; }));
-        std::string all;
-        for (const FtpFileEnd& file : fresh.ended())
-            all += std::to_string(file.code) + (file.ok ? "+ " : "- ");
-        EXPECT_EQ(all, lie.codes);
-        EXPECT_EQ(prompts.busyDepth, 0);
-    }
-}
-
-TEST_F(ClientTest, StopEndsEveryWaitAtOnceAndTheNextCommandIsInStep) {
-    // While connecting.
-    server.greeting.clear();
-    client.FTPConnect(login(), 15, false);
-    client.Stop();
-    EXPECT_EQ(loggedIn, false);
-    EXPECT_EQ(client.btnConnect(), "&Connect");
-    server.greeting = "220 Ready\r\n";
-    ASSERT_TRUE(logIn());
-    // In a transfer that does not move; its reply comes late.
-    server.silentData = true;
-    client.sendFiles(write({"a.html", "b.html"}, std::string(20'000'000, 'x')), false);
-    ASSERT_TRUE(waitUntil([this] { return client.progress().fileSent > 0; }));
-    client.Stop();
-    ASSERT_TRUE(waitUntil([this] { return queues == 1; }));
-    EXPECT_EQ(codes(), "999- 0- ");
-    EXPECT_EQ(client.ended().back().problem, "Stopped");
-    server.silentData = false;
-    server.say("426 Broken\r\n");
-    ASSERT_TRUE(send(write({"c.html"})));
-    EXPECT_EQ(codes(), "226+ ");
-    EXPECT_EQ(server.files["/htdocs/c.html"], "hello");
-    // Closing the connection ends the queue as well.
-    server.silentData = true;
-    client.sendFiles(write({"a.html"}, std::string(20'000'000, 'x')), false);
-    ASSERT_TRUE(waitUntil([this] { return client.progress().fileSent > 0; }));
-    client.Disconnect();
-    ASSERT_TRUE(waitUntil([this] { return queues == 3 && client.btnConnect() == "&Connect"; }));
-    EXPECT_EQ(prompts.busyDepth, 0);
-}
-
-TEST_F(ClientTest, ASilentServerTimesOutAndTheSecondTimeItsConnectionIsGivenUp) {
-    client.setCommandTimeOut(100);
-    ASSERT_TRUE(logIn());
-    server.silentData = true;
-    ASSERT_TRUE(send(write({"a.html", "b.html", "c.html"})));
-    EXPECT_EQ(codes(), "999- 999- 0- ");
-    EXPECT_EQ(client.ended().front().problem, "Time out !");
-    EXPECT_THAT(texts(client.List1), Contains("Time out !"));
-    EXPECT_FALSE(client.isConnected());
-    EXPECT_EQ(prompts.busyDepth, 0);
 }
 
 TEST_F(ClientTest, AListingOfAHundredThousandLinesIsShownWhole) {
@@ -396,46 +200,6 @@ TEST_F(ClientTest, ThePasswordIsInNoLogAndNoMessage) {
     ASSERT_TRUE(send(write({"a.html"})));
     EXPECT_THAT(logText(), HasSubstr("SendFTPCommand: STOR a.html, -1," + home.path("site/a.html")));
     EXPECT_THAT(logText() + messages(), Not(HasSubstr(kPassword)));
-}
-
-TEST_F(ClientTest, TheComparisonWithTheWebNamesExactlyWhatChanged) {
-    // The web shows what the server has, but for one page that a cache keeps.
-    std::map<std::string, std::string> web{
-        {"/same.html", "hello"}, {"/changed.html", "old"}, {"/cached.html", "old"}};
-    FaultServer pages([&web](FaultServer::Peer& peer) {
-        const auto page = web.find(peer.path());
-        peer.send(page == web.end() ? FaultServer::answer(404, "no")
-                                    : FaultServer::answer(200, page->second));
-    });
-    FtpLogin wanted = login();
-    wanted.PublicURL = pages.url("/");
-    ASSERT_TRUE(logIn(wanted));
-    const std::vector<FtpUpload> files =
-        write({"same.html", "changed.html", "cached.html", "new.html", "lost.html"});
-    ASSERT_TRUE(send(files));
-    web["/changed.html"] = web["/new.html"] = "hello";
-    std::optional<bool> whole;
-    QObject::connect(client.compare(), &FtpCompare::ended, &client, [&](bool all) { whole = all; });
-    client.compareWithWeb();
-    ASSERT_TRUE(waitUntil([&] { return whole.has_value(); }));
-    EXPECT_TRUE(*whole);
-    EXPECT_THAT(client.compare()->changedUrls(),
-                ElementsAre(pages.url("/changed.html"), pages.url("/new.html")));
-    std::vector<std::string> states;
-    for (const WebPage& page : client.compare()->results()) states.emplace_back(webStateText(page.state));
-    EXPECT_THAT(states, ElementsAre("Unchanged", "Changed", "Different", "Changed", "Missing"));
-    EXPECT_EQ(client.compare()->pages.count(), 5);
-    // The key file goes to the folder of the public address, whatever the present one is.
-    client.ChangeRemotePath("/htdocs/img");
-    ASSERT_TRUE(idle());
-    client.placeIndexNowKey("no key");
-    EXPECT_THAT(prompts.last().text, StartsWith("An IndexNow key has"));
-    web["/0123456789abcdef.txt"] = "0123456789abcdef";
-    whole.reset();
-    client.placeIndexNowKey("0123456789abcdef");
-    ASSERT_TRUE(waitUntil([&] { return whole.has_value(); }));
-    EXPECT_EQ(server.files["/htdocs/0123456789abcdef.txt"], "0123456789abcdef");
-    EXPECT_EQ(client.compare()->results().at(0).state, WebState::Unchanged);
 }
 
 TEST_F(ClientTest, TheLoginIsKeptInAFileOfItsOwnersOrInTheSecretService) {

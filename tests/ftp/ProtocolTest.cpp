@@ -81,7 +81,7 @@ class ConversationTest : public testing::TestWithParam<std::string>, private Ftp
     void pull() {
         std::string bytes;
         for (std::string_view block = m_ftp.nextBlock(); !block.empty(); block = m_ftp.nextBlock()) {
-            EXPECT_LE(block.size(), modFTP::kChunk * modFTP::kReads * 2);
+            EXPECT_LE(block.size(), FtpFileSource::kChunk * FtpFileSource::kReads * 2);
             bytes += block;
         }
         tell("[bytes] ",

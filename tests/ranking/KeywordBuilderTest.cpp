@@ -171,7 +171,12 @@ TEST_F(KeywordBuilderTest, SavesAndSendsTheList) {
     EXPECT_EQ(prompts.last().title + prompts.last().text,
               "Save URLThe file " + file + " already exists, do you want to replace it?");
 
+    prompts.files = {{home.path("shop.kws/list"), 1}};
     const std::string website = home.writeWebsite("shop.kws", {"http://a.test/"});
+    builder.saveKeywords();
+    EXPECT_EQ(prompts.last().title + prompts.last().text.substr(0, 20),
+              "Keyword BuildersaveKeywords_Error: ");
+    EXPECT_THAT(logText(), HasSubstr("saveKeywords_Error: "));
     const auto list = [this] { return keywordsOf(builder.txtKeywordList); };
     prompts.shown.clear();
     EXPECT_TRUE(builder.sendToWebsite({"Shop", website}, list()));
