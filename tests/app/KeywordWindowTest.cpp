@@ -42,7 +42,7 @@ class KeywordWindowTest : public WindowTest {
         bool opened = false;
         whenModal([&](QWidget& dialog) {
             auto& form = dynamic_cast<frmKeywordBuilder&>(dialog);
-            EXPECT_TRUE(QTest::qWaitForWindowActive(&form));
+            EXPECT_TRUE(waitUntil([&] { return QApplication::activeWindow() == &form; }));
             opened = true;
             work(form);
             click(form, "Command1_2");
