@@ -27,6 +27,7 @@ const std::vector<HelpTopic>& helpTopics() {
         {"frmMetaTag", "meta-tags.md"},
         {"frmMetaTagChanges", "meta-tags.md#write"},
         {"frmOptimizer", "page-tools.md#the-optimizer"},
+        {"frmDoorway", "page-tools.md#doorway-pages"},
         {"frmSubmit", "submitting.md#from-the-window"},
         {"frmPreview", "submitting.md#what-an-engine-sees"},
         {"frmEngineBuilder", "custom-engines.md"},

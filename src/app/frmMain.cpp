@@ -22,6 +22,7 @@
 #include "extras/frmNews.h"
 #include "ftp/KeychainSecrets.h"
 #include "ftp/frmFTPClient.h"
+#include "pagetools/frmDoorway.h"
 #include "pagetools/frmMetaTag.h"
 #include "pagetools/frmOptimizer.h"
 #include "practice/StarterServer.h"
@@ -116,6 +117,18 @@ void showMetaTag(const CommandTarget& target, QWidget* parent) {
     form->exec();
 }
 
+// Made at its first use; it keeps its fields.
+frmDoorway& doorwayForm(const CommandTarget& target, QWidget* parent) {
+    auto* form = parent->findChild<frmDoorway*>(QString(), Qt::FindDirectChildrenOnly);
+    if (form == nullptr) {
+        form = new frmDoorway(target.services, parent);
+        QObject::connect(form, &frmDoorway::guideWanted, parent, [parent, form] {
+            if (auto* const window = qobject_cast<frmMain*>(parent)) window->showHelp(*form);
+        });
+    }
+    return *form;
+}
+
 // Not modal, so that pages can be chosen from the list of URLs beside it. The form deletes itself when it is
 // closed.
 void showOptimizer(const CommandTarget& target, QWidget* parent) {
@@ -136,7 +149,10 @@ void showKeywordBuilder(const CommandTarget& target, QWidget* parent) {
                                       [&workspace] { return workspace.autoSave(); },
                                       // Saving reads a file that was changed.
                                       [&workspace] { workspace.autoSave(); },
-                                      {}},
+                                      [&target, parent](const std::vector<std::string>& keywords) {
+                                          frmDoorway& doorways = doorwayForm(target, parent);
+                                          if (doorways.takeKeywords(keywords)) doorways.exec();
+                                      }},
                                      parent);
     }
     form->load();
@@ -202,6 +218,7 @@ struct Screen final {
 };
 constexpr Screen kScreens[] = {
     {"frmMetaTag", showMetaTag},
+    {"frmDoorway", [](const CommandTarget& target, QWidget* parent) { doorwayForm(target, parent).exec(); }},
     {"frmOptimizer", showOptimizer},
     {"frmFTPClient", showFTPClient},
     {"frmNews", showNews},

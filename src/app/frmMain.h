@@ -38,6 +38,8 @@ class frmMain final : public QMainWindow {
     void showCatalogue();
     // For the given milliseconds; 0 means until the next text.
     void showStatus(const QString& text, int milliseconds = 0);
+    // Opens the help at the page about the window, or about the part of this window that is shown.
+    void showHelp(QWidget& window);
     // Shows or hides the columns of the engines' health.
     void showHealth(bool shown);
     // Shows the guide at the page about the window; false where no guide is installed.
@@ -70,8 +72,6 @@ class frmMain final : public QMainWindow {
     static QAction* actionOf(std::string_view name, const QWidget& owner);
     void enableCommands();
     void showScreen(std::string_view name);
-    // Opens the help at the page about the window, or about the part of this window that is shown.
-    void showHelp(QWidget& window);
     std::string_view helpPageFor(const QWidget& window) const;
     // Shows what would be sent to the engine.
     void showPreview(const std::string& engine);

@@ -41,10 +41,20 @@ void SaveInputHistory(const std::string& file, std::string_view section,
 }
 
 void AddInputHistory(std::vector<std::string>& rows, std::string_view text) {
+    if (trim(text).empty()) return;
     const auto same = [&](const std::string& row) { return equalsNoCase(row, text); };
     if (std::any_of(rows.begin(), rows.end(), same)) return;
     rows.emplace(rows.begin(), text);
     if (rows.size() > kKeptRows) rows.pop_back();
+}
+
+void ExtendInputHistory(const std::string& file, std::string_view section, int maximum,
+                        const std::vector<std::string>& texts) {
+    if (texts.empty()) return;
+    const FolderLock lock(file);
+    std::vector<std::string> rows = LoadInputHistory(file, section, maximum);
+    for (const std::string& text : texts) AddInputHistory(rows, text);
+    SaveInputHistory(file, section, rows);
 }
 
 }  // namespace relay

@@ -31,6 +31,10 @@ class Prompts {
     // An empty title stands for the usual one.
     virtual FileChoice saveFile(std::string_view filter, std::string_view folder, std::string_view name,
                                 std::string_view title = {}) = 0;
+    // An existing folder; nullopt when cancelled, or where folders cannot be chosen.
+    virtual std::optional<std::string> chooseFolder(std::string_view /*title*/, std::string_view /*folder*/) {
+        return std::nullopt;
+    }
     // Hands a file or a web address to the system's handler; false when there is none. A handler that fails
     // later is reported by the prompts themselves.
     virtual bool openWithSystem(std::string_view target) = 0;

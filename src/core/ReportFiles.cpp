@@ -6,6 +6,7 @@
 #include "core/Text.h"
 #include "core/Url.h"
 
+#include <algorithm>
 #include <cstdio>
 
 namespace relay {
@@ -18,7 +19,12 @@ constexpr std::size_t kKeptOfLongName = 180;
 std::string withChecksum(std::string_view name) {
     char sum[10];
     std::snprintf(sum, sizeof sum, "~%08x", static_cast<unsigned>(crc32(name)));
-    return std::string(left(name, kKeptOfLongName)) + sum;
+    std::size_t kept = std::min(kKeptOfLongName, name.size());
+    // Not within a character of UTF-8.
+    for (int i = 0; i < 3 && kept < name.size() && (static_cast<unsigned char>(name[kept]) & 0xC0) == 0x80;
+         ++i)
+        --kept;
+    return std::string(left(name, kept)) + sum;
 }
 
 }  // namespace

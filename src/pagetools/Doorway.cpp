@@ -13,8 +13,10 @@
 #include "core/Text.h"
 #include "core/Trap.h"
 #include "core/clsPreference.h"
+#include "pagetools/HtmlPage.h"
 
 #include <algorithm>
+#include <set>
 
 namespace relay {
 
@@ -35,6 +37,22 @@ std::string historyFile(const Services& services) {
     return services.paths.inWindows("apikrv.dmc");
 }
 
+std::size_t limitOf(const DoorwayKey& key) {
+    return key.isLong ? IniFile::kLongLimit : IniFile::kShortLimit;
+}
+
+DoorwayFields readFields(const IniFile& file) {
+    DoorwayFields fields;
+    for (const DoorwayKey& key : doorwayKeys())
+        key.field(fields) = file.value(kSection, key.key, limitOf(key));
+    return fields;
+}
+
+void writeFields(IniFile& file, DoorwayFields fields) {
+    for (const DoorwayKey& key : doorwayKeys())
+        file.setValue(kSection, key.key, onOneLine(key.field(fields)));
+}
+
 }  // namespace
 
 DoorwayProfiles::DoorwayProfiles(const Services& services)
@@ -49,12 +67,7 @@ bool DoorwayProfiles::exists(std::string_view name) const {
 }
 
 DoorwayFields DoorwayProfiles::load(std::string_view name) const {
-    DoorwayFields fields;
-    const IniFile file = IniFile::parse(readFile(this->file(name), IniFile::kLargestFile));
-    for (const DoorwayKey& key : doorwayKeys())
-        key.field(fields) =
-            file.value(kSection, key.key, key.isLong ? IniFile::kLongLimit : IniFile::kShortLimit);
-    return fields;
+    return readFields(IniFile::parse(readFile(file(name), IniFile::kLargestFile)));
 }
 
 void DoorwayProfiles::save(std::string_view name, const DoorwayFields& fields) const {
@@ -62,33 +75,86 @@ void DoorwayProfiles::save(std::string_view name, const DoorwayFields& fields) c
     makeFolder(m_folder);
     const FolderLock lock(path);
     IniFile file = IniFile::load(path);
-    DoorwayFields values = fields;
-    for (const DoorwayKey& key : doorwayKeys())
-        file.setValue(kSection, key.key, onOneLine(key.field(values)));
+    writeFields(file, fields);
     file.save(path);
 }
 
-Doorway::Doorway(const Services& services) : m_services(services), m_store(services) {}
+bool DoorwayProfiles::has(std::string_view name, const DoorwayFields& fields) const {
+    if (!exists(name)) return false;
+    IniFile file;
+    writeFields(file, fields);
+    return readFields(IniFile::parse(file.text())) == load(name);
+}
+
+Doorway::Doorway(const Services& services) : m_services(services), m_store(services) {
+    lsvPages.setColumns({"Keyword", "File", "On disk"});
+}
 
 void Doorway::load() {
     trap(m_services.prompts, "Form_Load_Error: ", [&] {
         makeFolder(m_services.paths.inApp("Doorway"));
         m_siteURLs = LoadInputHistory(historyFile(m_services), kUrlHistory, kUrls);
         m_profiles = LoadInputHistory(historyFile(m_services), kProfileHistory, kProfiles);
-        fields.txtFileLocation = m_services.settings.value(kApplication, "Doorway", "DefaultDir");
+        if (fields.txtFileLocation.empty())
+            fields.txtFileLocation = m_services.settings.value(kApplication, "Doorway", "DefaultDir");
     });
 }
 
 void Doorway::unload() {
     trap(m_services.prompts, "Form_Unload_Error: ", [&] {
         m_services.settings.setValue(kApplication, "Doorway", "DefaultDir", fields.txtFileLocation);
-        SaveInputHistory(historyFile(m_services), kUrlHistory, m_siteURLs);
-        SaveInputHistory(historyFile(m_services), kProfileHistory, m_profiles);
+        ExtendInputHistory(historyFile(m_services), kUrlHistory, kUrls, m_newSiteURLs);
+        ExtendInputHistory(historyFile(m_services), kProfileHistory, kProfiles, m_newProfiles);
+        m_newSiteURLs.clear();
+        m_newProfiles.clear();
     });
 }
 
 void Doorway::NewPage() {
-    fields = {};
+    DoorwayFields page;
+    page.cboSiteURL = std::move(fields.cboSiteURL);
+    fields = m_settled = std::move(page);
+    cboProfile.clear();
+    m_status.clear();
+}
+
+// The output folder is kept without a profile.
+bool Doorway::isTouched() const {
+    DoorwayFields settled = m_settled;
+    settled.txtFileLocation = fields.txtFileLocation;
+    return fields != settled;
+}
+
+bool Doorway::settleChanges() {
+    if (!isTouched()) return true;
+    if (m_services.prompts.ask("What you typed is not saved in a profile.\r\n\r\nDo you want to save it?",
+                               kTitle))
+        return saveProfile();
+    m_settled = fields;
+    return true;
+}
+
+bool Doorway::takeKeywords(const std::vector<std::string>& keywords) {
+    DoorwayFields next = fields;
+    setDoorwayKeywords(next, keywords);
+    const auto& taken = next.txtKeywords;
+    const auto isLost = [&taken](const std::string& keyword) {
+        return !keyword.empty() && std::find(taken.begin(), taken.end(), keyword) == taken.end();
+    };
+    if (std::any_of(fields.txtKeywords.begin(), fields.txtKeywords.end(), isLost) &&
+        !m_services.prompts.ask("The page has other keywords.\r\n\r\nDo you want to replace them?", kTitle))
+        return false;
+    fields = next;
+    m_status = keywords.size() <= taken.size()
+                   ? std::string()
+                   : "Only the first " + std::to_string(taken.size()) + " of " +
+                         std::to_string(keywords.size()) + " keywords have room here.";
+    return true;
+}
+
+void Doorway::chooseFolder() {
+    if (const auto folder = m_services.prompts.chooseFolder("File Location", outputFolder()))
+        fields.txtFileLocation = *folder;
 }
 
 std::optional<Doorway::Missing> Doorway::missingField() const {
@@ -132,8 +198,32 @@ std::vector<DoorwayFile> Doorway::plannedFiles() const {
     return files;
 }
 
+void Doorway::showPages() {
+    const RowsBatch batch(lsvPages);
+    lsvPages.clear();
+    std::set<std::string> taken;
+    for (const DoorwayFile& file : plannedFiles()) {
+        const char* const fate = !taken.insert(file.path).second ? "Same file as above"
+                                 : folderExists(file.path)       ? "Not possible: a folder has this name"
+                                 : fileExists(file.path)         ? "Replaces the file"
+                                                                 : "New";
+        lsvPages.add({{}, file.keyword, {getFileNameFromFile(file.path), fate}, "HTMLFile", file.path});
+    }
+}
+
+std::string Doorway::folderNote() const {
+    const std::string& chosen = fields.txtFileLocation;
+    const std::string place = "The pages go into " + outputFolder();
+    return chosen.empty() || folderExists(chosen) ? place : "There is no folder " + chosen + ". " + place;
+}
+
 std::string Doorway::pageText() const {
     return doorwayPage(fields, kWebAddress);
+}
+
+std::string Doorway::readersText() const {
+    const HtmlPage page(pageText());
+    return page.problem().empty() ? page.visibleText() : page.problem();
 }
 
 std::vector<DoorwayFile> Doorway::writePages() const {
@@ -162,11 +252,18 @@ bool Doorway::CreatePage() {
         "Create Doorway Page");
 }
 
-std::optional<Doorway::Field> Doorway::Command1(bool withProfile) {
-    if (withProfile) saveProfile();
+std::optional<Doorway::Field> Doorway::Command1() {
+    m_status.clear();
+    bool needed = false;
+    const bool readable = trap(
+        m_services.prompts,
+        "saveProfile_Error: ", [&] { needed = !cboProfile.empty() && !m_store.has(cboProfile, fields); },
+        "Save Profile");
+    if (readable && needed) saveProfile();
     const auto missing = ValidateFields();
     if (missing) return missing;
     AddInputHistory(m_siteURLs, fields.cboSiteURL);
+    m_newSiteURLs.push_back(fields.cboSiteURL);
     CreatePage();
     return std::nullopt;
 }
@@ -191,14 +288,16 @@ bool Doorway::saveProfile() {
             m_store.save(name, fields);
             cboProfile = name;
             AddInputHistory(m_profiles, name);
+            m_newProfiles.push_back(name);
+            m_settled = fields;
             saved = true;
+            m_status = "The profile '" + name + "' is saved.";
             for (const DoorwayKey& key : doorwayKeys()) {
                 DoorwayFields values = fields;
-                const std::size_t limit = key.isLong ? IniFile::kLongLimit : IniFile::kShortLimit;
-                if (key.field(values).size() > limit)
-                    m_services.prompts.notice("The profile has all of " + std::string(key.key) +
-                                              ", but only " + std::to_string(limit) +
-                                              " characters of it are loaded again.");
+                if (key.field(values).size() <= limitOf(key)) continue;
+                m_status = "The profile has all of " + std::string(key.key) + ", but only " +
+                           std::to_string(limitOf(key)) + " characters of it are loaded again.";
+                m_services.prompts.notice(m_status);
             }
         },
         "Save Profile");
@@ -210,8 +309,9 @@ bool Doorway::loadProfile(const std::string& name) {
         m_services.prompts, "getProfile_Error: ",
         [&] {
             if (!m_store.exists(name)) return;
-            fields = m_store.load(name);
+            fields = m_settled = m_store.load(name);
             cboProfile = name;
+            m_status.clear();
         },
         "Get Profile");
 }

@@ -24,6 +24,8 @@ struct DoorwayFields final {
     std::string txtImageURL;
     std::string txtCompany;
     std::string txtFileLocation;  // the folder for the pages
+
+    bool operator==(const DoorwayFields&) const = default;
 };
 
 // A key of a profile file and its field.

@@ -196,6 +196,15 @@ FileChoice QtPrompts::saveFile(std::string_view filter, std::string_view folder,
     return run(dialog, toQtFilters(filter), m_lastFolder);
 }
 
+std::optional<std::string> QtPrompts::chooseFolder(std::string_view title, std::string_view folder) {
+    const PlainPointer pointer(*this);
+    const QString chosen = QFileDialog::getExistingDirectory(
+        parent(), toScreen(title), folder.empty() ? m_lastFolder : toScreen(folder));
+    if (chosen.isEmpty()) return std::nullopt;
+    m_lastFolder = chosen;
+    return fromScreen(chosen);
+}
+
 bool QtPrompts::openWithSystem(std::string_view target) {
     const QString text = toScreen(target);
     const bool isWeb = startsWithNoCase(target, "http://") || startsWithNoCase(target, "https://");

@@ -34,6 +34,7 @@ class QtPrompts final : public Prompts {
     FileChoice openFile(std::string_view filter, std::string_view folder) override;
     FileChoice saveFile(std::string_view filter, std::string_view folder, std::string_view name,
                         std::string_view title = {}) override;
+    std::optional<std::string> chooseFolder(std::string_view title, std::string_view folder) override;
     bool openWithSystem(std::string_view target) override;
     bool viewText(std::string_view file) override;
     bool startProgram(std::string_view file) override;

@@ -83,9 +83,10 @@ TEST_F(DoorwayTest, AsksForWhatIsMissingInOrder) {
         {&doorway.fields.txtCompany, "Please enter your company name or the name of your web site."}};
     EXPECT_FALSE(doorway.ValidateFields());
     doorway.NewPage();
-    EXPECT_EQ(doorway.fields.txtFileLocation, "");
+    EXPECT_EQ(doorway.fields.txtFileLocation + doorway.fields.cboSiteURL, "a.test") << "no text box";
+    doorway.fields.cboSiteURL.clear();
     for (std::size_t i = 0; i < needed.size(); ++i) {
-        EXPECT_EQ(static_cast<std::size_t>(*doorway.Command1(false)), i);
+        EXPECT_EQ(static_cast<std::size_t>(*doorway.Command1()), i);
         EXPECT_EQ(prompts.last().title + ": " + prompts.last().text,
                   std::string("Doorway Page: ") + needed[i].second);
         *needed[i].first = "x";
@@ -96,13 +97,38 @@ TEST_F(DoorwayTest, AsksForWhatIsMissingInOrder) {
 TEST_F(DoorwayTest, CreatesAndOffersThePreview) {
     prompts.answers = {true};
     doorway.fields.txtKeywords[2] = "two words";
-    EXPECT_FALSE(doorway.Command1(false));
+    EXPECT_FALSE(doorway.Command1());
     EXPECT_EQ(prompts.shown.front().text,
               "3 Dooryway pages have been created and saved into the following files: \r\n\r\n" +
                   home.path("out/one.html") + "\r\n" + home.path("out/two.html") + "\r\n" +
                   home.path("out/two_words.html") + "\r\n\r\nDo you want to preview your doorway page?");
     EXPECT_EQ(prompts.last().kind + prompts.last().text, "system" + home.path("out/one.html"));
     EXPECT_EQ(doorway.siteURLs(), std::vector<std::string>{"a.test"});
+}
+
+TEST_F(DoorwayTest, ShowsWhatAReaderSeesOfAnyPage) {
+    EXPECT_THAT(doorway.readersText(), StartsWith("Title\nBody\nIf you need more information about two, "));
+    for (int i = 0; i < 10000; ++i) doorway.fields.txtSummary += "<table><tr><td>";
+    EXPECT_THAT(doorway.readersText(), testing::Not(HasSubstr("information")));
+}
+
+TEST_F(DoorwayTest, TwoProgramsKeepTheirListsSideBySide) {
+    Doorway other(services);
+    doorway.load();
+    other.load();
+    other.fields = doorway.fields;
+    for (auto* one : {&doorway, &other}) {
+        one->fields.cboSiteURL = one == &other ? "other.test" : "a.test";
+        one->cboProfile = one == &other ? "his" : "hers";
+        EXPECT_FALSE(one->Command1());
+    }
+    doorway.fields.cboSiteURL = "  ";
+    EXPECT_FALSE(doorway.Command1());
+    doorway.unload();
+    other.unload();
+    doorway.load();
+    EXPECT_EQ(doorway.siteURLs(), (std::vector<std::string>{"other.test", "a.test"}));
+    EXPECT_EQ(doorway.profiles(), (std::vector<std::string>{"his", "hers"}));
 }
 
 TEST_F(DoorwayTest, KeepsNamesInsideTheFolder) {

@@ -39,6 +39,12 @@ FileChoice ScriptedPrompts::saveFile(std::string_view filter, std::string_view, 
     return take(files, FileChoice());
 }
 
+std::optional<std::string> ScriptedPrompts::chooseFolder(std::string_view title, std::string_view folder) {
+    shown.push_back({"folder", std::string(folder), std::string(title), Icon::None});
+    const std::string chosen = take(files, FileChoice()).path;
+    return chosen.empty() ? std::nullopt : std::optional(chosen);
+}
+
 bool ScriptedPrompts::openWithSystem(std::string_view target) {
     shown.push_back({"system", std::string(target), {}, Icon::None});
     return systemOpens;

@@ -14,7 +14,8 @@ namespace relay::test {
 class ScriptedPrompts final : public Prompts {
   public:
     struct Shown final {
-        std::string kind;  // "message", "ask", "input", "open", "save", "system", "view", "start", "beep"
+        std::string
+            kind;  // "message", "ask", "input", "open", "save", "folder", "system", "view", "start", "beep"
         std::string text;
         std::string title;
         Icon icon = Icon::None;
@@ -25,7 +26,7 @@ class ScriptedPrompts final : public Prompts {
     std::vector<std::string> notices;
     std::deque<bool> answers;                       // for ask
     std::deque<std::optional<std::string>> inputs;  // for input
-    std::deque<FileChoice> files;                   // for openFile and saveFile
+    std::deque<FileChoice> files;                   // for openFile, saveFile and chooseFolder
     bool systemOpens = true;
     int busyDepth = 0;
 
@@ -36,6 +37,7 @@ class ScriptedPrompts final : public Prompts {
     FileChoice openFile(std::string_view filter, std::string_view folder) override;
     FileChoice saveFile(std::string_view filter, std::string_view folder, std::string_view name,
                         std::string_view title = {}) override;
+    std::optional<std::string> chooseFolder(std::string_view title, std::string_view folder) override;
     bool openWithSystem(std::string_view target) override;
     bool viewText(std::string_view file) override;
     bool startProgram(std::string_view file) override;

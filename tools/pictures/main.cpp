@@ -15,6 +15,7 @@
 #include "extras/frmNews.h"
 #include "ftp/frmFTPClient.h"
 #include "ftp/frmFTPLogin.h"
+#include "pagetools/frmDoorway.h"
 #include "pagetools/frmMetaTag.h"
 #include "pagetools/frmMetaTagChanges.h"
 #include "pagetools/frmOptimizer.h"
@@ -120,6 +121,36 @@ void drawMetaTags(Program& program, const test::TestHome& home, const QString& f
     frmMetaTagChanges changes(editor.editor().selectedFiles(), *editor.editor().wantedChange());
     changes.show();
     save(changes, folder, "meta-tag-changes");
+}
+
+// A landing page of which one file is there already; then its text, and an empty form.
+void drawDoorway(Program& program, const test::TestHome& home, const QString& folder) {
+    frmDoorway form(program.services());
+    form.show();
+    form.resize(980, 690);
+    save(form, folder, "doorway-empty");
+    form.hide();
+    home.write("Landing/roses_in_a_day.html", "x");
+    form.doorway().fields = {
+        "Roses for Small Gardens",
+        {"small roses", "patio roses", "roses in a day"},
+        "Old garden roses that stay small, for pots and balconies.",
+        "www.roses.example/small",
+        "Roses for pots",
+        "Roses for balconies",
+        "Planting and care",
+        "Twelve old garden roses stay under a metre. They are grown outdoors, come bare-rooted "
+        "from November to March, and flower in their first summer.",
+        "http://www.roses.example/small.jpg",
+        "Old Garden Roses",
+        home.path("Landing")};
+    form.show();
+    save(form, folder, "doorway");
+    auto* const tabs = form.findChild<QTabWidget*>(QStringLiteral("tabPage"));
+    tabs->setCurrentIndex(1);
+    save(form, folder, "doorway-text");
+    form.resize(form.minimumSizeHint());
+    save(form, folder, "doorway-small");
 }
 
 // A page of the roses with a few mistakes.
@@ -538,6 +569,7 @@ int main(int argc, char** argv) {
     drawSubmission(program, folder);
     drawDialogs(program, prompts, folder);
     drawMetaTags(program, home, folder);
+    drawDoorway(program, home, folder);
     drawOptimizer(program, folder);
     drawRanking(program, prompts, folder);
     drawKeywords(program, prompts, folder);
