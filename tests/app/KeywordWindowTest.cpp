@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/WindowTest.h"
 #include "core/FileStore.h"
+#include "pagetools/frmDoorway.h"
 #include "practice/PracticeWeb.h"
 #include "projects/WebsiteKeys.h"
 #include "ranking/RankingProfiles.h"
@@ -198,6 +199,19 @@ TEST_F(KeywordWindowTest, SendsTheListOnWithoutLosingWhatIsTyped) {
         prompts.answers = {true};
         click(form, "cmdSendWebsite");
         EXPECT_EQ(getKey(file, "Keyword") + getKey(file, "Company"), "paperElsewhere");
+        std::string keywords;
+        QTimer poll;
+        QObject::connect(&poll, &QTimer::timeout, &form, [&] {
+            auto* const doorway = qobject_cast<frmDoorway*>(QApplication::activeModalWidget());
+            if (doorway == nullptr) return;
+            poll.stop();
+            keywords = doorway->doorway().fields.txtKeywords[0] + "|" + doorway->doorway().fields.txtKeywords[1];
+            doorway->reject();
+        });
+        poll.start(1);
+        typeInto(form, "txtKeywordList", QStringLiteral("paper, pens, Paper"));
+        click(form, "cmdSendDoorway");
+        EXPECT_EQ(keywords, "paper|pens");
     });
     EXPECT_EQ(find<QPlainTextEdit>("txtSiteKeywords").toPlainText(), QStringLiteral("paper"));
     EXPECT_EQ(find<QLineEdit>("txtSiteTitle").text(), QStringLiteral("Typed"));
