@@ -56,7 +56,8 @@ class FindingSink final {
     std::size_t m_count = 0;
 };
 
-// A text of the page in quotes, on one line, cut where it is long.
+// A text of the page in quotes, on one line, cut where it has more bytes than kQuoted.
+inline constexpr std::size_t kQuoted = 120;
 std::string inQuotes(std::string_view text);
 
 // One thing that is looked for on a page.

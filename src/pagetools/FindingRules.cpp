@@ -150,8 +150,7 @@ std::optional<Severity> severityOf(std::string_view name) noexcept {
 }
 
 std::string inQuotes(std::string_view text) {
-    constexpr std::size_t kShown = 120;
-    std::size_t end = std::min(text.size(), kShown);
+    std::size_t end = std::min(text.size(), kQuoted);
     while (end < text.size() && end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
     return "\"" + escapeControlCharacters(text.substr(0, end)) + (end < text.size() ? "..." : "") + "\"";
 }

@@ -48,12 +48,14 @@ const GumboVector* childrenOf(const GumboNode* node) {
     return node->type == GUMBO_NODE_DOCUMENT ? &node->v.document.children : nullptr;
 }
 
-// Calls `enter` for every node below the root, itself included, in the order of the source, and `leave` when
-// its children are through. A node whose `enter` is false is not gone into. Never recurses, as pages nest as
-// they like.
+enum class Step { Into, Past, Stop };
+
+// Calls `enter` for every node below the root, itself included, in the order of the source, until one says
+// Stop, and `leave` when the children of a node that was gone into are through. Never recurses, as pages nest
+// as they like.
 template <typename Enter, typename Leave>
 void walk(const GumboNode* root, Enter&& enter, Leave&& leave) {
-    if (root == nullptr || !enter(root)) return;
+    if (root == nullptr || enter(root) != Step::Into) return;
     std::vector<std::pair<const GumboNode*, unsigned>> open = {{root, 0}};
     while (!open.empty()) {
         const auto [node, place] = open.back();
@@ -65,7 +67,9 @@ void walk(const GumboNode* root, Enter&& enter, Leave&& leave) {
         }
         ++open.back().second;
         const auto* const child = static_cast<const GumboNode*>(children->data[place]);
-        if (enter(child)) open.emplace_back(child, 0);
+        const Step step = enter(child);
+        if (step == Step::Stop) return;
+        if (step == Step::Into) open.emplace_back(child, 0);
     }
 }
 
@@ -88,8 +92,10 @@ bool isInline(GumboTag tag) {
     return std::find(kInline.begin(), kInline.end(), tag) != kInline.end();
 }
 
-void appendOnOneLine(std::string& out, std::string_view text) {
+// Stops when there is more than `most`.
+void appendOnOneLine(std::string& out, std::string_view text, std::size_t most = npos) {
     for (const char c : text) {
+        if (out.size() > most) return;
         const bool blank = c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f';
         if (!blank)
             out += c;
@@ -125,12 +131,14 @@ class HtmlPage::Arena final {
         std::size_t size = 0;
     };
     static constexpr std::size_t kUnit = 16;
-    // What open elements and attributes of a tag cost the parser grows with the square of their number. As
-    // lists double, half of this is always allowed.
+    // The places of a list that is too long. What open elements and attributes cost the parser grows with the
+    // square of their number, attributes of the same name even with its cube. As lists double, half of this
+    // is always allowed.
     static constexpr std::size_t kLongList = 2500;
+    static constexpr std::size_t kLongAttributes = 500;
 
     void* take(std::size_t size) {
-        m_mayBeList = size >= kLongList * sizeof(void*);
+        m_places = size / sizeof(void*);
         size = (std::max(size, kUnit) + kUnit - 1) / kUnit * kUnit;
         if (size > m_left) grow(size);
         void* const place = m_next;
@@ -154,15 +162,17 @@ class HtmlPage::Arena final {
     // A list of the parser grows by a block twice as large, into which it is copied before its old one is
     // dropped. Of long lists, only the children of one node are harmless.
     void drop(const void* memory) {
-        if (!std::exchange(m_mayBeList, false) || memory == nullptr) return;
+        const std::size_t places = std::exchange(m_places, 0);
+        if (places < kLongAttributes || memory == nullptr) return;
         const void* entries[2];
         std::memcpy(entries, memory, sizeof entries);
         if (!isOwn(entries[0]) || !isOwn(entries[1])) return;  // text
         const auto* const first = static_cast<const GumboNode*>(entries[0]);
         const auto* const second = static_cast<const GumboNode*>(entries[1]);
         // An attribute begins with the number 0, as no node in a list does, and goes on with its name.
-        if (first->type == GUMBO_NODE_DOCUMENT) leave("The page has a tag with thousands of attributes");
-        if (first->parent != second->parent) leave("The page's elements are nested too deep");
+        if (first->type == GUMBO_NODE_DOCUMENT) leave("The page has a tag with hundreds of attributes");
+        if (places >= kLongList && first->parent != second->parent)
+            leave("The page's elements are nested too deep");
     }
     bool isOwn(const void* place) const {
         const auto address = reinterpret_cast<std::uintptr_t>(place);
@@ -184,7 +194,7 @@ class HtmlPage::Arena final {
     std::size_t m_taken = 0;
     char* m_next = nullptr;
     std::size_t m_left = 0;
-    bool m_mayBeList = false;
+    std::size_t m_places = 0;  // that the last block would have as a list
 };
 
 bool HtmlElement::has(const char* attribute) const noexcept {
@@ -207,9 +217,14 @@ std::size_t HtmlElement::textLine() const noexcept {
     return isText(first) ? first->v.text.start_pos.line : line();
 }
 
-std::string HtmlElement::text() const {
+std::string HtmlElement::text(std::size_t most) const {
     std::string text;
-    appendOnOneLine(text, rawText());
+    const auto enter = [&text, most](const GumboNode* node) {
+        if (isText(node)) appendOnOneLine(text, node->v.text.text, most);
+        if (text.size() > most) return Step::Stop;
+        return childrenOf(node) != nullptr ? Step::Into : Step::Past;
+    };
+    walk(m_node, enter, [](const GumboNode*) {});
     if (text.ends_with(' ')) text.pop_back();
     return text;
 }
@@ -218,7 +233,7 @@ std::string HtmlElement::rawText() const {
     std::string text;
     const auto enter = [&text](const GumboNode* node) {
         if (isText(node)) text += node->v.text.text;
-        return childrenOf(node) != nullptr;
+        return childrenOf(node) != nullptr ? Step::Into : Step::Past;
     };
     walk(m_node, enter, [](const GumboNode*) {});
     return text;
@@ -257,7 +272,7 @@ void HtmlPage::parse() {
 void HtmlPage::collect() {
     const auto enter = [this](const GumboNode* node) {
         if (isOwn(node)) m_elements[node->v.element.tag].emplace_back(node);
-        return node->type == GUMBO_NODE_DOCUMENT || isOwn(node);
+        return node->type == GUMBO_NODE_DOCUMENT || isOwn(node) ? Step::Into : Step::Past;
     };
     walk(m_document, enter, [](const GumboNode*) {});
 }
@@ -275,12 +290,12 @@ std::string HtmlPage::visibleText() const {
     const auto enter = [&](const GumboNode* node) {
         if (isText(node)) {
             appendOnOneLine(text, node->v.text.text);
-            return false;
+            return Step::Past;
         }
         if (node->type != GUMBO_NODE_DOCUMENT && (!isOwn(node) || isHidden(node->v.element.tag)))
-            return false;
+            return Step::Past;
         breakLine(node);
-        return true;
+        return Step::Into;
     };
     walk(m_document, enter, breakLine);
     return text;

@@ -23,8 +23,9 @@ class HtmlElement final {
     std::size_t line() const noexcept;
     // Of the first text in it, or of the tag.
     std::size_t textLine() const noexcept;
-    // All text in it, each run of white space as one blank, none at the ends.
-    std::string text() const;
+    // All text in it, each run of white space as one blank, none at the ends. Reads no further than it takes
+    // to have more than `most` bytes.
+    std::string text(std::size_t most = std::string::npos) const;
     // The same as it is written.
     std::string rawText() const;
 
@@ -35,7 +36,7 @@ class HtmlElement final {
 // A page as a browser's parser reads it. What is inside SVG, MathML and templates is left out. Bytes that are
 // not UTF-8 are read as Latin-1.
 // Hostile pages cost bounded time and memory: one over 16 MiB, with elements nested far deeper than a browser
-// follows, with thousands of attributes in a tag, or whose tree outgrows its text, is not parsed.
+// follows, with hundreds of attributes in a tag, or whose tree outgrows its text, is not parsed.
 class HtmlPage final {
   public:
     static constexpr std::size_t kLargest = 16u * 1024 * 1024;

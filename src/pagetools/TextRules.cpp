@@ -81,7 +81,7 @@ class TitleTwice final : public FindingRule {
     void check(const CheckedPage& page, FindingSink& sink) const override {
         const auto& titles = page.html.elements(GUMBO_TAG_TITLE);
         for (std::size_t i = 1; i < titles.size(); ++i)
-            sink.add(titles[i].line(), "Another title: " + inQuotes(titles[i].text()));
+            sink.add(titles[i].line(), "Another title: " + inQuotes(titles[i].text(kQuoted + 1)));
     }
 };
 
@@ -170,8 +170,8 @@ class HeadingCount final : public FindingRule {
                                    : "The page has " + std::to_string(count) + " h1 headings, fewer than " +
                                          std::to_string(sink.bound("Minimum")));
         for (std::size_t i = static_cast<std::size_t>(sink.bound("Maximum")); i < headings.size(); ++i)
-            sink.add(headings[i].line(),
-                     "h1 heading number " + std::to_string(i + 1) + ": " + inQuotes(headings[i].text()));
+            sink.add(headings[i].line(), "h1 heading number " + std::to_string(i + 1) + ": " +
+                                             inQuotes(headings[i].text(kQuoted + 1)));
     }
 };
 
@@ -183,7 +183,7 @@ class HeadingEmpty final : public FindingRule {
                        "Write the heading as text, or give its image an alt text."}) {}
     void check(const CheckedPage& page, FindingSink& sink) const override {
         for (const HtmlElement& heading : page.html.elements(GUMBO_TAG_H1))
-            if (heading.text().empty()) sink.add(heading.line(), "The h1 heading has no text");
+            if (heading.text(0).empty()) sink.add(heading.line(), "The h1 heading has no text");
     }
 };
 

@@ -23,6 +23,7 @@
 
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <set>
 
 namespace relay::test {
 
@@ -115,9 +116,12 @@ class CommandLineGolden : public testing::TestWithParam<std::string> {
                 "\r\nArts=/Arts/\r\nSociety=/Society\r\n[Plain]\r\nURL=" + web() +
                 "/engines/plain/tree\r\nSection=/engines/plain/tree/section\r\n[Nowhere]\r\nGone=gone\r\n");
     }
+    // Sorted: several connections may be overtaken by each other.
     void listReceived() {
+        std::multiset<std::string> lines;
         for (const ReceivedSubmission& one : m_web.received())
-            m_transcript.out += one.engine + " " + one.fields.at(0).second + "\n";
+            lines.insert(one.engine + " " + one.fields.at(0).second + "\n");
+        for (const std::string& line : lines) m_transcript.out += line;
         m_web.forgetReceived();
     }
 

@@ -415,6 +415,7 @@ TEST_F(OptimizerTest, SurvivesPagesMadeToNest) {
                                    "<svg><foreignObject>" + many("<div/>", 300000),
                                    "<p" + attributes + ">",
                                    "<select><style></select><p" + attributes + ">",
+                                   "<p" + many(" a", 1000000),
                                    roots,
                                    many("<rt>", 300000),
                                    many("<span><object></span></object>", 100000) + "<b>" + textOf(1000000),
@@ -436,6 +437,7 @@ TEST_F(OptimizerTest, SurvivesPagesMadeToNest) {
                                 many("<div><table></div>", 100000),
                                 many("<div>", 1000) + many("<p>x</p>", 30000),
                                 "<b>" + many("<b><i><p>x</b></i>", 20000),
+                                many("<h1><i>", 600) + textOf(4000000),
                                 many("&#0;&amp", 100000)};
     for (const std::string& page : read)
         EXPECT_THAT(rulesOf(checkPage(page, "http://a.test/", RuleSettings())),
