@@ -222,9 +222,7 @@ std::span<const Command> urlCommands() {
 
 std::string Command::shownToolTip(const CommandState& state) const {
     std::string text(toolTip);
-    const std::string_view reason = comesLater()        ? "Available in a later version."
-                                    : !isEnabled(state) ? whyDisabled
-                                                        : std::string_view();
+    const std::string_view reason = isEnabled(state) ? std::string_view() : whyDisabled;
     if (!text.empty() && !reason.empty()) text += ". ";
     return text.append(reason);
 }

@@ -34,16 +34,14 @@ struct Command final {
     std::string_view name;  // the objectName of its QAction, or of its QMenu
     std::string_view icon;
     std::string_view toolTip = {};
-    std::string_view shortcut = {};  // "Ctrl+N"
-    // When it is enabled; none: not available in this version.
-    bool (*enabled)(const CommandState& state) = nullptr;
+    std::string_view shortcut = {};                            // "Ctrl+N"
+    bool (*enabled)(const CommandState& state) = nullptr;      // when it is enabled; every command has it
     std::string_view trapWords = {};                           // before the text of a failure
     void (*operation)(const CommandTarget& target) = nullptr;  // none for a menu
     std::string_view shownKey = {};     // shown in the menu; another command, or the tree, handles the key
     std::string_view whyDisabled = {};  // added to the tool tip while the command is disabled
 
-    bool comesLater() const noexcept { return enabled == nullptr; }
-    bool isEnabled(const CommandState& state) const { return enabled != nullptr && enabled(state); }
+    bool isEnabled(const CommandState& state) const { return enabled(state); }
     // The tool tip, with a note why the command is disabled where that is not obvious.
     std::string shownToolTip(const CommandState& state) const;
     // Runs the operation and shows its failure.

@@ -238,7 +238,7 @@ void Optimizer::readRules(RuleSettings& settings) const {
     if (problems.empty()) return;
     std::string text;
     for (std::size_t i = 0; i < std::min(problems.size(), kMostTold); ++i) text += problems[i].text + "\r\n";
-    if (problems.size() > kMostTold) text += "and " + std::to_string(problems.size() - kMostTold) + " more";
+    if (problems.size() > kMostTold) text += "and more";
     m_services.prompts.message(text, "optimizer.rules", Icon::Information);
 }
 

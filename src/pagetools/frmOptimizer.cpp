@@ -37,7 +37,8 @@ frmOptimizer::frmOptimizer(Optimizer& optimizer, QWidget* parent)
     m_ui->cmdFileLocation->setIcon(themedIcon("Browse"));
     m_ui->txtReport->setPalette(paper());
     m_ui->txtExplanation->viewport()->setAutoFillBackground(false);
-    m_ui->txtExplanation->setFixedHeight(3 * fontMetrics().lineSpacing());
+    m_ui->txtExplanation->document()->setDocumentMargin(2);
+    m_ui->txtExplanation->setFixedHeight(3 * fontMetrics().lineSpacing() + 4);
     m_ui->splitter->setSizes({height() / 2, height() / 2});
     connect(m_ui->cboSiteURL, &QComboBox::editTextChanged, this,
             [this](const QString& text) { m_optimizer.cboSiteURL = fromScreen(text); });
