@@ -163,8 +163,10 @@ void KeywordBuilder::chooseEngine(int engine) {
 }
 
 void KeywordBuilder::unload() {
-    trap(m_services.prompts,
-         "SaveInputHistory_Error: ", [&] { SaveInputHistory(historyFile(m_services), kSection, m_history); });
+    trap(m_services.prompts, "SaveInputHistory_Error: ", [this] {
+        ExtendInputHistory(historyFile(m_services), kSection, kHistory, m_newPhrases);
+        m_newPhrases.clear();
+    });
 }
 
 void KeywordBuilder::setStatus(std::string text) {
@@ -198,6 +200,7 @@ void KeywordBuilder::Command1(const std::string& phrase) {
                                         kTitle))
                 return;
             AddInputHistory(m_history, phrase);
+            m_newPhrases.push_back(phrase);
             if (!gather(phrase)) setStatus("Another page is being retrieved. Please try again.");
         },
         {}, kTitle);

@@ -113,6 +113,7 @@ class KeywordBuilder final : public QObject {
     QTimer m_Timer1;
     std::vector<std::string> m_sURLList;
     std::vector<std::string> m_history;
+    std::vector<std::string> m_newPhrases;  // since the load
     std::vector<std::string> m_problems;
     std::vector<FoundPage> m_pages;
     std::string m_status;

@@ -42,13 +42,14 @@ class KeywordWindowTest : public WindowTest {
         bool opened = false;
         whenModal([&](QWidget& dialog) {
             auto& form = dynamic_cast<frmKeywordBuilder&>(dialog);
-            EXPECT_TRUE(waitUntil([&] { return QApplication::activeWindow() == &form; }));
+            form.activateWindow();
+            // A window also counts as active when its parent is.
+            EXPECT_TRUE(waitUntil([&form] { return QApplication::activeWindow() == &form; }));
             opened = true;
             work(form);
             click(form, "Command1_2");
             EXPECT_FALSE(form.isVisible());
         });
-        bringUp();
         command("mnuToolsItems_6");
         EXPECT_TRUE(opened);
     }
@@ -61,7 +62,10 @@ class KeywordWindowTest : public WindowTest {
     static void click(const QWidget& form, const char* button) {
         QTest::mouseClick(&control<QWidget>(form, button), Qt::LeftButton);
     }
-    static void page(QWidget& form, Qt::Key number) { QTest::keyClick(&form, number, Qt::AltModifier); }
+    static void page(QWidget& form, int number) {
+        QTest::keyClick(&form, static_cast<Qt::Key>(Qt::Key_0 + number), Qt::AltModifier);
+        EXPECT_EQ(control<QTabWidget>(form, "SSTab1").currentIndex(), number - 1);
+    }
     static std::string list(const QWidget& form) {
         return control<QPlainTextEdit>(form, "txtKeywordList").toPlainText().toStdString();
     }
@@ -103,14 +107,14 @@ TEST_F(KeywordWindowTest, GathersCombinesCountsAndSaves) {
 
         // Typing, combining and counting add to the same list.
         typeInto(form, "txtKeywordList", QStringLiteral("blotter"));
-        page(form, Qt::Key_2);
+        page(form, 2);
         EXPECT_TRUE(control<QWidget>(form, "txtFirst").hasFocus());
         click(form, "cmdCombine");
         EXPECT_THAT(prompts.last().text, HasSubstr("fill in both lists"));
         typeInto(form, "txtFirst", QStringLiteral("red,blue"));
         typeInto(form, "txtSecond", QStringLiteral("pen"));
         click(form, "cmdCombine");
-        page(form, Qt::Key_3);
+        page(form, 3);
         EXPECT_THAT(control<QPlainTextEdit>(form, "txtPages").toPlainText().toStdString(),
                     HasSubstr("/words/pens.html\n"));
         click(form, "cmdCount");
@@ -183,7 +187,7 @@ TEST_F(KeywordWindowTest, SendsTheListOnWithoutLosingWhatIsTyped) {
     type("txtSiteTitle", QStringLiteral("Typed"));
     inForm([&](frmKeywordBuilder& form) {
         typeInto(form, "txtKeywordList", QStringLiteral("paper, pens, Paper"));
-        page(form, Qt::Key_4);
+        page(form, 4);
         EXPECT_EQ(control<QComboBox>(form, "cboWebsite").currentText(), QStringLiteral("Shop / Home"));
         click(form, "cmdSendWebsite");
         EXPECT_EQ(getKey(file, "Title") + getKey(file, "Keyword"), "Typedpaper, pens");
@@ -211,6 +215,20 @@ TEST_F(KeywordWindowTest, SendsTheListOnWithoutLosingWhatIsTyped) {
         prompts.answers = {true};
         click(form, "cmdSendWebsite");
         EXPECT_EQ(getKey(file, "Keyword") + getKey(file, "Company"), "paperElsewhere");
+        std::string keywords;
+        QTimer poll;
+        QObject::connect(&poll, &QTimer::timeout, &form, [&] {
+            auto* const doorway = qobject_cast<frmDoorway*>(QApplication::activeModalWidget());
+            if (doorway == nullptr) return;
+            poll.stop();
+            keywords =
+                doorway->doorway().fields.txtKeywords[0] + "|" + doorway->doorway().fields.txtKeywords[1];
+            doorway->reject();
+        });
+        poll.start(1);
+        typeInto(form, "txtKeywordList", QStringLiteral("paper, pens, Paper"));
+        click(form, "cmdSendDoorway");
+        EXPECT_EQ(keywords, "paper|pens");
     });
     EXPECT_EQ(find<QPlainTextEdit>("txtSiteKeywords").toPlainText(), QStringLiteral("paper"));
     EXPECT_EQ(find<QLineEdit>("txtSiteTitle").text(), QStringLiteral("Typed"));
