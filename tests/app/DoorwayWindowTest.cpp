@@ -95,6 +95,7 @@ TEST_F(DoorwayWindowTest, ShowsThePagesAndCreatesThem) {
         EXPECT_THAT(in<QPlainTextEdit>("txtSource").toPlainText().toStdString(),
                     HasSubstr("<META name=\"Keywords\" content=\"one,two words,three\">\n"));
         EXPECT_EQ(home.read("out/one.html"), "old");
+        EXPECT_THAT(missedByTab(*form), testing::IsEmpty());
         QTest::keyClick(form, Qt::Key_X, Qt::AltModifier);
         EXPECT_THAT(in<QPlainTextEdit>("txtPage").toPlainText().toStdString(),
                     testing::AllOf(HasSubstr("If you need more information about two words, you will"),

@@ -102,6 +102,7 @@ TEST_F(FtpWindowTest, AnUploadIsComparedAndExactlyTheChangedPagesAreSubmitted) {
     EXPECT_EQ(prompts.last().text, "FTP Connection seems closed, Please re-connect and try again !");
     logIn(pages.url("/"));
     EXPECT_EQ(part("btnConnect").text(), QStringLiteral("D&isconnect"));
+    EXPECT_THAT(missedByTab(*form()), testing::IsEmpty());
     EXPECT_THAT(part<QLabel>("lblState").text().toStdString(), HasSubstr(", not encrypted"));
 
     QTest::keySequence(&part<ListView>("lsvDirs"), QKeySequence::SelectAll);

@@ -66,6 +66,7 @@ class KeywordWindowTest : public WindowTest {
     static void page(QWidget& form, int number) {
         QTest::keyClick(&form, static_cast<Qt::Key>(Qt::Key_0 + number), Qt::AltModifier);
         EXPECT_EQ(control<QTabWidget>(form, "SSTab1").currentIndex(), number - 1);
+        EXPECT_THAT(missedByTab(form), testing::IsEmpty());
     }
     static std::string list(const QWidget& form) {
         return control<QPlainTextEdit>(form, "txtKeywordList").toPlainText().toStdString();

@@ -22,6 +22,7 @@ namespace {
 using testing::AllOf;
 using testing::EndsWith;
 using testing::HasSubstr;
+using testing::IsEmpty;
 using testing::StartsWith;
 
 // The optimizer over the window, on the pages of the practice web.
@@ -84,7 +85,9 @@ TEST_F(OptimizerWindowTest, APageIsReportedAndItsFindingsLeadToItsLines) {
                 AllOf(HasSubstr("Website: " + page("several-h1")), HasSubstr("Meta Tag Keywords")));
     EXPECT_TRUE(part<QTextEdit>("txtReport").isVisible());
 
+    EXPECT_THAT(missedByTab(*form()), IsEmpty());
     key(Qt::Key_N, Qt::AltModifier);
+    EXPECT_THAT(missedByTab(*form()), IsEmpty());
     EXPECT_EQ(part<QTabWidget>("SSTab1").tabText(1), QStringLiteral("Fi&ndings (2)"));
     EXPECT_EQ(part<QLabel>("lblFindings").text(), QStringLiteral("0 errors, 2 warnings and 0 notices"));
     auto& findings = part<ListView>("lsvFindings");

@@ -5,8 +5,11 @@
 
 #include <QAction>
 #include <QPlainTextEdit>
+#include <QRadioButton>
 #include <QToolBar>
 #include <QTreeView>
+
+#include <set>
 
 namespace relay::test {
 
@@ -25,6 +28,26 @@ const char* const kSmallCatalogue =
     "Adults=Yes\n"
     "Name=Delta Picks\nCountry=DE\nType=HOT\nCategory=N\nMethod=GET\nAction=http://d.test/\nQuery=u=<URL>\n"
     "Adults=Yes\nEND:Version 6.0\n";
+
+std::vector<std::string> missedByTab(QWidget& form) {
+    QWidget* const first = form.focusWidget();
+    std::set<const QWidget*> reached;
+    for (QWidget* now = first; reached.insert(now).second; now = form.focusWidget()) {
+        QTest::keyClick(now, Qt::Key_Tab);
+        // A label has its links before the next control.
+        if (form.focusWidget() == now) QTest::keyClick(now, Qt::Key_Tab);
+    }
+    std::vector<std::string> missed;
+    for (QWidget* const part : form.findChildren<QWidget*>()) {
+        const auto* const radio = qobject_cast<QRadioButton*>(part);
+        if (part->isVisible() && part->isEnabled() && (part->focusPolicy() & Qt::TabFocus) != 0 &&
+            part->focusProxy() == nullptr && (radio == nullptr || radio->isChecked()) &&
+            reached.count(part) == 0)
+            missed.push_back(part->objectName().toStdString());
+    }
+    first->setFocus();
+    return missed;
+}
 
 void WindowTest::settleHome(std::string_view engines) {
     SettingsStore store(home.paths().settingsFile);
