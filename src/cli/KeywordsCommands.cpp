@@ -125,11 +125,15 @@ int KeywordsCountCommand::execute() {
         if (const auto failure = failureOf([&] { page = readSourcePage(context(), name, "KeywordBuilder"); }))
             page.problem = *failure;
         if (page.stopped) return kStopped;
+        if (page.isPage) {
+            const CountedText counted = countedText(page.text);
+            text.append(counted.text).append("\n");
+            if (!counted.problem.empty()) page.problem = terminalText(name) + ": " + counted.problem;
+        }
         if (!page.problem.empty()) {
             context().warn(page.problem);
             failed = true;
         }
-        if (page.isPage) text.append(countedText(page.text)).append("\n");
     }
     for (const CountedWords& counted : countWords(text, fewest, most)) {
         if (context().json)

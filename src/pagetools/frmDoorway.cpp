@@ -225,7 +225,7 @@ void frmDoorway::showPreview() {
 void frmDoorway::explain(const QWidget* focused) {
     const QWidget* field = focused;
     while (field != nullptr && field != this && field->whatsThis().isEmpty()) field = field->parentWidget();
-    if (field == nullptr || !isAncestorOf(field)) {
+    if (field == nullptr || field == this || !isAncestorOf(field)) {
         m_ui->lblTitle->setText(tr("Dooryway Page"));
         m_ui->lblCaption->setText(
             tr("A doorway page is a webpage specifically designed to rank high "

@@ -85,6 +85,8 @@ TEST_F(DoorwayWindowTest, ShowsThePagesAndCreatesThem) {
         EXPECT_EQ(prompts.last().text, "Please enter a title of your web site.");
         EXPECT_EQ(in<Heading>("lblTitle").text(), QStringLiteral("Title"));
         EXPECT_TRUE(in<QWidget>("txtTitle").hasFocus());
+        in<QWidget>("cmdClose").setFocus();
+        EXPECT_EQ(in<Heading>("lblTitle").text(), QStringLiteral("Dooryway Page"));
         fill();
         EXPECT_TRUE(waitUntil([&] { return pages().size() == 3; }));
         EXPECT_THAT(pages(), ElementsAre("one|one.html|Replaces the file", "two words|two_words.html|New",

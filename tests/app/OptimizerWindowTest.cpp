@@ -77,6 +77,7 @@ TEST_F(OptimizerWindowTest, APageIsReportedAndItsFindingsLeadToItsLines) {
     EXPECT_THAT(prompts.last().text, HasSubstr("Please enter your web site URL or a valid"));
     optimize(page("several-h1"));
     EXPECT_EQ(status(), "Done");
+    EXPECT_EQ(form()->focusWidget(), &part<QComboBox>("cboSiteURL"));
     EXPECT_EQ(prompts.last().kind + prompts.last().text, "system" + optimizer().report().path);
     EXPECT_THAT(part<QTextEdit>("txtReport").toPlainText().toStdString(),
                 testing::AllOf(HasSubstr("Website: " + page("several-h1")), HasSubstr("Meta Tag Keywords")));
