@@ -150,6 +150,10 @@ void frmHelp::lookUp(bool backwards) {
 void frmHelp::fitPictures() {
     QTextDocument& page = *m_ui->txtPage->document();
     const int room = std::max(100, m_ui->txtPage->viewport()->width() - kPictureMargin);
+    // Laid out once, at the end: after several changes of the same page, Qt leaves out the text above
+    // pictures.
+    QTextCursor all(&page);
+    all.beginEditBlock();
     for (QTextBlock block = page.begin(); block.isValid(); block = block.next()) {
         for (auto piece = block.begin(); !piece.atEnd(); ++piece) {
             if (!piece.fragment().charFormat().isImageFormat()) continue;
@@ -175,6 +179,7 @@ void frmHelp::fitPictures() {
             break;  // a change ends the walk through the block
         }
     }
+    all.endEditBlock();
 }
 
 void frmHelp::resizeEvent(QResizeEvent* event) {

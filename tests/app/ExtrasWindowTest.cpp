@@ -11,6 +11,7 @@
 #include "support/Patterns.h"
 #include "widgets/ListView.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QCheckBox>
 #include <QLabel>
 #include <QMenuBar>
@@ -151,6 +152,22 @@ TEST_F(ExtrasWindowTest, EveryEntryOfTheMenusOpensSomething) {
     }
     EXPECT_THAT(silent, IsEmpty());
     EXPECT_THAT(helpless, IsEmpty()) << "name their pages of the guide in helpTopics()";
+}
+
+// Pictures are fitted to the page after it was laid out once.
+TEST(GuideTest, ShowsTheTextAbovePictures) {
+    ScriptedPrompts prompts;
+    frmHelp help(kGuide, prompts);
+    help.showPage("page-tools.md");
+    help.show();
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(&help));
+    QTextDocument& page = *control<QTextBrowser>(help, "txtPage").document();
+    QCoreApplication::processEvents();
+    for (QTextBlock block = page.begin(); block.isValid(); block = block.next()) {
+        if (block.text().isEmpty()) continue;
+        EXPECT_GT(page.documentLayout()->blockBoundingRect(block).height(), 0.0)
+            << block.text().toStdString();
+    }
 }
 
 TEST(GuideTest, EveryLinkAndEveryTopicLeadsToAPageAndAHeading) {
