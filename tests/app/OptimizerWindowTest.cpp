@@ -6,6 +6,7 @@
 #include "widgets/ListView.h"
 #include "widgets/SourceView.h"
 
+#include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
 #include <QLabel>
@@ -118,6 +119,18 @@ TEST_F(OptimizerWindowTest, APageIsReportedAndItsFindingsLeadToItsLines) {
     open();
     EXPECT_EQ(part<QComboBox>("cboSiteURL").count(), 2);
     EXPECT_THAT(part<QLabel>("lblReport").text().toStdString(), HasSubstr("_pages_good.html.html"));
+    quit();
+}
+
+TEST_F(OptimizerWindowTest, BeginsLargerWithALargerFont) {
+    start();
+    const int usual = frmOptimizer(optimizer()).height();
+    const QFont before = QApplication::font();
+    QFont large = before;
+    large.setPixelSize(32);
+    QApplication::setFont(large);
+    EXPECT_GT(frmOptimizer(optimizer()).height(), usual);
+    QApplication::setFont(before);
     quit();
 }
 
