@@ -57,6 +57,7 @@ KeywordsFindCommand::KeywordsFindCommand(CLI::App& parent, CommandLineContext& c
 }
 
 int KeywordsFindCommand::execute() {
+    if (trim(m_phrase).empty()) throw UsageError("PHRASE: is empty");
     const Services& services = context().home().services;
     frmHTTP fetcher(services);
     KeywordBuilder builder(fetcher, services);
