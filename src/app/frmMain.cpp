@@ -146,7 +146,7 @@ void showKeywordBuilder(const CommandTarget& target, QWidget* parent) {
         Workspace& workspace = target.main.workspace;
         form = new frmKeywordBuilder(target.services, target.main.fetcher,
                                      {[&workspace] { return workspace.currentNode()->file; },
-                                      [&workspace] { return workspace.autoSave(); },
+                                      [&workspace] { return workspace.autoSaveToLeave(); },
                                       // Saving reads a file that was changed.
                                       [&workspace] { workspace.autoSave(); },
                                       [&target, parent](const std::vector<std::string>& keywords) {

@@ -84,7 +84,7 @@ void frmFTPClient::connectLocal() {
     connect(&m_local, &FtpLocalFiles::folderChanged, this, [this] {
         const QString folder = toScreen(m_local.folder());
         m_ui->lblFolder->setText(folder);
-        m_ui->lblFolder->setToolTip(folder);
+        setPlainToolTip(*m_ui->lblFolder, folder);
     });
     connect(m_ui->mnuRefreshLocal, &QAction::triggered, &m_local, &FtpLocalFiles::addDirs);
     connect(m_ui->mnuSendFile, &QAction::triggered, this, &frmFTPClient::sendFiles);
@@ -175,7 +175,7 @@ void frmFTPClient::showState() {
     m_ui->cmdStop->setEnabled(work);
     m_ui->cmdRetry->setEnabled(!work && failed > 0);
     m_ui->lblFailed->setText(failed == 0 ? QString() : toScreen(m_client.failureSummary()));
-    m_ui->lblFailed->setToolTip(failed == 0 ? QString() : toScreen(m_client.failureReasons()));
+    setPlainToolTip(*m_ui->lblFailed, failed == 0 ? QString() : toScreen(m_client.failureReasons()));
     m_ui->lblFailed->setVisible(failed > 0);
     m_ui->cmdCompare->setEnabled(!work && m_client.canCompare());
     m_ui->cmdIndexNow->setEnabled(!work);
@@ -204,7 +204,7 @@ void frmFTPClient::showConnection() {
                           : m_client.isEncrypted() ? tr("Connected to %1, encrypted").arg(host)
                                                    : tr("Connected to %1, not encrypted").arg(host);
     m_ui->lblState->setText(state);
-    m_ui->lblState->setToolTip(state);
+    setPlainToolTip(*m_ui->lblState, state);
 }
 
 void frmFTPClient::showProgress() {
@@ -216,7 +216,7 @@ void frmFTPClient::showProgress() {
     m_ui->lblFile->setText(m_client.compare()->isRunning() ? tr("Looking at the web ...")
                            : name.isEmpty()                ? tr("File")
                                                            : name);
-    m_ui->lblFile->setToolTip(name);
+    setPlainToolTip(*m_ui->lblFile, name);
     m_ui->lblQueue->setText(progress.files == 0 ? tr("All files")
                                                 : tr("File %1 of %2").arg(progress.file).arg(progress.files));
 }

@@ -270,6 +270,7 @@ std::optional<Doorway::Field> Doorway::Command1() {
 
 bool Doorway::saveProfile() {
     bool saved = false;
+    m_status.clear();
     trap(
         m_services.prompts, "saveProfile_Error: ",
         [&] {

@@ -38,16 +38,14 @@ OptimizerReportFile writeOptimizerReport(const Services& services, std::string_v
     PageTexts page;
     readMetaTag(services, html, page);
     const std::string whole = optimizerAddress(address);
-    OptimizerReportFile report;
-    report.text = buildOptimizerReport(
-        {html, page, whole, services.preference, services.clock.now(), QLocale::system()});
-    report.text += "\r\n";
+    const OptimizerInput input{
+        html, page, whole, services.preference, services.clock.now(), QLocale::system()};
     const std::string folder = services.paths.inApp("Optimizer");
     makeFolder(folder);
     std::string name = "opimtizer.html";
     (void)failureOf([&] { name = optimizerReportName(whole); });
-    report.path = folder + "/" + name;
-    writeFile(report.path, report.text);
+    OptimizerReportFile report{folder + "/" + name, reportForWindow(input)};
+    writeFile(report.path, buildOptimizerReport(input) + "\r\n");
     return report;
 }
 
@@ -302,6 +300,7 @@ void Optimizer::saveFindings() {
             m_services.prompts, {"CSV files (*.csv)|*.csv|SARIF files (*.sarif)|*.sarif", "The file ",
                                  " already exists, do you want to replace it?", "Save Findings"});
         if (file.empty()) return;
+        setStatus({});
         const std::vector<FindingsOfPage> pages = {{m_address, m_findings}};
         writeFile(file, endsWithNoCase(file, ".sarif") ? findingsAsSarif(pages) : findingsAsCsv(pages));
         m_services.prompts.notice("Saved " + file);

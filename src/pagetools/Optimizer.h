@@ -19,7 +19,7 @@ struct Services;
 
 struct OptimizerReportFile final {
     std::string path;
-    std::string text;
+    std::string shown;  // by reportForWindow
 };
 // Writes the report on a page into the folder Optimizer. `address` is as it was typed. A page that can be
 // read only in part is told to the user. Throws Failure, with nothing written.

@@ -8,7 +8,6 @@
 #include "core/Text.h"
 #include "core/Url.h"
 #include "core/clsPreference.h"
-#include "pagetools/HtmlPage.h"
 #include "pagetools/KeywordCounter.h"
 
 #include <algorithm>
@@ -78,11 +77,14 @@ std::string date(const QDateTime& time, QStringView format) {
     return fromScreen(QLocale::c().toString(time, format));
 }
 
+enum class Viewer { Browser, Window };
+
 // Appends pieces of text. Odd blanks and closing tags are part of the report.
 class ReportText final {
   public:
-    explicit ReportText(const OptimizerInput& input)
+    ReportText(const OptimizerInput& input, Viewer viewer)
         : m_input(input),
+          m_forWindow(viewer == Viewer::Window),
           m_tags(input.page.tags),
           m_keywords(splitAtCommas(m_tags.keywords)),
           m_body{input.page.body, blanksIn(input.page.body) + 2, {}},
@@ -91,6 +93,7 @@ class ReportText final {
         if (!m_tags.description.empty()) m_description.words = blanksIn(m_tags.description) + 1;
     }
 
+    std::size_t keywordCount() const { return m_keywords.size(); }
     std::string build() {
         addHead();
         addSimulation();
@@ -130,10 +133,15 @@ class ReportText final {
         line("<font FACE=Arial SIZE=2 COLOR=#000000>", verdict, "</font>");
     }
 
+    // A text of the page or the settings.
+    std::string value(std::string_view text) const;
+    // The target of a link.
+    std::string_view target(std::string_view address) const { return m_forWindow ? "#" : address; }
+    void addLogo();
     void addHead();
     void addSimulation();
     void addFrames();
-    void addMeta(std::string_view name, std::string_view value, std::string_view verdict);
+    void addMeta(std::string_view name, std::string_view content, std::string_view verdict);
     void addKeywords();
     void addDescription();
     void addTitle();
@@ -145,6 +153,7 @@ class ReportText final {
     void addFoot();
 
     const OptimizerInput& m_input;
+    bool m_forWindow;
     const MetaTags& m_tags;
     std::vector<std::string_view> m_keywords;
     Measured m_body;
@@ -152,28 +161,38 @@ class ReportText final {
     std::string m_text;
 };
 
+std::string ReportText::value(std::string_view text) const {
+    constexpr std::size_t kLongest = 2000;
+    if (!m_forWindow) return std::string(text);
+    const std::string whole = replaceAll(left(text, kLongest), "<", "&lt;");
+    return text.size() > kLongest ? whole + " ..." : whole;
+}
+
+void ReportText::addLogo() {
+    const std::string& logo = m_input.preference.LogoURL;
+    if (!logo.empty() && !m_forWindow) add("<br><img src=http://", logo, "><br>");
+}
+
 void ReportText::addHead() {
-    const clsPreference& preference = m_input.preference;
-    const std::string_view address = m_input.address;
+    const std::string address = value(m_input.address);
     line("<html><head>");
     line("<title>Web Site Optimizer for: ", address, "</title>");
     line("</head>");
     line("<body width = 620>");
     line("<table border=0 width=620>");
     line("<tr><td>");
-    if (!preference.LogoURL.empty() && preference.LogoPosition == 0)
-        add("<br><img src=http://", preference.LogoURL, "><br>");
+    if (m_input.preference.LogoPosition == 0) addLogo();
     line(
         "<table border=0 width=620><tr bgcolor=#000000><td><font face=arial color=#FFFFFF><b>Web Site "
         "Optimizer Report</b></font></td></tr></table>");
-    line("<p><font face=Arial><b>Website: <a href=", address, ">", address, "</a><br>");
+    line("<p><font face=Arial><b>Website: <a href=", target(address), ">", address, "</a><br>");
     line("Report Date: </b>", longDate(m_input.time, m_input.locale), "</p><p><br></p></font>");
     add("</p><font FACE=Arial SIZE=2 COLOR=#000000>");
 }
 
 void ReportText::addSimulation() {
     constexpr std::size_t kShown = 200;
-    const std::string_view address = m_input.address;
+    const std::string address = value(m_input.address);
     const std::string_view title = m_tags.title.empty() ? std::string_view("NO TITLE") : m_tags.title;
     const std::string_view body = m_input.page.body;
     const std::string_view text = m_tags.description.empty() ? body : std::string_view(m_tags.description);
@@ -185,11 +204,12 @@ void ReportText::addSimulation() {
         "click-thru-rate to your web site. Please make sure your web site listing are attractive."
         "</font><br><br>");
     add("<font face=\"Times New Roman, Times, serif\" SIZE=3><ul>");
-    line("<li><a href=", address, "><b>", left(title, kShown), "</b></a><br>");
-    line(left(text, kShown), "<br><font SIZE=2 COLOR=#999999>98% Date: ", date(m_input.time, u"d MMM yyyy"),
-         ", Size ", size, "K, ", address, "</font><br><br></li>");
-    line("<li><a href=", address, "><b>", title, "</b></a><br>");
-    line(left(body, kShown), "<br><font SIZE=2 COLOR=#999999>Last Modified ",
+    line("<li><a href=", target(address), "><b>", value(left(title, kShown)), "</b></a><br>");
+    line(value(left(text, kShown)),
+         "<br><font SIZE=2 COLOR=#999999>98% Date: ", date(m_input.time, u"d MMM yyyy"), ", Size ", size,
+         "K, ", address, "</font><br><br></li>");
+    line("<li><a href=", target(address), "><b>", value(title), "</b></a><br>");
+    line(value(left(body, kShown)), "<br><font SIZE=2 COLOR=#999999>Last Modified ",
          date(m_input.time, u"d-MMM-yyyy"), " -page size ", size, "K - URL: ", address,
          "</font><br><br></li></ul>");
     closeSection();
@@ -207,14 +227,14 @@ void ReportText::addFrames() {
     add("</td></tr></table><p>&nbsp;</p>");
 }
 
-void ReportText::addMeta(std::string_view name, std::string_view value, std::string_view verdict) {
+void ReportText::addMeta(std::string_view name, std::string_view content, std::string_view verdict) {
     line(
         "<font FACE=Arial SIZE=2 COLOR=#ff0000>&lt;META NAME=&quot;</font><font FACE=Arial SIZE=2 "
         "COLOR=#0000ff>",
         name,
         "</font><font FACE=Arial SIZE=2 COLOR=#ff0000>&quot; CONTENT=&quot;</font><font FACE=Arial SIZE=2 "
         "COLOR=#0000ff>",
-        value, "</font><font FACE=Arial SIZE=2 COLOR=#ff0000>&quot;&gt;</font><br><br>");
+        value(content), "</font><font FACE=Arial SIZE=2 COLOR=#ff0000>&quot;&gt;</font><br><br>");
     addVerdict(verdict);
 }
 
@@ -290,7 +310,7 @@ void ReportText::addTitle() {
                   "characters. Otherwise, search engines will use first 100 characters in the title.";
     openSection(heading("Choose the Right Title"));
     line("<font FACE=Arial SIZE=2 COLOR=#ff0000>&lt;TITLE&gt;</font><font FACE=Arial SIZE=2 COLOR=#0000ff>",
-         m_tags.title, "</font><font FACE=Arial SIZE=2 COLOR=#ff0000>&lt;/TITLE&gt;</font><br><br>");
+         value(m_tags.title), "</font><font FACE=Arial SIZE=2 COLOR=#ff0000>&lt;/TITLE&gt;</font><br><br>");
     addVerdict(verdict);
     closeSection();
 }
@@ -324,7 +344,7 @@ void ReportText::addContents() {
     const std::string text = CleanLineBreaks(m_input.page.body);
     openSection(
         "<font FACE=Arial SIZE=2 COLOR=#000000><b>Web Site Contents</b>(first 250 characters)</font>");
-    line("<font FACE=Arial SIZE=2 COLOR=#0000ff>", left(trim(text), kShown), "</font><br><br>");
+    line("<font FACE=Arial SIZE=2 COLOR=#0000ff>", value(left(trim(text), kShown)), "</font><br><br>");
     addVerdict(contentsVerdict());
     closeSection();
 }
@@ -335,7 +355,8 @@ std::string ReportText::rows(const Measured& measured, const KeywordCounter& cou
     for (std::size_t i = 0; i < m_keywords.size(); ++i) {
         if (m_keywords[i].empty()) continue;
         const std::int64_t percent = percentOf(counts[i], measured.words);
-        rows.append("<tr bgcolor=#FFFFFF><td><font FACE=Arial SIZE=2 COLOR=#000000>").append(m_keywords[i]);
+        rows.append("<tr bgcolor=#FFFFFF><td><font FACE=Arial SIZE=2 COLOR=#000000>")
+            .append(value(m_keywords[i]));
         rows.append("</font></td><td align=center><font FACE=Arial SIZE=2 COLOR=#000000>");
         rows.append(std::to_string(counts[i])).append("</font></td><td align=center>");
         rows.append(std::to_string(percent)).append("%</td>").append(kBreak).append("<td align=center>");
@@ -393,19 +414,18 @@ void ReportText::addFoot() {
     const clsPreference& preference = m_input.preference;
     line("<b><font color=#FF0000>Need More Tips</font></b><br>");
     line("Please check our web site at: ");
-    line("<a href=", preference.TipsURL, ">", preference.TipsURL,
-         "</a> and <a href=", preference.TutorialPage, ">", preference.TutorialPage,
+    line("<a href=", target(preference.TipsURL), ">", value(preference.TipsURL),
+         "</a> and <a href=", target(preference.TutorialPage), ">", value(preference.TutorialPage),
          "</a> for more information on how to improve your web ranking.<br><br><hr size=1>");
-    if (preference.LogoPosition != 0 && !preference.LogoURL.empty())
-        add("<br><img src=http://", preference.LogoURL, "><br>");
+    if (preference.LogoPosition != 0) addLogo();
     std::string_view site = preference.SiteURL;
     // Always removes seven characters, so an "https" address keeps a slash.
     if (startsWithNoCase(site, "http")) site.remove_prefix(std::min<std::size_t>(7, site.size()));
-    line("<font face=arial size =1>This report is generated by : <a href=http://", site, ">",
-         preference.Company, "</a>");
+    line("<font face=arial size =1>This report is generated by : <a href=http://", target(site), ">",
+         value(preference.Company), "</a>");
     line("<br>");
-    line("Email: <a href=mailto:", preference.Email, ">", preference.name, "</a> ");
-    line("Web: <a href=http://", site, ">", site, "</a>");
+    line("Email: <a href=mailto:", target(preference.Email), ">", value(preference.name), "</a> ");
+    line("Web: <a href=http://", target(site), ">", value(site), "</a>");
     line("</font></td></tr></table>");
     add("</body></html>");
 }
@@ -419,7 +439,7 @@ std::string underscored(std::string text) {
 }  // namespace
 
 std::string buildOptimizerReport(const OptimizerInput& input) {
-    return ReportText(input).build();
+    return ReportText(input, Viewer::Browser).build();
 }
 
 std::string optimizerAddress(std::string_view typed) {
@@ -427,23 +447,13 @@ std::string optimizerAddress(std::string_view typed) {
     return (whole ? "" : "http://") + std::string(typed);
 }
 
-std::string reportForWindow(std::string_view report) {
+std::string reportForWindow(const OptimizerInput& input) {
     constexpr std::size_t kLongest = 128 * 1024;
-    constexpr int kMostTables = 11;  // the report itself has ten; a level more doubles the work
-    if (report.size() > kLongest || !HtmlPage(report).problem().empty()) return {};
-    int tables = 0;
-    for (std::size_t at = findNoCase(report, "<table"); at != npos; at = findNoCase(report, "<table", at + 1))
-        if (++tables > kMostTables) return {};
-    std::string shown;
-    while (!report.empty()) {
-        const std::size_t picture = std::min(findNoCase(report, "<img"), report.size());
-        shown += report.substr(0, picture);
-        report.remove_prefix(picture);
-        if (report.empty()) break;
-        shown += "<no-";
-        report.remove_prefix(1);
-    }
-    return shown;
+    constexpr std::size_t kMostKeywords = 200;  // more make it longer anyway
+    ReportText text(input, Viewer::Window);
+    if (text.keywordCount() > kMostKeywords) return {};
+    std::string report = text.build();
+    return report.size() > kLongest ? std::string() : report;
 }
 
 std::string optimizerReportName(std::string_view address) {

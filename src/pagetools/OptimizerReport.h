@@ -30,9 +30,9 @@ std::string buildOptimizerReport(const OptimizerInput& input);
 // What was typed, as the report shows it: "http://" in front, unless it begins with "http" or names a local
 // file.
 std::string optimizerAddress(std::string_view typed);
-// The report as a small viewer can show it: without pictures, which it would look for on this computer. Empty
-// when the page's texts make the report too long or its tables nest too deep for such a viewer.
-std::string reportForWindow(std::string_view report);
+// The report as the program's own window shows it: the page's texts as plain text, cut when they are long,
+// and nothing that a viewer would load. Empty when there are too many keywords for such a viewer.
+std::string reportForWindow(const OptimizerInput& input);
 // The report's name: made of host and path, or of the local file's name. Never a path.
 std::string optimizerReportName(std::string_view address);
 

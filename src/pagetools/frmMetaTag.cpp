@@ -169,13 +169,13 @@ void frmMetaTag::showFields() {
 void frmMetaTag::showFolder() {
     const QString folder = toScreen(m_editor.folder());
     m_ui->lblFolder->setText(folder);
-    m_ui->lblFolder->setToolTip(folder);
+    setPlainToolTip(*m_ui->lblFolder, folder);
 }
 
 void frmMetaTag::showStatus() {
     const QString text = toScreen(m_editor.lblStatusBar());
     m_ui->lblStatusBar->setText(text);
-    m_ui->lblStatusBar->setToolTip(text);
+    setPlainToolTip(*m_ui->lblStatusBar, text);
 }
 
 void frmMetaTag::showFetching(bool fetching) {

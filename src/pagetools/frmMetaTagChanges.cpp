@@ -141,7 +141,7 @@ frmMetaTagChanges::~frmMetaTagChanges() = default;
 void frmMetaTagChanges::showFile(int row) {
     const std::string file(m_files.at(row).tag);
     m_ui->lblFile->setText(toScreen(file));
-    m_ui->lblFile->setToolTip(toScreen(file));
+    setPlainToolTip(*m_ui->lblFile, toScreen(file));
     drawDiff(*m_ui->txtDiff, previewFile(file, m_change));
 }
 

@@ -38,6 +38,7 @@ frmOptimizer::frmOptimizer(Optimizer& optimizer, QWidget* parent)
     setWindowFlag(Qt::WindowMinMaxButtonsHint);
     m_ui->cboSiteURL->lineEdit()->setPlaceholderText(
         tr("http://www.yourdomain/page.html or /home/you/page.html"));
+    m_ui->cboSiteURL->lineEdit()->setAccessibleName(m_ui->cboSiteURL->accessibleName());
     m_ui->cmdFileLocation->setIcon(themedIcon("Browse"));
     m_ui->txtReport->setPalette(paper());
     m_ui->txtExplanation->viewport()->setAutoFillBackground(false);
@@ -109,7 +110,7 @@ void frmOptimizer::showState() {
     if (m_ui->cboSiteURL->currentText() != address) m_ui->cboSiteURL->setEditText(address);
     const QString status = toScreen(m_optimizer.status());
     m_ui->StatusBar1->setText(status);
-    m_ui->StatusBar1->setToolTip(status);
+    setPlainToolTip(*m_ui->StatusBar1, status);
 }
 
 void frmOptimizer::showReport() {
@@ -118,21 +119,20 @@ void frmOptimizer::showReport() {
     m_ui->lblReport->setText(path.isEmpty()
                                  ? tr("No report yet")
                                  : tr("Optimizer/%1").arg(toScreen(getFileNameFromFile(report.path))));
-    m_ui->lblReport->setToolTip(path);
+    setPlainToolTip(*m_ui->lblReport, path);
     m_ui->cmdOpenReport->setEnabled(!path.isEmpty());
-    const std::string shown = reportForWindow(report.text);
     m_ui->txtReport->setPlaceholderText(
         path.isEmpty() ? tr("Enter the address of a page, or choose an HTML file, and press Optimizer. The "
                             "report opens in your browser and appears here, too.")
                        : tr("This report is too large to be shown here. See it in your browser."));
-    m_ui->txtReport->setHtml(toScreen(shown));
+    m_ui->txtReport->setHtml(toScreen(report.shown));
 }
 
 void frmOptimizer::showFindings() {
     const int count = m_optimizer.lsvFindings.count();
     const QString address = toScreen(m_optimizer.address());
     m_ui->lblFindings->setText(address.isEmpty() ? tr("No page yet") : toScreen(m_optimizer.summary()));
-    m_ui->lblFindings->setToolTip(address);
+    setPlainToolTip(*m_ui->lblFindings, address);
     m_ui->lsvFindings->setEmptyHint(
         address.isEmpty() ? tr("Enter the address of a page, or choose an HTML file, and press Optimizer.")
                           : tr("Nothing was found on this page."));

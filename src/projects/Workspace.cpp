@@ -112,9 +112,9 @@ bool Workspace::autoSave() {
     return !isTouched(node);
 }
 
-void Workspace::autoSaveToLeave() {
+bool Workspace::autoSaveToLeave() {
     m_failureShown = false;
-    autoSave();
+    return autoSave();
 }
 
 // True if something was typed into the node's panel since it was shown or saved.

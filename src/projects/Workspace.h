@@ -51,9 +51,9 @@ class Workspace final : public QObject {
     // Saves the current node's panel. False when something typed was not saved, because of a failure or by
     // the user's choice. The first failure is shown in a box, later ones in the status bar.
     bool autoSave();
-    // autoSave before leaving, which a failure does not prevent: shows it in a box, even after an earlier
-    // one.
-    void autoSaveToLeave();
+    // autoSave before leaving, which a failure does not prevent, and below another form: shows a failure in a
+    // box, even after an earlier one.
+    bool autoSaveToLeave();
 
     // Each asks for a name, again while it is taken.
     void newProject();

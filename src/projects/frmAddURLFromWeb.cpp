@@ -57,7 +57,7 @@ void frmAddURLFromWeb::fetchPage() {
 
 void frmAddURLFromWeb::showStatus(const QString& text) {
     m_ui->StatusBar1->setText(text);
-    m_ui->StatusBar1->setToolTip(text);
+    setPlainToolTip(*m_ui->StatusBar1, text);
 }
 
 // The address is read-only, not disabled: it keeps the focus, so that Escape reaches the form.

@@ -340,6 +340,7 @@ bool KeywordBuilder::combine(std::string_view first, std::string_view second) {
 }
 
 void KeywordBuilder::saveKeywords() {
+    setStatus({});
     trapAndLog(
         m_services, "saveKeywords_Error: ",
         [&] {
@@ -409,6 +410,7 @@ void KeywordBuilder::tellSent(const KeywordTarget& target, std::size_t sent, std
 
 bool KeywordBuilder::sendToWebsite(const KeywordTarget& website, const std::vector<std::string>& keywords) {
     bool sent = false;
+    setStatus({});
     trap(m_services.prompts, "Module: SendKeywords\r\n", [&] {
         requireWebsite(website.file);
         const std::vector<std::string> all = withoutDuplicates(keywords);
@@ -423,6 +425,7 @@ bool KeywordBuilder::sendToWebsite(const KeywordTarget& website, const std::vect
 
 bool KeywordBuilder::sendToProfile(const KeywordTarget& profile, const std::vector<std::string>& keywords) {
     bool sent = false;
+    setStatus({});
     trap(m_services.prompts, "Module: SendKeywords\r\n", [&] {
         const RankingProfiles profiles(m_services.paths);
         const std::string old = profiles.load(profile.name).setup.keywords;

@@ -88,6 +88,7 @@ void frmKeywordBuilder::addKeys() {
 
 void frmKeywordBuilder::connectFind() {
     m_ui->cboKeywords->lineEdit()->setPlaceholderText(tr("What people would search for"));
+    m_ui->cboKeywords->lineEdit()->setAccessibleName(m_ui->cboKeywords->accessibleName());
     connect(m_ui->cboEngine, &QComboBox::activated, &m_builder, &KeywordBuilder::chooseEngine);
     connect(m_ui->Command1_0, &QPushButton::clicked, this, &frmKeywordBuilder::get);
     connect(&m_builder, &KeywordBuilder::stateChanged, this, &frmKeywordBuilder::showRun);

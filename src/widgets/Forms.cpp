@@ -103,6 +103,16 @@ void focusFirst(QWidget& page) {
     }
 }
 
+QString plainToolTip(const QString& text) {
+    if (!Qt::mightBeRichText(text)) return text;
+    return QStringLiteral("<qt>%1</qt>")
+        .arg(text.toHtmlEscaped().replace(QLatin1Char('\n'), QStringLiteral("<br>")));
+}
+
+void setPlainToolTip(QWidget& widget, const QString& text) {
+    widget.setToolTip(plainToolTip(text));
+}
+
 QString typedText(const QPlainTextEdit& edit) {
     return edit.document()->toRawText().replace(QChar(QChar::ParagraphSeparator), QLatin1Char('\n'));
 }

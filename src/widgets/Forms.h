@@ -32,6 +32,9 @@ void makeReachable(QSplitter& splitter, const QString& toolTip);
 void showFocus(QWidget& control);
 // "Version 6.0": the program's major and minor number.
 QString versionText();
+// Shows the text as it is. Qt takes a tool tip with tags for HTML, and would load its pictures.
+QString plainToolTip(const QString& text);
+void setPlainToolTip(QWidget& widget, const QString& text);
 // The text in the box, lines ended by LF. toPlainText() would turn non-breaking spaces into plain ones.
 QString typedText(const QPlainTextEdit& edit);
 

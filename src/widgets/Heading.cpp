@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "widgets/Heading.h"
 
+#include "widgets/Forms.h"
+
 #include <QHelpEvent>
 #include <QPainter>
 #include <QToolTip>
@@ -14,7 +16,7 @@ QString Heading::shownText() const {
 bool Heading::event(QEvent* event) {
     if (event->type() != QEvent::ToolTip) return QLabel::event(event);
     if (shownText() != text())
-        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), text().toHtmlEscaped(), this);
+        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), plainToolTip(text()), this);
     return true;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/WindowTest.h"
 #include "core/FileStore.h"
+#include "core/FileSystem.h"
 #include "pagetools/frmDoorway.h"
 #include "practice/PracticeWeb.h"
 #include "projects/WebsiteKeys.h"
@@ -221,6 +222,26 @@ TEST_F(KeywordWindowTest, SendsTheListOnWithoutLosingWhatIsTyped) {
     EXPECT_EQ(find<QPlainTextEdit>("txtSiteKeywords").toPlainText(), QStringLiteral("paper"));
     EXPECT_EQ(find<QLineEdit>("txtSiteTitle").text(), QStringLiteral("Typed"));
     EXPECT_EQ(find<QLineEdit>("txtCompany").text(), QStringLiteral("Elsewhere"));
+    // The panel cannot be saved: said each time over the form, and what is typed stays.
+    type("txtSiteTitle", QStringLiteral("Typed again"));
+    removeFile(file);
+    makeFolder(file);
+    inForm([this](frmKeywordBuilder& form) {
+        for (int time = 0; time < 2; ++time) {
+            prompts.shown.clear();
+            click(form, "cmdSendWebsite");
+            EXPECT_THAT(prompts.last().text, HasSubstr("Not a regular file"));
+        }
+        typeInto(form, "txtKeywordList", QStringLiteral("paper"));
+        prompts.answers = {true};
+        click(form, "cmdSendProfile");
+        EXPECT_THAT(status(form), HasSubstr("sent to shop."));
+        RankingProfiles(home.paths()).removeProfile("shop");
+        click(form, "cmdSendProfile");
+        EXPECT_EQ(prompts.last().text + status(form),
+                  "Module: SendKeywords\r\nThere is no ranking profile \"shop\".");
+    });
+    EXPECT_EQ(find<QLineEdit>("txtSiteTitle").text(), QStringLiteral("Typed again"));
     quit();
 }
 

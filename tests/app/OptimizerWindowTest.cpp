@@ -20,6 +20,8 @@
 namespace relay::test {
 namespace {
 
+using testing::AllOf;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -81,7 +83,7 @@ TEST_F(OptimizerWindowTest, APageIsReportedAndItsFindingsLeadToItsLines) {
     EXPECT_EQ(form()->focusWidget(), &part<QComboBox>("cboSiteURL"));
     EXPECT_EQ(prompts.last().kind + prompts.last().text, "system" + optimizer().report().path);
     EXPECT_THAT(part<QTextEdit>("txtReport").toPlainText().toStdString(),
-                testing::AllOf(HasSubstr("Website: " + page("several-h1")), HasSubstr("Meta Tag Keywords")));
+                AllOf(HasSubstr("Website: " + page("several-h1")), HasSubstr("Meta Tag Keywords")));
     EXPECT_TRUE(part<QTextEdit>("txtReport").isVisible());
 
     key(Qt::Key_N, Qt::AltModifier);
@@ -153,6 +155,11 @@ TEST_F(OptimizerWindowTest, LocalFilesAndFailuresAreTold) {
         EXPECT_EQ(part<QTextEdit>("txtReport").toPlainText(), QString());
     }
     EXPECT_THAT(status(), HasSubstr("status 404"));
+    // A name with tags is shown as it is.
+    optimize(home.write("s/<b>&.html", "<title>Ink</title>"));
+    EXPECT_EQ(part<QLabel>("lblSource").textFormat(), Qt::PlainText);
+    EXPECT_THAT(part<QLabel>("lblReport").toolTip().toStdString(),
+                AllOf(StartsWith("<qt>"), EndsWith("&lt;b&gt;&amp;.html.html</qt>")));
     removeFile(home.path("s/a.html"));
     ask(home.path("s/a.html"));
     EXPECT_THAT(prompts.last().text, StartsWith("Invalid path or file name"));
