@@ -149,6 +149,7 @@ void frmHelp::lookUp(bool backwards) {
 // No picture is wider than the page.
 void frmHelp::fitPictures() {
     QTextDocument& page = *m_ui->txtPage->document();
+    bool changed = false;
     const int room = std::max(100, m_ui->txtPage->viewport()->width() - kPictureMargin);
     for (QTextBlock block = page.begin(); block.isValid(); block = block.next()) {
         for (auto piece = block.begin(); !piece.atEnd(); ++piece) {
@@ -172,9 +173,12 @@ void frmHelp::fitPictures() {
             cursor.setPosition(piece.fragment().position() + piece.fragment().length(),
                                QTextCursor::KeepAnchor);
             cursor.setCharFormat(format);
+            changed = true;
             break;  // a change ends the walk through the block
         }
     }
+    // Without this the layout leaves out text below a changed picture of a long page.
+    if (changed) page.markContentsDirty(0, page.characterCount());
 }
 
 void frmHelp::resizeEvent(QResizeEvent* event) {

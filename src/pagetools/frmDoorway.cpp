@@ -65,8 +65,8 @@ frmDoorway::frmDoorway(const Services& services, QWidget* parent)
     connectFields();
     connectButtons();
     connect(qApp, &QApplication::focusChanged, this, [this](const QWidget* old, const QWidget* now) {
-        // A window that comes up keeps what it showed.
-        if (old != nullptr && now != nullptr && old->window() == this) explain(now);
+        // While a message is up, and when a window comes up, it keeps what it showed.
+        if (old != nullptr && now != nullptr && old->window() == this && now->window() == this) explain(now);
     });
     makeReachable(*m_ui->picSpliter, tr("Drag to make the fields wider or narrower, or press Alt+Right and "
                                         "Alt+Left"));
@@ -225,7 +225,7 @@ void frmDoorway::showPreview() {
 void frmDoorway::explain(const QWidget* focused) {
     const QWidget* field = focused;
     while (field != nullptr && field != this && field->whatsThis().isEmpty()) field = field->parentWidget();
-    if (field == nullptr || !isAncestorOf(field)) {
+    if (field == nullptr || field == this) {
         m_ui->lblTitle->setText(tr("Dooryway Page"));
         m_ui->lblCaption->setText(
             tr("A doorway page is a webpage specifically designed to rank high "

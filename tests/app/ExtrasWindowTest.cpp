@@ -11,6 +11,7 @@
 #include "support/Patterns.h"
 #include "widgets/ListView.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QCheckBox>
 #include <QLabel>
 #include <QMenuBar>
@@ -242,6 +243,39 @@ TEST_F(ExtrasWindowTest, TheViewerFollowsLinksFindsTextAndGoesBack) {
     EXPECT_EQ(prompts.last().text, "https://www.indexnow.org/x%20y");
     viewer.showPage("missing.md");
     EXPECT_EQ(page.source().path(), QStringLiteral("contents.md"));
+}
+
+// A picture gets its size once the page is shown, which must not cost the text around it.
+TEST_F(ExtrasWindowTest, TheViewerShowsAllTextOfAPageWithPictures) {
+    for (const char* name : {"page-tools.md", "custom-engines.md", "submitting.md"}) {
+        frmHelp viewer(kGuide, prompts);
+        const auto& page = control<QTextBrowser>(viewer, "txtPage");
+        viewer.showPage(name);
+        viewer.show();
+        const auto eachBlock = [&page](const auto& look) {
+            for (QTextBlock block = page.document()->begin(); block.isValid(); block = block.next())
+                look(block);
+        };
+        const auto isFitted = [&] {
+            bool fitted = true;
+            eachBlock([&](const QTextBlock& block) {
+                for (auto piece = block.begin(); !piece.atEnd(); ++piece) {
+                    const QTextImageFormat picture = piece.fragment().charFormat().toImageFormat();
+                    if (picture.isValid() &&
+                        (picture.width() < 1 || picture.width() > page.viewport()->width()))
+                        fitted = false;
+                }
+            });
+            return fitted;
+        };
+        EXPECT_TRUE(waitUntil(isFitted)) << name;
+        std::vector<std::string> lost;
+        eachBlock([&](const QTextBlock& block) {
+            if (page.document()->documentLayout()->blockBoundingRect(block).height() < 1)
+                lost.push_back(block.text().left(40).toStdString());
+        });
+        EXPECT_THAT(lost, IsEmpty()) << name;
+    }
 }
 
 TEST_F(ExtrasWindowTest, TheNewsIsCheckedAtOpeningAndByTheButton) {
