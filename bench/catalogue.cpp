@@ -7,8 +7,8 @@
 //
 //   bench_catalogue [rounds]
 #include "Ratios.h"
+#include "SilentPrompts.h"
 #include "core/Clock.h"
-#include "core/Prompts.h"
 #include "session/Session.h"
 
 #include <QTemporaryDir>
@@ -31,23 +31,6 @@ namespace {
 
 using namespace relay;
 using relay::bench::median;
-
-class SilentPrompts final : public Prompts {
-  public:
-    void message(std::string_view text, std::string_view, Icon) override {
-        std::fprintf(stderr, "%.*s\n", static_cast<int>(text.size()), text.data());
-    }
-    bool ask(std::string_view, std::string_view) override { return false; }
-    std::optional<std::string> input(std::string_view, std::string_view, std::string_view) override {
-        return {};
-    }
-    FileChoice openFile(std::string_view, std::string_view) override { return {}; }
-    FileChoice saveFile(std::string_view, std::string_view, std::string_view) override { return {}; }
-    bool openWithSystem(std::string_view) override { return false; }
-    void beep() override {}
-    void busy(bool) override {}
-    void status(std::string_view) override {}
-};
 
 constexpr const char* kNames[] = {"Orbit Search", "Northern Directory", "Link Yard", "Daily Classifieds",
                                   "Market Row",   "Site of the Day",    "Oddments"};
@@ -110,7 +93,7 @@ double bareSeconds(const std::string& home) {
 
 double loadSeconds(const std::string& home) {
     SystemClock clock;
-    SilentPrompts prompts;
+    bench::SilentPrompts prompts;
     Session session(Paths::insideHome(home), clock, {}, prompts);
     return seconds([&] {
         if (!session.catalogue.loadEngineData()) std::exit(1);

@@ -3,10 +3,10 @@
 // Usage: bench_pool URL SLOTS REQUESTS; prints "requests/s  CPU microseconds/request  peak KiB".
 //        bench_pool delay SLOTS REQUESTS; uses a server of its own that answers after 50 ms; prints
 //        "requests/s  share of the ideal rate".
+#include "SilentPrompts.h"
 #include "core/Clock.h"
 #include "core/Log.h"
 #include "core/Paths.h"
-#include "core/Prompts.h"
 #include "core/SettingsStore.h"
 #include "core/clsPreference.h"
 #include "transport/Descriptors.h"
@@ -39,21 +39,6 @@ namespace {
 using Steady = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds kDelay{50};
-
-class SilentPrompts final : public relay::Prompts {
-  public:
-    void message(std::string_view, std::string_view, relay::Icon) override {}
-    bool ask(std::string_view, std::string_view) override { return false; }
-    std::optional<std::string> input(std::string_view, std::string_view, std::string_view) override {
-        return std::nullopt;
-    }
-    relay::FileChoice openFile(std::string_view, std::string_view) override { return {}; }
-    relay::FileChoice saveFile(std::string_view, std::string_view, std::string_view) override { return {}; }
-    bool openWithSystem(std::string_view) override { return false; }
-    void beep() override {}
-    void busy(bool) override {}
-    void status(std::string_view) override {}
-};
 
 // Gives each index its next request when the last one has ended, and counts the replies by class.
 class Run final {
@@ -193,7 +178,7 @@ int main(int argc, char** argv) {
     const relay::SystemClock clock;
     relay::Log log(home.filePath(QStringLiteral("Error.log")).toStdString(), clock, "");
     relay::SettingsStore store(paths.settingsFile);
-    SilentPrompts prompts;
+    relay::bench::SilentPrompts prompts;
     relay::clsPreference preference(paths, store, log, prompts);
     relay::HttpNetwork network;
     relay::frmHTTPMX pool(network, preference, log);

@@ -4,11 +4,11 @@
 // in a bare libcurl multi_poll loop, one connection per engine, the same files written and renamed into
 // place. Usage: bench_ranking_run make FOLDER ADDRESS | bare FOLDER | run FOLDER; the last two print pages
 // per second. `make` writes the page that the server gives (FOLDER/page.html) and a home with its catalogue.
+#include "SilentPrompts.h"
 #include "core/Clock.h"
 #include "core/FileStore.h"
 #include "core/FileSystem.h"
 #include "core/IniFile.h"
-#include "core/Prompts.h"
 #include "ranking/RankingPages.h"
 #include "ranking/clsRanking.h"
 #include "session/Session.h"
@@ -33,24 +33,6 @@ constexpr int kEngines = 50;
 constexpr int kPages = 100;
 constexpr std::size_t kPageBytes = 20 * 1024;
 constexpr std::string_view kPhrase = "paper shop";
-
-class SilentPrompts final : public Prompts {
-  public:
-    void message(std::string_view text, std::string_view, Icon) override {
-        std::fprintf(stderr, "%.*s\n", static_cast<int>(text.size()), text.data());
-    }
-    bool ask(std::string_view, std::string_view) override { return false; }
-    std::optional<std::string> input(std::string_view, std::string_view, std::string_view) override {
-        return std::nullopt;
-    }
-    FileChoice openFile(std::string_view, std::string_view) override { return {}; }
-    FileChoice saveFile(std::string_view, std::string_view, std::string_view) override { return {}; }
-    bool openWithSystem(std::string_view) override { return false; }
-    bool viewText(std::string_view) override { return false; }
-    void beep() override {}
-    void busy(bool) override {}
-    void status(std::string_view) override {}
-};
 
 std::string homeOf(const std::string& folder) {
     return folder + "/home";
@@ -89,7 +71,7 @@ void report(Time::time_point begin) {
 
 int run(const std::string& folder) {
     const SystemClock clock;
-    SilentPrompts prompts;
+    bench::SilentPrompts prompts;
     Session session(Paths::insideHome(homeOf(folder)), clock, {}, prompts);
     session.readSettings(SettingsReader::CommandLine);
     session.network.open();

@@ -5,8 +5,8 @@
 // Usage: bench_submit HOME WEBSITE ledger|none
 // Prints: requests per second, seconds, CPU time a request in microseconds, longest time the event loop was
 // held up in ms.
+#include "SilentPrompts.h"
 #include "core/Clock.h"
-#include "core/Prompts.h"
 #include "session/Session.h"
 #include "submission/SubmissionController.h"
 
@@ -28,21 +28,6 @@ using Time = std::chrono::steady_clock;
 
 constexpr int kTickMilliseconds = 5;
 
-class SilentPrompts final : public Prompts {
-  public:
-    void message(std::string_view, std::string_view, Icon) override {}
-    bool ask(std::string_view, std::string_view) override { return false; }
-    std::optional<std::string> input(std::string_view, std::string_view, std::string_view) override {
-        return std::nullopt;
-    }
-    FileChoice openFile(std::string_view, std::string_view) override { return {}; }
-    FileChoice saveFile(std::string_view, std::string_view, std::string_view) override { return {}; }
-    bool openWithSystem(std::string_view) override { return false; }
-    void beep() override {}
-    void busy(bool) override {}
-    void status(std::string_view) override {}
-};
-
 double since(Time::time_point begin) {
     return std::chrono::duration<double>(Time::now() - begin).count();
 }
@@ -58,7 +43,7 @@ double processorSeconds() {
 
 int run(const std::string& home, const std::string& website, bool keepLedger) {
     const SystemClock clock;
-    SilentPrompts prompts;
+    bench::SilentPrompts prompts;
     Session session(Paths::insideHome(home), clock, {}, prompts);
     session.readSettings(SettingsReader::CommandLine);
     session.network.open();

@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Saves and loads website files of 1,000 and 10,000 URLs, compared with a plain read of the same file. The
 // time per URL must not depend on their number.
+#include "SilentPrompts.h"
+#include "core/Clock.h"
 #include "core/FileStore.h"
-#include "core/Prompts.h"
 #include "projects/UrlList.h"
 #include "projects/UrlsFromPage.h"
 #include "projects/WebsiteFile.h"
+#include "session/Session.h"
+#include "transport/frmHTTP.h"
 
+#include <QCoreApplication>
 #include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
@@ -14,22 +18,6 @@
 namespace {
 
 using namespace relay;
-
-// Asks and shows nothing.
-class NoPrompts final : public Prompts {
-  public:
-    void message(std::string_view, std::string_view, Icon) override {}
-    bool ask(std::string_view, std::string_view) override { return false; }
-    std::optional<std::string> input(std::string_view, std::string_view, std::string_view) override {
-        return std::nullopt;
-    }
-    FileChoice openFile(std::string_view, std::string_view) override { return {}; }
-    FileChoice saveFile(std::string_view, std::string_view, std::string_view) override { return {}; }
-    bool openWithSystem(std::string_view) override { return false; }
-    void beep() override {}
-    void busy(bool) override {}
-    void status(std::string_view) override {}
-};
 
 void fill(WebsiteFields& fields, std::int64_t urls) {
     fields.txtSiteTitle = "A shop of many pages";
@@ -44,7 +32,7 @@ void saveWebsite(benchmark::State& state) {
     WebsiteFields fields;
     fill(fields, state.range(0));
     CustomEngines customEngines;
-    NoPrompts prompts;
+    bench::SilentPrompts prompts;
     WebsiteFile website(prompts);
     for ([[maybe_unused]] auto _ : state) {
         website.save(path, fields, customEngines, SaveOver::Anything);
@@ -61,7 +49,7 @@ void loadWebsite(benchmark::State& state) {
     WebsiteFields fields;
     fill(fields, state.range(0));
     CustomEngines customEngines;
-    NoPrompts prompts;
+    bench::SilentPrompts prompts;
     WebsiteFile website(prompts);
     website.save(path, fields, customEngines, SaveOver::Anything);
     for ([[maybe_unused]] auto _ : state) website.loadWebsiteFile(path, fields, customEngines, nullptr);
@@ -75,7 +63,7 @@ void readWebsiteBytes(benchmark::State& state) {
     WebsiteFields fields;
     fill(fields, state.range(0));
     CustomEngines customEngines;
-    NoPrompts prompts;
+    bench::SilentPrompts prompts;
     WebsiteFile(prompts).save(path, fields, customEngines, SaveOver::Anything);
     for ([[maybe_unused]] auto _ : state) benchmark::DoNotOptimize(readFile(path));
     state.SetItemsProcessed(state.iterations() * state.range(0));
@@ -87,10 +75,14 @@ void linksOfAPage(benchmark::State& state) {
     for (std::int64_t i = 0; i < state.range(0); ++i)
         page +=
             "<p>Some words in front of it <a href=\"page" + std::to_string(i) + ".html\">page</a></p>\r\n";
-    NoPrompts prompts;
+    const QTemporaryDir home;
+    const SystemClock clock;
+    bench::SilentPrompts prompts;
+    const Session session(Paths::insideHome(home.path().toStdString()), clock, {}, prompts);
+    frmHTTP fetcher(session.services);
     for ([[maybe_unused]] auto _ : state) {
         Rows urls;
-        UrlsFromPage links(urls, prompts);
+        UrlsFromPage links(urls, fetcher, prompts);
         links.setPage("www.shop.example/pages/index.html");
         links.getURL(page);
         benchmark::DoNotOptimize(urls.count());
@@ -101,4 +93,10 @@ BENCHMARK(linksOfAPage)->Arg(1000)->Arg(10000)->Arg(100000);
 
 }  // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}

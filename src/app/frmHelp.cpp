@@ -177,7 +177,7 @@ void frmHelp::fitPictures() {
             break;  // a change ends the walk through the block
         }
     }
-    // Without this the layout leaves out text below a changed picture of a long page.
+    // Laid out anew as a whole: on a long page, Qt leaves out text that is near a changed picture.
     if (changed) page.markContentsDirty(0, page.characterCount());
 }
 

@@ -65,7 +65,7 @@ frmDoorway::frmDoorway(const Services& services, QWidget* parent)
     connectFields();
     connectButtons();
     connect(qApp, &QApplication::focusChanged, this, [this](const QWidget* old, const QWidget* now) {
-        // While a message is up, and when a window comes up, it keeps what it showed.
+        // While other windows come and go, it keeps what it showed.
         if (old != nullptr && now != nullptr && old->window() == this && now->window() == this) explain(now);
     });
     makeReachable(*m_ui->picSpliter, tr("Drag to make the fields wider or narrower, or press Alt+Right and "

@@ -86,6 +86,9 @@ TEST_F(DoorwayWindowTest, ShowsThePagesAndCreatesThem) {
         EXPECT_EQ(in<Heading>("lblTitle").text(), QStringLiteral("Title"));
         EXPECT_TRUE(in<QWidget>("txtTitle").hasFocus());
         fill();
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        EXPECT_TRUE(in<QWidget>("cmdBrowse").hasFocus());
+        EXPECT_EQ(in<Heading>("lblTitle").text(), QStringLiteral("Dooryway Page"));
         EXPECT_TRUE(waitUntil([&] { return pages().size() == 3; }));
         EXPECT_THAT(pages(), ElementsAre("one|one.html|Replaces the file", "two words|two_words.html|New",
                                          "three|three.html|New"));

@@ -247,7 +247,7 @@ TEST_F(ExtrasWindowTest, TheViewerFollowsLinksFindsTextAndGoesBack) {
 
 // A picture gets its size once the page is shown, which must not cost the text around it.
 TEST_F(ExtrasWindowTest, TheViewerShowsAllTextOfAPageWithPictures) {
-    for (const char* name : {"page-tools.md", "custom-engines.md", "submitting.md"}) {
+    for (const char* name : {"page-tools.md", "ftp.md", "submitting.md"}) {
         frmHelp viewer(kGuide, prompts);
         const auto& page = control<QTextBrowser>(viewer, "txtPage");
         viewer.showPage(name);
