@@ -40,7 +40,7 @@ class Optimizer final : public QObject {
     Rows lsvFindings;        // of the last page: severity, line, rule, what was found
     const std::vector<std::string>& history() const noexcept { return m_history; }  // newest first
     void loadHistory();
-    void saveHistory() const;
+    void saveHistory();
 
     // The button: requests or reads the page, or cancels the request.
     void cmdRenovator();
@@ -95,6 +95,7 @@ class Optimizer final : public QObject {
     Connect m_connect;
     Disconnect m_disconnect;
     std::vector<std::string> m_history;
+    std::vector<std::string> m_newAddresses;  // since the last save
     std::string m_status;
     std::string m_address;
     OptimizerReportFile m_report;
