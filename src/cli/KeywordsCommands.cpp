@@ -48,7 +48,7 @@ std::pair<std::size_t, std::size_t> rangeOf(const std::string& text) {
 KeywordsFindCommand::KeywordsFindCommand(CLI::App& parent, CommandLineContext& context)
     : Command(parent, context, "find", "Gather the keywords of the pages that an engine finds for a phrase",
               "--home try keywords find 'writing paper'\n"
-              "--home try keywords find pens --engine 'Harbour Search' --one-per-line") {
+              "--home try keywords find pens --engine 'Word Market' --one-per-line") {
     app().add_option("PHRASE", m_phrase, "What to look for")->required()->type_name("");
     app()
         .add_option("--engine", m_engine, "One of the keyword builder's engines (default: its first choice)")

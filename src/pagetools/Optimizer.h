@@ -22,7 +22,7 @@ struct OptimizerReportFile final {
     std::string shown;  // by reportForWindow
 };
 // Writes the report on a page into the folder Optimizer. `address` is as it was typed. A page that can be
-// read only in part is told to the user. Throws Failure, with nothing written.
+// read only in part gets a message. Throws Failure, with nothing written.
 OptimizerReportFile writeOptimizerReport(const Services& services, std::string_view html,
                                          std::string_view address);
 

@@ -131,12 +131,16 @@ void frmOptimizer::showReport() {
 void frmOptimizer::showFindings() {
     const int count = m_optimizer.lsvFindings.count();
     const QString address = toScreen(m_optimizer.address());
-    m_ui->lblFindings->setText(address.isEmpty() ? tr("No page yet") : toScreen(m_optimizer.summary()));
+    const bool hasPage = !m_optimizer.source().empty();
+    m_ui->lblFindings->setText(address.isEmpty() ? tr("No page yet")
+                               : hasPage         ? toScreen(m_optimizer.summary())
+                                                 : tr("No page"));
     setPlainToolTip(*m_ui->lblFindings, address);
     m_ui->lsvFindings->setEmptyHint(
         address.isEmpty() ? tr("Enter the address of a page, or choose an HTML file, and press Optimizer.")
-                          : tr("Nothing was found on this page."));
-    m_ui->SSTab1->setTabText(1, address.isEmpty() ? tr("Fi&ndings") : tr("Fi&ndings (%1)").arg(count));
+        : hasPage         ? tr("Nothing was found on this page.")
+                          : tr("The page could not be read, so nothing was looked for."));
+    m_ui->SSTab1->setTabText(1, hasPage ? tr("Fi&ndings (%1)").arg(count) : tr("Fi&ndings"));
     m_ui->cmdSaveFindings->setEnabled(count > 0);
     m_ui->txtExplanation->setPlainText(
         count > 0 ? tr("Choose a finding to see why it matters, and its line below.") : QString());
