@@ -172,7 +172,7 @@ constexpr Command kMainCommands[] = {
     {"mnuAddInsItems_4", "Web", "", "", always, kFile, runAddIn<1>},
     {"mnuAddInsItems_5", "Keyword", "", "", always, kFile, runAddIn<2>},
     // Help.
-    {"mnuHelpItems_0", "Help", "", "F1", always, kHelp, [](Target target) { target.help(); }},
+    {"mnuHelpItems_0", "Help", "", "F1", always, kHelp, [](Target target) { target.help(nullptr); }},
     {"mnuHelpItems_6", "Web", "", "", always, kHelp, [](Target target) { openPage(target, kWebAddress); }},
     {"mnuHelpItems_7", "UpdateEngines", "", "", always, kHelp,
      [](Target target) { openPage(target, target.services.preference.UpdateURL); }},

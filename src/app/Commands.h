@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+class QWidget;
+
 namespace relay {
 
 class clsMain;
@@ -26,7 +28,9 @@ struct CommandTarget final {
     clsMain& main;
     std::function<void(std::string_view screen)> show;  // opens the named screen over the window
     std::function<void()> close;                        // closes the window
-    std::function<void()> help;                         // opens the help about what the window shows
+    std::function<void(QWidget* over)>
+        help;  // opens the help about a window; none: what the main window shows
+    std::function<bool(QWidget& over)> guide;  // the guide alone; false where none is installed
 };
 
 // One command of the toolbars, menus and popups; the form has its caption and place.

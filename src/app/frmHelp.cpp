@@ -149,11 +149,8 @@ void frmHelp::lookUp(bool backwards) {
 // No picture is wider than the page.
 void frmHelp::fitPictures() {
     QTextDocument& page = *m_ui->txtPage->document();
+    bool changed = false;
     const int room = std::max(100, m_ui->txtPage->viewport()->width() - kPictureMargin);
-    // Laid out once, at the end: after several changes of the same page, Qt leaves out the text above
-    // pictures.
-    QTextCursor all(&page);
-    all.beginEditBlock();
     for (QTextBlock block = page.begin(); block.isValid(); block = block.next()) {
         for (auto piece = block.begin(); !piece.atEnd(); ++piece) {
             if (!piece.fragment().charFormat().isImageFormat()) continue;
@@ -176,10 +173,12 @@ void frmHelp::fitPictures() {
             cursor.setPosition(piece.fragment().position() + piece.fragment().length(),
                                QTextCursor::KeepAnchor);
             cursor.setCharFormat(format);
+            changed = true;
             break;  // a change ends the walk through the block
         }
     }
-    all.endEditBlock();
+    // Laid out anew as a whole: on a long page, Qt leaves out text that is near a changed picture.
+    if (changed) page.markContentsDirty(0, page.characterCount());
 }
 
 void frmHelp::resizeEvent(QResizeEvent* event) {

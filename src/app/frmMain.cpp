@@ -1,39 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/frmMain.h"
 
-#include "app/EngineTrial.h"
 #include "app/Help.h"
 #include "app/QuickStart.h"
+#include "app/Screens.h"
 #include "app/clsMain.h"
-#include "app/frmAbout.h"
 #include "app/frmHelp.h"
-#include "app/frmPreference.h"
 #include "catalogue/Catalogue.h"
-#include "catalogue/frmEngineBuilder.h"
-#include "catalogue/frmUpdateEngines.h"
 #include "core/Paths.h"
 #include "core/Prompts.h"
 #include "core/ScreenText.h"
 #include "core/Services.h"
 #include "core/Trap.h"
 #include "core/clsPreference.h"
-#include "extras/News.h"
-#include "extras/frmAddIns.h"
-#include "extras/frmNews.h"
-#include "ftp/KeychainSecrets.h"
-#include "ftp/frmFTPClient.h"
-#include "pagetools/frmDoorway.h"
-#include "pagetools/frmMetaTag.h"
-#include "pagetools/frmOptimizer.h"
-#include "practice/StarterServer.h"
 #include "projects/UrlList.h"
-#include "projects/frmAddURL.h"
-#include "projects/frmAddURLFromWeb.h"
-#include "ranking/frmKeywordBuilder.h"
-#include "ranking/frmRanking.h"
-#include "ranking/frmSearch.h"
 #include "submission/frmPreview.h"
-#include "submission/frmSubmit.h"
 #include "ui_frmMain.h"
 #include "widgets/Forms.h"
 #include "widgets/IconTheme.h"
@@ -51,210 +32,6 @@ namespace {
 constexpr int kUsualTreeWidth = 225;
 constexpr QSize kFrame(8, 40);  // around a window, at most
 
-// Opens the wizard. The window is disabled until it closes.
-void showSubmit(const CommandTarget& target, QWidget* parent, std::optional<CutOffRun> cutOff,
-                const std::vector<std::string>& onlyURLs = {}) {
-    std::optional<frmSubmit> wizard;
-    {
-        const BusyPointer busy(target.services.prompts);
-        SubmissionOptions options{QLocale()};
-        options.linkEngines = target.main.linksEngines;
-        wizard.emplace(target.services, target.main.catalogue, std::move(options), parent);
-    }
-    if (!onlyURLs.empty()) wizard->controller().submitOnly(onlyURLs);
-    if (cutOff && !wizard->controller().resume(std::move(*cutOff))) return;
-    wizard->exec();
-    if (target.main.catalogue.showsEngineHealth())
-        trap(target.services.prompts, "Module: showEngineHealth\r\n",
-             [&] { target.main.catalogue.showEngineHealth(true); });
-    // Reads the new reports into the website's panel.
-    target.main.workspace.autoSave();
-}
-
-// Not modal, so that the engines for changed pages can be selected beside it. The form deletes itself when it
-// is closed.
-void showFTPClient(const CommandTarget& target, QWidget* parent) {
-    auto* form = parent->findChild<frmFTPClient*>(QString(), Qt::FindDirectChildrenOnly);
-    if (form == nullptr) {
-        form = new frmFTPClient(target.services, target.main.fetcher, desktopSecrets(), parent);
-        QObject::connect(form, &frmFTPClient::submitWanted, parent,
-                         [&target, parent, form](const std::vector<std::string>& urls) {
-                             if (target.main.readyToSubmit()) {
-                                 showSubmit(target, form, std::nullopt, urls);
-                             } else {
-                                 parent->raise();
-                                 parent->activateWindow();
-                             }
-                         });
-    }
-    form->show();
-    form->raise();
-    form->activateWindow();
-}
-
-// The editor is made at its first use and keeps its folder and texts.
-void showMetaTag(const CommandTarget& target, QWidget* parent) {
-    static constexpr std::string_view kPurpose = "MetaTagEdit";
-    frmHTTP& fetcher = target.main.fetcher;
-    auto* form = parent->findChild<frmMetaTag*>(QString(), Qt::FindDirectChildrenOnly);
-    if (form == nullptr) {
-        form = new frmMetaTag(
-            target.services,
-            {[&fetcher](const std::string& url) { return fetcher.fetch(kPurpose, url); },
-             [&fetcher] { return fetcher.isRunning(kPurpose); }, [&fetcher] { fetcher.Disconnect(); }},
-            parent);
-        MetaTagEditor& editor = form->editor();
-        fetcher.setConsumer(
-            kPurpose, {[&editor](const FetchReply& reply) {
-                           editor.showPage(reply.isPage() ? reply.text : std::string(), fetchProblem(reply));
-                       },
-                       [&editor](const FetchReply& reply) { editor.showPage({}, fetchProblem(reply)); },
-                       [&editor] { editor.showPage({}, "Cancelled"); }});
-        QObject::connect(form, &QObject::destroyed, &fetcher,
-                         [&fetcher] { fetcher.removeConsumer(kPurpose); });
-        QObject::connect(&fetcher, &frmHTTP::runningChanged, form, &frmMetaTag::showFetching);
-    }
-    form->exec();
-}
-
-// Made at its first use; it keeps its fields.
-frmDoorway& doorwayForm(const CommandTarget& target, QWidget* parent) {
-    auto* form = parent->findChild<frmDoorway*>(QString(), Qt::FindDirectChildrenOnly);
-    if (form == nullptr) {
-        form = new frmDoorway(target.services, parent);
-        QObject::connect(form, &frmDoorway::guideWanted, parent, [parent, form] {
-            if (auto* const window = qobject_cast<frmMain*>(parent)) window->showHelp(*form);
-        });
-    }
-    return *form;
-}
-
-// Not modal, so that pages can be chosen from the list of URLs beside it. The form deletes itself when it is
-// closed.
-void showOptimizer(const CommandTarget& target, QWidget* parent) {
-    auto* form = parent->findChild<frmOptimizer*>(QString(), Qt::FindDirectChildrenOnly);
-    if (form == nullptr) form = new frmOptimizer(target.main.optimizer, parent);
-    form->show();
-    form->raise();
-    form->activateWindow();
-}
-
-// Made at its first use; it keeps its list.
-void showKeywordBuilder(const CommandTarget& target, QWidget* parent) {
-    auto* form = parent->findChild<frmKeywordBuilder*>(QString(), Qt::FindDirectChildrenOnly);
-    if (form == nullptr) {
-        Workspace& workspace = target.main.workspace;
-        form = new frmKeywordBuilder(target.services, target.main.fetcher,
-                                     {[&workspace] { return workspace.currentNode()->file; },
-                                      [&workspace] { return workspace.autoSaveToLeave(); },
-                                      // Saving reads a file that was changed.
-                                      [&workspace] { workspace.autoSave(); },
-                                      [&target, parent](const std::vector<std::string>& keywords) {
-                                          frmDoorway& doorways = doorwayForm(target, parent);
-                                          if (doorways.takeKeywords(keywords)) doorways.exec();
-                                      }},
-                                     parent);
-    }
-    form->load();
-    form->exec();
-}
-
-void showNews(const CommandTarget& target, QWidget* parent) {
-    News news(target.services, target.main.fetcher, starterServer(target.services.paths));
-    frmNews(news, parent).exec();
-}
-
-void showAddIns(const CommandTarget& target, QWidget* parent) {
-    AddIns& addIns = target.main.addIns;
-    frmAddIns manager(addIns, parent);
-    if (manager.exec() == QDialog::Accepted && !manager.list().empty()) addIns.LoadAddIns(manager.list());
-}
-
-// The builder is made at its first use; each opening reads the stored engines anew.
-void showEngineBuilder(const CommandTarget& target, QWidget* parent) {
-    static constexpr std::string_view kPurpose = "EngineBuilder";
-    clsMain& main = target.main;
-    frmHTTP& fetcher = main.fetcher;
-    auto* form = parent->findChild<frmEngineBuilder*>(QString(), Qt::FindDirectChildrenOnly);
-    if (form == nullptr) {
-        const auto builder = std::make_shared<EngineBuilder*>();
-        const auto trial = std::make_shared<EngineTrial>(
-            target.services, main.catalogue, fetcher,
-            [builder](const TrialResult& result) { (*builder)->showTrial(result); });
-        form = new frmEngineBuilder(
-            target.services, main.catalogue,
-            {{[&fetcher](const std::string& url) { return fetcher.fetch(kPurpose, url); },
-              [trial, &main](const CustomEngineRecord& record) {
-                  return trial->start(record, main.workspace.currentNode()->file);
-              },
-              [parent] {
-                  auto* const shown =
-                      parent->findChild<frmEngineBuilder*>(QString(), Qt::FindDirectChildrenOnly);
-                  auto* const window = qobject_cast<frmMain*>(parent);
-                  return shown != nullptr && window != nullptr && window->showGuide(*shown);
-              }},
-             [&fetcher] { return fetcher.isRunning(); },
-             [&fetcher] { fetcher.Disconnect(); }},
-            parent);
-        *builder = &form->builder();
-        EngineBuilder& shown = form->builder();
-        fetcher.setConsumer(
-            kPurpose, {[&shown](const FetchReply& reply) {
-                           shown.showPage(reply.isPage() ? reply.text : std::string(), fetchProblem(reply));
-                       },
-                       [&shown](const FetchReply& reply) { shown.showPage({}, fetchProblem(reply)); },
-                       [&shown] { shown.showPage({}, "Cancelled"); }});
-        QObject::connect(form, &QObject::destroyed, &fetcher,
-                         [&fetcher] { fetcher.removeConsumer(kPurpose); });
-        QObject::connect(&fetcher, &frmHTTP::runningChanged, form, &frmEngineBuilder::showFetching);
-    }
-    form->open();
-}
-
-// The screens that commands open.
-struct Screen final {
-    std::string_view name;
-    void (*show)(const CommandTarget& target, QWidget* parent);
-};
-constexpr Screen kScreens[] = {
-    {"frmMetaTag", showMetaTag},
-    {"frmDoorway", [](const CommandTarget& target, QWidget* parent) { doorwayForm(target, parent).exec(); }},
-    {"frmOptimizer", showOptimizer},
-    {"frmFTPClient", showFTPClient},
-    {"frmNews", showNews},
-    {"frmAddIns", showAddIns},
-    {"frmEngineBuilder", showEngineBuilder},
-    {"frmAbout", [](const CommandTarget&, QWidget* parent) { frmAbout(parent).exec(); }},
-    {"frmPreference",
-     [](const CommandTarget& target, QWidget* parent) {
-         frmPreference(target.services, frmPreference::Shown::ByCommand, parent).exec();
-     }},
-    {"frmUpdateEngines",
-     [](const CommandTarget& target, QWidget* parent) {
-         frmUpdateEngines(target.main.update, target.services.prompts, {}, parent).exec();
-     }},
-    {"frmAddURL",
-     [](const CommandTarget& target, QWidget* parent) {
-         frmAddURL(target.main.website.fields.lsvSiteURLs, target.services.prompts,
-                   target.services.paths.AppPath, parent)
-             .exec();
-     }},
-    {"frmRanking",
-     [](const CommandTarget& target, QWidget* parent) { frmRanking(target.services, parent).exec(); }},
-    {"frmKeywordBuilder", showKeywordBuilder},
-    {"frmSearch",
-     [](const CommandTarget& target, QWidget* parent) { frmSearch(target.services, parent).exec(); }},
-    {"frmSubmit",
-     [](const CommandTarget& target, QWidget* parent) { showSubmit(target, parent, std::nullopt); }},
-    {"frmAddURLFromWeb",
-     [](const CommandTarget& target, QWidget* parent) {
-         Rows& urls = target.main.website.fields.lsvSiteURLs;
-         frmAddURLFromWeb(urls, target.main.fetcher, target.services.prompts, getFirstSelectedItem(urls),
-                          parent)
-             .exec();
-     }},
-};
-
 // One line of the quick start text as HTML, its command as a link.
 QString toHtml(const QuickStartLine& line) {
     QString html = toScreen(line.text).toHtmlEscaped();
@@ -268,8 +45,12 @@ frmMain::frmMain(const Services& services, clsMain& main, QWidget* parent)
     : QMainWindow(parent),
       m_ui(std::make_unique<Ui::frmMain>()),
       m_main(main),
-      m_target{services, main, [this](std::string_view screen) { showScreen(screen); }, [this] { close(); },
-               [this] { showHelp(*this); }} {
+      m_target{services,
+               main,
+               [this](std::string_view screen) { showScreen(screen, m_target, this); },
+               [this] { close(); },
+               [this](QWidget* window) { showHelp(window != nullptr ? *window : *this); },
+               [this](QWidget& window) { return showGuide(window); }} {
     m_ui->setupUi(this);
     enlargeTitle();
     describePlaceholders(*m_ui->SSTab2);
@@ -346,14 +127,9 @@ void frmMain::enableCommands() {
     }
 }
 
-void frmMain::showScreen(std::string_view name) {
-    for (const Screen& screen : kScreens)
-        if (screen.name == name) screen.show(m_target, this);
-}
-
 void frmMain::offerCutOffRun() {
     if (std::optional<CutOffRun> run = m_main.cutOffRunToGoOnWith())
-        showSubmit(m_target, this, std::move(run));
+        continueSubmission(std::move(*run), m_target, this);
 }
 
 void frmMain::showHealth(bool shown) {
@@ -649,9 +425,8 @@ void frmMain::closeEvent(QCloseEvent* event) {
         return;
     }
     event->accept();
-    if (auto* const ftp = findChild<frmFTPClient*>(QString(), Qt::FindDirectChildrenOnly)) ftp->close();
     m_main.optimizer.cancel();
-    if (auto* const form = findChild<frmOptimizer*>(QString(), Qt::FindDirectChildrenOnly)) form->close();
+    closeScreens(*this);
 }
 
 }  // namespace relay

@@ -71,7 +71,6 @@ class frmMain final : public QMainWindow {
     void wireCommands(std::span<const Command> commands, const QWidget& owner);
     static QAction* actionOf(std::string_view name, const QWidget& owner);
     void enableCommands();
-    void showScreen(std::string_view name);
     std::string_view helpPageFor(const QWidget& window) const;
     // Shows what would be sent to the engine.
     void showPreview(const std::string& engine);

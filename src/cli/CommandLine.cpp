@@ -156,7 +156,7 @@ class Parser final {
         add<EnginesScrapeCommand>(engines);
         CLI::App& custom =
             addGroup(engines, "custom", "Engines of your own",
-                     "--home try engines custom add \"Harbour Search\" --from http://harbour.example/add\n"
+                     "--home try engines custom add Harbour --from http://harbour.example/add\n"
                      "--home try engines custom merge");
         add<CustomListCommand>(custom);
         add<CustomShowCommand>(custom);

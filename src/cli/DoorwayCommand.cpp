@@ -15,15 +15,29 @@
 
 namespace relay {
 
+namespace {
+
+std::string keyNames() {
+    std::string names;
+    for (const DoorwayKey& key : doorwayKeys()) names.append(names.empty() ? "" : ", ").append(key.key);
+    return names;
+}
+
+}  // namespace
+
 DoorwayCommand::DoorwayCommand(CLI::App& parent, CommandLineContext& context)
     : Command(parent, context, "doorway", "Write a landing page for each of up to eight keywords",
               "--home try doorway --set Title='Paper Shop' Keyword1=paper Keyword2=pens Keyword3=ink "
               "Description='Paper and pens' URL=shop.example Body='All you write with' Company='Paper Shop' "
               "--save paper\n"
               "--home try doorway --profile paper --set Keyword4='writing paper' --out pages") {
-    app().add_option("--set", m_values, "The keys of a profile, in any case")->type_name("KEY=VALUE...");
+    app()
+        .add_option("--set", m_values, "Set values. Keys, in any case: " + keyNames())
+        ->type_name("KEY=VALUE");
     app().add_option("--profile", m_profile, "Begin with the values of a profile")->type_name("NAME");
-    app().add_option("--out", m_folder, "Write the pages into this folder")->type_name("DIR");
+    app()
+        .add_option("--out", m_folder, "Write the pages into this folder, which must be there")
+        ->type_name("DIR");
     app().add_option("--save", m_save, "Save the values as a profile")->type_name("NAME");
 }
 

@@ -155,7 +155,7 @@ int CustomListCommand::execute() {
 
 CustomShowCommand::CustomShowCommand(CLI::App& parent, CommandLineContext& context)
     : Command(parent, context, "show", "Show one engine of your own",
-              "--home try engines custom show \"Harbour Search\"") {
+              "--home try engines custom show Harbour") {
     addNameOption(app(), m_name);
 }
 
@@ -174,9 +174,9 @@ int CustomShowCommand::execute() {
 
 CustomAddCommand::CustomAddCommand(CLI::App& parent, CommandLineContext& context)
     : Command(parent, context, "add", "Add an engine of your own, or change it",
-              "--home try engines custom add \"Harbour Search\" --from http://harbour.example/add --set "
+              "--home try engines custom add Harbour --from http://harbour.example/add --set "
               "Country=DE\n"
-              "--home try engines custom add \"Harbour Search\" --set Type=DIR --set MaxTitle=60") {
+              "--home try engines custom add Harbour --set Type=DIR --set MaxTitle=60") {
     addNameOption(app(), m_name);
     app()
         .add_option("--from", m_page,
@@ -222,7 +222,7 @@ int CustomAddCommand::execute() {
 
 CustomRemoveCommand::CustomRemoveCommand(CLI::App& parent, CommandLineContext& context)
     : Command(parent, context, "remove", "Remove an engine of your own",
-              "--home try engines custom remove \"Harbour Search\"") {
+              "--home try engines custom remove Harbour") {
     addNameOption(app(), m_name);
 }
 

@@ -48,7 +48,7 @@ std::pair<std::size_t, std::size_t> rangeOf(const std::string& text) {
 KeywordsFindCommand::KeywordsFindCommand(CLI::App& parent, CommandLineContext& context)
     : Command(parent, context, "find", "Gather the keywords of the pages that an engine finds for a phrase",
               "--home try keywords find 'writing paper'\n"
-              "--home try keywords find pens --engine 'Harbour Search' --one-per-line") {
+              "--home try keywords find pens --engine 'Word Market' --one-per-line") {
     app().add_option("PHRASE", m_phrase, "What to look for")->required()->type_name("");
     app()
         .add_option("--engine", m_engine, "One of the keyword builder's engines (default: its first choice)")
@@ -57,6 +57,7 @@ KeywordsFindCommand::KeywordsFindCommand(CLI::App& parent, CommandLineContext& c
 }
 
 int KeywordsFindCommand::execute() {
+    if (trim(m_phrase).empty()) throw UsageError("PHRASE: is empty");
     const Services& services = context().home().services;
     frmHTTP fetcher(services);
     KeywordBuilder builder(fetcher, services);
@@ -125,11 +126,15 @@ int KeywordsCountCommand::execute() {
         if (const auto failure = failureOf([&] { page = readSourcePage(context(), name, "KeywordBuilder"); }))
             page.problem = *failure;
         if (page.stopped) return kStopped;
+        if (page.isPage) {
+            const CountedText counted = countedText(page.text);
+            text.append(counted.text).append("\n");
+            if (!counted.problem.empty()) page.problem = terminalText(name) + ": " + counted.problem;
+        }
         if (!page.problem.empty()) {
             context().warn(page.problem);
             failed = true;
         }
-        if (page.isPage) text.append(countedText(page.text)).append("\n");
     }
     for (const CountedWords& counted : countWords(text, fewest, most)) {
         if (context().json)

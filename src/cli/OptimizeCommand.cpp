@@ -39,7 +39,9 @@ OptimizeCommand::OptimizeCommand(CLI::App& parent, CommandLineContext& context)
                            : "\"" + text + "\" is none of error, warning and notice";
             },
             ""));
-    app().add_option("--sarif", m_sarif, "Save the findings of all pages for tools that read SARIF");
+    app()
+        .add_option("--sarif", m_sarif, "Save the findings of all pages for tools that read SARIF")
+        ->type_name("FILE");
 }
 
 int OptimizeCommand::execute() {

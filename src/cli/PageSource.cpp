@@ -3,6 +3,7 @@
 
 #include "cli/CommandLineContext.h"
 #include "cli/PageWait.h"
+#include "core/Failure.h"
 #include "core/FileStore.h"
 #include "core/Url.h"
 #include "transport/frmHTTP.h"
@@ -10,6 +11,7 @@
 namespace relay {
 
 SourcePage readSourcePage(CommandLineContext& context, const std::string& name, std::string_view purpose) {
+    if (name.empty()) throw Failure("An empty name is neither a file nor an address", 53);
     SourcePage source;
     if (localPath(name, TypedIn::CommandLine)) {
         source.text = readFile(name);

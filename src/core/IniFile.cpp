@@ -260,6 +260,23 @@ std::vector<IniFile::Place> IniFile::places() const {
     return all;
 }
 
+std::vector<IniFile::StrayLine> IniFile::strayLines() const {
+    std::vector<StrayLine> stray;
+    std::size_t line = 1;
+    for (const Data::Section& section : m_data->sections) {
+        line += countLines(section.header);
+        for (const Data::Entry& entry : section.entries) {
+            for (std::string_view rest = entry.raw; !rest.empty(); ++line) {
+                const std::string_view text = trimBlanks(firstLine(rest));
+                if (entry.key.empty() && !text.empty() && text.front() != ';') stray.push_back({line, text});
+                rest.remove_prefix(wholeLine(rest).size());
+            }
+        }
+        line += countLines(section.closingBlanks);
+    }
+    return stray;
+}
+
 std::vector<std::string> IniFile::sections() const {
     std::vector<std::string> result;
     for (const Data::Section& section : m_data->sections) {

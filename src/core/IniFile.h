@@ -63,6 +63,13 @@ class IniFile final {
     };
     // In file order; for a document that was not changed. The views are valid as long as the document.
     std::vector<Place> places() const;
+    // The lines that are neither a header, a key, a comment nor blank, as a header without its "]" is.
+    struct StrayLine final {
+        std::size_t line = 0;   // from 1
+        std::string_view text;  // without the blanks around it
+    };
+    // In file order, under the same conditions.
+    std::vector<StrayLine> strayLines() const;
 
     std::string text() const;
     void save(const std::string& path, Readable readable = Readable::Everyone) const;

@@ -134,7 +134,7 @@ class modFTP final {
     int m_unanswered = 0;  // commands sent whose last reply has not come
     int m_owed = 0;        // of them: those nobody waits for any more
     std::string m_lastReply;
-    std::vector<FtpEvent> m_events;  // of the call that is running, told at its end
+    std::vector<FtpEvent> m_events;  // of the call that is running, sent at its end
     FtpEndpoint m_dataPeer;
     bool m_lineMode = true;
     bool m_receives = false;  // the data command brings data

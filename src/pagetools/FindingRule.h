@@ -33,8 +33,7 @@ struct CheckedPage final {
     std::string_view address;  // a web address or the path of a local file
 };
 
-// Takes the findings of one rule. Those beyond the first hundred are only counted, and told in one finding at
-// the end.
+// Takes the findings of one rule. Those beyond the first hundred are only counted, in one finding at the end.
 class FindingSink final {
   public:
     FindingSink(std::vector<PageFinding>& findings, std::string_view rule, const RuleSetting& setting)

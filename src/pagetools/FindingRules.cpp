@@ -55,7 +55,13 @@ class RulesReader final {
     RulesReader(const IniFile& file, RuleSettings& settings) : m_file(file), m_settings(settings) {}
 
     std::vector<RuleProblem> read() {
+        const std::vector<IniFile::StrayLine> stray = m_file.strayLines();
+        auto next = stray.begin();
+        bool lost = false;  // behind a header that cannot be read
         for (const IniFile::Place& place : m_file.places()) {
+            for (; next != stray.end() && next->line < place.line; ++next) lost |= tellStray(*next);
+            lost = lost && !place.key.empty();
+            if (lost) continue;
             m_place = &place;
             const FindingRule* const rule = findRule(place.section);
             if (!place.counts)
@@ -67,6 +73,7 @@ class RulesReader final {
             else if (!place.key.empty() && rule != nullptr)
                 take(*rule);
         }
+        for (; next != stray.end(); ++next) tellStray(*next);
         checkOrder();
         if (m_untold > 0)
             m_problems.push_back(
@@ -76,15 +83,26 @@ class RulesReader final {
 
   private:
     void tell(std::string_view words) {
+        tell(m_place->line, m_place->key.empty() ? m_place->section : m_place->key, words);
+    }
+    void tell(std::size_t line, std::string_view name, std::string_view words) {
         constexpr std::size_t kMostTold = 100;
         if (m_problems.size() == kMostTold) {
             ++m_untold;
             return;
         }
-        const std::string_view name = m_place->key.empty() ? m_place->section : m_place->key;
         std::string text(kFile);
-        text.append(", line ").append(std::to_string(m_place->line)).append(": ").append(inQuotes(name));
-        m_problems.push_back({m_place->line, text.append(": ").append(words)});
+        text.append(", line ").append(std::to_string(line)).append(": ").append(inQuotes(name));
+        m_problems.push_back({line, text.append(": ").append(words)});
+    }
+
+    // Whether it was meant to begin a section.
+    bool tellStray(const IniFile::StrayLine& stray) {
+        const bool isHeader = stray.text.front() == '[';
+        tell(stray.line, stray.text,
+             isHeader ? "the \"]\" is missing, so the lines below are passed over up to the next rule"
+                      : "it is neither [rule] nor KEY=VALUE");
+        return isHeader;
     }
 
     void take(const FindingRule& rule) {

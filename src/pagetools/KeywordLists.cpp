@@ -165,13 +165,13 @@ std::vector<CountedWords> countWords(std::string_view text, std::size_t fewest, 
     return counter.counts();
 }
 
-std::string countedText(std::string_view html) {
+CountedText countedText(std::string_view html) {
     const HtmlPage page(html);
-    if (page.problem().empty()) return page.visibleText();
+    if (page.problem().empty()) return {page.visibleText(), {}};
     PageTexts texts;
     // As far as it can be read.
     (void)failureOf([&] { retrieveMetaTag(html, texts); });
-    return texts.body;
+    return {std::move(texts.body), page.problem()};
 }
 
 std::string joinedKeywords(const std::vector<std::string>& keywords, std::size_t limit) {

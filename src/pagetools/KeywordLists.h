@@ -27,8 +27,12 @@ struct CountedWords final {
 // or is a single letter.
 std::vector<CountedWords> countWords(std::string_view text, std::size_t fewest, std::size_t most);
 // The text of a page that is counted: what a reader sees of it, one block a line. A page that is not parsed
-// gives its text as the meta tag reader finds it.
-std::string countedText(std::string_view html);
+// gives its text as the meta tag reader finds it, and why it was not parsed.
+struct CountedText final {
+    std::string text;
+    std::string problem;
+};
+CountedText countedText(std::string_view html);
 
 // A list as one text, for a field with a limit: joined with ", ", as many entries as fit.
 std::string joinedKeywords(const std::vector<std::string>& keywords, std::size_t limit);

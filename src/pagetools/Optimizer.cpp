@@ -68,9 +68,11 @@ void Optimizer::loadHistory() {
     m_history = LoadInputHistory(historyFile(m_services), kSection, kHistory);
 }
 
-void Optimizer::saveHistory() const {
-    trap(m_services.prompts,
-         "SaveInputHistory_Error: ", [&] { SaveInputHistory(historyFile(m_services), kSection, m_history); });
+void Optimizer::saveHistory() {
+    trap(m_services.prompts, "SaveInputHistory_Error: ", [&] {
+        ExtendInputHistory(historyFile(m_services), kSection, kHistory, m_newAddresses);
+        m_newAddresses.clear();
+    });
 }
 
 void Optimizer::setStatus(std::string text) {
@@ -104,6 +106,7 @@ void Optimizer::cmdRenovator() {
         return;
     }
     AddInputHistory(m_history, cboSiteURL);
+    m_newAddresses.push_back(cboSiteURL);
     m_fromList = false;
     const auto file = localPath(cboSiteURL, TypedIn::Field);
     setStatus(file ? std::string() : "Connecting to : " + cboSiteURL + " ....");

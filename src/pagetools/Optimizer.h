@@ -22,7 +22,7 @@ struct OptimizerReportFile final {
     std::string shown;  // by reportForWindow
 };
 // Writes the report on a page into the folder Optimizer. `address` is as it was typed. A page that can be
-// read only in part is told to the user. Throws Failure, with nothing written.
+// read only in part gets a message. Throws Failure, with nothing written.
 OptimizerReportFile writeOptimizerReport(const Services& services, std::string_view html,
                                          std::string_view address);
 
@@ -40,7 +40,7 @@ class Optimizer final : public QObject {
     Rows lsvFindings;        // of the last page: severity, line, rule, what was found
     const std::vector<std::string>& history() const noexcept { return m_history; }  // newest first
     void loadHistory();
-    void saveHistory() const;
+    void saveHistory();
 
     // The button: requests or reads the page, or cancels the request.
     void cmdRenovator();
@@ -95,6 +95,7 @@ class Optimizer final : public QObject {
     Connect m_connect;
     Disconnect m_disconnect;
     std::vector<std::string> m_history;
+    std::vector<std::string> m_newAddresses;  // since the last save
     std::string m_status;
     std::string m_address;
     OptimizerReportFile m_report;

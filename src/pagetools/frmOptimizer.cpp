@@ -15,6 +15,10 @@ namespace relay {
 
 namespace {
 
+// The first size, at least.
+constexpr int kCharacters = 110;
+constexpr int kLines = 34;
+
 // A report sets its colours for white paper.
 QPalette paper() {
     QPalette palette;
@@ -40,6 +44,8 @@ frmOptimizer::frmOptimizer(Optimizer& optimizer, QWidget* parent)
     m_ui->txtExplanation->viewport()->setAutoFillBackground(false);
     m_ui->txtExplanation->document()->setDocumentMargin(2);
     m_ui->txtExplanation->setFixedHeight(3 * fontMetrics().lineSpacing() + 4);
+    resize(size().expandedTo(
+        {kCharacters * fontMetrics().averageCharWidth(), kLines * fontMetrics().lineSpacing()}));
     m_ui->splitter->setSizes({height() / 2, height() / 2});
     connect(m_ui->cboSiteURL, &QComboBox::editTextChanged, this,
             [this](const QString& text) { m_optimizer.cboSiteURL = fromScreen(text); });
@@ -88,16 +94,18 @@ void frmOptimizer::showHistory() {
 
 void frmOptimizer::showState() {
     const bool free = !m_optimizer.isFetching() && !m_optimizer.isBusy();
-    const bool wasFree = m_ui->cboSiteURL->isEnabled();
+    const QWidget* const focused = focusWidget();
+    // A control that is disabled hands its focus to any other one.
+    if (m_ui->cmdRenovator->isEnabled())
+        m_inAddress = focused == nullptr || focused == m_ui->cmdRenovator || focused == m_ui->cboSiteURL;
     m_ui->cmdRenovator->setText(toScreen(m_optimizer.caption()));
     m_ui->cmdRenovator->setIcon(themedIcon(m_optimizer.isFetching() ? "Stop" : "Optimizer"));
     m_ui->cmdRenovator->setEnabled(!m_optimizer.isBusy());
     for (QWidget* const part :
          std::initializer_list<QWidget*>{m_ui->cboSiteURL, m_ui->cmdFileLocation, m_ui->cmdClose})
         part->setEnabled(free);
-    if (wasFree && !free) m_ui->cmdRenovator->setFocus(Qt::OtherFocusReason);
-    if (!wasFree && free && (focusWidget() == nullptr || focusWidget() == m_ui->cmdRenovator))
-        m_ui->cboSiteURL->setFocus(Qt::OtherFocusReason);
+    QWidget* const next = free ? static_cast<QWidget*>(m_ui->cboSiteURL) : m_ui->cmdRenovator;
+    if (m_inAddress && next->isEnabled()) next->setFocus(Qt::OtherFocusReason);
     const QString address = toScreen(m_optimizer.cboSiteURL);
     if (m_ui->cboSiteURL->currentText() != address) m_ui->cboSiteURL->setEditText(address);
     const QString status = toScreen(m_optimizer.status());
@@ -123,12 +131,16 @@ void frmOptimizer::showReport() {
 void frmOptimizer::showFindings() {
     const int count = m_optimizer.lsvFindings.count();
     const QString address = toScreen(m_optimizer.address());
-    m_ui->lblFindings->setText(address.isEmpty() ? tr("No page yet") : toScreen(m_optimizer.summary()));
+    const bool hasPage = !m_optimizer.source().empty();
+    m_ui->lblFindings->setText(address.isEmpty() ? tr("No page yet")
+                               : hasPage         ? toScreen(m_optimizer.summary())
+                                                 : tr("No page"));
     setPlainToolTip(*m_ui->lblFindings, address);
     m_ui->lsvFindings->setEmptyHint(
         address.isEmpty() ? tr("Enter the address of a page, or choose an HTML file, and press Optimizer.")
-                          : tr("Nothing was found on this page."));
-    m_ui->SSTab1->setTabText(1, address.isEmpty() ? tr("Fi&ndings") : tr("Fi&ndings (%1)").arg(count));
+        : hasPage         ? tr("Nothing was found on this page.")
+                          : tr("The page could not be read, so nothing was looked for."));
+    m_ui->SSTab1->setTabText(1, hasPage ? tr("Fi&ndings (%1)").arg(count) : tr("Fi&ndings"));
     m_ui->cmdSaveFindings->setEnabled(count > 0);
     m_ui->txtExplanation->setPlainText(
         count > 0 ? tr("Choose a finding to see why it matters, and its line below.") : QString());

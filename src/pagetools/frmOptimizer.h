@@ -37,6 +37,7 @@ class frmOptimizer final : public QDialog {
 
     std::unique_ptr<Ui::frmOptimizer> m_ui;
     Optimizer& m_optimizer;
+    bool m_inAddress = true;  // the focus is on the address or its button
 };
 
 }  // namespace relay

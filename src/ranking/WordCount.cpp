@@ -111,7 +111,11 @@ void WordCount::takeReply(const FetchReply& reply) {
 void WordCount::takePage(std::string_view html) {
     {
         const BusyPointer busy(m_services.prompts);
-        if (!html.empty() && m_text.size() < kMostText) m_text.append(countedText(html)).append("\n");
+        if (!html.empty() && m_text.size() < kMostText) {
+            const CountedText counted = countedText(html);
+            m_text.append(counted.text).append("\n");
+            if (!counted.problem.empty()) m_problems.push_back(m_names[m_read] + ": " + counted.problem);
+        }
     }
     if (m_text.size() > kMostText) {
         m_text.resize(kMostText);

@@ -6,6 +6,7 @@
 #include "widgets/ListView.h"
 #include "widgets/SourceView.h"
 
+#include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
 #include <QLabel>
@@ -80,6 +81,7 @@ TEST_F(OptimizerWindowTest, APageIsReportedAndItsFindingsLeadToItsLines) {
     EXPECT_THAT(prompts.last().text, HasSubstr("Please enter your web site URL or a valid"));
     optimize(page("several-h1"));
     EXPECT_EQ(status(), "Done");
+    EXPECT_EQ(form()->focusWidget(), &part<QComboBox>("cboSiteURL"));
     EXPECT_EQ(prompts.last().kind + prompts.last().text, "system" + optimizer().report().path);
     EXPECT_THAT(part<QTextEdit>("txtReport").toPlainText().toStdString(),
                 AllOf(HasSubstr("Website: " + page("several-h1")), HasSubstr("Meta Tag Keywords")));
@@ -122,6 +124,18 @@ TEST_F(OptimizerWindowTest, APageIsReportedAndItsFindingsLeadToItsLines) {
     open();
     EXPECT_EQ(part<QComboBox>("cboSiteURL").count(), 2);
     EXPECT_THAT(part<QLabel>("lblReport").text().toStdString(), HasSubstr("_pages_good.html.html"));
+    quit();
+}
+
+TEST_F(OptimizerWindowTest, BeginsLargerWithALargerFont) {
+    start();
+    const int usual = frmOptimizer(optimizer()).height();
+    const QFont before = QApplication::font();
+    QFont large = before;
+    large.setPixelSize(32);
+    QApplication::setFont(large);
+    EXPECT_GT(frmOptimizer(optimizer()).height(), usual);
+    QApplication::setFont(before);
     quit();
 }
 

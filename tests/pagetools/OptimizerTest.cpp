@@ -321,7 +321,8 @@ TEST_F(OptimizerTest, TellsTheLinesOfARulesFileThatItPassesOver) {
     const auto problems = readRules(
         "Severity=off\n[title-length]\nMinimum=5\nMaximum=abc\nMiddle=7\nMinimum=6\n"
         "[no-such-rule]\nSeverity=off\n[LANG]\nSeverity=ERROR\n[h1-count]\nSeverity=loud\n"
-        "Maximum=-1\nMinimum=3\n[title-width]\nPixelSize=101\nMaximum=99999999999\n",
+        "Maximum=-1\nMinimum=3\n[title-width]\nPixelSize=101\nMaximum=99999999999\n"
+        "; a comment\n\n[lang\nSeverity=off\n  loud \n[h1-empty]\nSeverity=notice\n=5\n",
         settings);
     for (const RuleProblem& problem : problems) told += problem.text + "\n";
     EXPECT_EQ(
@@ -337,12 +338,18 @@ TEST_F(OptimizerTest, TellsTheLinesOfARulesFileThatItPassesOver) {
         "optimizer.rules, line 16: \"PixelSize\": a whole number from 1 to 100 is needed, not \"101\"\n"
         "optimizer.rules, line 17: \"Maximum\": a whole number from 0 to 10000 is needed, not "
         "\"99999999999\"\n"
+        "optimizer.rules, line 20: \"[lang\": the \"]\" is missing, so the lines below are passed over up to "
+        "the next rule\n"
+        "optimizer.rules, line 22: \"loud\": it is neither [rule] nor KEY=VALUE\n"
+        "optimizer.rules, line 25: \"=5\": it is neither [rule] nor KEY=VALUE\n"
         "optimizer.rules, line 11: \"h1-count\": its minimum is above its maximum, so both stay as they "
         "were\n");
     EXPECT_EQ(settings.of(*findRule("title-length")).bounds.at("Minimum"), 5);
     EXPECT_EQ(settings.of(*findRule("title-length")).bounds.at("Maximum"), 65);
     EXPECT_EQ(settings.of(*findRule("lang")).severity, Severity::Error);
     EXPECT_EQ(settings.of(*findRule("h1-count")).bounds.at("Minimum"), 1);
+    EXPECT_NE(settings.of(*findRule("title-width")).severity, Severity::Off);
+    EXPECT_EQ(settings.of(*findRule("h1-empty")).severity, Severity::Notice);
 
     std::string endless = "\xEF\xBB\xBF[lang]\nSeverity=notice\n";
     for (int i = 0; i < 1000; ++i) endless += "[rule" + std::to_string(i) + "]\n";
