@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/frmAbout.h"
 
-#include "ui_frmAbout.h"
+#include "app/ui_frmAbout.h"
 #include "widgets/Forms.h"
 #include "widgets/IconTheme.h"
 

@@ -2,10 +2,10 @@
 #include "app/frmHelp.h"
 
 #include "app/Help.h"
+#include "app/ui_frmHelp.h"
 #include "core/Prompts.h"
 #include "core/ScreenText.h"
 #include "core/clsPreference.h"
-#include "ui_frmHelp.h"
 #include "widgets/Forms.h"
 
 #include <QAbstractTextDocumentLayout>

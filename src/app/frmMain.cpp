@@ -6,6 +6,7 @@
 #include "app/Screens.h"
 #include "app/clsMain.h"
 #include "app/frmHelp.h"
+#include "app/ui_frmMain.h"
 #include "catalogue/Catalogue.h"
 #include "core/Paths.h"
 #include "core/Prompts.h"
@@ -15,7 +16,6 @@
 #include "core/clsPreference.h"
 #include "projects/UrlList.h"
 #include "submission/frmPreview.h"
-#include "ui_frmMain.h"
 #include "widgets/Forms.h"
 #include "widgets/IconTheme.h"
 

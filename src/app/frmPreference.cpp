@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/frmPreference.h"
 
+#include "app/ui_frmPreference.h"
 #include "core/ScreenText.h"
 #include "core/Services.h"
 #include "core/clsPreference.h"
-#include "ui_frmPreference.h"
 #include "widgets/Appearance.h"
 #include "widgets/Forms.h"
 

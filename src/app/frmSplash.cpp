@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/frmSplash.h"
 
-#include "ui_frmSplash.h"
+#include "app/ui_frmSplash.h"
 #include "widgets/Forms.h"
 #include "widgets/IconTheme.h"
 

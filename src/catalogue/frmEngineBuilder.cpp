@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "catalogue/frmEngineBuilder.h"
 
+#include "catalogue/ui_frmEngineBuilder.h"
 #include "core/ScreenText.h"
 #include "core/Services.h"
 #include "core/Text.h"
 #include "core/clsPreference.h"
-#include "ui_frmEngineBuilder.h"
 #include "widgets/Forms.h"
 #include "widgets/IconTheme.h"
 

@@ -3,8 +3,8 @@
 
 #include "catalogue/EngineLists.h"
 #include "catalogue/EngineSelection.h"
+#include "catalogue/ui_frmEnginePanel.h"
 #include "core/ScreenText.h"
-#include "ui_frmEnginePanel.h"
 #include "widgets/Forms.h"
 #include "widgets/IconTheme.h"
 

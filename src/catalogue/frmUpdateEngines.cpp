@@ -2,9 +2,9 @@
 #include "catalogue/frmUpdateEngines.h"
 
 #include "catalogue/EngineUpdate.h"
+#include "catalogue/ui_frmUpdateEngines.h"
 #include "core/Prompts.h"
 #include "core/ScreenText.h"
-#include "ui_frmUpdateEngines.h"
 #include "widgets/Forms.h"
 #include "widgets/IconTheme.h"
 

@@ -3,7 +3,7 @@
 
 #include "core/ScreenText.h"
 #include "extras/AddIns.h"
-#include "ui_frmAddIns.h"
+#include "extras/ui_frmAddIns.h"
 #include "widgets/Forms.h"
 
 #include <QPushButton>

@@ -3,7 +3,7 @@
 
 #include "core/ScreenText.h"
 #include "extras/News.h"
-#include "ui_frmNews.h"
+#include "extras/ui_frmNews.h"
 #include "widgets/Forms.h"
 
 #include <QPushButton>

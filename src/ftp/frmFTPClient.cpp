@@ -6,7 +6,7 @@
 #include "core/Services.h"
 #include "ftp/SecretStore.h"
 #include "ftp/frmFTPLogin.h"
-#include "ui_frmFTPClient.h"
+#include "ftp/ui_frmFTPClient.h"
 #include "widgets/Drives.h"
 #include "widgets/Forms.h"
 #include "widgets/IconTheme.h"

@@ -4,7 +4,7 @@
 #include "core/Prompts.h"
 #include "core/ScreenText.h"
 #include "core/Services.h"
-#include "ui_frmFTPLogin.h"
+#include "ftp/ui_frmFTPLogin.h"
 #include "widgets/Forms.h"
 
 #include <QPointer>

@@ -2,7 +2,7 @@
 #include "pagetools/frmDoorway.h"
 
 #include "core/ScreenText.h"
-#include "ui_frmDoorway.h"
+#include "pagetools/ui_frmDoorway.h"
 #include "widgets/Forms.h"
 #include "widgets/IconTheme.h"
 

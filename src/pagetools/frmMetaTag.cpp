@@ -5,7 +5,7 @@
 #include "core/ScreenText.h"
 #include "core/Services.h"
 #include "pagetools/frmMetaTagChanges.h"
-#include "ui_frmMetaTag.h"
+#include "pagetools/ui_frmMetaTag.h"
 #include "widgets/Drives.h"
 #include "widgets/Forms.h"
 #include "widgets/IconTheme.h"

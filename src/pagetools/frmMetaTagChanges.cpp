@@ -4,7 +4,7 @@
 #include "core/FileNames.h"
 #include "core/ScreenText.h"
 #include "core/Text.h"
-#include "ui_frmMetaTagChanges.h"
+#include "pagetools/ui_frmMetaTagChanges.h"
 #include "widgets/Forms.h"
 
 #include <QFontDatabase>

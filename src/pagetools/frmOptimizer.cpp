@@ -4,7 +4,7 @@
 #include "core/FileNames.h"
 #include "core/ScreenText.h"
 #include "pagetools/OptimizerReport.h"
-#include "ui_frmOptimizer.h"
+#include "pagetools/ui_frmOptimizer.h"
 #include "widgets/Forms.h"
 #include "widgets/IconTheme.h"
 

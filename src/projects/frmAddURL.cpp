@@ -3,7 +3,7 @@
 
 #include "core/ScreenText.h"
 #include "projects/UrlsFromFolder.h"
-#include "ui_frmAddURL.h"
+#include "projects/ui_frmAddURL.h"
 #include "widgets/Drives.h"
 #include "widgets/Forms.h"
 #include "widgets/IconTheme.h"

@@ -2,8 +2,8 @@
 #include "projects/frmAddURLFromWeb.h"
 
 #include "core/ScreenText.h"
+#include "projects/ui_frmAddURLFromWeb.h"
 #include "transport/frmHTTP.h"
-#include "ui_frmAddURLFromWeb.h"
 #include "widgets/Forms.h"
 
 #include <QKeyEvent>

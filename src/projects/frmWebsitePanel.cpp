@@ -5,7 +5,7 @@
 #include "catalogue/EngineLists.h"
 #include "core/ScreenText.h"
 #include "projects/CategoryWalk.h"
-#include "ui_frmWebsitePanel.h"
+#include "projects/ui_frmWebsitePanel.h"
 #include "widgets/Contrast.h"
 #include "widgets/Forms.h"
 #include "widgets/IconTheme.h"

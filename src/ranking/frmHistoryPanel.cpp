@@ -3,7 +3,7 @@
 
 #include "core/ScreenText.h"
 #include "ranking/RankingHistory.h"
-#include "ui_frmHistoryPanel.h"
+#include "ranking/ui_frmHistoryPanel.h"
 #include "widgets/Contrast.h"
 #include "widgets/IconTheme.h"
 

@@ -5,7 +5,7 @@
 #include "core/Services.h"
 #include "core/Text.h"
 #include "pagetools/KeywordLists.h"
-#include "ui_frmKeywordBuilder.h"
+#include "ranking/ui_frmKeywordBuilder.h"
 #include "widgets/Forms.h"
 #include "widgets/IconTheme.h"
 

@@ -4,7 +4,7 @@
 #include "core/ScreenText.h"
 #include "core/Services.h"
 #include "core/Text.h"
-#include "ui_frmRanking.h"
+#include "ranking/ui_frmRanking.h"
 #include "widgets/Forms.h"
 #include "widgets/IconTheme.h"
 

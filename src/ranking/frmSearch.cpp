@@ -4,7 +4,7 @@
 #include "core/Prompts.h"
 #include "core/ScreenText.h"
 #include "core/Services.h"
-#include "ui_frmSearch.h"
+#include "ranking/ui_frmSearch.h"
 #include "widgets/Forms.h"
 #include "widgets/IconTheme.h"
 

@@ -7,7 +7,7 @@
 #include "core/Text.h"
 #include "core/Trap.h"
 #include "submission/RequestPreview.h"
-#include "ui_frmPreview.h"
+#include "submission/ui_frmPreview.h"
 #include "widgets/Forms.h"
 
 #include <QCompleter>

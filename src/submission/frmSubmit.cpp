@@ -7,7 +7,7 @@
 #include "core/Text.h"
 #include "core/Trap.h"
 #include "submission/frmPreview.h"
-#include "ui_frmSubmit.h"
+#include "submission/ui_frmSubmit.h"
 #include "widgets/Forms.h"
 #include "widgets/IconTheme.h"
 
