@@ -38,6 +38,27 @@ namespace relay {
 
 namespace {
 
+void bringUp(QWidget& form) {
+    form.show();
+    form.raise();
+    form.activateWindow();
+}
+
+// Gives the pages of a purpose to the form's work as long as the form lives, and shows the form whether the
+// fetcher runs.
+template <class Form, class Work>
+void takePages(Form& form, Work& work, std::string_view purpose, frmHTTP& fetcher) {
+    fetcher.setConsumer(purpose,
+                        {[&work](const FetchReply& reply) {
+                             work.showPage(reply.isPage() ? reply.text : std::string(), fetchProblem(reply));
+                         },
+                         [&work](const FetchReply& reply) { work.showPage({}, fetchProblem(reply)); },
+                         [&work] { work.showPage({}, "Cancelled"); }});
+    QObject::connect(&form, &QObject::destroyed, &fetcher,
+                     [&fetcher, purpose] { fetcher.removeConsumer(purpose); });
+    QObject::connect(&fetcher, &frmHTTP::runningChanged, &form, &Form::showFetching);
+}
+
 // Opens the wizard. The window is disabled until it closes.
 void showSubmit(const CommandTarget& target, QWidget* parent, std::optional<CutOffRun> cutOff,
                 const std::vector<std::string>& onlyURLs = {}) {
@@ -74,9 +95,7 @@ void showFTPClient(const CommandTarget& target, QWidget* parent) {
                              }
                          });
     }
-    form->show();
-    form->raise();
-    form->activateWindow();
+    bringUp(*form);
 }
 
 // The editor is made at its first use and keeps its folder and texts.
@@ -90,16 +109,7 @@ void showMetaTag(const CommandTarget& target, QWidget* parent) {
             {[&fetcher](const std::string& url) { return fetcher.fetch(kPurpose, url); },
              [&fetcher] { return fetcher.isRunning(kPurpose); }, [&fetcher] { fetcher.Disconnect(); }},
             parent);
-        MetaTagEditor& editor = form->editor();
-        fetcher.setConsumer(
-            kPurpose, {[&editor](const FetchReply& reply) {
-                           editor.showPage(reply.isPage() ? reply.text : std::string(), fetchProblem(reply));
-                       },
-                       [&editor](const FetchReply& reply) { editor.showPage({}, fetchProblem(reply)); },
-                       [&editor] { editor.showPage({}, "Cancelled"); }});
-        QObject::connect(form, &QObject::destroyed, &fetcher,
-                         [&fetcher] { fetcher.removeConsumer(kPurpose); });
-        QObject::connect(&fetcher, &frmHTTP::runningChanged, form, &frmMetaTag::showFetching);
+        takePages(*form, form->editor(), kPurpose, fetcher);
     }
     form->exec();
 }
@@ -119,9 +129,7 @@ frmDoorway& doorwayForm(const CommandTarget& target, QWidget* parent) {
 void showOptimizer(const CommandTarget& target, QWidget* parent) {
     auto* form = parent->findChild<frmOptimizer*>(QString(), Qt::FindDirectChildrenOnly);
     if (form == nullptr) form = new frmOptimizer(target.main.optimizer, parent);
-    form->show();
-    form->raise();
-    form->activateWindow();
+    bringUp(*form);
 }
 
 // Made at its first use; it keeps its list.
@@ -181,16 +189,7 @@ void showEngineBuilder(const CommandTarget& target, QWidget* parent) {
              [&fetcher] { fetcher.Disconnect(); }},
             parent);
         *builder = &form->builder();
-        EngineBuilder& shown = form->builder();
-        fetcher.setConsumer(
-            kPurpose, {[&shown](const FetchReply& reply) {
-                           shown.showPage(reply.isPage() ? reply.text : std::string(), fetchProblem(reply));
-                       },
-                       [&shown](const FetchReply& reply) { shown.showPage({}, fetchProblem(reply)); },
-                       [&shown] { shown.showPage({}, "Cancelled"); }});
-        QObject::connect(form, &QObject::destroyed, &fetcher,
-                         [&fetcher] { fetcher.removeConsumer(kPurpose); });
-        QObject::connect(&fetcher, &frmHTTP::runningChanged, form, &frmEngineBuilder::showFetching);
+        takePages(*form, form->builder(), kPurpose, fetcher);
     }
     form->open();
 }
